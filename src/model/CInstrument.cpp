@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/CInstrument.h"
+
+#include <atomic>
+
+namespace quib {
+
+namespace {
+
+std::uint32_t NextId() noexcept {
+    static std::atomic<std::uint32_t> last{0};
+    return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+// 100 Hz, 500 Hz and 2000 Hz on the scale 20 Hz x 800^x.
+constexpr std::array<float, kEqBandCount> kDefaultEqFreq = {0.24076759815216064F, 0.4815351963043213F,
+                                                            0.6889311075210571F};
+constexpr float kDefaultEqQ = 0.707F;
+
+template <class T>
+std::shared_ptr<const T> Empty() {
+    static const auto empty = std::make_shared<const T>();
+    return empty;
+}
+
+template <class T, std::size_t... Index>
+std::array<CPublished<T>, sizeof...(Index)> EmptyArray(std::index_sequence<Index...>) {
+    return {((void)Index, CPublished<T>(Empty<T>()))...};
+}
+
+}  // namespace
+
+CInstrument::CInstrument()
+    : plugin(Empty<PluginSlot>()),
+      inserts(EmptyArray<PluginSlot>(std::make_index_sequence<kInsertCount>())),
+      patterns(EmptyArray<CPattern>(std::make_index_sequence<kPatternCount>())),
+      midiLanes(Empty<CEventLanes>()),
+      mixLanes(Empty<CEventLanes>()),
+      playlist(Empty<Playlist>()),
+      ballSounds(Empty<BallSoundList>()),
+      id(NextId()) {
+    for (std::size_t band = 0; band < kEqBandCount; ++band) {
+        strip.eqFreq[band].Set(kDefaultEqFreq[band]);
+        strip.eqQ[band].Set(kDefaultEqQ);
+    }
+}
+
+StepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept {
+    for (int mode = 3; mode >= 1; --mode) {
+        if (instrument.stepNumberModes[static_cast<std::size_t>(mode - 1)].IsOn()) {
+            return static_cast<StepNumberMode>(mode);
+        }
+    }
+    return StepNumberMode::Loop;
+}
+
+void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept {
+    for (int candidate = 1; candidate <= 3; ++candidate) {
+        instrument.stepNumberModes[static_cast<std::size_t>(candidate - 1)].Set(
+            candidate == static_cast<int>(mode) ? 1.0F : 0.0F);
+    }
+}
+
+bool UpdateEqualizer(CInstrument& instrument, int band, double sampleRate) noexcept {
+    const auto index = static_cast<std::size_t>(band);
+    return instrument.eqPending.TryPush(EqualizerBand(band, instrument.strip.eqFreq[index].Get(),
+                                                      instrument.strip.eqQ[index].Get(),
+                                                      instrument.strip.eqGain[index].Get(), sampleRate));
+}
+
+}  // namespace quib

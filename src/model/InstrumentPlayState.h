@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What playing changes in an instrument: steps, sounding notes, held keys, arpeggiator, balls, filter
+// memories. Render thread only from the moment the instrument is published; edits never touch it.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "model/CPattern.h"
+#include "model/MidiEvents.h"
+#include "model/MixLanes.h"
+#include "model/StripState.h"
+
+namespace quib {
+
+// A list in memory taken once: adding to a full one is refused and counted.
+template <class T>
+class CFixedList {
+public:
+    explicit CFixedList(std::size_t capacity) { items.reserve(capacity); }
+
+    bool Add(const T& item) noexcept {
+        if (items.size() == items.capacity()) {
+            ++refused;
+            return false;
+        }
+        items.push_back(item);
+        return true;
+    }
+    std::vector<T>& Items() noexcept { return items; }
+    const std::vector<T>& Items() const noexcept { return items; }
+    std::size_t Refused() const noexcept { return refused; }
+
+private:
+    std::vector<T> items;
+    std::size_t refused = 0;
+};
+
+// A note event that waits for its sample.
+struct PendingNote {
+    std::int32_t pitch;
+    std::int32_t velocity;  // 0: note off
+    std::int64_t delay;     // samples after the start of the current block
+};
+
+struct ArpeggiatorState {
+    int countdown = 0;
+    int index = 0;
+    int repetition = 0;
+    int pass = 0;
+    bool upward = true;
+};
+
+struct InstrumentPlayState {
+    static constexpr std::size_t kMaximumPendingNotes = 4096;
+    static constexpr std::size_t kMaximumHeldKeys = 256;
+    static constexpr std::size_t kMaximumBalls = 64;
+
+    int currentPattern = 0;  // -1 none
+    int nextPattern = -1;    // -1 nothing queued
+    int currentStep = -1;    // -1 stopped
+    int restartStep = -1;    // -1 no restart pending
+    int songEntry = -1;      // index into the playlist, -1 none
+
+    ArpeggiatorState arpeggiator;
+    CFixedList<std::int32_t> heldKeys{kMaximumHeldKeys};
+    CFixedList<PendingNote> pendingNotes{kMaximumPendingNotes};
+    CFixedList<BlockEvent> blockEvents{kMaximumBlockEvents};
+    CFixedList<LiveEvent> liveEvents{kMaximumBlockEvents};
+    std::array<std::array<float, 2>, kMaximumBalls> balls{};  // x and y, 0..127
+    bool ballsTaken = false;                                  // positions taken over from the ball sounds
+
+    StripState strip;
+
+    // The value that automation gave each lane last; NaN: none since the transport started.
+    std::array<float, kMixLaneCount> lastMixValue{};
+    std::array<float, kMidiLaneCount> lastMidiValue{};
+
+    InstrumentPlayState() { ForgetAutomation(); }
+    void ForgetAutomation() noexcept {
+        lastMixValue.fill(std::numeric_limits<float>::quiet_NaN());
+        lastMidiValue.fill(std::numeric_limits<float>::quiet_NaN());
+    }
+};
+
+}  // namespace quib

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Short MIDI messages on their way to a plug-in. Render thread.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace quib {
+
+// Most messages that one plug-in takes in one block.
+constexpr std::size_t kMaximumBlockEvents = 4096;
+
+constexpr int kNoteOff = 128;
+constexpr int kNoteOn = 144;
+constexpr int kControlChange = 176;
+constexpr int kProgramChange = 192;
+constexpr int kChannelPressure = 208;
+constexpr int kPitchBend = 224;
+
+// A message with its place in the current block.
+struct BlockEvent {
+    std::uint8_t status;
+    std::uint8_t data1;
+    std::uint8_t data2;
+    std::int32_t deltaFrames;  // 0 .. block size - 1
+};
+
+// A live message with the millisecond at which it came in.
+struct LiveEvent {
+    std::uint8_t status;
+    std::uint8_t data1;
+    std::uint8_t data2;
+    std::uint32_t time;
+};
+
+}  // namespace quib
