@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "engine/MasterSettings.h"
+#include "engine/EngineSettings.h"
 #include "model/CInstrument.h"
 #include "model/plugin/CPlugin.h"
 

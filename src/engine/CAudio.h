@@ -22,7 +22,7 @@
 #include "engine/CSequencer.h"
 #include "engine/CTransport.h"
 #include "engine/EngineMessages.h"
-#include "engine/MasterSettings.h"
+#include "engine/EngineSettings.h"
 #include "engine/PlayPicture.h"
 #include "engine/strip/StripKernels.h"
 #include "model/sharing/CBoundedQueue.h"
@@ -53,7 +53,7 @@ public:
 
     // --- Any thread -------------------------------------------------------------------------------
 
-    MasterSettings settings;
+    EngineSettings settings;
     PresetSelection presetSelection;
     CValue recordAutomation;  // switch: incoming controllers are recorded
     CValue paused;            // switch: devices play silence and do not render

@@ -31,12 +31,12 @@ bool IsUsed(const CInstrument& instrument, int pattern) noexcept {
     return instrument.patternUsed[static_cast<std::size_t>(pattern)].IsOn();
 }
 
-bool TakesPartInSynchro(const CInstrument& instrument, const MasterSettings& settings) noexcept {
+bool TakesPartInSynchro(const CInstrument& instrument, const EngineSettings& settings) noexcept {
     return (settings.synchroOn.IsOn() || instrument.strip.synchro.IsOn()) && CurrentPattern(instrument) != nullptr;
 }
 
 // True when the longest synchronised pattern ends at this boundary.
-bool SynchroEnds(const BlockContext& block, const MasterSettings& settings) noexcept {
+bool SynchroEnds(const BlockContext& block, const EngineSettings& settings) noexcept {
     const CInstrument* master = nullptr;
     for (const BlockInstrument& entry : block.instruments) {
         const CInstrument& instrument = *entry.instrument;
@@ -97,7 +97,7 @@ void CutNotes(InstrumentPlayState& play, int offset) noexcept {
 
 }  // namespace
 
-void CSequencer::Advance(BlockContext& block, const MasterSettings& settings, CTransport& transport) noexcept {
+void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     if (!transport.playing) return;
     transport.sampleCounter += block.frames;
     while (transport.samplesToNextStep < block.frames) {
@@ -108,7 +108,7 @@ void CSequencer::Advance(BlockContext& block, const MasterSettings& settings, CT
     for (const BlockInstrument& entry : block.instruments) DeliverNotes(entry.instrument->play, block.frames);
 }
 
-void CSequencer::RunStep(BlockContext& block, const MasterSettings& settings, CTransport& transport) noexcept {
+void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     const int offset = transport.samplesToNextStep;
     const bool songMode = settings.songMode.Get() > 0.0F;
     if (transport.loopJumped) ReleaseNotes(block, offset);

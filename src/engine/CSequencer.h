@@ -16,7 +16,7 @@ public:
     explicit CSequencer(CRandom& randomSource) noexcept : random(randomSource) {}
 
     // Advances by the block. Does nothing while the transport is stopped: waiting notes stay.
-    void Advance(BlockContext& block, const MasterSettings& settings, CTransport& transport) noexcept;
+    void Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept;
 
     // Makes every instrument begin its current pattern at the next boundary.
     static void StartPatterns(BlockContext& block) noexcept;
@@ -24,7 +24,7 @@ public:
     static void ReleaseNotes(BlockContext& block, int offset) noexcept;
 
 private:
-    void RunStep(BlockContext& block, const MasterSettings& settings, CTransport& transport) noexcept;
+    void RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept;
     void AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept;
     void EndPattern(CInstrument& instrument) noexcept;
     void EvolveBalls(BlockInstrument& entry, double sampleRate) noexcept;

@@ -109,10 +109,10 @@ void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block)
     PlayMidiLanes(instrument, instrument.play.currentPattern, position);
 }
 
-void PlayMasterAutomation(BlockContext& block, MasterSettings& settings) noexcept {
+void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept {
     if (!block.playing || !block.songMode) return;
     for (const CEventLanes::Lane& lane : block.masterLanes->Lanes(CEventLanes::kSongSlot)) {
-        CValue* const setting = MasterSetting(settings, lane.index);
+        CValue* const setting = EngineSetting(settings, lane.index);
         if (setting == nullptr) break;
         const LaneDescription& range = MasterLanes()[static_cast<std::size_t>(lane.index)];
         if (const auto value = ValueAt(*lane.points, block.songPosition, range.kind)) {

@@ -22,6 +22,6 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
 void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block) noexcept;
 
 // Plays the automation of the master section for the block.
-void PlayMasterAutomation(BlockContext& block, MasterSettings& settings) noexcept;
+void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept;
 
 }  // namespace quib

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/MasterSettings.h"
+#include "engine/EngineSettings.h"
 
 #include <algorithm>
 
 namespace quib {
 
-CValue* MasterSetting(MasterSettings& settings, int lane) noexcept {
+CValue* EngineSetting(EngineSettings& settings, int lane) noexcept {
     switch (lane) {
         case 0:
             return &settings.masterLevel;
@@ -22,7 +22,7 @@ CValue* MasterSetting(MasterSettings& settings, int lane) noexcept {
     }
 }
 
-float SafeTempo(const MasterSettings& settings) noexcept {
+float SafeTempo(const EngineSettings& settings) noexcept {
     const float tempo = settings.tempo.Get();
     return tempo > 10.0F ? std::min(tempo, 1000.0F) : 10.0F;
 }

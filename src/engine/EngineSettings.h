@@ -13,7 +13,7 @@
 
 namespace quib {
 
-struct MasterSettings {
+struct EngineSettings {
     CValue songMode{1.0F};          // switch: patterns follow the playlists
     CValue synchroOn;               // switch: all patterns restart with the longest
     CValue loopOn;                  // switch: the song repeats the steps loopStart .. loopEnd - 1
@@ -27,9 +27,9 @@ struct MasterSettings {
 };
 
 // The setting behind a master lane, or null for an index out of range.
-CValue* MasterSetting(MasterSettings& settings, int lane) noexcept;
+CValue* EngineSetting(EngineSettings& settings, int lane) noexcept;
 
 // Tempo that playback uses, in beats per minute: always a number within [10, 1000].
-float SafeTempo(const MasterSettings& settings) noexcept;
+float SafeTempo(const EngineSettings& settings) noexcept;
 
 }  // namespace quib
