@@ -78,11 +78,4 @@ void CAudio::Play() noexcept {
     }
 }
 
-void CAudio::Stop() noexcept {
-    CSequencer::ReleaseNotes(block, 0);
-    transport.playing = false;
-    transport.changed = true;
-    for (BlockInstrument& entry : block.instruments) entry.instrument->play.currentStep = -1;
-}
-
 }  // namespace quib
