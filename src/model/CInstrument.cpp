@@ -17,28 +17,9 @@ constexpr std::array<float, kEqBandCount> kDefaultEqFreq = {0.24076759815216064F
                                                             0.6889311075210571F};
 constexpr float kDefaultEqQ = 0.707F;
 
-template <class T>
-std::shared_ptr<const T> Empty() {
-    static const auto empty = std::make_shared<const T>();
-    return empty;
-}
-
-template <class T, std::size_t... Index>
-std::array<CPublished<T>, sizeof...(Index)> EmptyArray(std::index_sequence<Index...>) {
-    return {((void)Index, CPublished<T>(Empty<T>()))...};
-}
-
 }  // namespace
 
-CInstrument::CInstrument()
-    : plugin(Empty<PluginSlot>()),
-      inserts(EmptyArray<PluginSlot>(std::make_index_sequence<kInsertCount>())),
-      patterns(EmptyArray<CPattern>(std::make_index_sequence<kPatternCount>())),
-      midiLanes(Empty<CEventLanes>()),
-      mixLanes(Empty<CEventLanes>()),
-      playlist(Empty<Playlist>()),
-      ballSounds(Empty<BallSoundList>()),
-      id(NextId()) {
+CInstrument::CInstrument() : id(NextId()) {
     for (std::size_t band = 0; band < kEqBandCount; ++band) {
         strip.eqFreq[band].Set(kDefaultEqFreq[band]);
         strip.eqQ[band].Set(kDefaultEqQ);
@@ -63,9 +44,9 @@ void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept
 
 bool UpdateEqualizer(CInstrument& instrument, int band, double sampleRate) noexcept {
     const auto index = static_cast<std::size_t>(band);
-    return instrument.eqPending.TryPush(EqualizerBand(band, instrument.strip.eqFreq[index].Get(),
-                                                      instrument.strip.eqQ[index].Get(),
-                                                      instrument.strip.eqGain[index].Get(), sampleRate));
+    return instrument.eqPending.TryPush(DesignEqBand(band, instrument.strip.eqFreq[index].Get(),
+                                                     instrument.strip.eqQ[index].Get(),
+                                                     instrument.strip.eqGain[index].Get(), sampleRate));
 }
 
 }  // namespace quib

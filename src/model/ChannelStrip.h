@@ -6,12 +6,10 @@
 #include <array>
 
 #include "model/CValue.h"
+#include "model/StripLimits.h"
 
 namespace quib {
 
-constexpr int kSendCount = 4;
-constexpr int kInsertCount = 2;
-constexpr int kEqBandCount = 3;
 constexpr float kDefaultLevel = 73.67F;
 
 struct ChannelStrip {

@@ -8,12 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "model/CPattern.h"
 #include "model/MidiEvents.h"
 #include "model/MixLanes.h"
 #include "model/StripState.h"
+#include "platform/CAudioPlanes.h"
 
 namespace quib {
 
@@ -72,9 +74,10 @@ struct InstrumentPlayState {
     CFixedList<BlockEvent> blockEvents{kMaximumBlockEvents};
     CFixedList<LiveEvent> liveEvents{kMaximumBlockEvents};
     std::array<std::array<float, 2>, kMaximumBalls> balls{};  // x and y, 0..127
-    bool ballsTaken = false;                                  // positions taken over from the ball sounds
 
     StripState strip;
+    std::unique_ptr<CAudioPlanes> planes;  // what the strip writes; made for the block size of the engine
+    bool known = false;                    // has been in a block before
 
     // The value that automation gave each lane last; NaN: none since the transport started.
     std::array<float, kMixLaneCount> lastMixValue{};

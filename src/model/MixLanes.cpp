@@ -63,6 +63,17 @@ const std::array<LaneDescription, kMidiLaneCount>& MidiLanes() {
     return table;
 }
 
+const std::array<LaneDescription, kMasterLaneCount>& MasterLanes() {
+    static const std::array<LaneDescription, kMasterLaneCount> table = {
+        Continuous("Level", 0, 127, LaneKind::Level),
+        Continuous("Crossfader", 0, 127),
+        Switch("Insert1 ON"),
+        Switch("Insert2 ON"),
+        Continuous("Tempo", 20, 300),
+    };
+    return table;
+}
+
 CValue* MixSetting(ChannelStrip& strip, int parameter) noexcept {
     if (parameter >= kFirstEqLane && parameter < kInsertLane) {
         const auto band = static_cast<std::size_t>((parameter - kFirstEqLane) / 3);

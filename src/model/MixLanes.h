@@ -22,6 +22,10 @@ enum MidiLane : int { kPitchBendLane, kModulationWheelLane, kAftertouchLane, kPr
 const std::array<LaneDescription, kMixParameterCount>& MixParameters();
 const std::array<LaneDescription, kMidiLaneCount>& MidiLanes();
 
+// Lanes of the master section: level, crossfader, the two insert switches, tempo.
+constexpr int kMasterLaneCount = 5;
+const std::array<LaneDescription, kMasterLaneCount>& MasterLanes();
+
 // The setting behind a mix parameter, or null for an index out of range.
 CValue* MixSetting(ChannelStrip& strip, int parameter) noexcept;
 

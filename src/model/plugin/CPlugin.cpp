@@ -33,8 +33,7 @@ bool Sane(const AEffect& effect) {
 
 }  // namespace
 
-CPlugin::CPlugin(PluginEnvironment& pluginEnvironment)
-    : lanes(std::make_shared<const CEventLanes>()), environment(pluginEnvironment) {}
+CPlugin::CPlugin(PluginEnvironment& pluginEnvironment) : environment(pluginEnvironment) {}
 
 CPlugin::~CPlugin() {
     if (effect == nullptr) return;

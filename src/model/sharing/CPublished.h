@@ -16,6 +16,8 @@ namespace quib {
 template <class T>
 class CPublished {
 public:
+    // Starts with an empty value.
+    CPublished() : CPublished(std::make_shared<const T>()) {}
     // `first` is never null, nor is anything published later.
     explicit CPublished(std::shared_ptr<const T> first) : owned(std::move(first)), seen(owned.get()) {}
     CPublished(const CPublished&) = delete;

@@ -1,0 +1,17 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash disable=SC2034
+# The Debian 12 packages that the project needs. Sourced by scripts/setup.
+
+buildPackages=(
+    g++ cmake ninja-build ccache pkg-config
+    libasound2-dev libjack-jackd2-dev
+    libsndfile1-dev libsamplerate0-dev librubberband-dev
+    libreaderwriterqueue-dev libcli11-dev libfmt-dev libspdlog-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
+)
+
+testPackages=(
+    amsynth dragonfly-reverb-vst dpf-plugins-vst
+    sox ffmpeg libmp3lame0
+    clang clang-format clang-tidy libclang-rt-14-dev shellcheck
+)

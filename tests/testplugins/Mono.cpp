@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A mono effect with latency: its single output is its single input, and it tells its latency only
+// after the first block.
+#include "TestPlugin.h"
+
+namespace {
+
+class CMono final : public CTestPlugin {
+public:
+    explicit CMono(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
+        effect.numInputs = 1;
+        effect.numOutputs = 1;
+        name = "QUIB compressor";
+        effect.uniqueId = vst2::FourCharacters('t', 's', 'M', 'o');
+    }
+
+private:
+    void Process(float** in, float** out, std::int32_t frames) override {
+        std::memcpy(out[0], in[0], static_cast<std::size_t>(frames) * sizeof(float));
+        effect.initialDelay = 64;
+    }
+};
+
+}  // namespace
+
+QUIB_TEST_PLUGIN_ENTRY(CMono, VSTPluginMain)

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Base of the plug-ins that the tests load. A derived class says what it is in its constructor and
+// overrides what it does.
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "model/plugin/Vst2.h"
+
+class CTestPlugin {
+public:
+    explicit CTestPlugin(vst2::HostCallback hostCallback) : host(hostCallback) {
+        effect.magic = vst2::kEffectMagic;
+        effect.dispatcher = [](vst2::AEffect* e, std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                               void* pointer, float option) -> std::intptr_t {
+            CTestPlugin* const self = Self(e);
+            if (opcode == vst2::effClose) {
+                delete self;
+                return 1;
+            }
+            return self->Dispatch(opcode, index, value, pointer, option);
+        };
+        effect.setParameter = [](vst2::AEffect* e, std::int32_t index, float value) {
+            Self(e)->SetParameter(index, value);
+        };
+        effect.getParameter = [](vst2::AEffect* e, std::int32_t index) { return Self(e)->GetParameter(index); };
+        effect.processReplacing = [](vst2::AEffect* e, float** in, float** out, std::int32_t frames) {
+            Self(e)->Process(in, out, frames);
+            Self(e)->events.clear();
+        };
+        effect.flags = vst2::effFlagsCanReplacing;
+        effect.numInputs = 2;
+        effect.numOutputs = 2;
+        effect.numPrograms = 1;
+        effect.object = this;
+        effect.version = 1;
+    }
+    virtual ~CTestPlugin() = default;
+    CTestPlugin(const CTestPlugin&) = delete;
+    CTestPlugin& operator=(const CTestPlugin&) = delete;
+
+    vst2::AEffect effect{};
+
+protected:
+    struct Event {
+        int frame;
+        int status;
+        int data1;
+        int data2;
+    };
+
+    void BecomeSynth() {
+        category = vst2::kPlugCategSynth;
+        effect.flags |= vst2::effFlagsIsSynth;
+        effect.numInputs = 0;
+    }
+
+    virtual void Process(float** in, float** out, std::int32_t frames) = 0;
+    virtual void SetParameter(std::int32_t index, float value) {
+        if (index >= 0 && index < static_cast<std::int32_t>(parameters.size())) {
+            parameters[static_cast<std::size_t>(index)] = value;
+        }
+    }
+    virtual float GetParameter(std::int32_t index) {
+        return index >= 0 && index < static_cast<std::int32_t>(parameters.size())
+                   ? parameters[static_cast<std::size_t>(index)]
+                   : 0.0F;
+    }
+    virtual std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer, float) {
+        switch (opcode) {
+            case vst2::effGetPlugCategory:
+                return category;
+            case vst2::effGetEffectName:
+                return Copy(name, pointer);
+            case vst2::effGetVendorString:
+                return Copy("QUIB tests", pointer);
+            case vst2::effGetParamName:
+                return Copy("Parameter " + std::to_string(index), pointer);
+            case vst2::effGetProgram:
+                return program;
+            case vst2::effSetProgram:
+                program = value;
+                return 0;
+            case vst2::effCanDo:
+                return std::strcmp(static_cast<const char*>(pointer), "receiveVstMidiEvent") == 0;
+            case vst2::effProcessEvents:
+                return TakeEvents(*static_cast<const vst2::VstEvents*>(pointer));
+            default:
+                return 0;
+        }
+    }
+
+    static std::intptr_t Copy(const std::string& text, void* pointer) {
+        std::memcpy(pointer, text.c_str(), text.size() + 1);
+        return 1;
+    }
+
+    void SetParameterCount(int count) {
+        effect.numParams = count;
+        parameters.assign(static_cast<std::size_t>(count), 0.0F);
+    }
+
+    vst2::HostCallback host;
+    std::int32_t category = vst2::kPlugCategEffect;
+    std::string name = "Test";
+    std::intptr_t program = 0;
+    std::vector<float> parameters;
+    std::vector<Event> events;
+
+private:
+    static CTestPlugin* Self(vst2::AEffect* e) { return static_cast<CTestPlugin*>(e->object); }
+
+    std::intptr_t TakeEvents(const vst2::VstEvents& list) {
+        for (std::int32_t index = 0; index < list.numEvents; ++index) {
+            const auto& midi = *reinterpret_cast<const vst2::VstMidiEvent*>((&list.events[0])[index]);
+            if (midi.type != vst2::kVstMidiType) continue;
+            events.push_back({midi.deltaFrames, midi.midiData[0], midi.midiData[1], midi.midiData[2]});
+        }
+        return 1;
+    }
+};
+
+#define QUIB_TEST_PLUGIN_ENTRY(Class, entry)                                            \
+    VST2_EXPORT vst2::AEffect* entry(vst2::HostCallback host) { /* owned by effClose */ \
+        return &(new Class(host))->effect;                                              \
+    }
