@@ -56,8 +56,7 @@ std::optional<BallAssignment> ReadAssignment(const CRecordReader& line, std::opt
                           std::clamp(line.Real(4), 0.0F, kAssignmentRange), line.Real(5)};
 }
 
-void AddAssignment(const CRecordReader& line, std::optional<BallTarget> target, bool horizontal,
-                   BallSoundList& balls) {
+void AddAssignment(const CRecordReader& line, std::optional<BallTarget> target, bool horizontal, BallSoundList& balls) {
     const auto assignment = ReadAssignment(line, target);
     if (balls.empty() || !assignment) return;
     (horizontal ? balls.back().horizontal : balls.back().vertical).push_back(*assignment);
@@ -86,8 +85,8 @@ bool ReadBallRecord(const CRecordReader& line, const BallKeys& keys, BallSoundLi
         AddAssignment(line, std::nullopt, key == keys.horizontal, balls);
         return true;
     }
-    const auto* const known =
-        std::find_if(kTargetKeys.begin(), kTargetKeys.end(), [key](const TargetKey& entry) { return entry.key == key; });
+    const auto* const known = std::find_if(kTargetKeys.begin(), kTargetKeys.end(),
+                                           [key](const TargetKey& entry) { return entry.key == key; });
     if (known == kTargetKeys.end()) return false;
     AddAssignment(line, known->target, known->horizontal, balls);
     return true;

@@ -9,6 +9,7 @@
 #include "model/MixLanes.h"
 #include "model/files/BallRecords.h"
 #include "model/files/EventRecords.h"
+#include "model/plugin/CPlugin.h"
 
 namespace quib {
 
@@ -79,8 +80,14 @@ void WriteFields(CRecordWriter& writer, const std::array<StripField, Count>& fie
 constexpr std::array<std::string_view, 3> kImageKeys = {"PRESET_PLUGIN_PARAMS", "PRESET_INSERT1_PARAMS",
                                                         "PRESET_INSERT2_PARAMS"};
 
-std::shared_ptr<const StateImage>& Image(Preset& preset, std::size_t index) {
+const std::shared_ptr<const StateImage>& Image(const Preset& preset, std::size_t index) {
     return index == 0 ? preset.pluginState : preset.insertState[index - 1];
+}
+
+void SetImage(Preset& preset, std::size_t index, std::string_view bytes) {
+    const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
+    (index == 0 ? preset.pluginState : preset.insertState[index - 1]) =
+        std::make_shared<const StateImage>(image.begin(), image.end());
 }
 
 }  // namespace
@@ -100,14 +107,6 @@ void WriteIntegers(CRecordWriter& writer, std::string_view key, std::span<const 
     writer.Key(key);
     for (const std::int32_t value : values) writer.Integer(value);
     writer.EndLine();
-}
-
-// What a preset of an instrument as new would hold.
-CPresetReader::CPresetReader() {
-    for (std::size_t i = 0; i < kEqBandCount; ++i) {
-        preset.strip.eqFreq[i] = kDefaultEqFreq[i];
-        preset.strip.eqQ[i] = kDefaultEqQ;
-    }
 }
 
 bool CPresetReader::ReadLine(CRecordReader& reader) {
@@ -174,10 +173,7 @@ bool CPresetReader::ReadPatterns(const CRecordReader& line) {
 bool CPresetReader::ReadImage(CRecordReader& reader) {
     for (std::size_t i = 0; i < kImageKeys.size(); ++i) {
         if (reader.Key() != kImageKeys[i]) continue;
-        if (const auto bytes = reader.TakeBytes(reader.Integer(1))) {
-            const auto image = std::as_bytes(std::span(bytes->data(), bytes->size()));
-            Image(preset, i) = std::make_shared<const StateImage>(image.begin(), image.end());
-        }
+        if (const auto bytes = reader.TakeBytes(reader.Integer(1))) SetImage(preset, i, *bytes);
         return true;
     }
     return false;
@@ -217,9 +213,8 @@ void WritePreset(CRecordWriter& writer, const Preset& preset) {
     writer.IntegerLine("PRESET_KEYBOARDON", preset.keyboardOn);
     writer.IntegerLine("PRESET_KEYBOARD_POSITION", preset.keyboardPosition);
     WriteIntegers(writer, "PRESET_KEYBOARD_KEYS", preset.keyboardKeys);
-    Preset images = preset;
     for (std::size_t i = 0; i < kImageKeys.size(); ++i) {
-        if (const auto& image = Image(images, i)) writer.CountedBytes(kImageKeys[i], *image);
+        if (const auto& image = Image(preset, i)) writer.CountedBytes(kImageKeys[i], *image);
     }
 }
 

@@ -15,8 +15,6 @@ namespace quib {
 // Fills one preset from the lines that follow its opening record.
 class CPresetReader {
 public:
-    CPresetReader();
-
     // Applies the current line, and takes the bytes that belong to it. False for another key.
     bool ReadLine(CRecordReader& reader);
     Preset Finish();
