@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The published objects that one block works with, each read once at its start. Render thread; the
+// pool reads it between its barriers. Nothing in it outlives the block.
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "engine/EngineSettings.h"
+#include "model/CInstrument.h"
+#include "model/plugin/CPlugin.h"
+
+namespace quib {
+
+// Most instruments that play; further ones are silent.
+constexpr std::size_t kMaximumInstruments = 256;
+
+struct BlockInstrument {
+    CInstrument* instrument = nullptr;
+    CPlugin* plugin = nullptr;  // never null: instruments without one are left out
+    std::array<CPlugin*, kInsertCount> inserts{};
+    // The stereo signal at the end of the instrument's chain; null when it has none in this block.
+    const float* left = nullptr;
+    const float* right = nullptr;
+};
+
+struct BlockContext {
+    BlockContext() { instruments.reserve(kMaximumInstruments); }
+
+    std::vector<BlockInstrument> instruments;
+    std::array<CPlugin*, kInsertCount> masterInserts{};
+    std::array<CPlugin*, kSendCount> sharedEffects{};
+    const CEventLanes* masterLanes = nullptr;
+
+    int frames = 0;
+    double sampleRate = 44100.0;
+    bool playing = false;
+    bool songMode = false;
+    float songPosition = 0;  // steps
+    float stepFraction = 0;  // of the current step
+    std::uint32_t now = 0;   // milliseconds
+    vst2::VstTimeInfo time{};
+};
+
+}  // namespace quib

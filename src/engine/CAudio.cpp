@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The engine's side of the editing thread: construction, formats, publication.
+#include "engine/CAudio.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace quib {
+
+namespace {
+
+void PreparePlugin(const PluginSlot& slot) {
+    if (slot.plugin) slot.plugin->Prepare();
+}
+
+// Keeps the render thread out while the engine is rebuilt, and waits for the block under way.
+class CBusyScope {
+public:
+    CBusyScope(std::atomic<int>& busyCounter, const std::atomic<bool>& renderFlag) : busy(busyCounter) {
+        busy.fetch_add(1, std::memory_order_seq_cst);
+        while (renderFlag.load(std::memory_order_seq_cst)) std::this_thread::yield();
+    }
+    ~CBusyScope() { busy.fetch_sub(1, std::memory_order_seq_cst); }
+    CBusyScope(const CBusyScope&) = delete;
+    CBusyScope& operator=(const CBusyScope&) = delete;
+
+private:
+    std::atomic<int>& busy;
+};
+
+}  // namespace
+
+CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), random(seed) {
+    jobs.reserve(kMaximumInstruments);
+    jobOfInstrument.reserve(kMaximumInstruments);
+    Prepare(format);
+    busy.store(0);
+}
+
+CAudio::~CAudio() = default;
+
+void CAudio::Prepare(const RenderFormat& wanted) {
+    if (wanted.blockSize < 1 || wanted.blockSize > RenderFormat::kMaximumBlockSize || !(wanted.sampleRate >= 8000.0) ||
+        wanted.sampleRate > 768000.0 || wanted.threads < 1) {
+        throw std::invalid_argument("unusable render format");
+    }
+    const CBusyScope rebuild(busy, rendering);
+    clock.CloseOpenBlock();
+    format = wanted;
+    environment.sampleRate = wanted.sampleRate;
+    environment.blockSize = wanted.blockSize;
+    master = std::make_unique<CAudioPlanes>(2, wanted.blockSize);
+    interleaved.assign(static_cast<std::size_t>(wanted.blockSize) * 2, 0);
+    if (!pool || pool->Threads() != wanted.threads)
+        pool = std::make_unique<CRenderPool>(wanted.threads, wanted.realTime);
+    for (const auto& instrument : *instruments.ForEdit()) {
+        PreparePlugin(*instrument->plugin.ForEdit());
+        for (const auto& insert : instrument->inserts) PreparePlugin(*insert.ForEdit());
+        PrepareInstrument(*instrument);
+    }
+    for (const auto& insert : masterInserts) PreparePlugin(*insert.ForEdit());
+    for (const auto& effect : sharedEffects) PreparePlugin(*effect.ForEdit());
+}
+
+void CAudio::PrepareInstrument(CInstrument& instrument) const {
+    instrument.play.planes =
+        std::make_unique<CAudioPlanes>(StripPlanes::kCount, format.blockSize, static_cast<int>(instrument.Id()));
+    for (int band = 0; band < kEqBandCount; ++band) {
+        const auto index = static_cast<std::size_t>(band);
+        ApplyEqUpdate(instrument.play.strip,
+                      DesignEqBand(band, instrument.strip.eqFreq[index].Get(), instrument.strip.eqQ[index].Get(),
+                                   instrument.strip.eqGain[index].Get(), format.sampleRate));
+    }
+}
+
+void CAudio::PublishInstruments(InstrumentList list) {
+    instruments.Publish(std::make_shared<const InstrumentList>(std::move(list)), graveyard);
+}
+
+}  // namespace quib

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The engine: renders blocks of stereo sound from the instruments, the shared effects and the master
+// section. One thread at a time renders, through RenderBlock; the editing thread publishes structure,
+// sets values and posts commands. CAudio puts its parts in order and holds no arithmetic of its own.
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "engine/Audition.h"
+#include "engine/BlockContext.h"
+#include "engine/CCpuMeter.h"
+#include "engine/CLevelTables.h"
+#include "engine/CMidiRouter.h"
+#include "engine/CRandom.h"
+#include "engine/CRenderPool.h"
+#include "engine/CScope.h"
+#include "engine/CSequencer.h"
+#include "engine/CTransport.h"
+#include "engine/EngineMessages.h"
+#include "engine/EngineSettings.h"
+#include "engine/PlayPicture.h"
+#include "engine/strip/StripKernels.h"
+#include "model/sharing/CBoundedQueue.h"
+#include "model/sharing/CPublished.h"
+#include "model/sharing/CTripleBuffer.h"
+#include "platform/CAudioPlanes.h"
+
+namespace quib {
+
+class CLame;
+
+// What a device decides before it renders.
+struct RenderFormat {
+    static constexpr int kMaximumBlockSize = CPlugin::kMaximumFrames;
+
+    double sampleRate = 44100.0;
+    int blockSize = 2048;  // 1 .. kMaximumBlockSize
+    int threads = 1;       // render threads, the device's own included
+    bool realTime = false;
+};
+
+class CAudio {
+public:
+    explicit CAudio(std::uint32_t seed = 1);
+    ~CAudio();
+    CAudio(const CAudio&) = delete;
+    CAudio& operator=(const CAudio&) = delete;
+
+    // --- Any thread -------------------------------------------------------------------------------
+
+    EngineSettings settings;
+    PresetSelection presetSelection;
+    CValue recordAutomation;  // switch: incoming controllers are recorded
+    CValue paused;            // switch: devices play silence and do not render
+    std::array<CValue, 2> masterPeak;
+
+    float CpuLoad() const noexcept { return cpuMeter.Load(); }
+    const RenderFormat& Format() const noexcept { return format; }
+
+    // --- Editing thread ---------------------------------------------------------------------------
+
+    PluginEnvironment environment;
+    CRenderClock clock;
+    CGraveyard graveyard{clock};
+    CPublished<InstrumentList> instruments;
+    std::array<CPublished<PluginSlot>, kInsertCount> masterInserts;
+    std::array<CPublished<PluginSlot>, kSendCount> sharedEffects;
+    CPublished<CEventLanes> masterLanes;
+    CPublished<Audition> audition;
+
+    // Makes the engine and all its plug-ins ready for a device. No block may be rendered meanwhile;
+    // a device that still calls gets silence. Throws std::invalid_argument for a format out of range.
+    void Prepare(const RenderFormat& wanted);
+    // Makes an instrument ready to be published: buffers, equaliser.
+    void PrepareInstrument(CInstrument& instrument) const;
+    // Publishes the list; instruments were prepared before.
+    void PublishInstruments(InstrumentList list);
+
+    bool Post(const EngineCommand& command) noexcept { return commands.TryPush(command); }
+    bool Fetch(EngineNotice& notice) noexcept { return notices.TryPop(notice); }
+    // Messages of the on-screen keyboard.
+    bool PostMidi(const MidiMessage& message) noexcept { return internalMidi.TryPush(message); }
+    // The newest picture of the playing state.
+    const PlayPicture& Picture() noexcept {
+        picture.Update();
+        return picture.Latest();
+    }
+    // Frees what no block sees any more; from the 40 ms timer.
+    void Collect() { graveyard.Collect(); }
+    // Repeats the same music from the same seed. No block may be rendered meanwhile.
+    void Seed(std::uint32_t seed) noexcept { random.Seed(seed); }
+    // The recorder that is fed; null for none. No block may be rendered meanwhile.
+    void SetRecorder(CLame* next) noexcept { recorder = next; }
+    CScope& Scope() noexcept { return scope; }
+
+    // --- MIDI input thread ------------------------------------------------------------------------
+
+    bool ReceiveMidi(const MidiMessage& message) noexcept { return midiInput.TryPush(message); }
+    std::uint64_t DroppedMidi() const noexcept { return midiInput.Dropped() + internalMidi.Dropped(); }
+
+    // --- Render thread ----------------------------------------------------------------------------
+
+    // Renders one block into the master buffers.
+    void RenderBlock() noexcept;
+    const float* Master(int channel) const noexcept { return master->Plane(channel); }
+    // Output of an instrument's strip in the last block, by its place among those that sound.
+    std::span<const StripJob> Strips() const noexcept { return jobs; }
+
+private:
+    void RenderOpenBlock() noexcept;
+    void GatherBlock() noexcept;
+    void GatherInstrument(CInstrument& instrument) noexcept;
+    void RunCommands() noexcept;
+    void RunCommand(const EngineCommand& command) noexcept;
+    void RunInstrumentCommand(const EngineCommand& command, BlockInstrument& entry) noexcept;
+    void Play() noexcept;
+    void Stop() noexcept;
+    void DrainMidiQueues() noexcept;
+    void AdvanceSequencer() noexcept;
+    void FillTime() noexcept;
+    void RenderInstruments() noexcept;
+    void RenderInstrument(int index) noexcept;
+    void PrepareStrip(BlockInstrument& entry, StripJob& job) noexcept;
+    void MixInstruments() noexcept;
+    void RunSharedEffects() noexcept;
+    void RunMasterInserts() noexcept;
+    void PlayAudition() noexcept;
+    void FinishMaster() noexcept;
+    void FeedRecorder() noexcept;
+    void PublishPicture() noexcept;
+    void Silence() noexcept;
+
+    static void RunRenderTask(void* audio, int index) noexcept { static_cast<CAudio*>(audio)->RenderInstrument(index); }
+
+    CLevelTables tables;
+    const StripKernels& kernels;
+    CCpuMeter cpuMeter;
+    RenderFormat format;
+    std::unique_ptr<CRenderPool> pool;
+    std::unique_ptr<CAudioPlanes> master;
+    std::vector<std::int16_t> interleaved;
+    CLame* recorder = nullptr;
+    CScope scope;
+
+    std::atomic<int> busy{1};            // above 0 while the device is being opened: blocks are silent
+    std::atomic<bool> rendering{false};  // a block is being rendered
+
+    CBoundedQueue<EngineCommand> commands{1024};
+    CBoundedQueue<EngineNotice> notices{4096};
+    CBoundedQueue<MidiMessage> midiInput{4096};
+    CBoundedQueue<MidiMessage> internalMidi{1024};
+    CTripleBuffer<PlayPicture> picture;
+
+    // Render thread only.
+    CRandom random;
+    CTransport transport;
+    CSequencer sequencer{random};
+    CMidiRouter router{presetSelection, recordAutomation, notices};
+    BlockContext block;
+    std::vector<StripJob> jobs;
+    std::vector<int> jobOfInstrument;  // index into `jobs`, -1 for an instrument without sound
+    std::array<std::atomic<int>, kMaximumInstruments / kStripGroup> unfinishedInGroup{};
+    MasterState masterState;
+    std::array<int, kSendCount> effectTail{};
+    std::array<bool, kSendCount> effectRuns{};
+};
+
+}  // namespace quib

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CMidiRouter.h"
+
+#include <algorithm>
+
+#include "engine/ParameterChange.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kModulationController = 1;
+
+int Type(const MidiMessage& message) noexcept { return message.status & 0xf0; }
+int Selector(const MidiMessage& message) noexcept { return (message.status & 0x0f) + 2; }
+
+bool Matches(int selector, const MidiMessage& message) noexcept {
+    return selector == kChannelOmni || selector == Selector(message);
+}
+
+LiveEvent Event(int status, int data1, int data2, std::uint32_t time) noexcept {
+    return {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1), static_cast<std::uint8_t>(data2),
+            time};
+}
+
+void MoveBalls(BlockInstrument& entry, const MidiMessage& message, double sampleRate) noexcept {
+    const BallSoundList& sounds = entry.instrument->ballSounds.ForRender();
+    const std::size_t count = std::min(sounds.size(), InstrumentPlayState::kMaximumBalls);
+    for (std::size_t index = 0; index < count; ++index) {
+        const BallSound& sound = sounds[index];
+        if (!Matches(sound.channelSelector, message)) continue;
+        for (const std::size_t axis : {std::size_t{0}, std::size_t{1}}) {
+            if ((axis == 0 ? sound.controllerX : sound.controllerY) != message.data1) continue;
+            entry.instrument->play.balls[index][axis] = message.data2;
+            MoveBall(entry, axis == 0 ? sound.horizontal : sound.vertical, message.data2, sampleRate);
+        }
+    }
+}
+
+}  // namespace
+
+void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept {
+    if (message.status < 0x80 || message.status > 0xef) return;
+    SelectPreset(message);
+
+    const auto listens = [&](const BlockInstrument& entry) {
+        return Matches(entry.instrument->midi.channel.Get(), message);
+    };
+    const bool prioritised = std::any_of(block.instruments.begin(), block.instruments.end(), [&](const auto& entry) {
+        return listens(entry) && entry.instrument->midi.priority.IsOn();
+    });
+    const float stepMilliseconds = transport.samplesPerStep * 1000.0F / static_cast<float>(block.sampleRate);
+    const auto sinceStep = static_cast<std::int32_t>(message.time - transport.stepTime);
+    const float position = static_cast<float>(sinceStep) / stepMilliseconds;
+    for (BlockInstrument& entry : block.instruments) {
+        if (Type(message) == kControlChange) MoveBalls(entry, message, block.sampleRate);
+        if (!listens(entry) || (prioritised && !entry.instrument->midi.priority.IsOn())) continue;
+        const auto step = static_cast<float>(std::max(0, entry.instrument->play.currentStep));
+        DispatchTo(entry, message, std::max(0.0F, step + position));
+    }
+}
+
+void CMidiRouter::SelectPreset(const MidiMessage& message) noexcept {
+    if (!Matches(presets.channel.Get(), message)) return;
+    EngineNotice notice{EngineNotice::Kind::PresetSelected};
+    if (presets.mode.Get() == 0 && Type(message) == kNoteOn && message.data2 > 0) {
+        notice.value = message.data1 - presets.baseNote.Get();
+    } else if (presets.mode.Get() == 1 && Type(message) == kProgramChange) {
+        notice.value = message.data1;
+    } else {
+        return;
+    }
+    if (notice.value >= 0) notices.TryPush(notice);
+}
+
+void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message, float position) noexcept {
+    CInstrument& instrument = *entry.instrument;
+    const MidiInputSettings& midi = instrument.midi;
+    auto& live = instrument.play.liveEvents;
+    switch (Type(message)) {
+        case kPitchBend:
+            if (!midi.pitchBend.IsOn()) return;
+            live.Add(Event(kPitchBend, 0, message.data2, message.time));  // coarse steps only
+            return OfferToLane(instrument, kPitchBendLane, message.data2, position);
+        case kChannelPressure:
+            if (!midi.aftertouch.IsOn()) return;
+            live.Add(Event(kChannelPressure, message.data1, 0, message.time));
+            return OfferToLane(instrument, kAftertouchLane, message.data1, position);
+        case kProgramChange:
+            if (!midi.programChange.IsOn()) return;
+            notices.TryPush({EngineNotice::Kind::ProgramSelected, instrument.Id(), message.data1});
+            return OfferToLane(instrument, kProgramChangeLane, message.data1, position);
+        case kControlChange:
+            if (!midi.modulationWheel.IsOn() || message.data1 != kModulationController) return;
+            live.Add(Event(kControlChange, kModulationController, message.data2, message.time));
+            return OfferToLane(instrument, kModulationWheelLane, message.data2, position);
+        case kNoteOn:
+        case kNoteOff:
+            return DispatchNote(instrument, message);
+        default:
+            return;
+    }
+}
+
+void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
+    MidiInputSettings& midi = instrument.midi;
+    const int key = message.data1;
+    const int velocity = Type(message) == kNoteOff ? 0 : message.data2;
+    if (midi.limitLearning.Get() >= 0) {
+        (midi.limitLearning.Get() == 0 ? midi.keyFrom : midi.keyTo).Set(key);
+        midi.limitLearning.Set(-1);
+        notices.TryPush({EngineNotice::Kind::LimitLearned, instrument.Id()});
+        return;
+    }
+    if (instrument.keyboardOn.IsOn()) {
+        if (velocity > 0) {
+            instrument.play.heldKeys.Add(key);
+        } else {
+            std::erase(instrument.play.heldKeys.Items(), key);
+        }
+    }
+    if (key < midi.keyFrom.Get() || key >= midi.keyTo.Get()) return;
+    const int transposed = key + midi.transpose.Get();
+    if (transposed < 0 || transposed > 127 || instrument.arpeggiator.on.IsOn()) return;
+    instrument.play.liveEvents.Add(Event(velocity > 0 ? kNoteOn : kNoteOff, transposed, velocity, message.time));
+}
+
+void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {
+    if (!recording.IsOn()) return;
+    notices.TryPush({EngineNotice::Kind::LanePoint, instrument.Id(), value, lane, instrument.play.currentPattern,
+                     position, static_cast<float>(value)});
+}
+
+}  // namespace quib

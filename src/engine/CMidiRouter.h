@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Takes live MIDI messages to the instruments that listen to their channel: notes with key range,
+// transposition and held keys, controllers, balls, preset selection, recording of automation. Render
+// thread only.
+
+#include "engine/BlockContext.h"
+#include "engine/CTransport.h"
+#include "engine/EngineMessages.h"
+#include "model/sharing/CBoundedQueue.h"
+
+namespace quib {
+
+// Which messages select presets.
+struct PresetSelection {
+    CIntegerValue channel;   // channel selector
+    CIntegerValue baseNote;  // note that selects preset 0
+    CIntegerValue mode;      // 0 by note on, 1 by program change
+};
+
+class CMidiRouter {
+public:
+    CMidiRouter(const PresetSelection& presetSelection, const CValue& recordSwitch,
+                CBoundedQueue<EngineNotice>& noticeQueue) noexcept
+        : presets(presetSelection), recording(recordSwitch), notices(noticeQueue) {}
+
+    // Everything but channel messages is ignored.
+    void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
+
+private:
+    void SelectPreset(const MidiMessage& message) noexcept;
+    void DispatchTo(BlockInstrument& entry, const MidiMessage& message, float position) noexcept;
+    void DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept;
+    void OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept;
+
+    const PresetSelection& presets;
+    const CValue& recording;
+    CBoundedQueue<EngineNotice>& notices;
+};
+
+}  // namespace quib

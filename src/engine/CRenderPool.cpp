@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CRenderPool.h"
+
+#include <algorithm>
+
+#include "model/plugin/CPlugin.h"
+#include "platform/FloatingPointMode.h"
+#include "platform/SpinPause.h"
+#include "platform/ThreadPriority.h"
+
+namespace quib {
+
+namespace {
+
+// The ticket holds how many tasks there are above how many were taken, so that taking one tells in
+// the same step whether it exists.
+constexpr unsigned kCountShift = 32;
+constexpr std::uint64_t kTakenMask = 0xffffffffU;
+
+// About 20 microseconds: longer than the gap between two blocks of an offline render, short beside a
+// live block.
+constexpr int kSpins = 600;
+
+}  // namespace
+
+CRenderPool::CRenderPool(int threads, bool realTime) {
+    for (int index = 1; index < threads; ++index) {
+        workers.emplace_back([this, realTime] { Work(realTime); });
+    }
+}
+
+CRenderPool::~CRenderPool() {
+    stopping.store(true, std::memory_order_relaxed);
+    wake.fetch_add(1, std::memory_order_release);
+    wake.notify_all();
+    for (std::thread& worker : workers) worker.join();
+}
+
+void CRenderPool::Run(Task run, void* context, int count) noexcept {
+    if (count <= 0) return;
+    if (workers.empty() || count == 1) {
+        for (int index = 0; index < count; ++index) run(context, index);
+        return;
+    }
+    task = run;
+    taskContext = context;
+    unfinished.store(count, std::memory_order_relaxed);
+    ticket.store(static_cast<std::uint64_t>(count) << kCountShift, std::memory_order_release);
+    wake.fetch_add(1, std::memory_order_release);
+    wake.notify_all();
+    TakeTasks();
+    for (int spin = 0; unfinished.load(std::memory_order_acquire) != 0; ++spin) {
+        if (spin < kSpins) {
+            SpinPause();
+            continue;
+        }
+        const int left = unfinished.load(std::memory_order_acquire);
+        if (left != 0) unfinished.wait(left, std::memory_order_acquire);
+    }
+}
+
+void CRenderPool::TakeTasks() noexcept {
+    for (;;) {
+        const std::uint64_t taken = ticket.fetch_add(1, std::memory_order_acq_rel);
+        const std::uint64_t index = taken & kTakenMask;
+        if (index >= taken >> kCountShift) return;
+        task(taskContext, static_cast<int>(index));
+        if (unfinished.fetch_sub(1, std::memory_order_acq_rel) == 1) unfinished.notify_one();
+    }
+}
+
+void CRenderPool::Work(bool realTime) noexcept {
+    const CRenderThreadScope renderThread;
+    if (realTime) SetRealTimePriority();
+    std::uint32_t seen = 0;
+    while (!stopping.load(std::memory_order_relaxed)) {
+        SetFlushToZero();
+        TakeTasks();
+        for (int spin = 0; spin < kSpins && wake.load(std::memory_order_acquire) == seen; ++spin) SpinPause();
+        wake.wait(seen, std::memory_order_acquire);
+        seen = wake.load(std::memory_order_acquire);
+    }
+}
+
+}  // namespace quib

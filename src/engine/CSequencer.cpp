@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CSequencer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "engine/Arpeggiator.h"
+#include "engine/ParameterChange.h"
+
+namespace quib {
+
+namespace {
+
+// Later than any block ends; keeps sums far from overflow.
+constexpr double kFarthestDelay = 1e15;
+
+const CPattern* CurrentPattern(const CInstrument& instrument) noexcept {
+    const int index = instrument.play.currentPattern;
+    if (index < 0 || index >= kPatternCount) return nullptr;
+    return &instrument.patterns[static_cast<std::size_t>(index)].ForRender();
+}
+
+int LoopLength(const CInstrument& instrument) noexcept {
+    const CPattern* const pattern = CurrentPattern(instrument);
+    return pattern != nullptr ? pattern->LoopLength() : 1;
+}
+
+bool IsUsed(const CInstrument& instrument, int pattern) noexcept {
+    return instrument.patternUsed[static_cast<std::size_t>(pattern)].IsOn();
+}
+
+bool TakesPartInSynchro(const CInstrument& instrument, const EngineSettings& settings) noexcept {
+    return (settings.synchroOn.IsOn() || instrument.strip.synchro.IsOn()) && CurrentPattern(instrument) != nullptr;
+}
+
+// True when the longest synchronised pattern ends at this boundary.
+bool SynchroEnds(const BlockContext& block, const EngineSettings& settings) noexcept {
+    const CInstrument* master = nullptr;
+    for (const BlockInstrument& entry : block.instruments) {
+        const CInstrument& instrument = *entry.instrument;
+        if (instrument.play.restartStep >= 0) return false;
+        // One that stands still joins at the end of the others; it can't lead them there.
+        if (instrument.play.currentStep < 0 || !TakesPartInSynchro(instrument, settings)) continue;
+        if (master == nullptr || LoopLength(instrument) > LoopLength(*master)) master = &instrument;
+    }
+    return master != nullptr && master->play.currentStep + 1 >= LoopLength(*master);
+}
+
+bool AtBeat(const BlockContext& block, int stepsPerBeat) noexcept {
+    int highest = -1;
+    for (const BlockInstrument& entry : block.instruments) {
+        highest = std::max(highest, entry.instrument->play.currentStep);
+    }
+    return (highest + 1) % std::max(stepsPerBeat, 1) == 0 || highest + 1 == 1;
+}
+
+std::int64_t Delay(double samples) noexcept {
+    return static_cast<std::int64_t>(std::clamp(samples, 0.0, kFarthestDelay));
+}
+
+// Gives an instrument the events of its waiting notes that fall into the block.
+void DeliverNotes(InstrumentPlayState& play, int frames) noexcept {
+    std::vector<PendingNote>& notes = play.pendingNotes.Items();
+    auto kept = notes.begin();
+    for (PendingNote& note : notes) {
+        const bool due = note.delay < frames;
+        const bool off = note.velocity == 0;
+        if (due && play.blockEvents.Add(
+                       {static_cast<std::uint8_t>(off ? kNoteOff : kNoteOn), static_cast<std::uint8_t>(note.pitch),
+                        static_cast<std::uint8_t>(note.velocity), static_cast<std::int32_t>(note.delay)})) {
+            continue;
+        }
+        if (due && !off) continue;  // no room for it: dropped, its note off does no harm
+        note.delay = due ? 0 : note.delay - frames;
+        *kept++ = note;
+    }
+    notes.erase(kept, notes.end());
+}
+
+// Ends the sounding notes of one instrument at frame `offset`; notes due before it are still played,
+// later ones are forgotten with their ends.
+void CutNotes(InstrumentPlayState& play, int offset) noexcept {
+    bool forgetEnd = false;
+    for (const PendingNote& note : play.pendingNotes.Items()) {
+        const bool off = note.velocity == 0;
+        const bool forget = off ? forgetEnd : note.delay >= offset;
+        forgetEnd = forget && !off;  // the end of a note stands right behind its beginning
+        if (forget) continue;
+        play.blockEvents.Add({static_cast<std::uint8_t>(off ? kNoteOff : kNoteOn),
+                              static_cast<std::uint8_t>(note.pitch), static_cast<std::uint8_t>(note.velocity),
+                              static_cast<std::int32_t>(std::min<std::int64_t>(note.delay, offset))});
+    }
+    play.pendingNotes.Items().clear();
+}
+
+}  // namespace
+
+void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
+    if (!transport.playing) return;
+    transport.sampleCounter += block.frames;
+    while (transport.samplesToNextStep < block.frames) {
+        RunStep(block, settings, transport);
+        transport.samplesToNextStep += transport.stepSamples;
+    }
+    transport.samplesToNextStep -= block.frames;
+    for (const BlockInstrument& entry : block.instruments) DeliverNotes(entry.instrument->play, block.frames);
+}
+
+void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
+    const int offset = transport.samplesToNextStep;
+    const bool songMode = settings.songMode.Get() > 0.0F;
+    if (transport.loopJumped) ReleaseNotes(block, offset);
+    transport.loopJumped = false;
+
+    const bool synchroEnds = !songMode && SynchroEnds(block, settings);
+    const bool atBeat = AtBeat(block, settings.stepsPerBeat.Get());
+    transport.maxStepCount = 1;
+    for (BlockInstrument& entry : block.instruments) {
+        CInstrument& instrument = *entry.instrument;
+        if (songMode) {
+            FollowPlaylist(instrument, transport.globalStep);
+        } else {
+            AdvancePattern(instrument, atBeat, synchroEnds && TakesPartInSynchro(instrument, settings));
+        }
+        if (instrument.play.currentStep >= 0) {
+            transport.maxStepCount = std::max(transport.maxStepCount, LoopLength(instrument) + 1);
+            ScheduleStepNotes(instrument, offset, transport.stepSamples);
+            EvolveBalls(entry, block.sampleRate);
+        }
+        if (instrument.arpeggiator.on.IsOn()) RunArpeggiator(instrument, offset, transport.stepSamples, random);
+    }
+    transport.stepTime =
+        block.now + static_cast<std::uint32_t>((offset * 1000.0 + block.frames * 5.0) / block.sampleRate);
+
+    transport.soundingStep = songMode ? transport.globalStep : transport.soundingStep + 1;
+    if (!songMode) return;
+    ++transport.globalStep;
+    if (settings.loopOn.IsOn() && transport.globalStep >= settings.loopEnd.Get()) {
+        // The last step of the loop still plays; its notes end where the first one begins.
+        transport.loopJumped = true;
+        transport.globalStep = std::max(0, settings.loopStart.Get());
+    }
+}
+
+void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
+    const Playlist& playlist = instrument.playlist.ForRender();
+    InstrumentPlayState& play = instrument.play;
+    int best = -1;     // nearest entry whose pattern still covers the step
+    int nearest = -1;  // nearest entry that has begun at all
+    int bestDistance = std::numeric_limits<int>::max();
+    int nearestDistance = bestDistance;
+    for (std::size_t index = 0; index < playlist.size(); ++index) {
+        const PlaylistEntry& entry = playlist[index];
+        if (entry.start > globalStep || entry.start < 0 || entry.pattern < 0 || entry.pattern >= kPatternCount)
+            continue;
+        const int distance = globalStep - entry.start;
+        const CPattern& pattern = instrument.patterns[static_cast<std::size_t>(entry.pattern)].ForRender();
+        if (distance < bestDistance && distance < pattern.LoopLength()) {
+            best = static_cast<int>(index);
+            bestDistance = distance;
+        }
+        if (distance < nearestDistance) {
+            nearest = static_cast<int>(index);
+            nearestDistance = distance;
+        }
+    }
+    play.songEntry = best >= 0 ? best : nearest;
+    play.currentStep = -1;
+    if (play.songEntry < 0) return;
+    const PlaylistEntry& entry = playlist[static_cast<std::size_t>(play.songEntry)];
+    if (best < 0 && entry.repeat == 0) return;
+    play.currentPattern = entry.pattern;
+    play.currentStep = (globalStep - entry.start) % LoopLength(instrument);
+}
+
+void CSequencer::AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept {
+    InstrumentPlayState& play = instrument.play;
+    if (forceEnd) {
+        play.currentStep = LoopLength(instrument);
+    } else if (play.restartStep >= 0 && atBeat) {
+        play.currentStep = std::exchange(play.restartStep, -1);
+    } else if (play.currentStep >= 0) {
+        ++play.currentStep;
+    }
+    if (play.currentStep >= LoopLength(instrument)) EndPattern(instrument);
+}
+
+void CSequencer::EndPattern(CInstrument& instrument) noexcept {
+    InstrumentPlayState& play = instrument.play;
+    const StepNumberMode mode = SelectedStepNumberMode(instrument);
+    if (play.nextPattern >= 0) {
+        play.currentPattern = std::exchange(play.nextPattern, -1);
+    } else if (mode == StepNumberMode::Chain) {
+        for (int distance = 1; distance <= kPatternCount; ++distance) {
+            const int candidate = (play.currentPattern + distance) % kPatternCount;
+            if (!IsUsed(instrument, candidate)) continue;
+            play.currentPattern = candidate;
+            break;
+        }
+    } else if (mode == StepNumberMode::Random) {
+        for (int draw = 0; draw < kPatternCount; ++draw) {
+            const int candidate = random.Draw() * kPatternCount / CRandom::kRange;
+            if (!IsUsed(instrument, candidate)) continue;
+            play.currentPattern = candidate;
+            break;
+        }
+    }
+    const CPattern* const pattern = CurrentPattern(instrument);
+    play.currentStep = pattern != nullptr ? pattern->LoopStart() : -1;
+}
+
+void ScheduleStepNotes(CInstrument& instrument, int offset, int stepSamples) noexcept {
+    const CPattern* const pattern = CurrentPattern(instrument);
+    if (pattern == nullptr) return;
+    InstrumentPlayState& play = instrument.play;
+    const int step = play.currentStep;
+    const std::int64_t late = step % 2 == 1 ? Delay(static_cast<double>(stepSamples) * instrument.swing.Get()) : 0;
+    for (const std::uint32_t index : pattern->NotesOfStep(step)) {
+        const Note& note = pattern->Notes()[index];
+        if (note.velocity <= 0 || note.key < 0 || note.key > 127) continue;
+        if (play.pendingNotes.Items().size() + 2 > InstrumentPlayState::kMaximumPendingNotes) return;
+        const std::int64_t onDelay =
+            offset + late + Delay((note.position - static_cast<float>(step)) * static_cast<float>(stepSamples));
+        // Against the start plus the length, so that only a note longer than that is cut.
+        const float length = std::min(note.length, note.position + static_cast<float>(pattern->LoopLength()));
+        const std::int64_t offDelay =
+            onDelay + std::max<std::int64_t>(1, Delay(static_cast<double>(stepSamples) * length));
+        play.pendingNotes.Add({note.key, std::min(note.velocity, 127), onDelay});
+        play.pendingNotes.Add({note.key, 0, offDelay});
+    }
+}
+
+void CSequencer::EvolveBalls(BlockInstrument& entry, double sampleRate) noexcept {
+    const BallSoundList& sounds = entry.instrument->ballSounds.ForRender();
+    InstrumentPlayState& play = entry.instrument->play;
+    const std::size_t count = std::min(sounds.size(), InstrumentPlayState::kMaximumBalls);
+    for (std::size_t index = 0; index < count; ++index) {
+        const BallSound& sound = sounds[index];
+        if (sound.rate < 1) continue;
+        const int period = 1 << std::min(sound.rate - 1, 30);
+        if (play.currentStep % period != 0) continue;
+        for (const std::size_t axis : {std::size_t{0}, std::size_t{1}}) {
+            const float drawn = static_cast<float>(random.Draw()) * 128.0F / CRandom::kRange;
+            play.balls[index][axis] = std::clamp(drawn, 0.0F, 127.0F);
+            MoveBall(entry, axis == 0 ? sound.horizontal : sound.vertical, play.balls[index][axis], sampleRate);
+        }
+    }
+}
+
+void CSequencer::StartPatterns(BlockContext& block) noexcept {
+    for (const BlockInstrument& entry : block.instruments) {
+        InstrumentPlayState& play = entry.instrument->play;
+        play.currentPattern = entry.instrument->patternSelected.Get();
+        play.nextPattern = -1;
+        play.currentStep = -1;
+        play.songEntry = -1;
+        const CPattern* const pattern = CurrentPattern(*entry.instrument);
+        play.restartStep = pattern != nullptr ? pattern->LoopStart() : -1;
+        play.arpeggiator = {};
+    }
+}
+
+void CSequencer::ReleaseNotes(BlockContext& block, int offset) noexcept {
+    for (const BlockInstrument& entry : block.instruments) CutNotes(entry.instrument->play, offset);
+}
+
+}  // namespace quib

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Step playback: moves the transport through a block, chooses every instrument's pattern and step at
+// each step boundary, schedules notes with sample accuracy and hands those due in the block to the
+// instruments' event lists. Render thread only.
+
+#include "engine/BlockContext.h"
+#include "engine/CRandom.h"
+#include "engine/CTransport.h"
+
+namespace quib {
+
+class CSequencer {
+public:
+    explicit CSequencer(CRandom& randomSource) noexcept : random(randomSource) {}
+
+    // Advances by the block. Does nothing while the transport is stopped: waiting notes stay.
+    void Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept;
+
+    // Makes every instrument begin its current pattern at the next boundary.
+    static void StartPatterns(BlockContext& block) noexcept;
+    // Ends all sounding notes at frame `offset` and forgets those that wait.
+    static void ReleaseNotes(BlockContext& block, int offset) noexcept;
+
+private:
+    void RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept;
+    void AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept;
+    void EndPattern(CInstrument& instrument) noexcept;
+    void EvolveBalls(BlockInstrument& entry, double sampleRate) noexcept;
+
+    CRandom& random;
+};
+
+// Pattern that an instrument plays in song mode at `globalStep`, and the step inside it; sets step -1
+// where the playlist is silent.
+void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept;
+
+// Schedules the notes of the instrument's current step; the boundary lies `offset` samples into the block.
+void ScheduleStepNotes(CInstrument& instrument, int offset, int stepSamples) noexcept;
+
+}  // namespace quib

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Where playback is. Render thread only; windows see it through the picture of the engine.
+
+#include <cstdint>
+
+namespace quib {
+
+struct CTransport {
+    bool playing = false;
+    bool changed = true;             // started, stopped or jumped since the last block
+    std::int64_t sampleCounter = 0;  // samples since the start of playing
+    std::int32_t samplesToNextStep = 0;
+    std::int32_t globalStep = 0;       // song step that the next boundary runs
+    std::int32_t soundingStep = -1;    // step that the last boundary ran, counted on outside song mode
+    std::int32_t maxStepCount = 1;     // longest playing pattern + 1
+    std::uint32_t stepTime = 0;        // milliseconds at which the last step began
+    std::uint32_t blockStartTime = 0;  // milliseconds
+    bool loopJumped = false;           // sounding notes end at the next boundary
+
+    // Timing of the current block, set once its tempo is known.
+    double sampleRate = 44100.0;
+    float samplesPerStep = 5512.5F;   // exact, for positions
+    std::int32_t stepSamples = 5512;  // rounded, for scheduling
+    float stepFraction = 0;           // share of the current step that has passed
+
+    void SetTempo(double rate, int stepsPerBeat, float tempo) noexcept;
+    // Position in quarter notes at the start of the block that is about to run.
+    double QuarterNotes(int stepsPerBeat) const noexcept;
+    void UpdateStepFraction() noexcept;
+};
+
+}  // namespace quib

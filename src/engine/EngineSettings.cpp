@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/EngineSettings.h"
+
+#include <algorithm>
+
+namespace quib {
+
+CValue* EngineSetting(EngineSettings& settings, int lane) noexcept {
+    switch (lane) {
+        case 0:
+            return &settings.masterLevel;
+        case 1:
+            return &settings.crossfader;
+        case 2:
+            return &settings.masterInsertOn[0];
+        case 3:
+            return &settings.masterInsertOn[1];
+        case 4:
+            return &settings.tempo;
+        default:
+            return nullptr;
+    }
+}
+
+float SafeTempo(const EngineSettings& settings) noexcept {
+    const float tempo = settings.tempo.Get();
+    return tempo > 10.0F ? std::min(tempo, 1000.0F) : 10.0F;
+}
+
+}  // namespace quib

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Settings of transport and master section, each readable and writable by any thread. Switches are
+// off at 0.
+
+#include <array>
+
+#include "model/CEventLanes.h"
+#include "model/CValue.h"
+#include "model/ChannelStrip.h"
+#include "model/MixLanes.h"
+
+namespace quib {
+
+struct EngineSettings {
+    CValue songMode{1.0F};          // switch: patterns follow the playlists
+    CValue synchroOn;               // switch: all patterns restart with the longest
+    CValue loopOn;                  // switch: the song repeats the steps loopStart .. loopEnd - 1
+    CIntegerValue loopStart;        // step
+    CIntegerValue loopEnd;          // step
+    CIntegerValue stepsPerBeat{4};  // 4: a step is a sixteenth note
+    CValue tempo{120.0F};           // beats per minute
+    CValue masterLevel{127.0F};     // 0..127
+    CValue crossfader;              // 0..127: side A .. side B
+    std::array<CValue, kInsertCount> masterInsertOn;
+};
+
+// The setting behind a master lane, or null for an index out of range.
+CValue* EngineSetting(EngineSettings& settings, int lane) noexcept;
+
+// Tempo that playback uses, in beats per minute: always a number within [10, 1000].
+float SafeTempo(const EngineSettings& settings) noexcept;
+
+}  // namespace quib

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/InstrumentChain.h"
+
+#include <algorithm>
+
+#include "engine/ParameterChange.h"
+
+namespace quib {
+
+namespace {
+
+// Frame of the block at which a live message falls: what came in during the last block keeps its
+// distances in this one.
+std::int32_t FrameOf(const LiveEvent& event, const BlockContext& block) noexcept {
+    const auto age = static_cast<std::int32_t>(block.now - event.time);
+    const double frame = block.frames - age * block.sampleRate / 1000.0;
+    return static_cast<std::int32_t>(std::clamp(frame, 0.0, block.frames - 1.0));
+}
+
+// Earlier first, equal frames in the order in which they were added. Lists are short and nearly sorted.
+void SortByFrame(std::vector<BlockEvent>& events) noexcept {
+    for (std::size_t index = 1; index < events.size(); ++index) {
+        const BlockEvent event = events[index];
+        std::size_t place = index;
+        for (; place > 0 && events[place - 1].deltaFrames > event.deltaFrames; --place)
+            events[place] = events[place - 1];
+        events[place] = event;
+    }
+}
+
+void SendEvents(BlockInstrument& entry, const BlockContext& block) noexcept {
+    InstrumentPlayState& play = entry.instrument->play;
+    for (const LiveEvent& event : play.liveEvents.Items()) {
+        play.blockEvents.Add({event.status, event.data1, event.data2, FrameOf(event, block)});
+    }
+    play.liveEvents.Items().clear();
+    SortByFrame(play.blockEvents.Items());
+    entry.plugin->SendEvents(play.blockEvents.Items());
+    play.blockEvents.Items().clear();
+}
+
+}  // namespace
+
+void RenderChain(BlockInstrument& entry, const BlockContext& block) noexcept {
+    CInstrument& instrument = *entry.instrument;
+    PlayInstrumentAutomation(entry, block);
+    entry.plugin->SetBlockTime(block.time);
+    SendEvents(entry, block);
+    if (!entry.plugin->CanReplace()) return;
+    entry.plugin->Process(block.frames);
+    if (entry.plugin->OutputCount() == 0) return;
+    entry.left = entry.plugin->Left();
+    entry.right = entry.plugin->Right();
+    for (std::size_t index = 0; index < kInsertCount; ++index) {
+        CPlugin* const insert = entry.inserts[index];
+        if (insert == nullptr || !insert->CanReplace() || !(instrument.strip.insertOn[index].Get() > 0.0F)) continue;
+        insert->SetBlockTime(block.time);
+        insert->Process(entry.left, entry.right, block.frames);
+        entry.left = insert->Left();
+        entry.right = insert->Right();
+    }
+}
+
+}  // namespace quib

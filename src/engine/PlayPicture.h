@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The playing state as windows show it: filled by the render thread after every block, fetched by the
+// editing thread through a triple buffer.
+
+#include <array>
+#include <cstdint>
+
+#include "engine/BlockContext.h"
+
+namespace quib {
+
+struct InstrumentPicture {
+    static constexpr std::size_t kShownKeys = 32;
+
+    std::uint32_t id = 0;
+    std::int32_t pattern = -1;  // -1 none
+    std::int32_t nextPattern = -1;
+    std::int32_t step = -1;  // -1 stopped
+    std::uint32_t heldKeyCount = 0;
+    std::array<std::uint8_t, kShownKeys> heldKeys{};
+};
+
+struct PlayPicture {
+    bool playing = false;
+    std::int32_t globalStep = 0;
+    std::int32_t soundingStep = -1;
+    std::int32_t maxStepCount = 1;
+    float stepFraction = 0;
+    std::int64_t sampleCounter = 0;
+    vst2::VstTimeInfo time{};
+    std::size_t instrumentCount = 0;
+    std::array<InstrumentPicture, kMaximumInstruments> instruments{};
+};
+
+}  // namespace quib

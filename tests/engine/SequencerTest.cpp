@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CSequencer.h"
+
+#include <map>
+
+#include "EngineFixture.h"
+
+namespace quib {
+namespace {
+
+class CSequencerTest : public CEngineTest {
+protected:
+    void SetUp() override { Prepare(kStep / 8); }
+};
+
+TEST_F(CSequencerTest, NotesFallOnTheirSamplesWithSwingAndEndAfterTheirLength) {
+    CInstrument& instrument = AddInstrument();
+    instrument.swing.Set(0.5F);
+    SetPattern(instrument, 0, 16,
+               {{0.0F, 1.0F, 60, 100},     // plain
+                {3.25F, 0.5F, 61, 100},    // odd step: a quarter in, half a step late
+                {2.0F, 0.0F, 62, 100},     // no length: ends one sample later
+                {2.0F, 1.0F, 63, 0},       // velocity 0: never played
+                {1.0F, 40.0F, 64, 100}});  // longer than start + loop length: cut to that
+    PlayPatterns();
+    const auto heard = Listen(instrument, 19 * kStep);
+    const std::vector<HeardNote> expected = {
+        {0, 60, true},
+        {kStep, 60, false},
+        {kStep + 2756, 64, true},
+        {2 * kStep, 62, true},
+        {2 * kStep + 1, 62, false},
+        {3 * kStep + 1378 + 2756, 61, true},
+        {3 * kStep + 1378 + 2756 + 2756, 61, false},
+        {16 * kStep, 60, true},
+        {17 * kStep, 60, false},
+        {17 * kStep + 2756, 64, true},
+        {18 * kStep, 62, true},
+        {18 * kStep + 1, 62, false},
+        {18 * kStep + 2756, 64, false},
+    };
+    EXPECT_EQ(heard, expected);
+}
+
+TEST_F(CSequencerTest, EveryBlockSizeGivesTheSameNotesAtTheSameSamples) {
+    std::map<int, std::vector<HeardNote>> heard;
+    for (const int blockSize : {1, 64, 256, 2048, 16384}) {
+        CInstrument& instrument = AddInstrument();
+        instrument.swing.Set(0.3F);
+        SetPattern(instrument, 0, 7, {{0.1F, 2.7F, 60, 100}, {1.9F, 0.01F, 61, 90}, {5.0F, 9.0F, 62, 80}});
+        Prepare(blockSize);
+        audio.settings.tempo.Set(177.7F);
+        position = 0;
+        PlayPatterns();
+        auto notes = Listen(instrument, 65536 * 2);
+        heard[blockSize] = std::move(notes);
+        audio.PublishInstruments({});
+        Command(EngineCommand::Kind::Stop);
+        audio.RenderBlock();
+    }
+    ASSERT_GT(heard[64].size(), 20U);
+    for (const auto& [blockSize, notes] : heard) EXPECT_EQ(notes, heard[64]) << "block size " << blockSize;
+}
+
+TEST_F(CSequencerTest, SeveralStepsFitIntoOneBlock) {
+    Prepare(16384);
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 4, EveryStep(4, 60));
+    audio.settings.tempo.Set(1000.0F);
+    PlayPatterns();
+    EXPECT_EQ(Keys(instrument, 16384).size(), 25U);  // 661.5 -> 662 samples a step
+}
+
+TEST_F(CSequencerTest, ChainAndRandomFollowTheUsedPatterns) {
+    CInstrument& instrument = AddInstrument();
+    for (const int pattern : {0, 3, 9}) {
+        SetPattern(instrument, pattern, 1, EveryStep(1, 60 + pattern));
+        instrument.patternUsed[static_cast<std::size_t>(pattern)].Set(1);
+    }
+    SelectStepNumberMode(instrument, StepNumberMode::Chain);
+    PlayPatterns();
+    EXPECT_EQ(Keys(instrument, 6 * kStep), (std::vector<int>{60, 63, 69, 60, 63, 69}));
+
+    SelectStepNumberMode(instrument, StepNumberMode::Random);
+    std::map<int, int> counts;
+    for (const int key : Keys(instrument, 400 * kStep)) ++counts[key];
+    EXPECT_EQ(counts.size(), 3U);
+    EXPECT_GT(counts[63], 20);
+    EXPECT_GT(counts[69], 20);
+}
+
+TEST_F(CSequencerTest, RandomWithOneUsedPatternStaysOnItOrRepeats) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 1, EveryStep(1, 60));
+    SetPattern(instrument, 15, 1, EveryStep(1, 75));
+    instrument.patternUsed[15].Set(1);
+    SelectStepNumberMode(instrument, StepNumberMode::Random);
+    PlayPatterns();
+    const auto keys = Keys(instrument, 200 * kStep);
+    const auto firstHit = std::find(keys.begin(), keys.end(), 75);
+    ASSERT_NE(firstHit, keys.end());
+    EXPECT_TRUE(std::all_of(keys.begin(), firstHit, [](int key) { return key == 60; }));
+    EXPECT_TRUE(std::all_of(firstHit, keys.end(), [](int key) { return key == 75; }));
+}
+
+TEST_F(CSequencerTest, AQueuedPatternWaitsForTheEndAndGoesBeforeChain) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 4, EveryStep(4, 60));
+    SetPattern(instrument, 1, 2, EveryStep(2, 61));
+    SetPattern(instrument, 5, 2, EveryStep(2, 65));
+    instrument.patternUsed[0].Set(1);
+    instrument.patternUsed[1].Set(1);
+    SelectStepNumberMode(instrument, StepNumberMode::Chain);
+    PlayPatterns();
+    Listen(instrument, kStep);
+    Command(EngineCommand::Kind::SelectPattern, 5, instrument.Id());
+    EXPECT_EQ(Keys(instrument, 7 * kStep), (std::vector<int>{60, 60, 60, 65, 65, 60, 60}));
+}
+
+TEST_F(CSequencerTest, ARestartWaitsForTheBeat) {
+    CInstrument& leader = AddInstrument();
+    CInstrument& instrument = AddInstrument();
+    SetPattern(leader, 0, 16, {});
+    SetPattern(instrument, 0, 16, {{0.0F, 0.5F, 40, 100}, {9.0F, 0.5F, 49, 100}});
+    PlayPatterns();
+    EXPECT_EQ(Keys(instrument, 2 * kStep), (std::vector<int>{40}));
+    Command(EngineCommand::Kind::StartPattern, 9, instrument.Id());
+    const auto heard = Listen(instrument, 4 * kStep);
+    ASSERT_FALSE(heard.empty());
+    EXPECT_EQ(heard.front(), (HeardNote{4 * kStep, 49, true}));
+}
+
+TEST_F(CSequencerTest, SynchroBringsShortPatternsBackToTheLongest) {
+    CInstrument& shortOne = AddInstrument();
+    CInstrument& longOne = AddInstrument();
+    CInstrument& freeOne = AddInstrument();
+    SetPattern(shortOne, 0, 3, {{0.0F, 0.5F, 60, 100}});
+    SetPattern(longOne, 0, 8, {});
+    SetPattern(freeOne, 0, 3, {{0.0F, 0.5F, 60, 100}});
+    shortOne.strip.synchro.Set(1.0F);
+    longOne.strip.synchro.Set(1.0F);
+    PlayPatterns();
+    std::vector<std::int64_t> synchronised;
+    std::vector<std::int64_t> alone;
+    const CPlugin& freePlugin = *freeOne.plugin.ForEdit()->plugin;
+    for (int block = 0; block < 17 * 8; ++block) {
+        const std::int64_t start = position;
+        for (const HeardNote& note : Listen(shortOne, kStep / 8)) {
+            if (note.on) synchronised.push_back(note.frame / kStep);
+        }
+        for (int frame = 0; frame < kStep / 8; ++frame) {
+            if (freePlugin.Output(0)[frame] != 0.0F) alone.push_back((start + frame) / kStep);
+        }
+    }
+    EXPECT_EQ(synchronised, (std::vector<std::int64_t>{0, 3, 6, 8, 11, 14, 16}));
+    EXPECT_EQ(alone, (std::vector<std::int64_t>{0, 3, 6, 9, 12, 15}));
+}
+
+TEST_F(CSequencerTest, TheSongFollowsPlaylistsRepeatsAndFallsSilent) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 2, EveryStep(2, 60));
+    SetPattern(instrument, 1, 2, EveryStep(2, 61));
+    instrument.playlist.Publish(std::make_shared<const Playlist>(Playlist{{0, 1, 1}, {1, 6, 0}}), audio.graveyard);
+    Command(EngineCommand::Kind::Play);
+    const auto heard = Listen(instrument, 12 * kStep);
+    std::vector<std::pair<std::int64_t, int>> struck;
+    for (const HeardNote& note : heard) {
+        if (note.on) struck.emplace_back(note.frame / kStep, note.key);
+    }
+    EXPECT_EQ(struck, (std::vector<std::pair<std::int64_t, int>>{
+                          {1, 60}, {2, 60}, {3, 60}, {4, 60}, {5, 60}, {6, 61}, {7, 61}}));
+}
+
+TEST_F(CSequencerTest, TheLoopRegionRepeatsItsStepsAndEndsSoundingNotes) {
+    CInstrument& instrument = AddInstrument();
+    std::vector<Note> notes;
+    for (int step = 0; step < 16; ++step) notes.push_back({static_cast<float>(step), 0.5F, 40 + step, 100});
+    notes.push_back({6.5F, 20.0F, 100, 100});
+    SetPattern(instrument, 0, 16, notes);
+    instrument.playlist.Publish(std::make_shared<const Playlist>(Playlist{{0, 0, 1}}), audio.graveyard);
+    audio.settings.loopOn.Set(1.0F);
+    audio.settings.loopStart.Set(4);
+    audio.settings.loopEnd.Set(8);
+    Command(EngineCommand::Kind::Play);
+    std::vector<int> keys;
+    std::vector<std::int64_t> ends;
+    for (const HeardNote& note : Listen(instrument, 13 * kStep)) {
+        if (note.on && note.key < 100) keys.push_back(note.key);
+        if (!note.on && note.key == 100) ends.push_back(note.frame);
+    }
+    EXPECT_EQ(keys, (std::vector<int>{40, 41, 42, 43, 44, 45, 46, 47, 44, 45, 46, 47, 44}));
+    EXPECT_EQ(ends, (std::vector<std::int64_t>{8 * kStep, 12 * kStep}));
+}
+
+TEST_F(CSequencerTest, OutsideSongModeTheSongStandsStillAndTheLoopHasNoEffect) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 16, EveryStep(16, 60));
+    audio.settings.loopOn.Set(1.0F);
+    audio.settings.loopEnd.Set(2);
+    PlayPatterns();
+    EXPECT_EQ(Keys(instrument, 10 * kStep).size(), 10U);
+    EXPECT_EQ(audio.Picture().globalStep, 0);
+    EXPECT_EQ(audio.Picture().instruments[0].step, 9);
+}
+
+TEST_F(CSequencerTest, StopEndsEveryNoteWithinOneBlockAndKeepsTheRestSilent) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 16, {{0.0F, 15.0F, 60, 100}, {0.9F, 1.0F, 61, 100}});
+    PlayPatterns();
+    EXPECT_EQ(Listen(instrument, 1000).size(), 1U);
+    Command(EngineCommand::Kind::Stop);
+    const std::int64_t stopped = position;
+    EXPECT_EQ(Listen(instrument, 20 * kStep), (std::vector<HeardNote>{{stopped, 60, false}}));
+}
+
+TEST_F(CSequencerTest, EditingAPatternLeavesSoundingNotesToTheirEnd) {
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 16, {{0.0F, 2.0F, 60, 100}});
+    PlayPatterns();
+    Listen(instrument, 1);
+    SetPattern(instrument, 0, 16, {});
+    EXPECT_EQ(Listen(instrument, 4 * kStep), (std::vector<HeardNote>{{2 * kStep, 60, false}}));
+}
+
+// --- Arpeggiator ---------------------------------------------------------------------------------------
+
+class CArpeggiatorTest : public CSequencerTest {
+protected:
+    CInstrument& AddArpeggiator(std::vector<int> held, ArpeggiatorOrder order) {
+        CInstrument& instrument = AddInstrument();
+        SetPattern(instrument, 0, 16, {});
+        instrument.arpeggiator.on.Set(1.0F);
+        instrument.arpeggiator.mode.Set(static_cast<float>(order));
+        for (const int key : held) instrument.play.heldKeys.Add(key);
+        return instrument;
+    }
+};
+
+TEST_F(CArpeggiatorTest, OrdersWalkTheHeldKeys) {
+    struct Case {
+        ArpeggiatorOrder order;
+        float extensionMode;
+        float extension;
+        std::vector<int> keys;
+    };
+    const std::vector<Case> cases = {
+        {ArpeggiatorOrder::Upward, 1, 0, {60, 64, 67, 60, 64, 67, 60, 64}},
+        {ArpeggiatorOrder::Downward, 1, 0, {60, 64, 67, 67, 64, 60, 67, 64}},
+        {ArpeggiatorOrder::UpAndDown, 1, 0, {60, 64, 67, 67, 64, 60, 60, 64}},
+        {ArpeggiatorOrder::Upward, 0, 1, {60, 72, 64, 76, 67, 79, 60, 72}},
+        {ArpeggiatorOrder::Upward, 1, 1, {60, 64, 67, 72, 76, 79, 60, 64}},
+    };
+    for (const Case& one : cases) {
+        CInstrument& instrument = AddArpeggiator({60, 64, 67}, one.order);
+        instrument.arpeggiator.interval.Set(12.0F);
+        instrument.arpeggiator.extMode.Set(one.extensionMode);
+        instrument.arpeggiator.ext.Set(one.extension);
+        position = 0;
+        PlayPatterns();
+        EXPECT_EQ(Keys(instrument, 8 * kStep), one.keys)
+            << "order " << static_cast<int>(one.order) << " extension mode " << one.extensionMode;
+        audio.PublishInstruments({});
+    }
+}
+
+TEST_F(CArpeggiatorTest, RandomOrderLeavesHolesAndRepeatsFromItsSeed) {
+    std::vector<std::vector<int>> runs;
+    for (int run = 0; run < 2; ++run) {
+        audio.Seed(7);
+        CInstrument& instrument = AddArpeggiator({60, 64}, ArpeggiatorOrder::Random);
+        instrument.arpeggiator.hole.Set(2.0F);
+        PlayPatterns();
+        runs.push_back(Keys(instrument, 400 * kStep));
+        audio.PublishInstruments({});
+    }
+    EXPECT_EQ(runs[0], runs[1]);
+    EXPECT_GT(runs[0].size(), 150U);  // half of 400 on the average
+    EXPECT_LT(runs[0].size(), 250U);
+}
+
+TEST_F(CArpeggiatorTest, RateAndGateSetTheGrid) {
+    CInstrument& instrument = AddArpeggiator({60}, ArpeggiatorOrder::Upward);
+    instrument.arpeggiator.extMode.Set(1.0F);
+    instrument.arpeggiator.tempo.Set(1.0F);
+    instrument.arpeggiator.gateTime.Set(2.0F);
+    PlayPatterns();
+    EXPECT_EQ(Listen(instrument, 4 * kStep),
+              (std::vector<HeardNote>{
+                  {0, 60, true}, {kStep / 4, 60, false}, {2 * kStep, 60, true}, {2 * kStep + kStep / 4, 60, false}}));
+}
+
+TEST_F(CArpeggiatorTest, NotesAboveTheKeyboardAreRests) {
+    CInstrument& instrument = AddArpeggiator({100, 120}, ArpeggiatorOrder::Upward);
+    instrument.arpeggiator.interval.Set(12.0F);
+    instrument.arpeggiator.ext.Set(1.0F);
+    PlayPatterns();
+    EXPECT_EQ(Keys(instrument, 4 * kStep), (std::vector<int>{100, 112, 120}));
+}
+
+}  // namespace
+}  // namespace quib
