@@ -65,24 +65,40 @@ CEventLanes CEventLanes::With(int slot, int lane, PointList points) const {
     return changed;
 }
 
-void CEventLanesBuilder::Append(int slot, int lane, std::span<const Point> points) {
+CEventLanes CEventLanes::WithSlotOf(const CEventLanes& other, int slot) const {
+    CEventLanes changed = *this;
+    if (slot < 0 || slot >= kSlotCount) return changed;
+    const auto index = static_cast<std::size_t>(slot);
+    changed.slots[index] = other.slots[index];
+    return changed;
+}
+
+void CEventLanesBuilder::Append(int slot, int lane, PointList points) {
     if (slot < 0 || slot >= CEventLanes::kSlotCount || lane < 0) return;
     auto& list = slots[static_cast<std::size_t>(slot)];
-    auto place = std::lower_bound(list.begin(), list.end(), lane,
-                                  [](const Pending& candidate, int wanted) { return candidate.lane < wanted; });
-    if (place == list.end() || place->lane != lane) place = list.insert(place, {lane, {}});
-    place->points.insert(place->points.end(), points.begin(), points.end());
+    if (list.empty() || list.back().lane != lane) {
+        list.push_back({lane, std::move(points)});
+    } else {
+        list.back().points.insert(list.back().points.end(), points.begin(), points.end());
+    }
 }
 
 CEventLanes CEventLanesBuilder::Build() {
     std::array<CEventLanes::LaneList, CEventLanes::kSlotCount> lists;
     for (std::size_t slot = 0; slot < slots.size(); ++slot) {
-        for (Pending& lane : slots[slot]) {
-            Sort(lane.points);
-            if (lane.points.empty()) continue;
-            lists[slot].push_back({lane.lane, std::make_shared<const PointList>(std::move(lane.points))});
+        auto& pending = slots[slot];
+        std::stable_sort(pending.begin(), pending.end(),
+                         [](const Pending& a, const Pending& b) { return a.lane < b.lane; });
+        for (std::size_t first = 0, next = 0; first < pending.size(); first = next) {
+            PointList points = std::move(pending[first].points);
+            for (next = first + 1; next < pending.size() && pending[next].lane == pending[first].lane; ++next) {
+                points.insert(points.end(), pending[next].points.begin(), pending[next].points.end());
+            }
+            Sort(points);
+            if (points.empty()) continue;
+            lists[slot].push_back({pending[first].lane, std::make_shared<const PointList>(std::move(points))});
         }
-        slots[slot].clear();
+        pending.clear();
     }
     return CEventLanes(std::move(lists));
 }

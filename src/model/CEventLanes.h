@@ -74,6 +74,8 @@ public:
 
     // A copy in which one lane holds `points`, sorted here; positions that are no number are left out.
     CEventLanes With(int slot, int lane, PointList points) const;
+    // A copy whose points of one slot are those of `other`.
+    CEventLanes WithSlotOf(const CEventLanes& other, int slot) const;
 
 private:
     std::array<std::shared_ptr<const LaneList>, kSlotCount> slots;
@@ -83,7 +85,8 @@ private:
 class CEventLanesBuilder {
 public:
     // Appends to what the lane has. A slot or lane out of range is ignored.
-    void Append(int slot, int lane, std::span<const Point> points);
+    void Append(int slot, int lane, PointList points);
+    // Leaves the builder empty.
     CEventLanes Build();
 
 private:

@@ -11,6 +11,10 @@
 namespace quib {
 
 constexpr float kDefaultLevel = 73.67F;
+// 100 Hz, 500 Hz and 2000 Hz on the scale 20 Hz x 800^x.
+constexpr std::array<float, kEqBandCount> kDefaultEqFreq = {0.24076759815216064F, 0.4815351963043213F,
+                                                            0.6889311075210571F};
+constexpr float kDefaultEqQ = 0.707F;
 
 struct ChannelStrip {
     CValue level{kDefaultLevel};  // 0..127

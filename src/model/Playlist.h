@@ -8,6 +8,9 @@
 
 namespace quib {
 
+// Steps beyond are not meant.
+constexpr std::int32_t kMaximumSongStep = 1 << 24;
+
 struct PlaylistEntry {
     std::int32_t pattern = 0;  // 0..15
     std::int32_t start = 0;    // song step

@@ -31,8 +31,8 @@ struct StripValues {
     std::array<float, kSendCount> sendOn{};
     std::array<float, kSendCount> sendLevel{};
     float eqOn = 0;
-    std::array<float, kEqBandCount> eqFreq{};
-    std::array<float, kEqBandCount> eqQ{};
+    std::array<float, kEqBandCount> eqFreq = kDefaultEqFreq;
+    std::array<float, kEqBandCount> eqQ = {kDefaultEqQ, kDefaultEqQ, kDefaultEqQ};
     std::array<float, kEqBandCount> eqGain{};
 };
 

@@ -17,7 +17,7 @@ using namespace vst2;
 namespace {
 
 constexpr int kMaximumChannels = 512;
-constexpr int kMaximumParameters = 1 << 16;
+constexpr int kMaximumPrograms = 1 << 16;
 // Largest sample that counts as sound: +24 dBFS.
 constexpr float kLoudest = 15.848932F;
 // Outputs that the strip can use: a main pair and one pair for each send.
@@ -26,7 +26,8 @@ constexpr int kCheckedOutputs = 10;
 bool Sane(const AEffect& effect) {
     return effect.dispatcher != nullptr && effect.setParameter != nullptr && effect.getParameter != nullptr &&
            effect.numInputs >= 0 && effect.numInputs <= kMaximumChannels && effect.numOutputs >= 0 &&
-           effect.numOutputs <= kMaximumChannels && effect.numParams >= 0 && effect.numParams <= kMaximumParameters &&
+           effect.numOutputs <= kMaximumChannels && effect.numParams >= 0 &&
+           effect.numParams <= CPlugin::kMaximumParameters &&
            ((effect.flags & effFlagsCanReplacing) == 0 || effect.processReplacing != nullptr);
 }
 
@@ -102,6 +103,7 @@ void CPlugin::Open() {
     identity.displayName = identity.effectName;
     RecogniseBuiltIn();
 
+    identity.programCount = std::clamp(effect->numPrograms, 0, kMaximumPrograms);
     inputCount = effect->numInputs;
     outputCount = effect->numOutputs;
     inputs = CPluginBuffers(std::max(2, inputCount));

@@ -37,6 +37,7 @@ struct PluginIdentity {
     std::string product;
     std::intptr_t vendorVersion = 0;
     std::intptr_t category = 0;
+    int programCount = 0;  // when it was loaded; banks may select fewer
     bool acceptsMidi = false;
     bool isDrumMachine = false;
     bool isLoopPlayer = false;
@@ -143,6 +144,8 @@ public:
                                                 std::intptr_t value, void* pointer, float option) noexcept;
 
     static constexpr std::size_t kTextSize = 1024;
+    // Plug-ins with more are refused.
+    static constexpr int kMaximumParameters = 1 << 16;
 
 private:
     explicit CPlugin(PluginEnvironment& pluginEnvironment);

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What the readers of files need from their caller, and what they tell it beside the result. Lives for
+// one reading, on the editing thread.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/plugin/CPlugin.h"
+
+namespace quib {
+
+// Finds and loads a plug-in by the name that a file has for its library. Null when that is not
+// possible; `error` then says why.
+using PluginLoader =
+    std::function<std::shared_ptr<CPlugin>(const std::string& fileName, SlotKind kind, std::string& error)>;
+
+struct LoadContext {
+    PluginLoader load;                  // unset: every plug-in counts as missing
+    std::vector<std::string> warnings;  // one line each: what was left out, and why
+
+    void Warn(const std::string& about, const std::string& what) {
+        constexpr std::size_t most = 1000;  // a damaged file may have something wrong in every line
+        if (warnings.size() < most) warnings.push_back(about + ": " + what);
+    }
+};
+
+}  // namespace quib

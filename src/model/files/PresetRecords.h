@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The records of one preset inside an instrument. Editing thread.
+
+#include <span>
+
+#include "model/Preset.h"
+#include "model/files/CRecordReader.h"
+#include "model/files/CRecordWriter.h"
+#include "model/files/PatternRecords.h"
+
+namespace quib {
+
+// Fills one preset from the lines that follow its opening record.
+class CPresetReader {
+public:
+    // Applies the current line, and takes the bytes that belong to it. False for another key.
+    bool ReadLine(CRecordReader& reader);
+    Preset Finish();
+
+private:
+    bool ReadStripValue(const CRecordReader& line);
+    bool ReadKeyboard(const CRecordReader& line);
+    bool ReadPatterns(const CRecordReader& line);
+    bool ReadImage(CRecordReader& reader);
+    void ReadCrossfade(const CRecordReader& line);
+
+    Preset preset;
+    CNoteReader notes;
+    CEventLanesBuilder midiLanes;
+    CEventLanesBuilder mixLanes;
+    CEventLanesBuilder pluginLanes;
+    bool crossfadeASeen = false;
+};
+
+void WritePreset(CRecordWriter& writer, const Preset& preset);
+
+// List lines of integers: "KEY;value;value;...". An empty list is not written. Reading leaves out
+// values outside [low, high] and stops at 65536 values.
+std::vector<std::int32_t> ReadIntegers(const CRecordReader& line, std::int32_t low, std::int32_t high);
+void WriteIntegers(CRecordWriter& writer, std::string_view key, std::span<const std::int32_t> values);
+
+}  // namespace quib

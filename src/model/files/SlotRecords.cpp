@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/files/SlotRecords.h"
+
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "model/files/EventRecords.h"
+#include "model/plugin/PluginBank.h"
+
+namespace quib {
+
+namespace {
+
+// No block holds a line with this key: where one comes, the end of the block got lost.
+bool BelongsOutside(const CRecordReader& line) noexcept { return line.Key() == "PLUGIN" && line.HasFields(2); }
+
+std::shared_ptr<const StateImage> CopyOf(std::string_view bytes) {
+    const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
+    return std::make_shared<const StateImage>(image.begin(), image.end());
+}
+
+}  // namespace
+
+bool OpensBracket(const CRecordReader& line) noexcept { return line.Text(1) == "START"; }
+bool ClosesBracket(const CRecordReader& line) noexcept { return line.Text(1) == "END"; }
+
+void CSlotReader::Load(std::string_view name, SlotKind kind, LoadContext& context) {
+    *this = CSlotReader();
+    if (name.empty()) return;
+    fileName = name;
+    std::string error = "cannot be loaded here";
+    if (context.load) plugin = context.load(fileName, kind, error);
+    if (plugin) return;
+    context.Warn(fileName, error + "; its settings are kept");
+    missing = std::make_shared<MissingPlugin>();
+    missing->fileName = fileName;
+}
+
+void CSlotReader::SetDisplayName(std::string_view name) {
+    if (missing) missing->displayName = name;
+}
+
+int CSlotReader::LaneCount() const noexcept {
+    if (plugin) return static_cast<int>(plugin->Parameters().size());
+    return missing ? CPlugin::kMaximumParameters : 0;
+}
+
+void CSlotReader::ReadState(CRecordReader& reader, LoadContext& context) {
+    std::optional<int> program;
+    while (reader.NextLine()) {
+        const std::string_view key = reader.Key();
+        if (key == "PRESET") break;
+        if (BelongsOutside(reader)) {
+            reader.RepeatLine();
+            break;
+        }
+        if (key == "PRESET_SIZE" && reader.HasFields(2)) {
+            const auto image = reader.TakeBytes(reader.Integer(1));
+            if (image) {
+                ApplyState(*image, context);
+            } else {
+                context.Warn(fileName, "the stored state is damaged");
+            }
+        } else if (key == "PRESET_INDEX" && reader.HasFields(2)) {
+            program = reader.Integer(1);
+        }
+    }
+    if (program) ApplyProgram(*program, context);
+}
+
+void CSlotReader::ApplyState(std::string_view image, LoadContext& context) {
+    if (image.empty()) return;
+    if (missing) missing->state = CopyOf(image);
+    if (!plugin) return;
+    const BankResult result = LoadBank(*plugin, std::as_bytes(std::span(image.data(), image.size())));
+    if (result != BankResult::Done) context.Warn(fileName, Describe(result));
+}
+
+void CSlotReader::ApplyProgram(int program, LoadContext& context) {
+    if (missing) missing->program = program;
+    // A plug-in without programs writes program 0 all the same.
+    if (plugin && !SelectProgram(*plugin, program) && program != 0) {
+        context.Warn(fileName, "there is no program " + std::to_string(program));
+    }
+}
+
+void CSlotReader::ReadEvents(CRecordReader& reader) {
+    while (reader.NextLine()) {
+        if (BelongsOutside(reader)) return reader.RepeatLine();
+        if (reader.Key() != "PARAM_EVENTS") continue;
+        if (ClosesBracket(reader)) return;
+        ReadSongPoints(reader, LaneCount(), lanes);
+    }
+}
+
+std::shared_ptr<const PluginSlot> CSlotReader::Finish() {
+    auto slot = std::make_shared<PluginSlot>();
+    if (plugin) plugin->lanes.Prepare(std::make_shared<const CEventLanes>(lanes.Build()));
+    if (missing) missing->lanes = lanes.Build();
+    slot->plugin = std::move(plugin);
+    slot->missing = std::move(missing);
+    *this = CSlotReader();
+    return slot;
+}
+
+bool IsEmpty(const PluginSlot& slot) noexcept { return slot.plugin == nullptr && slot.missing == nullptr; }
+
+std::string SlotFileName(const PluginSlot& slot) {
+    if (slot.plugin) return slot.plugin->Identity().fileName;
+    return slot.missing ? slot.missing->fileName : std::string();
+}
+
+const CEventLanes& SlotLanes(const PluginSlot& slot) {
+    static const CEventLanes none;
+    if (slot.plugin) return *slot.plugin->lanes.ForEdit();
+    return slot.missing ? slot.missing->lanes : none;
+}
+
+void WriteState(CRecordWriter& writer, std::string_view openKey, const PluginSlot& slot) {
+    writer.TextLine(openKey, "START");
+    StateImage image;
+    std::int32_t program = 0;
+    if (slot.plugin) {
+        image = SaveBank(*slot.plugin);
+        program = static_cast<std::int32_t>(slot.plugin->Dispatch(vst2::effGetProgram));
+    } else if (slot.missing) {
+        if (slot.missing->state) image = *slot.missing->state;
+        program = slot.missing->program;
+    }
+    writer.SizedBytes("PRESET_SIZE", image);
+    writer.IntegerLine("PRESET_INDEX", program);
+    writer.TextLine("PRESET", "END");
+}
+
+void WriteEvents(CRecordWriter& writer, std::string_view openKey, const PluginSlot& slot) {
+    writer.TextLine(openKey, "START");
+    WriteSongPoints(writer, "PARAM_EVENTS", SlotLanes(slot));
+    writer.TextLine("PARAM_EVENTS", "END");
+}
+
+}  // namespace quib
