@@ -15,10 +15,15 @@ struct DrumRow {
     float level, pan, tune, decay, tone, snap, colour;
 };
 
+// Of the whole kit: percent, and the volume in decibels.
+struct KitRow {
+    float drive, crush, velocity, volume;
+};
+
 struct Kit {
     const char* name;
     DrumRow drums[kDrumCount];  // kick, snare, clap, hats (closed, pedal, open), toms, crash, ride ...
-    float drive, crush, velocity;
+    KitRow whole;
 };
 
 constexpr Kit kKits[] = {
@@ -39,9 +44,7 @@ constexpr Kit kKits[] = {
       {-8, 35, 0, 100, 50, 50, 40},
       {-8, -35, 0, 100, 50, 45, 40},
       {-7, 30, 0, 100, 50, 50, 50}},
-     5,
-     0,
-     70},
+     {5, 0, 70, -8.2f}},
     {"Deep Eight",
      {{0, 0, -1, 240, 15, 25, 15},
       {-4, 0, 0, 70, 60, 50, 35},
@@ -59,9 +62,7 @@ constexpr Kit kKits[] = {
       {-9, 35, 0, 80, 60, 40, 60},
       {-7, -35, 1, 70, 65, 75, 35},
       {-5, 30, 0, 90, 50, 40, 40}},
-     0,
-     0,
-     65},
+     {0, 0, 65, -7.5f}},
     {"Studio Room",
      {{0, 0, 2, 65, 40, 55, 25},
       {-3, 0, 1, 105, 48, 60, 45},
@@ -79,9 +80,7 @@ constexpr Kit kKits[] = {
       {-8, 40, 0, 110, 45, 55, 50},
       {-8, -40, -1, 120, 45, 35, 50},
       {-8, 35, 0, 85, 40, 55, 60}},
-     0,
-     0,
-     90},
+     {0, 0, 90, -7.3f}},
     {"Electro Circuit",
      {{0, 0, 1, 110, 65, 80, 85},
       {-3, 0, 3, 80, 65, 75, 55},
@@ -99,9 +98,7 @@ constexpr Kit kKits[] = {
       {-9, -35, 3, 80, 60, 50, 70},
       {-8, 35, 3, 70, 65, 65, 60},
       {-7, -30, 3, 80, 60, 50, 35}},
-     14,
-     0,
-     60},
+     {14, 0, 60, -8.2f}},
     {"Minimal Dust",
      {{0, 0, 1, 55, 30, 40, 35},
       {-5, 5, 5, 45, 50, 50, 50},
@@ -119,9 +116,7 @@ constexpr Kit kKits[] = {
       {-10, 40, 4, 50, 50, 50, 40},
       {-8, -35, 4, 60, 55, 60, 70},
       {-7, 30, 4, 60, 50, 60, 50}},
-     0,
-     0,
-     80},
+     {0, 0, 80, -6.6f}},
     {"Lo-Fi Tape",
      {{0, 0, -1, 75, 30, 45, 45},
       {-3, 0, -1, 95, 30, 55, 50},
@@ -139,9 +134,7 @@ constexpr Kit kKits[] = {
       {-9, 30, -3, 90, 35, 45, 50},
       {-8, -30, -3, 100, 35, 40, 50},
       {-8, 30, -2, 90, 35, 45, 50}},
-     16,
-     42,
-     75},
+     {16, 42, 75, -6.7f}},
     {"Techno Hall",
      {{0, 0, -1, 105, 80, 75, 75},
       {-4, 0, 2, 75, 60, 75, 75},
@@ -159,9 +152,7 @@ constexpr Kit kKits[] = {
       {-9, -30, 1, 100, 60, 60, 60},
       {-8, 30, 1, 90, 60, 60, 50},
       {-8, -25, 1, 90, 60, 60, 50}},
-     28,
-     0,
-     60},
+     {28, 0, 60, -7.4f}},
     {"Latin Plaza",
      {{-1, 0, 3, 60, 40, 50, 30},
       {-4, 0, 4, 70, 55, 65, 40},
@@ -179,10 +170,10 @@ constexpr Kit kKits[] = {
       {-6, 38, 0, 120, 50, 60, 55},
       {-5, -38, 0, 100, 55, 45, 45},
       {-4, 32, 0, 110, 50, 55, 45}},
-     4,
-     0,
-     85},
+     {4, 0, 85, -7.3f}},
 };
+
+float GainOf(float decibels) { return std::pow(10.0f, decibels / 20.0f); }
 
 struct KitTable {
     std::deque<std::vector<ParameterValue>> values;
@@ -193,11 +184,13 @@ struct KitTable {
     }
 
     static std::vector<ParameterValue> ValuesOf(const Kit& kit) {
-        std::vector<ParameterValue> list = {
-            {kKitDrive, kit.drive}, {kKitCrush, kit.crush}, {kKitVelocity, kit.velocity}};
+        std::vector<ParameterValue> list = {{kKitDrive, kit.whole.drive},
+                                            {kKitCrush, kit.whole.crush},
+                                            {kKitVelocity, kit.whole.velocity},
+                                            {kKitVolume, GainOf(kit.whole.volume)}};
         for (int drum = 0; drum < kDrumCount; ++drum) {
             const DrumRow& row = kit.drums[drum];
-            list.push_back({IndexOf(drum, kDrumLevel), std::pow(10.0f, row.level / 20.0f)});
+            list.push_back({IndexOf(drum, kDrumLevel), GainOf(row.level)});
             list.push_back({IndexOf(drum, kDrumPan), row.pan});
             list.push_back({IndexOf(drum, kDrumTune), row.tune});
             list.push_back({IndexOf(drum, kDrumDecay), row.decay});
