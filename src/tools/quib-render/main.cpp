@@ -90,14 +90,22 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
     return json.Text();
 }
 
+std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const std::string& name, SlotKind kind,
+                                    PluginEnvironment& environment, std::string& error) {
+    const auto library = finder.Find(name, kind);
+    if (library) return CPlugin::Load(*library, kind, environment, error);
+    error = "not found in any plug-in folder";
+    return nullptr;
+}
+
 // Loads the project into the engine. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
-    CPluginFinder finder(ExecutableFolder(), options.pluginFolders);
+    CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
     const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
-        return finder.Load(name, kind, audio.environment, error);
+        return LoadByName(finder, name, kind, audio.environment, error);
     };
     std::string error;
-    if (!ReadProject(options.project, load, state, error)) {
+    if (!ReadProjectFile(options.project, load, state, error)) {
         Say(error);
         return false;
     }
