@@ -179,7 +179,7 @@ GROOVES = {
 }
 
 
-def bass(seed, chords, groove, bars=4, level=None, depth=0):
+def bass(seed, chords, groove, bars=4):
     player = Player(seed)
     for bar in range(bars):
         root = CHORDS[chords[bar]][0]
@@ -191,8 +191,6 @@ def bass(seed, chords, groove, bars=4, level=None, depth=0):
         elif groove != "sparse":
             player.play(bar * BAR + 13, root + 7, 0.8, 84)
             player.play(bar * BAR + 14, neighbour(following, root), 1.5, 96)
-    if level is not None:
-        player.pattern.mix["Level"] = pump(level, depth)
     return player.pattern
 
 
@@ -223,7 +221,7 @@ def chords(seed, harmony, rhythm, bars=4, transpose=0, doubled=False):
     return player.pattern
 
 
-def pad(harmony, level, depth):
+def pad(harmony):
     """Whole bars; a voice that stays is held over the bar line."""
     player = Player(5)
     voices = [CHORDS[name][2] for name in harmony]
@@ -235,7 +233,6 @@ def pad(harmony, level, depth):
             while end < 4 and key in voices[end]:
                 end += 1
             player.play(bar * BAR, key, (end - bar) * BAR - 0.25, 84)
-    player.pattern.mix["Level"] = pump(level, depth) if depth else [(0, level)]
     return player.pattern
 
 
