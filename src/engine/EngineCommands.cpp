@@ -16,7 +16,10 @@ void CAudio::RunCommand(const EngineCommand& command) noexcept {
         case EngineCommand::Kind::Play:
             return Play();
         case EngineCommand::Kind::Stop:
-            return Stop();
+            return CSequencer::Stop(block, transport, 0);
+        case EngineCommand::Kind::StopAt:
+            transport.stopStep = std::max(0, command.value);
+            return;
         case EngineCommand::Kind::Locate:
             CSequencer::ReleaseNotes(block, 0);
             transport.globalStep = std::max(0, command.value);

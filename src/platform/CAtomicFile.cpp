@@ -21,8 +21,10 @@ constexpr mode_t kPrivate = 0600;
 // A name beside `path` that no other save of this or another process uses now.
 std::filesystem::path TemporaryName(const std::filesystem::path& path) {
     static std::atomic<unsigned> next{0};
-    return path.parent_path() / ("." + path.filename().string() + "." + std::to_string(::getpid()) + "-" +
-                                 std::to_string(next.fetch_add(1)) + ".tmp");
+    std::string name = ".";
+    name += path.filename().string();
+    name += '.' + std::to_string(::getpid()) + '-' + std::to_string(next.fetch_add(1)) + ".tmp";
+    return path.parent_path() / name;
 }
 
 // Where a link leads, so that the link itself stays; a dangling one is replaced.

@@ -16,8 +16,6 @@
 
 namespace quib {
 
-constexpr std::size_t kMaximumInstruments = 1000;  // further ones in a file are left out
-
 // Told before each plug-in place how far the reading is (0..1) and what comes; false stops it.
 using LoadProgress = std::function<bool(float share, const std::string& what)>;
 
@@ -27,8 +25,8 @@ using LoadProgress = std::function<bool(float share, const std::string& what)>;
 bool ReadProject(std::string_view bytes, const PluginLoader& load, ProjectState& state, std::string& error,
                  const LoadProgress& progress = {});
 // The same from a file. `error` names it.
-bool ReadProject(const std::filesystem::path& path, const PluginLoader& load, ProjectState& state, std::string& error,
-                 const LoadProgress& progress = {});
+bool ReadProjectFile(const std::filesystem::path& path, const PluginLoader& load, ProjectState& state,
+                     std::string& error, const LoadProgress& progress = {});
 
 // The keys held on an instrument's on-screen keyboard, as the engine pictures them. Unset: those that
 // the instrument was read with, which is right only while it does not play.
@@ -38,7 +36,7 @@ using HeldKeys = std::function<std::vector<std::int32_t>(const CInstrument& inst
 void WriteProject(CRecordWriter& writer, const ProjectState& state, const HeldKeys& heldKeys = {});
 // Replaces the file in one step: afterwards there is the new one (true) or, whatever happened, the old
 // one; `error` then names path and reason.
-bool WriteProject(const std::filesystem::path& path, const ProjectState& state, std::string& error,
-                  const HeldKeys& heldKeys = {});
+bool WriteProjectFile(const std::filesystem::path& path, const ProjectState& state, std::string& error,
+                      const HeldKeys& heldKeys = {});
 
 }  // namespace quib

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "engine/BlockContext.h"
 #include "model/MixLanes.h"
 #include "model/files/EventRecords.h"
 #include "model/files/InstrumentFile.h"
@@ -182,8 +183,8 @@ bool ReadProject(std::string_view bytes, const PluginLoader& load, ProjectState&
     return CProjectReader(bytes, load, progress).Read(state, error);
 }
 
-bool ReadProject(const std::filesystem::path& path, const PluginLoader& load, ProjectState& state, std::string& error,
-                 const LoadProgress& progress) {
+bool ReadProjectFile(const std::filesystem::path& path, const PluginLoader& load, ProjectState& state,
+                     std::string& error, const LoadProgress& progress) {
     CFileBytes file;
     if (!file.Read(path, error)) return false;
     if (ReadProject(file.View(), load, state, error, progress)) return true;

@@ -74,8 +74,8 @@ void WriteProject(CRecordWriter& writer, const ProjectState& state, const HeldKe
     }
 }
 
-bool WriteProject(const std::filesystem::path& path, const ProjectState& state, std::string& error,
-                  const HeldKeys& heldKeys) {
+bool WriteProjectFile(const std::filesystem::path& path, const ProjectState& state, std::string& error,
+                      const HeldKeys& heldKeys) {
     CRecordWriter writer;
     WriteProject(writer, state, heldKeys);
     return CAtomicFile().Replace(path, writer.Bytes(), error);

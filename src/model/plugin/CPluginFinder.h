@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Finds the library of a plug-in by the name that a file has for it. Names are matched without their
+// extension: "Synth.dll" finds "Synth.so". Keeps what it saw in the folders. Editing thread, or any
+// other one alone.
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/plugin/CPlugin.h"
+
+namespace quib {
+
+class CPluginFinder {
+public:
+    // `programFolder` holds PluginInstruments and PluginEffects; `userFolders` come next, then
+    // `systemFolders`. Every folder counts with its sub-folders, except for the program's own two.
+    CPluginFinder(const std::filesystem::path& programFolder, std::vector<std::filesystem::path> userFolders,
+                  std::vector<std::filesystem::path> systemFolders);
+
+    // The real path of the library. An exact name in any folder goes before one that differs in upper
+    // and lower case; of equals, the folder that comes first wins.
+    std::optional<std::filesystem::path> Find(std::string_view fileName, SlotKind kind);
+
+    // Forgets what the folders held.
+    void Refresh() { listings.clear(); }
+
+private:
+    struct Folder {
+        std::filesystem::path path;
+        bool deep;
+    };
+    struct Listing {
+        std::map<std::string, std::filesystem::path> exact;   // by name without extension
+        std::map<std::string, std::filesystem::path> folded;  // the same in lower case
+    };
+
+    const Listing& ListingOf(const Folder& folder);
+
+    std::filesystem::path instrumentFolder;
+    std::filesystem::path effectFolder;
+    std::vector<Folder> others;
+    std::map<std::filesystem::path, Listing> listings;
+};
+
+}  // namespace quib

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "project/GeneratedProject.h"
+
+#include <utility>
+
+#include "model/MixLanes.h"
+#include "model/plugin/PluginBank.h"
+
+namespace quib::generated {
+
+namespace {
+
+PluginEnvironment& Environment() {
+    static PluginEnvironment environment;
+    return environment;
+}
+
+std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+    std::string error;
+    return TestPluginLoader()(name, kind, error);
+}
+
+std::shared_ptr<const PluginSlot> Slot(std::shared_ptr<CPlugin> plugin) {
+    return std::make_shared<const PluginSlot>(PluginSlot{std::move(plugin), nullptr});
+}
+
+std::shared_ptr<const CEventLanes> Points(int slot, int lanes, float offset) {
+    CEventLanesBuilder builder;
+    for (int lane = 0; lane < lanes; ++lane) {
+        builder.Append(slot, lane, {{0.0F, offset}, {3.25F, 0.1234F}, {static_cast<float>(lane) + 4.0F, 1.0F}});
+        builder.Append(CEventLanes::kSongSlot, lane, {{1.5F, 0.5F}, {1000.0F, offset}});
+    }
+    return std::make_shared<const CEventLanes>(builder.Build());
+}
+
+std::shared_ptr<const StateImage> Image(const char* text) {
+    const auto bytes = std::as_bytes(std::span(text, std::char_traits<char>::length(text)));
+    return std::make_shared<const StateImage>(bytes.begin(), bytes.end());
+}
+
+BallSoundList Balls() {
+    BallSound ball;
+    ball.x = 12.5F;
+    ball.rate = 3;
+    ball.channelSelector = 2;
+    ball.controllerX = 71;
+    ball.horizontal = {{BallTarget::Plugin, 3, 0.0F, 128.0F, 0.25F}, {BallTarget::Insert1, 1, 10.0F, 20.0F, 0.0F}};
+    ball.vertical = {{BallTarget::Mix, 1, 64.0F, 32.0F, 0.75F}};
+    return {ball, BallSound()};
+}
+
+Preset MakePreset(const CInstrument& instrument) {
+    Preset preset;
+    preset.strip.crossfadeA = 0.0F;
+    preset.strip.crossfadeB = 1.0F;
+    preset.strip.sendLevel[2] = 99.5F;
+    preset.stepNumberMode = 2;
+    preset.stepNumberModeValue = 0.25F;
+    preset.patternSelected = 7;
+    preset.patterns[7] = instrument.patterns[3].ForEdit();
+    preset.patternUsed[7] = 1;
+    preset.midiLanes = *Points(7, 2, 64.0F);
+    preset.mixLanes = *Points(7, 3, 0.5F);
+    preset.pluginLanes = *Points(7, 2, 0.75F);
+    preset.eventPluginParameters = {1, 4};
+    preset.ballSounds = {Balls().front()};
+    preset.keyboardOn = 1;
+    preset.keyboardPosition = 48;
+    preset.keyboardKeys = {60, 64};
+    preset.pluginState = Image("PRESET;END;\r\nPLUGIN;END;\r\nnot text");
+    preset.insertState = {Image(";;;\r\n"), Image("\n")};
+    return preset;
+}
+
+std::shared_ptr<CInstrument> FullInstrument() {
+    auto instrument = std::make_shared<CInstrument>();
+    auto synth = Load("ChunkSynth.dll", SlotKind::Instrument);
+    auto insert = Load("ParameterBank", SlotKind::Effect);
+    synth->SetParameter(2, 0.625F);
+    insert->SetParameter(5, 0.375F);
+    synth->lanes.Prepare(Points(3, 8, 0.5F));
+    insert->lanes.Prepare(Points(3, 6, 0.5F));
+    instrument->plugin.Prepare(Slot(synth));
+    instrument->inserts[0].Prepare(Slot(insert));
+    auto missing = std::make_shared<MissingPlugin>(
+        MissingPlugin{"Vanished.dll", "Vanished", Image("PRESET;END;\r\n"), 5, *Points(2, 40, 0.0F)});
+    instrument->inserts[1].Prepare(std::make_shared<const PluginSlot>(PluginSlot{nullptr, std::move(missing)}));
+    instrument->title = "Bass";
+    instrument->icon = 4;
+    instrument->keyboardOn.Set(1.0F);
+    for (const int key : {36, 43, 48}) instrument->play.heldKeys.Add(key);
+    instrument->strip.level.Set(101.25F);
+    instrument->strip.insertOn[0].Set(1.0F);
+    instrument->arpeggiator.interval.Set(-7.0F);
+    SelectStepNumberMode(*instrument, StepNumberMode::Random);
+    instrument->swing.Set(0.33333F);
+    instrument->patterns[3].Prepare(std::make_shared<const CPattern>(
+        32, std::vector<Note>{{0.0F, 0.25F, 36, 127}, {31.9999F, 40.5F, 48, 1}, {7.12345F, 1.0F, 60, 64}}));
+    instrument->patternUsed[3].Set(1);
+    instrument->patternUsed[9].Set(2);
+    instrument->midiLanes.Prepare(Points(3, kMidiLaneCount, 64.0F));
+    instrument->mixLanes.Prepare(Points(3, kMixLaneCount, 0.5F));
+    instrument->playlist.Prepare(std::make_shared<const Playlist>(Playlist{{3, 0, 0}, {9, 32, 1}}));
+    instrument->ballSounds.Prepare(std::make_shared<const BallSoundList>(Balls()));
+    instrument->eventPluginParameters = {0, 2, 7};
+    instrument->presets = {MakePreset(*instrument), Preset()};
+    return instrument;
+}
+
+}  // namespace
+
+PluginLoader TestPluginLoader() {
+    return [](const std::string& name, SlotKind kind, std::string& error) -> std::shared_ptr<CPlugin> {
+        const std::string library = name.substr(0, name.find('.'));
+        return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + library + ".so", kind, Environment(), error);
+    };
+}
+
+ProjectState EveryRecord() {
+    ProjectState state;
+    state.master.tempo = 133.333F;
+    state.master.presetMidi = {2, 14, -1};
+    state.detector.threshold = -24.5F;
+    state.masterInserts[0] = {1.0F, Slot(Load("ParameterBank.so", SlotKind::Effect))};
+    state.masterInserts[1] = {0.0F, Slot(Load("Gain.so", SlotKind::Effect))};
+    for (const auto& insert : state.masterInserts) insert.slot->plugin->lanes.Prepare(Points(0, 1, 0.5F));
+    state.masterLanes = *Points(CEventLanes::kSongSlot, kMasterLaneCount, 100.0F);
+    for (auto& effect : state.effects) {
+        auto plugin = Load("ParameterBank.so", SlotKind::Effect);
+        plugin->lanes.Prepare(Points(0, 2, 0.25F));
+        effect = Slot(std::move(plugin));
+    }
+    state.instruments = {FullInstrument(), std::make_shared<CInstrument>()};
+    return state;
+}
+
+ProjectState Large(int instruments, int notes, int points) {
+    ProjectState state;
+    const int perLane = points / std::max(1, instruments * 4);
+    for (int i = 0; i < instruments; ++i) {
+        auto instrument = std::make_shared<CInstrument>();
+        instrument->title = "Track " + std::to_string(i + 1);
+        for (std::size_t p = 0; p < instrument->patterns.size(); ++p) {
+            std::vector<Note> list;
+            for (int n = 0; n < notes; ++n) {
+                list.push_back({static_cast<float>(n) * 0.3711F, 0.125F * static_cast<float>(1 + n % 16), 24 + n % 80,
+                                1 + n % 127});
+            }
+            instrument->patterns[p].Prepare(std::make_shared<const CPattern>(notes, std::move(list)));
+        }
+        CEventLanesBuilder builder;
+        for (int lane = 0; lane < 4; ++lane) {
+            PointList list;
+            for (int n = 0; n < perLane; ++n) {
+                list.push_back({static_cast<float>(n) * 0.53F, static_cast<float>(n % 997) * 0.00101F});
+            }
+            builder.Append(CEventLanes::kSongSlot, lane, std::move(list));
+        }
+        instrument->mixLanes.Prepare(std::make_shared<const CEventLanes>(builder.Build()));
+        state.instruments.push_back(std::move(instrument));
+    }
+    return state;
+}
+
+std::string BytesOf(const ProjectState& state) {
+    CRecordWriter writer;
+    WriteProject(writer, state);
+    return {writer.Bytes().data(), writer.Bytes().size()};
+}
+
+}  // namespace quib::generated

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// An effect that knows no chunks. Like some real ones it forgets the edits of a program when another
+// one is selected; only what follows the naming of a program, as in a bank that is loaded, stays.
+// Output is input times the sum of its parameters.
+#include <array>
+
+#include "TestPlugin.h"
+
+namespace {
+
+class CParameterBank final : public CTestPlugin {
+public:
+    explicit CParameterBank(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
+        SetParameterCount(kParameters);
+        effect.numPrograms = kPrograms;
+        effect.uniqueId = vst2::FourCharacters('t', 's', 'P', 'B');
+        effect.version = 7;
+        name = "Parameter bank";
+        for (int index = 0; index < kPrograms; ++index) {
+            programs[static_cast<std::size_t>(index)].name = "Program " + std::to_string(index);
+        }
+    }
+
+private:
+    static constexpr int kParameters = 6;
+    static constexpr int kPrograms = 4;
+    struct Program {
+        std::string name;
+        std::array<float, kParameters> values{};
+        bool named = false;
+    };
+    Program& Current() { return programs[static_cast<std::size_t>(program)]; }
+
+    void SetParameter(std::int32_t index, float value) override {
+        CTestPlugin::SetParameter(index, value);
+        if (Current().named) Current().values[static_cast<std::size_t>(index)] = value;
+    }
+
+    std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
+                           float option) override {
+        switch (opcode) {
+            case vst2::effSetProgram:
+                Current().named = false;
+                program = value;
+                parameters.assign(Current().values.begin(), Current().values.end());
+                return 0;
+            case vst2::effSetProgramName:
+                Current().name = static_cast<const char*>(pointer);
+                Current().named = true;
+                return 1;
+            case vst2::effGetProgramName:
+                return Copy(Current().name, pointer);
+            default:
+                return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
+        }
+    }
+
+    void Process(float** in, float** out, std::int32_t frames) override {
+        float sum = 0;
+        for (const float value : parameters) sum += value;
+        for (int channel = 0; channel < 2; ++channel) {
+            for (int i = 0; i < frames; ++i) out[channel][i] = in[channel][i] * sum;
+        }
+    }
+
+    std::array<Program, kPrograms> programs;
+};
+
+}  // namespace
+
+QUIB_TEST_PLUGIN_ENTRY(CParameterBank, VSTPluginMain)
