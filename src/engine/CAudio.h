@@ -119,7 +119,6 @@ private:
     void RunCommand(const EngineCommand& command) noexcept;
     void RunInstrumentCommand(const EngineCommand& command, BlockInstrument& entry) noexcept;
     void Play() noexcept;
-    void Stop() noexcept;
     void DrainMidiQueues() noexcept;
     void AdvanceSequencer() noexcept;
     void FillTime() noexcept;

@@ -101,6 +101,9 @@ void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CT
     if (!transport.playing) return;
     transport.sampleCounter += block.frames;
     while (transport.samplesToNextStep < block.frames) {
+        if (transport.stopStep >= 0 && transport.NextStep(settings.songMode.Get() > 0.0F) >= transport.stopStep) {
+            return Stop(block, transport, transport.samplesToNextStep);
+        }
         RunStep(block, settings, transport);
         transport.samplesToNextStep += transport.stepSamples;
     }
@@ -134,7 +137,7 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
     transport.stepTime =
         block.now + static_cast<std::uint32_t>((offset * 1000.0 + block.frames * 5.0) / block.sampleRate);
 
-    transport.soundingStep = songMode ? transport.globalStep : transport.soundingStep + 1;
+    transport.soundingStep = transport.NextStep(songMode);
     if (!songMode) return;
     ++transport.globalStep;
     if (settings.loopOn.IsOn() && transport.globalStep >= settings.loopEnd.Get()) {
@@ -260,6 +263,14 @@ void CSequencer::StartPatterns(BlockContext& block) noexcept {
         play.restartStep = pattern != nullptr ? pattern->LoopStart() : -1;
         play.arpeggiator = {};
     }
+}
+
+void CSequencer::Stop(BlockContext& block, CTransport& transport, int offset) noexcept {
+    ReleaseNotes(block, offset);
+    transport.playing = false;
+    transport.changed = true;
+    transport.stopStep = -1;
+    for (const BlockInstrument& entry : block.instruments) entry.instrument->play.currentStep = -1;
 }
 
 void CSequencer::ReleaseNotes(BlockContext& block, int offset) noexcept {

@@ -20,6 +20,8 @@ public:
 
     // Makes every instrument begin its current pattern at the next boundary.
     static void StartPatterns(BlockContext& block) noexcept;
+    // Stops the transport at frame `offset` of the block.
+    static void Stop(BlockContext& block, CTransport& transport, int offset) noexcept;
     // Ends all sounding notes at frame `offset` and forgets those that wait.
     static void ReleaseNotes(BlockContext& block, int offset) noexcept;
 

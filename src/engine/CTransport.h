@@ -14,6 +14,7 @@ struct CTransport {
     std::int32_t samplesToNextStep = 0;
     std::int32_t globalStep = 0;       // song step that the next boundary runs
     std::int32_t soundingStep = -1;    // step that the last boundary ran, counted on outside song mode
+    std::int32_t stopStep = -1;        // playing ends where this step would begin; -1 none
     std::int32_t maxStepCount = 1;     // longest playing pattern + 1
     std::uint32_t stepTime = 0;        // milliseconds at which the last step began
     std::uint32_t blockStartTime = 0;  // milliseconds
@@ -25,6 +26,8 @@ struct CTransport {
     std::int32_t stepSamples = 5512;  // rounded, for scheduling
     float stepFraction = 0;           // share of the current step that has passed
 
+    // The step that the next boundary runs.
+    std::int32_t NextStep(bool songMode) const noexcept { return songMode ? globalStep : soundingStep + 1; }
     void SetTempo(double rate, int stepsPerBeat, float tempo) noexcept;
     // Position in quarter notes at the start of the block that is about to run.
     double QuarterNotes(int stepsPerBeat) const noexcept;

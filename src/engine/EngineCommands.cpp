@@ -16,7 +16,10 @@ void CAudio::RunCommand(const EngineCommand& command) noexcept {
         case EngineCommand::Kind::Play:
             return Play();
         case EngineCommand::Kind::Stop:
-            return Stop();
+            return CSequencer::Stop(block, transport, 0);
+        case EngineCommand::Kind::StopAt:
+            transport.stopStep = std::max(0, command.value);
+            return;
         case EngineCommand::Kind::Locate:
             CSequencer::ReleaseNotes(block, 0);
             transport.globalStep = std::max(0, command.value);
@@ -76,13 +79,6 @@ void CAudio::Play() noexcept {
     for (CPlugin* const effect : block.sharedEffects) {
         if (effect != nullptr) effect->ForgetAutomation();
     }
-}
-
-void CAudio::Stop() noexcept {
-    CSequencer::ReleaseNotes(block, 0);
-    transport.playing = false;
-    transport.changed = true;
-    for (BlockInstrument& entry : block.instruments) entry.instrument->play.currentStep = -1;
 }
 
 }  // namespace quib

@@ -13,6 +13,7 @@ struct EngineCommand {
     enum class Kind : std::uint8_t {
         Play,           // from the current song step, patterns from their start
         Stop,           // sounding notes end
+        StopAt,         // value: step where the next playing ends, of the song or counted from its start
         Locate,         // value: song step
         SelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
         StartPattern,   // value: step; the current pattern begins there at the next beat

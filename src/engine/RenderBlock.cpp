@@ -106,9 +106,9 @@ void CAudio::DrainMidiQueues() noexcept {
 void CAudio::AdvanceSequencer() noexcept {
     transport.SetTempo(format.sampleRate, settings.stepsPerBeat.Get(), SafeTempo(settings));
     FillTime();
+    transport.changed = false;
     sequencer.Advance(block, settings, transport);
     transport.UpdateStepFraction();
-    transport.changed = false;
     block.playing = transport.playing;
     block.songMode = settings.songMode.Get() > 0.0F;
     block.stepFraction = transport.stepFraction;

@@ -10,8 +10,6 @@
 
 namespace quib {
 
-
-
 enum class EqFilter { lowShelf, peaking, highShelf, bandPass, lowPass };
 
 // Coefficients of band 0..2, normalised by a0:

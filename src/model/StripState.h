@@ -5,10 +5,9 @@
 // to the render thread alone and outlives every edit of the instrument; windows see copies of it.
 
 #include "model/Equalizer.h"
+#include "model/StripLimits.h"
 
 namespace quib {
-
-
 
 // Last two inputs and outputs of one filter in one channel.
 struct EqMemory {

@@ -55,7 +55,7 @@ public:
     // what was written until then.
     void Flush();
 
-    // Writes every full buffer, ends the file and returns its state to Error().
+    // Writes every full buffer and ends the file; Error() is empty when all of it is on disk.
     void StopRecording(ELastBuffer lastBuffer = ELastBuffer::kDrop);
 
     bool IsRecording() const noexcept { return recording.load(std::memory_order_relaxed); }

@@ -60,8 +60,8 @@ inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
     }
 }
 
-// Constant gains over at most kMeterFrames frames; returns the peak.
-inline float ScaleStretch(const StripJob& job, int first, int frames, float peak) noexcept {
+// Constant gains over at most kMeterFrames frames; `peaks` takes part of the meter in each lane.
+inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peaks) noexcept {
     const float* inLeft = job.inLeft + first;
     const float* inRight = job.inRight + first;
     float* outLeft = job.planes.left + first;
@@ -69,32 +69,30 @@ inline float ScaleStretch(const StripJob& job, int first, int frames, float peak
     const float gainLeft = job.state->gainLeft;
     const float gainRight = job.state->gainRight;
     const float* weight = kMeterWeights.power + (kMeterFrames - frames);
-    Lanes peaks = Spread(peak * weight[0]);
+    Lanes largest = peaks * weight[0];
     int i = 0;
     for (; i + kLanes <= frames; i += kLanes) {
         const Lanes left = Load(inLeft + i) * gainLeft;
         const Lanes right = Load(inRight + i) * gainRight;
         Store(outLeft + i, left);
         Store(outRight + i, right);
-        peaks = Larger(Larger(Absolute(left), Absolute(right)) * Load(weight + i), peaks);
+        largest = Larger(Larger(Absolute(left), Absolute(right)) * Load(weight + i), largest);
     }
-    float largest = LargestLane(peaks);
     for (; i < frames; ++i) {
         outLeft[i] = inLeft[i] * gainLeft;
         outRight[i] = inRight[i] * gainRight;
-        const float left = (outLeft[i] < 0 ? -outLeft[i] : outLeft[i]) * weight[i];
-        const float right = (outRight[i] < 0 ? -outRight[i] : outRight[i]) * weight[i];
-        if (left > largest) largest = left;
-        if (right > largest) largest = right;
+        const Lanes levels = Larger(Absolute(Spread(outLeft[i])), Absolute(Spread(outRight[i])));
+        largest = Larger(levels * weight[i], largest);
     }
-    return largest;
+    peaks = largest;
 }
 
 inline void ScaleStrip(StripJob& job, int frames) noexcept {
-    float peak = job.state->peak;
-    for (int first = 0; first < frames; first += kMeterFrames)
-        peak = ScaleStretch(job, first, frames - first < kMeterFrames ? frames - first : kMeterFrames, peak);
-    job.state->peak = PeakOrZero(peak);
+    Lanes peaks = Spread(job.state->peak);
+    int first = 0;
+    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch(job, first, kMeterFrames, peaks);
+    if (first < frames) ScaleStretch(job, first, frames - first, peaks);
+    job.state->peak = PeakOrZero(LargestLane(peaks));
 }
 
 inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {

@@ -12,6 +12,7 @@ namespace quib {
 namespace {
 
 constexpr int kGroup = kLanes / 2;
+constexpr int kTile = 32;  // frames worked on at a time
 constexpr int kSendRows = 2 * kLanes;  // four sends of each strip of a group: two vectors
 
 constexpr float kGainRate = 0.005f;
@@ -118,25 +119,73 @@ inline void DropRunawayMemories(EqualizerLanes& lanes) noexcept {
     }
 }
 
-inline Lanes Filter(BandLanes& band, Lanes x, Lanes amount, Lanes insteadOfZero) noexcept {
-    x = x == 0 ? insteadOfZero : x;
-    const Lanes y = band.b0 * x + band.b1 * band.x1 + band.b2 * band.x2 - band.a1 * band.y1 - band.a2 * band.y2;
-    band.x2 = band.x1;
-    band.x1 = x;
-    band.y2 = band.y1;
-    band.y1 = y;
-    return x * (1 - amount) + y * amount;
+// A stretch of time of a group, and what the smoothed values are at each of its frames.
+struct Tile {
+    Lanes signal[kTile], amount[kTile], dry[kTile], send[2][kTile];
+};
+
+inline Lanes Filter(BandLanes& b, Lanes sample, Lanes amount, Lanes dry, Lanes insteadOfZero) noexcept {
+    const Lanes x = sample == 0 ? insteadOfZero : sample;
+    const Lanes y = b.b0 * x + b.b1 * b.x1 + b.b2 * b.x2 - b.a1 * b.y1 - b.a2 * b.y2;
+    b.x2 = b.x1;
+    b.x1 = x;
+    b.y2 = b.y1;
+    b.y1 = y;
+    return x * dry + y * amount;
 }
 
-inline Lanes Equalize(EqualizerLanes& lanes, Lanes x) noexcept {
-    lanes.amount += kAmountRate * (lanes.amountTarget - lanes.amount);
-    x = Filter(lanes.bands[0], x, lanes.amount, lanes.insteadOfZero);
-    x = Filter(lanes.bands[1], x, lanes.amount, lanes.insteadOfZero);
-    return Filter(lanes.bands[2], x, lanes.amount, lanes.insteadOfZero);
+// The amount and bands 0 and 1, band 1 a frame behind band 0. Each turn of this loop and of the next has
+// several recursions that do not wait for each other, and about as many values as there are registers.
+inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcept {
+    BandLanes low = lanes.bands[0];
+    BandLanes middle = lanes.bands[1];
+    const Lanes insteadOfZero = lanes.insteadOfZero;
+    Lanes amount = lanes.amount;
+    const auto runLow = [&](int f) {
+        amount += kAmountRate * (lanes.amountTarget - amount);
+        tile.amount[f] = amount;
+        tile.dry[f] = 1 - amount;
+        return Filter(low, tile.signal[f], amount, tile.dry[f], insteadOfZero);
+    };
+    Lanes between = runLow(0);
+    for (int f = 1; f < frames; ++f) {
+        tile.signal[f - 1] = Filter(middle, between, tile.amount[f - 1], tile.dry[f - 1], insteadOfZero);
+        between = runLow(f);
+    }
+    tile.signal[frames - 1] =
+        Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
+    lanes.bands[0] = low;
+    lanes.bands[1] = middle;
+    lanes.amount = amount;
 }
 
-// The buffers of a group for some frames, one per lane (and per send). The mask is 0 for a buffer that
-// holds one vector only.
+// Band 2, gains, meter, and the course of the sends.
+template <bool filters, bool sends>
+inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
+    BandLanes high = group.equalizer.bands[2];
+    Lanes gain = group.gain;
+    Lanes peak = group.peak;
+    Lanes send[2] = {group.send[0], group.send[1]};
+    for (int f = 0; f < frames; ++f) {
+        Lanes x = tile.signal[f];
+        if constexpr (filters) x = Filter(high, x, tile.amount[f], tile.dry[f], group.equalizer.insteadOfZero);
+        gain += kGainRate * (group.gainTarget - gain);
+        x *= gain;
+        peak = Larger(Absolute(x), peak) * kPeakDecay;
+        tile.signal[f] = x;
+        for (int i = 0; sends && i < 2; ++i) {
+            send[i] += kSendRate * (group.sendTarget[i] - send[i]);
+            tile.send[i][f] = send[i] = Larger(send[i], group.sendFloor[i]);
+        }
+    }
+    group.equalizer.bands[2] = high;
+    group.gain = gain;
+    group.peak = peak;
+    group.send[0] = send[0];
+    group.send[1] = send[1];
+}
+
+// The buffers of a group, one per lane (and per send). The mask is 0 for an input that holds one tile only.
 struct GroupBuffers {
     const float* in[kLanes];
     std::size_t inMask[kLanes];
@@ -145,36 +194,39 @@ struct GroupBuffers {
     int lanes = 0;
 };
 
-// Works on `frames` (at most kLanes) frames at `at`.
+// The outputs of one square of frames and lanes.
+inline void StoreSquare(float* const* planes, int count, std::size_t at, const Lanes* square) noexcept {
+    Lanes rows[kLanes];
+    for (int i = 0; i < kLanes; ++i) rows[i] = square[i];
+    Transpose(rows);
+    for (int i = 0; i < count; ++i)
+        if (planes[i]) Store(planes[i] + at, rows[i]);
+}
+
+inline void LoadTile(Tile& tile, const GroupBuffers& buffers, std::size_t at, int frames) noexcept {
+    for (int f = 0; f < frames; f += kLanes, at += kLanes) {
+        Lanes rows[kLanes];
+        for (int i = 0; i < kLanes; ++i) rows[i] = Load(buffers.in[i] + (at & buffers.inMask[i]));
+        Transpose(rows);
+        for (int i = 0; i < kLanes; ++i) tile.signal[f + i] = rows[i];
+    }
+}
+
+// Works on `frames` (at most kTile) frames at `at`.
 template <bool filters, bool sends>
 inline void RunTile(GroupLanes& group, const GroupBuffers& buffers, std::size_t at, int frames) noexcept {
-    Lanes signal[kLanes];
-    Lanes course[2][kLanes] = {};
-    for (int i = 0; i < kLanes; ++i) signal[i] = Load(buffers.in[i] + (at & buffers.inMask[i]));
-    Transpose(signal);
-    for (int f = 0; f < frames; ++f) {
-        if constexpr (filters) signal[f] = Equalize(group.equalizer, signal[f]);
-        group.gain += kGainRate * (group.gainTarget - group.gain);
-        signal[f] *= group.gain;
-        group.peak = Larger(Absolute(signal[f]), group.peak) * kPeakDecay;
-        for (int i = 0; sends && i < 2; ++i) {
-            group.send[i] += kSendRate * (group.sendTarget[i] - group.send[i]);
-            course[i][f] = group.send[i] = Larger(group.send[i], group.sendFloor[i]);
-        }
-    }
-    Transpose(signal);
-    for (int i = 0; i < kLanes; ++i)
-        if (i < buffers.lanes) Store(buffers.out[i] + at, signal[i]);
-    if constexpr (!sends) return;
-    for (int i = 0; i < 2; ++i) {
-        Transpose(course[i]);
-        for (int row = 0; row < kLanes; ++row)
-            if (buffers.send[i * kLanes + row]) Store(buffers.send[i * kLanes + row] + at, course[i][row]);
+    Tile tile;
+    LoadTile(tile, buffers, at, frames);
+    if constexpr (filters) RunLowerBands(group.equalizer, tile, frames);
+    RunRestOfStrip<filters, sends>(group, tile, frames);
+    for (int f = 0; f < frames; f += kLanes, at += kLanes) {
+        StoreSquare(buffers.out, buffers.lanes, at, tile.signal + f);
+        for (int i = 0; sends && i < 2; ++i) StoreSquare(buffers.send + i * kLanes, kLanes, at, tile.send[i] + f);
     }
 }
 
 inline GroupBuffers FindBuffers(const StripJob* jobs, int count) noexcept {
-    static constexpr float kSilence[kLanes] = {};
+    static constexpr float kSilence[kTile] = {};
     GroupBuffers buffers;
     buffers.lanes = 2 * count;
     for (int strip = 0; strip < kGroup; ++strip) {
@@ -183,7 +235,7 @@ inline GroupBuffers FindBuffers(const StripJob* jobs, int count) noexcept {
         const int left = 2 * strip;
         buffers.in[left] = used ? job->inLeft : kSilence;
         buffers.in[left + 1] = used ? job->inRight : kSilence;
-        buffers.inMask[left] = buffers.inMask[left + 1] = used ? ~std::size_t{0} : 0;
+        buffers.inMask[left] = buffers.inMask[left + 1] = used ? ~std::size_t{0} : kTile - 1;
         buffers.out[left] = used ? job->planes.left : nullptr;
         buffers.out[left + 1] = used ? job->planes.right : nullptr;
         for (int k = 0; k < kSendCount; ++k)
@@ -192,15 +244,16 @@ inline GroupBuffers FindBuffers(const StripJob* jobs, int count) noexcept {
     return buffers;
 }
 
-// The last frames of a block, too few for a vector: through copies, since nothing may be read past a
+// The last frames of a block, too few for a tile: through copies, since nothing may be read past a
 // plug-in's buffers. Planes are padded to whole cache lines.
 template <bool filters, bool sends>
 inline void RunRest(GroupLanes& group, GroupBuffers buffers, std::size_t at, int frames) noexcept {
-    float rest[kLanes][kLanes] = {};
+    float rest[kLanes][kTile];
     for (int i = 0; i < buffers.lanes; ++i) {
         for (int f = 0; f < frames; ++f) rest[i][f] = buffers.in[i][at + static_cast<std::size_t>(f)];
+        for (int f = frames; f < kTile; ++f) rest[i][f] = 0;
         buffers.in[i] = rest[i];
-        buffers.inMask[i] = 0;
+        buffers.inMask[i] = kTile - 1;
     }
     RunTile<filters, sends>(group, buffers, at, frames);
 }
@@ -214,8 +267,8 @@ void RunGroup(StripJob* jobs, int count, int frames) noexcept {
     }
     const GroupBuffers buffers = FindBuffers(jobs, count);
     int at = 0;
-    for (; at + kLanes <= frames; at += kLanes)
-        RunTile<filters, sends>(group, buffers, static_cast<std::size_t>(at), kLanes);
+    for (; at + kTile <= frames; at += kTile)
+        RunTile<filters, sends>(group, buffers, static_cast<std::size_t>(at), kTile);
     if (at < frames) RunRest<filters, sends>(group, buffers, static_cast<std::size_t>(at), frames - at);
     if (filters) DropRunawayMemories(group.equalizer);
     for (int i = 0; i < count; ++i) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // quib-scan: loads one plug-in in a process of its own and says what it is. Never opens its editor.
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <chrono>
@@ -12,11 +11,11 @@
 #include <thread>
 
 #include "model/plugin/CPlugin.h"
+#include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
 #include "tools/common/CJsonObject.h"
 #include "tools/common/CSignalStatistics.h"
-#include "tools/common/CStandardOutput.h"
 
 namespace quib {
 namespace {
@@ -51,7 +50,7 @@ public:
 private:
     [[noreturn]] static void Fail(const char* reason) {
         fmt::print(stderr, "quib-scan: {}\n", reason);
-        _exit(kFailed);
+        std::_Exit(kFailed);
     }
 
     inline static std::atomic<bool> finished{false};

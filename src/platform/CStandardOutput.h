@@ -18,6 +18,9 @@ public:
     // Writes a line to the real standard output. False when that is not possible.
     bool WriteLine(std::string_view text) const;
 
+    // True when standard error is a terminal that somebody may look at.
+    static bool ErrorIsTerminal();
+
 private:
     int kept;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/common/CStandardOutput.h"
+#include "platform/CStandardOutput.h"
 
 #include <unistd.h>
 
@@ -30,5 +30,7 @@ bool CStandardOutput::WriteLine(std::string_view text) const {
     }
     return true;
 }
+
+bool CStandardOutput::ErrorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 }  // namespace quib

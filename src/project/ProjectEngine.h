@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Between a project as plain values and the engine that plays it. Editing thread.
+
+#include "engine/CAudio.h"
+#include "project/ProjectState.h"
+
+namespace quib {
+
+// Makes the engine play this project: everything is prepared first, then published; the sound of what
+// was there before goes on until then. The engine shares the project's instruments and plug-ins.
+void PublishProject(const ProjectState& state, CAudio& audio);
+
+// Length of the song in steps: where the last pattern of any playlist ends, or the end of the playlist
+// itself when a pattern repeats up to it; 0 without playlist entries.
+int SongSteps(const ProjectState& state);
+
+// Length in steps of the longest selected pattern, at least 1.
+int LongestPatternSteps(const ProjectState& state);
+
+}  // namespace quib

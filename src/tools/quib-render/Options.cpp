@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/quib-render/Options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "platform/ThreadPriority.h"
+
+namespace quib {
+
+std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
+    CLI::App app{"Renders a project to a Wave or MP3 file", "quib-render"};
+    options.format.threads = AvailableProcessors();
+    std::string mode;
+    std::string project;
+    std::string output;
+    std::vector<std::string> folders;
+    app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
+    app.add_option("PROJECT", project, "Project file (.prg)")->required();
+    app.add_option("OUT", output, "File to write (.wav or .mp3)")->required();
+    auto* const steps =
+        app.add_option("--steps", options.steps, "Length in steps")->check(CLI::Range(1, kMaximumStepCount));
+    app.add_option("--seconds", options.seconds, "Length in seconds, without the tail")
+        ->check(CLI::Range(0.001, 86400.0))
+        ->excludes(steps);
+    app.add_option("--rate", options.format.sampleRate, "Sample rate in hertz")
+        ->check(CLI::Range(22050, 192000))
+        ->capture_default_str();
+    app.add_option("--block", options.format.blockSize, "Block size in frames")
+        ->check(CLI::Range(1, RenderFormat::kMaximumBlockSize))
+        ->capture_default_str();
+    app.add_option("--threads", options.format.threads, "Render threads (default: all processors)")
+        ->check(CLI::Range(1, 256));
+    app.add_option("--plugins", folders, "Further folder to look for plug-ins in; may repeat")->allow_extra_args(false);
+    app.add_option("--mode", mode, "Play the song or the selected patterns (default: as the project says)")
+        ->check(CLI::IsMember({"pattern", "song"}));
+    app.add_option("--seed", options.seed, "Seed of random playback")->capture_default_str();
+    app.add_flag("--json", options.json, "Print one JSON object about the render");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& stop) {
+        return app.exit(stop) == 0 ? kDone : kWrongUsage;
+    }
+    // Plug-ins may change the current folder while they load.
+    options.project = std::filesystem::absolute(project);
+    options.output = std::filesystem::absolute(output);
+    for (const std::string& folder : folders) options.pluginFolders.push_back(std::filesystem::absolute(folder));
+    if (!mode.empty()) options.songMode = mode == "song";
+    return std::nullopt;
+}
+
+}  // namespace quib

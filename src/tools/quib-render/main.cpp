@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// quib-render: renders a project to a file without a display.
+#include <fmt/format.h>
+
+#include <atomic>
+#include <csignal>
+
+#include "model/plugin/CPluginFinder.h"
+#include "platform/CStandardOutput.h"
+#include "platform/Clock.h"
+#include "platform/Paths.h"
+#include "project/ProjectEngine.h"
+#include "project/ProjectFile.h"
+#include "tools/common/CJsonObject.h"
+#include "tools/quib-render/COfflineRender.h"
+#include "tools/quib-render/Options.h"
+
+namespace quib {
+namespace {
+
+std::atomic<bool> interrupted{false};
+
+void Say(const std::string& text) { fmt::print(stderr, "quib-render: {}\n", text); }
+
+// A bar on the terminal, redrawn when it changes.
+class CProgressBar {
+public:
+    ~CProgressBar() {
+        if (drawn >= 0) fmt::print(stderr, "\r{:60}\r", "");
+    }
+    void Show(double share) {
+        constexpr int kWidth = 50;
+        const int cells = static_cast<int>(share * kWidth);
+        if (!terminal || cells == drawn) return;
+        drawn = cells;
+        fmt::print(stderr, "\r[{:<{}}] {:3.0f} %", std::string(static_cast<std::size_t>(cells), '#'), kWidth,
+                   share * 100.0);
+        std::fflush(stderr);
+    }
+
+private:
+    bool terminal = CStandardOutput::ErrorIsTerminal();
+    int drawn = -1;
+};
+
+void AppendMissing(const PluginSlot& slot, std::vector<std::string>& names) {
+    if (slot.missing) names.push_back(slot.missing->fileName);
+}
+
+std::vector<std::string> MissingPlugins(const ProjectState& state) {
+    std::vector<std::string> names;
+    for (const auto& insert : state.masterInserts) AppendMissing(*insert.slot, names);
+    for (const auto& instrument : state.instruments) {
+        AppendMissing(*instrument->plugin.ForEdit(), names);
+        for (const auto& insert : instrument->inserts) AppendMissing(*insert.ForEdit(), names);
+    }
+    for (const auto& effect : state.effects) AppendMissing(*effect, names);
+    return names;
+}
+
+void ReportFault(const PluginSlot& slot) {
+    if (slot.plugin && slot.plugin->TakeFaultReport()) {
+        Say(slot.plugin->Identity().displayName + ": gave samples that are no sound; it was muted where it did");
+    }
+}
+
+void ReportFaults(const ProjectState& state) {
+    for (const auto& insert : state.masterInserts) ReportFault(*insert.slot);
+    for (const auto& instrument : state.instruments) {
+        ReportFault(*instrument->plugin.ForEdit());
+        for (const auto& insert : instrument->inserts) ReportFault(*insert.ForEdit());
+    }
+    for (const auto& effect : state.effects) ReportFault(*effect);
+}
+
+std::string Describe(const RenderOptions& options, const RenderResult& result, const ProjectState& state,
+                     const std::vector<std::string>& missing) {
+    const double seconds = static_cast<double>(result.frames) / options.format.sampleRate;
+    CJsonObject json;
+    json.Add("frames", result.frames);
+    json.Add("rate", options.format.sampleRate);
+    json.Add("peak", static_cast<double>(result.statistics.Peak()));
+    json.Add("rms", result.statistics.Rms());
+    json.Add("seconds", seconds);
+    json.Add("render_cpu_seconds", result.cpuSeconds);
+    json.Add("realtime_factor", result.cpuSeconds > 0 ? seconds / result.cpuSeconds : 0.0);
+    json.Add("threads", options.format.threads);
+    json.Add("instruments", state.instruments.size());
+    json.Add("missing_plugins", missing);
+    return json.Text();
+}
+
+// Loads the project into the engine. False, with a message, when there is nothing to render.
+bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
+    CPluginFinder finder(ExecutableFolder(), options.pluginFolders);
+    const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
+        return finder.Load(name, kind, audio.environment, error);
+    };
+    std::string error;
+    if (!ReadProject(options.project, load, state, error)) {
+        Say(error);
+        return false;
+    }
+    for (const std::string& warning : state.warnings) Say(warning);
+    if (options.songMode) state.master.songMode = *options.songMode ? 1.0F : 0.0F;
+    state.master.loopOn = 0.0F;  // a render that loops would never end
+    PublishProject(state, audio);
+    return true;
+}
+
+int Render(const RenderOptions& options) {
+    const CStandardOutput output;
+    CAudio audio(options.seed);
+    audio.Prepare(options.format);
+    ProjectState state;
+    if (!Load(options, audio, state)) return kCouldNot;
+
+    CLame recorder;
+    if (recorder.StartRecording(options.output, static_cast<int>(options.format.sampleRate)) != CLame::kStarted) {
+        Say(recorder.Error());
+        return kCouldNot;
+    }
+    audio.SetRecorder(&recorder);
+    const bool song = state.master.songMode > 0.0F;
+    const int steps = options.steps.value_or(song ? SongSteps(state) : 2 * LongestPatternSteps(state));
+    const auto frames = static_cast<std::int64_t>(options.seconds.value_or(0.0) * options.format.sampleRate);
+    CProgressBar bar;
+    std::string error;
+    const RenderResult result = COfflineRender(audio, recorder)
+                                    .Run(
+                                        std::max(steps, 1), frames,
+                                        [&](double share) {
+                                            bar.Show(share);
+                                            return !interrupted.load();
+                                        },
+                                        error);
+    recorder.StopRecording(CLame::ELastBuffer::kWrite);
+    if (error.empty()) error = recorder.Error();
+    ReportFaults(state);
+    if (!error.empty()) {
+        Say(error);
+        return kCouldNot;
+    }
+    const std::vector<std::string> missing = MissingPlugins(state);
+    if (options.json && !output.WriteLine(Describe(options, result, state, missing))) return kCouldNot;
+    return missing.empty() ? kDone : kPluginMissing;
+}
+
+}  // namespace
+}  // namespace quib
+
+int main(int argc, char** argv) {
+    std::signal(SIGINT, [](int) { quib::interrupted.store(true); });
+    quib::RenderOptions options;
+    if (const auto exitCode = quib::ParseOptions(argc, argv, options)) return *exitCode;
+    try {
+        return quib::Render(options);
+    } catch (const std::exception& failure) {
+        quib::Say(failure.what());
+        return quib::kCouldNot;
+    }
+}
