@@ -123,7 +123,10 @@ bool CInstrumentReader::ReadPresetRecord() {
     if (!reader.Key().starts_with("PRESET_") || reader.Key() == "PRESET_ADD") return false;
     if (ReadBallRecord(reader, kInstrumentBallKeys, balls)) return true;
     // Lines of a preset that is left out are still read, for the bytes that belong to them.
-    if (lastPreset.empty()) lastPreset.emplace_back(), presetsFull = true;
+    if (lastPreset.empty()) {
+        lastPreset.emplace_back();
+        presetsFull = true;
+    }
     return lastPreset.back().ReadLine(reader);
 }
 

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// "QUIB drums": sixteen synthesised drums on General MIDI keys. Outputs 0 and 1 are the main pair;
+// send k (0..3) has outputs 2k + 2 and 2k + 3 for the drums that are routed there besides. See
+// CPluginBase for its threads.
+
+#include <array>
+
+#include "drums/CDrumVoice.h"
+#include "dsp/CPluginBase.h"
+#include "dsp/Ramp.h"
+
+namespace quibplug {
+
+class CDrumsPlugin final : public CPluginBase {
+public:
+    CDrumsPlugin();
+
+private:
+    static constexpr int kVoices = 48;
+
+    // Gains of a drum, gliding from tick to tick.
+    struct DrumStrip {
+        Ramp left;
+        Ramp right;
+        std::array<Ramp, kSendCount> sends;
+    };
+
+    void Reset() noexcept override;
+    bool Sounding() const noexcept override { return m_sounding; }
+    void Tick(bool changed) noexcept override;
+    void ParametersSnapped() noexcept override;
+    void Render(const float* const* inputs, float* const* outputs, int frames) noexcept override;
+    void NoteOn(int key, int velocity) noexcept override;
+    void ControlChange(int controller, int value) noexcept override;
+
+    DrumSetting SettingOf(int drum, int velocity) const noexcept;
+    template <typename Move>
+    void UpdateStrips(Move move) noexcept;
+    void FadeDrum(int drum, float seconds) noexcept;
+    CDrumVoice& FreeVoice() noexcept;
+    void AddVoice(CDrumVoice& voice, float* const* outputs, int frames) noexcept;
+
+    std::array<CDrumVoice, kVoices> m_voices;
+    std::array<DrumStrip, kDrumCount> m_strips;
+    float m_sendShare = 1.0f;
+    std::uint32_t m_strokes = 0;
+    bool m_sounding = false;
+};
+
+}  // namespace quibplug
