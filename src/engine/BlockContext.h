@@ -14,9 +14,6 @@
 
 namespace quib {
 
-// Most instruments that play; further ones are silent.
-constexpr std::size_t kMaximumInstruments = 256;
-
 struct BlockInstrument {
     CInstrument* instrument = nullptr;
     CPlugin* plugin = nullptr;  // never null: instruments without one are left out

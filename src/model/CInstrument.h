@@ -117,6 +117,9 @@ void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept
 // render thread. False when too many updates wait already and this one was dropped.
 bool UpdateEqualizer(CInstrument& instrument, int band, double sampleRate) noexcept;
 
+// Most instruments that a project has; a file's further ones are left out.
+constexpr std::size_t kMaximumInstruments = 1000;
+
 using InstrumentList = std::vector<std::shared_ptr<CInstrument>>;
 
 }  // namespace quib
