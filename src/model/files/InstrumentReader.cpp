@@ -104,8 +104,9 @@ const std::array<CInstrumentReader::Record, 16> CInstrumentReader::kRecords = {{
 }};
 
 bool CInstrumentReader::ReadField(std::span<const InstrumentField> fields) {
+    const std::string_view key = reader.Key();
     for (const InstrumentField& field : fields) {
-        if (reader.Key() != field.key) continue;
+        if (key != field.key) continue;
         if (!reader.HasFields(2)) return true;
         if (field.integer != nullptr) {
             field.integer(*instrument)

@@ -18,6 +18,8 @@ namespace {
 
 constexpr int kMaximumChannels = 512;
 constexpr int kMaximumPrograms = 1 << 16;
+// Longest fade around a change of state, in samples.
+constexpr int kFadeFrames = 256;
 // Largest sample that counts as sound: +24 dBFS.
 constexpr float kLoudest = 15.848932F;
 // Outputs that the strip can use: a main pair and one pair for each send.
@@ -274,9 +276,28 @@ void CPlugin::CallProcess(float** in, int frames) noexcept {
         outputs.Clear(frames);
         faulty.store(true, std::memory_order_relaxed);
     }
+    if (fade.load(std::memory_order_relaxed) != Fade::None) ApplyFade(frames);
     if (effect->initialDelay != latency.load(std::memory_order_relaxed)) {
         latency.store(effect->initialDelay, std::memory_order_relaxed);
     }
+}
+
+// The editing thread may ask for the other direction at any time: then its wish stands, not the end of
+// the fade that was made here.
+void CPlugin::ApplyFade(int frames) noexcept {
+    Fade wanted = fade.load();
+    if (wanted == Fade::Silent) return outputs.Clear(frames);
+    const int length = std::min(frames, kFadeFrames);
+    const float step = 1.0F / static_cast<float>(length);
+    for (int channel = 0; channel < outputs.Channels(); ++channel) {
+        float* const samples = outputs.Channel(channel);
+        for (int i = 0; i < length; ++i) {
+            const float rising = static_cast<float>(i + 1) * step;
+            samples[i] *= wanted == Fade::In ? rising : 1.0F - rising;
+        }
+        if (wanted == Fade::Out) std::fill(samples + length, samples + frames, 0.0F);
+    }
+    fade.compare_exchange_strong(wanted, wanted == Fade::In ? Fade::None : Fade::Silent);
 }
 
 bool CPlugin::OutputsAreSane(int frames) const noexcept {

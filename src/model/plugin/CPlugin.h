@@ -112,6 +112,12 @@ public:
         CPlugin& plugin;
     };
 
+    // Asks the render thread to fade the output out and keep it silent, or to let it be heard again, so
+    // that a change of state does not click. IsFadedOut stays false while nothing renders the plug-in.
+    void FadeOut() noexcept { fade.store(Fade::Out); }
+    void FadeIn() noexcept { fade.store(Fade::In); }
+    bool IsFadedOut() const noexcept { return fade.load() == Fade::Silent; }
+
     // --- Render thread --------------------------------------------------------------------------
 
     bool CanReplace() const noexcept { return (effect->flags & vst2::effFlagsCanReplacing) != 0; }
@@ -167,6 +173,7 @@ private:
     void RecogniseBuiltIn();
     void BuildParameters();
     void CallProcess(float** in, int frames) noexcept;
+    void ApplyFade(int frames) noexcept;
     bool OutputsAreSane(int frames) const noexcept;
     void OnParameterReport(std::int32_t opcode, std::int32_t index, float value);
     std::intptr_t OnTimeRequest();
@@ -196,6 +203,8 @@ private:
     vst2::VstTimeInfo editingTime{};  // editing thread
     std::thread::id editingThread = std::this_thread::get_id();
 
+    enum class Fade { None, Out, Silent, In };
+    std::atomic<Fade> fade{Fade::None};
     std::atomic<bool> busy{false};  // a call of a render thread or an exclusive change is under way
     std::atomic<bool> needsIdle{false};
     std::atomic<bool> faulty{false};
