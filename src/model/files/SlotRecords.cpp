@@ -48,9 +48,10 @@ int CSlotReader::LaneCount() const noexcept {
 
 void CSlotReader::ReadState(CRecordReader& reader, LoadContext& context) {
     std::optional<int> program;
-    while (reader.NextLine()) {
+    bool ended = false;
+    while (!ended && reader.NextLine()) {
         const std::string_view key = reader.Key();
-        if (key == "PRESET") break;
+        ended = key == "PRESET";
         if (BelongsOutside(reader)) {
             reader.RepeatLine();
             break;
@@ -66,6 +67,7 @@ void CSlotReader::ReadState(CRecordReader& reader, LoadContext& context) {
             program = reader.Integer(1);
         }
     }
+    if (!ended) context.Warn(fileName, "the end of its state is missing");
     if (program) ApplyProgram(*program, context);
 }
 
@@ -85,13 +87,17 @@ void CSlotReader::ApplyProgram(int program, LoadContext& context) {
     }
 }
 
-void CSlotReader::ReadEvents(CRecordReader& reader) {
+void CSlotReader::ReadEvents(CRecordReader& reader, LoadContext& context) {
     while (reader.NextLine()) {
-        if (BelongsOutside(reader)) return reader.RepeatLine();
+        if (BelongsOutside(reader)) {
+            reader.RepeatLine();
+            break;
+        }
         if (reader.Key() != "PARAM_EVENTS") continue;
         if (ClosesBracket(reader)) return;
         ReadSongPoints(reader, LaneCount(), lanes);
     }
+    context.Warn(fileName, "the end of its automation is missing");
 }
 
 std::shared_ptr<const PluginSlot> CSlotReader::Finish() {
