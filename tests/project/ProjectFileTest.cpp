@@ -174,7 +174,18 @@ TEST(ProjectFile, PluginsOfTheWrongKindAndForeignStatesBecomeWarnings) {
     EXPECT_EQ(state.warnings, (std::vector<std::string>{
                                   "ChunkSynth.dll: This plugin is not a compatible category !; its settings are kept",
                                   "Gain.dll: This plugin is not a synth category !; its settings are kept",
-                                  "Gain.dll: No Compatible File !", "Gain.dll: there is no program 9"}));
+                                  "Gain.dll: there is no program 9", "Gain.dll: No Compatible File !"}));
+}
+
+TEST(ProjectFile, TheEditsOfAProgramOutliveItsSelection) {
+    const ProjectState state = Read("PLUGIN;PatchSynth;\r\nPLUGIN_PRESET;START;\r\nPRESET_INDEX;3;\r\nPRESET;END;\r\n");
+    CPlugin& plugin = *state.instruments.at(0)->plugin.ForEdit()->plugin;
+    plugin.SetParameter(2, 0.875F);
+    const ProjectState again = Read(BytesOf(state));
+    CPlugin& loaded = *again.instruments.at(0)->plugin.ForEdit()->plugin;
+    EXPECT_EQ(loaded.Dispatch(vst2::effGetProgram), 3);
+    EXPECT_EQ(loaded.Effect().getParameter(&loaded.Effect(), 2), 0.875F);
+    EXPECT_FLOAT_EQ(loaded.Effect().getParameter(&loaded.Effect(), 1), 0.3F);
 }
 
 // Whatever happens to the file: no crash, and either a state that saves again or the state as before.
