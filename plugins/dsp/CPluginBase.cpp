@@ -25,9 +25,12 @@ std::intptr_t Answer(void* pointer, const std::string& text) {
     return 1;
 }
 
-std::intptr_t CanDo(const char* what) {
+std::intptr_t CanDo(const char* what, bool takesMidi) {
     if (what == nullptr) return 0;
-    return std::strcmp(what, "receiveVstEvents") == 0 || std::strcmp(what, "receiveVstMidiEvent") == 0 ? 1 : 0;
+    if (std::strcmp(what, "receiveVstEvents") == 0 || std::strcmp(what, "receiveVstMidiEvent") == 0) {
+        return takesMidi ? 1 : -1;
+    }
+    return 0;
 }
 
 }  // namespace
@@ -75,6 +78,15 @@ void CPluginBase::NoteOff(int) noexcept {}
 void CPluginBase::ControlChange(int, int) noexcept {}
 void CPluginBase::PitchBend(float) noexcept {}
 void CPluginBase::Aftertouch(float) noexcept {}
+void CPluginBase::SampleRateChanged() noexcept {}
+void CPluginBase::BeginBlock() noexcept {}
+void CPluginBase::WakeUp() noexcept {}
+int CPluginBase::FramesToSleep(const float* const*, int frames) const noexcept { return frames; }
+std::int32_t CPluginBase::TailFrames() const noexcept { return 0; }
+
+float CPluginBase::SetTo(int parameter) const noexcept {
+    return m_bank.Parameter(parameter).ToReal(m_bank.Value(parameter));
+}
 
 std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
                                     float option) {
@@ -94,7 +106,9 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
         case vst2::effGetVendorVersion:
             return m_description.version;
         case vst2::effCanDo:
-            return CanDo(static_cast<const char*>(pointer));
+            return CanDo(static_cast<const char*>(pointer), TakesMidi());
+        case vst2::effGetTailSize:
+            return TailFrames();
         case vst2::effGetVstVersion:
             return kVst24;
         case vst2::effSetProgram:
@@ -166,7 +180,7 @@ std::intptr_t CPluginBase::DispatchText(std::int32_t opcode, std::int32_t index,
 }
 
 std::intptr_t CPluginBase::QueueEvents(const vst2::VstEvents* events) noexcept {
-    if (events == nullptr) return 0;
+    if (events == nullptr || !TakesMidi()) return 0;
     vst2::VstEvent* const* list = events->events;
     for (std::int32_t i = 0; i < events->numEvents; ++i) {
         if (list[i] == nullptr || list[i]->type != vst2::kVstMidiType) continue;
@@ -192,11 +206,13 @@ void CPluginBase::SetSampleRate(float hertz) noexcept {
     if (!(hertz >= 8000.0f && hertz <= 768000.0f)) return;
     m_sampleRate = hertz;
     m_tickFrames = hertz < 64000.0f ? 16 : (hertz < 128000.0f ? 32 : kMaximumTickFrames);
+    SampleRateChanged();
     Resume();
 }
 
 void CPluginBase::ProcessReplacing(float** inputs, float** outputs, int frames) noexcept {
     const CFlushToZero flushToZero;
+    BeginBlock();
     int position = 0;
     while (position < frames) {
         while (const MidiMessage* message = m_events.TakeUntil(position)) {
@@ -218,9 +234,16 @@ void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end
         for (int i = 0; i < m_description.outputs; ++i) to[static_cast<std::size_t>(i)] = outputs[i] + position;
         int count = end - position;
         if (!Sounding()) {
+            const int rest = count;
+            count = FramesToSleep(from.data(), rest);
             for (int i = 0; i < m_description.outputs; ++i) std::fill_n(to[static_cast<std::size_t>(i)], count, 0.0f);
+            if (count < rest) {
+                m_parameters.Snap();
+                WakeUp();
+            }
         } else {
             if (m_tickOffset == 0) Tick(m_parameters.Advance());
+            if (!Sounding()) continue;
             count = std::min(count, m_tickFrames - m_tickOffset);
             Render(from.data(), to.data(), count);
         }

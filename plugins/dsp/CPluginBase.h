@@ -55,11 +55,26 @@ protected:
     // Writes `frames` frames, which all lie within the present tick, to every output.
     virtual void Render(const float* const* inputs, float* const* outputs, int frames) noexcept = 0;
 
+    // Before each block, for what is asked of the host once a block.
+    virtual void BeginBlock() noexcept;
+    // Of the coming frames, how many a plug-in that is not Sounding() sleeps on through: all, unless
+    // there is something in its inputs. WakeUp() follows when it is not all; parameters have been
+    // snapped by then.
+    virtual int FramesToSleep(const float* const* inputs, int frames) const noexcept;
+    virtual void WakeUp() noexcept;
+
     virtual void NoteOn(int key, int velocity) noexcept;
     virtual void NoteOff(int key) noexcept;
     virtual void ControlChange(int controller, int value) noexcept;
     virtual void PitchBend(float position) noexcept;   // -1..1
     virtual void Aftertouch(float pressure) noexcept;  // 0..1
+
+    // The host's threads, while no block is being rendered; may allocate. Reset() follows.
+    virtual void SampleRateChanged() noexcept;
+    // Any thread: how long the output goes on after the input has ended. 0 says nothing about it.
+    virtual std::int32_t TailFrames() const noexcept;
+    // Any thread: the real value that the host has set.
+    float SetTo(int parameter) const noexcept;
 
     float SampleRate() const noexcept { return m_sampleRate; }
     int TickFrames() const noexcept { return m_tickFrames; }
@@ -69,6 +84,7 @@ protected:
     const CSmoothedParameters& Parameters() const noexcept { return m_parameters; }
 
 private:
+    bool TakesMidi() const noexcept { return m_description.category == vst2::kPlugCategSynth; }
     std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer, float option);
     std::intptr_t DispatchText(std::int32_t opcode, std::int32_t index, void* pointer);
     std::intptr_t DispatchState(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer);

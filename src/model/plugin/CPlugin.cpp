@@ -95,8 +95,7 @@ bool CPlugin::CheckCategory(SlotKind kind, std::string& error) {
 
 void CPlugin::Open() {
     Dispatch(effOpen);
-    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(environment.sampleRate));
-    Dispatch(effSetBlockSize, 0, environment.blockSize);
+    SendFormat();
     identity.vendor = Text(effGetVendorString);
     identity.product = Text(effGetProductString);
     identity.vendorVersion = Dispatch(effGetVendorVersion);
@@ -174,11 +173,17 @@ std::string CPlugin::Text(std::int32_t opcode, std::int32_t index) {
     return buffer.data();
 }
 
+void CPlugin::SendFormat() {
+    preparedRate = environment.sampleRate;
+    preparedBlock = environment.blockSize;
+    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(preparedRate));
+    Dispatch(effSetBlockSize, 0, preparedBlock);
+}
+
 void CPlugin::Prepare() {
     const CExclusive exclusive(*this);
     Dispatch(effMainsChanged, 0, 0);
-    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(environment.sampleRate));
-    Dispatch(effSetBlockSize, 0, environment.blockSize);
+    SendFormat();
     Dispatch(effMainsChanged, 0, 1);
     latency.store(effect->initialDelay, std::memory_order_relaxed);
 }
@@ -193,11 +198,33 @@ CPlugin::CExclusive::CExclusive(CPlugin& owner) noexcept : plugin(owner) {
 
 CPlugin::CExclusive::~CExclusive() { plugin.busy.store(false, std::memory_order_release); }
 
-void CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
-    if (events.empty() || effect == nullptr) return;
-    VstEvents* const block = FillEventBlock(eventMemory.Data(), events);
-    const CPluginCallScope inside(this);
+// A render thread's call into the plug-in, unless the editing thread keeps it out.
+class CPlugin::CRenderCall {
+public:
+    explicit CRenderCall(CPlugin& owner) noexcept
+        : plugin(owner), entered(!owner.busy.exchange(true, std::memory_order_acquire)), inside(&owner) {}
+    ~CRenderCall() {
+        if (entered) plugin.busy.store(false, std::memory_order_release);
+    }
+    CRenderCall(const CRenderCall&) = delete;
+    CRenderCall& operator=(const CRenderCall&) = delete;
+
+    bool Entered() const noexcept { return entered; }
+
+private:
+    CPlugin& plugin;
+    bool entered;
+    CPluginCallScope inside;
+};
+
+bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
+    if (events.empty()) return true;
+    const CRenderCall call(*this);
+    if (!call.Entered()) return false;
+    VstEvents* const block =
+        FillEventBlock(eventMemory.Data(), events.first(std::min(events.size(), kMaximumBlockEvents)));
     effect->dispatcher(effect, effProcessEvents, 0, 0, block, 0.0F);
+    return true;
 }
 
 void CPlugin::SetParameter(int index, float value) noexcept {
@@ -206,12 +233,16 @@ void CPlugin::SetParameter(int index, float value) noexcept {
     effect->setParameter(effect, index, std::clamp(value, 0.0F, 1.0F));
 }
 
+bool CPlugin::PlayParameter(int index, float value) noexcept {
+    const CRenderCall call(*this);
+    if (call.Entered()) SetParameter(index, value);
+    return call.Entered();
+}
+
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(lastAutomation.size())) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (last == value) return;
-    last = value;
-    SetParameter(index, value);
+    if (last != value && PlayParameter(index, value)) last = value;
 }
 
 void CPlugin::ForgetAutomation() noexcept {
@@ -236,12 +267,10 @@ void CPlugin::Process(const float* left, const float* right, int frames) noexcep
 }
 
 void CPlugin::CallProcess(float** in, int frames) noexcept {
-    if (busy.exchange(true, std::memory_order_acquire)) return outputs.Clear(frames);
+    const CRenderCall call(*this);
+    if (!call.Entered()) return outputs.Clear(frames);
     const unsigned mode = ReadFloatingPointMode();
-    {
-        const CPluginCallScope inside(this);
-        effect->processReplacing(effect, in, outputs.Pointers(), frames);
-    }
+    effect->processReplacing(effect, in, outputs.Pointers(), frames);
     if (ReadFloatingPointMode() != mode) WriteFloatingPointMode(mode);
     if (!OutputsAreSane(frames)) {
         outputs.Clear(frames);
@@ -251,7 +280,6 @@ void CPlugin::CallProcess(float** in, int frames) noexcept {
     if (effect->initialDelay != latency.load(std::memory_order_relaxed)) {
         latency.store(effect->initialDelay, std::memory_order_relaxed);
     }
-    busy.store(false, std::memory_order_release);
 }
 
 // The editing thread may ask for the other direction at any time: then its wish stands, not the end of
