@@ -85,6 +85,10 @@ protected:
                 return program;
             case vst2::effSetProgram:
                 program = value;
+                events.clear();
+                return 0;
+            case vst2::effMainsChanged:
+                events.clear();
                 return 0;
             case vst2::effCanDo:
                 return std::strcmp(static_cast<const char*>(pointer), "receiveVstMidiEvent") == 0;
