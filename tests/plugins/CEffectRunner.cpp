@@ -85,6 +85,12 @@ StereoSignal CEffectRunner::Run(const StereoSignal& input, const std::vector<int
     return output;
 }
 
+void CEffectRunner::RunInPlace(StereoSignal& signal, long begin, int frames) {
+    hostTime = (m_time.flags & vst2::kVstTempoValid) != 0 ? &m_time : nullptr;
+    float* both[] = {signal.left.data() + begin, signal.right.data() + begin};
+    m_effect->processReplacing(m_effect, both, both, frames);
+}
+
 std::vector<char> CEffectRunner::Chunk(bool bank) {
     void* data = nullptr;
     const std::intptr_t size = Call(vst2::effGetChunk, bank ? 0 : 1, 0, &data);

@@ -45,6 +45,9 @@ public:
     StereoSignal Run(const StereoSignal& input, const std::vector<int>& blocks = {256},
                      const std::function<void(long)>& between = {});
 
+    // Processes `frames` of `signal` from `begin` on in one block, over itself.
+    void RunInPlace(StereoSignal& signal, long begin, int frames);
+
     std::vector<char> Chunk(bool bank = true);
     std::intptr_t SetChunk(std::vector<char> chunk, bool bank = true);
 
