@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Strips to their planes. Where anything is filtered or still moves, the channels of a group of strips
+// stand side by side in one vector and time runs frame by frame (StripLanes.h); where nothing does, a
+// strip is a constant gain along time. Local to the source file of one instruction set.
+
+#include "engine/strip/MeterLanes.h"
+#include "engine/strip/StripLanes.h"
+
+namespace quib {
+namespace {
+
+inline float Step(float value, float target, float rate) noexcept { return value + rate * (target - value); }
+
+inline float SendStep(const StripJob& job, int k) noexcept {
+    const float next = Step(job.state->sendGain[k], job.targets.send[k], kSendRate);
+    return job.targets.holdSend[k] && !(next > kHeldSendGain) ? kHeldSendGain : next;
+}
+
+inline bool GainsMove(const StripJob& job) noexcept {
+    const StripState& state = *job.state;
+    return Step(state.gainLeft, job.targets.gainLeft, kGainRate) != state.gainLeft ||
+           Step(state.gainRight, job.targets.gainRight, kGainRate) != state.gainRight;
+}
+
+inline void FillLine(float* plane, float value) noexcept {
+    Store(plane, Spread(value));
+}
+
+// Decides which sends of a strip still move, and leaves the settled ones for MixStrips.
+inline bool PrepareSends(StripJob& job) noexcept {
+    bool any = false;
+    for (int k = 0; k < kSendCount; ++k) {
+        const float gain = job.state->sendGain[k];
+        const bool moves = SendStep(job, k) != gain;
+        if (!moves) FillLine(job.planes.sendGain[k], gain);
+        job.sendMask[k] = moves ? ~std::size_t{0} : 0;
+        any |= moves;
+    }
+    return any;
+}
+
+// Extra pairs need the course of the strip's gains; few strips have any.
+inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
+    job.addsAnyExtra = false;
+    for (int k = 0; k < kSendCount; ++k) {
+        job.addsExtra[k] = job.targets.holdSend[k] && job.extraLeft[k] && job.extraRight[k];
+        job.addsAnyExtra |= job.addsExtra[k];
+    }
+    if (!job.addsAnyExtra) return;
+    float left = job.state->gainLeft;
+    float right = job.state->gainRight;
+    job.gainMask = moves ? ~std::size_t{0} : 0;
+    FillLine(job.planes.gainLeft, left);
+    FillLine(job.planes.gainRight, right);
+    for (int i = 0; moves && i < frames; ++i) {
+        job.planes.gainLeft[i] = left = Step(left, job.targets.gainLeft, kGainRate);
+        job.planes.gainRight[i] = right = Step(right, job.targets.gainRight, kGainRate);
+    }
+}
+
+// Constant gains over at most kMeterFrames frames; `peaks` takes part of the meter in each lane.
+inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peaks) noexcept {
+    const float* inLeft = job.inLeft + first;
+    const float* inRight = job.inRight + first;
+    float* outLeft = job.planes.left + first;
+    float* outRight = job.planes.right + first;
+    const float gainLeft = job.state->gainLeft;
+    const float gainRight = job.state->gainRight;
+    const float* weight = kMeterWeights.power + (kMeterFrames - frames);
+    Lanes largest = peaks * weight[0];
+    int i = 0;
+    for (; i + kLanes <= frames; i += kLanes) {
+        const Lanes left = Load(inLeft + i) * gainLeft;
+        const Lanes right = Load(inRight + i) * gainRight;
+        Store(outLeft + i, left);
+        Store(outRight + i, right);
+        largest = Larger(Larger(Absolute(left), Absolute(right)) * Load(weight + i), largest);
+    }
+    for (; i < frames; ++i) {
+        outLeft[i] = inLeft[i] * gainLeft;
+        outRight[i] = inRight[i] * gainRight;
+        const Lanes levels = Larger(Absolute(Spread(outLeft[i])), Absolute(Spread(outRight[i])));
+        largest = Larger(levels * weight[i], largest);
+    }
+    peaks = largest;
+}
+
+inline void ScaleStrip(StripJob& job, int frames) noexcept {
+    Lanes peaks = Spread(job.state->peak);
+    int first = 0;
+    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch(job, first, kMeterFrames, peaks);
+    if (first < frames) ScaleStretch(job, first, frames - first, peaks);
+    job.state->peak = PeakOrZero(LargestLane(peaks));
+}
+
+inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
+    bool filters = false;
+    bool gainsMove = false;
+    bool sendsMove = false;
+    for (int i = 0; i < count; ++i) {
+        const bool moves = GainsMove(jobs[i]);
+        PrepareExtra(jobs[i], moves, frames);
+        filters |= EqualizerRuns(jobs[i]);
+        gainsMove |= moves;
+        sendsMove |= PrepareSends(jobs[i]);
+    }
+    if (filters)
+        sendsMove ? RunGroup<true, true>(jobs, count, frames) : RunGroup<true, false>(jobs, count, frames);
+    else if (sendsMove)
+        RunGroup<false, true>(jobs, count, frames);
+    else if (gainsMove)
+        RunGroup<false, false>(jobs, count, frames);
+    else
+        for (int i = 0; i < count; ++i) ScaleStrip(jobs[i], frames);
+}
+
+void ProcessStrips(StripJob* jobs, int count, int frames) noexcept {
+    for (int first = 0; first < count; first += kGroup)
+        ProcessGroup(jobs + first, count - first < kGroup ? count - first : kGroup, frames);
+}
+
+}  // namespace
+}  // namespace quib
