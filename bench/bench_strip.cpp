@@ -52,7 +52,7 @@ struct CMixerBench {
 
     void RunScalar() {
         static const float* const kNoExtra[kSendCount] = {};
-        rig.busPlanes.Clear();
+        rig.ClearBuses(kFrames);
         for (std::size_t i = 0; i < kStrips; ++i) {
             std::memcpy(work.Plane(0), rig.jobs[i].inLeft, kFrames * sizeof(float));
             std::memcpy(work.Plane(1), rig.jobs[i].inRight, kFrames * sizeof(float));

@@ -16,6 +16,10 @@ constexpr int kLanes = QUIB_STRIP_LANES;
 using Lanes = float __attribute__((vector_size(kLanes * sizeof(float))));
 using LaneBits = int __attribute__((vector_size(kLanes * sizeof(float))));
 
+// The four sends of a strip.
+using Quad = float __attribute__((vector_size(16)));
+using QuadBits = int __attribute__((vector_size(16)));
+
 inline Lanes Load(const float* from) noexcept {
     Lanes lanes;
     __builtin_memcpy(&lanes, from, sizeof lanes);

@@ -115,11 +115,16 @@ void MixRange(const StripJob* jobs, int count, const MixBuses& buses, const Acti
 void MixStrips(const StripJob* jobs, int count, const MixBuses& buses, int first, int frames) noexcept {
     const ActiveSends active = FindActiveSends(buses);
     switch (active.count) {
-        case 0: return MixRange<0>(jobs, count, buses, active, first, frames);
-        case 1: return MixRange<1>(jobs, count, buses, active, first, frames);
-        case 2: return MixRange<2>(jobs, count, buses, active, first, frames);
-        case 3: return MixRange<3>(jobs, count, buses, active, first, frames);
-        default: return MixRange<4>(jobs, count, buses, active, first, frames);
+        case 0:
+            return MixRange<0>(jobs, count, buses, active, first, frames);
+        case 1:
+            return MixRange<1>(jobs, count, buses, active, first, frames);
+        case 2:
+            return MixRange<2>(jobs, count, buses, active, first, frames);
+        case 3:
+            return MixRange<3>(jobs, count, buses, active, first, frames);
+        default:
+            return MixRange<4>(jobs, count, buses, active, first, frames);
     }
 }
 

@@ -13,32 +13,28 @@ namespace {
 
 inline float Step(float value, float target, float rate) noexcept { return value + rate * (target - value); }
 
-inline float SendStep(const StripJob& job, int k) noexcept {
-    const float next = Step(job.state->sendGain[k], job.targets.send[k], kSendRate);
-    return job.targets.holdSend[k] && !(next > kHeldSendGain) ? kHeldSendGain : next;
-}
-
 inline bool GainsMove(const StripJob& job) noexcept {
     const StripState& state = *job.state;
-    return Step(state.gainLeft, job.targets.gainLeft, kGainRate) != state.gainLeft ||
-           Step(state.gainRight, job.targets.gainRight, kGainRate) != state.gainRight;
+    const bool left = Step(state.gainLeft, job.targets.gainLeft, kGainRate) != state.gainLeft;
+    const bool right = Step(state.gainRight, job.targets.gainRight, kGainRate) != state.gainRight;
+    return left | right;
 }
 
-inline void FillLine(float* plane, float value) noexcept {
-    Store(plane, Spread(value));
-}
+inline void FillLine(float* plane, float value) noexcept { Store(plane, Spread(value)); }
 
 // Decides which sends of a strip still move, and leaves the settled ones for MixStrips.
 inline bool PrepareSends(StripJob& job) noexcept {
-    bool any = false;
+    Quad gain, target, floor = {};
+    __builtin_memcpy(&gain, job.state->sendGain, sizeof gain);
+    __builtin_memcpy(&target, job.targets.send, sizeof target);
+    for (int k = 0; k < kSendCount; ++k) floor[k] = job.targets.holdSend[k] ? kHeldSendGain : 0;
+    const Quad next = gain + kSendRate * (target - gain);
+    const QuadBits moves = (next > floor ? next : floor) != gain;
     for (int k = 0; k < kSendCount; ++k) {
-        const float gain = job.state->sendGain[k];
-        const bool moves = SendStep(job, k) != gain;
-        if (!moves) FillLine(job.planes.sendGain[k], gain);
-        job.sendMask[k] = moves ? ~std::size_t{0} : 0;
-        any |= moves;
+        FillLine(job.planes.sendGain[k], gain[k]);
+        job.sendMask[k] = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(moves[k]));
     }
-    return any;
+    return (job.sendMask[0] | job.sendMask[1] | job.sendMask[2] | job.sendMask[3]) != 0;
 }
 
 // Extra pairs need the course of the strip's gains; few strips have any.

@@ -12,7 +12,7 @@ namespace quib {
 namespace {
 
 constexpr int kGroup = kLanes / 2;
-constexpr int kTile = 32;  // frames worked on at a time
+constexpr int kTile = kMeterFrames;    // frames worked on at a time
 constexpr int kSendRows = 2 * kLanes;  // four sends of each strip of a group: two vectors
 
 constexpr float kGainRate = 0.005f;
@@ -152,8 +152,7 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
         tile.signal[f - 1] = Filter(middle, between, tile.amount[f - 1], tile.dry[f - 1], insteadOfZero);
         between = runLow(f);
     }
-    tile.signal[frames - 1] =
-        Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
+    tile.signal[frames - 1] = Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
     lanes.bands[0] = low;
     lanes.bands[1] = middle;
     lanes.amount = amount;
@@ -164,14 +163,15 @@ template <bool filters, bool sends>
 inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
     BandLanes high = group.equalizer.bands[2];
     Lanes gain = group.gain;
-    Lanes peak = group.peak;
+    const float* weight = kMeterWeights.power + (kMeterFrames - frames);
+    Lanes peak = group.peak * weight[0];
     Lanes send[2] = {group.send[0], group.send[1]};
     for (int f = 0; f < frames; ++f) {
         Lanes x = tile.signal[f];
         if constexpr (filters) x = Filter(high, x, tile.amount[f], tile.dry[f], group.equalizer.insteadOfZero);
         gain += kGainRate * (group.gainTarget - gain);
         x *= gain;
-        peak = Larger(Absolute(x), peak) * kPeakDecay;
+        peak = Larger(Absolute(x) * weight[f], peak);
         tile.signal[f] = x;
         for (int i = 0; sends && i < 2; ++i) {
             send[i] += kSendRate * (group.sendTarget[i] - send[i]);
