@@ -12,7 +12,7 @@
 namespace quib {
 namespace {
 
-constexpr int kLanes = QUIB_STRIP_LANES;
+inline constexpr int kLanes = QUIB_STRIP_LANES;
 using Lanes = float __attribute__((vector_size(kLanes * sizeof(float))));
 using LaneBits = int __attribute__((vector_size(kLanes * sizeof(float))));
 
@@ -44,6 +44,7 @@ inline float LargestLane(Lanes lanes) noexcept {
     return largest;
 }
 
+inline Lanes NumberOrZero(Lanes lanes) noexcept { return Absolute(lanes) <= __builtin_inff() ? lanes : Lanes{}; }
 inline Lanes FiniteOrZero(Lanes lanes) noexcept { return Absolute(lanes) <= __FLT_MAX__ ? lanes : Lanes{}; }
 
 // Rows become columns.

@@ -10,8 +10,8 @@
 namespace quib {
 namespace {
 
-constexpr float kPeakDecay = 0.9999f;
-constexpr int kMeterFrames = 32;
+inline constexpr float kPeakDecay = 0.9999f;
+inline constexpr int kMeterFrames = 32;
 
 // Powers d^32 .. d^1. The last n of them weigh a stretch of n samples.
 struct MeterWeights {
@@ -23,7 +23,7 @@ struct MeterWeights {
             power[i] = static_cast<float>(value *= static_cast<double>(kPeakDecay));
     }
 };
-constexpr MeterWeights kMeterWeights;
+inline constexpr MeterWeights kMeterWeights;
 
 inline float PeakOrZero(float peak) noexcept { return peak <= __FLT_MAX__ ? peak : 0; }
 

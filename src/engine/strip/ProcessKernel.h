@@ -57,6 +57,7 @@ inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
 }
 
 // Constant gains over at most kMeterFrames frames; `peaks` takes part of the meter in each lane.
+template <bool copies>
 inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peaks) noexcept {
     const float* inLeft = job.inLeft + first;
     const float* inRight = job.inRight + first;
@@ -70,25 +71,42 @@ inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peak
     for (; i + kLanes <= frames; i += kLanes) {
         const Lanes left = Load(inLeft + i) * gainLeft;
         const Lanes right = Load(inRight + i) * gainRight;
-        Store(outLeft + i, left);
-        Store(outRight + i, right);
+        if (copies) Store(outLeft + i, left);
+        if (copies) Store(outRight + i, right);
         largest = Larger(Larger(Absolute(left), Absolute(right)) * Load(weight + i), largest);
     }
     for (; i < frames; ++i) {
-        outLeft[i] = inLeft[i] * gainLeft;
-        outRight[i] = inRight[i] * gainRight;
-        const Lanes levels = Larger(Absolute(Spread(outLeft[i])), Absolute(Spread(outRight[i])));
-        largest = Larger(levels * weight[i], largest);
+        const float left = inLeft[i] * gainLeft;
+        const float right = inRight[i] * gainRight;
+        if (copies) outLeft[i] = left;
+        if (copies) outRight[i] = right;
+        largest = Larger(Larger(Absolute(Spread(left)), Absolute(Spread(right))) * weight[i], largest);
     }
     peaks = largest;
 }
 
+template <bool copies>
 inline void ScaleStrip(StripJob& job, int frames) noexcept {
     Lanes peaks = Spread(job.state->peak);
     int first = 0;
-    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch(job, first, kMeterFrames, peaks);
-    if (first < frames) ScaleStretch(job, first, frames - first, peaks);
+    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch<copies>(job, first, kMeterFrames, peaks);
+    if (first < frames) ScaleStretch<copies>(job, first, frames - first, peaks);
     job.state->peak = PeakOrZero(LargestLane(peaks));
+}
+
+inline void MixFromPlanes(StripJob& job) noexcept {
+    job.mixLeft = job.planes.left;
+    job.mixRight = job.planes.right;
+    job.mixGainLeft = job.mixGainRight = 1;
+}
+
+inline void RunSettledStrip(StripJob& job, int frames) noexcept {
+    if (!job.inputsStay) return ScaleStrip<true>(job, frames);
+    ScaleStrip<false>(job, frames);
+    job.mixLeft = job.inLeft;
+    job.mixRight = job.inRight;
+    job.mixGainLeft = job.state->gainLeft;
+    job.mixGainRight = job.state->gainRight;
 }
 
 inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
@@ -97,6 +115,7 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     bool sendsMove = false;
     for (int i = 0; i < count; ++i) {
         const bool moves = GainsMove(jobs[i]);
+        MixFromPlanes(jobs[i]);
         PrepareExtra(jobs[i], moves, frames);
         filters |= EqualizerRuns(jobs[i]);
         gainsMove |= moves;
@@ -109,10 +128,10 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     else if (gainsMove)
         RunGroup<false, false>(jobs, count, frames);
     else
-        for (int i = 0; i < count; ++i) ScaleStrip(jobs[i], frames);
+        for (int i = 0; i < count; ++i) RunSettledStrip(jobs[i], frames);
 }
 
-void ProcessStrips(StripJob* jobs, int count, int frames) noexcept {
+inline void ProcessStrips(StripJob* jobs, int count, int frames) noexcept {
     for (int first = 0; first < count; first += kGroup)
         ProcessGroup(jobs + first, count - first < kGroup ? count - first : kGroup, frames);
 }

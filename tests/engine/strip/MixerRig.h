@@ -44,6 +44,7 @@ public:
             StripJob& job = jobs[static_cast<std::size_t>(i)];
             job.inLeft = inputs.Plane(2 * i);
             job.inRight = inputs.Plane(2 * i + 1);
+            job.inputsStay = true;
             job.state = &states[static_cast<std::size_t>(i)];
             job.planes = MakeStripPlanes(planes, StripPlanes::kCount * i);
         }
