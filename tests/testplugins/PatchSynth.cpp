@@ -30,10 +30,13 @@ private:
                 std::fill(parameters.begin(), parameters.end(), 0.1F * static_cast<float>(value));
                 return 0;
             case vst2::effGetChunk:
-                *static_cast<void**>(pointer) = parameters.data();
-                return kParameters * sizeof(float);
+                std::copy(parameters.begin(), parameters.end(), patch.begin());
+                *static_cast<void**>(pointer) = patch.data();
+                return sizeof patch;
             case vst2::effSetChunk:
-                if (value == kParameters * sizeof(float)) std::memcpy(parameters.data(), pointer, kParameters * 4);
+                if (value != sizeof patch) return 0;
+                std::memcpy(patch.data(), pointer, sizeof patch);
+                std::copy(patch.begin(), patch.end(), parameters.begin());
                 return 1;
             default:
                 return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
@@ -43,6 +46,8 @@ private:
     void Process(float**, float** out, std::int32_t frames) override {
         for (int channel = 0; channel < 2; ++channel) std::fill_n(out[channel], frames, 0.0F);
     }
+
+    std::array<float, kParameters> patch{};
 };
 
 }  // namespace
