@@ -49,7 +49,7 @@ constexpr ParameterValue kDeepSpace[] = {{kReverbPreDelay, 80},   {kReverbSize, 
                                          {kReverbDamping, 5000},  {kReverbLowCut, 120},
                                          {kReverbEarly, 0},       {kReverbDiffusion, 100},
                                          {kReverbModulation, 90}, {kReverbModulationRate, 0.7f},
-                                         {kEffectWidth, 140}};
+                                         {kEffectWidth, 120}};
 
 constexpr std::array<ProgramSpec, 8> kPrograms = {{
     {"Concert Hall", kConcertHall},

@@ -54,7 +54,7 @@ TEST(Equalizer, isStableForEveryControlAtEveryRate) {
             for (int step = 0; step < 11 * 11 * 11; ++step) {
                 const float frequency = static_cast<float>(step % 11) / 10;
                 const float quality = static_cast<float>(step / 11 % 11) / 10;
-                const float gain = static_cast<float>(step / 121) / 5 - 1;
+                const float gain = static_cast<float>(step / 121 - 5) / 5;
                 const EqBandUpdate f = DesignEqBand(band, frequency, quality, gain, rate);
                 ASSERT_LT(std::abs(f.a2), 1) << rate << " " << frequency;
                 ASSERT_LT(std::abs(f.a1), 1 + f.a2) << rate << " " << frequency;

@@ -22,21 +22,23 @@ public:
 private:
     static constexpr int kParameters = 4;
 
+    std::array<float, kParameters> chunk{};
+
     std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
                            float option) override {
         switch (opcode) {
             case vst2::effSetProgram:
                 program = value;
-                std::fill(parameters.begin(), parameters.end(), 0.1F * static_cast<float>(value));
+                for (auto& parameter : parameters) parameter = 0.1F * static_cast<float>(value);
                 return 0;
             case vst2::effGetChunk:
-                std::copy(parameters.begin(), parameters.end(), patch.begin());
-                *static_cast<void**>(pointer) = patch.data();
-                return sizeof patch;
+                std::copy(parameters.begin(), parameters.end(), chunk.begin());
+                *static_cast<void**>(pointer) = chunk.data();
+                return sizeof chunk;
             case vst2::effSetChunk:
-                if (value != sizeof patch) return 0;
-                std::memcpy(patch.data(), pointer, sizeof patch);
-                std::copy(patch.begin(), patch.end(), parameters.begin());
+                if (value != sizeof chunk) return 0;
+                std::memcpy(chunk.data(), pointer, sizeof chunk);
+                TakeParameters(chunk);
                 return 1;
             default:
                 return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
@@ -46,8 +48,6 @@ private:
     void Process(float**, float** out, std::int32_t frames) override {
         for (int channel = 0; channel < 2; ++channel) std::fill_n(out[channel], frames, 0.0F);
     }
-
-    std::array<float, kParameters> patch{};
 };
 
 }  // namespace
