@@ -52,7 +52,7 @@ struct CMixerBench {
 
     void RunScalar() {
         static const float* const kNoExtra[kSendCount] = {};
-        rig.busPlanes.Clear();
+        rig.ClearBuses(kFrames);
         for (std::size_t i = 0; i < kStrips; ++i) {
             std::memcpy(work.Plane(0), rig.jobs[i].inLeft, kFrames * sizeof(float));
             std::memcpy(work.Plane(1), rig.jobs[i].inRight, kFrames * sizeof(float));
@@ -83,7 +83,7 @@ void Scalar(benchmark::State& state) {
     CMixerBench bench(static_cast<Scene>(state.range(0)));
     bench.Measure(kSettleBlocks, [&] { bench.RunScalar(); });
     double sum = 0;
-    for (auto _ : state) sum += bench.Measure(1000, [&] { bench.RunScalar(); });
+    while (state.KeepRunning()) sum += bench.Measure(1000, [&] { bench.RunScalar(); });
     state.counters["ns_per_frame_per_instrument"] = sum / static_cast<double>(state.iterations());
 }
 
@@ -95,7 +95,7 @@ void Kernels(benchmark::State& state, StripInstructions instructions) {
     const double scalar = bench.Measure(1000, [&] { bench.RunScalar(); });
     bench.Measure(kSettleBlocks, [&] { bench.rig.Render(*kernels, kFrames); });
     double sum = 0;
-    for (auto _ : state) sum += bench.Measure(1000, [&] { bench.rig.Render(*kernels, kFrames); });
+    while (state.KeepRunning()) sum += bench.Measure(1000, [&] { bench.rig.Render(*kernels, kFrames); });
     const double ours = sum / static_cast<double>(state.iterations());
     state.counters["ns_per_frame_per_instrument"] = ours;
     state.counters["ratio"] = scalar / ours;

@@ -6,7 +6,7 @@ buildPackages=(
     g++ cmake ninja-build ccache pkg-config
     libasound2-dev libjack-jackd2-dev
     libsndfile1-dev libsamplerate0-dev librubberband-dev
-    libreaderwriterqueue-dev libcli11-dev libfmt-dev libspdlog-dev
+    libcli11-dev libfmt-dev libspdlog-dev
     libgtest-dev libgmock-dev libbenchmark-dev
 )
 

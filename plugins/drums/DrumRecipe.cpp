@@ -15,7 +15,7 @@ float Octave(float share) noexcept { return Exp2(2.0f * share - 1.0f); }
 // A sweep of depth `colour` into a sine with a harder one of depth `snap`, and the beater's noise.
 DrumRecipe Kick(const DrumSetting& s) noexcept {
     DrumRecipe r;
-    r.partials[0] = {49.0f, 1.0f, 0.55f};
+    r.partials[0] = {49.0f, 1.0f, 0.62f};
     r.partials[1] = {98.0f, 0.10f + 0.10f * s.tone, 0.16f};
     r.sweepOctaves = Between(0.3f, 2.2f, s.colour);
     r.sweepSeconds = 0.024f;
@@ -40,7 +40,7 @@ DrumRecipe Kick(const DrumSetting& s) noexcept {
 DrumRecipe Snare(const DrumSetting& s) noexcept {
     DrumRecipe r;
     const float skin = Between(1.0f, 0.35f, s.colour);
-    r.partials[0] = {186.0f, 0.75f * skin, 0.20f};
+    r.partials[0] = {186.0f, 0.75f * skin, 0.24f};
     r.partials[1] = {331.0f, 0.45f * skin, 0.13f};
     r.partials[2] = {520.0f, 0.12f * skin, 0.07f};
     r.sweepOctaves = 0.35f;
@@ -51,12 +51,12 @@ DrumRecipe Snare(const DrumSetting& s) noexcept {
                    .filter = LayerFilter::kHighPass,
                    .hertz = 1300.0f * Octave(s.tone),
                    .damping = 1.3f,
-                   .decay = 0.26f};
+                   .decay = 0.32f};
     r.layers[1] = {.noise = 1.5f * wires,
                    .filter = LayerFilter::kBandPass,
                    .hertz = 3100.0f * Octave(s.tone),
                    .damping = 0.9f,
-                   .decay = 0.15f};
+                   .decay = 0.19f};
     r.layers[2] = {
         .noise = 1.3f * s.snap, .filter = LayerFilter::kHighPass, .hertz = 4000.0f, .damping = 1.4f, .decay = 0.022f};
     r.drive = 0.22f;
@@ -120,7 +120,7 @@ DrumRecipe Hat(const DrumSetting& s, float decay) noexcept {
 
 DrumRecipe Tom(const DrumSetting& s, float hertz) noexcept {
     DrumRecipe r;
-    r.partials[0] = {hertz, 0.95f, 0.55f};
+    r.partials[0] = {hertz, 0.95f, 0.75f};
     r.partials[1] = {1.59f * hertz, 0.22f, 0.28f};
     r.partials[2] = {2.14f * hertz, 0.10f, 0.16f};
     r.sweepOctaves = Between(0.1f, 1.1f, s.colour);
@@ -149,13 +149,13 @@ DrumRecipe Crash(const DrumSetting& s) noexcept {
                    .filter = LayerFilter::kHighPass,
                    .hertz = 4300.0f * bright,
                    .damping = 1.0f,
-                   .decay = 1.7f,
+                   .decay = 2.6f,
                    .attack = 0.002f};
     r.layers[1] = {.noise = 0.85f,
                    .filter = LayerFilter::kHighPass,
                    .hertz = 5200.0f * bright,
                    .damping = 1.2f,
-                   .decay = 2.1f,
+                   .decay = 3.2f,
                    .attack = 0.003f};
     r.layers[2] = {.noise = 0.9f * s.snap,
                    .metal = 0.5f,
@@ -171,20 +171,20 @@ DrumRecipe Crash(const DrumSetting& s) noexcept {
 DrumRecipe Ride(const DrumSetting& s) noexcept {
     DrumRecipe r;
     const float bright = Octave(s.tone * 0.6f + 0.2f);
-    r.partials[0] = {2933.0f, 0.16f * s.snap, 0.8f};
-    r.partials[1] = {4387.0f, 0.14f * s.snap, 0.6f};
-    r.partials[2] = {6241.0f, 0.10f * s.snap, 0.45f};
+    r.partials[0] = {2933.0f, 0.16f * s.snap, 1.8f};
+    r.partials[1] = {4387.0f, 0.14f * s.snap, 1.4f};
+    r.partials[2] = {6241.0f, 0.10f * s.snap, 1.0f};
     r.metalHertz = 437.0f;
     r.layers[0] = {.metal = 1.4f * Between(0.4f, 1.0f, s.colour),
-                   .filter = LayerFilter::kBandPass,
-                   .hertz = 5600.0f * bright,
+                   .filter = LayerFilter::kHighPass,
+                   .hertz = 4600.0f * bright,
                    .damping = 1.0f,
-                   .decay = 1.5f};
-    r.layers[1] = {.noise = 0.28f,
+                   .decay = 3.0f};
+    r.layers[1] = {.noise = 0.4f,
                    .filter = LayerFilter::kHighPass,
                    .hertz = 8200.0f * bright,
                    .damping = 1.2f,
-                   .decay = 1.1f,
+                   .decay = 2.2f,
                    .attack = 0.002f};
     r.layers[2] = {
         .noise = 0.7f * s.snap, .filter = LayerFilter::kBandPass, .hertz = 7500.0f, .damping = 0.9f, .decay = 0.016f};
@@ -274,11 +274,11 @@ DrumRecipe BaseRecipe(int drum, const DrumSetting& setting) noexcept {
         case kClap:
             return Clap(setting);
         case kClosedHat:
-            return Hat(setting, 0.075f);
+            return Hat(setting, 0.13f);
         case kPedalHat:
-            return Hat(setting, 0.11f);
+            return Hat(setting, 0.18f);
         case kOpenHat:
-            return Hat(setting, 0.62f);
+            return Hat(setting, 0.85f);
         case kLowTom:
             return Tom(setting, 84.0f);
         case kMidTom:

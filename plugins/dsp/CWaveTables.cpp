@@ -13,37 +13,61 @@ namespace {
 constexpr unsigned kMostPartials = 1024;
 constexpr unsigned kSineBits = 12;
 
-using Complex = std::complex<double>;
-
 constexpr std::size_t kLongest = 8192;
 
-std::vector<Complex> RootsOfUnity() {
-    std::vector<Complex> roots(kLongest / 2);
-    for (std::size_t k = 0; k < roots.size(); ++k) {
-        roots[k] = std::polar(1.0, 2.0 * std::numbers::pi * static_cast<double>(k) / kLongest);
+// Complex numbers as two rows, which the compiler turns into fast code.
+struct ComplexRow {
+    std::vector<double> real;
+    std::vector<double> imaginary;
+    explicit ComplexRow(std::size_t length) : real(length), imaginary(length) {}
+};
+
+// The factors of every stage of a transform, in a row: that of two halves of h points stands at h.
+ComplexRow StageFactors() {
+    ComplexRow factors(kLongest);
+    for (std::size_t k = 0; k < kLongest / 2; ++k) {
+        const double angle = 2.0 * std::numbers::pi * static_cast<double>(k) / kLongest;
+        factors.real[kLongest / 2 + k] = std::cos(angle);
+        factors.imaginary[kLongest / 2 + k] = std::sin(angle);
     }
-    return roots;
+    for (std::size_t i = kLongest / 2 - 1; i > 0; --i) {
+        factors.real[i] = factors.real[2 * i];
+        factors.imaginary[i] = factors.imaginary[2 * i];
+    }
+    return factors;
 }
 
-// In-place inverse Fourier transform without scaling; the length is a power of two up to kLongest.
-void InverseTransform(std::vector<Complex>& data, const std::vector<Complex>& roots) {
-    const std::size_t length = data.size();
+void ReverseBits(ComplexRow& row) {
+    const std::size_t length = row.real.size();
     for (std::size_t i = 1, j = 0; i < length; ++i) {
         std::size_t bit = length >> 1;
         for (; j & bit; bit >>= 1) j ^= bit;
         j ^= bit;
-        if (i < j) std::swap(data[i], data[j]);
+        if (i >= j) continue;
+        std::swap(row.real[i], row.real[j]);
+        std::swap(row.imaginary[i], row.imaginary[j]);
     }
+}
+
+// In-place inverse Fourier transform without scaling; the length is a power of two up to kLongest.
+void InverseTransform(ComplexRow& row) {
+    static const ComplexRow factors = StageFactors();
+    ReverseBits(row);
+    const std::size_t length = row.real.size();
     for (std::size_t half = 1; half < length; half *= 2) {
-        const std::size_t stride = kLongest / (2 * half);
+        const double* factorReal = factors.real.data() + half;
+        const double* factorImaginary = factors.imaginary.data() + half;
         for (std::size_t start = 0; start < length; start += 2 * half) {
+            double* real = row.real.data() + start;
+            double* imaginary = row.imaginary.data() + start;
             for (std::size_t k = 0; k < half; ++k) {
-                const Complex root = roots[k * stride];
-                const Complex value = data[start + k + half];
-                const Complex turned(value.real() * root.real() - value.imag() * root.imag(),
-                                     value.real() * root.imag() + value.imag() * root.real());
-                data[start + k + half] = data[start + k] - turned;
-                data[start + k] += turned;
+                const double turnedReal = real[half + k] * factorReal[k] - imaginary[half + k] * factorImaginary[k];
+                const double turnedImaginary =
+                    real[half + k] * factorImaginary[k] + imaginary[half + k] * factorReal[k];
+                real[half + k] = real[k] - turnedReal;
+                imaginary[half + k] = imaginary[k] - turnedImaginary;
+                real[k] += turnedReal;
+                imaginary[k] += turnedImaginary;
             }
         }
     }
@@ -55,8 +79,6 @@ std::size_t LengthFor(unsigned partials) {
     return std::clamp<std::size_t>(std::bit_ceil(partials * 16u), 2048, kLongest);
 }
 
-unsigned ShiftFor(std::size_t length) { return static_cast<unsigned>(32 - std::countr_zero(length)); }
-
 }  // namespace
 
 const CWaveTables& CWaveTables::Shared() {
@@ -65,41 +87,43 @@ const CWaveTables& CWaveTables::Shared() {
 }
 
 CWaveTables::CWaveTables() {
-    const std::vector<Complex> roots = RootsOfUnity();
     for (std::size_t level = 0; level < kLevels; ++level) {
         const double exact = kMostPartials * std::exp2(-static_cast<double>(level) / 3.0);
-        MakeLevel(level, static_cast<unsigned>(exact + 1e-9), roots);
+        MakeLevel(level, static_cast<unsigned>(exact + 1e-9));
     }
     std::vector<float> sine((1u << kSineBits) + 1);
     for (std::size_t i = 0; i < sine.size(); ++i) {
         sine[i] = static_cast<float>(std::sin(2.0 * std::numbers::pi * static_cast<double>(i) / (1u << kSineBits)));
     }
-    m_storage.push_back(std::move(sine));
-    m_sine = {m_storage.back().data(), 32 - kSineBits};
+    m_sine = Keep(std::move(sine));
+}
+
+WaveTable CWaveTables::Keep(std::vector<float> values) {
+    const std::size_t length = values.size() - 1;
+    m_storage.push_back(std::move(values));
+    return {m_storage.back().data(), static_cast<unsigned>(32 - std::countr_zero(length))};
 }
 
 // Saw: 2/pi sum of sin(n x)/n. Triangle: 8/pi^2 sum over odd n of cos(n x)/n^2. Both come out of one
 // transform: the saw as its real part, the triangle as its imaginary part.
-void CWaveTables::MakeLevel(std::size_t level, unsigned partials, const std::vector<Complex>& roots) {
+void CWaveTables::MakeLevel(std::size_t level, unsigned partials) {
     const std::size_t length = LengthFor(partials);
-    std::vector<Complex> spectrum(length);
+    ComplexRow row(length);
     for (unsigned n = 1; n <= partials; ++n) {
-        const Complex saw(0.0, -1.0 / (std::numbers::pi * n));
-        const double odd = n % 2 == 1 ? 4.0 / (std::numbers::pi * std::numbers::pi * n * n) : 0.0;
-        spectrum[n] = saw + Complex(0.0, odd);
-        spectrum[length - n] = -saw + Complex(0.0, odd);
+        const double saw = 1.0 / (std::numbers::pi * n);
+        const double triangle = n % 2 == 1 ? 4.0 / (std::numbers::pi * std::numbers::pi * n * n) : 0.0;
+        row.imaginary[n] = triangle - saw;
+        row.imaginary[length - n] = triangle + saw;
     }
-    InverseTransform(spectrum, roots);
+    InverseTransform(row);
     std::vector<float> saw(length + 1);
     std::vector<float> triangle(length + 1);
     for (std::size_t i = 0; i <= length; ++i) {
-        saw[i] = static_cast<float>(spectrum[i % length].real());
-        triangle[i] = static_cast<float>(spectrum[i % length].imag());
+        saw[i] = static_cast<float>(row.real[i % length]);
+        triangle[i] = static_cast<float>(row.imaginary[i % length]);
     }
-    m_storage.push_back(std::move(saw));
-    m_saws[level] = {m_storage.back().data(), ShiftFor(length)};
-    m_storage.push_back(std::move(triangle));
-    m_triangles[level] = {m_storage.back().data(), ShiftFor(length)};
+    m_saws[level] = Keep(std::move(saw));
+    m_triangles[level] = Keep(std::move(triangle));
     m_maximumIncrements[level] = 0x80000000u / partials;
 }
 

@@ -6,7 +6,6 @@
 // it wraps by itself and adds up without rounding, so that a sound does not depend on block sizes.
 
 #include <array>
-#include <complex>
 #include <cstdint>
 #include <vector>
 
@@ -41,7 +40,8 @@ private:
     static constexpr std::size_t kLevels = 31;  // 1024 partials down to 1, in thirds of octaves
 
     CWaveTables();
-    void MakeLevel(std::size_t level, unsigned partials, const std::vector<std::complex<double>>& roots);
+    void MakeLevel(std::size_t level, unsigned partials);
+    WaveTable Keep(std::vector<float> values);
     std::size_t LevelFor(std::uint32_t increment) const noexcept;
 
     std::array<WaveTable, kLevels> m_saws;

@@ -9,8 +9,12 @@ namespace quib {
 
 namespace {
 
-void PreparePlugin(const PluginSlot& slot) {
-    if (slot.plugin) slot.plugin->Prepare();
+void PreparePlugin(const CPublished<PluginSlot>& slot) {
+    if (const auto& plugin = slot.ForEdit()->plugin) plugin->Prepare();
+}
+
+void PrepareOutdatedPlugin(const CPublished<PluginSlot>& slot) {
+    if (const auto& plugin = slot.ForEdit()->plugin; plugin && !plugin->IsPrepared()) plugin->Prepare();
 }
 
 // Keeps the render thread out while the engine is rebuilt, and waits for the block under way.
@@ -46,25 +50,37 @@ void CAudio::Prepare(const RenderFormat& wanted) {
     }
     const CBusyScope rebuild(busy, rendering);
     clock.CloseOpenBlock();
+    if (!pool || pool->Threads() != wanted.threads || format.realTime != wanted.realTime)
+        pool = std::make_unique<CRenderPool>(wanted.threads, wanted.realTime);
     format = wanted;
     environment.sampleRate = wanted.sampleRate;
     environment.blockSize = wanted.blockSize;
-    master = std::make_unique<CAudioPlanes>(2, wanted.blockSize);
+    master.Clear();
     interleaved.assign(static_cast<std::size_t>(wanted.blockSize) * 2, 0);
-    if (!pool || pool->Threads() != wanted.threads)
-        pool = std::make_unique<CRenderPool>(wanted.threads, wanted.realTime);
     for (const auto& instrument : *instruments.ForEdit()) {
-        PreparePlugin(*instrument->plugin.ForEdit());
-        for (const auto& insert : instrument->inserts) PreparePlugin(*insert.ForEdit());
-        PrepareInstrument(*instrument);
+        PreparePlugin(instrument->plugin);
+        for (const auto& insert : instrument->inserts) PreparePlugin(insert);
+        RebuildInstrument(*instrument);
     }
-    for (const auto& insert : masterInserts) PreparePlugin(*insert.ForEdit());
-    for (const auto& effect : sharedEffects) PreparePlugin(*effect.ForEdit());
+    for (const auto& insert : masterInserts) PreparePlugin(insert);
+    for (const auto& effect : sharedEffects) PreparePlugin(effect);
 }
 
 void CAudio::PrepareInstrument(CInstrument& instrument) const {
+    const auto& planes = instrument.play.planes;
+    // The block under way may still play one that was removed just now: its playing state is left alone.
+    if (!planes || planes->Frames() != format.blockSize || instrument.preparedRate != format.sampleRate)
+        RebuildInstrument(instrument);
+    for (int band = 0; band < kEqBandCount; ++band) UpdateEqualizer(instrument, band, format.sampleRate);
+    PrepareOutdatedPlugin(instrument.plugin);
+    for (const auto& insert : instrument.inserts) PrepareOutdatedPlugin(insert);
+}
+
+void CAudio::RebuildInstrument(CInstrument& instrument) const {
+    instrument.preparedRate = format.sampleRate;
     instrument.play.planes =
         std::make_unique<CAudioPlanes>(StripPlanes::kCount, format.blockSize, static_cast<int>(instrument.Id()));
+    for (EqBandUpdate outdated; instrument.eqPending.TryPop(outdated);) {}
     for (int band = 0; band < kEqBandCount; ++band) {
         const auto index = static_cast<std::size_t>(band);
         ApplyEqUpdate(instrument.play.strip,

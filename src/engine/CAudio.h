@@ -73,10 +73,11 @@ public:
     CPublished<CEventLanes> masterLanes;
     CPublished<Audition> audition;
 
-    // Makes the engine and all its plug-ins ready for a device. No block may be rendered meanwhile;
-    // a device that still calls gets silence. Throws std::invalid_argument for a format out of range.
+    // Makes the engine and all its plug-ins ready for a device, and the master buffers silent. A device
+    // that still calls is told to play silence. Throws std::invalid_argument for a format out of range.
     void Prepare(const RenderFormat& wanted);
-    // Makes an instrument ready to be published: buffers, equaliser.
+    // Makes an instrument ready to be published: buffers, equaliser, plug-ins. One that was published
+    // before and comes back in the same format keeps its playing state.
     void PrepareInstrument(CInstrument& instrument) const;
     // Publishes the list; instruments were prepared before.
     void PublishInstruments(InstrumentList list);
@@ -105,13 +106,15 @@ public:
 
     // --- Render thread ----------------------------------------------------------------------------
 
-    // Renders one block into the master buffers.
-    void RenderBlock() noexcept;
-    const float* Master(int channel) const noexcept { return master->Plane(channel); }
+    // Renders one block into the master buffers. False when the engine is being prepared or another
+    // thread renders: the buffers are then not the caller's, who plays silence.
+    bool RenderBlock() noexcept;
+    const float* Master(int channel) const noexcept { return master.Plane(channel); }
     // Output of an instrument's strip in the last block, by its place among those that sound.
     std::span<const StripJob> Strips() const noexcept { return jobs; }
 
 private:
+    void RebuildInstrument(CInstrument& instrument) const;
     void RenderOpenBlock() noexcept;
     void GatherBlock() noexcept;
     void GatherInstrument(CInstrument& instrument) noexcept;
@@ -141,7 +144,7 @@ private:
     CCpuMeter cpuMeter;
     RenderFormat format;
     std::unique_ptr<CRenderPool> pool;
-    std::unique_ptr<CAudioPlanes> master;
+    CAudioPlanes master{2, RenderFormat::kMaximumBlockSize};
     std::vector<std::int16_t> interleaved;
     CLame* recorder = nullptr;
     CScope scope;

@@ -28,6 +28,12 @@ void SortByFrame(std::vector<BlockEvent>& events) noexcept {
     }
 }
 
+// While the plug-in's state is being changed no note begins, but every note still ends afterwards.
+void KeepForNextBlock(std::vector<BlockEvent>& events) noexcept {
+    std::erase_if(events, [](const BlockEvent& event) { return (event.status & 0xf0) == kNoteOn && event.data2 > 0; });
+    for (BlockEvent& event : events) event.deltaFrames = 0;
+}
+
 void SendEvents(BlockInstrument& entry, const BlockContext& block) noexcept {
     InstrumentPlayState& play = entry.instrument->play;
     for (const LiveEvent& event : play.liveEvents.Items()) {
@@ -35,8 +41,11 @@ void SendEvents(BlockInstrument& entry, const BlockContext& block) noexcept {
     }
     play.liveEvents.Items().clear();
     SortByFrame(play.blockEvents.Items());
-    entry.plugin->SendEvents(play.blockEvents.Items());
-    play.blockEvents.Items().clear();
+    if (entry.plugin->SendEvents(play.blockEvents.Items())) {
+        play.blockEvents.Items().clear();
+    } else {
+        KeepForNextBlock(play.blockEvents.Items());
+    }
 }
 
 }  // namespace

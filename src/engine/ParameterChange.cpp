@@ -75,7 +75,7 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
         const float value = assignment.high / 128.0F * share + assignment.low / 128.0F * (1.0F - share);
         switch (assignment.target) {
             case BallTarget::Plugin:
-                entry.plugin->SetParameter(assignment.parameter, value);
+                entry.plugin->PlayParameter(assignment.parameter, value);
                 break;
             case BallTarget::Mix:
                 if (assignment.parameter >= 0 && assignment.parameter < kMixLaneCount) {
@@ -87,7 +87,7 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
             case BallTarget::Insert1:
             case BallTarget::Insert2: {
                 CPlugin* const insert = entry.inserts[assignment.target == BallTarget::Insert1 ? 0 : 1];
-                if (insert != nullptr) insert->SetParameter(assignment.parameter, value);
+                if (insert != nullptr) insert->PlayParameter(assignment.parameter, value);
                 break;
             }
         }

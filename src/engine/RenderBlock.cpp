@@ -24,11 +24,10 @@ CPlugin* PluginOf(const CPublished<PluginSlot>& slot) noexcept { return slot.For
 
 }  // namespace
 
-void CAudio::RenderBlock() noexcept {
-    if (rendering.exchange(true, std::memory_order_seq_cst)) return;  // a second device while the first one ends
-    if (busy.load(std::memory_order_seq_cst) > 0) {
-        Silence();
-    } else {
+bool CAudio::RenderBlock() noexcept {
+    if (rendering.exchange(true, std::memory_order_seq_cst)) return false;  // a second device while the first one ends
+    const bool open = busy.load(std::memory_order_seq_cst) == 0;
+    if (open) {
         const std::uint64_t start = Nanoseconds();
         const CRenderThreadScope renderThread;
         const CFloatingPointScope keepMode;
@@ -39,6 +38,7 @@ void CAudio::RenderBlock() noexcept {
         cpuMeter.Add(static_cast<double>(Nanoseconds() - start) * 1e-9, format.blockSize, format.sampleRate);
     }
     rendering.store(false, std::memory_order_seq_cst);
+    return open;
 }
 
 void CAudio::RenderOpenBlock() noexcept {
@@ -54,7 +54,7 @@ void CAudio::RenderOpenBlock() noexcept {
     RunMasterInserts();
     PlayAudition();
     FinishMaster();
-    scope.Capture(master->Plane(0), master->Plane(1), block.frames);
+    scope.Capture(master.Plane(0), master.Plane(1), block.frames);
     FeedRecorder();
     PublishPicture();
 }
@@ -188,8 +188,8 @@ void CAudio::PrepareStrip(BlockInstrument& entry, StripJob& job) noexcept {
 
 void CAudio::MixInstruments() noexcept {
     MixBuses buses;
-    buses.masterLeft = master->Plane(0);
-    buses.masterRight = master->Plane(1);
+    buses.masterLeft = master.Plane(0);
+    buses.masterRight = master.Plane(1);
     Silence();
     const int count = static_cast<int>(jobs.size());
     for (int send = 0; send < kSendCount; ++send) {
@@ -213,8 +213,8 @@ void CAudio::MixInstruments() noexcept {
 }
 
 void CAudio::RunSharedEffects() noexcept {
-    float* const left = master->Plane(0);
-    float* const right = master->Plane(1);
+    float* const left = master.Plane(0);
+    float* const right = master.Plane(1);
     for (std::size_t index = 0; index < kSendCount; ++index) {
         if (!effectRuns[index]) continue;
         CPlugin& effect = *block.sharedEffects[index];
@@ -235,10 +235,10 @@ void CAudio::RunMasterInserts() noexcept {
         CPlugin* const insert = block.masterInserts[index];
         if (insert == nullptr || !insert->CanReplace() || !settings.masterInsertOn[index].IsOn()) continue;
         insert->SetBlockTime(block.time);
-        insert->Process(master->Plane(0), master->Plane(1), block.frames);
+        insert->Process(master.Plane(0), master.Plane(1), block.frames);
         if (insert->OutputCount() == 0) continue;
-        std::copy_n(insert->Left(), block.frames, master->Plane(0));
-        std::copy_n(insert->Right(), block.frames, master->Plane(1));
+        std::copy_n(insert->Left(), block.frames, master.Plane(0));
+        std::copy_n(insert->Right(), block.frames, master.Plane(1));
     }
 }
 
@@ -246,19 +246,19 @@ void CAudio::PlayAudition() noexcept {
     if (!block.playing) return;
     const double position = std::trunc((transport.soundingStep + static_cast<double>(block.stepFraction)) *
                                        static_cast<double>(transport.samplesPerStep));
-    AddAudition(audition.ForRender(), position, master->Plane(0), master->Plane(1), block.frames);
+    AddAudition(audition.ForRender(), position, master.Plane(0), master.Plane(1), block.frames);
 }
 
 void CAudio::FinishMaster() noexcept {
     const MasterTargets targets = MakeMasterTargets(settings.masterLevel.Get(), settings.crossfader.Get(), tables);
-    kernels.processMaster(masterState, targets, master->Plane(0), master->Plane(1), block.frames);
+    kernels.processMaster(masterState, targets, master.Plane(0), master.Plane(1), block.frames);
     masterPeak[0].Set(masterState.peakLeft);
     masterPeak[1].Set(masterState.peakRight);
 }
 
 void CAudio::FeedRecorder() noexcept {
     if (recorder == nullptr || !recorder->IsRecording()) return;
-    ConvertToInt16(master->Plane(0), master->Plane(1), interleaved.data(), block.frames);
+    ConvertToInt16(master.Plane(0), master.Plane(1), interleaved.data(), block.frames);
     recorder->PushBlock(interleaved);
 }
 
@@ -289,8 +289,8 @@ void CAudio::PublishPicture() noexcept {
 }
 
 void CAudio::Silence() noexcept {
-    std::fill_n(master->Plane(0), format.blockSize, 0.0F);
-    std::fill_n(master->Plane(1), format.blockSize, 0.0F);
+    std::fill_n(master.Plane(0), format.blockSize, 0.0F);
+    std::fill_n(master.Plane(1), format.blockSize, 0.0F);
 }
 
 }  // namespace quib

@@ -20,9 +20,9 @@ constexpr float kScale = 32767.505859375f;
 constexpr float kRounder = 12582912.0f;
 
 LaneBits Round(Lanes x) noexcept {
-    const Lanes number = x == x ? x : Lanes{};
-    const Lanes low = number < -1.0f ? Lanes{} - 1.0f : number;
-    const Lanes clamped = low > 1.0f ? Lanes{} + 1.0f : low;
+    const Lanes notBelow = x < -1.0f ? Lanes{} - 1.0f : x;
+    const Lanes notAbove = notBelow > 1.0f ? Lanes{} + 1.0f : notBelow;
+    const Lanes clamped = notAbove <= 1.0f ? notAbove : Lanes{};
     return std::bit_cast<LaneBits>(clamped * kScale - 0.5f + kRounder);
 }
 
@@ -38,10 +38,11 @@ void ConvertVector(const float* left, const float* right, std::int16_t* to) noex
 }  // namespace
 
 void ConvertToInt16(const float* left, const float* right, std::int16_t* interleaved, int frames) noexcept {
-    int i = 0;
-    for (; i + kLanes <= frames; i += kLanes) ConvertVector(left + i, right + i, interleaved + 2 * i);
-    if (i == frames) return;
-    const auto rest = static_cast<std::size_t>(frames - i);
+    const auto count = static_cast<std::size_t>(frames);
+    std::size_t i = 0;
+    for (; i + kLanes <= count; i += kLanes) ConvertVector(left + i, right + i, interleaved + 2 * i);
+    const std::size_t rest = count - i;
+    if (rest == 0) return;
     float ends[2][kLanes] = {};
     std::int16_t out[2 * kLanes];
     std::memcpy(ends[0], left + i, rest * sizeof(float));

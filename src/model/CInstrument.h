@@ -96,6 +96,7 @@ public:
     CBoundedQueue<EqBandUpdate> eqPending{kMaximumPendingEqUpdates};
 
     // Editing thread only.
+    double preparedRate = 0;  // hertz; 0 until the engine has made it ready
     std::string title;
     std::int32_t icon = 0;
     std::int32_t keyboardPosition = 36;

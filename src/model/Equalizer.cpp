@@ -24,12 +24,9 @@ Biquad Shelf(double amplitude, double cosine, double alpha, double side) noexcep
     const double more = amplitude + 1;
     const double less = amplitude - 1;
     const double slope = 2 * std::sqrt(amplitude) * alpha;
-    return {amplitude * (more - less * c + slope),
-            side * 2 * amplitude * (less - more * c),
-            amplitude * (more - less * c - slope),
-            more + less * c + slope,
-            side * -2 * (less + more * c),
-            more + less * c - slope};
+    return {amplitude * (more - less * c + slope), side * 2 * amplitude * (less - more * c),
+            amplitude * (more - less * c - slope), more + less * c + slope,
+            side * -2 * (less + more * c),         more + less * c - slope};
 }
 
 Biquad Peak(double amplitude, double cosine, double alpha) noexcept {
@@ -42,11 +39,16 @@ Biquad Design(EqFilter filter, double angle, double quality, double amplitude) n
     const double sine = std::sin(angle);
     const double alpha = sine / (2 * quality);
     switch (filter) {
-        case EqFilter::lowShelf: return Shelf(amplitude, cosine, alpha, 1);
-        case EqFilter::peaking: return Peak(amplitude, cosine, alpha);
-        case EqFilter::highShelf: return Shelf(amplitude, cosine, alpha, -1);
-        case EqFilter::bandPass: return {sine / 2, 0, -sine / 2, 1 + alpha, -2 * cosine, 1 - alpha};
-        case EqFilter::lowPass: break;
+        case EqFilter::lowShelf:
+            return Shelf(amplitude, cosine, alpha, 1);
+        case EqFilter::peaking:
+            return Peak(amplitude, cosine, alpha);
+        case EqFilter::highShelf:
+            return Shelf(amplitude, cosine, alpha, -1);
+        case EqFilter::bandPass:
+            return {sine / 2, 0, -sine / 2, 1 + alpha, -2 * cosine, 1 - alpha};
+        case EqFilter::lowPass:
+            break;
     }
     return {(1 - cosine) / 2, 1 - cosine, (1 - cosine) / 2, 1 + alpha, -2 * cosine, 1 - alpha};
 }

@@ -66,8 +66,9 @@ private:
 };
 
 bool CProjectReader::ReadField(std::span<const ProjectField> fields) {
+    const std::string_view key = reader.Key();
     for (const ProjectField& field : fields) {
-        if (reader.Key() != field.key) continue;
+        if (key != field.key) continue;
         if (field.integer != nullptr) {
             field.integer(state) = std::clamp(reader.Integer(1), static_cast<std::int32_t>(field.low),
                                               static_cast<std::int32_t>(field.high));

@@ -4,6 +4,7 @@
 // Base of the plug-ins that the tests load. A derived class says what it is in its constructor and
 // overrides what it does.
 
+#include <atomic>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -37,6 +38,7 @@ public:
         effect.numPrograms = 1;
         effect.object = this;
         effect.version = 1;
+        events.reserve(4096);
     }
     virtual ~CTestPlugin() = default;
     CTestPlugin(const CTestPlugin&) = delete;
@@ -66,7 +68,7 @@ protected:
     }
     virtual float GetParameter(std::int32_t index) {
         return index >= 0 && index < static_cast<std::int32_t>(parameters.size())
-                   ? parameters[static_cast<std::size_t>(index)]
+                   ? parameters[static_cast<std::size_t>(index)].load(std::memory_order_relaxed)
                    : 0.0F;
     }
     virtual std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer, float) {
@@ -100,14 +102,15 @@ protected:
 
     void SetParameterCount(int count) {
         effect.numParams = count;
-        parameters.assign(static_cast<std::size_t>(count), 0.0F);
+        parameters = std::vector<std::atomic<float>>(static_cast<std::size_t>(count));
     }
 
     vst2::HostCallback host;
     std::int32_t category = vst2::kPlugCategEffect;
     std::string name = "Test";
     std::intptr_t program = 0;
-    std::vector<float> parameters;
+    // Set by the user's thread and by the one that renders, as the interface allows.
+    std::vector<std::atomic<float>> parameters;
     std::vector<Event> events;
 
 private:

@@ -12,9 +12,13 @@
 namespace quib {
 namespace {
 
-constexpr int kLanes = QUIB_STRIP_LANES;
+inline constexpr int kLanes = QUIB_STRIP_LANES;
 using Lanes = float __attribute__((vector_size(kLanes * sizeof(float))));
 using LaneBits = int __attribute__((vector_size(kLanes * sizeof(float))));
+
+// The four sends of a strip.
+using Quad = float __attribute__((vector_size(16)));
+using QuadBits = int __attribute__((vector_size(16)));
 
 inline Lanes Load(const float* from) noexcept {
     Lanes lanes;
@@ -40,6 +44,7 @@ inline float LargestLane(Lanes lanes) noexcept {
     return largest;
 }
 
+inline Lanes NumberOrZero(Lanes lanes) noexcept { return Absolute(lanes) <= __builtin_inff() ? lanes : Lanes{}; }
 inline Lanes FiniteOrZero(Lanes lanes) noexcept { return Absolute(lanes) <= __FLT_MAX__ ? lanes : Lanes{}; }
 
 // Rows become columns.

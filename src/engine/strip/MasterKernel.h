@@ -9,8 +9,8 @@
 namespace quib {
 namespace {
 
-constexpr float kMasterRate = 0.005f;
-constexpr float kClip = 0.99f;
+inline constexpr float kMasterRate = 0.005f;
+inline constexpr float kClip = 0.99f;
 
 // The three smoothed values of the master, side by side in one vector.
 struct MasterGains {
@@ -38,11 +38,7 @@ struct MasterGains {
     }
 };
 
-inline float MasterSample(float sample, float gain) noexcept {
-    const float x = sample * gain;
-    if (!(x == x)) return 0;
-    return x > kClip ? kClip : x < -kClip ? -kClip : x;
-}
+inline Lanes Clip(Lanes x) noexcept { return Smaller(Larger(NumberOrZero(x), Spread(-kClip)), Spread(kClip)); }
 
 // Gain, clip and meter of one channel over at most kMeterFrames frames.
 inline float ProcessMasterChannel(float* samples, const float* gain, int frames, float peak) noexcept {
@@ -50,22 +46,20 @@ inline float ProcessMasterChannel(float* samples, const float* gain, int frames,
     Lanes peaks = Spread(peak * weight[0]);
     int i = 0;
     for (; i + kLanes <= frames; i += kLanes) {
-        const Lanes scaled = Load(samples + i) * Load(gain + i);
-        const Lanes number = scaled == scaled ? scaled : Lanes{};
-        const Lanes clipped = Smaller(Larger(number, Spread(-kClip)), Spread(kClip));
+        const Lanes clipped = Clip(Load(samples + i) * Load(gain + i));
         Store(samples + i, clipped);
         peaks = Larger(Absolute(clipped) * Load(weight + i), peaks);
     }
-    float largest = LargestLane(peaks);
     for (; i < frames; ++i) {
-        samples[i] = MasterSample(samples[i], gain[i]);
-        const float level = (samples[i] < 0 ? -samples[i] : samples[i]) * weight[i];
-        if (level > largest) largest = level;
+        const Lanes clipped = Clip(Spread(samples[i] * gain[i]));
+        samples[i] = clipped[0];
+        peaks = Larger(Absolute(clipped) * weight[i], peaks);
     }
-    return largest;
+    return LargestLane(peaks);
 }
 
-void ProcessMaster(MasterState& state, const MasterTargets& targets, float* left, float* right, int frames) noexcept {
+inline void ProcessMaster(MasterState& state, const MasterTargets& targets, float* left, float* right,
+                          int frames) noexcept {
     MasterGains gains(state, targets);
     for (int first = 0; first < frames; first += kMeterFrames) {
         const int part = frames - first < kMeterFrames ? frames - first : kMeterFrames;

@@ -22,6 +22,11 @@ inline ActiveSends FindActiveSends(const MixBuses& buses) noexcept {
     return active;
 }
 
+template <typename Sample>
+inline constexpr std::size_t kFramesOf = kLanes;
+template <>
+inline constexpr std::size_t kFramesOf<float> = 1;
+
 // Registers of one stretch of frames: `width` times a sample type (a vector of frames, or one frame).
 template <typename Sample, int sends, int width>
 struct Sums {
@@ -42,9 +47,9 @@ inline Sample LoadFrom(const float* from) noexcept {
 }
 
 template <typename Sample, int sends, int width>
-inline void AddExtra(Sums<Sample, sends, width>& sums, const StripJob& job, int bus, int k, std::size_t frame,
-                     std::size_t step) noexcept {
-    for (int w = 0; w < width; ++w, frame += step) {
+inline void AddExtra(Sums<Sample, sends, width>& sums, const StripJob& job, int bus, int k,
+                     std::size_t frame) noexcept {
+    for (int w = 0; w < width; ++w, frame += kFramesOf<Sample>) {
         const std::size_t gainFrame = frame & job.gainMask;
         sums.left[bus][w] +=
             LoadFrom<Sample>(job.extraLeft[k] + frame) * LoadFrom<Sample>(job.planes.gainLeft + gainFrame);
@@ -56,11 +61,10 @@ inline void AddExtra(Sums<Sample, sends, width>& sums, const StripJob& job, int 
 template <typename Sample, int sends, int width>
 inline void AddStrip(Sums<Sample, sends, width>& sums, const StripJob& job, const ActiveSends& active,
                      std::size_t frame) noexcept {
-    constexpr std::size_t kStep = sizeof(Sample) / sizeof(float);
     for (int w = 0; w < width; ++w) {
-        const std::size_t at = frame + static_cast<std::size_t>(w) * kStep;
-        const Sample left = LoadFrom<Sample>(job.planes.left + at);
-        const Sample right = LoadFrom<Sample>(job.planes.right + at);
+        const std::size_t at = frame + static_cast<std::size_t>(w) * kFramesOf<Sample>;
+        const Sample left = LoadFrom<Sample>(job.mixLeft + at) * job.mixGainLeft;
+        const Sample right = LoadFrom<Sample>(job.mixRight + at) * job.mixGainRight;
         sums.left[0][w] += left;
         sums.right[0][w] += right;
         for (int i = 0; i < sends; ++i) {
@@ -72,24 +76,23 @@ inline void AddStrip(Sums<Sample, sends, width>& sums, const StripJob& job, cons
     }
     if (sends > 0 && job.addsAnyExtra)
         for (int i = 0; i < sends; ++i)
-            if (job.addsExtra[active.index[i]]) AddExtra(sums, job, i + 1, active.index[i], frame, kStep);
+            if (job.addsExtra[active.index[i]]) AddExtra(sums, job, i + 1, active.index[i], frame);
 }
 
 template <typename Sample, int sends, int width>
 inline void MixStretch(const StripJob* jobs, int count, float* const (&left)[kSendCount + 1],
                        float* const (&right)[kSendCount + 1], const ActiveSends& active, std::size_t frame) noexcept {
-    constexpr std::size_t kStep = sizeof(Sample) / sizeof(float);
     Sums<Sample, sends, width> sums;
     for (int bus = 0; bus <= sends; ++bus)
         for (std::size_t w = 0; w < width; ++w) {
-            LoadSample(sums.left[bus][w], left[bus] + frame + w * kStep);
-            LoadSample(sums.right[bus][w], right[bus] + frame + w * kStep);
+            LoadSample(sums.left[bus][w], left[bus] + frame + w * kFramesOf<Sample>);
+            LoadSample(sums.right[bus][w], right[bus] + frame + w * kFramesOf<Sample>);
         }
     for (int i = 0; i < count; ++i) AddStrip(sums, jobs[i], active, frame);
     for (int bus = 0; bus <= sends; ++bus)
         for (std::size_t w = 0; w < width; ++w) {
-            StoreSample(left[bus] + frame + w * kStep, sums.left[bus][w]);
-            StoreSample(right[bus] + frame + w * kStep, sums.right[bus][w]);
+            StoreSample(left[bus] + frame + w * kFramesOf<Sample>, sums.left[bus][w]);
+            StoreSample(right[bus] + frame + w * kFramesOf<Sample>, sums.right[bus][w]);
         }
 }
 
@@ -112,14 +115,19 @@ void MixRange(const StripJob* jobs, int count, const MixBuses& buses, const Acti
         MixStretch<float, sends, 1>(jobs, count, left, right, active, static_cast<std::size_t>(frame));
 }
 
-void MixStrips(const StripJob* jobs, int count, const MixBuses& buses, int first, int frames) noexcept {
+inline void MixStrips(const StripJob* jobs, int count, const MixBuses& buses, int first, int frames) noexcept {
     const ActiveSends active = FindActiveSends(buses);
     switch (active.count) {
-        case 0: return MixRange<0>(jobs, count, buses, active, first, frames);
-        case 1: return MixRange<1>(jobs, count, buses, active, first, frames);
-        case 2: return MixRange<2>(jobs, count, buses, active, first, frames);
-        case 3: return MixRange<3>(jobs, count, buses, active, first, frames);
-        default: return MixRange<4>(jobs, count, buses, active, first, frames);
+        case 0:
+            return MixRange<0>(jobs, count, buses, active, first, frames);
+        case 1:
+            return MixRange<1>(jobs, count, buses, active, first, frames);
+        case 2:
+            return MixRange<2>(jobs, count, buses, active, first, frames);
+        case 3:
+            return MixRange<3>(jobs, count, buses, active, first, frames);
+        default:
+            return MixRange<4>(jobs, count, buses, active, first, frames);
     }
 }
 

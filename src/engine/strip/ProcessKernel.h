@@ -13,32 +13,28 @@ namespace {
 
 inline float Step(float value, float target, float rate) noexcept { return value + rate * (target - value); }
 
-inline float SendStep(const StripJob& job, int k) noexcept {
-    const float next = Step(job.state->sendGain[k], job.targets.send[k], kSendRate);
-    return job.targets.holdSend[k] && !(next > kHeldSendGain) ? kHeldSendGain : next;
-}
-
 inline bool GainsMove(const StripJob& job) noexcept {
     const StripState& state = *job.state;
-    return Step(state.gainLeft, job.targets.gainLeft, kGainRate) != state.gainLeft ||
-           Step(state.gainRight, job.targets.gainRight, kGainRate) != state.gainRight;
+    const bool left = Step(state.gainLeft, job.targets.gainLeft, kGainRate) != state.gainLeft;
+    const bool right = Step(state.gainRight, job.targets.gainRight, kGainRate) != state.gainRight;
+    return left | right;
 }
 
-inline void FillLine(float* plane, float value) noexcept {
-    Store(plane, Spread(value));
-}
+inline void FillLine(float* plane, float value) noexcept { Store(plane, Spread(value)); }
 
 // Decides which sends of a strip still move, and leaves the settled ones for MixStrips.
 inline bool PrepareSends(StripJob& job) noexcept {
-    bool any = false;
+    Quad gain, target, floor = {};
+    __builtin_memcpy(&gain, job.state->sendGain, sizeof gain);
+    __builtin_memcpy(&target, job.targets.send, sizeof target);
+    for (int k = 0; k < kSendCount; ++k) floor[k] = job.targets.holdSend[k] ? kHeldSendGain : 0;
+    const Quad next = gain + kSendRate * (target - gain);
+    const QuadBits moves = (next > floor ? next : floor) != gain;
     for (int k = 0; k < kSendCount; ++k) {
-        const float gain = job.state->sendGain[k];
-        const bool moves = SendStep(job, k) != gain;
-        if (!moves) FillLine(job.planes.sendGain[k], gain);
-        job.sendMask[k] = moves ? ~std::size_t{0} : 0;
-        any |= moves;
+        FillLine(job.planes.sendGain[k], gain[k]);
+        job.sendMask[k] = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(moves[k]));
     }
-    return any;
+    return (job.sendMask[0] | job.sendMask[1] | job.sendMask[2] | job.sendMask[3]) != 0;
 }
 
 // Extra pairs need the course of the strip's gains; few strips have any.
@@ -61,6 +57,7 @@ inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
 }
 
 // Constant gains over at most kMeterFrames frames; `peaks` takes part of the meter in each lane.
+template <bool copies>
 inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peaks) noexcept {
     const float* inLeft = job.inLeft + first;
     const float* inRight = job.inRight + first;
@@ -74,25 +71,42 @@ inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peak
     for (; i + kLanes <= frames; i += kLanes) {
         const Lanes left = Load(inLeft + i) * gainLeft;
         const Lanes right = Load(inRight + i) * gainRight;
-        Store(outLeft + i, left);
-        Store(outRight + i, right);
+        if (copies) Store(outLeft + i, left);
+        if (copies) Store(outRight + i, right);
         largest = Larger(Larger(Absolute(left), Absolute(right)) * Load(weight + i), largest);
     }
     for (; i < frames; ++i) {
-        outLeft[i] = inLeft[i] * gainLeft;
-        outRight[i] = inRight[i] * gainRight;
-        const Lanes levels = Larger(Absolute(Spread(outLeft[i])), Absolute(Spread(outRight[i])));
-        largest = Larger(levels * weight[i], largest);
+        const float left = inLeft[i] * gainLeft;
+        const float right = inRight[i] * gainRight;
+        if (copies) outLeft[i] = left;
+        if (copies) outRight[i] = right;
+        largest = Larger(Larger(Absolute(Spread(left)), Absolute(Spread(right))) * weight[i], largest);
     }
     peaks = largest;
 }
 
+template <bool copies>
 inline void ScaleStrip(StripJob& job, int frames) noexcept {
     Lanes peaks = Spread(job.state->peak);
     int first = 0;
-    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch(job, first, kMeterFrames, peaks);
-    if (first < frames) ScaleStretch(job, first, frames - first, peaks);
+    for (; first + kMeterFrames <= frames; first += kMeterFrames) ScaleStretch<copies>(job, first, kMeterFrames, peaks);
+    if (first < frames) ScaleStretch<copies>(job, first, frames - first, peaks);
     job.state->peak = PeakOrZero(LargestLane(peaks));
+}
+
+inline void MixFromPlanes(StripJob& job) noexcept {
+    job.mixLeft = job.planes.left;
+    job.mixRight = job.planes.right;
+    job.mixGainLeft = job.mixGainRight = 1;
+}
+
+inline void RunSettledStrip(StripJob& job, int frames) noexcept {
+    if (!job.inputsStay) return ScaleStrip<true>(job, frames);
+    ScaleStrip<false>(job, frames);
+    job.mixLeft = job.inLeft;
+    job.mixRight = job.inRight;
+    job.mixGainLeft = job.state->gainLeft;
+    job.mixGainRight = job.state->gainRight;
 }
 
 inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
@@ -101,6 +115,7 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     bool sendsMove = false;
     for (int i = 0; i < count; ++i) {
         const bool moves = GainsMove(jobs[i]);
+        MixFromPlanes(jobs[i]);
         PrepareExtra(jobs[i], moves, frames);
         filters |= EqualizerRuns(jobs[i]);
         gainsMove |= moves;
@@ -113,10 +128,10 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     else if (gainsMove)
         RunGroup<false, false>(jobs, count, frames);
     else
-        for (int i = 0; i < count; ++i) ScaleStrip(jobs[i], frames);
+        for (int i = 0; i < count; ++i) RunSettledStrip(jobs[i], frames);
 }
 
-void ProcessStrips(StripJob* jobs, int count, int frames) noexcept {
+inline void ProcessStrips(StripJob* jobs, int count, int frames) noexcept {
     for (int first = 0; first < count; first += kGroup)
         ProcessGroup(jobs + first, count - first < kGroup ? count - first : kGroup, frames);
 }

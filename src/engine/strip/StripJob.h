@@ -32,15 +32,23 @@ struct alignas(64) StripJob {
     const float* extraLeft[kSendCount] = {};
     const float* extraRight[kSendCount] = {};
     StripState* state = nullptr;
-    StripTargets targets;
     StripPlanes planes;
+    StripTargets targets;
 
-    // Left by ProcessStrips for MixStrips. A gain that moves has its course over the block in its plane,
-    // and all bits of the mask set; a settled one has the first line of the plane and a mask of 0.
+    // Left by ProcessStrips for MixStrips: the signal with a constant gain for it, and the sends. A gain
+    // that moves has its course over the block in its plane, and all bits of the mask set; a settled one
+    // has the first line of the plane and a mask of 0.
+    float mixGainLeft = 1, mixGainRight = 1;
+    const float* mixLeft = nullptr;
+    const float* mixRight = nullptr;
     std::size_t sendMask[kSendCount] = {};
     std::size_t gainMask = 0;
     bool addsExtra[kSendCount] = {};
     bool addsAnyExtra = false;
+
+    // Filled in before: says that the inputs stay as they are until MixStrips is done. A strip with nothing
+    // but a constant gain is then mixed straight from them, and its left and right planes are not written.
+    bool inputsStay = false;
 };
 
 // What is added to; a send bus with a null buffer is left out.

@@ -1,123 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// A group of strips with their channels side by side in the lanes of one vector (strip 0 left, strip 0
-// right, strip 1 left ..), so that the recursions of all of them run together. Every lane does the
-// operations of a single channel in their order. Local to the source file of one instruction set.
+// The sample loops of a group of strips: the recursions of all its channels run together, frame by frame,
+// and every lane does the operations of a single channel in their order. Buffers are turned from rows of
+// time into rows of lanes and back. Local to the source file of one instruction set.
 
-#include "engine/strip/MeterLanes.h"
-#include "engine/strip/StripJob.h"
+#include "engine/strip/GroupLanes.h"
 
 namespace quib {
 namespace {
-
-constexpr int kGroup = kLanes / 2;
-constexpr int kTile = 32;  // frames worked on at a time
-constexpr int kSendRows = 2 * kLanes;  // four sends of each strip of a group: two vectors
-
-constexpr float kGainRate = 0.005f;
-constexpr float kSendRate = 0.001f;
-constexpr float kAmountRate = 0.01f;
-constexpr float kAmountGone = 0.0001f;
-constexpr float kInsteadOfZero = 0.00001f;  // keeps the filters out of denormal numbers
-
-inline bool EqualizerRuns(const StripJob& job) noexcept {
-    return job.targets.eqAmount != 0 || job.state->eqAmount > kAmountGone;
-}
-
-struct BandLanes {
-    Lanes a1 = {}, a2 = {}, b0 = {}, b1 = {}, b2 = {};
-    Lanes x1 = {}, x2 = {}, y1 = {}, y2 = {};
-};
-
-// A lane without a filter has coefficients and amount 0 and nothing instead of zero: its signal passes
-// bit for bit.
-struct EqualizerLanes {
-    BandLanes bands[kEqBandCount];
-    Lanes amount = {}, amountTarget = {}, insteadOfZero = {};
-};
-
-struct GroupLanes {
-    EqualizerLanes equalizer;
-    Lanes gain = {}, gainTarget = {}, peak = {};
-    Lanes send[2] = {}, sendTarget[2] = {}, sendFloor[2] = {};
-};
-
-inline void LoadMemory(BandLanes& lanes, const EqMemory& memory, int lane) noexcept {
-    lanes.x1[lane] = memory.x1;
-    lanes.x2[lane] = memory.x2;
-    lanes.y1[lane] = memory.y1;
-    lanes.y2[lane] = memory.y2;
-}
-
-inline void SaveMemory(const BandLanes& lanes, EqMemory& memory, int lane) noexcept {
-    memory.x1 = lanes.x1[lane];
-    memory.x2 = lanes.x2[lane];
-    memory.y1 = lanes.y1[lane];
-    memory.y2 = lanes.y2[lane];
-}
-
-inline void LoadEqualizer(EqualizerLanes& lanes, const StripJob& job, int strip) noexcept {
-    for (int lane = 2 * strip; lane < 2 * strip + 2; ++lane) {
-        lanes.amount[lane] = job.state->eqAmount;
-        lanes.amountTarget[lane] = job.targets.eqAmount;
-        lanes.insteadOfZero[lane] = kInsteadOfZero;
-        for (int b = 0; b < kEqBandCount; ++b) {
-            const EqBandState& band = job.state->eqBands[b];
-            lanes.bands[b].a1[lane] = band.a1;
-            lanes.bands[b].a2[lane] = band.a2;
-            lanes.bands[b].b0[lane] = band.b0;
-            lanes.bands[b].b1[lane] = band.b1;
-            lanes.bands[b].b2[lane] = band.b2;
-            LoadMemory(lanes.bands[b], lane % 2 == 0 ? band.left : band.right, lane);
-        }
-    }
-}
-
-inline void SaveEqualizer(EqualizerLanes& lanes, StripJob& job, int strip) noexcept {
-    job.state->eqAmount = lanes.amount[2 * strip];
-    for (int b = 0; b < kEqBandCount; ++b) {
-        SaveMemory(lanes.bands[b], job.state->eqBands[b].left, 2 * strip);
-        SaveMemory(lanes.bands[b], job.state->eqBands[b].right, 2 * strip + 1);
-    }
-}
-
-inline void LoadGains(GroupLanes& lanes, const StripJob& job, int strip) noexcept {
-    const int left = 2 * strip;
-    lanes.gain[left] = job.state->gainLeft;
-    lanes.gain[left + 1] = job.state->gainRight;
-    lanes.gainTarget[left] = job.targets.gainLeft;
-    lanes.gainTarget[left + 1] = job.targets.gainRight;
-    lanes.peak[left] = lanes.peak[left + 1] = job.state->peak;
-    for (int k = 0; k < kSendCount; ++k) {
-        const int row = strip * kSendCount + k;
-        lanes.send[row / kLanes][row % kLanes] = job.state->sendGain[k];
-        lanes.sendTarget[row / kLanes][row % kLanes] = job.targets.send[k];
-        lanes.sendFloor[row / kLanes][row % kLanes] = job.targets.holdSend[k] ? kHeldSendGain : 0;
-    }
-}
-
-inline void SaveGains(const GroupLanes& lanes, StripJob& job, int strip, bool sends) noexcept {
-    const int left = 2 * strip;
-    job.state->gainLeft = lanes.gain[left];
-    job.state->gainRight = lanes.gain[left + 1];
-    const float peak = lanes.peak[left] > lanes.peak[left + 1] ? lanes.peak[left] : lanes.peak[left + 1];
-    job.state->peak = PeakOrZero(peak);
-    for (int k = 0; sends && k < kSendCount; ++k) {
-        const int row = strip * kSendCount + k;
-        job.state->sendGain[k] = lanes.send[row / kLanes][row % kLanes];
-    }
-}
-
-// A plug-in that once returned a number beyond all bounds must not silence its strip for good.
-inline void DropRunawayMemories(EqualizerLanes& lanes) noexcept {
-    for (BandLanes& band : lanes.bands) {
-        band.x1 = FiniteOrZero(band.x1);
-        band.x2 = FiniteOrZero(band.x2);
-        band.y1 = FiniteOrZero(band.y1);
-        band.y2 = FiniteOrZero(band.y2);
-    }
-}
 
 // A stretch of time of a group, and what the smoothed values are at each of its frames.
 struct Tile {
@@ -152,8 +43,7 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
         tile.signal[f - 1] = Filter(middle, between, tile.amount[f - 1], tile.dry[f - 1], insteadOfZero);
         between = runLow(f);
     }
-    tile.signal[frames - 1] =
-        Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
+    tile.signal[frames - 1] = Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
     lanes.bands[0] = low;
     lanes.bands[1] = middle;
     lanes.amount = amount;
@@ -164,14 +54,15 @@ template <bool filters, bool sends>
 inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
     BandLanes high = group.equalizer.bands[2];
     Lanes gain = group.gain;
-    Lanes peak = group.peak;
+    const float* weight = kMeterWeights.power + (kMeterFrames - frames);
+    Lanes peak = group.peak * weight[0];
     Lanes send[2] = {group.send[0], group.send[1]};
     for (int f = 0; f < frames; ++f) {
         Lanes x = tile.signal[f];
         if constexpr (filters) x = Filter(high, x, tile.amount[f], tile.dry[f], group.equalizer.insteadOfZero);
         gain += kGainRate * (group.gainTarget - gain);
         x *= gain;
-        peak = Larger(Absolute(x), peak) * kPeakDecay;
+        peak = Larger(Absolute(x) * weight[f], peak);
         tile.signal[f] = x;
         for (int i = 0; sends && i < 2; ++i) {
             send[i] += kSendRate * (group.sendTarget[i] - send[i]);
@@ -190,7 +81,7 @@ struct GroupBuffers {
     const float* in[kLanes];
     std::size_t inMask[kLanes];
     float* out[kLanes];
-    float* send[kSendRows];
+    float* send[2][kLanes];
     int lanes = 0;
 };
 
@@ -221,7 +112,7 @@ inline void RunTile(GroupLanes& group, const GroupBuffers& buffers, std::size_t 
     RunRestOfStrip<filters, sends>(group, tile, frames);
     for (int f = 0; f < frames; f += kLanes, at += kLanes) {
         StoreSquare(buffers.out, buffers.lanes, at, tile.signal + f);
-        for (int i = 0; sends && i < 2; ++i) StoreSquare(buffers.send + i * kLanes, kLanes, at, tile.send[i] + f);
+        for (int i = 0; sends && i < 2; ++i) StoreSquare(buffers.send[i], kLanes, at, tile.send[i] + f);
     }
 }
 
@@ -238,8 +129,10 @@ inline GroupBuffers FindBuffers(const StripJob* jobs, int count) noexcept {
         buffers.inMask[left] = buffers.inMask[left + 1] = used ? ~std::size_t{0} : kTile - 1;
         buffers.out[left] = used ? job->planes.left : nullptr;
         buffers.out[left + 1] = used ? job->planes.right : nullptr;
-        for (int k = 0; k < kSendCount; ++k)
-            buffers.send[strip * kSendCount + k] = used && job->sendMask[k] ? job->planes.sendGain[k] : nullptr;
+        for (int k = 0; k < kSendCount; ++k) {
+            const int row = strip * kSendCount + k;
+            buffers.send[row / kLanes][row % kLanes] = used && job->sendMask[k] ? job->planes.sendGain[k] : nullptr;
+        }
     }
     return buffers;
 }

@@ -104,8 +104,9 @@ const std::array<CInstrumentReader::Record, 16> CInstrumentReader::kRecords = {{
 }};
 
 bool CInstrumentReader::ReadField(std::span<const InstrumentField> fields) {
+    const std::string_view key = reader.Key();
     for (const InstrumentField& field : fields) {
-        if (reader.Key() != field.key) continue;
+        if (key != field.key) continue;
         if (!reader.HasFields(2)) return true;
         if (field.integer != nullptr) {
             field.integer(*instrument)
@@ -123,7 +124,10 @@ bool CInstrumentReader::ReadPresetRecord() {
     if (!reader.Key().starts_with("PRESET_") || reader.Key() == "PRESET_ADD") return false;
     if (ReadBallRecord(reader, kInstrumentBallKeys, balls)) return true;
     // Lines of a preset that is left out are still read, for the bytes that belong to them.
-    if (lastPreset.empty()) lastPreset.emplace_back(), presetsFull = true;
+    if (lastPreset.empty()) {
+        lastPreset.emplace_back();
+        presetsFull = true;
+    }
     return lastPreset.back().ReadLine(reader);
 }
 

@@ -64,8 +64,9 @@ constexpr std::array<StripField, 20> kEffectFields = {{
 
 template <std::size_t Count>
 bool ReadField(const CRecordReader& line, const std::array<StripField, Count>& fields, StripValues& strip) {
+    const std::string_view key = line.Key();
     for (const StripField& field : fields) {
-        if (line.Key() != field.key) continue;
+        if (key != field.key) continue;
         if (line.HasFields(2)) field.value(strip) = std::clamp(line.Real(1), field.low, field.high);
         return true;
     }

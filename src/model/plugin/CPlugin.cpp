@@ -18,6 +18,8 @@ namespace {
 
 constexpr int kMaximumChannels = 512;
 constexpr int kMaximumPrograms = 1 << 16;
+// Longest fade around a change of state, in samples.
+constexpr int kFadeFrames = 256;
 // Largest sample that counts as sound: +24 dBFS.
 constexpr float kLoudest = 15.848932F;
 // Outputs that the strip can use: a main pair and one pair for each send.
@@ -93,8 +95,7 @@ bool CPlugin::CheckCategory(SlotKind kind, std::string& error) {
 
 void CPlugin::Open() {
     Dispatch(effOpen);
-    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(environment.sampleRate));
-    Dispatch(effSetBlockSize, 0, environment.blockSize);
+    SendFormat();
     identity.vendor = Text(effGetVendorString);
     identity.product = Text(effGetProductString);
     identity.vendorVersion = Dispatch(effGetVendorVersion);
@@ -172,11 +173,17 @@ std::string CPlugin::Text(std::int32_t opcode, std::int32_t index) {
     return buffer.data();
 }
 
+void CPlugin::SendFormat() {
+    preparedRate = environment.sampleRate;
+    preparedBlock = environment.blockSize;
+    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(preparedRate));
+    Dispatch(effSetBlockSize, 0, preparedBlock);
+}
+
 void CPlugin::Prepare() {
     const CExclusive exclusive(*this);
     Dispatch(effMainsChanged, 0, 0);
-    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(environment.sampleRate));
-    Dispatch(effSetBlockSize, 0, environment.blockSize);
+    SendFormat();
     Dispatch(effMainsChanged, 0, 1);
     latency.store(effect->initialDelay, std::memory_order_relaxed);
 }
@@ -191,11 +198,33 @@ CPlugin::CExclusive::CExclusive(CPlugin& owner) noexcept : plugin(owner) {
 
 CPlugin::CExclusive::~CExclusive() { plugin.busy.store(false, std::memory_order_release); }
 
-void CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
-    if (events.empty() || effect == nullptr) return;
-    VstEvents* const block = FillEventBlock(eventMemory.Data(), events);
-    const CPluginCallScope inside(this);
+// A render thread's call into the plug-in, unless the editing thread keeps it out.
+class CPlugin::CRenderCall {
+public:
+    explicit CRenderCall(CPlugin& owner) noexcept
+        : plugin(owner), entered(!owner.busy.exchange(true, std::memory_order_acquire)), inside(&owner) {}
+    ~CRenderCall() {
+        if (entered) plugin.busy.store(false, std::memory_order_release);
+    }
+    CRenderCall(const CRenderCall&) = delete;
+    CRenderCall& operator=(const CRenderCall&) = delete;
+
+    bool Entered() const noexcept { return entered; }
+
+private:
+    CPlugin& plugin;
+    bool entered;
+    CPluginCallScope inside;
+};
+
+bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
+    if (events.empty()) return true;
+    const CRenderCall call(*this);
+    if (!call.Entered()) return false;
+    VstEvents* const block =
+        FillEventBlock(eventMemory.Data(), events.first(std::min(events.size(), kMaximumBlockEvents)));
     effect->dispatcher(effect, effProcessEvents, 0, 0, block, 0.0F);
+    return true;
 }
 
 void CPlugin::SetParameter(int index, float value) noexcept {
@@ -204,12 +233,16 @@ void CPlugin::SetParameter(int index, float value) noexcept {
     effect->setParameter(effect, index, std::clamp(value, 0.0F, 1.0F));
 }
 
+bool CPlugin::PlayParameter(int index, float value) noexcept {
+    const CRenderCall call(*this);
+    if (call.Entered()) SetParameter(index, value);
+    return call.Entered();
+}
+
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(lastAutomation.size())) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (last == value) return;
-    last = value;
-    SetParameter(index, value);
+    if (last != value && PlayParameter(index, value)) last = value;
 }
 
 void CPlugin::ForgetAutomation() noexcept {
@@ -234,21 +267,37 @@ void CPlugin::Process(const float* left, const float* right, int frames) noexcep
 }
 
 void CPlugin::CallProcess(float** in, int frames) noexcept {
-    if (busy.exchange(true, std::memory_order_acquire)) return outputs.Clear(frames);
+    const CRenderCall call(*this);
+    if (!call.Entered()) return outputs.Clear(frames);
     const unsigned mode = ReadFloatingPointMode();
-    {
-        const CPluginCallScope inside(this);
-        effect->processReplacing(effect, in, outputs.Pointers(), frames);
-    }
+    effect->processReplacing(effect, in, outputs.Pointers(), frames);
     if (ReadFloatingPointMode() != mode) WriteFloatingPointMode(mode);
     if (!OutputsAreSane(frames)) {
         outputs.Clear(frames);
         faulty.store(true, std::memory_order_relaxed);
     }
+    if (fade.load(std::memory_order_relaxed) != Fade::None) ApplyFade(frames);
     if (effect->initialDelay != latency.load(std::memory_order_relaxed)) {
         latency.store(effect->initialDelay, std::memory_order_relaxed);
     }
-    busy.store(false, std::memory_order_release);
+}
+
+// The editing thread may ask for the other direction at any time: then its wish stands, not the end of
+// the fade that was made here.
+void CPlugin::ApplyFade(int frames) noexcept {
+    Fade wanted = fade.load();
+    if (wanted == Fade::Silent) return outputs.Clear(frames);
+    const int length = std::min(frames, kFadeFrames);
+    const float step = 1.0F / static_cast<float>(length);
+    for (int channel = 0; channel < outputs.Channels(); ++channel) {
+        float* const samples = outputs.Channel(channel);
+        for (int i = 0; i < length; ++i) {
+            const float rising = static_cast<float>(i + 1) * step;
+            samples[i] *= wanted == Fade::In ? rising : 1.0F - rising;
+        }
+        if (wanted == Fade::Out) std::fill(samples + length, samples + frames, 0.0F);
+    }
+    fade.compare_exchange_strong(wanted, wanted == Fade::In ? Fade::None : Fade::Silent);
 }
 
 bool CPlugin::OutputsAreSane(int frames) const noexcept {

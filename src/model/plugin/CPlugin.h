@@ -73,6 +73,10 @@ public:
     // The text that a request writes, at most `kTextSize` characters.
     std::string Text(std::int32_t opcode, std::int32_t index = 0);
 
+    // Whether it has the rate and block size of the environment.
+    bool IsPrepared() const noexcept {
+        return preparedRate == environment.sampleRate && preparedBlock == environment.blockSize;
+    }
     // Switches off, sets rate and block size of the environment, switches on. Waits for a render call
     // that is under way.
     void Prepare();
@@ -87,14 +91,16 @@ public:
     const LoopEntryPoints& Loops() const noexcept { return loops; }
 
     bool NeedsIdle() const noexcept { return needsIdle.load(std::memory_order_relaxed); }
+    // Sets a parameter (0..1) if the plug-in has it; rendering goes on meanwhile.
+    void SetParameter(int index, float value) noexcept;
     // True once after the plug-in's output had to be muted; for a message to the user.
     bool TakeFaultReport() noexcept;
 
     CPublished<CEventLanes> lanes;  // automation of the plug-in's parameters
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
-    // render thread is silent for the blocks that fall into it; the editing thread waits at most for
-    // the render call under way.
+    // render thread is silent for the blocks that fall into it and neither plays notes nor sets
+    // parameters; the editing thread waits at most for the render call under way.
     class CExclusive {
     public:
         explicit CExclusive(CPlugin& owner) noexcept;
@@ -106,6 +112,12 @@ public:
         CPlugin& plugin;
     };
 
+    // Asks the render thread to fade the output out and keep it silent, or to let it be heard again, so
+    // that a change of state does not click. IsFadedOut stays false while nothing renders the plug-in.
+    void FadeOut() noexcept { fade.store(Fade::Out); }
+    void FadeIn() noexcept { fade.store(Fade::In); }
+    bool IsFadedOut() const noexcept { return fade.load() == Fade::Silent; }
+
     // --- Render thread --------------------------------------------------------------------------
 
     bool CanReplace() const noexcept { return (effect->flags & vst2::effFlagsCanReplacing) != 0; }
@@ -116,11 +128,13 @@ public:
 
     // Time that the plug-in is told when it asks during this block.
     void SetBlockTime(const vst2::VstTimeInfo& time) noexcept { blockTime = time; }
-    // Hands over the events of the block, earliest first, at most kMaximumBlockEvents.
-    void SendEvents(std::span<const BlockEvent> events) noexcept;
-    // Sets a parameter (0..1) if the plug-in has it.
-    void SetParameter(int index, float value) noexcept;
-    // Sets a parameter from automation: only when the lane's value is not the one it gave last.
+    // Hands over the events of the block, earliest first; those beyond kMaximumBlockEvents are left out.
+    // False, and nothing is handed over, while the editing thread changes the plug-in's whole state.
+    bool SendEvents(std::span<const BlockEvent> events) noexcept;
+    // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
+    // changes the plug-in's whole state.
+    bool PlayParameter(int index, float value) noexcept;
+    // The same from automation: only when the lane's value is not the one it gave last.
     void AutomateParameter(int index, float value) noexcept;
     void ForgetAutomation() noexcept;
 
@@ -148,14 +162,18 @@ public:
     static constexpr int kMaximumParameters = 1 << 16;
 
 private:
+    class CRenderCall;
+
     explicit CPlugin(PluginEnvironment& pluginEnvironment);
 
     bool LoadLibrary(const std::filesystem::path& path, std::string& error);
     bool CheckCategory(SlotKind kind, std::string& error);
     void Open();
+    void SendFormat();
     void RecogniseBuiltIn();
     void BuildParameters();
     void CallProcess(float** in, int frames) noexcept;
+    void ApplyFade(int frames) noexcept;
     bool OutputsAreSane(int frames) const noexcept;
     void OnParameterReport(std::int32_t opcode, std::int32_t index, float value);
     std::intptr_t OnTimeRequest();
@@ -166,6 +184,8 @@ private:
     PluginIdentity identity;
     LoopEntryPoints loops;
     std::vector<LaneDescription> parameters;
+    double preparedRate = 0;
+    int preparedBlock = 0;
     int inputCount = 0;
     int outputCount = 0;
     bool opened = false;
@@ -183,7 +203,9 @@ private:
     vst2::VstTimeInfo editingTime{};  // editing thread
     std::thread::id editingThread = std::this_thread::get_id();
 
-    std::atomic<bool> busy{false};  // a render call or an exclusive change is under way
+    enum class Fade { None, Out, Silent, In };
+    std::atomic<Fade> fade{Fade::None};
+    std::atomic<bool> busy{false};  // a call of a render thread or an exclusive change is under way
     std::atomic<bool> needsIdle{false};
     std::atomic<bool> faulty{false};
     std::atomic<bool> faultTold{false};

@@ -2,7 +2,6 @@
 #include "tools/quib-render/COfflineRender.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/Clock.h"
 
@@ -12,12 +11,12 @@ namespace {
 
 constexpr double kLongestTailSeconds = 10.0;
 constexpr double kSilenceSeconds = 0.25;
-constexpr float kSilence = 1e-5F;  // -100 dB, below half a step of 16 bits
+constexpr float kSilence = 1.5e-5F;  // swing below half a step of 16 bits
 
-float LargestSample(const float* samples, int frames) {
-    float largest = 0;
-    for (int i = 0; i < frames; ++i) largest = std::max(largest, std::abs(samples[i]));
-    return largest;
+// Difference between the highest and the lowest sample: what an idle equaliser leaves is constant.
+float Swing(const float* samples, int frames) {
+    const auto [lowest, highest] = std::minmax_element(samples, samples + frames);
+    return *highest - *lowest;
 }
 
 }  // namespace
@@ -54,12 +53,12 @@ bool COfflineRender::RenderOne(RenderResult& result, std::string& error) {
     audio.RenderBlock();
     recorder.Flush();
     const int frames = audio.Format().blockSize;
-    float largest = 0;
+    float swing = 0;
     for (const int channel : {0, 1}) {
         result.statistics.Add(audio.Master(channel), frames);
-        largest = std::max(largest, LargestSample(audio.Master(channel), frames));
+        swing = std::max(swing, Swing(audio.Master(channel), frames));
     }
-    silentFrames = largest < kSilence ? silentFrames + frames : 0;
+    silentFrames = swing < kSilence ? silentFrames + frames : 0;
     result.frames += frames;
     if (recorder.IsRecording()) return true;
     error = recorder.Error();

@@ -13,10 +13,12 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     std::string mode;
     std::string project;
     std::string output;
+    std::string resave;
     std::vector<std::string> folders;
     app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
     app.add_option("PROJECT", project, "Project file (.prg)")->required();
-    app.add_option("OUT", output, "File to write (.wav or .mp3)")->required();
+    auto* const out = app.add_option("OUT", output, "Sound file to write (.wav or .mp3)");
+    app.add_option("--resave", resave, "Load the project and save it to this file, without rendering")->excludes(out);
     auto* const steps =
         app.add_option("--steps", options.steps, "Length in steps")->check(CLI::Range(1, kMaximumStepCount));
     app.add_option("--seconds", options.seconds, "Length in seconds, without the tail")
@@ -37,12 +39,14 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     app.add_flag("--json", options.json, "Print one JSON object about the render");
     try {
         app.parse(argc, argv);
+        if (output.empty() && resave.empty()) throw CLI::RequiredError("OUT");
     } catch (const CLI::ParseError& stop) {
         return app.exit(stop) == 0 ? kDone : kWrongUsage;
     }
     // Plug-ins may change the current folder while they load.
     options.project = std::filesystem::absolute(project);
-    options.output = std::filesystem::absolute(output);
+    if (!output.empty()) options.output = std::filesystem::absolute(output);
+    if (!resave.empty()) options.resave = std::filesystem::absolute(resave);
     for (const std::string& folder : folders) options.pluginFolders.push_back(std::filesystem::absolute(folder));
     if (!mode.empty()) options.songMode = mode == "song";
     return std::nullopt;

@@ -15,7 +15,8 @@ namespace quib {
 
 struct RenderOptions {
     std::filesystem::path project;
-    std::filesystem::path output;
+    std::filesystem::path output;                 // sound file; empty when only saving again
+    std::optional<std::filesystem::path> resave;  // project file to write instead of rendering
     std::optional<int> steps;
     std::optional<double> seconds;
     RenderFormat format;

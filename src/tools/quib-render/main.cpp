@@ -98,7 +98,7 @@ std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const std::string& na
     return nullptr;
 }
 
-// Loads the project into the engine. False, with a message, when there is nothing to render.
+// Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
     CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
     const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
@@ -110,47 +110,65 @@ bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
         return false;
     }
     for (const std::string& warning : state.warnings) Say(warning);
-    if (options.songMode) state.master.songMode = *options.songMode ? 1.0F : 0.0F;
-    state.master.loopOn = 0.0F;  // a render that loops would never end
-    PublishProject(state, audio);
     return true;
 }
 
-int Render(const RenderOptions& options) {
-    const CStandardOutput output;
-    CAudio audio(options.seed);
-    audio.Prepare(options.format);
-    ProjectState state;
-    if (!Load(options, audio, state)) return kCouldNot;
+// Makes the engine ready to play the project from its start to its end.
+void Publish(ProjectState& state, const RenderOptions& options, CAudio& audio) {
+    if (options.songMode) state.master.songMode = *options.songMode ? 1.0F : 0.0F;
+    state.master.loopOn = 0.0F;  // a render that loops would never end
+    PublishProject(state, audio);
+}
 
+// Plays the loaded project into the output file. False, with a message, when the file is not whole.
+bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectState& state, RenderResult& result) {
     CLame recorder;
     if (recorder.StartRecording(options.output, static_cast<int>(options.format.sampleRate)) != CLame::kStarted) {
         Say(recorder.Error());
-        return kCouldNot;
+        return false;
     }
     audio.SetRecorder(&recorder);
     const bool song = state.master.songMode > 0.0F;
     const int steps = options.steps.value_or(song ? SongSteps(state) : 2 * LongestPatternSteps(state));
     const auto frames = static_cast<std::int64_t>(options.seconds.value_or(0.0) * options.format.sampleRate);
     CProgressBar bar;
+    const auto progress = [&](double share) {
+        bar.Show(share);
+        return !interrupted.load();
+    };
     std::string error;
-    const RenderResult result = COfflineRender(audio, recorder)
-                                    .Run(
-                                        std::max(steps, 1), frames,
-                                        [&](double share) {
-                                            bar.Show(share);
-                                            return !interrupted.load();
-                                        },
-                                        error);
+    result = COfflineRender(audio, recorder).Run(std::max(steps, 1), frames, progress, error);
+    audio.SetRecorder(nullptr);
     recorder.StopRecording(CLame::ELastBuffer::kWrite);
     if (error.empty()) error = recorder.Error();
-    ReportFaults(state);
-    if (!error.empty()) {
-        Say(error);
-        return kCouldNot;
-    }
+    if (!error.empty()) Say(error);
+    return error.empty();
+}
+
+bool Resave(const RenderOptions& options, const ProjectState& state) {
+    std::string error;
+    if (WriteProjectFile(*options.resave, state, error)) return true;
+    Say(error);
+    return false;
+}
+
+int Run(const RenderOptions& options) {
+    const CStandardOutput output;
+    CAudio audio(options.seed);
+    audio.Prepare(options.format);
+    ProjectState state;
+    if (!Load(options, audio, state)) return kCouldNot;
     const std::vector<std::string> missing = MissingPlugins(state);
-    if (options.json && !output.WriteLine(Describe(options, result, state, missing))) return kCouldNot;
+    if (options.resave) {
+        if (!Resave(options, state)) return kCouldNot;
+    } else {
+        Publish(state, options, audio);
+        RenderResult result;
+        const bool whole = RenderToFile(options, audio, state, result);
+        ReportFaults(state);
+        if (!whole) return kCouldNot;
+        if (options.json && !output.WriteLine(Describe(options, result, state, missing))) return kCouldNot;
+    }
     return missing.empty() ? kDone : kPluginMissing;
 }
 
@@ -162,7 +180,7 @@ int main(int argc, char** argv) {
     quib::RenderOptions options;
     if (const auto exitCode = quib::ParseOptions(argc, argv, options)) return *exitCode;
     try {
-        return quib::Render(options);
+        return quib::Run(options);
     } catch (const std::exception& failure) {
         quib::Say(failure.what());
         return quib::kCouldNot;

@@ -4,11 +4,12 @@
 // A mixer of some strips on one set of kernels, with the plain reference beside it on request: feeds
 // random audio, keeps the jobs, planes and buses.
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
-#include "platform/CAudioPlanes.h"
 #include "ScalarStrip.h"
+#include "platform/CAudioPlanes.h"
 #include "engine/strip/StripKernels.h"
 
 namespace quib {
@@ -43,6 +44,7 @@ public:
             StripJob& job = jobs[static_cast<std::size_t>(i)];
             job.inLeft = inputs.Plane(2 * i);
             job.inRight = inputs.Plane(2 * i + 1);
+            job.inputsStay = true;
             job.state = &states[static_cast<std::size_t>(i)];
             job.planes = MakeStripPlanes(planes, StripPlanes::kCount * i);
         }
@@ -50,8 +52,19 @@ public:
 
     int Count() const { return static_cast<int>(jobs.size()); }
 
+    // Silences the buses that take part.
+    void ClearBuses(int frames) {
+        std::fill_n(buses.masterLeft, frames, 0.0f);
+        std::fill_n(buses.masterRight, frames, 0.0f);
+        for (int k = 0; k < kSendCount; ++k) {
+            if (!buses.sendLeft[k]) continue;
+            std::fill_n(buses.sendLeft[k], frames, 0.0f);
+            std::fill_n(buses.sendRight[k], frames, 0.0f);
+        }
+    }
+
     void Render(const StripKernels& kernels, int frames) {
-        busPlanes.Clear();
+        ClearBuses(frames);
         kernels.processStrips(jobs.data(), Count(), frames);
         kernels.mixStrips(jobs.data(), Count(), buses, 0, frames);
     }

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/Presets.h"
+
+#include <cmath>
+#include <utility>
+
+#include "model/plugin/CPlugin.h"
+#include "model/plugin/PluginBank.h"
+
+namespace quib {
+
+namespace {
+
+// Calls `pair(setting, value)` for each setting of a strip with its place in the snapshot.
+template <class Strip, class Values, class Pair>
+void ForEachStripValue(Strip& strip, Values& values, Pair pair) {
+    pair(strip.level, values.level);
+    pair(strip.pan, values.pan);
+    pair(strip.mute, values.mute);
+    pair(strip.crossfadeA, values.crossfadeA);
+    pair(strip.crossfadeB, values.crossfadeB);
+    pair(strip.synchro, values.synchro);
+    pair(strip.eqOn, values.eqOn);
+    for (std::size_t i = 0; i < kInsertCount; ++i) pair(strip.insertOn[i], values.insertOn[i]);
+    for (std::size_t i = 0; i < kSendCount; ++i) {
+        pair(strip.sendOn[i], values.sendOn[i]);
+        pair(strip.sendLevel[i], values.sendLevel[i]);
+    }
+    for (std::size_t i = 0; i < kEqBandCount; ++i) {
+        pair(strip.eqFreq[i], values.eqFreq[i]);
+        pair(strip.eqQ[i], values.eqQ[i]);
+        pair(strip.eqGain[i], values.eqGain[i]);
+    }
+}
+
+std::shared_ptr<const StateImage> StateOf(const PluginSlot& slot) {
+    if (slot.plugin) return std::make_shared<const StateImage>(SaveBank(*slot.plugin));
+    return slot.missing ? slot.missing->state : nullptr;
+}
+
+// The points of the preset's patterns; those of the song stay as they are.
+void PublishLanes(CPublished<CEventLanes>& lanes, const CEventLanes& patterns, CGraveyard& graveyard) {
+    const CEventLanes& song = *lanes.ForEdit();
+    lanes.Publish(std::make_shared<const CEventLanes>(patterns.WithSlotOf(song, CEventLanes::kSongSlot)), graveyard);
+}
+
+CEventLanes PatternPoints(const CEventLanes& lanes) {
+    static const CEventLanes none;
+    return lanes.WithSlotOf(none, CEventLanes::kSongSlot);
+}
+
+void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard) {
+    static const auto empty = std::make_shared<const CPattern>();
+    for (std::size_t i = 0; i < preset.patterns.size(); ++i) {
+        instrument.patterns[i].Publish(preset.patterns[i] ? preset.patterns[i] : empty, graveyard);
+        instrument.patternUsed[i].Set(preset.patternUsed[i]);
+    }
+    instrument.stepNumber.Set(preset.stepNumber);
+    SelectStepNumberMode(instrument, static_cast<StepNumberMode>(preset.stepNumberMode));
+    instrument.swing.Set(preset.stepNumberModeValue);
+    instrument.patternSelected.Set(preset.patternSelected);
+    PublishLanes(instrument.midiLanes, preset.midiLanes, graveyard);
+    PublishLanes(instrument.mixLanes, preset.mixLanes, graveyard);
+    if (const auto& plugin = instrument.plugin.ForEdit()->plugin) {
+        PublishLanes(plugin->lanes, preset.pluginLanes, graveyard);
+    }
+}
+
+}  // namespace
+
+Preset TakePreset(CInstrument& instrument, std::span<const std::int32_t> heldKeys) {
+    Preset preset;
+    ForEachStripValue(instrument.strip, preset.strip, [](CValue& setting, float& value) { value = setting.Get(); });
+    preset.stepNumber = instrument.stepNumber.Get();
+    preset.stepNumberMode = static_cast<std::int32_t>(SelectedStepNumberMode(instrument));
+    preset.stepNumberModeValue = instrument.swing.Get();
+    preset.patternSelected = instrument.patternSelected.Get();
+    for (std::size_t i = 0; i < preset.patterns.size(); ++i) {
+        preset.patterns[i] = instrument.patterns[i].ForEdit();
+        preset.patternUsed[i] = instrument.patternUsed[i].Get();
+    }
+    preset.midiLanes = PatternPoints(*instrument.midiLanes.ForEdit());
+    preset.mixLanes = PatternPoints(*instrument.mixLanes.ForEdit());
+    const PluginSlot& slot = *instrument.plugin.ForEdit();
+    if (slot.plugin) preset.pluginLanes = PatternPoints(*slot.plugin->lanes.ForEdit());
+    preset.eventPluginParameters = instrument.eventPluginParameters;
+    preset.ballSounds = *instrument.ballSounds.ForEdit();
+    preset.keyboardOn = instrument.keyboardOn.IsOn() ? 1 : 0;
+    preset.keyboardPosition = instrument.keyboardPosition;
+    preset.keyboardKeys.assign(heldKeys.begin(), heldKeys.end());
+    preset.pluginState = StateOf(slot);
+    for (std::size_t i = 0; i < preset.insertState.size(); ++i) {
+        preset.insertState[i] = StateOf(*instrument.inserts[i].ForEdit());
+    }
+    return preset;
+}
+
+bool PastePreset(CInstrument& instrument, std::size_t index, std::span<const std::int32_t> heldKeys) {
+    if (index >= instrument.presets.size()) return false;
+    instrument.presets[index] = TakePreset(instrument, heldKeys);
+    return true;
+}
+
+bool RemovePreset(CInstrument& instrument, std::size_t index) {
+    if (index >= instrument.presets.size()) return false;
+    instrument.presets.erase(instrument.presets.begin() + static_cast<std::ptrdiff_t>(index));
+    return true;
+}
+
+CPresetRecall::CPresetRecall(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard, double sampleRate) {
+    ForEachStripValue(instrument.strip, preset.strip, [](CValue& setting, const float& value) { setting.Set(value); });
+    for (int band = 0; band < kEqBandCount; ++band) (void)UpdateEqualizer(instrument, band, sampleRate);
+    RecallPatterns(instrument, preset, graveyard);
+    instrument.eventPluginParameters = preset.eventPluginParameters;
+    instrument.ballSounds.Publish(std::make_shared<const BallSoundList>(preset.ballSounds), graveyard);
+    instrument.keyboardOn.Set(static_cast<float>(preset.keyboardOn));
+    instrument.keyboardPosition = preset.keyboardPosition;
+    AddState(*instrument.plugin.ForEdit(), preset.pluginState);
+    for (std::size_t i = 0; i < preset.insertState.size(); ++i) {
+        AddState(*instrument.inserts[i].ForEdit(), preset.insertState[i]);
+    }
+}
+
+// A plug-in that is in the wanted state already is left alone. One whose images differ from time to
+// time is set once too often, which is no harm.
+void CPresetRecall::AddState(const PluginSlot& slot, const std::shared_ptr<const StateImage>& image) {
+    if (!slot.plugin || !image || image->empty() || SaveBank(*slot.plugin) == *image) return;
+    slot.plugin->FadeOut();
+    pending.push_back({slot.plugin, image});
+}
+
+void CPresetRecall::SetState(const PendingState& state) {
+    const BankResult result = LoadBank(*state.plugin, *state.image);
+    if (result != BankResult::Done) warnings.push_back(state.plugin->Identity().displayName + ": " + Describe(result));
+    state.plugin->FadeIn();
+}
+
+bool CPresetRecall::Poll() {
+    const bool patient = ++polls < kPatience;
+    std::erase_if(pending, [this, patient](const PendingState& state) {
+        if (patient && !state.plugin->IsFadedOut()) return false;
+        SetState(state);
+        return true;
+    });
+    return pending.empty();
+}
+
+void CPresetRecall::Finish() {
+    for (const PendingState& state : pending) SetState(state);
+    pending.clear();
+}
+
+}  // namespace quib

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fuzz/FuzzTargets.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "model/files/InstrumentFile.h"
+#include "model/files/PatternRecords.h"
+#include "model/plugin/PluginBank.h"
+#include "project/GeneratedProject.h"
+
+namespace quib::fuzz {
+
+namespace {
+
+void Require(bool holds, const char* promise) {
+    if (holds) return;
+    std::fprintf(stderr, "broken: %s\n", promise);
+    std::abort();
+}
+
+// One plug-in of each kind, loaded once. It also keeps its library in memory, which makes the loading of
+// further ones fast.
+CPlugin& PluginNamed(const char* name, SlotKind kind) {
+    std::string error;
+    static std::map<std::string, std::shared_ptr<CPlugin>> loaded;
+    auto& plugin = loaded[name];
+    if (!plugin) plugin = generated::TestPluginLoader()(name, kind, error);
+    Require(plugin != nullptr, "the test plug-ins are there");
+    return *plugin;
+}
+CPlugin& ChunkPlugin() { return PluginNamed("ChunkSynth", SlotKind::Instrument); }
+CPlugin& ParameterPlugin() { return PluginNamed("ParameterBank", SlotKind::Effect); }
+
+PluginLoader Loader() {
+    ChunkPlugin();
+    ParameterPlugin();
+    return generated::TestPluginLoader();
+}
+
+// What `save` makes of `bytes`, of that, and of that again: the last two are the same. The first may
+// differ, as saving leaves out what it can leave out (the length of an empty pattern, for one).
+template <class Resave>
+void RequireStable(std::string_view bytes, Resave resave) {
+    std::string saved;
+    if (!resave(bytes, saved)) return;
+    std::string again;
+    Require(resave(saved, again), "what was saved is read");
+    Require(resave(again, saved), "what was saved is read");
+    Require(saved == again, "what is saved twice is the same");
+}
+
+std::string Taken(const CRecordWriter& writer) { return {writer.Bytes().data(), writer.Bytes().size()}; }
+
+template <class Load, class Save>
+void LoadInto(std::string_view bytes, Load load, Save save) {
+    const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
+    for (CPlugin* const plugin : {&ChunkPlugin(), &ParameterPlugin()}) {
+        const StateImage before = save(*plugin);
+        if (load(*plugin, image) != BankResult::Done) {
+            Require(save(*plugin) == before, "a refused image changes nothing");
+            continue;
+        }
+        const StateImage first = save(*plugin);
+        Require(load(*plugin, first) == BankResult::Done, "an image of our own loads");
+        Require(save(*plugin) == first, "an image of our own gives the same state");
+    }
+}
+
+}  // namespace
+
+void Project(std::string_view bytes) {
+    RequireStable(bytes, [](std::string_view from, std::string& to) {
+        ProjectState state;
+        std::string error;
+        if (!ReadProject(from, Loader(), state, error)) return false;
+        to = generated::BytesOf(state);
+        return true;
+    });
+}
+
+void Instrument(std::string_view bytes) {
+    RequireStable(bytes, [](std::string_view from, std::string& to) {
+        LoadContext context;
+        context.load = Loader();
+        std::string error;
+        const auto instrument = ReadInstrumentFile(from, context, error);
+        if (!instrument) return false;
+        CRecordWriter writer;
+        WriteInstrument(writer, *instrument, instrument->play.heldKeys.Items());
+        to = Taken(writer);
+        return true;
+    });
+}
+
+void Pattern(std::string_view bytes) {
+    RequireStable(bytes, [](std::string_view from, std::string& to) {
+        PatternSet set;
+        std::string error;
+        if (!ReadPatternFile(from, set, error)) return false;
+        CInstrument instrument;
+        CRenderClock clock;
+        CGraveyard graveyard(clock);
+        ReplacePatterns(instrument, set, graveyard);
+        CRecordWriter writer;
+        WritePatternBlock(writer, instrument);
+        to = Taken(writer);
+        return true;
+    });
+}
+
+void Bank(std::string_view bytes) { LoadInto(bytes, LoadBank, SaveBank); }
+void Program(std::string_view bytes) { LoadInto(bytes, LoadProgram, SaveProgram); }
+
+}  // namespace quib::fuzz

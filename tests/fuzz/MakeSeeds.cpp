@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Writes whole files of every kind into FOLDER/<target>/, from which the fuzzers start.
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
+
+#include "model/files/InstrumentFile.h"
+#include "model/files/PatternRecords.h"
+#include "model/plugin/PluginBank.h"
+#include "project/GeneratedProject.h"
+
+namespace {
+
+void Save(const std::filesystem::path& path, std::span<const char> bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void Save(const std::filesystem::path& path, const quib::StateImage& image) {
+    Save(path, {reinterpret_cast<const char*>(image.data()), image.size()});
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 2) return 2;
+    using namespace quib;
+    const std::filesystem::path folder = arguments[1];
+    const ProjectState state = generated::EveryRecord();
+    Save(folder / "project" / "every-record.prg", generated::BytesOf(state));
+    ProjectState empty;
+    Save(folder / "project" / "empty.prg", generated::BytesOf(empty));
+    CInstrument& instrument = *state.instruments.front();
+    CRecordWriter writer;
+    WriteInstrument(writer, instrument, instrument.play.heldKeys.Items());
+    Save(folder / "instrument" / "every-record.ist", writer.Bytes());
+    writer.Clear();
+    WritePatternBlock(writer, instrument);
+    Save(folder / "pattern" / "every-record.ptn", writer.Bytes());
+    CPlugin& chunks = *instrument.plugin.ForEdit()->plugin;
+    CPlugin& parameters = *instrument.inserts[0].ForEdit()->plugin;
+    Save(folder / "bank" / "chunk.fxb", SaveBank(chunks));
+    Save(folder / "bank" / "parameters.fxb", SaveBank(parameters));
+    Save(folder / "program" / "chunk.fxp", SaveProgram(chunks));
+    Save(folder / "program" / "parameters.fxp", SaveProgram(parameters));
+    return 0;
+}

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/plugin/PluginBank.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <memory>
+#include <string>
+
+#include "model/plugin/CPlugin.h"
+#include "model/plugin/CPluginFinder.h"
+
+namespace quib {
+namespace {
+
+using namespace vst2;
+
+class CPluginBankTest : public testing::Test {
+protected:
+    std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+        std::string error;
+        auto plugin = CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
+        EXPECT_TRUE(plugin) << error;
+        return plugin;
+    }
+    std::shared_ptr<CPlugin> Synth() { return Load("ChunkSynth", SlotKind::Instrument); }
+    std::shared_ptr<CPlugin> Effect() { return Load("ParameterBank", SlotKind::Effect); }
+
+    PluginEnvironment environment;
+};
+
+float Parameter(CPlugin& plugin, int index) { return plugin.Effect().getParameter(&plugin.Effect(), index); }
+
+// First sample of a block with a note held (the synth) or an input of 1 (the effect).
+float Sound(CPlugin& plugin) {
+    const std::array<BlockEvent, 1> noteOn = {{{0x90, 60, 100, 0}}};
+    plugin.SendEvents(noteOn);
+    plugin.Input(0)[0] = plugin.Input(1)[0] = 1.0F;
+    plugin.Process(16);
+    return plugin.Output(0)[0];
+}
+
+// An image put together by hand after the published layout.
+class CHandMadeImage {
+public:
+    CHandMadeImage& Number(std::uint32_t value) {
+        for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<std::byte>(value >> shift));
+        return *this;
+    }
+    CHandMadeImage& Code(const char* code) {
+        for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<std::byte>(code[i]));
+        return *this;
+    }
+    CHandMadeImage& Real(float value) { return Number(std::bit_cast<std::uint32_t>(value)); }
+    CHandMadeImage& Name(std::string text) {
+        text.resize(28);
+        for (const char character : text) bytes.push_back(static_cast<std::byte>(character));
+        return *this;
+    }
+    CHandMadeImage& Zeros(std::size_t count) {
+        bytes.resize(bytes.size() + count);
+        return *this;
+    }
+    StateImage bytes;
+};
+
+StateImage HandMadeParameterBank() {
+    CHandMadeImage image;
+    image.Code("CcnK").Number(0).Code("FxBk").Number(1).Code("tsPB").Number(7).Number(4).Zeros(128);
+    for (int program = 0; program < 4; ++program) {
+        image.Code("CcnK").Number(0).Code("FxCk").Number(1).Code("tsPB").Number(7).Number(6);
+        image.Name("Made " + std::to_string(program));
+        for (int i = 0; i < 6; ++i) image.Real(static_cast<float>(program) * 0.1F + static_cast<float>(i) * 0.01F);
+    }
+    return image.bytes;
+}
+
+TEST_F(CPluginBankTest, ABankOfEitherKindSoundsTheSameInAnotherInstance) {
+    for (const bool chunks : {true, false}) {
+        auto source = chunks ? Synth() : Effect();
+        for (int program = 0; program < 3; ++program) {
+            EXPECT_TRUE(SelectProgram(*source, program));
+            source->SetParameter(1, 0.25F * static_cast<float>(program + 1));
+        }
+        const StateImage bank = SaveBank(*source);
+        EXPECT_EQ(bank, SaveBank(*source));
+        auto target = chunks ? Synth() : Effect();
+        ASSERT_EQ(LoadBank(*target, bank), BankResult::Done);
+        EXPECT_EQ(SaveBank(*target), bank);
+        EXPECT_TRUE(SelectProgram(*target, 2));
+        EXPECT_EQ(Sound(*target), Sound(*source));
+        EXPECT_GT(Sound(*target), 0.7F);
+        const StateImage program = SaveProgram(*source);
+        auto third = chunks ? Synth() : Effect();
+        ASSERT_EQ(LoadProgram(*third, program), BankResult::Done);
+        EXPECT_EQ(Sound(*third), Sound(*source));
+    }
+}
+
+TEST_F(CPluginBankTest, SavingABankKeepsTheEditsOfTheCurrentProgram) {
+    auto effect = Effect();  // forgets them when another program is selected
+    ASSERT_TRUE(SelectProgram(*effect, 1));
+    effect->SetParameter(4, 0.875F);
+    const StateImage bank = SaveBank(*effect);
+    EXPECT_EQ(Parameter(*effect, 4), 0.875F);
+    EXPECT_EQ(effect->Dispatch(effGetProgram), 1);
+    auto other = Effect();
+    ASSERT_EQ(LoadBank(*other, bank), BankResult::Done);
+    ASSERT_TRUE(SelectProgram(*other, 1));
+    EXPECT_EQ(Parameter(*other, 4), 0.875F);
+}
+
+TEST_F(CPluginBankTest, HandMadeImagesLoadInEitherByteOrder) {
+    auto effect = Effect();
+    ASSERT_EQ(LoadBank(*effect, HandMadeParameterBank()), BankResult::Done);
+    EXPECT_EQ(effect->Dispatch(effGetProgram), 0);
+    ASSERT_TRUE(SelectProgram(*effect, 3));
+    EXPECT_FLOAT_EQ(Parameter(*effect, 5), 0.35F);
+    EXPECT_EQ(effect->Text(effGetProgramName), "Made 3");
+
+    StateImage turned = HandMadeParameterBank();
+    std::swap(turned[0], turned[3]);  // the magic alone, as some programs write it
+    std::swap(turned[1], turned[2]);
+    EXPECT_EQ(LoadBank(*effect, turned), BankResult::Done);
+
+    auto synth = Synth();
+    const StateImage own = SaveBank(*synth);
+    CHandMadeImage chunk;
+    chunk.Code("CcnK").Number(0).Code("FBCh").Number(1).Code("tsCh").Number(1).Number(16).Zeros(128);
+    chunk.Number(static_cast<std::uint32_t>(own.size() - 160));
+    chunk.bytes.insert(chunk.bytes.end(), own.begin() + 160, own.end());
+    EXPECT_EQ(LoadBank(*synth, chunk.bytes), BankResult::Done);
+    EXPECT_EQ(SaveBank(*synth), own);
+}
+
+TEST_F(CPluginBankTest, WhatDoesNotFitNeverReachesThePlugin) {
+    auto synth = Synth();
+    auto effect = Effect();
+    const StateImage bank = SaveBank(*synth);
+    for (std::size_t length = 0; length < bank.size(); ++length) {
+        EXPECT_NE(LoadBank(*synth, std::span(bank).first(length)), BankResult::Done) << length;
+    }
+    StateImage changed = bank;
+    changed[156] = std::byte{0x7f};  // the chunk's size
+    EXPECT_EQ(LoadBank(*synth, changed), BankResult::Damaged);
+    changed[156] = std::byte{0xff};
+    EXPECT_EQ(LoadBank(*synth, changed), BankResult::Damaged);
+    EXPECT_EQ(LoadBank(*synth, SaveProgram(*synth)), BankResult::Unsuited);
+    EXPECT_EQ(LoadProgram(*synth, bank), BankResult::Unsuited);
+    for (const std::size_t place : {0U, 15U, 19U}) {  // magic, version, identifier
+        changed = bank;
+        changed[place] ^= std::byte{1};
+        const BankResult result = LoadBank(*synth, changed);
+        EXPECT_STREQ(Describe(result), "No Compatible File !");
+    }
+    EXPECT_EQ(LoadBank(*effect, bank), BankResult::Incompatible);
+    EXPECT_EQ(synth->Dispatch(effVendorSpecific), 0);  // chunks that it was given
+}
+
+TEST_F(CPluginBankTest, ABankSelectsNoProgramThatThePluginDoesNotHave) {
+    StateImage bank = HandMadeParameterBank();
+    bank[26] = std::byte{0x10};  // 4100 programs
+    auto effect = Effect();
+    ASSERT_EQ(LoadBank(*effect, bank), BankResult::Done);
+    EXPECT_EQ(effect->Effect().numPrograms, 4);
+    EXPECT_FALSE(SelectProgram(*effect, 4));
+    bank[26] = std::byte{0};
+    bank[27] = std::byte{2};
+    ASSERT_EQ(LoadBank(*effect, bank), BankResult::Done);
+    EXPECT_EQ(effect->Effect().numPrograms, 2);
+}
+
+class CPluginFinderTest : public testing::Test {
+protected:
+    CPluginFinderTest() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "quib-finder-XXXXXX").string();
+        folder = std::filesystem::canonical(::mkdtemp(pattern.data()));
+    }
+    ~CPluginFinderTest() override { std::filesystem::remove_all(folder); }
+    void Touch(const std::string& name) {
+        std::filesystem::create_directories((folder / name).parent_path());
+        std::fclose(std::fopen((folder / name).c_str(), "w"));
+    }
+    std::string Find(CPluginFinder& finder, const std::string& name, SlotKind kind) {
+        const auto found = finder.Find(name, kind);
+        return found ? found->lexically_relative(folder).string() : "none";
+    }
+    std::filesystem::path folder;
+};
+
+TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
+    for (const char* name : {"PluginInstruments/Synth.so", "PluginEffects/Synth.so", "user/Synth.so", "user/Only.so",
+                             "system/deep/er/Far-vst.so", "system/sYnTh.so", "system/Readme.txt"}) {
+        Touch(name);
+    }
+    std::filesystem::create_symlink(folder / "user" / "Only.so", folder / "system" / "Linked.so");
+    std::filesystem::create_directory_symlink(folder / "system", folder / "system" / "deep" / "loop");
+    CPluginFinder finder(folder, {folder / "user"}, {folder / "system"});
+    struct Case {
+        const char* name;
+        SlotKind kind;
+        const char* found;
+    };
+    for (const Case& example :
+         {Case{"Synth.dll", SlotKind::Instrument, "PluginInstruments/Synth.so"},
+          Case{"Synth", SlotKind::Effect, "PluginEffects/Synth.so"},
+          Case{"C:\\Vst\\only.DLL", SlotKind::Effect, "user/Only.so"},
+          Case{"sYnTh.so", SlotKind::Instrument, "system/sYnTh.so"},
+          Case{"SYNTH.so", SlotKind::Instrument, "PluginInstruments/Synth.so"},
+          Case{"Far-vst.so", SlotKind::Effect, "system/deep/er/Far-vst.so"},
+          Case{"Linked.dll", SlotKind::Effect, "user/Only.so"}, Case{"Readme", SlotKind::Effect, "none"},
+          Case{"", SlotKind::Effect, "none"}, Case{"../user/", SlotKind::Effect, "none"}}) {
+        EXPECT_EQ(Find(finder, example.name, example.kind), example.found) << example.name;
+    }
+    Touch("user/Later.so");
+    EXPECT_EQ(Find(finder, "Later.dll", SlotKind::Effect), "none");
+    finder.Refresh();
+    EXPECT_EQ(Find(finder, "Later.dll", SlotKind::Effect), "user/Later.so");
+}
+
+}  // namespace
+}  // namespace quib

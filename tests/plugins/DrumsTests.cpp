@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "plugins/CLoadedPlugin.h"
+
+namespace quibtest {
+
+namespace {
+
+constexpr long kSecond = 44100;
+
+Channels Strokes(CLoadedPlugin& plugin, const std::vector<Message>& messages, long frames = kSecond) {
+    plugin.Resume(44100.0f);
+    return plugin.Render(frames, messages);
+}
+
+}  // namespace
+
+TEST(Drums, AnswersItsKeysAndNoOthers) {
+    CLoadedPlugin plugin("QUIB drums");
+    EXPECT_EQ(plugin.Effect().uniqueId, 0x31366378);
+    const std::vector<int> keys = {35, 36, 37, 38, 39, 40, 41, 42, 44, 45, 46, 48, 49, 51, 54, 56, 70, 75};
+    for (int key = 0; key < 128; ++key) {
+        const bool sounds = std::find(keys.begin(), keys.end(), key) != keys.end();
+        const float peak = PeakOf(Strokes(plugin, {{100, 0x90, key, 100}}, 4000));
+        if (sounds) {
+            EXPECT_GT(peak, 0.01f) << key;
+        } else {
+            EXPECT_EQ(peak, 0.0f) << key;
+        }
+    }
+    EXPECT_EQ(Strokes(plugin, {{0, 0x90, 35, 90}}), Strokes(plugin, {{0, 0x90, 36, 90}}));
+    EXPECT_EQ(Strokes(plugin, {{0, 0x90, 40, 90}}), Strokes(plugin, {{0, 0x90, 38, 90}}));
+}
+
+TEST(Drums, ChokesTheOpenHatByTheOthers) {
+    CLoadedPlugin plugin("QUIB drums");
+    const float open = PeakOf(Strokes(plugin, {{0, 0x90, 46, 110}})[0], 12000, 13000);
+    ASSERT_GT(open, 0.002f);
+    for (const int key : {42, 44}) {
+        // The choking drum itself is turned down.
+        plugin.Set(key == 42 ? "Closed Hat Level" : "Pedal Hat Level", "-oo");
+        const Channels choked = Strokes(plugin, {{0, 0x90, 46, 110}, {10000, 0x90, key, 100}});
+        EXPECT_GT(PeakOf(choked[0], 9000, 10000), open);
+        EXPECT_EQ(PeakOf(choked[0], 10600), 0.0f) << key;
+    }
+}
+
+TEST(Drums, SendsADrumToItsPairBesidesTheMainOne) {
+    CLoadedPlugin plugin("QUIB drums");
+    const int routing = plugin.Find("Snare Send");
+    plugin.Set("Snare Pan", "40");
+    const Channels plain = Strokes(plugin, {{0, 0x90, 36, 100}, {500, 0x90, 38, 100}});
+    const Channels snare = Strokes(plugin, {{500, 0x90, 38, 100}});
+    for (std::size_t output = 2; output < 10; ++output) EXPECT_EQ(PeakOf(plain[output]), 0.0f);
+    for (std::size_t send = 0; send < 4; ++send) {
+        plugin.Set(routing, static_cast<float>(send + 1) / 4.0f);
+        const Channels routed = Strokes(plugin, {{500, 0x90, 38, 100}});
+        const Channels both = Strokes(plugin, {{0, 0x90, 36, 100}, {500, 0x90, 38, 100}});
+        for (std::size_t pair = 0; pair < 4; ++pair) {
+            for (std::size_t side = 0; side < 2; ++side) {
+                const auto& output = routed[2 * pair + 2 + side];
+                if (pair == send) {
+                    EXPECT_EQ(output, snare[side]) << "send " << send;
+                    EXPECT_GT(PeakOf(output), 0.01f);
+                } else {
+                    EXPECT_EQ(PeakOf(output), 0.0f) << "send " << send << " pair " << pair;
+                }
+            }
+        }
+        EXPECT_EQ(both[0], plain[0]);
+        EXPECT_EQ(both[1], plain[1]);
+    }
+}
+
+TEST(Drums, ChangesItsMixWithoutAJump) {
+    CLoadedPlugin plugin("QUIB drums");
+    // A long pure kick shows every jump.
+    plugin.Set("Kick Decay", "500");
+    plugin.Set("Kick Snap", "0");
+    for (const char* name : {"Kick Level", "Kick Pan", "Kick Tune", "Kick Decay", "Kick Tone", "Kick Colour",
+                             "Kick Send", "Kit Drive", "Kit Crush", "Kit Velocity", "Kit Volume"}) {
+        const int index = plugin.Find(name);
+        const float kept = plugin.Get(index);
+        plugin.Set(index, 1.0f);
+        plugin.Set("Kit Crush", "0");
+        plugin.Resume(44100.0f);
+        const Channels sound = plugin.Render(kSecond, {{0, 0x90, 36, 100}}, {441}, [&](long frame) {
+            if (frame == 10 * 441) plugin.Set(index, 0.0f);
+            if (frame == 20 * 441) plugin.Set(index, 1.0f);
+        });
+        for (const std::size_t output : {0u, 1u, 8u}) {
+            EXPECT_LT(LargestStep(sound[output], 3000, kSecond), 0.02f) << name << " output " << output;
+        }
+        plugin.Set(index, kept);
+    }
+}
+
+TEST(Drums, RepeatsAStrokeWithoutAClick) {
+    CLoadedPlugin plugin("QUIB drums");
+    plugin.Set("Kick Snap", "0");
+    plugin.Set("Kick Decay", "300");
+    const float once = LargestStep(Strokes(plugin, {{0, 0x90, 36, 100}})[0], 0, kSecond);
+    std::vector<Message> roll;
+    for (long i = 0; i < 40; ++i) roll.push_back({i * 1003, 0x90, 36, 100});
+    EXPECT_LT(LargestStep(Strokes(plugin, roll)[0], 0, kSecond), 2.0f * once);
+}
+
+TEST(Drums, TunesDecaysAndPansEachDrum) {
+    CLoadedPlugin plugin("QUIB drums");
+    plugin.Set("Claves Tune", "12");
+    const Channels high = Strokes(plugin, {{0, 0x90, 75, 100}});
+    EXPECT_GT(AmplitudeAt(high[0], 4960.0, 44100.0, 0, 4000), 5.0 * AmplitudeAt(high[0], 2480.0, 44100.0, 0, 4000));
+    plugin.Set("Low Tom Decay", "30");
+    const float brief = PeakOf(Strokes(plugin, {{0, 0x90, 41, 100}})[0], 15000, 20000);
+    plugin.Set("Low Tom Decay", "300");
+    EXPECT_GT(PeakOf(Strokes(plugin, {{0, 0x90, 41, 100}})[0], 15000, 20000), 100.0f * brief);
+    plugin.Set("Crash Pan", "-100");
+    EXPECT_EQ(PeakOf(Strokes(plugin, {{0, 0x90, 49, 100}})[1]), 0.0f);
+}
+
+}  // namespace quibtest

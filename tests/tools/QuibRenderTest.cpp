@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ToolFixture.h"
+
+namespace quib {
+namespace {
+
+class CQuibRenderTest : public CToolTest {
+protected:
+    static constexpr const char* kTestPlugins = " --plugins " QUIB_BIN_DIR "/testplugins ";
+
+    // Two instruments in pattern mode: one note a step with swing, and one every three steps.
+    static std::string Project(const std::string& secondPlugin = "NoteProbe.dll") {
+        std::string text = "VERSION;1.5;\r\nTEMPO;133.000000;\r\nSONG_MODE;0.000000;\r\n";
+        text += Instrument("NoteProbe.dll", 16, 1, "0.2500");
+        text += Instrument(secondPlugin, 12, 3, "0.0000");
+        return text;
+    }
+
+    static std::string Instrument(const std::string& plugin, int steps, int every, const std::string& swing) {
+        std::string text = "PLUGIN;" + plugin + ";\r\nTITLE;Part;\r\nLEVEL;100.0000;\r\nEQ_ON;1.0000;\r\n";
+        text += "PATTERNS;START;\r\nSTEPNUMBER_MODE;49;0;" + swing + ";\r\n";
+        text += "PATTERN_NOTES;0;" + std::to_string(steps) + ";1;";
+        for (int step = 0; step < steps; step += every) {
+            text += std::to_string(step) + ".3000;" + std::to_string(40 + step) + ";0.6000;100;";
+        }
+        return text + "\r\nPATTERNS;END;\r\nPLUGIN;END;\r\n";
+    }
+
+    // Samples of a Wave file without its header.
+    std::string Samples(const std::string& name) const { return Read(name).substr(46); }
+};
+
+TEST_F(CQuibRenderTest, TheSameProjectGivesTheSameBytesWhateverTheThreads) {
+    Write("song.prg", Project());
+    for (const char* const run : {"a.wav --threads 1", "b.wav --threads 2", "c.wav --threads 4", "d.wav --threads 2"}) {
+        ASSERT_EQ(Run("quib-render", Path("song.prg") + " " + Path("") + run + kTestPlugins).exitCode, 0);
+    }
+    EXPECT_GT(Read("a.wav").size(), 400000U);
+    for (const char* const other : {"b.wav", "c.wav", "d.wav"}) EXPECT_TRUE(Read("a.wav") == Read(other)) << other;
+}
+
+TEST_F(CQuibRenderTest, TheSameNotesFallOnTheSameSamplesForEveryBlockSize) {
+    Write("song.prg", Project());
+    for (const char* const block : {"64", "256", "2048"}) {
+        const std::string arguments = Path("song.prg") + " " + Path(std::string(block) + ".wav") + " --block " + block;
+        ASSERT_EQ(Run("quib-render", arguments + kTestPlugins).exitCode, 0);
+    }
+    // Two passes of the longest pattern; what follows is the tail, which ends with a whole block.
+    const std::size_t music = 32 * 4974 * 4;
+    const std::string reference = Samples("64.wav").substr(0, music);
+    ASSERT_EQ(reference.size(), music);
+    EXPECT_NE(reference.find_first_not_of('\0'), std::string::npos);
+    for (const char* const other : {"256.wav", "2048.wav"}) {
+        EXPECT_TRUE(Samples(other).substr(0, music) == reference) << other;
+    }
+}
+
+TEST_F(CQuibRenderTest, AMissingPluginIsNamedAndTheRestIsRendered) {
+    Write("song.prg", Project("Nowhere.dll"));
+    const Outcome outcome = Run("quib-render", Path("song.prg") + " " + Path("out.wav") + " --json" + kTestPlugins);
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.error.find("Nowhere.dll"), std::string::npos);
+    EXPECT_EQ(std::count(outcome.error.begin(), outcome.error.end(), '\n'), 1);
+    EXPECT_NE(outcome.output.find("\"missing_plugins\": [\"Nowhere.dll\"]"), std::string::npos);
+    EXPECT_NE(Samples("out.wav").find_first_not_of('\0'), std::string::npos);
+}
+
+TEST_F(CQuibRenderTest, ADamagedProjectRendersWhatCanBeRead) {
+    const std::string whole = Project();
+    Write("cut.prg", whole.substr(0, whole.size() - 60));
+    EXPECT_EQ(Run("quib-render", Path("cut.prg") + " " + Path("out.wav") + kTestPlugins).exitCode, 0);
+    EXPECT_NE(Samples("out.wav").find_first_not_of('\0'), std::string::npos);
+
+    Write("noise.prg", std::string("\x01\x02;;;\n\xff", 7));
+    const Outcome noise = Run("quib-render", Path("noise.prg") + " " + Path("noise.wav"));
+    EXPECT_EQ(noise.exitCode, 1);
+    EXPECT_NE(noise.error.find("noise.prg"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(Path("noise.wav")));
+}
+
+TEST_F(CQuibRenderTest, LengthModeAndFailuresFollowTheOptions) {
+    Write("song.prg", Project());
+    const std::string song = Path("song.prg") + " ";
+    Outcome outcome = Run("quib-render", song + Path("s.wav") + " --seconds 2 --rate 48000 --json" + kTestPlugins);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_GT(Samples("s.wav").size(), 2 * 48000U * 4);
+    EXPECT_LT(Samples("s.wav").size(), 3 * 48000U * 4);
+    for (const char* const key : {"frames", "rate", "peak", "rms", "seconds", "render_cpu_seconds", "realtime_factor",
+                                  "threads", "instruments", "missing_plugins"}) {
+        EXPECT_NE(outcome.output.find(std::string("\"") + key + "\": "), std::string::npos) << key;
+    }
+    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1);
+
+    Run("quib-render", song + Path("empty.wav") + " --mode song --steps 16" + kTestPlugins);
+    EXPECT_EQ(Samples("empty.wav").find_first_not_of('\0'), std::string::npos) << "no playlist, no notes";
+
+    EXPECT_EQ(Run("quib-render", song).exitCode, 2);
+    EXPECT_EQ(Run("quib-render", song + "x.wav --block 0").exitCode, 2);
+    EXPECT_EQ(Run("quib-render", song + "x.wav --steps 4 --seconds 1").exitCode, 2);
+    EXPECT_EQ(Run("quib-render", Path("none.prg") + " " + Path("x.wav")).exitCode, 1);
+    outcome = Run("quib-render", song + "/dev/full" + kTestPlugins);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.error.find("No space left"), std::string::npos);
+}
+
+TEST_F(CQuibRenderTest, SavingAgainIsStableAndKeepsAMissingPlugin) {
+    Write("song.prg", Project("Nowhere.dll"));
+    EXPECT_EQ(Run("quib-render", "--resave " + Path("2.prg") + " " + Path("song.prg") + kTestPlugins).exitCode, 3);
+    EXPECT_EQ(Run("quib-render", "--resave " + Path("3.prg") + " " + Path("2.prg") + kTestPlugins).exitCode, 3);
+    EXPECT_EQ(Read("2.prg"), Read("3.prg"));
+    EXPECT_NE(Read("2.prg").find("PLUGIN;Nowhere.dll;"), std::string::npos);
+}
+
+class CQuibScanTest : public CToolTest {};
+
+TEST_F(CQuibScanTest, APluginIsDescribedAndPlayed) {
+    const Outcome outcome = Run("quib-scan", QUIB_BIN_DIR "/testplugins/NoteProbe.so --render");
+    EXPECT_EQ(outcome.exitCode, 0);
+    for (const char* const field : {"\"name\": \"Note probe\"", "\"id\": \"74734e50\"", "\"category\": 2",
+                                    "\"outputs\": 2", "\"midi\": true", "\"finite\": true"}) {
+        EXPECT_NE(outcome.output.find(field), std::string::npos) << field << " in " << outcome.output;
+    }
+}
+
+TEST_F(CQuibScanTest, WhatIsNoPluginFailsWithAReason) {
+    for (const char* const library : {"NoEntry.so", "Refuses.so", "Exits.so", "Hangs.so", "absent.so"}) {
+        const Outcome outcome = Run("quib-scan", std::string(QUIB_BIN_DIR "/testplugins/") + library + " --timeout 1");
+        EXPECT_EQ(outcome.exitCode, 1) << library;
+        EXPECT_TRUE(outcome.output.empty()) << library;
+        EXPECT_NE(outcome.error.find("quib-scan: "), std::string::npos) << library;
+    }
+}
+
+}  // namespace
+}  // namespace quib

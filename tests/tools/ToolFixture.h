@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Runs the command-line programs as a user would and keeps what they print.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace quib {
+
+class CToolTest : public testing::Test {
+protected:
+    struct Outcome {
+        int exitCode;
+        std::string output;
+        std::string error;
+    };
+
+    void SetUp() override {
+        const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
+        folder = std::filesystem::path(testing::TempDir()) / (std::string("quib-") + info->name());
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    std::string Path(const std::string& name) const { return (folder / name).string(); }
+
+    Outcome Run(const std::string& tool, const std::string& arguments) const {
+        const std::string command = std::string(QUIB_BIN_DIR "/") + tool + " " + arguments + " >" + Path("stdout") +
+                                    " 2>" + Path("stderr") + " </dev/null";
+        const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("stdout"), Read("stderr")};
+    }
+
+    std::string Read(const std::string& name) const {
+        std::ifstream file(Path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void Write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+    }
+
+    std::filesystem::path folder;
+};
+
+}  // namespace quib
