@@ -72,7 +72,7 @@ std::vector<double> Envelope(const std::vector<float>& samples, long window) {
 TEST(Reverb, DecaysAsLongAsItSays) {
     for (const double rate : {22050.0, 48000.0, 192000.0}) {
         for (const char* size : {"4", "15", "50"}) {
-            for (const char* decay : {"0.4", "2", "6"}) {
+            for (const char* decay : {"0.4", "3"}) {
                 for (const char* modulation : {"0", "100"}) {
                     CLateReverb reverb(static_cast<float>(rate));
                     reverb.Set("Size", size);
