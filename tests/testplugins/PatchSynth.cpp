@@ -22,18 +22,23 @@ public:
 private:
     static constexpr int kParameters = 4;
 
+    std::array<float, kParameters> chunk{};
+
     std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
                            float option) override {
         switch (opcode) {
             case vst2::effSetProgram:
                 program = value;
-                std::fill(parameters.begin(), parameters.end(), 0.1F * static_cast<float>(value));
+                for (auto& parameter : parameters) parameter = 0.1F * static_cast<float>(value);
                 return 0;
             case vst2::effGetChunk:
-                *static_cast<void**>(pointer) = parameters.data();
-                return kParameters * sizeof(float);
+                std::copy(parameters.begin(), parameters.end(), chunk.begin());
+                *static_cast<void**>(pointer) = chunk.data();
+                return sizeof chunk;
             case vst2::effSetChunk:
-                if (value == kParameters * sizeof(float)) std::memcpy(parameters.data(), pointer, kParameters * 4);
+                if (value != sizeof chunk) return 0;
+                std::memcpy(chunk.data(), pointer, sizeof chunk);
+                TakeParameters(chunk);
                 return 1;
             default:
                 return CTestPlugin::Dispatch(opcode, index, value, pointer, option);

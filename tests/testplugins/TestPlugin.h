@@ -99,6 +99,13 @@ protected:
         }
     }
 
+    // Gives the first parameters these values; the count stays.
+    template <class Range>
+    void TakeParameters(const Range& values) {
+        std::size_t index = 0;
+        for (const float value : values) parameters[index++] = value;
+    }
+
     static std::intptr_t Copy(const std::string& text, void* pointer) {
         std::memcpy(pointer, text.c_str(), text.size() + 1);
         return 1;
