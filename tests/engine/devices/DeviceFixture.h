@@ -16,6 +16,10 @@
 namespace quib {
 
 class CDeviceTest : public CEngineTest {
+public:
+    // Built-in synthesisers, each with notes of its own, into an engine.
+    static void AddSynths(CAudio& engine, int count);
+
 protected:
     using Seconds = std::chrono::duration<double>;
 
@@ -48,8 +52,6 @@ protected:
         return {device, 48000, blockSize, "OFF", 1};
     }
 
-    // Built-in synthesisers, each with notes of its own, into an engine.
-    static void AddSynths(CAudio& engine, int count);
     // The first `frames` of what an engine of the same music renders offline.
     static std::array<std::vector<float>, 2> RenderOffline(int synths, double rate, int blockSize, std::size_t frames);
 

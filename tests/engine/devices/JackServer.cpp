@@ -130,7 +130,8 @@ bool CJackPeer::Disconnect(const std::string& source, const std::string& target)
 }
 
 bool CJackPeer::RecordProgram() {
-    return Connect("QUIB Sequencer:left", "peer:in_1") && Connect("QUIB Sequencer:right", "peer:in_2");
+    recording = Connect("QUIB Sequencer:left", "peer:in_1") && Connect("QUIB Sequencer:right", "peer:in_2");
+    return recording;
 }
 
 void CJackPeer::SendMidi(std::array<unsigned char, 3> bytes) {
@@ -165,6 +166,7 @@ void CJackPeer::Process(jack_nframes_t frames) {
                                                        static_cast<jack_midi_data_t>(packed)};
         jack_midi_event_write(events, 0, bytes.data(), bytes.size());
     }
+    if (!recording) return;
     const std::size_t done = recorded.load(std::memory_order_relaxed);
     const std::size_t count = std::min<std::size_t>(frames, sound[0].size() - done);
     for (std::size_t index = 0; index < inputs.size(); ++index) {

@@ -46,7 +46,7 @@ public:
     bool IsOpen() const { return client != nullptr; }
     bool Connect(const std::string& source, const std::string& target);
     bool Disconnect(const std::string& source, const std::string& target);
-    // Our program's two ports to the recorder.
+    // Connects our program's two ports and begins to record.
     bool RecordProgram();
     // One message in the next block. Waits until it has been handed over.
     void SendMidi(std::array<unsigned char, 3> message);
@@ -66,6 +66,7 @@ private:
     std::array<jack_port_t*, 2> inputs{};
     jack_port_t* midi = nullptr;
     std::array<std::vector<float>, 2> sound;
+    std::atomic<bool> recording{false};
     std::atomic<std::size_t> recorded{0};
     std::atomic<std::uint32_t> message{0};  // packed; 0 for none
     std::atomic<int> xruns{0};
