@@ -45,6 +45,8 @@ public:
     virtual void Stop() noexcept = 0;
     // Stops, and gives the device back. Nothing happens to a closed one.
     virtual void Close() noexcept = 0;
+    // From the 40 ms timer, while it plays.
+    virtual void Watch() {}
 
     // Name under which it stands in the device list.
     virtual const std::string& Name() const noexcept = 0;
@@ -57,7 +59,13 @@ public:
     bool IsRealTime() const noexcept { return realTime.load(std::memory_order_relaxed); }
 
 protected:
-    void SetState(OutputState next) noexcept { state.store(next, std::memory_order_release); }
+    // A device that is lost stays so until it is closed.
+    void SetState(OutputState next) noexcept {
+        OutputState now = State();
+        while (now != OutputState::Lost || next == OutputState::Closed) {
+            if (state.compare_exchange_weak(now, next, std::memory_order_acq_rel)) return;
+        }
+    }
     // What the device found out by itself; never overrides what the editing thread did meanwhile.
     void LeavePlaying(OutputState next) noexcept {
         OutputState playing = OutputState::Playing;

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "engine/devices/CAlsaOutput.h"
+#include "engine/devices/CJackOutput.h"
 #include "engine/devices/CSilentOutput.h"
 #include "platform/Clock.h"
 
@@ -41,6 +42,10 @@ COutputManager::Made COutputManager::OpenNamed() {
     if (settings.outputDevice == CSilentOutput::kName) {
         if (Made silent = TryOpen(std::make_unique<CSilentOutput>(audio), error)) return silent;
     } else {
+        if (settings.outputDevice == CJackOutput::kName && jackLibrary != nullptr) {
+            if (Made jack = TryOpen(MakeJack(), error)) return jack;
+            message(kCaption, fmt::format("{} JACK: {}", texts.cannotOpen, settings.outputDevice));
+        }
         for (int attempt = 0; attempt < 2; ++attempt) {
             auto alsa = std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kDefaultDevice);
             if (Made opened = TryOpen(std::move(alsa), error)) return opened;
@@ -91,6 +96,7 @@ std::uint64_t COutputManager::Xruns() const noexcept { return formerXruns + (dev
 
 void COutputManager::Poll() {
     if (!device) return;
+    device->Watch();
     if (device->State() == OutputState::FormatChanged) FollowFormat();
     if (device->State() == OutputState::Lost) StandIn();
     if (!lostName.empty()) LookForReturn();
@@ -126,7 +132,7 @@ void COutputManager::LookForReturn() {
         if (Nanoseconds() < nextAttempt) return;
         AudioSettings strict = settings;
         strict.outputDevice = lostName;
-        comeback = std::async(std::launch::async, [candidate = MakeWanted(), strict]() mutable {
+        comeback = std::async(std::launch::async, [candidate = MakeLost(), strict]() mutable {
             std::string error;
             if (!candidate->Open(strict, error)) candidate.reset();
             return std::move(candidate);
@@ -147,7 +153,12 @@ void COutputManager::LookForReturn() {
     lostName.clear();
 }
 
-COutputManager::Made COutputManager::MakeWanted() const {
+COutputManager::Made COutputManager::MakeJack() const {
+    return std::make_unique<CJackOutput>(audio, *jackLibrary, wiring);
+}
+
+COutputManager::Made COutputManager::MakeLost() const {
+    if (lostName == CJackOutput::kName && jackLibrary != nullptr) return MakeJack();
     return std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kNone);
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "engine/CAudio.h"
+#include "engine/devices/CJackOutput.h"
 #include "engine/devices/COutputDevice.h"
 
 namespace quib {
@@ -51,7 +52,8 @@ private:
     std::string DeviceName() const;
     Made OpenNamed();
     Made TryOpen(Made candidate, std::string& error) const;
-    Made MakeWanted() const;
+    Made MakeJack() const;
+    Made MakeLost() const;
     bool StartWith(Made next);
     void PrepareEngine(const DeviceFormat& format);
     void TakeDevice(Made next) noexcept;
@@ -63,6 +65,8 @@ private:
     CAudio& audio;
     Texts texts;
     Message message;
+    const CJackLibrary* jackLibrary = CJackLibrary::Installed();
+    std::shared_ptr<JackWiring> wiring = std::make_shared<JackWiring>();
     AudioSettings settings;
     Made device;
     std::string lostName;  // device that is waited for; empty when none is

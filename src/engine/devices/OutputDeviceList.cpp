@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "engine/devices/CJackOutput.h"
 #include "engine/devices/CSilentOutput.h"
 
 namespace quib {
@@ -38,6 +39,7 @@ void AppendAlsaDevices(std::vector<std::string>& names) {
 std::vector<std::string> ListOutputDevices() {
     std::vector<std::string> names;
     AppendAlsaDevices(names);
+    if (CJackLibrary::Installed() != nullptr) names.emplace_back(CJackOutput::kName);
     names.emplace_back(CSilentOutput::kName);
     return names;
 }
