@@ -233,6 +233,7 @@ void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end
         for (int i = 0; i < m_description.inputs; ++i) from[static_cast<std::size_t>(i)] = inputs[i] + position;
         for (int i = 0; i < m_description.outputs; ++i) to[static_cast<std::size_t>(i)] = outputs[i] + position;
         int count = end - position;
+        bool woken = false;
         if (!Sounding()) {
             const int rest = count;
             count = FramesToSleep(from.data(), rest);
@@ -240,6 +241,7 @@ void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end
             if (count < rest) {
                 m_parameters.Snap();
                 WakeUp();
+                woken = true;
             }
         } else {
             if (m_tickOffset == 0) Tick(m_parameters.Advance());
@@ -247,8 +249,8 @@ void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end
             count = std::min(count, m_tickFrames - m_tickOffset);
             Render(from.data(), to.data(), count);
         }
-        m_tickOffset = (m_tickOffset + count) % m_tickFrames;
         position += count;
+        m_tickOffset = woken ? 0 : (m_tickOffset + count) % m_tickFrames;
     }
 }
 

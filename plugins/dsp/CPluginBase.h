@@ -58,8 +58,8 @@ protected:
     // Before each block, for what is asked of the host once a block.
     virtual void BeginBlock() noexcept;
     // Of the coming frames, how many a plug-in that is not Sounding() sleeps on through: all, unless
-    // there is something in its inputs. WakeUp() follows when it is not all; parameters have been
-    // snapped by then.
+    // there is something in its inputs. When it is not all, parameters are snapped, WakeUp() is
+    // called, and a tick begins.
     virtual int FramesToSleep(const float* const* inputs, int frames) const noexcept;
     virtual void WakeUp() noexcept;
 

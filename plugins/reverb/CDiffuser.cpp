@@ -8,6 +8,7 @@
 namespace quibplug {
 
 void CDiffuser::Allocate(const std::array<float, kStages>& milliseconds, float sampleRate) noexcept {
+    m_sampleRate = sampleRate;
     for (std::size_t i = 0; i < kStages; ++i) {
         const auto frames = static_cast<int>(0.001f * milliseconds[i] * sampleRate + 0.5f);
         m_stages[i].line.Allocate(frames);
@@ -25,17 +26,32 @@ int CDiffuser::Frames() const noexcept {
     return frames;
 }
 
-void CDiffuser::Process(float* samples, const float* gains, int frames, std::size_t first, std::size_t last) noexcept {
+// What comes round within a stage falls by g each time.
+float CDiffuser::GainOf(const Stage& stage, float gain, float ringSeconds) const noexcept {
+    return std::min(gain, FallOf60Decibels(stage.delay, ringSeconds, m_sampleRate));
+}
+
+void CDiffuser::Aim(float gain, float ringSeconds) noexcept {
+    for (Stage& stage : m_stages) stage.gain.Aim(GainOf(stage, gain, ringSeconds));
+}
+
+void CDiffuser::Snap(float gain, float ringSeconds) noexcept {
+    for (Stage& stage : m_stages) stage.gain.Set(GainOf(stage, gain, ringSeconds));
+}
+
+void CDiffuser::Process(float* samples, std::size_t first, std::size_t last, TickSpan span) noexcept {
     float delayed[CPluginBase::kMaximumTickFrames];
     float inner[CPluginBase::kMaximumTickFrames];
+    float gains[CPluginBase::kMaximumTickFrames];
     for (std::size_t s = first; s < last; ++s) {
         Stage& stage = m_stages[s];
-        stage.line.Read(delayed, stage.delay, frames);
-        for (int i = 0; i < frames; ++i) {
+        stage.gain.Fill(gains, span.offset, span.frames, span.tickFrames);
+        stage.line.Read(delayed, stage.delay, span.frames);
+        for (int i = 0; i < span.frames; ++i) {
             inner[i] = samples[i] + gains[i] * delayed[i];
             samples[i] = delayed[i] - gains[i] * inner[i];
         }
-        stage.line.Write(inner, frames);
+        stage.line.Write(inner, span.frames);
     }
 }
 

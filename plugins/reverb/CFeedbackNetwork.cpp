@@ -10,10 +10,8 @@ namespace quibplug {
 namespace {
 
 constexpr float kLongestLineTime = 1.6f;  // of the time along the room
-constexpr float kSpeedOfSound = 343.0f;
-constexpr float kOctavesOf60Decibels = 9.9657843f;
-constexpr float kWidestAngle = 0.25f;  // of a full turn
-constexpr float kTapGain = 0.25f;      // 1 / sqrt(lines)
+constexpr float kWidestAngle = 0.25f;     // of a full turn
+constexpr float kTapGain = 0.25f;         // 1 / sqrt(lines)
 
 // Of each pair's angle: how fast it swings beside the others, and where it starts.
 constexpr std::array<float, 8> kPaces = {0.71f, 1.13f, 0.83f, 1.31f, 0.59f, 0.97f, 1.21f, 0.67f};
@@ -38,11 +36,6 @@ void Mix(float (&rows)[kNetworkLines][64], int frames) noexcept {
             }
         }
     }
-}
-
-// What is left of a sound after `frames` when it falls by 60 dB in `seconds`.
-float GainOf(int frames, float seconds, float sampleRate) noexcept {
-    return Exp2(-kOctavesOf60Decibels * static_cast<float>(frames) / (seconds * sampleRate));
 }
 
 }  // namespace
@@ -77,8 +70,9 @@ void CFeedbackNetwork::Tick(const Room& from, const Room& to, float share, const
 
 void CFeedbackNetwork::AimGains(const Room& from, const Room& to, float share, const NetworkSetting& setting) noexcept {
     const auto between = [&](std::size_t line, float seconds) {
-        const float first = GainOf(from.lines[line], seconds, m_sampleRate);
-        return share == 0.0f ? first : first + share * (GainOf(to.lines[line], seconds, m_sampleRate) - first);
+        const float first = FallOf60Decibels(from.lines[line], seconds, m_sampleRate);
+        return share == 0.0f ? first
+                             : first + share * (FallOf60Decibels(to.lines[line], seconds, m_sampleRate) - first);
     };
     for (std::size_t line = 0; line < kNetworkLines; ++line) {
         m_lowGains[line].Aim(between(line, setting.decaySeconds));

@@ -24,13 +24,6 @@ struct NetworkSetting {
     float modulationHertz;
 };
 
-// Where a block of at most a tick lies within its tick.
-struct TickSpan {
-    int offset;
-    int frames;
-    int tickFrames;
-};
-
 class CFeedbackNetwork {
 public:
     void Allocate(float largestMetres, float sampleRate) noexcept;

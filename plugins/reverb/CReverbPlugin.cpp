@@ -14,6 +14,7 @@ namespace {
 constexpr std::int32_t kUniqueId = vst2::FourCharacters('Q', 'b', 'R', 'v');
 constexpr float kPercent = 0.01f;
 constexpr float kButterworth = 1.41421356f;  // damping, 1 / Q
+constexpr float kDiffuserRing = 0.4f;        // of the decay time, at most
 constexpr float kMostDiffusion = 0.72f;
 constexpr float kFadeSeconds = 0.08f;
 constexpr float kEarlyGain = 0.7f;
@@ -24,7 +25,7 @@ constexpr std::size_t kEarlyStages = 2;
 
 // Milliseconds of the all-passes of each side.
 constexpr std::array<std::array<float, CDiffuser::kStages>, 2> kDiffusers = {
-    {{3.17f, 5.31f, 8.73f, 13.9f}, {3.53f, 4.87f, 9.41f, 12.7f}}};
+    {{3.17f, 5.31f, 8.73f, 13.9f, 22.7f, 36.1f}, {3.53f, 4.87f, 9.41f, 12.7f, 25.3f, 33.7f}}};
 
 PluginDescription Description() {
     return {"QUIB reverb", kUniqueId, 1000, vst2::kPlugCategEffect, 2, 2, ReverbParameters(), ReverbPrograms()};
@@ -39,7 +40,7 @@ CReverbPlugin::CReverbPlugin() : CEffectBase(Description()) {
 }
 
 void CReverbPlugin::SampleRateChanged() noexcept {
-    constexpr float kLongestEarly = 1.2f / 343.0f * kReverbLargestSize;  // seconds
+    constexpr float kLongestEarly = 1.2f * kReverbLargestSize / kSpeedOfSound;  // seconds
     for (std::size_t side = 0; side < m_channels.size(); ++side) {
         Channel& channel = m_channels[side];
         channel.preDelay.Allocate(static_cast<int>(0.001f * kReverbLongestPreDelayMs * SampleRate()) +
@@ -71,8 +72,13 @@ NetworkSetting CReverbPlugin::Setting() const noexcept {
 // The energy of a decaying sound is that of its first pass over 1 - g^2, g the gain of a pass: taken
 // back here, so that a long decay is as loud as a short one.
 float CReverbPlugin::LateGain() const noexcept {
-    const float passes = Parameters().Real(kReverbSize) / (343.0f * Parameters().Real(kReverbDecay));
-    return kLateGain * Parameters().Real(kReverbLate) * std::sqrt(1.0f - Exp2(-2.0f * 9.9657843f * passes));
+    const float passSeconds = Parameters().Real(kReverbSize) / kSpeedOfSound;
+    const float fall = FallOf60Decibels(passSeconds, Parameters().Real(kReverbDecay), 1.0f);
+    return kLateGain * Parameters().Real(kReverbLate) * std::sqrt(1.0f - fall * fall);
+}
+
+float CReverbPlugin::Diffusion() const noexcept {
+    return kMostDiffusion * kPercent * Parameters().Real(kReverbDiffusion);
 }
 
 // A pre-delay of 0 is one tick: less than 0.4 ms.
@@ -83,7 +89,7 @@ int CReverbPlugin::PreDelayFrames() const noexcept {
 
 std::int32_t CReverbPlugin::TailFrames() const noexcept {
     const float seconds = SetTo(kReverbDecay) * kTailDecibels / 60.0f + 0.001f * SetTo(kReverbPreDelay) +
-                          2.0f * SetTo(kReverbSize) / 343.0f + kFilterMemorySeconds;
+                          2.0f * SetTo(kReverbSize) / kSpeedOfSound + kFilterMemorySeconds;
     return static_cast<std::int32_t>(seconds * SampleRate());
 }
 
@@ -101,7 +107,10 @@ void CReverbPlugin::TickEffect(bool changed) noexcept {
     }
     const float share = m_fade.Running() ? m_fade.ShareAfter(TickFrames()) : 0.0f;
     m_network.Tick(m_room, m_coming, share, Setting(), changed, TickFrames());
-    for (Channel& channel : m_channels) channel.preDelayTap.Aim(PreDelayFrames(), TimeChange::kFade, SampleRate());
+    for (Channel& channel : m_channels) {
+        channel.preDelayTap.Aim(PreDelayFrames(), TimeChange::kFade, SampleRate());
+        channel.diffuser.Aim(Diffusion(), kDiffuserRing * Parameters().Real(kReverbDecay));
+    }
     UpdateControls([](Ramp& ramp, float value) { ramp.Aim(value); });
 }
 
@@ -109,14 +118,16 @@ void CReverbPlugin::SnapEffect() noexcept {
     m_room = m_coming = Room::OfSize(SetTo(kReverbSize), SampleRate());
     m_fade.Stop();
     m_network.Snap(m_room, Setting());
-    for (Channel& channel : m_channels) channel.preDelayTap.Snap(PreDelayFrames());
+    for (Channel& channel : m_channels) {
+        channel.preDelayTap.Snap(PreDelayFrames());
+        channel.diffuser.Snap(Diffusion(), kDiffuserRing * Parameters().Real(kReverbDecay));
+    }
     UpdateControls([](Ramp& ramp, float value) { ramp.Set(value); });
 }
 
 template <typename Move>
 void CReverbPlugin::UpdateControls(Move move) noexcept {
     const CSmoothedParameters& p = Parameters();
-    move(m_diffusion, kMostDiffusion * kPercent * p.Real(kReverbDiffusion));
     move(m_early, kEarlyGain * p.Real(kReverbEarly));
     move(m_late, LateGain());
     m_lowCut = FilterCoefficients::FromFrequency(p.Real(kReverbLowCut), kButterworth, SampleRate());
@@ -157,25 +168,21 @@ void CReverbPlugin::AddEarly(float* left, float* right, const float* shares, int
 }
 
 float CReverbPlugin::RenderWet(StereoInput input, float* left, float* right, int frames) noexcept {
+    const TickSpan span{TickOffset(), frames, TickFrames()};
     float storage[kMaximumTickFrames];
     float* shares = nullptr;
     if (m_fade.Running()) m_fade.Fill(shares = storage, frames);
-    float diffusion[kMaximumTickFrames];
-    m_diffusion.Fill(diffusion, TickOffset(), frames, TickFrames());
-    const std::array<const float*, 2> from = {input.left, input.right};
     float entered[2][kMaximumTickFrames];
+    const std::array<const float*, 2> from = {input.left, input.right};
+    const std::array<float*, 2> to = {left, right};
     for (std::size_t side = 0; side < 2; ++side) {
         Channel& channel = m_channels[side];
-        Enter(channel, from[side], entered[side], frames);
-        channel.diffuser.Process(entered[side], diffusion, frames, 0, kEarlyStages);
+        Enter(channel, from[side], to[side], frames);
+        channel.diffuser.Process(to[side], 0, kEarlyStages, span);
+        std::copy_n(to[side], frames, entered[side]);
+        channel.diffuser.Process(to[side], kEarlyStages, CDiffuser::kStages, span);
     }
-    std::copy_n(entered[0], frames, left);
-    std::copy_n(entered[1], frames, right);
-    for (std::size_t side = 0; side < 2; ++side) {
-        m_channels[side].diffuser.Process(side == 0 ? left : right, diffusion, frames, kEarlyStages,
-                                          CDiffuser::kStages);
-    }
-    m_network.Render(m_room, m_coming, shares, left, right, {TickOffset(), frames, TickFrames()});
+    m_network.Render(m_room, m_coming, shares, left, right, span);
 
     float peak = 0.0f;
     float late[kMaximumTickFrames];

@@ -37,6 +37,7 @@ private:
 
     NetworkSetting Setting() const noexcept;
     float LateGain() const noexcept;
+    float Diffusion() const noexcept;
     int PreDelayFrames() const noexcept;
     template <typename Move>
     void UpdateControls(Move move) noexcept;
@@ -50,7 +51,6 @@ private:
     CCrossFade m_fade;
     FilterCoefficients m_lowCut{};
     FilterCoefficients m_highCut{};
-    Ramp m_diffusion;
     Ramp m_early;
     Ramp m_late;
 };

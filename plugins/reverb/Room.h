@@ -6,10 +6,29 @@
 
 #include <array>
 
+#include "dsp/FastMath.h"
+
 namespace quibplug {
 
 constexpr int kNetworkLines = 16;
-constexpr int kEarlyTaps = 9;  // of each side
+constexpr int kEarlyTaps = 9;            // of each side
+constexpr float kSpeedOfSound = 343.0f;  // metres a second
+
+// Where a block of at most a tick lies within its tick.
+struct TickSpan {
+    int offset;
+    int frames;
+    int tickFrames;
+};
+
+// What is left of a sound after `frames` when it falls by 60 dB in `seconds`.
+inline float FallOf60Decibels(float frames, float seconds, float sampleRate) noexcept {
+    constexpr float kOctaves = 9.9657843f;  // 60 dB
+    return Exp2(-kOctaves * frames / (seconds * sampleRate));
+}
+inline float FallOf60Decibels(int frames, float seconds, float sampleRate) noexcept {
+    return FallOf60Decibels(static_cast<float>(frames), seconds, sampleRate);
+}
 
 // Of the time that sound takes along the room, spread evenly on a logarithmic scale and then
 // shifted a little each, so that no two lines have a simple ratio.
@@ -49,7 +68,6 @@ struct Room {
 
     // `metres` along the room.
     static Room OfSize(float metres, float sampleRate) noexcept {
-        constexpr float kSpeedOfSound = 343.0f;  // metres a second
         const float frames = metres / kSpeedOfSound * sampleRate;
         Room room;
         for (std::size_t i = 0; i < room.lines.size(); ++i) {
