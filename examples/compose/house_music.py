@@ -14,7 +14,7 @@ from house_parts import ANSWER, BAR, HOME, PHRASE, RISE, VERSE
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
 
 BARS = 80
-TRIM = 0.5  # decibels added to every channel, so that the loudest beat stays below the master's clip
+TRIM = 0.7  # decibels added to every channel, so that the loudest beat stays below the master's clip
 SYNTH, DRUMS = "QUIB synth.so", "QUIB drums.so"
 REVERB, DELAY, CHAMBER = 1, 2, 3  # the shared effects
 
@@ -24,7 +24,7 @@ HOUSE_CLASSIC, LATIN_PLAZA = 0, 7
 DRUM_CHAMBER, VOCAL_HALL, DOTTED_EIGHTH = 3, 4, 0
 # Parameters.
 OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, DRIVE, BEND_RANGE = 5, 11, 14, 24, 25, 26, 57
-START_PHASE, VOLUME = 20, 59
+START_PHASE = 20
 SNARE_SEND, CLAP_SEND, KIT_DRIVE, KIT_VOLUME = 1 * 8 + 7, 2 * 8 + 7, 128, 131
 TO_CHAMBER = CHAMBER / 4
 
@@ -54,7 +54,7 @@ def low_cut(hertz, decibels=-18, middle=None, high=None):
 
 
 def volume(decibels):
-    """The volume of a synthesiser or kit, up to +6 dB, as a lane has it."""
+    """The volume of a drum kit, up to +6 dB, as a lane has it."""
     return math.sqrt(10 ** (decibels / 20) / 2)
 
 
@@ -88,8 +88,8 @@ def numbered(*patterns):
 
 # phrase at bar      0  4  8 12  16 20  24 28 32 36  40 44 48  52 56 60 64  68 72 76
 KICK_ROW = "          a  a  a  b | a  c | a  b  a  b | -  -  - | a  b  a  b | a  b  d"
-HATS_ROW = "          -  a  a  h | d  g | d  c  b  c | i  i  g | e  f  e  f | d  h  a"
-PERCUSSION_ROW = "    -  a  b  b | c  d | c  d  c  d | e  e  a | c  d  c  d | b  b  a"
+HATS_ROW = "          -  a  a  h | d  g | d  c  b  c | i  i  g | e  f  e  f | d  h  j"
+PERCUSSION_ROW = "    -  a  b  b | c  d | c  d  c  d | e  e  a | c  d  c  d | b  b  f"
 BASS_ROW = "          -  -  -  f | a  g | a  b  c  d | -  -  - | c  d  c  d | a  b  e"
 STAB_ROW = "          -  -  a  a | c  e | a  b  c  d | a  -  e | a  b  c  d | c  a  f"
 PAD_ROW = "           -  a  a  a | a  e | a  b  a  b | c  d  e | a  b  a  b | a  a  f"
@@ -115,7 +115,7 @@ def hats():
     patterns = numbered(
         parts.hats(11, claps=False, sixteenths=False, opened=False), parts.hats(12), parts.hats(13, fill=True),
         parts.hats(14, crash=True), parts.hats(15, ride=True, crash=True), parts.hats(16, ride=True, fill=True),
-        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19))
+        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19), parts.hats(20, claps=False, sixteenths=False, opened=False, bars=3))
     hold(patterns, {CLAP_SEND: TO_CHAMBER, SNARE_SEND: TO_CHAMBER, KIT_DRIVE: 0.3, KIT_VOLUME: volume(0)})
     return arrange(Instrument(
         "Hats & Claps", DRUMS, HOUSE_CLASSIC, swing=0.12, selected=1,
@@ -131,24 +131,25 @@ def percussion():
         strip=Strip(level=fader(0), pan=0.15, sends={CHAMBER: send_level(-14)}, **low_cut(150)),
         patterns=hold(numbered(parts.percussion(21, congas=False), parts.percussion(22),
                                parts.percussion(23, clave=True), parts.percussion(24, clave=True, fill=True),
-                               parts.percussion(25, congas=False, clave=True, loud=0.75)),
+                               parts.percussion(25, congas=False, clave=True, loud=0.75),
+                               parts.percussion(26, congas=False, bars=3)),
                       {KIT_VOLUME: volume(0)})), PERCUSSION_ROW)
 
 
 def bass():
-    level, depth = fader(0), 22
+    level, depth = fader(-2), 22
     return arrange(Instrument(
         "Bass", SYNTH, DEEP_HOUSE_BASS, swing=0.12,
         strip=Strip(level=level, eq_on=1, eq=(Band(45, -2), Band(250, -2), Band(2500, 2))),
-        patterns=hold(numbered(*(pumped(parts.bass(*score), level, depth) for score in (
+        patterns=numbered(*(pumped(parts.bass(*score), level, depth) for score in (
             (31, VERSE, "steady"), (32, ANSWER, "steady"), (33, VERSE, "lively"), (34, ANSWER, "lively"),
-            (35, HOME, "sparse", 3), (36, VERSE, "sparse"), (37, RISE, "steady", 2)))), {VOLUME: volume(-6)}),
+            (35, HOME, "sparse", 3), (36, VERSE, "sparse"), (37, RISE, "steady", 2)))),
         parameters={CUTOFF: sweep((12, 140), (16, 300), (22, 450), (24, 380), (40, 450), (52, 450), (68, 480),
                                   (76, 180))}), BASS_ROW)
 
 
 def stabs():
-    level, depth = fader(3.5), 18
+    level, depth = fader(2.5), 18
     instrument = Instrument(
         "Stabs", SYNTH, HOUSE_STAB, swing=0.12,
         strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-14), DELAY: send_level(-18)},
@@ -245,13 +246,12 @@ def riser():
     up.plugin = {CUTOFF: [(0, cutoff(250)), (PHRASE - 2, cutoff(9000))], RESONANCE: [(0, 0.3)],
                  NOISE_LEVEL: [(0, 0.2), (PHRASE, 1.0)]}
     down.plugin = {CUTOFF: [(0, cutoff(7000)), (24, cutoff(300))], RESONANCE: [(0, 0.2)], NOISE_LEVEL: [(0, 1.0)]}
-    up.mix = {"Level": [(0, 60), (PHRASE - 4, fader(-8)), (PHRASE - 0.5, fader(-8))]}
-    down.mix = {"Level": [(0, fader(-12)), (30, 50)]}
+    up.mix = {"Level": [(0, 80), (PHRASE - 4, fader(4)), (PHRASE - 0.5, fader(4))]}
+    down.mix = {"Level": [(0, fader(0)), (30, 60)]}
     for pattern in (up, down):
-        pattern.plugin.update({OSC1_LEVEL: [(0, 0.4)], OSC2_LEVEL: [(0, 0.3)], BEND_RANGE: [(0, 0.5)],
-                               VOLUME: [(0, volume(-8))]})
+        pattern.plugin.update({OSC1_LEVEL: [(0, 0.4)], OSC2_LEVEL: [(0, 0.3)], BEND_RANGE: [(0, 0.5)]})
     return arrange(Instrument(
-        "Riser", SYNTH, SWEEP_PAD, strip=Strip(level=fader(-10), sends={REVERB: send_level(-8)},
+        "Riser", SYNTH, SWEEP_PAD, strip=Strip(level=fader(0), sends={REVERB: send_level(-8)},
                                                **low_cut(350)),
         patterns=numbered(up, down)), RISER_ROW)
 

@@ -69,13 +69,13 @@ def kick(bars=4, pickup=False, gap=False, stop=False):
                 continue
             player.play(bar * BAR + 4 * beat, KICK, 1, 116 if beat % 2 == 0 else 103, 3)
     if pickup:
-        player.play(PHRASE - 2, KICK, 1, 84)
+        player.play(PHRASE - 2, KICK, 1, 66)
     return player.pattern
 
 
-def hats(seed, claps=True, sixteenths=True, opened=True, ride=False, crash=False, fill=False):
+def hats(seed, claps=True, sixteenths=True, opened=True, ride=False, crash=False, fill=False, bars=4):
     player = Player(seed)
-    for bar in range(4):
+    for bar in range(bars):
         start = bar * BAR
         rolling = fill and bar == 3
         if claps:
@@ -96,10 +96,10 @@ def hats(seed, claps=True, sixteenths=True, opened=True, ride=False, crash=False
                 player.play(start + step, RIDE, 1, 86 if step % 4 == 2 else 64, 6)
         if rolling:
             for step in range(10, 16):
-                player.play(start + step, SNARE, 0.5, 46 + 8 * (step - 10), 3)
-            player.play(start + 15.5, SNARE, 0.5, 90, 3)
+                player.play(start + step, SNARE, 0.5, 42 + 6 * (step - 10), 3)
+            player.play(start + 15.5, SNARE, 0.5, 84, 3)
     if crash:
-        player.play(0, CRASH, 8, 76)
+        player.play(0, CRASH, 8, 68)
     return player.pattern
 
 
@@ -109,9 +109,9 @@ def snare_roll(seed):
     for step in range(PHRASE - 4):
         period = (4, 4, 2, 1)[step // BAR]
         if step % period == 0:
-            player.play(step, SNARE, 1, 34 + 66 * step / PHRASE, 4)
+            player.play(step, SNARE, 1, 34 + 58 * step / PHRASE, 4)
         if step % 4 == 0:
-            player.play(step, CLAP, 1, 40 + 44 * step / PHRASE, 4)
+            player.play(step, CLAP, 1, 38 + 34 * step / PHRASE, 4)
         if step % 4 == 2:
             player.play(step, OPEN_HAT, 1, 60 + 30 * step / PHRASE)
     return player.pattern
@@ -131,9 +131,9 @@ CONGAS = ((3, HIGH_TOM, 50), (4, HIGH_TOM, 78), (7, MID_TOM, 44), (11, HIGH_TOM,
 CLAVE = ((0, 3, 6, 10, 12), (2, 4, 7, 10, 13), (0, 3, 6, 10, 12), (2, 4, 8, 11, 14))
 
 
-def percussion(seed, congas=True, clave=False, fill=False, loud=1.0):
+def percussion(seed, congas=True, clave=False, fill=False, loud=1.0, bars=4):
     player = Player(seed)
-    for bar in range(4):
+    for bar in range(bars):
         start = bar * BAR
         for step in range(BAR):
             player.play(start + step, SHAKER, 0.5, loud * (58, 34, 76, 44)[step % 4], 8)
@@ -149,7 +149,7 @@ def percussion(seed, congas=True, clave=False, fill=False, loud=1.0):
             player.play(start + 12, TAMBOURINE, 1, loud * 60)
     if fill:
         for index, key in enumerate((HIGH_TOM, HIGH_TOM, MID_TOM, MID_TOM, LOW_TOM, LOW_TOM)):
-            player.play(3 * BAR + 10 + index, key, 1, 70 + 7 * index, 4)
+            player.play(3 * BAR + 10 + index, key, 1, 54 + 5 * index, 4)
     return player.pattern
 
 
@@ -259,7 +259,7 @@ def hook(seed, melody):
     bend, wheel = [], []
     for bar in range(4):
         start = bar * BAR
-        bend += [(start + 3.9, 52), (start + 4.8, 64), (start + 15.9, 64)]
+        bend += [(start + 3.6, 64), (start + 3.9, 52), (start + 4.8, 64), (start + 15.9, 64)]
         wheel += [(start, 10), (start + 7, 0), (start + 9, 70), (start + 11, 0), (start + 15, 60)]
     player.pattern.midi["Pitch Bend"] = bend
     player.pattern.midi["Modulation Wheel"] = wheel
