@@ -43,32 +43,55 @@ public:
     bool Releasing() const noexcept { return m_stage == Stage::kRelease; }
     float Level() const noexcept { return m_level; }
 
-    // One sample further; returns the new level, 0..1.
-    float Next(const EnvelopeShape& shape) noexcept {
-        switch (m_stage) {
-            case Stage::kIdle:
-                return 0.0f;
-            case Stage::kAttack:
-                m_level += (EnvelopeShape::kOvershoot - m_level) * shape.attack;
-                if (m_level >= 1.0f) {
-                    m_level = 1.0f;
-                    m_stage = Stage::kDecay;
-                }
-                return m_level;
-            case Stage::kDecay:
-                m_level += (shape.sustain - m_level) * shape.decay;
-                break;
-            case Stage::kRelease:
-                m_level -= m_level * shape.release;
-                break;
+    // The levels of the next `frames` samples, 0..1.
+    void Fill(const EnvelopeShape& shape, float* levels, int frames) noexcept {
+        for (int i = 0; i < frames;) {
+            switch (m_stage) {
+                case Stage::kIdle:
+                    levels[i++] = 0.0f;
+                    break;
+                case Stage::kAttack:
+                    i = Attack(shape, levels, i, frames);
+                    break;
+                case Stage::kDecay:
+                    i = Fall(shape.sustain, shape.decay, levels, i, frames);
+                    break;
+                case Stage::kRelease:
+                    i = Fall(0.0f, shape.release, levels, i, frames);
+                    break;
+            }
         }
-        if (m_level < kSilence && (m_stage == Stage::kRelease || shape.sustain < kSilence)) Reset();
-        return m_level;
     }
 
 private:
     enum class Stage { kIdle, kAttack, kDecay, kRelease };
     static constexpr float kSilence = 1e-5f;
+
+    // Both write from index `i` on and return the index after their last sample.
+    int Attack(const EnvelopeShape& shape, float* levels, int i, int frames) noexcept {
+        while (i < frames && m_stage == Stage::kAttack) {
+            m_level += (EnvelopeShape::kOvershoot - m_level) * shape.attack;
+            if (m_level >= 1.0f) {
+                m_level = 1.0f;
+                m_stage = Stage::kDecay;
+            }
+            levels[i++] = m_level;
+        }
+        return i;
+    }
+    int Fall(float target, float share, float* levels, int i, int frames) noexcept {
+        const float step = (target - m_level) * share;
+        if (m_level + step == m_level && m_level >= kSilence) {  // as near as it gets
+            while (i < frames) levels[i++] = m_level;
+            return i;
+        }
+        while (i < frames && m_stage != Stage::kIdle) {
+            m_level += (target - m_level) * share;
+            levels[i++] = m_level;
+            if (m_level < kSilence && target < kSilence) Reset();
+        }
+        return i;
+    }
 
     Stage m_stage = Stage::kIdle;
     float m_level = 0.0f;

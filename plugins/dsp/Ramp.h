@@ -16,6 +16,7 @@ struct Ramp {
         end = target;
     }
     void Set(float value) noexcept { start = end = value; }
+    bool Moving() const noexcept { return start != end; }
     bool Zero() const noexcept { return start == 0.0f && end == 0.0f; }
 
     // Values of `frames` frames from frame `offset` of a tick of `tickFrames` on.

@@ -8,6 +8,7 @@ namespace quibplug {
 
 namespace {
 
+constexpr float kVoiceGain = 0.5f;  // headroom for chords at a volume of 0 dB
 constexpr float kFadeSeconds = 0.004f;
 constexpr float kSelectionSeconds = 0.004f;
 constexpr float kLowestOctave = 4.0f;           // 16 Hz
@@ -122,7 +123,7 @@ void CSynthVoice::UpdateTargets(const SynthControls& controls, Move move) noexce
 
     const float velocity = 1.0f - controls.velocityToLevel * (1.0f - m_velocity * m_velocity);
     const float tremolo = 1.0f - controls.lfo2ToLevel * 0.5f * (1.0f - lfo2);
-    const float gain = controls.volume * velocity * tremolo * m_selectionGain;
+    const float gain = kVoiceGain * controls.volume * velocity * tremolo * m_selectionGain;
     const float pan = std::clamp(controls.pan + lfo2 * controls.lfo2ToPan, -1.0f, 1.0f);
     move(m_gainLeft, gain * std::sqrt(1.0f - pan));
     move(m_gainRight, gain * std::sqrt(1.0f + pan));

@@ -56,6 +56,7 @@ private:
         bool operator==(const Selection&) const = default;
     };
     struct Piece;
+    struct FilterRows;
 
     static Selection SelectionOf(const SynthControls& controls) noexcept;
     template <typename Move>
@@ -69,8 +70,10 @@ private:
     void AddSubAndNoise(Piece& piece) noexcept;
     void Saturation(Piece& piece) const noexcept;
     void Filter(Piece& piece) noexcept;
-    template <int type>
-    void FilterChannel(const FilterCoefficients* coefficients, float* samples, int frames, int channel) noexcept;
+    template <int type, bool moving>
+    void FilterChannel(const FilterRows& rows, float* samples, int frames, int channel) noexcept;
+    template <bool moving>
+    void FilterAs(const FilterRows& rows, Piece& piece, int channel) noexcept;
     void Amplify(Piece& piece) noexcept;
 
     bool m_active = false;

@@ -9,14 +9,19 @@ namespace quibplug {
 
 // What one call of Render works on. Channel 1 is used by voices of several copies only.
 struct CSynthVoice::Piece {
+    Piece(const SynthControls& shared, int from, int count, int used, float* outLeft, float* outRight) noexcept
+        : controls(shared), offset(from), frames(count), channels(used), left(outLeft), right(outRight) {
+        for (int channel = 0; channel < channels; ++channel) std::fill_n(mix[channel], frames, 0.0f);
+    }
+
     const SynthControls& controls;
-    const CWaveTables& tables;
+    const CWaveTables& tables = CWaveTables::Shared();
     int offset;
     int frames;
     int channels;
     float* left;
     float* right;
-    float mix[2][kMostFrames];
+    float mix[2][kMostFrames];  // starts as zeros
     float ramps[2][kMostFrames];
 
     void Fill(const Ramp& ramp, float* values) const noexcept {
@@ -25,7 +30,7 @@ struct CSynthVoice::Piece {
 };
 
 void CSynthVoice::Render(float* left, float* right, int offset, int frames, const SynthControls& controls) noexcept {
-    Piece piece{controls, CWaveTables::Shared(), offset, frames, m_copies > 1 ? 2 : 1, left, right, {}, {}};
+    Piece piece(controls, offset, frames, m_copies > 1 ? 2 : 1, left, right);
     AddOscillators(piece);
     AddSubAndNoise(piece);
     Saturation(piece);
@@ -138,19 +143,40 @@ void CSynthVoice::Saturation(Piece& piece) const noexcept {
     }
 }
 
-template <int type>
-void CSynthVoice::FilterChannel(const FilterCoefficients* coefficients, float* samples, int frames,
-                                int channel) noexcept {
-    constexpr float kSecondDamping = 1.6f;
+// Rows of coefficients, one column a frame, computed side by side.
+struct CSynthVoice::FilterRows {
+    static constexpr float kSecondDamping = 1.6f;  // of the stage that makes 12 dB into 24
+
+    float damping[kMostFrames];
+    float stages[2][3][kMostFrames];
+
+    void Compute(const float* tangents, int frames) noexcept {
+        for (int stage = 0; stage < 2; ++stage) {
+            for (int i = 0; i < frames; ++i) {
+                const float g = tangents[i];
+                const FilterCoefficients c =
+                    FilterCoefficients::FromTangent(g, stage == 0 ? damping[i] : kSecondDamping);
+                stages[stage][0][i] = c.a1;
+                stages[stage][1][i] = c.a2;
+                stages[stage][2][i] = c.a3;
+            }
+        }
+    }
+    FilterCoefficients At(int stage, int i) const noexcept {
+        return {damping[i], stages[stage][0][i], stages[stage][1][i], stages[stage][2][i]};
+    }
+};
+
+// `moving` tells whether the coefficients differ from frame to frame.
+template <int type, bool moving>
+void CSynthVoice::FilterChannel(const FilterRows& rows, float* samples, int frames, int channel) noexcept {
     CStateVariableFilter first = m_filters[channel][0];
     CStateVariableFilter second = m_filters[channel][1];
     for (int i = 0; i < frames; ++i) {
-        const FilterCoefficients& c = coefficients[i];
+        const FilterCoefficients c = rows.At(0, moving ? i : 0);
         const FilterOutput output = first.Process(samples[i], c);
         if constexpr (type == kLowPass24) {
-            const float tangent = c.a2 / c.a1;
-            samples[i] =
-                second.Process(output.lowPass, FilterCoefficients::FromTangent(tangent, kSecondDamping)).lowPass;
+            samples[i] = second.Process(output.lowPass, rows.At(1, moving ? i : 0)).lowPass;
         } else if constexpr (type == kLowPass12) {
             samples[i] = output.lowPass;
         } else if constexpr (type == kBandPass12) {
@@ -163,43 +189,44 @@ void CSynthVoice::FilterChannel(const FilterCoefficients* coefficients, float* s
     m_filters[channel][1] = second;
 }
 
+template <bool moving>
+void CSynthVoice::FilterAs(const FilterRows& rows, Piece& piece, int channel) noexcept {
+    float* samples = piece.mix[channel];
+    switch (m_selection.filterType) {
+        case kLowPass12:
+            return FilterChannel<kLowPass12, moving>(rows, samples, piece.frames, channel);
+        case kBandPass12:
+            return FilterChannel<kBandPass12, moving>(rows, samples, piece.frames, channel);
+        case kHighPass12:
+            return FilterChannel<kHighPass12, moving>(rows, samples, piece.frames, channel);
+        default:
+            return FilterChannel<kLowPass24, moving>(rows, samples, piece.frames, channel);
+    }
+}
+
 void CSynthVoice::Filter(Piece& piece) noexcept {
     float tangents[kMostFrames];
-    float dampings[kMostFrames];
-    FilterCoefficients coefficients[kMostFrames];
+    FilterRows rows;
+    const bool moving = m_tangent.Moving() || m_damping.Moving();
     piece.Fill(m_tangent, tangents);
-    piece.Fill(m_damping, dampings);
-    for (int i = 0; i < piece.frames; ++i) {
-        coefficients[i] = FilterCoefficients::FromTangent(tangents[i], dampings[i]);
-        // Half of a resonance's gain is taken back before it, so that sweeps stay within bounds.
-        const float share = std::sqrt(dampings[i] * 0.70710678f);
-        for (int channel = 0; channel < piece.channels; ++channel) piece.mix[channel][i] *= share;
-    }
+    piece.Fill(m_damping, rows.damping);
+    rows.Compute(tangents, moving ? piece.frames : 1);
     for (int channel = 0; channel < piece.channels; ++channel) {
+        // Half of a resonance's gain is taken back before it, so that sweeps stay within bounds.
         float* samples = piece.mix[channel];
-        switch (m_selection.filterType) {
-            case kLowPass12:
-                FilterChannel<kLowPass12>(coefficients, samples, piece.frames, channel);
-                break;
-            case kBandPass12:
-                FilterChannel<kBandPass12>(coefficients, samples, piece.frames, channel);
-                break;
-            case kHighPass12:
-                FilterChannel<kHighPass12>(coefficients, samples, piece.frames, channel);
-                break;
-            default:
-                FilterChannel<kLowPass24>(coefficients, samples, piece.frames, channel);
-                break;
+        for (int i = 0; i < piece.frames; ++i) samples[i] *= std::sqrt(rows.damping[i] * 0.70710678f);
+        if (moving) {
+            FilterAs<true>(rows, piece, channel);
+        } else {
+            FilterAs<false>(rows, piece, channel);
         }
     }
 }
 
 void CSynthVoice::Amplify(Piece& piece) noexcept {
     float envelope[kMostFrames];
-    for (int i = 0; i < piece.frames; ++i) {
-        envelope[i] = m_ampEnvelope.Next(piece.controls.ampShape);
-        m_modEnvelope.Next(piece.controls.modShape);
-    }
+    m_modEnvelope.Fill(piece.controls.modShape, envelope, piece.frames);  // for its level at the next tick
+    m_ampEnvelope.Fill(piece.controls.ampShape, envelope, piece.frames);
     if (m_fadeFrames > 0) {
         const float step = 1.0f / static_cast<float>(m_fadeLength);
         for (int i = 0; i < piece.frames; ++i) envelope[i] *= step * static_cast<float>(std::max(0, m_fadeFrames - i));

@@ -38,6 +38,7 @@ int DrawVelocity(float randomness, CRandom& random) noexcept {
     const auto less = [&] {
         return TruncateWithin(static_cast<float>(random.Draw()) * kVelocityOfDraw * randomness, 0, 1 << 20);
     };
+    // NOLINTNEXTLINE(misc-redundant-expression): two draws
     if (127 - less() > 0 && 127 - less() >= 127) return 127;
     if (127 - less() <= 0) return 0;
     return std::max(0, 127 - less());

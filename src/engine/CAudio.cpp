@@ -37,15 +37,23 @@ private:
 CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), random(seed) {
     jobs.reserve(kMaximumInstruments);
     jobOfInstrument.reserve(kMaximumInstruments);
+    // Tables that allocate when they are first used.
+    MixParameters();
+    MidiLanes();
+    MasterLanes();
     Prepare(format);
     busy.store(0);
 }
 
 CAudio::~CAudio() = default;
 
+bool CAudio::IsUsable(double sampleRate, int blockSize) noexcept {
+    return blockSize >= 1 && blockSize <= RenderFormat::kMaximumBlockSize && sampleRate >= 8000.0 &&
+           sampleRate <= 768000.0;
+}
+
 void CAudio::Prepare(const RenderFormat& wanted) {
-    if (wanted.blockSize < 1 || wanted.blockSize > RenderFormat::kMaximumBlockSize || !(wanted.sampleRate >= 8000.0) ||
-        wanted.sampleRate > 768000.0 || wanted.threads < 1) {
+    if (!IsUsable(wanted.sampleRate, wanted.blockSize) || wanted.threads < 1) {
         throw std::invalid_argument("unusable render format");
     }
     const CBusyScope rebuild(busy, rendering);

@@ -73,6 +73,12 @@ public:
     CPublished<CEventLanes> masterLanes;
     CPublished<Audition> audition;
 
+    // Whether the engine can render for a device of this rate (Hz) and block size (frames).
+    static bool IsUsable(double sampleRate, int blockSize) noexcept;
+    // Refuses blocks, and keeps the transport still, until Release was called as often: while a device is
+    // being opened, and when none could be.
+    void Hold() noexcept { busy.fetch_add(1, std::memory_order_seq_cst); }
+    void Release() noexcept { busy.fetch_sub(1, std::memory_order_seq_cst); }
     // Makes the engine and all its plug-ins ready for a device, and the master buffers silent. A device
     // that still calls is told to play silence. Throws std::invalid_argument for a format out of range.
     void Prepare(const RenderFormat& wanted);
@@ -110,7 +116,8 @@ public:
     // thread renders: the buffers are then not the caller's, who plays silence.
     bool RenderBlock() noexcept;
     const float* Master(int channel) const noexcept { return master.Plane(channel); }
-    // Output of an instrument's strip in the last block, by its place among those that sound.
+    // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
+    // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return jobs; }
 
 private:

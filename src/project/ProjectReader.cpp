@@ -109,7 +109,7 @@ bool CProjectReader::ReadSlotRecord(const SlotKeys& keys, CSlotReader& slot) {
     } else if (key == keys.preset) {
         if (OpensBracket(reader)) slot.ReadState(reader, context);
     } else if (key == keys.events) {
-        if (OpensBracket(reader)) slot.ReadEvents(reader);
+        if (OpensBracket(reader)) slot.ReadEvents(reader, context);
     } else {
         return false;
     }

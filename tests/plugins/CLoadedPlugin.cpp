@@ -49,7 +49,7 @@ CLoadedPlugin::CLoadedPlugin(const std::string& name, float sampleRate, const st
     const std::string file = std::string(QUIB_BIN_DIR) + "/" + folder + "/" + name + ".so";
     // Never unloaded: the sanitizers name the code of a report by it.
     void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) throw std::runtime_error(dlerror());
+    if (library == nullptr) throw std::runtime_error("cannot load " + file);
     const auto entry = reinterpret_cast<vst2::EntryProc>(dlsym(library, "VSTPluginMain"));
     m_effect = entry(Host);
     Call(vst2::effOpen);

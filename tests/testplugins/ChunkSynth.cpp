@@ -17,7 +17,7 @@ public:
         effect.uniqueId = vst2::FourCharacters('t', 's', 'C', 'h');
         name = "Chunk synth";
         for (int index = 0; index < kPrograms; ++index) bank.programs[static_cast<std::size_t>(index)][0] = 0.01F;
-        parameters.assign(bank.programs[0].begin(), bank.programs[0].end());
+        TakeParameters(bank.programs[0]);
     }
 
 private:
@@ -30,7 +30,7 @@ private:
     };
 
     void Store() { std::copy(parameters.begin(), parameters.end(), Current().begin()); }
-    void Recall() { parameters.assign(Current().begin(), Current().end()); }
+    void Recall() { TakeParameters(Current()); }
     Program& Current() { return bank.programs[static_cast<std::size_t>(program)]; }
 
     std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,

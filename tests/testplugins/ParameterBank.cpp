@@ -42,7 +42,7 @@ private:
             case vst2::effSetProgram:
                 Current().named = false;
                 program = value;
-                parameters.assign(Current().values.begin(), Current().values.end());
+                TakeParameters(Current().values);
                 return 0;
             case vst2::effSetProgramName:
                 Current().name = static_cast<const char*>(pointer);

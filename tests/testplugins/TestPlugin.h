@@ -85,6 +85,10 @@ protected:
                 return program;
             case vst2::effSetProgram:
                 program = value;
+                events.clear();
+                return 0;
+            case vst2::effMainsChanged:
+                events.clear();
                 return 0;
             case vst2::effCanDo:
                 return std::strcmp(static_cast<const char*>(pointer), "receiveVstMidiEvent") == 0;
@@ -93,6 +97,13 @@ protected:
             default:
                 return 0;
         }
+    }
+
+    // Gives the first parameters these values; the count stays.
+    template <class Range>
+    void TakeParameters(const Range& values) {
+        std::size_t index = 0;
+        for (const float value : values) parameters[index++] = value;
     }
 
     static std::intptr_t Copy(const std::string& text, void* pointer) {

@@ -22,12 +22,21 @@ inline bool GainsMove(const StripJob& job) noexcept {
 
 inline void FillLine(float* plane, float value) noexcept { Store(plane, Spread(value)); }
 
+// The four switches at once: they are off for nearly every strip.
+inline bool HoldsAny(const StripTargets& targets) noexcept {
+    unsigned switches;
+    static_assert(sizeof switches == sizeof targets.holdSend);
+    __builtin_memcpy(&switches, targets.holdSend, sizeof switches);
+    return switches != 0;
+}
+
 // Decides which sends of a strip still move, and leaves the settled ones for MixStrips.
 inline bool PrepareSends(StripJob& job) noexcept {
     Quad gain, target, floor = {};
     __builtin_memcpy(&gain, job.state->sendGain, sizeof gain);
     __builtin_memcpy(&target, job.targets.send, sizeof target);
-    for (int k = 0; k < kSendCount; ++k) floor[k] = job.targets.holdSend[k] ? kHeldSendGain : 0;
+    for (int k = 0; HoldsAny(job.targets) && k < kSendCount; ++k)
+        floor[k] = job.targets.holdSend[k] ? kHeldSendGain : 0;
     const Quad next = gain + kSendRate * (target - gain);
     const QuadBits moves = (next > floor ? next : floor) != gain;
     for (int k = 0; k < kSendCount; ++k) {
@@ -40,6 +49,7 @@ inline bool PrepareSends(StripJob& job) noexcept {
 // Extra pairs need the course of the strip's gains; few strips have any.
 inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
     job.addsAnyExtra = false;
+    if (!HoldsAny(job.targets)) return;
     for (int k = 0; k < kSendCount; ++k) {
         job.addsExtra[k] = job.targets.holdSend[k] && job.extraLeft[k] && job.extraRight[k];
         job.addsAnyExtra |= job.addsExtra[k];
@@ -66,7 +76,7 @@ inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peak
     const float gainLeft = job.state->gainLeft;
     const float gainRight = job.state->gainRight;
     const float* weight = kMeterWeights.power + (kMeterFrames - frames);
-    Lanes largest = peaks * weight[0];
+    Lanes largest = {};
     int i = 0;
     for (; i + kLanes <= frames; i += kLanes) {
         const Lanes left = Load(inLeft + i) * gainLeft;
@@ -82,7 +92,7 @@ inline void ScaleStretch(const StripJob& job, int first, int frames, Lanes& peak
         if (copies) outRight[i] = right;
         largest = Larger(Larger(Absolute(Spread(left)), Absolute(Spread(right))) * weight[i], largest);
     }
-    peaks = largest;
+    peaks = Larger(largest, peaks * weight[0]);
 }
 
 template <bool copies>

@@ -25,6 +25,9 @@ inline Lanes Filter(BandLanes& b, Lanes sample, Lanes amount, Lanes dry, Lanes i
     return x * dry + y * amount;
 }
 
+// In a loop, keeps the compiler from giving each recursion a loop of its own, where it waits for itself.
+inline void KeepLoopWhole() noexcept { __asm__ volatile(""); }
+
 // The amount and bands 0 and 1, band 1 a frame behind band 0. Each turn of this loop and of the next has
 // several recursions that do not wait for each other, and about as many values as there are registers.
 inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcept {
@@ -40,6 +43,7 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
     };
     Lanes between = runLow(0);
     for (int f = 1; f < frames; ++f) {
+        KeepLoopWhole();
         tile.signal[f - 1] = Filter(middle, between, tile.amount[f - 1], tile.dry[f - 1], insteadOfZero);
         between = runLow(f);
     }
@@ -58,6 +62,7 @@ inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
     Lanes peak = group.peak * weight[0];
     Lanes send[2] = {group.send[0], group.send[1]};
     for (int f = 0; f < frames; ++f) {
+        KeepLoopWhole();
         Lanes x = tile.signal[f];
         if constexpr (filters) x = Filter(high, x, tile.amount[f], tile.dry[f], group.equalizer.insteadOfZero);
         gain += kGainRate * (group.gainTarget - gain);

@@ -53,17 +53,17 @@ private:
     void ReadPlaylist();
     void ReadMixEvents() { ReadSongPoints(reader, kMixLaneCount, mixLanes); }
     void ReadPatterns();
-    void ReadPluginEvents() { ReadBracket(&CSlotReader::ReadEvents, plugin); }
+    void ReadPluginEvents() { ReadEventsOf(plugin); }
     void ReadPluginState() { ReadStateOf(plugin); }
-    void ReadInsertEvents() { ReadBracket(&CSlotReader::ReadEvents, InsertOfLastDigit()); }
+    void ReadInsertEvents() { ReadEventsOf(InsertOfLastDigit()); }
     void ReadInsertState() { ReadStateOf(InsertOfLastDigit()); }
     void ReadInsertPlugin() {
         inserts[reader.Key() == "INSERT2_PLUGIN" ? 1 : 0].Load(reader.Text(1), SlotKind::Effect, context);
     }
 
     CSlotReader& InsertOfLastDigit() { return inserts[reader.Key().back() == '2' ? 1 : 0]; }
-    void ReadBracket(void (CSlotReader::*read)(CRecordReader&), CSlotReader& slot) {
-        if (OpensBracket(reader)) (slot.*read)(reader);
+    void ReadEventsOf(CSlotReader& slot) {
+        if (OpensBracket(reader)) slot.ReadEvents(reader, context);
     }
     void ReadStateOf(CSlotReader& slot) {
         if (OpensBracket(reader)) slot.ReadState(reader, context);

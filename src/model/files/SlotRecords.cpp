@@ -48,25 +48,26 @@ int CSlotReader::LaneCount() const noexcept {
 
 void CSlotReader::ReadState(CRecordReader& reader, LoadContext& context) {
     std::optional<int> program;
-    while (reader.NextLine()) {
+    std::optional<std::string_view> image;
+    bool ended = false;
+    while (!ended && reader.NextLine()) {
         const std::string_view key = reader.Key();
-        if (key == "PRESET") break;
+        ended = key == "PRESET";
         if (BelongsOutside(reader)) {
             reader.RepeatLine();
             break;
         }
         if (key == "PRESET_SIZE" && reader.HasFields(2)) {
-            const auto image = reader.TakeBytes(reader.Integer(1));
-            if (image) {
-                ApplyState(*image, context);
-            } else {
-                context.Warn(fileName, "the stored state is damaged");
-            }
+            image = reader.TakeBytes(reader.Integer(1));
+            if (!image) context.Warn(fileName, "the stored state is damaged");
         } else if (key == "PRESET_INDEX" && reader.HasFields(2)) {
             program = reader.Integer(1);
         }
     }
+    if (!ended) context.Warn(fileName, "the end of its state is missing");
+    // The program first: selecting one afterwards would make some plug-ins forget the edits in the image.
     if (program) ApplyProgram(*program, context);
+    if (image) ApplyState(*image, context);
 }
 
 void CSlotReader::ApplyState(std::string_view image, LoadContext& context) {
@@ -85,13 +86,17 @@ void CSlotReader::ApplyProgram(int program, LoadContext& context) {
     }
 }
 
-void CSlotReader::ReadEvents(CRecordReader& reader) {
+void CSlotReader::ReadEvents(CRecordReader& reader, LoadContext& context) {
     while (reader.NextLine()) {
-        if (BelongsOutside(reader)) return reader.RepeatLine();
+        if (BelongsOutside(reader)) {
+            reader.RepeatLine();
+            break;
+        }
         if (reader.Key() != "PARAM_EVENTS") continue;
         if (ClosesBracket(reader)) return;
         ReadSongPoints(reader, LaneCount(), lanes);
     }
+    context.Warn(fileName, "the end of its automation is missing");
 }
 
 std::shared_ptr<const PluginSlot> CSlotReader::Finish() {

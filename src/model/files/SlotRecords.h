@@ -31,7 +31,7 @@ public:
     // The lines of a state block up to its end; the state goes to the plug-in or is kept.
     void ReadState(CRecordReader& reader, LoadContext& context);
     // The lines of an automation block up to its end.
-    void ReadEvents(CRecordReader& reader);
+    void ReadEvents(CRecordReader& reader, LoadContext& context);
 
     // Automation gathered so far, and how many lanes there may be.
     CEventLanesBuilder& Lanes() noexcept { return lanes; }

@@ -8,7 +8,7 @@
 namespace quib {
 
 std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
-    CLI::App app{"Renders a project to a Wave or MP3 file", "quib-render"};
+    CLI::App app{"Renders a project to a Wave or MP3 file, or plays it on a sound device", "quib-render"};
     options.format.threads = AvailableProcessors();
     std::string mode;
     std::string project;
@@ -16,7 +16,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     std::string resave;
     std::vector<std::string> folders;
     app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
-    app.add_option("PROJECT", project, "Project file (.prg)")->required();
+    auto* const in = app.add_option("PROJECT", project, "Project file (.prg)");
     auto* const out = app.add_option("OUT", output, "Sound file to write (.wav or .mp3)");
     app.add_option("--resave", resave, "Load the project and save it to this file, without rendering")->excludes(out);
     auto* const steps =
@@ -37,9 +37,15 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
         ->check(CLI::IsMember({"pattern", "song"}));
     app.add_option("--seed", options.seed, "Seed of random playback")->capture_default_str();
     app.add_flag("--json", options.json, "Print one JSON object about the render");
+    auto* const play = app.add_flag("--play", options.play, "Play in real time until Ctrl+C; OUT records it");
+    app.add_option("--device", options.outputDevice, "Sound device to play on: JACK, Silent or a name of ALSA")
+        ->needs(play);
+    app.add_flag("--list", options.list, "Print the names of the sound devices");
     try {
         app.parse(argc, argv);
-        if (output.empty() && resave.empty()) throw CLI::RequiredError("OUT");
+        if (options.list) return std::nullopt;
+        if (in->count() == 0) throw CLI::RequiredError("PROJECT");
+        if (output.empty() && resave.empty() && !options.play) throw CLI::RequiredError("OUT");
     } catch (const CLI::ParseError& stop) {
         return app.exit(stop) == 0 ? kDone : kWrongUsage;
     }

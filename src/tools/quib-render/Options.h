@@ -24,6 +24,9 @@ struct RenderOptions {
     std::optional<bool> songMode;
     std::uint32_t seed = 1;
     bool json = false;
+    bool play = false;  // in real time; `output` records it unless empty
+    std::string outputDevice;
+    bool list = false;  // only the names of the devices
 };
 
 // Exit codes.

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <csignal>
 
+#include "engine/devices/OutputDeviceList.h"
 #include "model/plugin/CPluginFinder.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
@@ -12,6 +13,7 @@
 #include "project/ProjectEngine.h"
 #include "project/ProjectFile.h"
 #include "tools/common/CJsonObject.h"
+#include "tools/quib-render/CLivePlay.h"
 #include "tools/quib-render/COfflineRender.h"
 #include "tools/quib-render/Options.h"
 
@@ -116,7 +118,7 @@ bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
 // Makes the engine ready to play the project from its start to its end.
 void Publish(ProjectState& state, const RenderOptions& options, CAudio& audio) {
     if (options.songMode) state.master.songMode = *options.songMode ? 1.0F : 0.0F;
-    state.master.loopOn = 0.0F;  // a render that loops would never end
+    if (!options.play) state.master.loopOn = 0.0F;  // a render that loops would never end
     PublishProject(state, audio);
 }
 
@@ -152,8 +154,29 @@ bool Resave(const RenderOptions& options, const ProjectState& state) {
     return false;
 }
 
+// Plays the loaded project until it ends or the user ends it. False when no device could be opened.
+bool PlayLive(const RenderOptions& options, CAudio& audio) {
+    CLivePlay::Options live;
+    live.audio.outputDevice = options.outputDevice;
+    live.audio.sampleRate = static_cast<int>(options.format.sampleRate);
+    live.audio.bufferSize = options.format.blockSize;
+    live.audio.threads = options.format.threads;
+    live.record = options.output;
+    live.seconds = options.seconds.value_or(0.0);
+    live.steps = options.steps.value_or(0);
+    return CLivePlay(audio, Say).Run(live, [] { return interrupted.load(); });
+}
+
+int ListDevices(const CStandardOutput& output) {
+    for (const std::string& name : ListOutputDevices()) {
+        if (!output.WriteLine(name)) return kCouldNot;
+    }
+    return kDone;
+}
+
 int Run(const RenderOptions& options) {
     const CStandardOutput output;
+    if (options.list) return ListDevices(output);
     CAudio audio(options.seed);
     audio.Prepare(options.format);
     ProjectState state;
@@ -161,6 +184,11 @@ int Run(const RenderOptions& options) {
     const std::vector<std::string> missing = MissingPlugins(state);
     if (options.resave) {
         if (!Resave(options, state)) return kCouldNot;
+    } else if (options.play) {
+        Publish(state, options, audio);
+        const bool played = PlayLive(options, audio);
+        ReportFaults(state);
+        if (!played) return kCouldNot;
     } else {
         Publish(state, options, audio);
         RenderResult result;
@@ -176,7 +204,7 @@ int Run(const RenderOptions& options) {
 }  // namespace quib
 
 int main(int argc, char** argv) {
-    std::signal(SIGINT, [](int) { quib::interrupted.store(true); });
+    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, [](int) { quib::interrupted.store(true); });
     quib::RenderOptions options;
     if (const auto exitCode = quib::ParseOptions(argc, argv, options)) return *exitCode;
     try {

@@ -26,8 +26,9 @@ TEST(CLevelTables, spanTheirRangesAndMeetInAFlatPair) {
         EXPECT_NEAR(tables.ChannelGain(c.control), c.channel, c.channel * 1e-4f) << c.control;
         EXPECT_NEAR(tables.CrossfadeGainB(c.control), c.crossfade, c.crossfade * 2e-3f) << c.control;
     }
-    for (float control = 1; control < 128; ++control) {
-        const float ratio = tables.ChannelGain(control) / tables.ChannelGain(control - 1);
+    for (int control = 1; control < 128; ++control) {
+        const float ratio =
+            tables.ChannelGain(static_cast<float>(control)) / tables.ChannelGain(static_cast<float>(control - 1));
         EXPECT_NEAR(ratio, control < 64 ? 1.092f : control == 64 ? 1.0f : 1.0336f, 1e-4f) << control;
     }
     EXPECT_EQ(MakeMasterTargets(127, 0, tables).crossfadeA, 1);

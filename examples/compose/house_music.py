@@ -1,0 +1,255 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""House Music: a deep house track in C minor, 80 bars at 124 beats per minute.
+
+    python3 examples/compose/house_music.py > examples/HouseMusic.prg
+
+Bars 0 intro, 16 build, 24 drop, 40 break, 52 drop, 68 outro. It gives the same bytes every time.
+"""
+import math
+import sys
+
+import house_parts as parts
+from house_parts import ANSWER, BAR, HOME, PHRASE, RISE, VERSE
+from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
+
+BARS = 80
+SYNTH, DRUMS = "QUIB synth.so", "QUIB drums.so"
+REVERB, DELAY = 1, 2
+
+# Programs.
+DEEP_HOUSE_BASS, SINE_LEAD, WARM_PAD, SWEEP_PAD, ELECTRIC_PIANO, HOUSE_STAB, GARDEN_PLUCK = 0, 8, 10, 13, 15, 18, 19
+HOUSE_CLASSIC, LATIN_PLAZA = 0, 7
+# Parameters.
+OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, BEND_RANGE = 5, 11, 14, 24, 25, 57
+START_PHASE, VOLUME = 20, 59
+SNARE_SEND, CLAP_SEND, KIT_VOLUME = 1 * 8 + 7, 2 * 8 + 7, 131
+FIRST_SEND = 0.25  # of none and four
+
+
+def cutoff(hertz):
+    """The synthesiser's cutoff, 20 Hz to 20 kHz, as a lane has it."""
+    return math.log(hertz / 20) / math.log(1000)
+
+
+def bars(*points):
+    """Song points told in bars."""
+    return [(bar * BAR, value) for bar, value in points]
+
+
+def sweep(*points):
+    """A cutoff lane of the song: (bar, hertz)."""
+    return bars(*((bar, cutoff(hertz)) for bar, hertz in points))
+
+
+def low_cut(hertz, decibels=-18, middle=None, high=None):
+    """An equaliser that leaves the bottom to kick and bass."""
+    return {"eq_on": 1, "eq": (Band(hertz, decibels), middle or Band(500), high or Band(2000))}
+
+
+def volume(decibels):
+    """The volume of a synthesiser or kit, up to +6 dB, as a lane has it."""
+    return math.sqrt(10 ** (decibels / 20) / 2)
+
+
+def hold(patterns, settings):
+    """Settings of the plug-in that differ from the program, at the start of every pattern."""
+    for pattern in patterns.values():
+        for parameter, value in settings.items():
+            pattern.plugin.setdefault(parameter, [(0, value)])
+    return patterns
+
+
+def arrange(instrument, row):
+    """One letter a phrase: a is pattern 0, a dash is silence."""
+    phrases = [letter for letter in row if letter not in " |"]
+    if len(phrases) * 4 != BARS:
+        raise ValueError(f"{instrument.title}: {len(phrases)} phrases")
+    instrument.playlist = [(ord(letter) - ord("a"), PHRASE * index, 0)
+                           for index, letter in enumerate(phrases) if letter != "-"]
+    return instrument
+
+
+def pumped(pattern, level, depth=0):
+    """The pattern with its level ducking under the kick, or at rest."""
+    pattern.mix["Level"] = parts.pump(level, depth) if depth else [(0, level)]
+    return pattern
+
+
+def numbered(*patterns):
+    return dict(enumerate(patterns))
+
+
+# phrase at bar      0  4  8 12  16 20  24 28 32 36  40 44 48  52 56 60 64  68 72 76
+KICK_ROW = "          a  a  a  b | a  c | a  b  a  b | -  -  - | a  b  a  b | a  b  d"
+HATS_ROW = "          -  a  a  h | d  g | d  c  b  c | i  i  g | e  f  e  f | d  h  a"
+PERCUSSION_ROW = "    -  a  b  b | c  d | c  d  c  d | e  e  a | c  d  c  d | b  b  a"
+BASS_ROW = "          -  -  -  f | a  g | a  b  c  d | -  -  - | c  d  c  d | a  b  e"
+STAB_ROW = "          -  -  a  a | c  e | a  b  c  d | a  -  e | a  b  c  d | c  a  f"
+PAD_ROW = "           -  c  c  c | a  e | a  b  a  b | c  d  e | a  b  a  b | a  c  f"
+KEYS_ROW = "          -  -  -  - | -  - | -  -  -  - | a  b  c | a  b  a  b | a  -  -"
+ARP_ROW = "           a  a  a  a | a  a | a  a  a  a | a  a  a | a  a  a  a | a  a  a"
+HOOK_ROW = "          -  -  -  - | -  - | -  -  a  b | -  c  - | a  b  a  b | -  -  -"
+RISER_ROW = "         -  -  -  - | -  a | b  -  -  - | b  -  a | b  -  -  - | b  -  -"
+
+
+def kick():
+    return arrange(Instrument(
+        "Kick", DRUMS, HOUSE_CLASSIC,
+        strip=Strip(level=channel_level(-3.7), eq_on=1, eq=(Band(60, 1.5), Band(300, -3), Band(4000, 1))),
+        patterns=hold(numbered(parts.kick(), parts.kick(pickup=True), parts.kick(gap=True), parts.kick(stop=True)),
+                      {KIT_VOLUME: volume(0)})), KICK_ROW)
+
+
+def hats():
+    patterns = numbered(
+        parts.hats(11, claps=False, sixteenths=False, opened=False), parts.hats(12), parts.hats(13, fill=True),
+        parts.hats(14, crash=True), parts.hats(15, ride=True, crash=True), parts.hats(16, ride=True, fill=True),
+        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19))
+    hold(patterns, {CLAP_SEND: FIRST_SEND, SNARE_SEND: FIRST_SEND, KIT_VOLUME: volume(0)})
+    return arrange(Instrument(
+        "Hats & Claps", DRUMS, HOUSE_CLASSIC, swing=0.12, selected=1,
+        # The plug-in's own send carries claps and snares alone, the strip's hardly adds the hats.
+        strip=Strip(level=channel_level(0), sends={REVERB: send_level(-30)},
+                    **low_cut(180, high=Band(7000, 1.5))),
+        patterns=patterns, mix={"Level": bars((0, channel_level(-9)), (8, channel_level(-2)), (24, channel_level(0)))}), HATS_ROW)
+
+
+def percussion():
+    return arrange(Instrument(
+        "Percussion", DRUMS, LATIN_PLAZA, swing=0.16, step_mode=2, selected=1,
+        strip=Strip(level=channel_level(0), pan=0.15, sends={REVERB: send_level(-16)}, **low_cut(150)),
+        patterns=hold(numbered(parts.percussion(21, congas=False), parts.percussion(22),
+                               parts.percussion(23, clave=True), parts.percussion(24, clave=True, fill=True),
+                               parts.percussion(25, congas=False, clave=True, loud=0.75)),
+                      {KIT_VOLUME: volume(0)})), PERCUSSION_ROW)
+
+
+def bass():
+    level, depth = channel_level(0), 14
+    return arrange(Instrument(
+        "Bass", SYNTH, DEEP_HOUSE_BASS, swing=0.12,
+        strip=Strip(level=level, eq_on=1, eq=(Band(45, -2), Band(250, -2), Band(2500, 2))),
+        patterns=hold(numbered(*(pumped(parts.bass(*score), level, depth) for score in (
+            (31, VERSE, "steady"), (32, ANSWER, "steady"), (33, VERSE, "lively"), (34, ANSWER, "lively"),
+            (35, HOME, "sparse", 3), (36, VERSE, "sparse"), (37, RISE, "steady", 2)))), {VOLUME: volume(-6)}),
+        parameters={CUTOFF: sweep((12, 140), (16, 300), (22, 420), (24, 320), (40, 360), (52, 380), (68, 420),
+                                  (76, 180))}), BASS_ROW)
+
+
+def stabs():
+    level, depth = channel_level(2), 12
+    instrument = Instrument(
+        "Stabs", SYNTH, HOUSE_STAB, swing=0.12,
+        strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-14), DELAY: send_level(-18)},
+                    **low_cut(220, middle=Band(900, 1.5))),
+        patterns=hold(numbered(*(pumped(parts.chords(*score), level, depth) for score in (
+            (41, VERSE, "classic"), (42, ANSWER, "classic"), (43, VERSE, "push"), (44, ANSWER, "push"),
+            (45, RISE, "eighths"), (46, HOME, "classic", 3)))), {START_PHASE: 1}),
+        mix={"Send2 Level": throws(send_level(-18), send_level(-5), (31, 39, 59, 67))},
+        parameters={CUTOFF: sweep((8, 180), (16, 500), (20, 600), (23.5, 2400), (24, 620), (32, 760), (40, 900),
+                                  (43, 300), (48, 300), (51.5, 3000), (52, 800), (60, 900), (68, 1000), (79, 160))})
+    # The second preset washes the chords out for a break.
+    instrument.presets = [
+        instrument.snapshot(),
+        instrument.snapshot(selected=2, level=channel_level(-2), sends={REVERB: send_level(-4), DELAY: send_level(-6)},
+                            eq=(Band(400, -18), Band(900, 1.5), Band(4000, -6)))]
+    return arrange(instrument, STAB_ROW)
+
+
+def throws(quiet, loud, at):
+    """A send that opens for the second half of the given bars."""
+    points = [(0, quiet)]
+    for bar in at:
+        start = bar * BAR + 8
+        points += [(start - 0.5, quiet), (start, loud), (start + 7, loud), (start + 8, quiet)]
+    return points
+
+
+def pad():
+    level, depth, alone = channel_level(0), 26, channel_level(3)
+    return arrange(Instrument(
+        "Pad", SYNTH, WARM_PAD,
+        strip=Strip(level=level, sends={REVERB: send_level(-12)},
+                    **low_cut(200, -14, middle=Band(350, -3), high=Band(5000, 2))),
+        patterns=numbered(pumped(parts.pad(VERSE), level, depth), pumped(parts.pad(ANSWER), level, depth),
+                          pumped(parts.pad(VERSE), alone), pumped(parts.pad(ANSWER), alone),
+                          pumped(parts.pad(RISE), alone), pumped(parts.pad(HOME), level)),
+        mix={"Send1 Level": bars((0, send_level(-12)), (38, send_level(-12)), (44, send_level(-6)),
+                                 (51, send_level(-6)), (52, send_level(-14)), (76, send_level(-8)))},
+        parameters={CUTOFF: sweep((4, 350), (16, 900), (24, 700), (40, 800), (51.5, 3600), (52, 900), (68, 1000),
+                                  (80, 300))}), PAD_ROW)
+
+
+def keys():
+    return arrange(Instrument(
+        "Keys", SYNTH, ELECTRIC_PIANO, swing=0.12,
+        strip=Strip(level=channel_level(4), pan=-0.12, crossfade_b=1,
+                    sends={REVERB: send_level(-12), DELAY: send_level(-20)}, **low_cut(180, -14)),
+        patterns=numbered(parts.chords(61, VERSE, "ballad", doubled=True), parts.chords(62, ANSWER, "ballad", doubled=True),
+                          parts.chords(63, RISE, "ballad", doubled=True))), KEYS_ROW)
+
+
+def arpeggio():
+    # Three keys up, then down an octave higher: six notes against sixteen steps.
+    return arrange(Instrument(
+        "Arpeggio", SYNTH, GARDEN_PLUCK, keys=[60, 67, 70],
+        arpeggiator=Arpeggiator(on=1, mode=2, ext=1, ext_mode=1, velocity=1.6, interval=12, gate=1),
+        strip=Strip(level=channel_level(-6), sends={REVERB: send_level(-14), DELAY: send_level(-12)},
+                    **low_cut(300)),
+        patterns={0: Pattern(PHRASE, mix={"Pan": [(0, -0.4), (PHRASE / 2, 0.4), (PHRASE - 0.5, -0.4)]})},
+        mix={"Level": bars((0, 40), (4, 70), (14, channel_level(0)), (16, channel_level(-4)), (22, channel_level(0)),
+                           (23.4, channel_level(-2)), (23.5, 0), (24, 0), (28, channel_level(-5)),
+                           (40, channel_level(-4)), (47, channel_level(3)), (50.9, channel_level(2)), (51, 0),
+                           (56, 0), (60, channel_level(-5)), (68, channel_level(-2)), (75, channel_level(-2)),
+                           (79, 30), (79.5, 0))},
+        parameters={CUTOFF: sweep((0, 160), (14, 700), (24, 420), (40, 420), (50, 1600), (52, 480), (72, 600),
+                                  (79, 150))}), ARP_ROW)
+
+
+def hook():
+    instrument = Instrument(
+        "Hook", SYNTH, SINE_LEAD, swing=0.12,
+        strip=Strip(level=channel_level(-7), sends={REVERB: send_level(-12), DELAY: send_level(-10)},
+                    **low_cut(250, middle=Band(1400, 2))),
+        patterns=numbered(parts.hook(71, parts.HOOK_CALL), parts.hook(72, parts.HOOK_REPLY),
+                          parts.hook(73, parts.HOOK_ECHO)),
+        mix={"Level": bars((0, channel_level(-7)), (44, channel_level(-11)), (52, channel_level(-7)))})
+    return arrange(instrument, HOOK_ROW)
+
+
+def riser():
+    """Noise and a fifth that climb an octave in four bars, and their way back down after a drop."""
+    up = Pattern(PHRASE)
+    down = Pattern(PHRASE)
+    for key in (55, 62):
+        up.add(0, key, PHRASE - 1, 90)
+        down.add(0, key, 20, 80)
+    up.midi = {"Pitch Bend": [(0, 64), (16, 64), (PHRASE - 1, 127)]}
+    down.midi = {"Pitch Bend": [(0, 64), (24, 0), (40, 64)]}
+    up.plugin = {CUTOFF: [(0, cutoff(250)), (PHRASE - 2, cutoff(9000))], RESONANCE: [(0, 0.3)],
+                 NOISE_LEVEL: [(0, 0.2), (PHRASE, 1.0)]}
+    down.plugin = {CUTOFF: [(0, cutoff(7000)), (24, cutoff(300))], RESONANCE: [(0, 0.2)], NOISE_LEVEL: [(0, 1.0)]}
+    up.mix = {"Level": [(0, 60), (PHRASE - 4, channel_level(-8)), (PHRASE - 0.5, channel_level(-8))]}
+    down.mix = {"Level": [(0, channel_level(-12)), (30, 50)]}
+    for pattern in (up, down):
+        pattern.plugin.update({OSC1_LEVEL: [(0, 0.4)], OSC2_LEVEL: [(0, 0.3)], BEND_RANGE: [(0, 0.5)],
+                               VOLUME: [(0, volume(-8))]})
+    return arrange(Instrument(
+        "Riser", SYNTH, SWEEP_PAD, strip=Strip(level=channel_level(-10), sends={REVERB: send_level(-8)},
+                                               **low_cut(350)),
+        patterns=numbered(up, down)), RISER_ROW)
+
+
+def song():
+    return Project(
+        tempo=124, steps=BARS * BAR, loop=(0, 24 * BAR, 40 * BAR),
+        # The break hands the chords from side A, the stabs, to side B, the keys; then both play.
+        master={"Level": bars((0, 127), (50, 127), (51.75, 118), (52, 127), (77, 127), (80, 96)),
+                "Crossfader": bars((0, 0), (39, 0), (42, 96), (48, 96), (51.5, 56), (66, 56), (70, 0))},
+        instruments=[kick(), hats(), percussion(), bass(), stabs(), pad(), keys(), arpeggio(), hook(), riser()],
+        effects={REVERB: Effect("QUIB reverb.so"), DELAY: Effect("QUIB delay.so")})
+
+
+if __name__ == "__main__":
+    sys.stdout.buffer.write(song().text().encode("ascii"))
