@@ -12,6 +12,6 @@ buildPackages=(
 
 testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
-    sox ffmpeg libmp3lame0 jackd2
+    sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )

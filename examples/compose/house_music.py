@@ -14,22 +14,28 @@ from house_parts import ANSWER, BAR, HOME, PHRASE, RISE, VERSE
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
 
 BARS = 80
+TRIM = 0.5  # decibels added to every channel, so that the loudest beat stays below the master's clip
 SYNTH, DRUMS = "QUIB synth.so", "QUIB drums.so"
-REVERB, DELAY = 1, 2
+REVERB, DELAY, CHAMBER = 1, 2, 3  # the shared effects
 
 # Programs.
 DEEP_HOUSE_BASS, SINE_LEAD, WARM_PAD, SWEEP_PAD, ELECTRIC_PIANO, HOUSE_STAB, GARDEN_PLUCK = 0, 8, 10, 13, 15, 18, 19
 HOUSE_CLASSIC, LATIN_PLAZA = 0, 7
+DRUM_CHAMBER, VOCAL_HALL, DOTTED_EIGHTH = 3, 4, 0
 # Parameters.
-OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, BEND_RANGE = 5, 11, 14, 24, 25, 57
+OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, DRIVE, BEND_RANGE = 5, 11, 14, 24, 25, 26, 57
 START_PHASE, VOLUME = 20, 59
-SNARE_SEND, CLAP_SEND, KIT_VOLUME = 1 * 8 + 7, 2 * 8 + 7, 131
-FIRST_SEND = 0.25  # of none and four
+SNARE_SEND, CLAP_SEND, KIT_DRIVE, KIT_VOLUME = 1 * 8 + 7, 2 * 8 + 7, 128, 131
+TO_CHAMBER = CHAMBER / 4
 
 
 def cutoff(hertz):
     """The synthesiser's cutoff, 20 Hz to 20 kHz, as a lane has it."""
     return math.log(hertz / 20) / math.log(1000)
+
+
+def fader(decibels):
+    return channel_level(decibels + TRIM)
 
 
 def bars(*points):
@@ -86,8 +92,8 @@ HATS_ROW = "          -  a  a  h | d  g | d  c  b  c | i  i  g | e  f  e  f | d 
 PERCUSSION_ROW = "    -  a  b  b | c  d | c  d  c  d | e  e  a | c  d  c  d | b  b  a"
 BASS_ROW = "          -  -  -  f | a  g | a  b  c  d | -  -  - | c  d  c  d | a  b  e"
 STAB_ROW = "          -  -  a  a | c  e | a  b  c  d | a  -  e | a  b  c  d | c  a  f"
-PAD_ROW = "           -  c  c  c | a  e | a  b  a  b | c  d  e | a  b  a  b | a  c  f"
-KEYS_ROW = "          -  -  -  - | -  - | -  -  -  - | a  b  c | a  b  a  b | a  -  -"
+PAD_ROW = "           -  a  a  a | a  e | a  b  a  b | c  d  e | a  b  a  b | a  a  f"
+KEYS_ROW = "          -  -  -  - | -  - | -  -  -  - | a  b  c | d  e  d  e | d  -  -"
 ARP_ROW = "           a  a  a  a | a  a | a  a  a  a | a  a  a | a  a  a  a | a  a  a"
 HOOK_ROW = "          -  -  -  - | -  - | -  -  a  b | -  c  - | a  b  a  b | -  -  -"
 RISER_ROW = "         -  -  -  - | -  a | b  -  -  - | b  -  a | b  -  -  - | b  -  -"
@@ -96,9 +102,13 @@ RISER_ROW = "         -  -  -  - | -  a | b  -  -  - | b  -  a | b  -  -  - | b 
 def kick():
     return arrange(Instrument(
         "Kick", DRUMS, HOUSE_CLASSIC,
-        strip=Strip(level=channel_level(-3.7), eq_on=1, eq=(Band(60, 1.5), Band(300, -3), Band(4000, 1))),
+        strip=Strip(level=fader(-4), eq_on=1, eq=(Band(60, 1.5), Band(300, -3), Band(4000, 1))),
         patterns=hold(numbered(parts.kick(), parts.kick(pickup=True), parts.kick(gap=True), parts.kick(stop=True)),
-                      {KIT_VOLUME: volume(0)})), KICK_ROW)
+                      {KIT_DRIVE: 0.35, KIT_VOLUME: volume(0)}),
+        # Thin and back in the intro, full from the first drop.
+        mix={"Level": bars((0, fader(-6)), (15, fader(-5)), (16, fader(-5)), (23.9, fader(-5)), (24, fader(-4)),
+                           (68, fader(-4)), (72, fader(-6))),
+             "LP Gain": bars((0, -0.35), (12, -0.15), (15.9, -0.05), (16, 0.075), (72, 0.075), (78, -0.2))}), KICK_ROW)
 
 
 def hats():
@@ -106,19 +116,19 @@ def hats():
         parts.hats(11, claps=False, sixteenths=False, opened=False), parts.hats(12), parts.hats(13, fill=True),
         parts.hats(14, crash=True), parts.hats(15, ride=True, crash=True), parts.hats(16, ride=True, fill=True),
         parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19))
-    hold(patterns, {CLAP_SEND: FIRST_SEND, SNARE_SEND: FIRST_SEND, KIT_VOLUME: volume(0)})
+    hold(patterns, {CLAP_SEND: TO_CHAMBER, SNARE_SEND: TO_CHAMBER, KIT_DRIVE: 0.3, KIT_VOLUME: volume(0)})
     return arrange(Instrument(
         "Hats & Claps", DRUMS, HOUSE_CLASSIC, swing=0.12, selected=1,
         # The plug-in's own send carries claps and snares alone, the strip's hardly adds the hats.
-        strip=Strip(level=channel_level(0), sends={REVERB: send_level(-30)},
-                    **low_cut(180, high=Band(7000, 1.5))),
-        patterns=patterns, mix={"Level": bars((0, channel_level(-9)), (8, channel_level(-2)), (24, channel_level(0)))}), HATS_ROW)
+        strip=Strip(level=fader(-4), sends={CHAMBER: send_level(-36)},
+                    **low_cut(180, high=Band(6000, 3))),
+        patterns=patterns, mix={"Level": bars((0, fader(-10)), (8, fader(-5)), (24, fader(-4)))}), HATS_ROW)
 
 
 def percussion():
     return arrange(Instrument(
         "Percussion", DRUMS, LATIN_PLAZA, swing=0.16, step_mode=2, selected=1,
-        strip=Strip(level=channel_level(0), pan=0.15, sends={REVERB: send_level(-16)}, **low_cut(150)),
+        strip=Strip(level=fader(0), pan=0.15, sends={CHAMBER: send_level(-14)}, **low_cut(150)),
         patterns=hold(numbered(parts.percussion(21, congas=False), parts.percussion(22),
                                parts.percussion(23, clave=True), parts.percussion(24, clave=True, fill=True),
                                parts.percussion(25, congas=False, clave=True, loud=0.75)),
@@ -126,33 +136,33 @@ def percussion():
 
 
 def bass():
-    level, depth = channel_level(0), 14
+    level, depth = fader(0), 22
     return arrange(Instrument(
         "Bass", SYNTH, DEEP_HOUSE_BASS, swing=0.12,
         strip=Strip(level=level, eq_on=1, eq=(Band(45, -2), Band(250, -2), Band(2500, 2))),
         patterns=hold(numbered(*(pumped(parts.bass(*score), level, depth) for score in (
             (31, VERSE, "steady"), (32, ANSWER, "steady"), (33, VERSE, "lively"), (34, ANSWER, "lively"),
             (35, HOME, "sparse", 3), (36, VERSE, "sparse"), (37, RISE, "steady", 2)))), {VOLUME: volume(-6)}),
-        parameters={CUTOFF: sweep((12, 140), (16, 300), (22, 420), (24, 320), (40, 360), (52, 380), (68, 420),
+        parameters={CUTOFF: sweep((12, 140), (16, 300), (22, 450), (24, 380), (40, 450), (52, 450), (68, 480),
                                   (76, 180))}), BASS_ROW)
 
 
 def stabs():
-    level, depth = channel_level(2), 12
+    level, depth = fader(3.5), 18
     instrument = Instrument(
         "Stabs", SYNTH, HOUSE_STAB, swing=0.12,
         strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-14), DELAY: send_level(-18)},
-                    **low_cut(220, middle=Band(900, 1.5))),
+                    **low_cut(220, middle=Band(900, 1.5), high=Band(3000, 3))),
         patterns=hold(numbered(*(pumped(parts.chords(*score), level, depth) for score in (
             (41, VERSE, "classic"), (42, ANSWER, "classic"), (43, VERSE, "push"), (44, ANSWER, "push"),
-            (45, RISE, "eighths"), (46, HOME, "classic", 3)))), {START_PHASE: 1}),
+            (45, RISE, "eighths"), (46, HOME, "classic", 3)))), {START_PHASE: 1, DRIVE: 0.45}),
         mix={"Send2 Level": throws(send_level(-18), send_level(-5), (31, 39, 59, 67))},
-        parameters={CUTOFF: sweep((8, 180), (16, 500), (20, 600), (23.5, 2400), (24, 620), (32, 760), (40, 900),
-                                  (43, 300), (48, 300), (51.5, 3000), (52, 800), (60, 900), (68, 1000), (79, 160))})
+        parameters={CUTOFF: sweep((8, 180), (16, 600), (20, 800), (23.5, 3000), (24, 950), (32, 1200), (40, 1400),
+                                  (43, 300), (48, 300), (51.5, 3400), (52, 1200), (60, 1400), (68, 1500), (79, 160))})
     # The second preset washes the chords out for a break.
     instrument.presets = [
         instrument.snapshot(),
-        instrument.snapshot(selected=2, level=channel_level(-2), sends={REVERB: send_level(-4), DELAY: send_level(-6)},
+        instrument.snapshot(selected=2, level=fader(-2), sends={REVERB: send_level(-4), DELAY: send_level(-6)},
                             eq=(Band(400, -18), Band(900, 1.5), Band(4000, -6)))]
     return arrange(instrument, STAB_ROW)
 
@@ -167,7 +177,7 @@ def throws(quiet, loud, at):
 
 
 def pad():
-    level, depth, alone = channel_level(0), 26, channel_level(3)
+    level, depth, alone = fader(0), 26, fader(3)
     return arrange(Instrument(
         "Pad", SYNTH, WARM_PAD,
         strip=Strip(level=level, sends={REVERB: send_level(-12)},
@@ -182,12 +192,14 @@ def pad():
 
 
 def keys():
+    level, depth = fader(4), 18
     return arrange(Instrument(
         "Keys", SYNTH, ELECTRIC_PIANO, swing=0.12,
-        strip=Strip(level=channel_level(4), pan=-0.12, crossfade_b=1,
+        strip=Strip(level=level, pan=-0.12, crossfade_b=1,
                     sends={REVERB: send_level(-12), DELAY: send_level(-20)}, **low_cut(180, -14)),
-        patterns=numbered(parts.chords(61, VERSE, "ballad", doubled=True), parts.chords(62, ANSWER, "ballad", doubled=True),
-                          parts.chords(63, RISE, "ballad", doubled=True))), KEYS_ROW)
+        patterns=numbered(*(pumped(parts.chords(seed, harmony, "ballad", doubled=True), level, ducking)
+                            for seed, harmony, ducking in ((61, VERSE, 0), (62, ANSWER, 0), (63, RISE, 0),
+                                                           (64, VERSE, depth), (65, ANSWER, depth))))), KEYS_ROW)
 
 
 def arpeggio():
@@ -195,26 +207,29 @@ def arpeggio():
     return arrange(Instrument(
         "Arpeggio", SYNTH, GARDEN_PLUCK, keys=[60, 67, 70],
         arpeggiator=Arpeggiator(on=1, mode=2, ext=1, ext_mode=1, velocity=1.6, interval=12, gate=1),
-        strip=Strip(level=channel_level(-6), sends={REVERB: send_level(-14), DELAY: send_level(-12)},
+        strip=Strip(level=fader(-6), sends={REVERB: send_level(-14), DELAY: send_level(-12)},
                     **low_cut(300)),
         patterns={0: Pattern(PHRASE, mix={"Pan": [(0, -0.4), (PHRASE / 2, 0.4), (PHRASE - 0.5, -0.4)]})},
-        mix={"Level": bars((0, 40), (4, 70), (14, channel_level(0)), (16, channel_level(-4)), (22, channel_level(0)),
-                           (23.4, channel_level(-2)), (23.5, 0), (24, 0), (28, channel_level(-5)),
-                           (40, channel_level(-4)), (47, channel_level(3)), (50.9, channel_level(2)), (51, 0),
-                           (56, 0), (60, channel_level(-5)), (68, channel_level(-2)), (75, channel_level(-2)),
+        mix={"Level": bars((0, 40), (4, 70), (14, fader(0)), (16, fader(-4)), (22, fader(0)),
+                           (23.4, fader(-2)), (23.5, 0), (24, 0), (28, fader(-5)),
+                           (40, fader(-4)), (47, fader(3)), (50.9, fader(2)), (51, 0),
+                           (56, 0), (60, fader(-5)), (68, fader(-2)), (75, fader(-2)),
                            (79, 30), (79.5, 0))},
         parameters={CUTOFF: sweep((0, 160), (14, 700), (24, 420), (40, 420), (50, 1600), (52, 480), (72, 600),
                                   (79, 150))}), ARP_ROW)
 
 
 def hook():
+    level, depth = fader(-6), 12
     instrument = Instrument(
         "Hook", SYNTH, SINE_LEAD, swing=0.12,
-        strip=Strip(level=channel_level(-7), sends={REVERB: send_level(-12), DELAY: send_level(-10)},
+        strip=Strip(level=level, sends={REVERB: send_level(-12), DELAY: send_level(-10)},
                     **low_cut(250, middle=Band(1400, 2))),
-        patterns=numbered(parts.hook(71, parts.HOOK_CALL), parts.hook(72, parts.HOOK_REPLY),
-                          parts.hook(73, parts.HOOK_ECHO)),
-        mix={"Level": bars((0, channel_level(-7)), (44, channel_level(-11)), (52, channel_level(-7)))})
+        patterns=numbered(pumped(parts.hook(71, parts.HOOK_CALL), level, depth),
+                          pumped(parts.hook(72, parts.HOOK_REPLY), level, depth),
+                          pumped(parts.hook(73, parts.HOOK_ECHO), fader(-7))),
+        # Once more into the echo at the ends of the drops.
+        mix={"Send2 Level": throws(send_level(-10), send_level(-2), (39, 47, 67))})
     return arrange(instrument, HOOK_ROW)
 
 
@@ -230,13 +245,13 @@ def riser():
     up.plugin = {CUTOFF: [(0, cutoff(250)), (PHRASE - 2, cutoff(9000))], RESONANCE: [(0, 0.3)],
                  NOISE_LEVEL: [(0, 0.2), (PHRASE, 1.0)]}
     down.plugin = {CUTOFF: [(0, cutoff(7000)), (24, cutoff(300))], RESONANCE: [(0, 0.2)], NOISE_LEVEL: [(0, 1.0)]}
-    up.mix = {"Level": [(0, 60), (PHRASE - 4, channel_level(-8)), (PHRASE - 0.5, channel_level(-8))]}
-    down.mix = {"Level": [(0, channel_level(-12)), (30, 50)]}
+    up.mix = {"Level": [(0, 60), (PHRASE - 4, fader(-8)), (PHRASE - 0.5, fader(-8))]}
+    down.mix = {"Level": [(0, fader(-12)), (30, 50)]}
     for pattern in (up, down):
         pattern.plugin.update({OSC1_LEVEL: [(0, 0.4)], OSC2_LEVEL: [(0, 0.3)], BEND_RANGE: [(0, 0.5)],
                                VOLUME: [(0, volume(-8))]})
     return arrange(Instrument(
-        "Riser", SYNTH, SWEEP_PAD, strip=Strip(level=channel_level(-10), sends={REVERB: send_level(-8)},
+        "Riser", SYNTH, SWEEP_PAD, strip=Strip(level=fader(-10), sends={REVERB: send_level(-8)},
                                                **low_cut(350)),
         patterns=numbered(up, down)), RISER_ROW)
 
@@ -248,7 +263,8 @@ def song():
         master={"Level": bars((0, 127), (50, 127), (51.75, 118), (52, 127), (77, 127), (80, 96)),
                 "Crossfader": bars((0, 0), (39, 0), (42, 96), (48, 96), (51.5, 56), (66, 56), (70, 0))},
         instruments=[kick(), hats(), percussion(), bass(), stabs(), pad(), keys(), arpeggio(), hook(), riser()],
-        effects={REVERB: Effect("QUIB reverb.so"), DELAY: Effect("QUIB delay.so")})
+        effects={REVERB: Effect("QUIB reverb.so", VOCAL_HALL), DELAY: Effect("QUIB delay.so", DOTTED_EIGHTH),
+                 CHAMBER: Effect("QUIB reverb.so", DRUM_CHAMBER)})
 
 
 if __name__ == "__main__":

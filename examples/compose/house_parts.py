@@ -67,7 +67,7 @@ def kick(bars=4, pickup=False, gap=False, stop=False):
             last = bar == bars - 1
             if (gap and last and beat >= 2) or (stop and last and beat > 0):
                 continue
-            player.play(bar * BAR + 4 * beat, KICK, 1, 118 if beat % 2 == 0 else 114, 3)
+            player.play(bar * BAR + 4 * beat, KICK, 1, 116 if beat % 2 == 0 else 103, 3)
     if pickup:
         player.play(PHRASE - 2, KICK, 1, 84)
     return player.pattern
@@ -79,26 +79,27 @@ def hats(seed, claps=True, sixteenths=True, opened=True, ride=False, crash=False
         start = bar * BAR
         rolling = fill and bar == 3
         if claps:
-            player.play(start + 4, CLAP, 1, 108)
-            player.play(start + 12, CLAP, 1, 112)
+            player.play(start + 4, CLAP, 1, 86)
+            if not rolling:
+                player.play(start + 12, CLAP, 1, 90)
             if bar == 1 and sixteenths:
                 player.play(start + 15, CLAP, 1, 48)
         for step in range(BAR):
             if rolling and step >= 12:
                 continue
             if step in OFF_BEATS:
-                player.play(start + step, OPEN_HAT if opened else CLOSED_HAT, 1, 96 if opened else 84)
+                player.play(start + step, OPEN_HAT if opened else CLOSED_HAT, 1, 110 if opened else 92)
             elif sixteenths:
-                player.play(start + step, CLOSED_HAT, 1, {0: 66, 1: 42, 3: 56}[step % 4], 7)
+                player.play(start + step, CLOSED_HAT, 1, {0: 80, 1: 54, 3: 68}[step % 4], 7)
         if ride:
             for step in range(0, BAR, 2):
-                player.play(start + step, RIDE, 1, 74 if step % 4 == 2 else 52, 6)
+                player.play(start + step, RIDE, 1, 86 if step % 4 == 2 else 64, 6)
         if rolling:
             for step in range(10, 16):
-                player.play(start + step, SNARE, 0.5, 50 + 9 * (step - 10), 3)
-            player.play(start + 15.5, SNARE, 0.5, 100, 3)
+                player.play(start + step, SNARE, 0.5, 46 + 8 * (step - 10), 3)
+            player.play(start + 15.5, SNARE, 0.5, 90, 3)
     if crash:
-        player.play(0, CRASH, 8, 104)
+        player.play(0, CRASH, 8, 76)
     return player.pattern
 
 
@@ -108,9 +109,9 @@ def snare_roll(seed):
     for step in range(PHRASE - 4):
         period = (4, 4, 2, 1)[step // BAR]
         if step % period == 0:
-            player.play(step, SNARE, 1, 34 + 78 * step / PHRASE, 4)
+            player.play(step, SNARE, 1, 34 + 66 * step / PHRASE, 4)
         if step % 4 == 0:
-            player.play(step, CLAP, 1, 40 + 60 * step / PHRASE, 4)
+            player.play(step, CLAP, 1, 40 + 44 * step / PHRASE, 4)
         if step % 4 == 2:
             player.play(step, OPEN_HAT, 1, 60 + 30 * step / PHRASE)
     return player.pattern
@@ -204,8 +205,8 @@ RHYTHMS = {
              ((2, 1.2, 96, 0), (6, 1.8, 98, 0), (10, 0.8, 82, 0), (11, 0.8, 88, 0), (14, 1.6, 100, 1))),
     "eighths": (((0, 0.9, 80, 0), (2, 0.9, 92, 0), (4, 0.9, 82, 0), (6, 0.9, 94, 0), (8, 0.9, 84, 0), (10, 0.9, 94, 0),
                  (12, 0.9, 86, 0), (14, 0.9, 96, 0)),) * 2,
-    "ballad": (((0, 5.5, 92, 0), (6, 3.5, 78, 0), (11, 2.5, 70, 0), (14, 1.8, 74, 0)),
-               ((0, 5.5, 90, 0), (6, 1.6, 74, 0), (8, 5.5, 84, 0), (14, 1.8, 72, 0))),
+    "ballad": (((0, 5.5, 84, 0), (6, 3.5, 78, 0), (11, 2.5, 70, 0), (14, 1.8, 74, 0)),
+               ((0, 5.5, 84, 0), (6, 1.6, 74, 0), (8, 5.5, 84, 0), (14, 1.8, 72, 0))),
 }
 
 
