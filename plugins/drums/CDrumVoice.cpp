@@ -51,7 +51,7 @@ void CDrumVoice::Start(int drum, const DrumSetting& setting, std::uint32_t seed,
     for (int i = 0; i < DrumRecipe::kLayers; ++i) StartLayer(i);
     if (setting.crush > 0.0f) {
         const float holdHertz = 24000.0f * Exp2(-3.5f * setting.crush);
-        m_holdFrames = std::max(1, static_cast<int>(sampleRate / holdHertz + 0.5f));
+        m_holdFrames = std::max(1, static_cast<int>(std::lround(sampleRate / holdHertz)));
         m_crushSteps = Exp2(11.0f - 6.0f * setting.crush);
     }
 }

@@ -129,7 +129,7 @@ void CWaveTables::MakeLevel(std::size_t level, unsigned partials) {
 
 std::uint32_t CWaveTables::Increment(float hertz, float sampleRate) noexcept {
     const double share = std::clamp(static_cast<double>(hertz) / static_cast<double>(sampleRate), 0.0, 0.49);
-    return static_cast<std::uint32_t>(share * 4294967296.0 + 0.5);
+    return static_cast<std::uint32_t>(share * 4294967296.0);
 }
 
 std::size_t CWaveTables::LevelFor(std::uint32_t increment) const noexcept {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint32_t kMagic = 0x42495551;  // "QUIB" in file order
 constexpr std::uint32_t kLayoutVersion = 1;
-constexpr std::size_t kHeaderBytes = 7 * 4;
+constexpr std::size_t kHeaderBytes = 28;  // seven numbers
 constexpr std::size_t kChecksumBytes = 4;
 constexpr std::size_t kNameBytes = 24;
 constexpr std::uint32_t kMostPrograms = 1024;

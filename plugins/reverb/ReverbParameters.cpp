@@ -22,19 +22,22 @@ constexpr std::array<ParameterSpec, kReverbParameterCount> kParameters = {{
     {"Late", "dB", Curve::kGain, 0, 2, 1},
     {"Diffusion", "%", Curve::kLinear, 0, 100, 80},
     {"Modulation", "%", Curve::kLinear, 0, 100, 50},
-    {"Mod Rate", "Hz", Curve::kExponential, 0.05f, 3, 0.4f},
+    {"Mod Rate", "Hz", Curve::kExponential, 0.05f, 3, 0.9f},
 }};
 
 constexpr ParameterValue kConcertHall[] = {{kReverbPreDelay, 22}, {kReverbSize, 28}, {kReverbDecay, 2.4f}};
-constexpr ParameterValue kSmallRoom[] = {{kReverbPreDelay, 2},   {kReverbSize, 7},       {kReverbDecay, 0.55f},
-                                         {kReverbHighDecay, 55}, {kReverbLowCut, 120},   {kReverbEarly, 1.2f},
-                                         {kReverbDiffusion, 90}, {kReverbModulation, 30}};
-constexpr ParameterValue kBrightPlate[] = {{kReverbPreDelay, 0},    {kReverbSize, 12},      {kReverbDecay, 1.8f},
-                                           {kReverbHighDecay, 75},  {kReverbDamping, 7000}, {kReverbLowCut, 180},
-                                           {kReverbHighCut, 18000}, {kReverbEarly, 0},      {kReverbDiffusion, 100}};
-constexpr ParameterValue kDrumChamber[] = {{kReverbPreDelay, 5},   {kReverbSize, 11},    {kReverbDecay, 1.1f},
-                                           {kReverbHighDecay, 50}, {kReverbLowCut, 200}, {kReverbEarly, 1},
-                                           {kReverbDiffusion, 95}};
+constexpr ParameterValue kSmallRoom[] = {
+    {kReverbPreDelay, 2},   {kReverbSize, 7},        {kReverbDecay, 0.55f},
+    {kReverbHighDecay, 55}, {kReverbLowCut, 120},    {kReverbEarly, 1.2f},
+    {kReverbDiffusion, 90}, {kReverbModulation, 60}, {kReverbModulationRate, 1.5f}};
+constexpr ParameterValue kBrightPlate[] = {
+    {kReverbPreDelay, 0},    {kReverbSize, 14},       {kReverbDecay, 1.8f},         {kReverbHighDecay, 75},
+    {kReverbDamping, 7000},  {kReverbLowCut, 180},    {kReverbHighCut, 18000},      {kReverbEarly, 0},
+    {kReverbDiffusion, 100}, {kReverbModulation, 90}, {kReverbModulationRate, 1.8f}};
+constexpr ParameterValue kDrumChamber[] = {
+    {kReverbPreDelay, 5},   {kReverbSize, 12},       {kReverbDecay, 1.1f},
+    {kReverbHighDecay, 50}, {kReverbLowCut, 200},    {kReverbEarly, 1},
+    {kReverbDiffusion, 95}, {kReverbModulation, 70}, {kReverbModulationRate, 1.5f}};
 constexpr ParameterValue kVocalHall[] = {{kReverbPreDelay, 60},  {kReverbSize, 22},    {kReverbDecay, 1.9f},
                                          {kReverbHighDecay, 45}, {kReverbLowCut, 250}, {kReverbHighCut, 9000},
                                          {kReverbEarly, 0.5f}};

@@ -37,6 +37,10 @@ private:
 CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), random(seed) {
     jobs.reserve(kMaximumInstruments);
     jobOfInstrument.reserve(kMaximumInstruments);
+    // Tables that allocate when they are first used.
+    MixParameters();
+    MidiLanes();
+    MasterLanes();
     Prepare(format);
     busy.store(0);
 }

@@ -122,7 +122,8 @@ public:
     // thread renders: the buffers are then not the caller's, who plays silence.
     bool RenderBlock() noexcept;
     const float* Master(int channel) const noexcept { return master.Plane(channel); }
-    // Output of an instrument's strip in the last block, by its place among those that sound.
+    // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
+    // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return jobs; }
 
 private:

@@ -5,6 +5,7 @@
 
 #include "model/plugin/CPlugin.h"
 #include "platform/FloatingPointMode.h"
+#include "platform/SleepOnWord.h"
 #include "platform/SpinPause.h"
 #include "platform/ThreadPriority.h"
 
@@ -31,8 +32,7 @@ CRenderPool::CRenderPool(int threads, bool realTime) {
 
 CRenderPool::~CRenderPool() {
     stopping.store(true, std::memory_order_relaxed);
-    wake.fetch_add(1, std::memory_order_release);
-    wake.notify_all();
+    WakeWorkers();
     for (std::thread& worker : workers) worker.join();
 }
 
@@ -44,19 +44,37 @@ void CRenderPool::Run(Task run, void* context, int count) noexcept {
     }
     task = run;
     taskContext = context;
-    unfinished.store(count, std::memory_order_relaxed);
+    unfinished.store(static_cast<std::uint32_t>(count), std::memory_order_relaxed);
     ticket.store(static_cast<std::uint64_t>(count) << kCountShift, std::memory_order_release);
-    wake.fetch_add(1, std::memory_order_release);
-    wake.notify_all();
+    WakeWorkers();
     TakeTasks();
-    for (int spin = 0; unfinished.load(std::memory_order_acquire) != 0; ++spin) {
-        if (spin < kSpins) {
-            SpinPause();
-            continue;
-        }
-        const int left = unfinished.load(std::memory_order_acquire);
-        if (left != 0) unfinished.wait(left, std::memory_order_acquire);
+    AwaitLastTask();
+}
+
+// Both sides of a sleep write first and read the other's word after it, all sequentially consistent: either
+// the sleeper is seen and woken, or it sees the new value and does not go to sleep.
+void CRenderPool::WakeWorkers() noexcept {
+    wake.fetch_add(1, std::memory_order_seq_cst);
+    if (sleepingWorkers.load(std::memory_order_seq_cst) != 0) WakeAllSleepers(wake);
+}
+
+void CRenderPool::AwaitWork(std::uint32_t seen) noexcept {
+    for (int spin = 0; spin < kSpins && wake.load(std::memory_order_acquire) == seen; ++spin) SpinPause();
+    sleepingWorkers.fetch_add(1, std::memory_order_seq_cst);
+    while (wake.load(std::memory_order_seq_cst) == seen) SleepWhile(wake, seen);
+    sleepingWorkers.fetch_sub(1, std::memory_order_relaxed);
+}
+
+void CRenderPool::AwaitLastTask() noexcept {
+    for (int spin = 0; spin < kSpins && unfinished.load(std::memory_order_acquire) != 0; ++spin) SpinPause();
+    if (unfinished.load(std::memory_order_acquire) == 0) return;
+    renderThreadSleeps.store(true, std::memory_order_seq_cst);
+    for (;;) {
+        const std::uint32_t left = unfinished.load(std::memory_order_seq_cst);
+        if (left == 0) break;
+        SleepWhile(unfinished, left);
     }
+    renderThreadSleeps.store(false, std::memory_order_relaxed);
 }
 
 void CRenderPool::TakeTasks() noexcept {
@@ -65,7 +83,8 @@ void CRenderPool::TakeTasks() noexcept {
         const std::uint64_t index = taken & kTakenMask;
         if (index >= taken >> kCountShift) return;
         task(taskContext, static_cast<int>(index));
-        if (unfinished.fetch_sub(1, std::memory_order_acq_rel) == 1) unfinished.notify_one();
+        if (unfinished.fetch_sub(1, std::memory_order_seq_cst) != 1) continue;
+        if (renderThreadSleeps.load(std::memory_order_seq_cst)) WakeOneSleeper(unfinished);
     }
 }
 
@@ -76,8 +95,7 @@ void CRenderPool::Work(bool realTime) noexcept {
     while (!stopping.load(std::memory_order_relaxed)) {
         SetFlushToZero();
         TakeTasks();
-        for (int spin = 0; spin < kSpins && wake.load(std::memory_order_acquire) == seen; ++spin) SpinPause();
-        wake.wait(seen, std::memory_order_acquire);
+        AwaitWork(seen);
         seen = wake.load(std::memory_order_acquire);
     }
 }

@@ -32,13 +32,18 @@ public:
 
 private:
     void Work(bool realTime) noexcept;
+    void WakeWorkers() noexcept;
+    void AwaitWork(std::uint32_t seen) noexcept;
+    void AwaitLastTask() noexcept;
     // Takes tasks until none is left.
     void TakeTasks() noexcept;
 
     // Number of the next task to take; at or above `taskCount` when there is none.
     std::atomic<std::uint64_t> ticket{0};
-    std::atomic<int> unfinished{0};
+    std::atomic<std::uint32_t> unfinished{0};
+    std::atomic<bool> renderThreadSleeps{false};
     std::atomic<std::uint32_t> wake{0};
+    std::atomic<int> sleepingWorkers{0};
     std::atomic<bool> stopping{false};
 
     // Written by the render thread before the ticket is released, read after one was taken.

@@ -190,6 +190,7 @@ void CAudio::PrepareStrip(BlockInstrument& entry, StripJob& job) noexcept {
     job.state = &instrument.play.strip;
     job.targets = MakeStripTargets(values, tables, masterState.crossfadeA, masterState.crossfadeB);
     job.planes = MakeStripPlanes(*instrument.play.planes);
+    job.inputsStay = true;  // nothing is rendered again before the strips are mixed
 }
 
 void CAudio::MixInstruments() noexcept {

@@ -53,8 +53,10 @@ TEST(Equalizer, isStableForEveryControlAtEveryRate) {
         for (int band = 0; band < kEqBandCount; ++band)
             for (int step = 0; step < 11 * 11 * 11; ++step) {
                 const float frequency = static_cast<float>(step % 11) / 10;
-                const float quality = static_cast<float>(step / 11 % 11) / 10;
-                const float gain = static_cast<float>(step / 121 - 5) / 5;
+                const int qualityStep = step / 11 % 11;
+                const int gainStep = step / 121 - 5;
+                const float quality = static_cast<float>(qualityStep) / 10;
+                const float gain = static_cast<float>(gainStep) / 5;
                 const EqBandUpdate f = DesignEqBand(band, frequency, quality, gain, rate);
                 ASSERT_LT(std::abs(f.a2), 1) << rate << " " << frequency;
                 ASSERT_LT(std::abs(f.a1), 1 + f.a2) << rate << " " << frequency;

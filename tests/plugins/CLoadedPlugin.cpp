@@ -15,7 +15,8 @@ namespace quibtest {
 
 namespace {
 
-std::intptr_t Host(vst2::AEffect*, std::int32_t opcode, std::int32_t, std::intptr_t, void*, float) {
+std::intptr_t Host(vst2::AEffect* effect, std::int32_t opcode, std::int32_t, std::intptr_t, void*, float) {
+    if (opcode == vst2::audioMasterGetTime) return effect->hostReserved1;
     return opcode == vst2::audioMasterVersion ? 2400 : 0;
 }
 
@@ -44,11 +45,11 @@ void SendMessages(vst2::AEffect* effect, const std::vector<Message>& messages, l
 
 }  // namespace
 
-CLoadedPlugin::CLoadedPlugin(const std::string& name, float sampleRate) {
-    const std::string file = std::string(QUIB_BIN_DIR) + "/PluginInstruments/" + name + ".so";
+CLoadedPlugin::CLoadedPlugin(const std::string& name, float sampleRate, const std::string& folder) {
+    const std::string file = std::string(QUIB_BIN_DIR) + "/" + folder + "/" + name + ".so";
     // Never unloaded: the sanitizers name the code of a report by it.
     void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) throw std::runtime_error(dlerror());
+    if (library == nullptr) throw std::runtime_error("cannot load " + file);
     const auto entry = reinterpret_cast<vst2::EntryProc>(dlsym(library, "VSTPluginMain"));
     m_effect = entry(Host);
     Call(vst2::effOpen);

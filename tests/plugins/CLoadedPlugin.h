@@ -24,7 +24,8 @@ using Channels = std::vector<std::vector<float>>;
 class CLoadedPlugin {
 public:
     // `name` without folder and extension; opened and resumed at `sampleRate`.
-    explicit CLoadedPlugin(const std::string& name, float sampleRate = 44100.0f);
+    explicit CLoadedPlugin(const std::string& name, float sampleRate = 44100.0f,
+                           const std::string& folder = "PluginInstruments");
     ~CLoadedPlugin();
     CLoadedPlugin(const CLoadedPlugin&) = delete;
     CLoadedPlugin& operator=(const CLoadedPlugin&) = delete;
@@ -46,6 +47,9 @@ public:
 
     std::vector<char> Chunk(bool bank = true);
     std::intptr_t SetChunk(std::vector<char> chunk, bool bank = true);
+
+    // What the host tells when it is asked for the time; null, as at first, for a host that knows none.
+    void SetTime(vst2::VstTimeInfo* time) { m_effect->hostReserved1 = reinterpret_cast<std::intptr_t>(time); }
 
 private:
     vst2::AEffect* m_effect = nullptr;

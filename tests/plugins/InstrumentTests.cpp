@@ -185,6 +185,7 @@ TEST_P(Instrument, StaysFiniteWithRandomParametersProgramsAndMessages) {
     std::mt19937 random(1);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     std::vector<Message> messages;
+    messages.reserve(6000);
     for (int i = 0; i < 6000; ++i) {
         messages.push_back({below(10 * kSecond), 0x80 + 16 * below(7), below(128), below(128)});
     }
@@ -207,6 +208,7 @@ TEST_P(Instrument, RendersTheSameBytesAgainAfterResuming) {
 
 TEST_P(Instrument, RunsAHundredTimesAtOnce) {
     std::vector<std::unique_ptr<CLoadedPlugin>> plugins;
+    plugins.reserve(100);
     for (int i = 0; i < 100; ++i) plugins.push_back(std::make_unique<CLoadedPlugin>(GetParam()));
     const Channels first = plugins.back()->Render(2000, Phrase(Keys()));
     EXPECT_GT(PeakOf(first), 0.0f);

@@ -168,6 +168,7 @@ TEST(Synth, TakesTheOldestVoiceWithoutAJump) {
     plugin.Set("Volume", "-30");
     plugin.Set("Amp Attack", "20");
     std::vector<Message> messages;
+    messages.reserve(48);
     for (int i = 0; i < 48; ++i) messages.push_back({1000L * i, 0x90, 24 + i, 100});
     const Channels sound = plugin.Render(58000, messages);
     // 32 sines up to 494 Hz: each steps by at most 0.07 of its amplitude of 0.03.

@@ -11,6 +11,7 @@
 
 #include "fuzz/FuzzTargets.h"
 #include "model/files/CRecordReader.h"
+#include "model/plugin/CPluginFinder.h"
 #include "platform/CFileBytes.h"
 #include "project/GeneratedProject.h"
 
@@ -40,6 +41,24 @@ TEST(ProjectFile, LoadAndSaveTwiceGivesTheSameBytes) {
     EXPECT_EQ(first, second);  // the generated one holds nothing that the format cuts
     // Without a single plug-in everything stays all the same.
     EXPECT_EQ(second, BytesOf(Read(second, {})));
+}
+
+// With the built-in plug-ins, as far as they are built.
+TEST(ProjectFile, EveryExampleProjectStaysTheSameWhenItIsSavedAgain) {
+    CPluginFinder finder(QUIB_BIN_DIR, {}, {});
+    PluginEnvironment environment;
+    const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
+        const auto library = finder.Find(name, kind);
+        return library ? CPlugin::Load(*library, kind, environment, error) : nullptr;
+    };
+    for (const auto& file : fs::directory_iterator(QUIB_SOURCE_DIR "/examples")) {
+        if (file.path().extension() != ".prg") continue;
+        ProjectState state;
+        std::string error;
+        ASSERT_TRUE(ReadProjectFile(file.path(), load, state, error)) << error;
+        const std::string second = BytesOf(state);
+        EXPECT_EQ(second, BytesOf(Read(second, load))) << file.path();
+    }
 }
 
 TEST(ProjectFile, TheGeneratedProjectHoldsEveryKey) {
