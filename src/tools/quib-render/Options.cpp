@@ -40,7 +40,8 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     auto* const play = app.add_flag("--play", options.play, "Play in real time until Ctrl+C; OUT records it");
     app.add_option("--device", options.outputDevice, "Sound device to play on: JACK, Silent or a name of ALSA")
         ->needs(play);
-    app.add_flag("--list", options.list, "Print the names of the sound devices");
+    app.add_option("--midi", options.midiDevice, "MIDI port to listen to while playing")->needs(play);
+    app.add_flag("--list", options.list, "Print the names of the sound devices and MIDI ports");
     try {
         app.parse(argc, argv);
         if (options.list) return std::nullopt;

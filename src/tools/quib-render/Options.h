@@ -26,7 +26,8 @@ struct RenderOptions {
     bool json = false;
     bool play = false;  // in real time; `output` records it unless empty
     std::string outputDevice;
-    bool list = false;  // only the names of the devices
+    std::string midiDevice = "OFF";
+    bool list = false;  // only the names of devices and ports
 };
 
 // Exit codes.

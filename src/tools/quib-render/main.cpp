@@ -158,6 +158,7 @@ bool Resave(const RenderOptions& options, const ProjectState& state) {
 bool PlayLive(const RenderOptions& options, CAudio& audio) {
     CLivePlay::Options live;
     live.audio.outputDevice = options.outputDevice;
+    live.audio.midiInDevice = options.midiDevice;
     live.audio.sampleRate = static_cast<int>(options.format.sampleRate);
     live.audio.bufferSize = options.format.blockSize;
     live.audio.threads = options.format.threads;
@@ -169,7 +170,10 @@ bool PlayLive(const RenderOptions& options, CAudio& audio) {
 
 int ListDevices(const CStandardOutput& output) {
     for (const std::string& name : ListOutputDevices()) {
-        if (!output.WriteLine(name)) return kCouldNot;
+        if (!output.WriteLine("sound " + name)) return kCouldNot;
+    }
+    for (const std::string& name : CAlsaMidiInput::ListPorts()) {
+        if (!output.WriteLine("MIDI " + name)) return kCouldNot;
     }
     return kDone;
 }

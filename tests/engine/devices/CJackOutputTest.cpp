@@ -137,6 +137,46 @@ TEST_F(CJackOutputTest, KillingTheServerLeavesThePlayingOnAndItsReturnBringsTheS
     EXPECT_NE(peer.Channel(1).back(), 0.0F);
 }
 
+TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
+    CJackServer server(256);
+    ASSERT_TRUE(server.Start());
+    AddInstrument("KeyCounter").midi.channel.Set(kChannelOmni);
+    {
+        CJackPeer peer(std::size_t{kRate} * 20);
+        AudioSettings settings = Settings("JACK");
+        settings.midiInDevice = "peer:midi";
+        ASSERT_TRUE(output.OpenOutput(settings));
+        const std::vector<std::string> names = output.ListMidiInputs();
+        EXPECT_EQ(std::count(names.begin(), names.end(), "peer:midi"), 1);
+        ASSERT_EQ(peer.Connections("QUIB Sequencer:midi_in"), std::vector<std::string>{"peer:midi"});
+        ASSERT_TRUE(peer.RecordProgram());
+        const auto heard = [&] { return peer.Recorded() > 0 ? peer.Last(0) : 0.0F; };
+        peer.SendMidi({0x90, 60, 100});
+        ASSERT_TRUE(TurnUntil([&] { return heard() > 0.0F; }));
+        const float one = heard();
+        peer.SendMidi({0x90, 64, 100});
+        ASSERT_TRUE(TurnUntil([&] { return heard() > 1.5F * one; }));
+        peer.SendMidi({0x80, 60, 0});
+        ASSERT_TRUE(TurnUntil([&] { return heard() < 1.5F * one; }));
+        EXPECT_GT(heard(), 0.0F);
+
+        ASSERT_TRUE(output.OpenMidiIn("OFF"));
+        ASSERT_TRUE(TurnUntil([&] { return heard() == 0.0F; })) << "the held key hangs";
+        peer.SendMidi({0x90, 72, 100});
+        for (int turn = 0; turn < 20; ++turn) Turn();
+        EXPECT_EQ(heard(), 0.0F);
+        ASSERT_TRUE(output.OpenMidiIn("peer:midi"));
+        peer.SendMidi({0x90, 72, 100});
+        ASSERT_TRUE(TurnUntil([&] { return heard() > 0.0F; }));
+    }
+    server.Stop(SIGKILL);
+    ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); }));
+    for (int turn = 0; turn < 20; ++turn) Turn();
+    const CPlugin& plugin = *audio.instruments.ForEdit()->front()->plugin.ForEdit()->plugin;
+    output.CloseOutput();
+    EXPECT_EQ(plugin.Output(0)[0], 0.0F);
+}
+
 TEST_F(CJackOutputTest, TheServersBlockSizeIsFollowedAndWhatTheUserWiredIsKept) {
     CJackServer server(512);
     ASSERT_TRUE(server.Start());
