@@ -125,6 +125,12 @@ void Publish(ProjectState& state, const RenderOptions& options, CAudio& audio) {
 // Plays the loaded project into the output file. False, with a message, when the file is not whole.
 bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectState& state, RenderResult& result) {
     CLame recorder;
+    CStemWriter stems(audio);
+    std::string error;
+    if (options.stems && !stems.Open(*options.stems, error)) {
+        Say(error);
+        return false;
+    }
     if (recorder.StartRecording(options.output, static_cast<int>(options.format.sampleRate)) != CLame::kStarted) {
         Say(recorder.Error());
         return false;
@@ -138,11 +144,12 @@ bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectStat
         bar.Show(share);
         return !interrupted.load();
     };
-    std::string error;
-    result = COfflineRender(audio, recorder).Run(std::max(steps, 1), frames, progress, error);
+    COfflineRender render(audio, recorder, options.stems ? &stems : nullptr);
+    result = render.Run(std::max(steps, 1), frames, progress, error);
     audio.SetRecorder(nullptr);
     recorder.StopRecording(CLame::ELastBuffer::kWrite);
     if (error.empty()) error = recorder.Error();
+    stems.Close(error);
     if (!error.empty()) Say(error);
     return error.empty();
 }

@@ -73,6 +73,9 @@ TEST_F(CJackOutputTest, AnotherProgramRecordsTheOfflineRenderBitForBit) {
 }
 
 TEST_F(CJackOutputTest, SixteenInstrumentsAt64FramesMissNoDeadline) {
+#ifdef QUIB_SANITIZED
+    GTEST_SKIP() << "instrumented code is too slow for it";
+#endif
     CJackServer server(64);
     ASSERT_TRUE(server.Start());
     AddSynths(audio, 16);
@@ -151,23 +154,25 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
         ASSERT_EQ(peer.Connections("QUIB Sequencer:midi_in"), std::vector<std::string>{"peer:midi"});
         ASSERT_TRUE(peer.RecordProgram());
         const auto heard = [&] { return peer.Recorded() > 0 ? peer.Last(0) : 0.0F; };
-        peer.SendMidi({0x90, 60, 100});
-        ASSERT_TRUE(TurnUntil([&] { return heard() > 0.0F; }));
+        // A message may get lost where the machine misses a deadline, or before a connection works: again, then.
+        const auto hears = [&](std::array<unsigned char, 3> message, const std::function<bool()>& condition) {
+            for (int attempt = 0; attempt < 5; ++attempt) {
+                peer.SendMidi(message);
+                if (TurnUntil(condition, 0.5)) return true;
+            }
+            return false;
+        };
+        ASSERT_TRUE(hears({0x90, 60, 100}, [&] { return heard() > 0.0F; }));
         const float one = heard();
-        peer.SendMidi({0x90, 64, 100});
-        ASSERT_TRUE(TurnUntil([&] { return heard() > 1.5F * one; }));
-        peer.SendMidi({0x80, 60, 0});
-        ASSERT_TRUE(TurnUntil([&] { return heard() < 1.5F * one; }));
+        ASSERT_TRUE(hears({0x90, 64, 100}, [&] { return heard() > 1.5F * one; }));
+        ASSERT_TRUE(hears({0x80, 60, 0}, [&] { return heard() < 1.5F * one; }));
         EXPECT_GT(heard(), 0.0F);
 
         ASSERT_TRUE(output.OpenMidiIn("OFF"));
         ASSERT_TRUE(TurnUntil([&] { return heard() == 0.0F; })) << "the held key hangs";
-        peer.SendMidi({0x90, 72, 100});
-        for (int turn = 0; turn < 20; ++turn) Turn();
-        EXPECT_EQ(heard(), 0.0F);
+        EXPECT_FALSE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
         ASSERT_TRUE(output.OpenMidiIn("peer:midi"));
-        peer.SendMidi({0x90, 72, 100});
-        ASSERT_TRUE(TurnUntil([&] { return heard() > 0.0F; }));
+        ASSERT_TRUE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
     }
     server.Stop(SIGKILL);
     ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); }));
