@@ -41,7 +41,8 @@ void CDelayPlugin::SampleRateChanged() noexcept {
 
 void CDelayPlugin::BeginBlock() noexcept {
     const std::intptr_t answer = m_host(Effect(), vst2::audioMasterGetTime, 0, vst2::kVstTempoValid, nullptr, 0.0f);
-    const auto* time = reinterpret_cast<const vst2::VstTimeInfo*>(answer);
+    const auto* time =
+        reinterpret_cast<const vst2::VstTimeInfo*>(answer);  // NOLINT(performance-no-int-to-ptr): the interface
     const bool known = time != nullptr && (time->flags & vst2::kVstTempoValid) != 0 && time->tempo >= kSlowestTempo &&
                        time->tempo <= kFastestTempo;
     m_tempo.store(known ? time->tempo : kUsualTempo, std::memory_order_relaxed);
@@ -64,7 +65,7 @@ double CDelayPlugin::SecondsOf(bool synchronised, int note, double milliseconds)
 }
 
 int CDelayPlugin::FramesOf(double seconds) const noexcept {
-    const auto frames = static_cast<int>(seconds * static_cast<double>(SampleRate()) + 0.5);
+    const auto frames = static_cast<int>(std::lround(seconds * static_cast<double>(SampleRate())));
     return std::clamp(frames, TickFrames() + 4, std::min(m_left.line.LongestDelay(), m_right.line.LongestDelay()));
 }
 

@@ -10,7 +10,7 @@
 namespace quibplug {
 
 bool CDelayLine::Allocate(int longestFrames) noexcept {
-    const std::size_t size = std::bit_ceil(static_cast<std::size_t>(longestFrames + kMargin));
+    const std::size_t size = std::bit_ceil(static_cast<std::size_t>(longestFrames) + kMargin);
     try {
         if (size != m_samples.size()) std::vector<float>(size).swap(m_samples);
     } catch (const std::exception&) {

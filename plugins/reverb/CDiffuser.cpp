@@ -2,6 +2,7 @@
 #include "reverb/CDiffuser.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "dsp/CPluginBase.h"
 
@@ -10,7 +11,7 @@ namespace quibplug {
 void CDiffuser::Allocate(const std::array<float, kStages>& milliseconds, float sampleRate) noexcept {
     m_sampleRate = sampleRate;
     for (std::size_t i = 0; i < kStages; ++i) {
-        const auto frames = static_cast<int>(0.001f * milliseconds[i] * sampleRate + 0.5f);
+        const auto frames = static_cast<int>(std::lround(0.001f * milliseconds[i] * sampleRate));
         m_stages[i].line.Allocate(frames);
         m_stages[i].delay = std::min(frames, m_stages[i].line.LongestDelay());
     }

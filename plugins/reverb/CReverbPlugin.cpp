@@ -83,7 +83,7 @@ float CReverbPlugin::Diffusion() const noexcept {
 
 // A pre-delay of 0 is one tick: less than 0.4 ms.
 int CReverbPlugin::PreDelayFrames() const noexcept {
-    const auto frames = static_cast<int>(0.001f * SetTo(kReverbPreDelay) * SampleRate() + 0.5f);
+    const auto frames = static_cast<int>(std::lround(0.001f * SetTo(kReverbPreDelay) * SampleRate()));
     return std::clamp(frames, TickFrames(), m_channels[0].preDelay.LongestDelay());
 }
 

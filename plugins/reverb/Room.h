@@ -5,6 +5,7 @@
 // of the early reflections, in frames. Plain values of the render thread.
 
 #include <array>
+#include <cmath>
 
 #include "dsp/FastMath.h"
 
@@ -71,11 +72,11 @@ struct Room {
         const float frames = metres / kSpeedOfSound * sampleRate;
         Room room;
         for (std::size_t i = 0; i < room.lines.size(); ++i) {
-            room.lines[i] = static_cast<int>(kLineTimes[i] * frames + 0.5f);
+            room.lines[i] = static_cast<int>(std::lround(kLineTimes[i] * frames));
         }
         for (std::size_t side = 0; side < 2; ++side) {
             for (std::size_t i = 0; i < kEarlyTaps; ++i) {
-                room.early[side][i] = static_cast<int>(kEarlyPattern[side][i].time * frames + 0.5f);
+                room.early[side][i] = static_cast<int>(std::lround(kEarlyPattern[side][i].time * frames));
             }
         }
         return room;

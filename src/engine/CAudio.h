@@ -108,10 +108,16 @@ public:
     // --- MIDI input thread ------------------------------------------------------------------------
 
     bool ReceiveMidi(const MidiMessage& message) noexcept { return midiInput.TryPush(message); }
-    std::uint64_t DroppedMidi() const noexcept { return midiInput.Dropped() + internalMidi.Dropped(); }
+    CBoundedQueue<MidiMessage>& MidiInputQueue() noexcept { return midiInput; }
+    // Of all inputs. Any thread.
+    std::uint64_t DroppedMidi() const noexcept {
+        return midiInput.Dropped() + deviceMidi.Dropped() + internalMidi.Dropped();
+    }
 
     // --- Render thread ----------------------------------------------------------------------------
 
+    // For a sound device that brings MIDI along: filled by whoever is about to render.
+    CBoundedQueue<MidiMessage>& DeviceMidiQueue() noexcept { return deviceMidi; }
     // Renders one block into the master buffers. False when the engine is being prepared or another
     // thread renders: the buffers are then not the caller's, who plays silence.
     bool RenderBlock() noexcept;
@@ -162,6 +168,7 @@ private:
     CBoundedQueue<EngineCommand> commands{1024};
     CBoundedQueue<EngineNotice> notices{4096};
     CBoundedQueue<MidiMessage> midiInput{4096};
+    CBoundedQueue<MidiMessage> deviceMidi{4096};
     CBoundedQueue<MidiMessage> internalMidi{1024};
     CTripleBuffer<PlayPicture> picture;
 

@@ -16,6 +16,8 @@ namespace quib {
 namespace {
 
 constexpr int kTailBlocks = 100;
+// The rest waits for the next block: an instrument's list takes them all, so no note off is lost on the way.
+constexpr std::size_t kMaximumLiveMessages = kMaximumBlockEvents / 2;
 constexpr std::int32_t kDrumMachineId = 0x31366378;
 // Output pair of the drum machine for a send, behind its main pair.
 constexpr int SendOutput(int send) noexcept { return 2 * send + 2; }
@@ -99,8 +101,12 @@ void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
 
 void CAudio::DrainMidiQueues() noexcept {
     MidiMessage message;
-    while (midiInput.TryPop(message)) router.Dispatch(message, block, transport);
-    while (internalMidi.TryPop(message)) router.Dispatch(message, block, transport);
+    std::size_t count = 0;
+    for (CBoundedQueue<MidiMessage>* const queue : {&midiInput, &deviceMidi, &internalMidi}) {
+        for (; count < kMaximumLiveMessages && queue->TryPop(message); ++count) {
+            router.Dispatch(message, block, transport);
+        }
+    }
 }
 
 void CAudio::AdvanceSequencer() noexcept {

@@ -192,8 +192,10 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
     std::mt19937 random(std::random_device{}());
 #ifdef QUIB_SANITIZED
     constexpr int kills = 100;
+    constexpr int longestLife = 60000;  // microseconds; a child starts slowly here
 #else
     constexpr int kills = 1000;
+    constexpr int longestLife = 3000;
 #endif
     bool seen[2] = {false, false};
     for (int kill = 0; kill < kills; ++kill) {
@@ -203,7 +205,7 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
             for (int i = 0;; ++i) CAtomicFile().Replace(path, contents[i % 2], ignored);
         }
         // From before the first call to a few saves later.
-        ::usleep(static_cast<useconds_t>(random() % 3000));
+        ::usleep(static_cast<useconds_t>(random() % longestLife));
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         const std::string left = Content(path);

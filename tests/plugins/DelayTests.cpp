@@ -169,7 +169,7 @@ TEST(Delay, SettlesExactlyAfterTheTimeHasMoved) {
 TEST(Delay, FollowsTheTempoWithoutAClick) {
     CPlainDelay delay;
     delay.Set("Left Note", "1/8");
-    const StereoSignal moved = delay.Run(SineTone(2 * kSecond, 60.0, kRate, 0.25f), {480}, [&](long frame) {
+    const StereoSignal moved = delay.Run(SineTone(2 * kSecond, 67.0, kRate, 0.25f), {480}, [&](long frame) {
         if (frame == kSecond) delay.SetTempo(150.0);
     });
     EXPECT_LT(LargestStep(moved.left, kSecond - 10, 2 * kSecond), 0.01f);

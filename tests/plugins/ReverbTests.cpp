@@ -138,11 +138,11 @@ TEST(Reverb, KeepsItsLevelInMonoAndOnBothSides) {
         CLoadedEffect reverb("QUIB reverb", 44100.0f);
         reverb.Call(vst2::effSetProgram, 0, program);
         reverb.Resume(44100.0f);
-        const StereoSignal out = reverb.Run(Noise(6 * 44100, 0.5f));
+        const StereoSignal out = reverb.Run(Noise(6L * 44100, 0.5f));
         std::vector<float> sum = out.left;
         for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += out.right[i];
         const auto level = [&](const std::vector<float>& samples) {
-            return 20.0 * std::log10(Rms(samples, 3 * 44100, 6 * 44100));
+            return 20.0 * std::log10(Rms(samples, 3L * 44100, 6L * 44100));
         };
         EXPECT_NEAR(level(out.left), level(out.right), 1.0) << program;
         EXPECT_NEAR(level(sum), level(out.left) + 3.0, 2.0) << program;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An instrument that tells how many keys are down: the left output is their number / 256, the right one a
-// constant 0.25, which says that it runs.
+// An instrument that tells how many keys are down: the left output is their number / 256, the right one
+// 0.25, which says that it runs, or 0.5 once a key has been struck.
 #include <bitset>
 
 #include "TestPlugin.h"
@@ -19,16 +19,18 @@ private:
     void Process(float**, float** out, std::int32_t frames) override {
         for (const Event& event : events) {
             const bool on = (event.status & 0xf0) == 0x90 && event.data2 > 0;
+            struck = struck || on;
             if (on || (event.status & 0xf0) == 0x80 || (event.status & 0xf0) == 0x90)
                 down.set(static_cast<std::size_t>(event.data1 & 127), on);
         }
         for (std::int32_t i = 0; i < frames; ++i) {
             out[0][i] = static_cast<float>(down.count()) / 256.0F;
-            out[1][i] = 0.25F;
+            out[1][i] = struck ? 0.5F : 0.25F;
         }
     }
 
     std::bitset<128> down;
+    bool struck = false;
 };
 
 }  // namespace

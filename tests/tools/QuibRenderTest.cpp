@@ -111,6 +111,62 @@ TEST_F(CQuibRenderTest, SavingAgainIsStableAndKeepsAMissingPlugin) {
     EXPECT_NE(Read("2.prg").find("PLUGIN;Nowhere.dll;"), std::string::npos);
 }
 
+TEST_F(CQuibRenderTest, StemsAddUpToTheMaster) {
+    Write("song.prg", Project() + Instrument("Nowhere.dll", 8, 1, "0.0"));
+    const std::string arguments = Path("song.prg") + " " + Path("all.wav") + " --stems " + Path("stems");
+    EXPECT_EQ(Run("quib-render", arguments + kTestPlugins).exitCode, 3);
+    const auto valueAt = [](const std::string& samples, std::size_t index) {
+        return static_cast<std::int16_t>(static_cast<unsigned char>(samples[2 * index]) |
+                                         static_cast<unsigned char>(samples[2 * index + 1]) << 8);
+    };
+    const std::string master = Samples("all.wav");
+    const std::string first = Samples("stems/01 Part.wav");
+    const std::string second = Samples("stems/02 Part.wav");
+    EXPECT_FALSE(std::filesystem::exists(Path("stems/03 Part.wav")));
+    ASSERT_EQ(first.size(), master.size());
+    ASSERT_EQ(second.size(), master.size());
+    int loudest = 0;
+    for (std::size_t index = 0; index < master.size() / 2; ++index) {
+        const int sum = valueAt(first, index) + valueAt(second, index);
+        loudest = std::max(loudest, sum);
+        ASSERT_NEAR(sum, valueAt(master, index), 2) << index;
+    }
+    EXPECT_GT(loudest, 1000);
+}
+
+TEST_F(CQuibRenderTest, PlayingKeepsTimeRecordsAndCounts) {
+    Write("song.prg", Project());
+    const std::string play = Path("song.prg") + " --play --device Silent --rate 48000 --block 256" + kTestPlugins;
+    Outcome outcome = Run("quib-render", play + Path("live.wav") + " --seconds 1.5");
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_NE(outcome.error.find("playing on Silent, 48000 Hz, blocks of 256 frames"), std::string::npos);
+    EXPECT_NE(outcome.error.find("0 xruns, 0 MIDI messages dropped"), std::string::npos) << outcome.error;
+    const std::size_t frames = Samples("live.wav").size() / 4;
+    EXPECT_NEAR(static_cast<double>(frames), 1.5 * 48000, 0.8 * 48000);
+
+    // A live recording holds what the offline render does, in the steps that both play.
+    ASSERT_EQ(Run("quib-render",
+                  Path("song.prg") + " " + Path("offline.wav") + " --steps 4 --rate 48000 --block 256" + kTestPlugins)
+                  .exitCode,
+              0);
+    const std::string offline = Samples("offline.wav").substr(0, 4 * 4 * 5413);
+    const std::string live = Samples("live.wav");
+    EXPECT_TRUE(live.find(offline.substr(offline.find_first_not_of('\0') / 4 * 4, 20000)) != std::string::npos);
+
+    outcome = RunCommand("timeout --preserve-status -s INT 1 " QUIB_BIN_DIR "/quib-render " + play);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_NE(outcome.error.find("0 xruns"), std::string::npos) << outcome.error;
+    EXPECT_EQ(Run("quib-render", Path("song.prg") + " --device Silent " + Path("x.wav")).exitCode, 2);
+}
+
+TEST_F(CQuibRenderTest, WithoutTheJackLibraryTheProgramStartsAndDoesNotOfferIt) {
+    Write("libjack.so.0", "not a library");
+    const Outcome outcome = RunCommand("env LD_LIBRARY_PATH=" + Path("") + " " QUIB_BIN_DIR "/quib-render --list");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output.find("JACK"), std::string::npos);
+    EXPECT_NE(outcome.output.find("sound Silent\n"), std::string::npos);
+}
+
 class CQuibScanTest : public CToolTest {};
 
 TEST_F(CQuibScanTest, APluginIsDescribedAndPlayed) {

@@ -33,8 +33,10 @@ protected:
     std::string Path(const std::string& name) const { return (folder / name).string(); }
 
     Outcome Run(const std::string& tool, const std::string& arguments) const {
-        const std::string command = std::string(QUIB_BIN_DIR "/") + tool + " " + arguments + " >" + Path("stdout") +
-                                    " 2>" + Path("stderr") + " </dev/null";
+        return RunCommand(std::string(QUIB_BIN_DIR "/") + tool + " " + arguments);
+    }
+    Outcome RunCommand(const std::string& words) const {
+        const std::string command = words + " >" + Path("stdout") + " 2>" + Path("stderr") + " </dev/null";
         const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("stdout"), Read("stderr")};
     }

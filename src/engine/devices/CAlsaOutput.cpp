@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "engine/SampleConversion.h"
+#include "engine/devices/AlsaMessages.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 
@@ -19,14 +20,6 @@ bool MeansAbsent(int error) noexcept { return error == -ENOENT || error == -ENOD
 
 std::string Describe(int error) { return snd_strerror(error); }
 
-void Ignore(const char*, int, const char*, int, const char*, ...) {}
-
-// The library would print its findings to standard error; what matters comes back as error codes.
-void QuietLibrary() {
-    static const int result = snd_lib_error_set_handler(&Ignore);
-    static_cast<void>(result);
-}
-
 }  // namespace
 
 bool CAlsaOutput::Open(const AudioSettings& settings, std::string& error) {
@@ -35,7 +28,7 @@ bool CAlsaOutput::Open(const AudioSettings& settings, std::string& error) {
         error = "unusable sample rate or buffer size";
         return false;
     }
-    QuietLibrary();
+    QuietAlsa();
     name = settings.outputDevice.empty() ? kDefaultDevice : settings.outputDevice;
     int result = OpenPcm(name);
     if (MeansAbsent(result) && fallback == EFallback::kDefaultDevice && name != kDefaultDevice) {

@@ -12,6 +12,7 @@ namespace quib {
 namespace {
 
 constexpr std::array kPortNames = {"left", "right"};
+constexpr const char* kMidiPortName = "midi_in";
 constexpr std::uint64_t kWatchInterval = 500'000'000;  // nanoseconds
 
 // The library may cancel its thread when the server dies; not in the middle of a block.
@@ -70,6 +71,7 @@ bool CJackOutput::Prepare(std::string& error) {
         error = "the JACK server has no port left";
         return false;
     }
+    midiPort = library.registerPort(client, kMidiPortName, jack::kMidiType, jack::kPortIsInput, 0);
     library.setProcess(client, &CJackOutput::OnProcess, this);
     library.setBlockSize(client, &CJackOutput::OnBlockSize, this);
     library.setSampleRate(client, &CJackOutput::OnSampleRate, this);
@@ -102,6 +104,7 @@ void CJackOutput::Stop() noexcept {
 void CJackOutput::Close() noexcept {
     gate.Shut();
     active = false;
+    midiFeed.ReleaseAll(Milliseconds());
     if (client != nullptr) library.close(std::exchange(client, nullptr));
     SetState(OutputState::Closed);
 }
@@ -132,10 +135,15 @@ void CJackOutput::ConnectToPlayback() {
     }
 }
 
-// What was seen twice is what the user wants; a server that shuts down takes connections apart, too.
 void CJackOutput::Watch() {
     if (State() != OutputState::Playing || Nanoseconds() < nextWatch) return;
     nextWatch = Nanoseconds() + kWatchInterval;
+    WatchWiring();
+    WatchMidi();
+}
+
+// What was seen twice is what the user wants; a server that shuts down takes connections apart, too.
+void CJackOutput::WatchWiring() {
     JackWiring::Ports now;
     for (std::size_t index = 0; index < ports.size(); ++index) {
         now[index] = TakeNames(library, library.connections(client, ports[index]));
@@ -146,6 +154,27 @@ void CJackOutput::Watch() {
         wiring->known = true;
     }
     wiring->observed = std::move(now);
+}
+
+std::vector<std::string> CJackOutput::MidiPorts() const {
+    if (client == nullptr || State() == OutputState::Lost) return {};
+    return TakeNames(library, library.ports(client, nullptr, jack::kMidiType, jack::kPortIsOutput));
+}
+
+void CJackOutput::ListenTo(const std::string& portName) {
+    listening = !portName.empty();
+    midiSource = portName;
+    midiSourceSeen = false;
+    WatchMidi();
+}
+
+// Connects when the port appears; what the user takes apart later stays apart.
+void CJackOutput::WatchMidi() {
+    if (midiSource.empty() || midiPort == nullptr) return;
+    const std::vector<std::string> names = MidiPorts();
+    const bool seen = std::find(names.begin(), names.end(), midiSource) != names.end();
+    if (seen && !midiSourceSeen) library.connect(client, midiSource.c_str(), library.portName(midiPort));
+    midiSourceSeen = seen;
 }
 
 int CJackOutput::OnProcess(std::uint32_t frames, void* self) {
@@ -196,7 +225,23 @@ bool CJackOutput::Render(int frames) noexcept {
         LeavePlaying(OutputState::FormatChanged);
         return false;
     }
+    if (midiPort != nullptr) ReceiveMidi(frames);
     return !audio.paused.IsOn() && audio.RenderBlock();
+}
+
+// The events of the block came in during the one before.
+void CJackOutput::ReceiveMidi(int frames) noexcept {
+    const std::uint32_t now = Milliseconds();
+    midiFeed.Flush(now);
+    if (!listening) return midiFeed.ReleaseAll(now);
+    void* const events = library.buffer(midiPort, static_cast<std::uint32_t>(frames));
+    const std::uint32_t count = library.midiCount(events);
+    for (std::uint32_t index = 0; index < count; ++index) {
+        jack::MidiEvent event{};
+        if (library.midiEvent(&event, events, index) != 0) continue;
+        const std::int64_t age = (frames - static_cast<std::int64_t>(event.time)) * 1000 / sampleRate;
+        midiFeed.Add(event.buffer, event.size, now - static_cast<std::uint32_t>(age));
+    }
 }
 
 }  // namespace quib

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/devices/CJackLibrary.h"
+#include "engine/devices/CMidiFeed.h"
 #include "engine/devices/COutputDevice.h"
 #include "engine/devices/CRenderGate.h"
 
@@ -29,7 +30,10 @@ public:
     static constexpr const char* kClientName = "QUIB Sequencer";
 
     CJackOutput(CAudio& engine, const CJackLibrary& jackLibrary, std::shared_ptr<JackWiring> userWiring)
-        : COutputDevice(engine), library(jackLibrary), wiring(std::move(userWiring)) {}
+        : COutputDevice(engine),
+          library(jackLibrary),
+          wiring(std::move(userWiring)),
+          midiFeed(engine.DeviceMidiQueue()) {}
     ~CJackOutput() override { Close(); }
 
     // Rate and buffer size of the settings are not used.
@@ -38,6 +42,8 @@ public:
     void Stop() noexcept override;
     void Close() noexcept override;
     void Watch() override;
+    std::vector<std::string> MidiPorts() const override;
+    void ListenTo(const std::string& portName) override;
     const std::string& Name() const noexcept override;
     DeviceFormat Format() const noexcept override { return {sampleRate.load(), blockSize.load()}; }
 
@@ -54,15 +60,23 @@ private:
     static void OnShutdown(void* self);
     void Process(std::uint32_t frames) noexcept;
     bool Render(int frames) noexcept;
+    void ReceiveMidi(int frames) noexcept;
+    void WatchWiring();
+    void WatchMidi();
 
     const CJackLibrary& library;
     std::shared_ptr<JackWiring> wiring;
     jack::Client* client = nullptr;
     std::array<jack::Port*, 2> ports{};
+    jack::Port* midiPort = nullptr;
+    std::string midiSource;
+    bool midiSourceSeen = false;
     bool active = false;
     std::uint64_t nextWatch = 0;  // nanoseconds
 
+    CMidiFeed midiFeed;  // of whoever is behind the gate
     CRenderGate gate;
+    std::atomic<bool> listening{false};
     std::atomic<int> sampleRate{0};
     std::atomic<int> blockSize{0};
     std::atomic<int> engineBlock{0};  // frames that the engine renders at present

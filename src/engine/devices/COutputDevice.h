@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "engine/CAudio.h"
 #include "engine/devices/AudioSettings.h"
@@ -47,6 +48,10 @@ public:
     virtual void Close() noexcept = 0;
     // From the 40 ms timer, while it plays.
     virtual void Watch() {}
+    // Devices that bring MIDI along: the ports that can be listened to, and the name of the one to listen
+    // to besides what the user connects by other means; empty to be deaf.
+    virtual std::vector<std::string> MidiPorts() const { return {}; }
+    virtual void ListenTo(const std::string&) {}
 
     // Name under which it stands in the device list.
     virtual const std::string& Name() const noexcept = 0;

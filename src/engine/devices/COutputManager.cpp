@@ -73,7 +73,26 @@ bool COutputManager::StartWith(Made next) {
         return false;
     }
     TakeDevice(std::move(next));
+    OpenMidiIn(settings.midiInDevice);
     return true;
+}
+
+bool COutputManager::OpenMidiIn(const std::string& name) {
+    settings.midiInDevice = name;
+    const bool off = name.empty() || name == kMidiOff;
+    if (device) device->ListenTo(off ? std::string() : name);
+    midiInput.Close();
+    std::string error;
+    if (off || midiInput.Open(name, error)) return true;
+    message(kCaption, fmt::format("{} MIDI: {}", texts.cannotOpen, name));
+    return false;
+}
+
+std::vector<std::string> COutputManager::ListMidiInputs() const {
+    std::vector<std::string> names = CAlsaMidiInput::ListPorts();
+    if (!device) return names;
+    for (std::string& name : device->MidiPorts()) names.push_back(std::move(name));
+    return names;
 }
 
 void COutputManager::PrepareEngine(const DeviceFormat& format) {
@@ -150,6 +169,7 @@ void COutputManager::LookForReturn() {
     std::string error;
     device = std::move(returned);
     if (!device->Start(error)) return StandIn();
+    if (settings.midiInDevice != kMidiOff) device->ListenTo(settings.midiInDevice);
     lostName.clear();
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "engine/CAudio.h"
+#include "engine/devices/CAlsaMidiInput.h"
 #include "engine/devices/CJackOutput.h"
 #include "engine/devices/COutputDevice.h"
 
@@ -25,6 +26,7 @@ public:
     using Message = std::function<void(const std::string& caption, const std::string& text)>;
 
     static constexpr const char* kCaption = "QUIBBOX";
+    static constexpr const char* kMidiOff = "OFF";
 
     COutputManager(CAudio& engine, Texts texts, Message message);
     ~COutputManager();
@@ -37,6 +39,12 @@ public:
     // and the engine stays held.
     bool OpenOutput(const AudioSettings& settings);
     void CloseOutput() noexcept;
+
+    // Listens to the MIDI port of that name, now or when it appears; "OFF" to none. False when the system
+    // refused; the user has been told.
+    bool OpenMidiIn(const std::string& name);
+    // Names of the MIDI ports that can be listened to.
+    std::vector<std::string> ListMidiInputs() const;
 
     // From the 40 ms timer: follows a device that changed its format, went away or came back.
     void Poll();
@@ -68,6 +76,7 @@ private:
     const CJackLibrary* jackLibrary = CJackLibrary::Installed();
     std::shared_ptr<JackWiring> wiring = std::make_shared<JackWiring>();
     AudioSettings settings;
+    CAlsaMidiInput midiInput{audio};
     Made device;
     std::string lostName;  // device that is waited for; empty when none is
     std::future<Made> comeback;

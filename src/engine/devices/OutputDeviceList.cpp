@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "engine/devices/AlsaMessages.h"
 #include "engine/devices/CJackOutput.h"
 #include "engine/devices/CSilentOutput.h"
 
@@ -25,6 +26,7 @@ bool Plays(const void* hint) {
 }
 
 void AppendAlsaDevices(std::vector<std::string>& names) {
+    QuietAlsa();
     void** hints = nullptr;
     if (snd_device_name_hint(-1, "pcm", &hints) < 0) return;
     for (void** hint = hints; *hint != nullptr; ++hint) {

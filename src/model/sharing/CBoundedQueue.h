@@ -23,15 +23,22 @@ public:
 
     // Writing thread. False when the message was dropped.
     bool TryPush(const T& message) noexcept {
-        const std::size_t place = written.load(std::memory_order_relaxed);
-        if (place - read.load(std::memory_order_acquire) == limit) {
-            dropped.fetch_add(1, std::memory_order_relaxed);
+        if (!HasRoom()) {
+            CountDropped();
             return false;
         }
+        const std::size_t place = written.load(std::memory_order_relaxed);
         messages[place % limit] = message;
         written.store(place + 1, std::memory_order_release);
         return true;
     }
+
+    // Writing thread: whether the next push will be taken.
+    bool HasRoom() const noexcept {
+        return written.load(std::memory_order_relaxed) - read.load(std::memory_order_acquire) < limit;
+    }
+    // Writing thread: a message was given up without trying.
+    void CountDropped() noexcept { dropped.fetch_add(1, std::memory_order_relaxed); }
 
     // Reading thread. False when nothing waits.
     bool TryPop(T& message) noexcept {

@@ -52,6 +52,7 @@ RenderResult COfflineRender::Run(int steps, std::int64_t frames, const std::func
 bool COfflineRender::RenderOne(RenderResult& result, std::string& error) {
     audio.RenderBlock();
     recorder.Flush();
+    if (stems != nullptr && !stems->WriteBlock(error)) return false;
     const int frames = audio.Format().blockSize;
     float swing = 0;
     for (const int channel : {0, 1}) {

@@ -11,6 +11,7 @@
 #include "engine/CAudio.h"
 #include "engine/devices/CLame.h"
 #include "tools/common/CSignalStatistics.h"
+#include "tools/quib-render/CStemWriter.h"
 
 namespace quib {
 
@@ -22,7 +23,9 @@ struct RenderResult {
 
 class COfflineRender {
 public:
-    COfflineRender(CAudio& engine, CLame& fileRecorder) : audio(engine), recorder(fileRecorder) {}
+    // `stemWriter`: null for none.
+    COfflineRender(CAudio& engine, CLame& fileRecorder, CStemWriter* stemWriter)
+        : audio(engine), recorder(fileRecorder), stems(stemWriter) {}
 
     // Plays `steps`, or `frames` where it is not 0, then the tail until silence, ten seconds at most.
     // `progress` is told the share done, 0..1, and ends the render by returning false; `error` then and
@@ -34,6 +37,7 @@ private:
 
     CAudio& audio;
     CLame& recorder;
+    CStemWriter* stems;
     std::int64_t silentFrames = 0;
 };
 

@@ -14,6 +14,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     std::string project;
     std::string output;
     std::string resave;
+    std::string stems;
     std::vector<std::string> folders;
     app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
     auto* const in = app.add_option("PROJECT", project, "Project file (.prg)");
@@ -37,10 +38,13 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
         ->check(CLI::IsMember({"pattern", "song"}));
     app.add_option("--seed", options.seed, "Seed of random playback")->capture_default_str();
     app.add_flag("--json", options.json, "Print one JSON object about the render");
+    auto* const stemsOption = app.add_option("--stems", stems, "Folder for one file of each instrument's strip output");
     auto* const play = app.add_flag("--play", options.play, "Play in real time until Ctrl+C; OUT records it");
+    play->excludes(stemsOption);
     app.add_option("--device", options.outputDevice, "Sound device to play on: JACK, Silent or a name of ALSA")
         ->needs(play);
-    app.add_flag("--list", options.list, "Print the names of the sound devices");
+    app.add_option("--midi", options.midiDevice, "MIDI port to listen to while playing")->needs(play);
+    app.add_flag("--list", options.list, "Print the names of the sound devices and MIDI ports");
     try {
         app.parse(argc, argv);
         if (options.list) return std::nullopt;
@@ -53,6 +57,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     options.project = std::filesystem::absolute(project);
     if (!output.empty()) options.output = std::filesystem::absolute(output);
     if (!resave.empty()) options.resave = std::filesystem::absolute(resave);
+    if (!stems.empty()) options.stems = std::filesystem::absolute(stems);
     for (const std::string& folder : folders) options.pluginFolders.push_back(std::filesystem::absolute(folder));
     if (!mode.empty()) options.songMode = mode == "song";
     return std::nullopt;

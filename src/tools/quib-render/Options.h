@@ -17,6 +17,7 @@ struct RenderOptions {
     std::filesystem::path project;
     std::filesystem::path output;                 // sound file; empty when only saving again
     std::optional<std::filesystem::path> resave;  // project file to write instead of rendering
+    std::optional<std::filesystem::path> stems;   // folder for a file of each instrument
     std::optional<int> steps;
     std::optional<double> seconds;
     RenderFormat format;
@@ -26,7 +27,8 @@ struct RenderOptions {
     bool json = false;
     bool play = false;  // in real time; `output` records it unless empty
     std::string outputDevice;
-    bool list = false;  // only the names of the devices
+    std::string midiDevice = "OFF";
+    bool list = false;  // only the names of devices and ports
 };
 
 // Exit codes.

@@ -125,6 +125,12 @@ void Publish(ProjectState& state, const RenderOptions& options, CAudio& audio) {
 // Plays the loaded project into the output file. False, with a message, when the file is not whole.
 bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectState& state, RenderResult& result) {
     CLame recorder;
+    CStemWriter stems(audio);
+    std::string error;
+    if (options.stems && !stems.Open(*options.stems, error)) {
+        Say(error);
+        return false;
+    }
     if (recorder.StartRecording(options.output, static_cast<int>(options.format.sampleRate)) != CLame::kStarted) {
         Say(recorder.Error());
         return false;
@@ -138,11 +144,12 @@ bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectStat
         bar.Show(share);
         return !interrupted.load();
     };
-    std::string error;
-    result = COfflineRender(audio, recorder).Run(std::max(steps, 1), frames, progress, error);
+    COfflineRender render(audio, recorder, options.stems ? &stems : nullptr);
+    result = render.Run(std::max(steps, 1), frames, progress, error);
     audio.SetRecorder(nullptr);
     recorder.StopRecording(CLame::ELastBuffer::kWrite);
     if (error.empty()) error = recorder.Error();
+    stems.Close(error);
     if (!error.empty()) Say(error);
     return error.empty();
 }
@@ -158,6 +165,7 @@ bool Resave(const RenderOptions& options, const ProjectState& state) {
 bool PlayLive(const RenderOptions& options, CAudio& audio) {
     CLivePlay::Options live;
     live.audio.outputDevice = options.outputDevice;
+    live.audio.midiInDevice = options.midiDevice;
     live.audio.sampleRate = static_cast<int>(options.format.sampleRate);
     live.audio.bufferSize = options.format.blockSize;
     live.audio.threads = options.format.threads;
@@ -169,7 +177,10 @@ bool PlayLive(const RenderOptions& options, CAudio& audio) {
 
 int ListDevices(const CStandardOutput& output) {
     for (const std::string& name : ListOutputDevices()) {
-        if (!output.WriteLine(name)) return kCouldNot;
+        if (!output.WriteLine("sound " + name)) return kCouldNot;
+    }
+    for (const std::string& name : CAlsaMidiInput::ListPorts()) {
+        if (!output.WriteLine("MIDI " + name)) return kCouldNot;
     }
     return kDone;
 }

@@ -56,6 +56,8 @@ public:
     std::size_t Recorded() const { return recorded.load(std::memory_order_acquire); }
     // What was recorded of a channel so far.
     std::vector<float> Channel(std::size_t index) const;
+    // The newest sample recorded of a channel.
+    float Last(std::size_t index) const { return sound[index][Recorded() - 1]; }
     int Xruns() const { return xruns.load(); }
 
 private:

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "ScalarStrip.h"
-#include "platform/CAudioPlanes.h"
 #include "engine/strip/StripKernels.h"
+#include "platform/CAudioPlanes.h"
 
 namespace quib {
 

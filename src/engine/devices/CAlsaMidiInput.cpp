@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/devices/CAlsaMidiInput.h"
+
+#include "engine/devices/AlsaMessages.h"
+#include "model/MidiEvents.h"
+#include "platform/Clock.h"
+#include "platform/ThreadPriority.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kRetryMilliseconds = 2;  // while note offs wait for room
+constexpr unsigned kReadable = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
+
+bool MeansNoSequencer(int error) noexcept { return error == -ENOENT || error == -ENODEV || error == -ENXIO; }
+
+// Calls `visit(name, address)` for every port that can be listened to until it returns false.
+template <class Visit>
+void ForEachPort(snd_seq_t* handle, Visit visit) {
+    snd_seq_client_info_t* client = nullptr;
+    snd_seq_client_info_alloca(&client);
+    snd_seq_port_info_t* port = nullptr;
+    snd_seq_port_info_alloca(&port);
+    snd_seq_client_info_set_client(client, -1);
+    while (snd_seq_query_next_client(handle, client) >= 0) {
+        const int number = snd_seq_client_info_get_client(client);
+        if (number == SND_SEQ_CLIENT_SYSTEM || number == snd_seq_client_id(handle)) continue;
+        snd_seq_port_info_set_client(port, number);
+        snd_seq_port_info_set_port(port, -1);
+        while (snd_seq_query_next_port(handle, port) >= 0) {
+            const unsigned capability = snd_seq_port_info_get_capability(port);
+            if ((capability & kReadable) != kReadable || (capability & SND_SEQ_PORT_CAP_NO_EXPORT) != 0) continue;
+            const std::string name =
+                std::string(snd_seq_client_info_get_name(client)) + ":" + snd_seq_port_info_get_name(port);
+            if (!visit(name, *snd_seq_port_info_get_addr(port))) return;
+        }
+    }
+}
+
+MidiMessage Message(int status, int channel, unsigned data1, int data2) noexcept {
+    return {static_cast<std::uint8_t>(status | (channel & 0x0f)), static_cast<std::uint8_t>(data1 & 0x7f),
+            static_cast<std::uint8_t>(data2 & 0x7f), Milliseconds()};
+}
+
+// A message that the engine knows, or nothing.
+std::optional<MidiMessage> Translate(const snd_seq_event_t& event) noexcept {
+    const snd_seq_ev_note_t& note = event.data.note;
+    const snd_seq_ev_ctrl_t& control = event.data.control;
+    switch (event.type) {
+        case SND_SEQ_EVENT_NOTEON:
+            return Message(kNoteOn, note.channel, note.note, note.velocity);
+        case SND_SEQ_EVENT_NOTEOFF:
+            return Message(kNoteOff, note.channel, note.note, 0);
+        case SND_SEQ_EVENT_CONTROLLER:
+            return Message(kControlChange, control.channel, control.param, control.value);
+        case SND_SEQ_EVENT_PGMCHANGE:
+            return Message(kProgramChange, control.channel, static_cast<unsigned>(control.value), 0);
+        case SND_SEQ_EVENT_CHANPRESS:
+            return Message(kChannelPressure, control.channel, static_cast<unsigned>(control.value), 0);
+        case SND_SEQ_EVENT_PITCHBEND: {
+            const int bend = control.value + 8192;  // 0 .. 16383
+            return Message(kPitchBend, control.channel, static_cast<unsigned>(bend), bend >> 7);
+        }
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> CAlsaMidiInput::ListPorts() {
+    QuietAlsa();
+    std::vector<std::string> names;
+    snd_seq_t* handle = nullptr;
+    if (snd_seq_open(&handle, "default", SND_SEQ_OPEN_INPUT, SND_SEQ_NONBLOCK) < 0) return names;
+    const Sequencer closing(handle);
+    ForEachPort(handle, [&](const std::string& name, const snd_seq_addr_t&) {
+        names.push_back(name);
+        return true;
+    });
+    return names;
+}
+
+std::optional<snd_seq_addr_t> CAlsaMidiInput::FindPort(snd_seq_t* handle, const std::string& name) {
+    std::optional<snd_seq_addr_t> found;
+    ForEachPort(handle, [&](const std::string& candidate, const snd_seq_addr_t& address) {
+        if (candidate == name) found = address;
+        return !found;
+    });
+    return found;
+}
+
+bool CAlsaMidiInput::Open(const std::string& portName, std::string& error) {
+    Close();
+    QuietAlsa();
+    snd_seq_t* handle = nullptr;
+    const int result = snd_seq_open(&handle, "default", SND_SEQ_OPEN_INPUT, SND_SEQ_NONBLOCK);
+    if (MeansNoSequencer(result)) return true;
+    if (result < 0) {
+        error = snd_strerror(result);
+        return false;
+    }
+    sequencer.reset(handle);
+    wanted = portName;
+    if (!MakePort(error)) {
+        Close();
+        return false;
+    }
+    Connect();
+    thread = std::thread([this] { Run(); });
+    return true;
+}
+
+bool CAlsaMidiInput::MakePort(std::string& error) {
+    snd_seq_t* const handle = sequencer.get();
+    snd_seq_set_client_name(handle, kClientName);
+    port = snd_seq_create_simple_port(handle, "in", SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE,
+                                      SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_APPLICATION);
+    const int count = snd_seq_poll_descriptors_count(handle, POLLIN);
+    if (port < 0 || count < 0) {
+        error = snd_strerror(port < 0 ? port : count);
+        return false;
+    }
+    // From now on ports that come and go are announced; the wanted one may come before it is looked for.
+    snd_seq_connect_from(handle, port, SND_SEQ_CLIENT_SYSTEM, SND_SEQ_PORT_SYSTEM_ANNOUNCE);
+    descriptors.assign(static_cast<std::size_t>(count) + 1, pollfd{});
+    descriptors[0] = {stopping.Descriptor(), POLLIN, 0};
+    snd_seq_poll_descriptors(handle, descriptors.data() + 1, static_cast<unsigned>(count), POLLIN);
+    return true;
+}
+
+void CAlsaMidiInput::Close() noexcept {
+    if (thread.joinable()) {
+        stopping.Signal();
+        thread.join();
+        stopping.Clear();
+    }
+    Disconnected();
+    sequencer.reset();
+}
+
+void CAlsaMidiInput::Run() noexcept {
+    SetRealTimePriority();
+    while (Wait(feed.Flush(Milliseconds()) ? -1 : kRetryMilliseconds)) Receive();
+}
+
+// False when the thread is to end.
+bool CAlsaMidiInput::Wait(int milliseconds) noexcept {
+    poll(descriptors.data(), descriptors.size(), milliseconds);
+    return (descriptors[0].revents & POLLIN) == 0;
+}
+
+void CAlsaMidiInput::Receive() noexcept {
+    for (;;) {
+        snd_seq_event_t* event = nullptr;
+        const int result = snd_seq_event_input(sequencer.get(), &event);
+        if (result == -ENOSPC) {
+            feed.ReleaseAll(Milliseconds());  // messages were lost, note offs perhaps among them
+        } else if (result < 0 || event == nullptr) {
+            return;
+        } else {
+            Handle(*event);
+        }
+    }
+}
+
+void CAlsaMidiInput::Handle(const snd_seq_event_t& event) noexcept {
+    if (const auto message = Translate(event)) return feed.Add(*message);
+    FollowPorts(event);
+}
+
+void CAlsaMidiInput::FollowPorts(const snd_seq_event_t& event) noexcept {
+    if (event.source.client != SND_SEQ_CLIENT_SYSTEM) return;
+    const snd_seq_addr_t& address = event.data.addr;
+    switch (event.type) {
+        case SND_SEQ_EVENT_PORT_START:
+        case SND_SEQ_EVENT_PORT_CHANGE:
+            if (!connected) Connect();
+            return;
+        case SND_SEQ_EVENT_PORT_EXIT:
+            if (address.client == source.client && address.port == source.port) Disconnected();
+            return;
+        case SND_SEQ_EVENT_CLIENT_EXIT:
+            if (address.client == source.client) Disconnected();
+            return;
+        default:
+            return;
+    }
+}
+
+void CAlsaMidiInput::Connect() noexcept {
+    const auto found = FindPort(sequencer.get(), wanted);
+    if (!found || snd_seq_connect_from(sequencer.get(), port, found->client, found->port) < 0) return;
+    source = *found;
+    connected = true;
+}
+
+void CAlsaMidiInput::Disconnected() noexcept {
+    if (!connected.exchange(false)) return;
+    source = {};
+    feed.ReleaseAll(Milliseconds());
+}
+
+}  // namespace quib
