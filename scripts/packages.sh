@@ -7,11 +7,13 @@ buildPackages=(
     libasound2-dev libjack-jackd2-dev
     libsndfile1-dev libsamplerate0-dev librubberband-dev
     libcli11-dev libfmt-dev libspdlog-dev
+    qt6-base-dev qt6-svg-dev fonts-inter
     libgtest-dev libgmock-dev libbenchmark-dev
 )
 
 testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
+    xvfb xdotool openbox locales
     sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What controls draw on: the back buffer of their window, in skin pixels whatever the screen's scale.
+// Everything outside the clip rectangle is left as it is. User-interface thread.
+
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QRect>
+#include <span>
+
+#include "controls/CSkin.h"
+
+namespace quib {
+
+// The font of the skin in a height of skin pixels.
+QFont SkinFont(int height, bool strong = false);
+
+class CCanvas {
+public:
+    // Replaces the back buffer by one of this size in skin pixels, filled with the colour.
+    void Reset(const QSize& size, qreal scale, QRgb background);
+
+    // Pixels outside are not touched until the next call. An empty rectangle protects everything.
+    void SetClip(const QRect& rectangle);
+
+    void Fill(const QRectF& rectangle, QRgb colour);
+    void FillRound(const QRectF& rectangle, qreal radius, QRgb colour);
+    void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
+    void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
+    void Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width = 1);
+    void Polyline(std::span<const QPointF> points, QRgb colour, qreal width = 1);
+    void Polygon(std::span<const QPointF> points, QRgb colour);
+    void Ellipse(const QPointF& centre, qreal radius, QRgb colour);
+    // Part of a circle; angles in degrees clockwise from twelve o'clock.
+    void Arc(const QPointF& centre, qreal radius, qreal from, qreal to, QRgb colour, qreal width);
+    void Blit(const SkinBitmap& bitmap, qreal x, qreal y);
+    // The part `source` of the bitmap, both in skin pixels.
+    void Blit(const SkinBitmap& bitmap, qreal x, qreal y, const QRectF& source);
+    // The bitmap turned clockwise about its centre, which comes to lie at `centre`.
+    void BlitTurned(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees);
+    // One line, shortened with an ellipsis where it does not fit.
+    void Text(const QRectF& rectangle, const QString& text, QRgb colour, int height = 10,
+              Qt::Alignment alignment = Qt::AlignCenter, bool strong = false);
+    // Wrapped at words; gives the height that the text takes.
+    qreal Paragraph(const QRectF& rectangle, const QString& text, QRgb colour, int height);
+    static qreal TextWidth(const QString& text, int height, bool strong = false);
+
+    // The picture so far. Drawing goes on afterwards.
+    const QImage& Image();
+    // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
+    bool Scroll(const QRect& area, int dx, int dy);
+
+private:
+    QPainter& Painter();
+
+    QImage image;
+    QPainter painter;
+    QRect clip;
+    qreal scale = 1;
+};
+
+}  // namespace quib

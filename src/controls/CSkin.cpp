@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CSkin.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+#include <cmath>
+
+namespace quib {
+
+namespace {
+
+QString StateName(EState state) {
+    switch (state) {
+        case EState::kNormal:
+            return QStringLiteral("normal");
+        case EState::kHover:
+            return QStringLiteral("hover");
+        case EState::kPressed:
+            return QStringLiteral("pressed");
+        case EState::kOn:
+            return QStringLiteral("on");
+        case EState::kOff:
+            return QStringLiteral("off");
+        case EState::kOnHover:
+            return QStringLiteral("onHover");
+        case EState::kDisabled:
+            return QStringLiteral("disabled");
+        case EState::kPlaying:
+            return QStringLiteral("playing");
+    }
+    return {};
+}
+
+quint64 Key(int number, EState state, ESection section) {
+    return static_cast<quint64>(number) << 16U | static_cast<quint64>(state) << 8U | static_cast<quint64>(section);
+}
+
+// The group of a state, or what stands in for it.
+QString GroupOf(const QSvgRenderer& renderer, EState state) {
+    const QString name = StateName(state);
+    if (renderer.elementExists(name)) return name;
+    if (state == EState::kOnHover && renderer.elementExists(QStringLiteral("on"))) return QStringLiteral("on");
+    if (renderer.elementExists(QStringLiteral("normal"))) return QStringLiteral("normal");
+    return {};
+}
+
+}  // namespace
+
+CSkin::CSkin() {
+    for (const QString& name : QDir(QStringLiteral(":/skin")).entryList({QStringLiteral("*.svg")})) {
+        files.insert(name.section(QLatin1Char('-'), 0, 0).toInt(), QStringLiteral(":/skin/") + name);
+    }
+}
+
+CSkin::~CSkin() = default;
+
+void CSkin::SetScale(qreal next) {
+    if (scale == next) return;
+    scale = next;
+    bitmaps.clear();
+}
+
+const SkinBitmap& CSkin::Bitmap(int number, EState state, ESection section) {
+    auto& entry = bitmaps[Key(number, state, section)];
+    if (!entry) entry = std::make_shared<SkinBitmap>(Render(number, state, section));
+    return *entry;
+}
+
+QSize CSkin::Size(int number) {
+    const QSvgRenderer* const renderer = Renderer(number, ESection::kMix);
+    return renderer != nullptr ? renderer->defaultSize() : QSize(0, 0);
+}
+
+QSvgRenderer* CSkin::Renderer(int number, ESection section) {
+    auto& entry = renderers[Key(number, EState::kNormal, section)];
+    if (!entry) {
+        QFile file(files.value(number));
+        if (!file.open(QIODevice::ReadOnly)) return nullptr;
+        entry = std::make_shared<QSvgRenderer>(Palette().Fill(QString::fromUtf8(file.readAll()), section).toUtf8());
+    }
+    return entry->isValid() ? entry.get() : nullptr;
+}
+
+SkinBitmap CSkin::Render(int number, EState state, ESection section) {
+    QSvgRenderer* const renderer = Renderer(number, section);
+    if (renderer == nullptr) return {};
+    const QSize size = renderer->defaultSize();
+    const QSize pixels(static_cast<int>(std::ceil(size.width() * scale)),
+                       static_cast<int>(std::ceil(size.height() * scale)));
+    SkinBitmap bitmap{QImage(pixels, QImage::Format_ARGB32_Premultiplied), size.width(), size.height()};
+    bitmap.image.fill(Qt::transparent);
+    QPainter painter(&bitmap.image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    const QString group = GroupOf(*renderer, state);
+    if (group.isEmpty()) {
+        renderer->render(&painter, QRectF(QPointF(0, 0), size));
+    } else {
+        const QRectF bounds = renderer->transformForElement(group).mapRect(renderer->boundsOnElement(group));
+        renderer->render(&painter, group, bounds);
+    }
+    painter.end();
+    KeyOutRed(bitmap.image);
+    bitmap.image.setDevicePixelRatio(scale);
+    return bitmap;
+}
+
+void CSkin::KeyOutRed(QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            if (line[x] == qRgb(255, 0, 0)) line[x] = 0;
+        }
+    }
+}
+
+}  // namespace quib

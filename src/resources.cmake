@@ -1,0 +1,12 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Embeds the skin, the texts and the font of the windows into quib_controls.
+file(GLOB skin CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/skin/*.svg
+     ${PROJECT_SOURCE_DIR}/resources/skin/palette.txt)
+qt_add_resources(quib_controls skin PREFIX /skin BASE ${PROJECT_SOURCE_DIR}/resources/skin FILES ${skin})
+file(GLOB texts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/texts/*.txt)
+qt_add_resources(quib_controls texts PREFIX /texts BASE ${PROJECT_SOURCE_DIR}/resources/texts FILES ${texts})
+
+# The same letters on every machine.
+find_path(QUIB_FONT_FOLDER Inter-Regular.otf PATHS /usr/share/fonts/opentype/inter /usr/share/fonts REQUIRED)
+qt_add_resources(quib_controls fonts PREFIX /fonts BASE ${QUIB_FONT_FOLDER}
+                 FILES ${QUIB_FONT_FOLDER}/Inter-Medium.otf ${QUIB_FONT_FOLDER}/Inter-SemiBold.otf)
