@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPainterPath>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -133,13 +134,41 @@ void CCanvas::Blit(const SkinBitmap& bitmap, qreal x, qreal y, const QRectF& sou
     Painter().drawImage(QRectF(QPointF(x, y), source.size()), bitmap.image, pixels);
 }
 
-void CCanvas::BlitTurned(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees) {
+void CCanvas::BlitTurnedTo(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees, qreal side) {
     if (bitmap.IsNull()) return;
     Painter().save();
     painter.translate(centre);
     painter.rotate(degrees);
-    painter.drawImage(QPointF(-bitmap.width / 2.0, -bitmap.height / 2.0), bitmap.image);
+    painter.drawImage(QRectF(-side / 2, -side / 2, side, side), bitmap.image);
     painter.restore();
+}
+
+void CCanvas::BlitStretched(const SkinBitmap& bitmap, const QRectF& target, qreal cap) {
+    if (bitmap.IsNull() || target.isEmpty()) return;
+    const qreal ratio = bitmap.image.devicePixelRatio();
+    const bool upright = bitmap.height > bitmap.width || target.height() > target.width();
+    const qreal length = upright ? bitmap.height : bitmap.width;
+    const qreal wanted = upright ? target.height() : target.width();
+    const qreal end = std::min(cap, wanted / 2);
+    const std::array<qreal, 4> from = {0, end, length - end, length};
+    const std::array<qreal, 4> to = {0, end, wanted - end, wanted};
+    for (std::size_t part = 0; part + 1 < from.size(); ++part) {
+        const qreal sourceLength = (from[part + 1] - from[part]) * ratio;
+        const qreal targetLength = to[part + 1] - to[part];
+        if (sourceLength <= 0 || targetLength <= 0) continue;
+        const QRectF source = upright ? QRectF(0, from[part] * ratio, bitmap.image.width(), sourceLength)
+                                      : QRectF(from[part] * ratio, 0, sourceLength, bitmap.image.height());
+        const QRectF place = upright ? QRectF(target.left(), target.top() + to[part], target.width(), targetLength)
+                                     : QRectF(target.left() + to[part], target.top(), targetLength, target.height());
+        Painter().drawImage(place, bitmap.image, source);
+    }
+}
+
+void CCanvas::Glyph(CSkin& skin, int number, const QPointF& centre, QRgb colour) {
+    const SkinBitmap& bitmap = skin.Glyph(number, colour);
+    // On a whole pixel of the screen, so that every one of a row looks the same.
+    const auto snapped = [this](qreal place) { return std::round(place * scale) / scale; };
+    Blit(bitmap, snapped(centre.x() - bitmap.width / 2.0), snapped(centre.y() - bitmap.height / 2.0));
 }
 
 void CCanvas::Text(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,

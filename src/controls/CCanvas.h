@@ -38,8 +38,12 @@ public:
     void Blit(const SkinBitmap& bitmap, qreal x, qreal y);
     // The part `source` of the bitmap, both in skin pixels.
     void Blit(const SkinBitmap& bitmap, qreal x, qreal y, const QRectF& source);
-    // The bitmap turned clockwise about its centre, which comes to lie at `centre`.
-    void BlitTurned(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees);
+    // The bitmap in the size of `side`, turned clockwise about its centre, which comes to lie at `centre`.
+    void BlitTurnedTo(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees, qreal side);
+    // The bitmap stretched along the longer side of `target`; `cap` pixels at each of its ends are not.
+    void BlitStretched(const SkinBitmap& bitmap, const QRectF& target, qreal cap);
+    // A glyph of the skin in a colour.
+    void Glyph(CSkin& skin, int number, const QPointF& centre, QRgb colour);
     // One line, shortened with an ellipsis where it does not fit.
     void Text(const QRectF& rectangle, const QString& text, QRgb colour, int height = 10,
               Qt::Alignment alignment = Qt::AlignCenter, bool strong = false);

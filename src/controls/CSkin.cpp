@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CSkin.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QPainter>
@@ -60,11 +61,23 @@ void CSkin::SetScale(qreal next) {
     if (scale == next) return;
     scale = next;
     bitmaps.clear();
+    glyphs.clear();
 }
 
 const SkinBitmap& CSkin::Bitmap(int number, EState state, ESection section) {
     auto& entry = bitmaps[Key(number, state, section)];
-    if (!entry) entry = std::make_shared<SkinBitmap>(Render(number, state, section));
+    if (!entry) entry = std::make_shared<SkinBitmap>(Render(Renderer(number, section), state));
+    return *entry;
+}
+
+const SkinBitmap& CSkin::Glyph(int number, QRgb colour) {
+    auto& entry = glyphs[static_cast<quint64>(number) << 32U | colour];
+    if (!entry) {
+        QByteArray source = Source(number, ESection::kMix);
+        source.replace("{glyph}", QColor(colour).name().toLatin1());
+        QSvgRenderer renderer(source);
+        entry = std::make_shared<SkinBitmap>(Render(renderer.isValid() ? &renderer : nullptr, EState::kNormal));
+    }
     return *entry;
 }
 
@@ -76,15 +89,19 @@ QSize CSkin::Size(int number) {
 QSvgRenderer* CSkin::Renderer(int number, ESection section) {
     auto& entry = renderers[Key(number, EState::kNormal, section)];
     if (!entry) {
-        QFile file(files.value(number));
-        if (!file.open(QIODevice::ReadOnly)) return nullptr;
-        entry = std::make_shared<QSvgRenderer>(Palette().Fill(QString::fromUtf8(file.readAll()), section).toUtf8());
+        entry = std::make_shared<QSvgRenderer>(Source(number, section));
     }
     return entry->isValid() ? entry.get() : nullptr;
 }
 
-SkinBitmap CSkin::Render(int number, EState state, ESection section) {
-    QSvgRenderer* const renderer = Renderer(number, section);
+// The file with the palette's colours filled in; empty when there is none.
+QByteArray CSkin::Source(int number, ESection section) const {
+    QFile file(files.value(number));
+    if (!files.contains(number) || !file.open(QIODevice::ReadOnly)) return {};
+    return Palette().Fill(QString::fromUtf8(file.readAll()), section).toUtf8();
+}
+
+SkinBitmap CSkin::Render(QSvgRenderer* renderer, EState state) const {
     if (renderer == nullptr) return {};
     const QSize size = renderer->defaultSize();
     const QSize pixels(static_cast<int>(std::ceil(size.width() * scale)),

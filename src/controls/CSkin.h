@@ -38,6 +38,8 @@ public:
     qreal Scale() const noexcept { return scale; }
 
     const SkinBitmap& Bitmap(int number, EState state = EState::kNormal, ESection section = ESection::kMix);
+    // A picture whose shapes are "{glyph}", in that colour.
+    const SkinBitmap& Glyph(int number, QRgb colour);
     // Size in skin pixels; 0 x 0 when there is no picture of that number.
     QSize Size(int number);
     QList<int> Numbers() const { return files.keys(); }
@@ -47,12 +49,14 @@ public:
 
 private:
     QSvgRenderer* Renderer(int number, ESection section);
-    SkinBitmap Render(int number, EState state, ESection section);
+    SkinBitmap Render(QSvgRenderer* renderer, EState state) const;
+    QByteArray Source(int number, ESection section) const;
 
     qreal scale = 1;
     QHash<int, QString> files;
     QHash<quint64, std::shared_ptr<QSvgRenderer>> renderers;
     QHash<quint64, std::shared_ptr<SkinBitmap>> bitmaps;
+    QHash<quint64, std::shared_ptr<SkinBitmap>> glyphs;
 };
 
 }  // namespace quib

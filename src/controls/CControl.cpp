@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CControl.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/CWinControl.h"
+#include "controls/VirtualKeys.h"
+
+namespace quib {
+
+CControl::CControl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                   CValue* bound)
+    : owner(window),
+      identifier(number),
+      relativeX(left),
+      relativeY(top),
+      width(newWidth),
+      height(newHeight),
+      value(bound) {}
+
+CControl::~CControl() { owner.Forget(*this); }
+
+CCanvas& CControl::Canvas() const noexcept { return owner.Canvas(); }
+
+CSkin& CControl::Skin() const noexcept { return owner.Skin(); }
+
+void CControl::SetPosition(int newRelativeX, int newRelativeY) noexcept {
+    relativeX = newRelativeX;
+    relativeY = newRelativeY;
+}
+
+void CControl::SetSize(int newWidth, int newHeight) noexcept {
+    width = newWidth;
+    height = newHeight;
+}
+
+void CControl::Layout(int parentX, int parentY, const QRect& shown) {
+    x = relativeX + parentX;
+    y = relativeY + parentY;
+    clip = shown;
+    for (const auto& child : children) child->Layout(x, y, shown);
+    OnMove();
+}
+
+void CControl::ClearChildren() { children.clear(); }
+
+void CControl::SetVisible(bool flag) {
+    visible = flag;
+    OnShow(flag);
+}
+
+CControl* CControl::HitTest(int px, int py) {
+    if (!visible) return nullptr;
+    if (px < x || py < y || px - x > width || py - y > height) return nullptr;
+    if (!clip.adjusted(0, 0, 1, 1).contains(px, py)) return nullptr;
+    for (const auto& child : children) {
+        if (CControl* const hit = child->HitTest(px, py)) return hit;
+    }
+    return this;
+}
+
+void CControl::BroadcastKeyDown(int virtualKey) {
+    for (const auto& child : children) child->BroadcastKeyDown(virtualKey);
+    OnKeyDown(virtualKey);
+}
+
+void CControl::BroadcastKeyUp(int virtualKey) {
+    for (const auto& child : children) child->BroadcastKeyUp(virtualKey);
+    OnKeyUp(virtualKey);
+}
+
+float CControl::Share() const noexcept {
+    if (maximum == minimum) return 0;
+    return std::clamp((ValueNow() - minimum) / (maximum - minimum), 0.0F, 1.0F);
+}
+
+void CControl::Update(bool notify, bool redraw) {
+    if (value != nullptr) {
+        const float now = value->Get();
+        // A value that is no number becomes the minimum.
+        if (!(now >= minimum)) value->Set(minimum);
+        if (now > maximum) value->Set(maximum);
+    }
+    if (redraw && visible) {
+        DrawClipped();
+        Blit();
+    }
+    if (notify && onChange) onChange(*this);
+}
+
+void CControl::SetValueAndUpdate(bool notify, bool redraw, float next) {
+    if (value != nullptr) value->Set(next);
+    Update(notify, redraw);
+}
+
+void CControl::DrawClipped() {
+    const QRect shown = ShownRectangle();
+    if (shown.isEmpty() || !owner.HasBackBuffer()) return;
+    Canvas().SetClip(shown);
+    drawnValue = ValueNow();
+    Draw();
+}
+
+void CControl::Refresh(bool blit) {
+    if (!visible || !owner.HasBackBuffer()) return;
+    DrawClipped();
+    for (const auto& child : children) child->Refresh(false);
+    if (blit) Blit();
+}
+
+void CControl::Blit() {
+    if (visible) {
+        owner.BlitRectangle(ShownRectangle());
+    } else {
+        FillRect(backgroundColour);
+    }
+}
+
+void CControl::BlitRect(int x0, int y0, int x1, int y1) {
+    const QRect part(QPoint(std::max(x0, x), std::max(y0, y)),
+                     QPoint(std::min(x1, x + width) - 1, std::min(y1, y + height) - 1));
+    if (visible) owner.BlitRectangle(part.intersected(clip));
+}
+
+void CControl::FillRect(QRgb colour) {
+    const QRect shown = ShownRectangle();
+    if (shown.isEmpty() || !owner.HasBackBuffer()) return;
+    Canvas().SetClip(shown);
+    Canvas().Fill(shown, colour);
+    owner.BlitRectangle(shown);
+}
+
+void CControl::RefreshIfChanged() {
+    if (visible && value != nullptr && value->Get() != drawnValue) Update(false, true);
+    for (const auto& child : children) child->RefreshIfChanged();
+}
+
+QString CControl::ValueText() const {
+    if (formatValue) return formatValue(ValueNow());
+    const float range = maximum - minimum;
+    return QString::number(static_cast<double>(ValueNow()), 'f', range > 50 ? 1 : range > 5 ? 2 : 3);
+}
+
+void CControl::BeginGesture() {
+    if (!gestureStart && value != nullptr) gestureStart = value->Get();
+}
+
+void CControl::EndGesture() {
+    if (!gestureStart) return;
+    const float before = *gestureStart;
+    gestureStart.reset();
+    if (onGesture && value != nullptr && value->Get() != before) onGesture(*this, before);
+}
+
+void CControl::ChangeByUser(float next) {
+    BeginGesture();
+    SetValueAndUpdate(true, true, next);
+    EndGesture();
+}
+
+void CControl::ReturnToDefault() {
+    if (!defaultValue || !enabled) return;
+    ChangeByUser(*defaultValue);
+    ShowValue();
+}
+
+void CControl::TurnByWheel(std::uint32_t word) {
+    if (value == nullptr || !enabled) return;
+    const float share = (word & kWheelControl) != 0 ? 0.001F : 0.01F;
+    ChangeByUser(std::clamp(ValueNow() + NotchesOf(word) * share * (maximum - minimum), minimum, maximum));
+    ShowValue();
+}
+
+void CControl::ShowValue() {
+    if (value != nullptr) owner.ShowBubble(*this, ValueText());
+}
+
+EState CControl::PlainState() const noexcept {
+    if (!enabled) return EState::kDisabled;
+    if (pressed) return EState::kPressed;
+    return hovered ? EState::kHover : EState::kNormal;
+}
+
+CTicked::CTicked(CWinControl& window) : tickWindow(window) { tickWindow.AddTicked(*this); }
+
+CTicked::~CTicked() { tickWindow.RemoveTicked(*this); }
+
+}  // namespace quib

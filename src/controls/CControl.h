@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Base of every skinned control: a rectangle of a window that draws itself into the window's back buffer
+// and gets the mouse and keys that the window routes to it. Bound to one value of the model, which it
+// never owns. User-interface thread; the value may be read and written by any thread meanwhile.
+
+#include <QRect>
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "controls/CSkin.h"
+#include "model/CValue.h"
+
+namespace quib {
+
+class CCanvas;
+class CInfoCtrl;
+class CSkin;
+class CWinControl;
+
+class CControl {
+public:
+    // Position relative to the parent control, or to the window; in skin pixels like every length here.
+    CControl(CWinControl& owner, std::uint32_t identifier, int relativeX, int relativeY, int width, int height,
+             CValue* value = nullptr);
+    virtual ~CControl();
+    CControl(const CControl&) = delete;
+    CControl& operator=(const CControl&) = delete;
+
+    // --- What a control may do of its own -----------------------------------------------------------
+
+    virtual void Draw() {}
+    virtual void OnMouseMove(int /*x*/, int /*y*/) {}
+    // Buttons: 0 left, 1 right.
+    virtual void OnLButtonDown(int /*x*/, int /*y*/, int /*button*/) {}
+    virtual void OnLButtonUp(int /*x*/, int /*y*/, int /*button*/) {}
+    virtual void OnDoubleClick(int /*x*/, int /*y*/) {}
+    // `word`: see WheelWordOf.
+    virtual void OnMouseWheel(int /*x*/, int /*y*/, std::uint32_t /*word*/) {}
+    virtual void OnMouseLeave() {}
+    virtual void OnHook(int /*first*/, int /*second*/) {}
+    virtual void OnMove() {}
+    virtual void Resize(int /*newWidth*/, int /*newHeight*/) {}
+    virtual void OnKeyDown(int /*virtualKey*/) {}
+    virtual void OnKeyUp(int /*virtualKey*/) {}
+    virtual void OnShow(bool /*nowVisible*/) {}
+
+    // --- Place and tree -------------------------------------------------------------------------------
+
+    std::uint32_t Identifier() const noexcept { return identifier; }
+    CWinControl& Owner() const noexcept { return owner; }
+    int X() const noexcept { return x; }
+    int Y() const noexcept { return y; }
+    int Width() const noexcept { return width; }
+    int Height() const noexcept { return height; }
+    QRect Rectangle() const noexcept { return {x, y, width, height}; }
+    // The part of the rectangle that is shown.
+    QRect ShownRectangle() const noexcept { return Rectangle().intersected(clip); }
+    // Takes effect with the next layout.
+    void SetPosition(int newRelativeX, int newRelativeY) noexcept;
+    void SetSize(int newWidth, int newHeight) noexcept;
+    // Places the control and its children; nothing of them is shown outside of `shown`.
+    void Layout(int parentX, int parentY, const QRect& shown);
+    template <class T, class... Arguments>
+    T& AddChild(Arguments&&... arguments) {
+        auto child = std::make_unique<T>(owner, std::forward<Arguments>(arguments)...);
+        T& reference = *child;
+        children.push_back(std::move(child));
+        return reference;
+    }
+    void ClearChildren();
+    const std::vector<std::unique_ptr<CControl>>& Children() const noexcept { return children; }
+    bool IsVisible() const noexcept { return visible; }
+    // Hides or shows it and tells it; nothing is drawn.
+    void SetVisible(bool flag);
+    // The innermost visible control at a point, which may be this one; null when the point misses it. The
+    // right and the bottom edge count one pixel beyond the rectangle.
+    CControl* HitTest(int px, int py);
+    void BroadcastKeyDown(int virtualKey);
+    void BroadcastKeyUp(int virtualKey);
+
+    // --- Value and drawing ------------------------------------------------------------------------------
+
+    CValue* Value() const noexcept { return value; }
+    void Bind(CValue* newValue) noexcept { value = newValue; }
+    float ValueNow() const noexcept { return value != nullptr ? value->Get() : minimum; }
+    // The value's place in its range, 0..1.
+    float Share() const noexcept;
+    // Clamps the value, redraws and tells the change where asked to. `notify` is for the user's gestures.
+    void Update(bool notify, bool redraw);
+    void SetValueAndUpdate(bool notify, bool redraw, float next);
+    // Draws the control with its children; shows them where `blit` says so.
+    void Refresh(bool blit = true);
+    // Shows on the screen what was drawn.
+    void Blit();
+    void BlitRect(int x0, int y0, int x1, int y1);
+    // Fills the control's rectangle, in the back buffer and on the screen.
+    void FillRect(QRgb colour);
+    // Redraws when the bound value is another than the one drawn last.
+    void RefreshIfChanged();
+    // The value with its unit.
+    QString ValueText() const;
+
+    // One gesture of the user from its first change to its last, for whoever keeps an undo list.
+    void BeginGesture();
+    void EndGesture();
+    // A gesture of one change.
+    void ChangeByUser(float next);
+    void ReturnToDefault();
+
+    // --- Set by the owner ---------------------------------------------------------------------------------
+
+    float minimum = 0;
+    float maximum = 1;
+    std::optional<float> defaultValue;
+    QRgb backgroundColour = qRgb(0x30, 0x30, 0x30);  // painted over a hidden control
+    ESection section = ESection::kMix;
+    bool enabled = true;
+    bool alternativeClickAlways = false;
+    bool captureOnClick = true;
+    int primaryButton = 0;
+    int popupMenu = -1;
+    int infoString = -1;
+    QString infoText;
+    CInfoCtrl* infoPanel = nullptr;  // null: the window's
+    QString entryTitle;              // empty: no manual entry
+    QString entryText;
+    QString name;  // of the value, for undo lists
+    std::function<QString(float)> formatValue;
+    std::function<void(CControl&)> onChange;
+    std::function<void(CControl&, const QString&)> onTextEntry;
+    std::function<void(CControl&)> afterClick;
+    std::function<void(CControl&)> onAlternativeClick;
+    std::function<void(CControl&, float before)> onGesture;  // a gesture has changed the value
+
+    // --- Kept by the window ---------------------------------------------------------------------------------
+
+    bool pressed = false;
+    bool hovered = false;
+
+protected:
+    CCanvas& Canvas() const noexcept;
+    CSkin& Skin() const noexcept;
+    // A hundredth of the range a notch, a thousandth with Ctrl.
+    void TurnByWheel(std::uint32_t word);
+    // The bubble with the value, beside the control while it moves.
+    void ShowValue();
+    // The skin's state for a control that is only hovered or not.
+    EState PlainState() const noexcept;
+
+    bool hoverLook = false;          // redrawn when the mouse comes and goes
+    bool doubleClickIsClick = true;  // a second click in a row counts as another one
+    bool takesDigits = false;        // digits typed over it set the value
+    bool doubleClickResets = false;  // returns to the default where no manual entry is set
+
+private:
+    friend class CWinControl;
+    friend class CMouseRouter;
+    void DrawClipped();
+
+    CWinControl& owner;
+    std::uint32_t identifier;
+    int x = 0, y = 0;
+    int relativeX, relativeY;
+    int width, height;
+    QRect clip;
+    CValue* value;
+    bool visible = true;
+    float drawnValue = 0;
+    std::optional<float> gestureStart;
+    std::vector<std::unique_ptr<CControl>> children;
+};
+
+// Something that moves by itself. Told by its window's timer, every 40 ms while the window is shown.
+class CTicked {
+public:
+    explicit CTicked(CWinControl& window);
+    virtual ~CTicked();
+    CTicked(const CTicked&) = delete;
+    CTicked& operator=(const CTicked&) = delete;
+    virtual void Tick() = 0;
+
+private:
+    CWinControl& tickWindow;
+};
+
+}  // namespace quib

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CMouseRouter.h"
+
+#include "controls/CInfoCtrl.h"
+#include "controls/CWinControl.h"
+#include "platform/Clock.h"
+
+namespace quib {
+
+namespace {
+constexpr std::uint64_t kDebounce = 20'000'000;  // nanoseconds
+}
+
+CMouseRouter::Hit CMouseRouter::Find(int x, int y) const {
+    for (const auto& top : owner.Controls()) {
+        if (CControl* const control = top->HitTest(x, y)) return {top.get(), control};
+    }
+    return {};
+}
+
+void CMouseRouter::Move(int x, int y) {
+    if (x == lastX && y == lastY) return;
+    lastX = x;
+    lastY = y;
+    if (captured != nullptr) return Hover(*captured, x, y);
+    CControl* const under = Find(x, y).control;
+    if (hovered != under) LeaveHovered();
+    if (under == nullptr) return;
+    const bool entered = hovered == nullptr;
+    hovered = under;
+    hovered->hovered = true;
+    if (entered && under->hoverLook) under->Update(false, true);
+    Hover(*under, x, y);
+}
+
+void CMouseRouter::Hover(CControl& control, int x, int y) {
+    ShowInfo(control);
+    control.OnMouseMove(x, y);
+}
+
+void CMouseRouter::ShowInfo(CControl& control) {
+    if (control.infoString < 0 && control.infoText.isEmpty()) return;
+    if (!InfoTextsAreShown(owner.Settings(), 1)) return;
+    CInfoCtrl* const panel = control.infoPanel != nullptr ? control.infoPanel : owner.infoPanel;
+    if (panel == nullptr) return;
+    if (control.infoString >= 0) {
+        panel->Show(control.infoString);
+    } else {
+        panel->Show(control.infoText);
+    }
+}
+
+void CMouseRouter::LeaveHovered() {
+    if (hovered == nullptr) return;
+    CControl& left = *hovered;
+    hovered = nullptr;
+    left.hovered = false;
+    if (left.hoverLook) left.Update(false, true);
+    for (const auto& child : left.Children()) child->OnMouseLeave();
+    left.OnMouseLeave();
+    if (left.infoPanel != nullptr) left.infoPanel->Clear();
+    owner.HideBubble();
+}
+
+void CMouseRouter::Leave() {
+    lastX = lastY = -1;
+    if (captured == nullptr || !captured->pressed) LeaveHovered();
+}
+
+bool CMouseRouter::Press(int button, int x, int y) {
+    if (Nanoseconds() < earliestPress) return false;
+    captured = nullptr;
+    if (const Hit hit = Find(x, y); hit.control != nullptr) Click(hit, button, x, y);
+    return true;
+}
+
+void CMouseRouter::Click(const Hit& hit, int button, int x, int y) {
+    CControl& control = *hit.control;
+    if (control.captureOnClick) captured = &control;
+    const bool alternative = button != control.primaryButton || control.alternativeClickAlways;
+    if (owner.IsAltHeld() && button == 0 && control.defaultValue) {
+        control.ReturnToDefault();
+    } else if (!alternative || !TakeAlternativePath(control)) {
+        control.pressed = true;
+        if (button == 0) control.BeginGesture();
+        control.OnLButtonDown(x, y, button);
+        if (control.afterClick) control.afterClick(control);
+    }
+    if (owner.onControlClicked) owner.onControlClicked(*hit.top);
+}
+
+bool CMouseRouter::TakeAlternativePath(CControl& control) {
+    if (control.onAlternativeClick) {
+        control.onAlternativeClick(control);
+    } else if (control.popupMenu >= 0) {
+        owner.ShowPopupMenu(control);
+    } else if (!control.entryTitle.isEmpty()) {
+        owner.RunManualEntry(control);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void CMouseRouter::Release(int button, int x, int y) {
+    earliestPress = Nanoseconds() + kDebounce;
+    for (std::size_t index = 0; index < owner.Controls().size(); ++index) {
+        ReleaseIn(*owner.Controls()[index], button, x, y);
+    }
+}
+
+void CMouseRouter::ReleaseIn(CControl& control, int button, int x, int y) {
+    for (std::size_t index = 0; index < control.Children().size(); ++index) {
+        ReleaseIn(*control.Children()[index], button, x, y);
+    }
+    if (!control.pressed) return;
+    control.pressed = false;
+    owner.HideBubble();
+    control.EndGesture();
+    control.OnLButtonUp(x, y, button);
+}
+
+void CMouseRouter::DoubleClick(int x, int y) {
+    const Hit hit = Find(x, y);
+    if (hit.control == nullptr) return;
+    CControl& control = *hit.control;
+    const bool hasEntry = !control.entryTitle.isEmpty();
+    if (hasEntry) owner.RunManualEntry(control);
+    control.OnDoubleClick(x, y);
+    if (hasEntry) return;
+    if (control.doubleClickResets && control.defaultValue) {
+        control.ReturnToDefault();
+    } else if (control.doubleClickIsClick) {
+        Press(0, x, y);
+    }
+}
+
+void CMouseRouter::Wheel(std::uint32_t word) {
+    if (CControl* const control = Find(lastX, lastY).control) control->OnMouseWheel(lastX, lastY, word);
+}
+
+void CMouseRouter::Forget(const CControl& control) noexcept {
+    if (hovered == &control) hovered = nullptr;
+    if (captured == &control) captured = nullptr;
+}
+
+}  // namespace quib

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Which control of a window gets which mouse event: hit test, capture, hover, click, release, double click,
+// wheel. All positions in skin pixels of the window. User-interface thread.
+
+#include <cstdint>
+
+#include "controls/CControl.h"
+
+namespace quib {
+
+class CMouseRouter {
+public:
+    explicit CMouseRouter(CWinControl& window) : owner(window) {}
+
+    void Move(int x, int y);
+    // False when the press was dropped: one that follows a release within 20 ms is a bouncing button.
+    bool Press(int button, int x, int y);
+    void Release(int button, int x, int y);
+    void DoubleClick(int x, int y);
+    void Wheel(std::uint32_t word);
+    // The mouse left the window.
+    void Leave();
+    // The control is about to go.
+    void Forget(const CControl& control) noexcept;
+
+    CControl* Hovered() const noexcept { return hovered; }
+    CControl* Captured() const noexcept { return captured; }
+    int X() const noexcept { return lastX; }
+    int Y() const noexcept { return lastY; }
+
+private:
+    struct Hit {
+        CControl* top = nullptr;  // the top-level control
+        CControl* control = nullptr;
+    };
+    Hit Find(int x, int y) const;
+    void Click(const Hit& hit, int button, int x, int y);
+    bool TakeAlternativePath(CControl& control);
+    void Hover(CControl& control, int x, int y);
+    void ShowInfo(CControl& control);
+    void LeaveHovered();
+    void ReleaseIn(CControl& control, int button, int x, int y);
+
+    CWinControl& owner;
+    CControl* hovered = nullptr;
+    CControl* captured = nullptr;
+    int lastX = -1;
+    int lastY = -1;
+    std::uint64_t earliestPress = 0;  // nanoseconds
+};
+
+}  // namespace quib

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A switch: a click turns its value from 0 to 1 and from anything else to 0. User-interface thread.
+
+#include "controls/CControl.h"
+
+namespace quib {
+
+class CSwitchCtrl : public CControl {
+public:
+    // Shows a text, or a glyph of the skin.
+    CSwitchCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                CValue* bound, const QString& text);
+    CSwitchCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                CValue* bound, int glyphNumber);
+
+    void Draw() override;
+    void OnMouseMove(int px, int py) override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void OnLButtonUp(int px, int py, int button) override;
+    void OnMouseLeave() override;
+
+    bool readOnly = false;   // only shows its value
+    bool momentary = false;  // never stays on: a button
+    QRgb onColour = 0;       // 0: the section's accent
+    QString label;
+    int glyph = -1;
+
+private:
+    bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
+};
+
+// The cap of a button in a state, shared by whatever can be pressed.
+void DrawCap(CCanvas& canvas, const QRectF& area, EState state, QRgb accent);
+// The colour of a text or glyph upon it.
+QRgb CapTextColour(EState state, QRgb accent);
+
+}  // namespace quib

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CSwitchFaderCtrl.h"
+
+#include <algorithm>
+
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+#include "controls/StringTable.h"
+#include "controls/VirtualKeys.h"
+
+namespace quib {
+
+namespace {
+constexpr int kChooseEffectText = 390;
+}
+
+CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
+                                   int newHeight, CValue* bound, CValue* boundLevel)
+    : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
+    hoverLook = true;
+    doubleClickIsClick = boundLevel == nullptr;
+}
+
+void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int button) {
+    if (button != 0) return;
+    if (!enabled) {
+        if (InfoTextsAreShown(Owner().Settings(), 0) && Owner().onMessage) {
+            Owner().onMessage(QStringLiteral("QUIB STUDIO"),
+                              StringText(kChooseEffectText, InfoLanguage(Owner().Settings())));
+        }
+        return;
+    }
+    if (px - X() >= Width() - kSwitchZone || level == nullptr) {
+        SetValueAndUpdate(true, true, Value() != nullptr && Value()->IsOn() ? 0.0F : 1.0F);
+        return;
+    }
+    dragging = true;
+    levelBefore = level->Get();
+    drag.Begin(levelBefore, px);
+    ChangeLevel(levelBefore);
+}
+
+void CSwitchFaderCtrl::OnMouseMove(int px, int /*py*/) {
+    if (enabled) Owner().setCursor(Qt::PointingHandCursor);
+    if (!dragging) return;
+    const float perPixel = levelMaximum / static_cast<float>(std::max(1, Width() - kSwitchZone));
+    ChangeLevel(std::clamp(drag.Move(px, perPixel, Owner().IsFine()), 0.0F, levelMaximum));
+}
+
+void CSwitchFaderCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
+    if (std::exchange(dragging, false)) FinishLevel(levelBefore);
+    Update(false, true);
+}
+
+void CSwitchFaderCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
+    if (!enabled || level == nullptr) return;
+    const float before = level->Get();
+    const float share = (word & kWheelControl) != 0 ? 0.001F : 0.01F;
+    ChangeLevel(std::clamp(before + NotchesOf(word) * share * levelMaximum, 0.0F, levelMaximum));
+    FinishLevel(before);
+}
+
+void CSwitchFaderCtrl::OnMouseLeave() { Owner().unsetCursor(); }
+
+void CSwitchFaderCtrl::ChangeLevel(float next) {
+    level->Set(next);
+    Update(false, true);
+    if (onChange) onChange(*this);
+    Owner().ShowBubble(*this, formatLevel ? formatLevel(next) : QString::number(static_cast<double>(next), 'f', 1));
+}
+
+void CSwitchFaderCtrl::FinishLevel(float before) {
+    if (onLevelGesture && level->Get() != before) onLevelGesture(*this, before);
+}
+
+void CSwitchFaderCtrl::ResetLevel() {
+    if (level == nullptr) return;
+    const float before = level->Get();
+    ChangeLevel(levelDefault);
+    FinishLevel(before);
+}
+
+void CSwitchFaderCtrl::SetText(const QString& newText) {
+    if (text == newText) return;
+    text = newText;
+    Update(false, true);
+}
+
+void CSwitchFaderCtrl::Draw() {
+    const CPalette& palette = Palette();
+    const bool on = enabled && Value() != nullptr && Value()->IsOn();
+    const QRgb accent = palette.Accent(section);
+    Canvas().Fill(Rectangle(), backgroundColour);
+    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    Canvas().FillRound(area, 3,
+                       palette.Colour(hovered && enabled ? QStringLiteral("wellDeep") : QStringLiteral("well")));
+    if (enabled && level != nullptr) {
+        const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(level->Get() / levelMaximum);
+        const QRgb fill = Mix(palette.Colour(QStringLiteral("well")), accent, on ? 0.45F : 0.18F);
+        if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, fill);
+    }
+    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
+    const QRgb textColour = palette.Colour(!enabled ? QStringLiteral("textDim")
+                                           : on     ? QStringLiteral("text")
+                                                    : QStringLiteral("textMuted"));
+    Canvas().Text(area.adjusted(6, 0, -(enabled ? kSwitchZone : 4), 0), text, textColour, 10,
+                  Qt::AlignLeft | Qt::AlignVCenter);
+    if (!enabled) return;
+    const QPointF lamp(area.right() - kSwitchZone / 2.0 + 2, area.center().y());
+    if (on) Canvas().Ellipse(lamp, 6.5, WithOpacity(accent, 0.25F));
+    Canvas().Glyph(Skin(), picture::kGlyphPower, lamp, on ? accent : palette.Colour(QStringLiteral("textDim")));
+}
+
+}  // namespace quib

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A switch with a level: the field of an effect send. The right 25 pixels switch it on and off, the rest
+// is dragged for the level. Disabled, while no effect is there, it tells how to choose one.
+// User-interface thread.
+
+#include "controls/CControl.h"
+#include "controls/CDragValue.h"
+
+namespace quib {
+
+class CSwitchFaderCtrl : public CControl {
+public:
+    static constexpr int kSwitchZone = 25;  // pixels
+
+    // `bound` is the switch. Without a level it is a plain switch with a name, as of an insert.
+    CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                     CValue* bound, CValue* boundLevel);
+
+    void Draw() override;
+    void OnMouseMove(int px, int py) override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void OnLButtonUp(int px, int py, int button) override;
+    void OnMouseWheel(int px, int py, std::uint32_t word) override;
+    void OnMouseLeave() override;
+
+    CValue* Level() const noexcept { return level; }
+    void SetText(const QString& text);
+    void ResetLevel();
+
+    float levelMaximum = 127;
+    float levelDefault = 0;
+    std::function<QString(float)> formatLevel;
+    std::function<void(CControl&, float before)> onLevelGesture;
+
+private:
+    void ChangeLevel(float next);
+    void FinishLevel(float before);
+
+    CValue* level;
+    QString text;
+    bool dragging = false;
+    float levelBefore = 0;
+    CDragValue drag;
+};
+
+}  // namespace quib

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A window of skinned controls: owns the top-level controls and the one back buffer that they draw into,
+// routes mouse and keys to them, and copies only what changed to the screen. Sizes and positions are skin
+// pixels; the window's own scale and the screen's turn them into physical ones. User-interface thread.
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "controls/CCanvas.h"
+#include "controls/CControl.h"
+#include "controls/CMouseRouter.h"
+#include "controls/ControlSettings.h"
+
+class QLabel;
+class QTimer;
+
+namespace quib {
+
+class CWinControl : public QWidget {
+    Q_OBJECT
+
+public:
+    CWinControl(const CControlSettings& settings, QRgb background, QWidget* parent = nullptr);
+    ~CWinControl() override;
+
+    // Puts a control behind those that are there. It is drawn with the next layout.
+    template <class T, class... Arguments>
+    T& Add(Arguments&&... arguments) {
+        auto control = std::make_unique<T>(*this, std::forward<Arguments>(arguments)...);
+        T& reference = *control;
+        controls.push_back(std::move(control));
+        return reference;
+    }
+    void Remove(CControl& control);
+    const std::vector<std::unique_ptr<CControl>>& Controls() const noexcept { return controls; }
+    const CControlSettings& Settings() const noexcept { return settings; }
+
+    CCanvas& Canvas() noexcept { return canvas; }
+    CSkin& Skin() noexcept { return skin; }
+    bool HasBackBuffer() const noexcept { return hasBackBuffer; }
+    QSize SkinSize() const;
+    // Size of a skin pixel in the desktop's pixels, 0.75..3.
+    void SetUiScale(qreal scale);
+    qreal UiScale() const noexcept { return uiScale; }
+    // Places all controls anew and draws everything.
+    void LayoutAndRefresh();
+    // Tells the screen which part of the back buffer is new.
+    void BlitRectangle(const QRect& rectangle);
+    // Redraws whatever shows a value that has changed, and moves what moves. From the 40 ms timer.
+    void Tick();
+
+    // Modifiers of the event that is being handled.
+    bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
+    bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
+
+    void ShowBubble(CControl& control, const QString& text);
+    void HideBubble();
+    void RunManualEntry(CControl& control);
+    void ShowPopupMenu(CControl& control);
+    // The control whose pop-up menu was shown last; null when it is gone.
+    CControl* MenuTarget() const noexcept { return menuTarget; }
+    CMouseRouter& Mouse() noexcept { return mouse; }
+    // Screen pixels that were copied from the back buffer since the start.
+    qint64 PaintedPixels() const noexcept { return paintedPixels; }
+    // A point of the window as the controls count.
+    QPoint ToSkin(const QPointF& position) const;
+    QRect ToWidget(const QRect& rectangle) const;
+    void Forget(const CControl& control) noexcept;
+    void AddTicked(CTicked& ticked) { tickedControls.push_back(&ticked); }
+    void RemoveTicked(const CTicked& ticked) { std::erase(tickedControls, &ticked); }
+
+    CInfoCtrl* infoPanel = nullptr;
+    std::function<void(CControl& topLevel)> onControlClicked;
+    std::function<void(CControl& target, int menu)> onPopupMenu;
+    std::function<void(const QString& caption, const QString& text)> onMessage;
+
+protected:
+    // Where the derived window places its controls; called before each layout.
+    virtual void Arrange(const QSize& /*size*/) {}
+    // What lies behind the controls.
+    virtual void DrawBackground() {}
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+private:
+    bool TakeTypedCharacter(const QKeyEvent& event);
+    void CommitTyped();
+    qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
+
+    const CControlSettings& settings;
+    QRgb background;
+    CCanvas canvas;
+    CSkin skin;
+    CMouseRouter mouse{*this};
+    std::vector<CTicked*> tickedControls;
+    qreal uiScale = 1;
+    bool hasBackBuffer = false;
+    qint64 paintedPixels = 0;
+    Qt::KeyboardModifiers modifiers;
+    CControl* menuTarget = nullptr;
+    CControl* entryTarget = nullptr;
+    CControl* typingTarget = nullptr;
+    QString typed;
+    QTimer* typingEnd;
+    QLabel* bubble;
+    QTimer* bubbleEnd;
+    // Last, so that controls go while the rest is still there.
+    std::vector<std::unique_ptr<CControl>> controls;
+};
+
+}  // namespace quib
