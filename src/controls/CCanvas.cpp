@@ -103,6 +103,13 @@ void CCanvas::Polyline(std::span<const QPointF> points, QRgb colour, qreal width
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));
 }
 
+void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb colour) {
+    Painter().setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(QColor::fromRgba(colour), 0));
+    painter.drawPolyline(points.data(), static_cast<int>(points.size()));
+    painter.setRenderHint(QPainter::Antialiasing, true);
+}
+
 void CCanvas::Polygon(std::span<const QPointF> points, QRgb colour) {
     Painter().setPen(Qt::NoPen);
     painter.setBrush(QColor::fromRgba(colour));

@@ -31,6 +31,8 @@ public:
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
     void Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width = 1);
     void Polyline(std::span<const QPointF> points, QRgb colour, qreal width = 1);
+    // One physical pixel wide and without smoothing: for curves that are redrawn all the time.
+    void FastPolyline(std::span<const QPointF> points, QRgb colour);
     void Polygon(std::span<const QPointF> points, QRgb colour);
     void Ellipse(const QPointF& centre, qreal radius, QRgb colour);
     // Part of a circle; angles in degrees clockwise from twelve o'clock.

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CArpeggiatorCtrl.h"
+
+#include <array>
+#include <cmath>
+
+#include "controls/CKnobCtrl.h"
+#include "controls/CSelectorCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+
+namespace quib {
+
+namespace {
+
+struct KnobPlan {
+    CValue* ArpeggiatorValues::*setting;
+    const char* label;
+    const char* name;
+    float maximum;
+    int infoString;
+    QString (*text)(float);
+};
+
+QString Whole(float value) { return QString::number(std::lround(value)); }
+QString Percent(float value) { return QStringLiteral("%1 %").arg(std::lround(value * 100)); }
+QString Semitones(float value) { return QStringLiteral("%1 semitones").arg(std::lround(value)); }
+QString Gate(float value) { return QStringLiteral("1/%1 step").arg(1 << std::lround(value)); }
+QString Speed(float value) { return QStringLiteral("every %1 steps").arg(1 << std::lround(value)); }
+
+constexpr std::array<KnobPlan, 6> kKnobs = {{
+    {&ArpeggiatorValues::hole, "Holes", "Arpeggiator holes", 8, 412, Whole},
+    {&ArpeggiatorValues::ext, "Extend", "Arpeggiator extension", 8, 413, Whole},
+    {&ArpeggiatorValues::interval, "Interval", "Arpeggiator interval", 24, 415, Semitones},
+    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 1, 416, Percent},
+    {&ArpeggiatorValues::gateTime, "Gate", "Arpeggiator gate time", 4, 417, Gate},
+    {&ArpeggiatorValues::tempo, "Tempo", "Arpeggiator tempo", 4, 418, Speed},
+}};
+
+}  // namespace
+
+CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
+                                   const ArpeggiatorValues& values)
+    : CControl(window, number, left, top, kWidth, kHeight) {
+    auto& on = AddChild<CSwitchCtrl>(0U, 10, 10, 56, 22, nullptr, QStringLiteral("ON"));
+    on.infoString = 410;
+    on.name = QStringLiteral("Arpeggiator");
+    bound.push_back({&on, &ArpeggiatorValues::on});
+    auto& mode = AddChild<CSelectorCtrl>(0U, 74, 10, 88, 22, nullptr,
+                                         QStringList{QStringLiteral("Up"), QStringLiteral("Down"),
+                                                     QStringLiteral("Up & down"), QStringLiteral("Random")});
+    mode.infoString = 411;
+    mode.name = QStringLiteral("Arpeggiator mode");
+    bound.push_back({&mode, &ArpeggiatorValues::mode});
+    auto& extMode = AddChild<CSelectorCtrl>(0U, 170, 10, 90, 22, nullptr,
+                                            QStringList{QStringLiteral("Each key"), QStringLiteral("Pass"),
+                                                        QStringLiteral("Pass, back"), QStringLiteral("Random")});
+    extMode.infoString = 414;
+    extMode.name = QStringLiteral("Arpeggiator extension mode");
+    bound.push_back({&extMode, &ArpeggiatorValues::extMode});
+    int place = 8;
+    for (const KnobPlan& plan : kKnobs) {
+        auto& knob = AddChild<CKnobCtrl>(0U, place, 66, 38, 52, nullptr);
+        knob.label = QString::fromLatin1(plan.label);
+        knob.name = QString::fromLatin1(plan.name);
+        knob.maximum = plan.maximum;
+        knob.defaultValue = 0.0F;
+        knob.infoString = plan.infoString;
+        knob.formatValue = plan.text;
+        bound.push_back({&knob, plan.setting});
+        place += 43;
+    }
+    for (const Bound& entry : bound) {
+        entry.control->section = ESection::kKeyboard;
+        entry.control->backgroundColour = Palette().Colour(QStringLiteral("panel"));
+    }
+    BindTo(values);
+}
+
+void CArpeggiatorCtrl::BindTo(const ArpeggiatorValues& values) {
+    for (const Bound& entry : bound) {
+        entry.control->Bind(values.*entry.setting);
+        entry.control->enabled = values.*entry.setting != nullptr;
+    }
+    Refresh();
+}
+
+void CArpeggiatorCtrl::SetGesture(const std::function<void(CControl&, float before)>& gesture) {
+    for (const Bound& entry : bound) entry.control->onGesture = gesture;
+}
+
+void CArpeggiatorCtrl::Draw() { Canvas().Fill(Rectangle(), Palette().Colour(QStringLiteral("panel"))); }
+
+}  // namespace quib

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CLabelCtrl.h"
+
+#include <QCursor>
+#include <QMenu>
+
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+
+namespace quib {
+
+CLabelCtrl::CLabelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                       const QString& fixedText)
+    : CControl(window, number, left, top, newWidth, newHeight),
+      textColour(Palette().Colour(QStringLiteral("text"))),
+      text(fixedText) {}
+
+void CLabelCtrl::SetText(const QString& newText) {
+    if (text == newText) return;
+    text = newText;
+    Update(false, true);
+}
+
+QRectF CLabelCtrl::DrawGround(QRgb ground) {
+    Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
+    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (!sunken) return area;
+    Canvas().FillRound(area, 3, ground);
+    Canvas().Frame(area, 3, Palette().Colour(QStringLiteral("edge")));
+    return area.adjusted(5, 0, -5, 0);
+}
+
+void CLabelCtrl::Draw() {
+    const QRectF area = DrawGround(Palette().Colour(QStringLiteral("well")));
+    Canvas().Text(area, text, textColour, fontHeight, alignment, strong);
+}
+
+CLiveLabelCtrl::CLiveLabelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
+                               int newHeight, std::function<QString()> textSource)
+    : CLabelCtrl(window, number, left, top, newWidth, newHeight), CTicked(window), source(std::move(textSource)) {}
+
+void CLiveLabelCtrl::Tick() {
+    if (IsVisible()) SetText(source());
+}
+
+CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
+                               int newHeight, const QString& fixedText, std::function<void(QMenu&)> fillMenu)
+    : CLabelCtrl(window, number, left, top, newWidth, newHeight, fixedText), buildMenu(std::move(fillMenu)) {
+    hoverLook = true;
+    sunken = true;
+    captureOnClick = false;
+}
+
+void CLabelMenuCtrl::OnMouseMove(int /*px*/, int /*py*/) {
+    if (enabled) Owner().setCursor(Qt::PointingHandCursor);
+}
+
+void CLabelMenuCtrl::OnMouseLeave() { Owner().unsetCursor(); }
+
+void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
+    if (!enabled || !buildMenu) return;
+    auto* const menu = new QMenu(&Owner());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    buildMenu(*menu);
+    menu->popup(QCursor::pos());
+}
+
+void CLabelMenuCtrl::Draw() {
+    const QRectF area = DrawGround(Palette().Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
+    const QRgb colour = enabled ? textColour : Palette().Colour(QStringLiteral("textDim"));
+    Canvas().Text(area.adjusted(0, 0, -10, 0), Text(), colour, fontHeight, alignment, strong);
+    Canvas().Glyph(Skin(), picture::kGlyphArrowDown, QPointF(area.right() - 3, area.center().y()),
+                   hovered ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim")));
+}
+
+}  // namespace quib

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Texts: a plain label, fixed or asked for anew with each tick, and one that opens a menu at the mouse.
+// User-interface thread.
+
+#include "controls/CControl.h"
+
+class QMenu;
+
+namespace quib {
+
+class CLabelCtrl : public CControl {
+public:
+    CLabelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+               const QString& fixedText = {});
+
+    void Draw() override;
+
+    void SetText(const QString& newText);
+    const QString& Text() const noexcept { return text; }
+
+    QRgb textColour;
+    std::optional<QRgb> fill;  // unset: the background
+    int fontHeight = 10;
+    bool strong = false;
+    bool sunken = false;  // drawn as a well
+    Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+
+protected:
+    QRectF DrawGround(QRgb ground);
+
+private:
+    QString text;
+};
+
+// A label whose text follows a function. Costs a comparison a tick while it stays the same.
+class CLiveLabelCtrl : public CLabelCtrl, public CTicked {
+public:
+    CLiveLabelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                   std::function<QString()> textSource);
+    void Tick() override;
+
+private:
+    std::function<QString()> source;
+};
+
+class CLabelMenuCtrl : public CLabelCtrl {
+public:
+    // `fillMenu` fills the menu at each click.
+    CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                   const QString& fixedText, std::function<void(QMenu&)> fillMenu);
+
+    void Draw() override;
+    void OnMouseMove(int px, int py) override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void OnMouseLeave() override;
+
+private:
+    std::function<void(QMenu&)> buildMenu;
+};
+
+}  // namespace quib

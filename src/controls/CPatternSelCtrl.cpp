@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CPatternSelCtrl.h"
+
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+
+namespace quib {
+
+CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newCellWidth,
+                                 int newHeight, int newHeaderHeight, CPatternOwner* patternOwner)
+    : CControl(window, number, left, top, newCellWidth * kCells, newHeight),
+      CTicked(window),
+      owner(patternOwner),
+      cellWidth(newCellWidth),
+      headerHeight(newHeaderHeight) {
+    section = ESection::kPattern;
+}
+
+int CPatternSelCtrl::CellAt(int px, int py) const noexcept {
+    if (px < X() || py < Y() + headerHeight || py > Y() + Height()) return -1;
+    const int cell = (px - X()) / cellWidth;
+    return cell < kCells ? cell : -1;
+}
+
+void CPatternSelCtrl::OnLButtonDown(int px, int py, int button) {
+    if (owner == nullptr) return;
+    Owner().setCursor(Qt::PointingHandCursor);
+    source = destination = -1;
+    const int cell = CellAt(px, py);
+    if (cell < 0) return;
+    if (button == 1) {
+        source = cell;
+        return RedrawCell(cell);
+    }
+    owner->SelectPattern(cell);
+    Update(false, true);
+}
+
+void CPatternSelCtrl::OnMouseMove(int px, int py) {
+    if (owner == nullptr) return;
+    Owner().setCursor(Qt::PointingHandCursor);
+    const int cell = CellAt(px, py);
+    if (source >= 0 && cell != destination) {
+        const int before = std::exchange(destination, cell);
+        RedrawCell(before);
+        RedrawCell(cell);
+    }
+    if (cell != lit) {
+        const int before = std::exchange(lit, cell);
+        RedrawCell(before);
+        RedrawCell(cell);
+    }
+}
+
+void CPatternSelCtrl::OnMouseLeave() {
+    Owner().unsetCursor();
+    RedrawCell(std::exchange(lit, -1));
+}
+
+void CPatternSelCtrl::OnLButtonUp(int px, int py, int button) {
+    if (owner != nullptr && button == 1 && source >= 0) FinishRightClick(CellAt(px, py));
+}
+
+void CPatternSelCtrl::FinishRightClick(int cell) {
+    const int from = std::exchange(source, -1);
+    destination = -1;
+    if (cell >= 0 && cell != from) {
+        owner->CopyPattern(from, cell);
+    } else if (cell == from && owner->MayTogglePatternFlag()) {
+        owner->TogglePatternFlag(cell);
+        if (onFlag) onFlag(*owner);
+        owner->SendPatternMask(MaskOf(owner->PatternLook().flagged));
+    }
+    Update(false, true);
+}
+
+std::uint32_t CPatternSelCtrl::MaskOf(std::uint32_t flagged) noexcept {
+    std::uint32_t mask = 0;
+    for (int cell = 0; cell < kCells; ++cell) {
+        if ((flagged >> cell & 1U) != 0) mask |= 1U << (kCells - 1 - cell);
+    }
+    return mask;
+}
+
+void CPatternSelCtrl::Tick() {
+    if (owner == nullptr || !IsVisible()) return;
+    const CPatternOwner::Look now = owner->PatternLook();
+    if (now == drawn) return;
+    // Selecting and playing change often, one or two cells at a time.
+    const std::uint32_t marks = (now.filled ^ drawn.filled) | (now.flagged ^ drawn.flagged);
+    const CPatternOwner::Look before = std::exchange(drawn, now);
+    for (int cell = 0; cell < kCells; ++cell) {
+        const bool named = cell == before.selected || cell == now.selected || cell == before.playing ||
+                           cell == now.playing || cell == before.next || cell == now.next;
+        if (named || (marks >> cell & 1U) != 0) RedrawCell(cell);
+    }
+}
+
+void CPatternSelCtrl::RedrawCell(int cell) {
+    if (cell < 0 || !IsVisible() || !Owner().HasBackBuffer()) return;
+    if (owner != nullptr) drawn = owner->PatternLook();
+    Canvas().SetClip(ShownRectangle());
+    DrawCell(cell);
+    BlitRect(X() + cell * cellWidth, Y(), X() + (cell + 1) * cellWidth, Y() + Height());
+}
+
+void CPatternSelCtrl::Draw() {
+    Canvas().Fill(Rectangle(), backgroundColour);
+    if (owner != nullptr) drawn = owner->PatternLook();
+    for (int cell = 0; cell < kCells; ++cell) DrawCell(cell);
+}
+
+void CPatternSelCtrl::DrawCell(int cell) {
+    const CPalette& palette = Palette();
+    const QRgb accent = palette.Accent(section);
+    const QRectF whole(X() + cell * cellWidth, Y() + headerHeight, cellWidth, Height() - headerHeight);
+    const QRectF area = whole.adjusted(0.5, 0.5, -1.5, -0.5);
+    Canvas().Fill(whole, backgroundColour);
+    const bool filled = (drawn.filled >> cell & 1U) != 0;
+    EState state = cell == lit ? EState::kHover : EState::kNormal;
+    if (cell == drawn.selected) state = EState::kOn;
+    if (cell == source) state = EState::kPressed;
+    DrawCap(Canvas(), area, state, accent);
+    if (cell == drawn.playing && state != EState::kOn) Canvas().Frame(area, 3, accent, 1.5);
+    if (cell == drawn.next) Canvas().Frame(area.adjusted(1, 1, -1, -1), 2, palette.Colour(QStringLiteral("text")));
+    if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
+    const QRgb textColour = state == EState::kOn ? CapTextColour(state, accent)
+                            : filled             ? accent
+                                                 : palette.Colour(QStringLiteral("textDim"));
+    Canvas().Text(area, QString::number(cell + 1), textColour, 10, Qt::AlignCenter, filled);
+    if ((drawn.flagged >> cell & 1U) != 0) {
+        Canvas().Ellipse({area.right() - 3.5, area.top() + 3.5}, 1.8,
+                         state == EState::kOn ? qRgb(0x10, 0x14, 0x16) : palette.Colour(QStringLiteral("text")));
+    }
+}
+
+}  // namespace quib

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CVuCtrl.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/CWinControl.h"
+
+namespace quib {
+
+namespace {
+constexpr float kLowest = -60;  // decibels
+constexpr float kHighest = 6;
+constexpr float kFallPerTick = 26.0F * 0.04F / (kHighest - kLowest);  // 26 decibels a second
+constexpr int kHoldTicks = 38;                                        // 1.5 seconds
+constexpr qreal kClipZone = 4;                                        // pixels
+}  // namespace
+
+float MeterShare(float level) noexcept {
+    if (!(level > 0.001F)) return 0;
+    return std::clamp((20 * std::log10(level) - kLowest) / (kHighest - kLowest), 0.0F, 1.0F);
+}
+
+CVuCtrl::CVuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                 CValue* bound, CValue* right, bool isVertical)
+    : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), vertical(isVertical) {
+    channels[0].source = bound;
+    channels[1].source = right;
+}
+
+void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
+    for (Channel& channel : channels) channel.clipped = false;
+    Update(false, true);
+}
+
+void CVuCtrl::Tick() {
+    if (!IsVisible()) return;
+    bool changed = false;
+    for (Channel& channel : channels) {
+        if (channel.source != nullptr && Follow(channel)) changed = true;
+    }
+    if (changed) Update(false, true);
+}
+
+// Whether the channel looks different now.
+bool CVuCtrl::Follow(Channel& channel) const {
+    const float level = channel.source->Get();
+    const float share = MeterShare(level);
+    channel.shown = std::max(share, channel.shown - kFallPerTick);
+    if (share >= channel.held) {
+        channel.held = share;
+        channel.heldTicks = 0;
+    } else if (++channel.heldTicks > kHoldTicks) {
+        channel.held = std::max(share, channel.held - kFallPerTick);
+    }
+    const bool nowClipped = level >= 1.0F && !channel.clipped;
+    channel.clipped = channel.clipped || level >= 1.0F;
+    const int shown = static_cast<int>(channel.shown * Length());
+    const int held = static_cast<int>(channel.held * Length());
+    const bool changed = shown != channel.drawnShown || held != channel.drawnHeld || nowClipped;
+    channel.drawnShown = shown;
+    channel.drawnHeld = held;
+    return changed;
+}
+
+void CVuCtrl::Draw() {
+    Canvas().Fill(Rectangle(), backgroundColour);
+    const QRectF area(Rectangle());
+    if (channels[1].source == nullptr) return DrawChannel(channels[0], area);
+    const qreal half = ((vertical ? area.width() : area.height()) - 1) / 2;
+    DrawChannel(channels[0], vertical ? QRectF(area.left(), area.top(), half, area.height())
+                                      : QRectF(area.left(), area.top(), area.width(), half));
+    DrawChannel(channels[1], vertical ? QRectF(area.left() + half + 1, area.top(), half, area.height())
+                                      : QRectF(area.left(), area.top() + half + 1, area.width(), half));
+}
+
+void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
+    const CPalette& palette = Palette();
+    static const std::array<QRgb, 3> colours = {palette.Colour(QStringLiteral("meterLow")),
+                                                palette.Colour(QStringLiteral("meterMid")),
+                                                palette.Colour(QStringLiteral("meterHigh"))};
+    static const QRgb well = palette.Colour(QStringLiteral("wellDeep"));
+    // Green to -12, yellow to 0 decibels, red above.
+    static const std::array<float, 4> borders = {0, MeterShare(0.25119F), MeterShare(1.0F), 1.0F};
+    Canvas().Fill(area, well);
+    const qreal length = (vertical ? area.height() : area.width()) - kClipZone - 1;
+    const auto part = [&](qreal from, qreal to) {
+        return vertical ? QRectF(area.left(), area.bottom() - to, area.width(), to - from)
+                        : QRectF(area.left() + from, area.top(), to - from, area.height());
+    };
+    for (std::size_t zone = 0; zone < colours.size(); ++zone) {
+        const qreal from = std::round(length * static_cast<qreal>(borders[zone]));
+        const qreal end = std::round(length * static_cast<qreal>(borders[zone + 1]));
+        const qreal to = std::round(length * static_cast<qreal>(channel.shown));
+        if (to > from) Canvas().Fill(part(from, std::min(to, end)), colours[zone]);
+        if (to < end) Canvas().Fill(part(std::max(from, to), end), Mix(well, colours[zone], 0.14F));
+    }
+    if (channel.held > 0.01F) {
+        const qreal place = std::round(length * static_cast<qreal>(channel.held));
+        Canvas().Fill(part(std::max(0.0, place - 1), place), colours[channel.held > borders[2]   ? 2
+                                                                     : channel.held > borders[1] ? 1
+                                                                                                 : 0]);
+    }
+    const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
+    Canvas().Fill(clipMark, channel.clipped ? palette.Colour(QStringLiteral("record")) : Mix(well, colours[2], 0.25F));
+}
+
+}  // namespace quib

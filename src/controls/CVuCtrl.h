@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A level meter in decibels with falling bar, held peak and a clip mark that a click clears. Shows one
+// or two channels. User-interface thread; the peaks are written by the render thread.
+
+#include <array>
+
+#include "controls/CControl.h"
+
+namespace quib {
+
+// Place of a level (1 is full scale) on the meter's scale of -60 to +6 decibels, 0..1.
+float MeterShare(float level) noexcept;
+
+class CVuCtrl : public CControl, public CTicked {
+public:
+    // `bound` is the only or the left channel's peak; `right` may be null.
+    CVuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight, CValue* bound,
+            CValue* right, bool isVertical);
+
+    void Draw() override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void Tick() override;
+
+    bool IsClipped() const noexcept { return channels[0].clipped || channels[1].clipped; }
+
+private:
+    struct Channel {
+        CValue* source = nullptr;
+        float shown = 0;  // shares of the scale
+        float held = 0;
+        int heldTicks = 0;
+        bool clipped = false;
+        int drawnShown = 0;  // tenths of a pixel
+        int drawnHeld = 0;
+    };
+    bool Follow(Channel& channel) const;
+    void DrawChannel(const Channel& channel, const QRectF& area);
+    float Length() const noexcept { return static_cast<float>(vertical ? Height() : Width()); }
+
+    std::array<Channel, 2> channels;
+    bool vertical;
+};
+
+}  // namespace quib

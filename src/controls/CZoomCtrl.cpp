@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CZoomCtrl.h"
+
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+#include "controls/VirtualKeys.h"
+
+namespace quib {
+
+CZoomCtrl::CZoomCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight)
+    : CControl(window, number, left, top, newWidth, newHeight) {
+    captureOnClick = false;
+    doubleClickIsClick = false;
+}
+
+void CZoomCtrl::OnMouseMove(int px, int /*py*/) {
+    Owner().setCursor(Qt::PointingHandCursor);
+    if (DirectionAt(px) == lit) return;
+    lit = DirectionAt(px);
+    Update(false, true);
+}
+
+void CZoomCtrl::OnLButtonDown(int px, int /*py*/, int button) {
+    if (button == 0 && enabled && onZoom) onZoom(DirectionAt(px));
+}
+
+void CZoomCtrl::OnDoubleClick(int px, int py) { OnLButtonDown(px, py, 0); }
+
+void CZoomCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
+    if (enabled && onZoom) onZoom(NotchesOf(word) > 0 ? 1 : -1);
+}
+
+void CZoomCtrl::OnMouseLeave() {
+    Owner().unsetCursor();
+    lit = 0;
+    Update(false, true);
+}
+
+void CZoomCtrl::Draw() {
+    Canvas().Fill(Rectangle(), backgroundColour);
+    const qreal half = Width() / 2.0;
+    for (const int direction : {-1, 1}) {
+        const QRectF area =
+            QRectF(direction < 0 ? X() : X() + half, Y(), half, Height()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const EState state = !enabled ? EState::kDisabled : lit == direction ? EState::kHover : EState::kNormal;
+        DrawCap(Canvas(), area, state, Palette().Accent(section));
+        Canvas().Glyph(Skin(), direction < 0 ? picture::kGlyphMinus : picture::kGlyphPlus, area.center(),
+                       CapTextColour(state, Palette().Accent(section)));
+    }
+}
+
+}  // namespace quib
