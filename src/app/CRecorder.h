@@ -53,7 +53,6 @@ private:
 
     void Run();
     void Obey(std::unique_lock<std::mutex>& lock);
-    void Describe(const Progress& next);
     int Order(EOrder next);
 
     CLame lame;  // the thread's, but for PushBlock

@@ -8,6 +8,7 @@
 // It is long because it is the one face of the project; each group of functions has a source of its own.
 
 #include <QColor>
+#include <QDateTime>
 #include <QObject>
 #include <QUndoStack>
 #include <array>
@@ -107,6 +108,9 @@ public:
     void ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after);
     // Where a loaded plug-in stands; false when it stands nowhere.
     bool FindPlugin(const CPlugin* plugin, SlotPlace& place) const;
+    // From now on the parameters that the user moves in the plug-in's own window are steps of undo.
+    void WatchParameters(const std::shared_ptr<CPlugin>& plugin);
+    void UnwatchParameters(const CPlugin* plugin);
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
 
@@ -170,7 +174,7 @@ public:
     double RecordedSeconds() const { return recorder.Now().seconds; }
     quint64 RecordedBytes() const { return recorder.Now().bytes; }
     // A steady tone into the master bus, to check levels.
-    void SetTestTone(bool on);
+    void SetTestTone(bool on) { audio.testTone.Set(on ? 1.0F : 0.0F); }
 
     // --- Project ----------------------------------------------------------------------------------
 
@@ -197,7 +201,7 @@ public:
     // The 40 ms work.
     void Tick();
 
-signals:
+Q_SIGNALS:
     void ProjectReplaced();
     void InstrumentsChanged();
     void InstrumentChanged(quint32 id);
@@ -234,6 +238,9 @@ private:
     static PluginState StateOf(CPlugin& plugin);
     static void SetState(CPlugin& plugin, const PluginState& state);
     bool ChangeState(const SlotPlace& place, const QString& name, const std::function<bool(CPlugin&)>& change);
+    void ParameterMovedInWindow(CPlugin& plugin, int parameter, float value);
+    std::shared_ptr<CPlugin> Shared(const CPlugin& plugin) const;
+    void ForEachSlot(const std::function<void(const PluginSlot&, const SlotPlace&)>& visit) const;
     // Values
     Instrumented OwnerOf(const void* value) const;
     std::function<void()> EqualizerFollows(const Instrumented& owner, const void* value);
@@ -243,7 +250,6 @@ private:
     void ApplyPreset(const Instrumented& instrument, const Preset& preset);
     void PollRecalls();
     // Project
-    PluginLoader ProgressLoader();
     void Publish(ProjectState state, const QString& path);
     std::string Bytes();
     void SetSaved(const QString& path);
@@ -273,6 +279,7 @@ private:
     DetectorSettings detector;
     QString projectPath;
     std::vector<std::string> warnings;
+    std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
     bool touched = false;  // changed by what is no step of undo
     bool toldModified = false;
     bool messageShown = false;  // a plug-in's loading told the user why it failed
@@ -284,6 +291,8 @@ private:
     std::vector<Recall> recalls;
     std::unique_ptr<CAutomationTake> take;
     std::vector<std::uint64_t> taps;  // nanoseconds
+    QDateTime lastTimedBackup;
+    std::size_t backedUp = 0;  // fingerprint of the last timed backup
     int recordedRate = 0;
     std::string reportedRecorderError;
 

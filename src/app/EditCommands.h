@@ -4,14 +4,10 @@
 // Steps of undo. Each keeps alive what it needs to go back and forth. User-interface thread.
 
 #include <QUndoCommand>
+#include <cstdint>
 #include <functional>
-#include <memory>
-
-#include "model/CValue.h"
 
 namespace quib {
-
-class CPlugin;
 
 // Wheel turns of one value within this time are one step.
 constexpr std::uint32_t kMergeMilliseconds = 600;
@@ -37,7 +33,8 @@ class CGestureCommand : public QUndoCommand {
 public:
     using Set = std::function<void(float value)>;
     // `thing` with `part` names what is changed: steps of the same two may merge.
-    CGestureCommand(const QString& name, const void* thing, int part, float before, float after, Set setValue);
+    CGestureCommand(const QString& name, const void* changedThing, int changedPart, float valueBefore,
+                    float valueAfter, Set setValue);
 
     int id() const override { return 1; }
     bool mergeWith(const QUndoCommand* other) override;
