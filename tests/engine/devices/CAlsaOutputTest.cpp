@@ -97,13 +97,29 @@ TEST_F(CAlsaOutputTest, AnUnknownNameOpensTheDefaultDeviceAndNoDeviceAtAllHoldsT
     EXPECT_EQ(output.Device(), nullptr);
 
     AddDefaultDevice();
-    ASSERT_TRUE(output.OpenOutput(Settings("Nowhere")));
-    EXPECT_TRUE(PlaysOn("default"));
-    ASSERT_TRUE(output.OpenOutput(Settings("")));
-    EXPECT_TRUE(PlaysOn("default"));
+    for (const char* const name : {"Nowhere", "", "Speakers (USB): 2", "hw:", "plug:{"}) {
+        ASSERT_TRUE(output.OpenOutput(Settings(name))) << name;
+        EXPECT_TRUE(PlaysOn("default")) << name;
+    }
     output.CloseOutput();
     EXPECT_TRUE(audio.RenderBlock());
     EXPECT_EQ(messages.size(), 1U);
+}
+
+TEST_F(CAlsaOutputTest, ABusyCardIsTriedAgainAndOneThatDoesNotStartIsReported) {
+    AddDefaultDevice();
+    PlayPatterns();
+    Mark("busy");
+    ASSERT_TRUE(output.OpenOutput(Settings("card")));
+    EXPECT_TRUE(PlaysOn("card"));
+    EXPECT_TRUE(messages.empty());
+    Mark("mute");
+    EXPECT_FALSE(output.OpenOutput(Settings("card")));
+    EXPECT_EQ(messages, std::vector<std::string>{"QUIBBOX|Cannot open: card"});
+    EXPECT_FALSE(audio.RenderBlock());
+    Unmark("mute");
+    ASSERT_TRUE(output.OpenOutput(Settings("card")));
+    ASSERT_TRUE(PlayOn(0.05));
 }
 
 TEST_F(CAlsaOutputTest, WithoutAServerTheNameOfJackIsReportedAndTheDefaultDevicePlays) {
@@ -141,7 +157,7 @@ TEST_F(CAlsaOutputTest, ACardThatGoesAwayIsStoodInForAndTakenBackAndTheUserToldO
         ASSERT_TRUE(PlayOn(0.7)) << "the transport stands still";
         EXPECT_TRUE(PlaysOn("Silent")) << "another device took its place";
         Unmark("absent");
-        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("card"); }, 2.0));
+        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("card"); }));
         ASSERT_TRUE(PlayOn(0.1));
         EXPECT_EQ(messages.size(), round);
     }
@@ -155,7 +171,8 @@ TEST_F(CAlsaOutputTest, PauseAndSilenceKeepTimeWithoutTheTransport) {
         ASSERT_TRUE(output.OpenOutput(Settings(name, 256)));
         const auto start = std::chrono::steady_clock::now();
         ASSERT_TRUE(PlayOn(0.5));
-        EXPECT_NEAR(Seconds(std::chrono::steady_clock::now() - start).count(), 0.5, 0.2);
+        // Late it may be, on a machine with other things to do, but not early by more than its ring.
+        EXPECT_GT(Seconds(std::chrono::steady_clock::now() - start).count(), 0.5 - 6 * 256.0 / 48000);
         audio.paused.Set(1.0F);
         for (int turn = 0; turn < 10; ++turn) Turn();
         const std::int64_t pausedAt = audio.Picture().sampleCounter;
