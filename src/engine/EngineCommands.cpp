@@ -64,6 +64,7 @@ void CAudio::Play() noexcept {
     transport.changed = true;
     transport.sampleCounter = 0;
     transport.samplesToNextStep = 0;
+    transport.stepTime = block.now;
     transport.loopJumped = false;
     transport.soundingStep = settings.songMode.Get() > 0.0F ? transport.globalStep - 1 : -1;
     for (BlockInstrument& entry : block.instruments) {

@@ -55,6 +55,7 @@ void CAudio::RenderOpenBlock() noexcept {
     RunSharedEffects();
     RunMasterInserts();
     PlayAudition();
+    PlayTestTone();
     FinishMaster();
     scope.Capture(master.Plane(0), master.Plane(1), block.frames);
     FeedRecorder();
@@ -123,18 +124,20 @@ void CAudio::AdvanceSequencer() noexcept {
 
 void CAudio::FillTime() noexcept {
     using namespace vst2;
-    constexpr double kQuartersPerBar = 4.0;
+    const int beatsPerBar = std::max(1, settings.beatsPerBar.Get());
+    const int beatUnit = std::max(1, settings.beatUnit.Get());
+    const double quartersPerBar = 4.0 * beatsPerBar / beatUnit;
     const int stepsPerBeat = std::max(1, settings.stepsPerBeat.Get());
     VstTimeInfo& time = block.time;
     time.samplePos = static_cast<double>(transport.sampleCounter);
     time.sampleRate = format.sampleRate;
     time.tempo = static_cast<double>(SafeTempo(settings));
     time.ppqPos = transport.QuarterNotes(stepsPerBeat);
-    time.barStartPos = std::floor(time.ppqPos / kQuartersPerBar) * kQuartersPerBar;
+    time.barStartPos = std::floor(time.ppqPos / quartersPerBar) * quartersPerBar;
     time.cycleStartPos = static_cast<double>(settings.loopStart.Get()) / stepsPerBeat;
     time.cycleEndPos = static_cast<double>(settings.loopEnd.Get()) / stepsPerBeat;
-    time.timeSigNumerator = 4;
-    time.timeSigDenominator = 4;
+    time.timeSigNumerator = beatsPerBar;
+    time.timeSigDenominator = beatUnit;
     time.flags = kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid | kVstTimeSigValid;
     if (transport.playing) time.flags |= kVstTransportPlaying;
     if (transport.changed) time.flags |= kVstTransportChanged;
@@ -254,6 +257,10 @@ void CAudio::PlayAudition() noexcept {
     const double position = std::trunc((transport.soundingStep + static_cast<double>(block.stepFraction)) *
                                        static_cast<double>(transport.samplesPerStep));
     AddAudition(audition.ForRender(), position, master.Plane(0), master.Plane(1), block.frames);
+}
+
+void CAudio::PlayTestTone() noexcept {
+    tone.Add(testTone.IsOn(), format.sampleRate, master.Plane(0), master.Plane(1), block.frames);
 }
 
 void CAudio::FinishMaster() noexcept {

@@ -176,6 +176,7 @@ private:
     void ApplyFade(int frames) noexcept;
     bool OutputsAreSane(int frames) const noexcept;
     void OnParameterReport(std::int32_t opcode, std::int32_t index, float value);
+    bool OnSizeRequest(std::int32_t width, std::intptr_t height);
     std::intptr_t OnTimeRequest();
 
     PluginEnvironment& environment;
