@@ -5,9 +5,9 @@
 
 #include <QString>
 
-namespace quib {
+#include "controls/ControlSettings.h"
 
-enum class ELanguage { kEnglish, kFrench };
+namespace quib {
 
 // English until it is set.
 void SetLanguage(ELanguage language);

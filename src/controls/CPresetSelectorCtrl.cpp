@@ -17,6 +17,7 @@ constexpr int kCellWidth = 22;
 CPresetSelectorCtrl::CPresetSelectorCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                          int newHeight, CValue* bound)
     : CControl(window, number, left, top, newWidth, newHeight, bound), CTicked(window) {
+    takesWheel = true;
     maximum = 1e6F;
     hoverLook = true;
     captureOnClick = false;

@@ -150,6 +150,7 @@ private:
     void PlayTestTone() noexcept;
     void FinishMaster() noexcept;
     void FeedRecorder() noexcept;
+    void ApplyHeadphonesLevel() noexcept;
     void PublishPicture() noexcept;
     void Silence() noexcept;
 
@@ -185,6 +186,7 @@ private:
     std::vector<int> jobOfInstrument;  // index into `jobs`, -1 for an instrument without sound
     std::array<std::atomic<int>, kMaximumInstruments / kStripGroup> unfinishedInGroup{};
     MasterState masterState;
+    float headphonesGain = 1;
     CTestTone tone;
     std::array<int, kSendCount> effectTail{};
     std::array<bool, kSendCount> effectRuns{};

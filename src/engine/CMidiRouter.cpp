@@ -104,6 +104,12 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
     }
 }
 
+void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+    if (key < 0 || key > 127) return;
+    DispatchNote(instrument, {kNoteOn, static_cast<std::uint8_t>(key),
+                              static_cast<std::uint8_t>(std::clamp(velocity, 0, 127)), time});
+}
+
 void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
     MidiInputSettings& midi = instrument.midi;
     const int key = message.data1;

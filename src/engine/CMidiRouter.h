@@ -27,6 +27,8 @@ public:
 
     // Everything but channel messages is ignored.
     void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
+    // A key of one instrument, whatever its channel: of its on-screen keyboard. Velocity 0 ends it.
+    void PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
 
 private:
     void SelectPreset(const MidiMessage& message) noexcept;

@@ -59,6 +59,7 @@ void CAudio::RenderOpenBlock() noexcept {
     FinishMaster();
     scope.Capture(master.Plane(0), master.Plane(1), block.frames);
     FeedRecorder();
+    ApplyHeadphonesLevel();
     PublishPicture();
 }
 
@@ -274,6 +275,20 @@ void CAudio::FeedRecorder() noexcept {
     if (recorder == nullptr || !recorder->IsRecording()) return;
     ConvertToInt16(master.Plane(0), master.Plane(1), interleaved.data(), block.frames);
     recorder->PushBlock(interleaved);
+}
+
+// A line from the last gain to the wanted one over the block; at full level the samples stay as they are.
+void CAudio::ApplyHeadphonesLevel() noexcept {
+    const float target = tables.MasterGain(settings.headphonesLevel.Get());
+    if (target == 1.0F && headphonesGain == 1.0F) return;
+    const float step = (target - headphonesGain) / static_cast<float>(block.frames);
+    for (int channel = 0; channel < 2; ++channel) {
+        float* const samples = master.Plane(channel);
+        for (int frame = 0; frame < block.frames; ++frame) {
+            samples[frame] *= headphonesGain + step * static_cast<float>(frame + 1);
+        }
+    }
+    headphonesGain = target;
 }
 
 void CAudio::PublishPicture() noexcept {
