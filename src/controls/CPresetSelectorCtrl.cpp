@@ -102,10 +102,7 @@ void CPresetSelectorCtrl::Draw() {
         const int cell = first + shown;
         const QRectF area =
             QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height()).adjusted(0.5, 0.5, -0.5, -0.5);
-        if (cell >= drawnCount) {
-            Canvas().FillRound(area, 3, Palette().Colour(QStringLiteral("well")));
-            continue;
-        }
+        if (cell >= drawnCount) break;
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;
         if (cell == static_cast<int>(ValueNow()) - 1) state = EState::kOn;
         DrawCap(Canvas(), area, state, accent);

@@ -71,10 +71,10 @@ void CTransportPanel::AddSwitches() {
 void CTransportPanel::AddTempo() {
     CWorkstation& station = context.station;
     CValue& tempo = station.Audio().settings.tempo;
-    auto& label = AddChild<CLiveLabelCtrl>(0U, 134, 48, 60, 18, [&tempo] {
-        return QStringLiteral("%1 bpm").arg(static_cast<double>(tempo.Get()), 0, 'f', 1);
+    auto& label = AddChild<CLiveLabelCtrl>(0U, 134, 48, 62, 18, [&tempo] {
+        return QString::number(static_cast<double>(tempo.Get()), 'f', 1);
     });
-    label.fontHeight = 12;
+    label.fontHeight = 16;
     label.strong = true;
     auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
@@ -104,7 +104,7 @@ void CTransportPanel::AddDisplays() {
     position.textColour = Palette().Accent(ESection::kTransport);
     position.infoString = 438;
     auto& load = AddChild<CLiveLabelCtrl>(
-        0U, 8, 90, 72, 14, [&audio] { return QStringLiteral("CPU %1 %").arg(std::lround(audio.CpuLoad() * 100)); });
+        0U, 8, 90, 72, 14, [&audio] { return QStringLiteral("CPU %1 %").arg(std::lround(audio.CpuLoad())); });
     load.infoString = 439;
     auto& xruns = AddChild<CLiveLabelCtrl>(
         0U, 80, 90, 60, 14, [&station] { return QStringLiteral("Xruns %1").arg(station.Output().Xruns()); });
