@@ -27,6 +27,8 @@ public:
 
     // Everything but channel messages is ignored.
     void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
+    // Messages dispatched so far.
+    std::uint32_t Count() const noexcept { return count; }
 
 private:
     void SelectPreset(const MidiMessage& message) noexcept;
@@ -37,6 +39,7 @@ private:
     const PresetSelection& presets;
     const CValue& recording;
     CBoundedQueue<EngineNotice>& notices;
+    std::uint32_t count = 0;
 };
 
 }  // namespace quib
