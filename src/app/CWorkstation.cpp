@@ -33,15 +33,11 @@ COutputManager::Texts OutputTexts() {
 }
 
 // Built-in plug-ins stand beside the program wherever its folder is.
-std::vector<fs::path> UserPluginFolders(const CSettings& settings) {
+CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
     const fs::path program = ExecutableFolder();
-    std::vector<fs::path> folders = {program / "PluginInstruments", program / "PluginEffects"};
-    const QStringList added =
-        settings.ReadSettingString(kSettingsSection, QStringLiteral("PluginFolders")).split(QLatin1Char(':'));
-    for (const QString& folder : added) {
-        if (!folder.isEmpty()) folders.emplace_back(folder.toStdString());
-    }
-    return folders;
+    std::vector<fs::path> users = {program / "PluginInstruments", program / "PluginEffects"};
+    for (const QString& folder : AddedPluginFolders(settings)) users.emplace_back(folder.toStdString());
+    return CPluginFinder(folders.program.toStdString(), std::move(users), SystemPluginFolders());
 }
 
 AudioSettings ReadAudioSettings(const CSettings& settings) {
@@ -65,7 +61,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
              [this](const std::string& caption, const std::string& text) {
                  Q_EMIT Message(QString::fromStdString(caption), QString::fromStdString(text));
              }),
-      finder(programFolders.program.toStdString(), UserPluginFolders(settingsStore), SystemPluginFolders()),
+      finder(MakeFinder(programFolders, settingsStore)),
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
     ConnectEnvironment();
@@ -98,6 +94,8 @@ void CWorkstation::ConnectEnvironment() {
     };
     environment.currentTime = [this](vst2::VstTimeInfo& time) { time = audio.Picture().time; };
 }
+
+void CWorkstation::ReadPluginFolders() { finder = MakeFinder(folders, settings); }
 
 bool CWorkstation::OpenOutput(const QString& device) {
     forcedDevice = device;

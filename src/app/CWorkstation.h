@@ -113,6 +113,8 @@ public:
     void UnwatchParameters(const CPlugin* plugin);
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
+    // Follows a change of the folders that the user has added.
+    void ReadPluginFolders();
 
     // --- Patterns, playlist, automation -----------------------------------------------------------
 
@@ -180,8 +182,8 @@ public:
 
     void NewProject();
     bool LoadProject(const QString& path, QString& error, const LoadProgress& progress = {});
-    // As LoadProject, but the project has no file of its own afterwards.
-    bool LoadCopy(const QString& path, QString& error);
+    // As LoadProject, from a copy of the project `projectFile` (empty: of one without a file).
+    bool LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error);
     // Gathers the state now and writes it on another thread; `done` is told the error, or nothing.
     void SaveProject(const QString& path, std::function<void(const QString& error)> done);
     bool SaveProject(const QString& path, QString& error);  // waits for the disk
@@ -189,6 +191,8 @@ public:
     void WriteCopy(const QString& path, CAsyncSave::Done done = {});
     // The periodic backup, and one more among the last ten with their times.
     void WriteBackup(bool timed);
+    // Puts a copy of a file among the timed backups, under the time of its last change.
+    void KeepCopy(const QString& path);
     QStringList TimedBackups() const;  // newest first
     ProjectState GatherState();
     QString ProjectPath() const { return projectPath; }

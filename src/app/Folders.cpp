@@ -65,6 +65,29 @@ QStringList ListPlugins(const QString& folder, const QStringList& extensions) {
     return names;
 }
 
+QStringList AddedPluginFolders(const CSettings& settings) {
+    return settings.ReadSettingString(kSettingsSection, QStringLiteral("PluginFolders"))
+        .split(QLatin1Char(':'), Qt::SkipEmptyParts);
+}
+
+void KeepPluginFolders(CSettings& settings, const QStringList& added) {
+    settings.WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), added.join(QLatin1Char(':')));
+}
+
+QStringList PluginFolders(const Folders& folders, const CSettings& settings) {
+    const QString beside = WithSlash(QString::fromStdString(ExecutableFolder().string()));
+    QStringList all = {folders.pluginInstruments, folders.pluginEffects, beside + QStringLiteral("PluginInstruments/"),
+                       beside + QStringLiteral("PluginEffects/")};
+    all += AddedPluginFolders(settings);
+    for (const fs::path& folder : SystemPluginFolders()) all.append(QString::fromStdString(folder.string()));
+    QStringList existing;
+    for (const QString& folder : all) {
+        const QString real = QFileInfo(folder).canonicalFilePath();
+        if (!real.isEmpty() && !existing.contains(real)) existing.append(real);
+    }
+    return existing;
+}
+
 PluginNames PrepareFolders(const Folders& folders, CSettings& settings) {
     PluginNames names;
     for (const QString& folder : {folders.patterns, folders.instruments, folders.pluginInstruments}) {

@@ -41,6 +41,12 @@ QString FindProgramFolder(const CSettings& settings, const QString& wanted = {})
 // them into the settings.
 PluginNames PrepareFolders(const Folders& folders, CSettings& settings);
 
+// Folders with plug-ins that the user has added.
+QStringList AddedPluginFolders(const CSettings& settings);
+void KeepPluginFolders(CSettings& settings, const QStringList& added);
+// Every folder in which plug-ins are looked for, those of the program first. Existing ones only.
+QStringList PluginFolders(const Folders& folders, const CSettings& settings);
+
 // The libraries of one folder. Instruments end in ".so" or ".SO", effects in ".so" alone.
 QStringList ListPlugins(const QString& folder, const QStringList& extensions);
 

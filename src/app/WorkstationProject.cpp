@@ -42,10 +42,10 @@ bool CWorkstation::LoadProject(const QString& path, QString& error, const LoadPr
     return true;
 }
 
-bool CWorkstation::LoadCopy(const QString& path, QString& error) {
+bool CWorkstation::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error) {
     if (!LoadProject(path, error)) return false;
-    projectPath.clear();
-    Q_EMIT ProjectPathChanged();
+    SetSaved(projectFile);
+    if (modified) Touch();
     return true;
 }
 
@@ -154,6 +154,14 @@ void CWorkstation::WriteBackup(bool timed) {
         backedUp = fingerprint;
     }
     saver.Write(folders.backupProject.toStdString(), std::move(bytes));
+}
+
+void CWorkstation::KeepCopy(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.exists()) return;
+    const QString name = file.lastModified().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QFile::copy(path, folders.backups + QLatin1String(kTimedPrefix) + name + QLatin1String(kTimedSuffix));
+    saver.Prune(folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
 }
 
 QStringList CWorkstation::TimedBackups() const {

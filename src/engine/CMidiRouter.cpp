@@ -43,6 +43,7 @@ void MoveBalls(BlockInstrument& entry, const MidiMessage& message, double sample
 
 void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept {
     if (message.status < 0x80 || message.status > 0xef) return;
+    ++count;
     SelectPreset(message);
 
     const auto listens = [&](const BlockInstrument& entry) {
@@ -79,6 +80,7 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
     CInstrument& instrument = *entry.instrument;
     const MidiInputSettings& midi = instrument.midi;
     auto& live = instrument.play.liveEvents;
+    ++instrument.play.midiCount;
     switch (Type(message)) {
         case kPitchBend:
             if (!midi.pitchBend.IsOn()) return;

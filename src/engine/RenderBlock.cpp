@@ -299,6 +299,7 @@ void CAudio::PublishPicture() noexcept {
     shown.maxStepCount = transport.maxStepCount;
     shown.stepFraction = transport.stepFraction;
     shown.sampleCounter = transport.sampleCounter;
+    shown.midiCount = router.Count();
     shown.time = block.time;
     shown.instrumentCount = block.instruments.size();
     for (std::size_t index = 0; index < shown.instrumentCount; ++index) {
@@ -309,6 +310,7 @@ void CAudio::PublishPicture() noexcept {
         entry.pattern = play.currentPattern;
         entry.nextPattern = play.nextPattern;
         entry.step = play.currentStep;
+        entry.midiCount = play.midiCount;
         const auto& keys = play.heldKeys.Items();
         entry.heldKeyCount = static_cast<std::uint32_t>(std::min(keys.size(), InstrumentPicture::kShownKeys));
         std::transform(keys.begin(), keys.begin() + entry.heldKeyCount, entry.heldKeys.begin(),
