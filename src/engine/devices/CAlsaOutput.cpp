@@ -199,7 +199,7 @@ void CAlsaOutput::PaceWithoutClock() noexcept {
     const auto due = static_cast<std::uint64_t>(framesWritten) * kSecond / static_cast<std::uint64_t>(rate);
     if (!ownClock) {
         const auto expected = static_cast<std::int64_t>(passed * static_cast<std::uint64_t>(rate) / kSecond);
-        ownClock = framesWritten - expected > 2 * ringFrames + rate / kLeadDivisor;
+        ownClock = framesWritten - expected > std::int64_t{2} * ringFrames + rate / kLeadDivisor;
         if (!ownClock && passed > kSecond) {
             startTime += passed;
             framesWritten = 0;

@@ -47,6 +47,7 @@ protected:
 
 TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     constexpr int kBlock = 480;
+    constexpr std::ptrdiff_t kBlockValues = 2 * kBlock;
     AddSynths(audio, 8);
     audio.Post({EngineCommand::Kind::Play});
     ASSERT_TRUE(output.OpenOutput(Settings("file", kBlock)));
@@ -58,8 +59,8 @@ TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     std::vector<std::int16_t> written(bytes.size() / 2);
     std::memcpy(written.data(), bytes.data(), written.size() * 2);
-    const std::size_t frames = written.size() / (2 * kBlock) * kBlock;
-    ASSERT_GT(frames, 200U * kBlock);
+    const std::size_t frames = written.size() / kBlockValues * kBlock;
+    ASSERT_GT(frames, std::size_t{200} * kBlock);
     const auto offline = RenderOffline(8, 48000, kBlock, frames);
     std::vector<std::int16_t> expected(2 * frames);
     ConvertToInt16(offline[0].data(), offline[1].data(), expected.data(), static_cast<int>(frames));
@@ -69,8 +70,8 @@ TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     };
     // The ring, and whole blocks more while the manager is still opening things.
     const auto silence = firstSound(written) - firstSound(expected);
-    EXPECT_GE(silence, 5 * 2 * kBlock);
-    EXPECT_EQ(silence % (2 * kBlock), 0);
+    EXPECT_GE(silence, 5 * kBlockValues);
+    EXPECT_EQ(silence % kBlockValues, 0);
     ASSERT_LT(silence, static_cast<std::ptrdiff_t>(frames)) << "half of it at least is sound";
     EXPECT_GT(*std::max_element(written.begin(), written.end()), 1000);
     written.resize(expected.size());
