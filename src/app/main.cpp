@@ -1,13 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // quib: the workstation.
-#include <QLabel>
-
 #include "app/ApplicationMain.h"
+#include "app/console/MakeConsole.h"
 
-namespace {
-
-QWidget* MakeConsole(quib::CMainWindow&) { return new QLabel; }
-
-}  // namespace
-
-int main(int argc, char** argv) { return quib::ApplicationMain(argc, argv, MakeConsole); }
+int main(int argc, char** argv) { return quib::ApplicationMain(argc, argv, quib::MakeConsole); }

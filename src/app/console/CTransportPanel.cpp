@@ -71,9 +71,8 @@ void CTransportPanel::AddSwitches() {
 void CTransportPanel::AddTempo() {
     CWorkstation& station = context.station;
     CValue& tempo = station.Audio().settings.tempo;
-    auto& label = AddChild<CLiveLabelCtrl>(0U, 134, 48, 62, 18, [&tempo] {
-        return QString::number(static_cast<double>(tempo.Get()), 'f', 1);
-    });
+    auto& label = AddChild<CLiveLabelCtrl>(
+        0U, 134, 48, 62, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
     label.fontHeight = 16;
     label.strong = true;
     auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
@@ -139,6 +138,7 @@ void CTransportPanel::AddTools() {
         auto& button = AddChild<CSwitchCtrl>(0U, place, 110, 35, 24, nullptr, plan.glyph);
         button.momentary = true;
         button.infoString = plan.infoString;
+        button.enabled = context.actions.hasTool && context.actions.hasTool(plan.tool);
         button.onChange = [this, tool = plan.tool](CControl&) {
             if (context.actions.openTool) context.actions.openTool(tool);
         };

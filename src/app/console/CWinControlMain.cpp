@@ -115,6 +115,14 @@ void CWinControlMain::BuildStrips() {
     LayoutAndRefresh();
 }
 
+void CWinControlMain::Translate() {
+    infoPanel = nullptr;
+    strips.clear();
+    RemoveAll();
+    BuildMaster();
+    BuildStrips();
+}
+
 void CWinControlMain::ShowSlots() {
     effects->ShowSlots();
     for (CInstrumentStripCtrl* const strip : strips) {

@@ -27,6 +27,8 @@ public:
 
     // Everything that moves with the music; from the 40 ms timer.
     void FollowEngine();
+    // Builds the texts anew, after another language was chosen.
+    void Translate();
     // Brings the strip of an instrument into view.
     void ScrollTo(int index);
     CInstrumentStripCtrl* Strip(int index) const;

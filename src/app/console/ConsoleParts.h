@@ -23,8 +23,8 @@ struct ConsoleActions {
     std::function<QStringList(SlotKind)> pluginNames;
     // Opens the window of the plug-in in a place.
     std::function<void(const SlotPlace&)> openPlugin;
-    // Null: there is no such tool window.
     std::function<void(ETool)> openTool;
+    std::function<bool(ETool)> hasTool;
     // Adds an instrument, shows why it could not.
     std::function<void(const QString& nameOrPath)> addInstrument;
 };

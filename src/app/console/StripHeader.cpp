@@ -49,23 +49,25 @@ void CInstrumentStripCtrl::AddHeader() {
 void CInstrumentStripCtrl::AddHeaderButtons() {
     const std::uint32_t id = instrument->Id();
     CWinControl& window = Owner();
-    const auto button = [this](int place, int glyph, int info, std::function<void()> action) {
+    const auto hasTool = [this](ETool tool) { return context.actions.hasTool && context.actions.hasTool(tool); };
+    const auto button = [this](int place, int glyph, int info, bool usable, std::function<void()> action) {
         auto& made = AddChild<CSwitchCtrl>(0U, place, 4, 24, 20, nullptr, glyph);
         made.momentary = true;
         made.infoString = info;
         made.section = ESection::kKeyboard;
+        made.enabled = usable;
         made.onChange = [action](CControl&) { action(); };
     };
     const auto open = [this](ETool tool) {
         context.station.SetCurrent(Index());
         if (context.actions.openTool) context.actions.openTool(tool);
     };
-    button(323, picture::kGlyphEdit, 462, [this, id] {
+    button(323, picture::kGlyphEdit, 462, true, [this, id] {
         if (context.actions.openPlugin) context.actions.openPlugin({SlotPlace::EKind::kInstrument, id, 0});
     });
-    button(350, picture::kGlyphPianoRoll, 442, [open] { open(ETool::kPianoRoll); });
-    button(377, picture::kGlyphAutomation, 443, [open] { open(ETool::kAutomation); });
-    button(404, picture::kGlyphBall, 445, [open] { open(ETool::kBall); });
+    button(350, picture::kGlyphPianoRoll, 442, hasTool(ETool::kPianoRoll), [open] { open(ETool::kPianoRoll); });
+    button(377, picture::kGlyphAutomation, 443, hasTool(ETool::kAutomation), [open] { open(ETool::kAutomation); });
+    button(404, picture::kGlyphBall, 445, hasTool(ETool::kBall), [open] { open(ETool::kBall); });
     auto& arpeggiator =
         AddChild<CSwitchCtrl>(0U, 431, 4, 24, 20, &instrument->arpeggiator.on, picture::kGlyphArpeggiator);
     arpeggiator.section = ESection::kKeyboard;
