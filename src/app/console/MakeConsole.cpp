@@ -27,9 +27,17 @@ private:
     const CSettings& store;
 };
 
-QStringList NamesOf(const QList<PluginEntry>& entries) {
-    QStringList names;
-    for (const PluginEntry& entry : entries) names += entry.name;
+// Those of the program's own folders, which are there at once, then what else the machine has.
+QStringList PluginNamesFor(CMainWindow& window, SlotKind kind) {
+    const bool instruments = kind == SlotKind::Instrument;
+    const Folders& folders = window.Workstation().ProgramFolders();
+    QStringList names =
+        ListPlugins(instruments ? folders.pluginInstruments : folders.pluginEffects, {QStringLiteral("so")});
+    names.sort();
+    const CPluginCatalog& catalog = window.Catalog();
+    for (const PluginEntry& entry : instruments ? catalog.Instruments() : catalog.Effects()) {
+        if (!names.contains(entry.name)) names += entry.name;
+    }
     return names;
 }
 
@@ -50,10 +58,7 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
 
 ConsoleActions ActionsFor(CMainWindow& window) {
     ConsoleActions actions;
-    actions.pluginNames = [&window](SlotKind kind) {
-        const CPluginCatalog& catalog = window.Catalog();
-        return NamesOf(kind == SlotKind::Instrument ? catalog.Instruments() : catalog.Effects());
-    };
+    actions.pluginNames = [&window](SlotKind kind) { return PluginNamesFor(window, kind); };
     actions.openPlugin = [&window](const SlotPlace& place) { window.PluginWindows().Show(place); };
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
     actions.openTool = [&window](ETool tool) {
