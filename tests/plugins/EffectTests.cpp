@@ -215,7 +215,8 @@ TEST_P(Effect, KeepsItsStateInChunksAndRefusesDamagedOnes) {
     EXPECT_EQ(other.Chunk(), saved);
 }
 
-INSTANTIATE_TEST_SUITE_P(BuiltIn, Effect, testing::Values("QUIB delay", "QUIB reverb"),
+INSTANTIATE_TEST_SUITE_P(BuiltIn, Effect,
+                         testing::Values("QUIB delay", "QUIB reverb", "QUIB chorus", "QUIB flanger", "QUIB compressor"),
                          [](const auto& test) { return std::string(test.param).substr(5); });
 
 }  // namespace quibtest
