@@ -15,9 +15,11 @@ namespace quibtest {
 
 namespace {
 
-// Notes that every instrument answers: a chord for the synthesiser, a kit's strokes for the drums.
+// Notes that every instrument answers: a chord for the synthesiser, a kit's strokes for the drums, a
+// beat and a bass for the loops.
 const std::vector<int> kSynthKeys = {48, 52, 55, 60};
 const std::vector<int> kDrumKeys = {36, 38, 42, 49};
+const std::vector<int> kLoopKeys = {36, 60};
 constexpr long kSecond = 44100;
 
 std::vector<Message> Phrase(const std::vector<int>& keys, double scale = 1.0) {
@@ -37,7 +39,8 @@ std::vector<Message> Phrase(const std::vector<int>& keys, double scale = 1.0) {
 class Instrument : public testing::TestWithParam<const char*> {
 protected:
     bool Drums() const { return std::string(GetParam()) == "QUIB drums"; }
-    const std::vector<int>& Keys() const { return Drums() ? kDrumKeys : kSynthKeys; }
+    bool Loops() const { return std::string(GetParam()) == "QUIB Loops"; }
+    const std::vector<int>& Keys() const { return Drums() ? kDrumKeys : (Loops() ? kLoopKeys : kSynthKeys); }
     std::vector<Message> Chord(int velocity) const {
         std::vector<Message> messages;
         for (const int key : Keys()) messages.push_back({0, 0x90, key, velocity});
@@ -57,7 +60,7 @@ TEST_P(Instrument, SaysWhatItIs) {
     EXPECT_EQ(plugin.Effect().flags, vst2::effFlagsCanReplacing | vst2::effFlagsIsSynth | vst2::effFlagsProgramChunks);
     EXPECT_EQ(plugin.Effect().numInputs, 0);
     EXPECT_EQ(plugin.Effect().numOutputs, Drums() ? 10 : 2);
-    EXPECT_GE(plugin.Effect().numPrograms, Drums() ? 8 : 24);
+    EXPECT_GE(plugin.Effect().numPrograms, Drums() || Loops() ? 8 : 24);
     char what[] = "receiveVstMidiEvent";
     EXPECT_EQ(plugin.Call(vst2::effCanDo, 0, 0, what), 1);
 }
@@ -260,7 +263,7 @@ TEST_P(Instrument, AllocatesNothingWhileItPlays) {
 }
 #endif
 
-INSTANTIATE_TEST_SUITE_P(BuiltIn, Instrument, testing::Values("QUIB synth", "QUIB drums"),
+INSTANTIATE_TEST_SUITE_P(BuiltIn, Instrument, testing::Values("QUIB synth", "QUIB drums", "QUIB Loops"),
                          [](const auto& tested) { return std::string(tested.param).substr(5); });
 
 }  // namespace quibtest
