@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int32_t kUniqueId = vst2::FourCharacters('Q', 'b', 'D', 'l');
 constexpr float kPercent = 0.01f;
-constexpr double kLongestSeconds = 4.0;
+constexpr double kLongestSeconds = 10.0;
 constexpr float kButterworth = 1.41421356f;  // damping, 1 / Q
 constexpr float kFilterMemorySeconds = 0.1f;
 constexpr float kHottestDrive = 8.0f;
