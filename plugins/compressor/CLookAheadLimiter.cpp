@@ -34,6 +34,8 @@ bool CLookAheadLimiter::Allocate(float sampleRate) noexcept {
 void CLookAheadLimiter::Reset() noexcept {
     m_left.Clear();
     m_right.Clear();
+    m_leftPeaks.Reset();
+    m_rightPeaks.Reset();
     m_firstNeed = m_needCount = m_place = 0;
     m_frame = 0;
     m_level = 1.0f;
@@ -61,11 +63,13 @@ float CLookAheadLimiter::Process(float* left, float* right, const float* ceiling
     m_left.Read(delayedLeft, LatencyFrames() + frames, frames);
     m_right.Read(delayedRight, LatencyFrames() + frames, frames);
     const float perWindow = 1.0f / (kOne * static_cast<float>(m_released.size()));
+    float peaks[CPluginBase::kMaximumTickFrames]{};
+    m_leftPeaks.Raise(left, peaks, frames);
+    m_rightPeaks.Raise(right, peaks, frames);
     float loudest = 0.0f;
     for (int i = 0; i < frames; ++i) {
-        const float peak = std::max(std::fabs(left[i]), std::fabs(right[i]));
-        loudest = std::max(loudest, peak);
-        const float needed = peak > ceilings[i] ? ceilings[i] / peak : 1.0f;
+        loudest = std::max(loudest, std::max(std::fabs(left[i]), std::fabs(right[i])));
+        const float needed = peaks[i] > ceilings[i] ? ceilings[i] / peaks[i] : 1.0f;
         const auto smallest = static_cast<float>(SmallestNeed(static_cast<std::int64_t>(needed * kOne))) / kOne;
         m_level = std::min(smallest, m_level + release * (1.0f - m_level));
         const auto released = static_cast<std::int64_t>(m_level * kOne);

@@ -3,14 +3,15 @@
 
 // A stereo limiter that sees peaks coming: the sound is delayed, the smallest gain that any sample of
 // the delay needs is averaged over that same time, so the gain has come down, without a corner, when
-// the peak arrives. No sample leaves it above the ceiling. Belongs to one render thread; only
-// Allocate() allocates.
+// the peak arrives. No sample leaves it above the ceiling, and of the wave between the samples next to
+// nothing. Belongs to one render thread; only Allocate() allocates.
 //
 // The average runs over sums of whole numbers: it neither drifts nor depends on block sizes.
 
 #include <cstdint>
 #include <vector>
 
+#include "compressor/CTruePeak.h"
 #include "dsp/CDelayLine.h"
 
 namespace quibplug {
@@ -21,7 +22,7 @@ public:
     bool Allocate(float sampleRate) noexcept;
     void Reset() noexcept;
 
-    int LatencyFrames() const noexcept { return static_cast<int>(m_released.size()) - 1; }
+    int LatencyFrames() const noexcept { return static_cast<int>(m_released.size()) - 1 + CTruePeak::kDelay; }
 
     // In place. `ceilings` are linear gains above 0, `release` the share of OnePoleShare() per frame.
     // Answers the largest magnitude that came in.
@@ -36,6 +37,8 @@ private:
 
     CDelayLine m_left;
     CDelayLine m_right;
+    CTruePeak m_leftPeaks;
+    CTruePeak m_rightPeaks;
     std::vector<Need> m_needs;  // ring; gains rise from the oldest to the newest
     std::size_t m_firstNeed = 0;
     std::size_t m_needCount = 0;

@@ -81,7 +81,7 @@ TEST(Compressor, LimiterDelaysByWhatItReportsAndLeavesSoftSoundAlone) {
     for (const float rate : {22050.0f, 48000.0f, 192000.0f}) {
         CPlainCompressor compressor(rate);
         const auto latency = static_cast<std::size_t>(compressor.Effect().initialDelay);
-        EXPECT_NEAR(static_cast<double>(latency) / static_cast<double>(rate), 0.002, 0.0001);
+        EXPECT_NEAR(static_cast<double>(latency) / static_cast<double>(rate), 0.00215, 0.00015);
         const StereoSignal noise = Noise(static_cast<long>(rate), 0.05f);
         const StereoSignal out = compressor.Run(noise);
         for (std::size_t i = latency; i < out.left.size(); ++i) {
@@ -109,10 +109,25 @@ TEST(Compressor, LimiterNeverExceedsItsCeiling) {
                 const float limit = Amplitude(ceiling) * 1.000002f;
                 EXPECT_LE(PeakOf(out.left), limit) << rate << " " << ceiling;
                 EXPECT_LE(PeakOf(out.right), limit) << rate << " " << ceiling;
-                EXPECT_GT(PeakOf(out.left, 600, 18000), 0.9f * limit) << "quieter than it need be";
+                EXPECT_GT(PeakOf(out.left, 600, 18000), 0.65f * limit) << "quieter than it need be";
             }
         }
     }
+}
+
+// A quarter of the rate, sampled beside its crests: 3 dB higher between the samples than at them.
+TEST(Compressor, LimiterHoldsTheWaveBetweenTheSamples) {
+    CPlainCompressor compressor;
+    compressor.Set("Ratio", "1");
+    compressor.Set("Ceiling", "-3");
+    compressor.Resume(48000.0f);
+    StereoSignal tone(kSecond);
+    for (std::size_t i = 0; i < tone.left.size(); ++i) tone.left[i] = tone.right[i] = i % 4 < 2 ? 0.65f : -0.65f;
+    ASSERT_GT(AmplitudeAt(tone.left, 12000.0, kRate, 0, kSecond), 0.91);
+    const StereoSignal out = compressor.Run(tone);
+    const double level = 20.0 * std::log10(AmplitudeAt(out.left, 12000.0, kRate, kSecond / 2, kSecond));
+    EXPECT_LT(level, -2.9);
+    EXPECT_GT(level, -3.3);
 }
 
 TEST(Compressor, LimiterBendsASteadyBassNoteLittle) {
