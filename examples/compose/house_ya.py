@@ -49,7 +49,7 @@ def kick():
     stop = {KICK: "9...8...9......."}
     riser = drums(4, {KICK: "7...7...7...7..."}, {KICK: "7...7...7...7..."}, {KICK: "7.7.7.7.7.7.7.7."}, {})
     return Instrument(
-        "Kick", DRUMS, HOUSE_CLASSIC, strip=Strip(level=channel_level(-3), eq_on=1, eq=(Band(58, 1.5), Band(350, -3), Band(4000))),
+        "Kick", DRUMS, HOUSE_CLASSIC, strip=Strip(level=channel_level(-6), eq_on=1, eq=(Band(58, 1.5), Band(350, -3), Band(4000))),
         patterns=hold(numbered(drums(1, plain), drums(2, plain, plain, plain, fill), drums(3, plain, plain, plain, stop),
                                riser, drums(5, plain, plain, plain, {KICK: "9..............."})), {KIT_VOLUME: volume(0)}),
         mix={"LP Gain": bars((0, -0.3), (11.9, -0.3), (16, 0.07), (64, 0.07))})
@@ -79,13 +79,13 @@ def top():
     ridden = drums(17, busy | {RIDE: "6.4.6.4.6.4.6.4."}, busy | {RIDE: "6.4.6.4.6.4.6.4.", SNARE: "...........3..5."})
     return Instrument(
         "Claps & Ride", DRUMS, HOUSE_CLASSIC, swing=SWING, step_mode=1,
-        strip=Strip(level=channel_level(-4), sends={CHAMBER: send_level(-14)}, **low_cut(180)),
+        strip=Strip(level=channel_level(-2), sends={CHAMBER: send_level(-14)}, **low_cut(180)),
         patterns=hold(numbered(drums(11, clap), rolled, drums(12, {CLAP: "............7..."}), build, crashed, ridden),
                       {KIT_VOLUME: volume(0)}))
 
 
 def low():
-    level, depth = channel_level(0), 18
+    level, depth = channel_level(4.5), 18
     walk = ((0, 0, 1.6, 108), (3, 0, 0.7, 84), (4, 12, 0.8, 92), (7, 0, 0.8, 90), (10, 12, 0.8, 94), (12, 7, 1.4, 90),
             (14, 10, 1.4, 92))
     answer = ((0, 0, 1.6, 106), (3, 12, 0.7, 88), (6, 0, 0.8, 96), (8, 7, 0.8, 86), (10, 12, 1.4, 96), (13, 0, 0.7, 80),
@@ -102,7 +102,7 @@ def low():
 
 
 def stabs():
-    level = channel_level(1)
+    level = channel_level(4.5)
     funky = ((0, 0.8, 96), (3, 0.8, 86), (6, 1.4, 100), (9, 0.7, 82), (11, 0.8, 90), (14, 1.4, 96))
     reply = ((2, 0.8, 90), (3, 0.8, 82), (6, 1.4, 98), (10, 0.8, 92), (13, 0.7, 84), (14, 1.4, 96))
     instrument = Instrument(
@@ -114,12 +114,12 @@ def stabs():
         parameters={CUTOFF: sweep((0, 180), (11, 900), (15.8, 3600), (16, 1000), (28, 1800), (31.8, 5000), (32, 240),
                                   (43.5, 6500), (44, 1500), (60, 2000), (63.5, 160))})
     instrument.presets = [instrument.snapshot(),
-                          instrument.snapshot(selected=1, level=channel_level(-4), sends={REVERB: send_level(-5)})]
+                          instrument.snapshot(selected=1, level=channel_level(0), sends={REVERB: send_level(-5)})]
     return instrument
 
 
 def organ():
-    level = channel_level(1)
+    level = channel_level(4.5)
     off_beats = ((2, 1.2, 92), (6, 1.2, 96), (10, 1.2, 92), (14, 1.2, 98))
     long = ((0, 7, 84), (8, 3, 78), (12, 3.5, 80))
     return Instrument(
@@ -153,7 +153,7 @@ REPLY = ((0, 2, 81, 1.8), (0, 4, 79, 1.8), (0, 6, 76, 4.5), (0, 12, 77, 1.8), (0
 
 
 def lead():
-    level = channel_level(1)
+    level = channel_level(-0.5)
     patterns = [melody(71, CALL[:8], 80), melody(72, CALL), melody(73, REPLY), melody(74, REPLY[:9] + ((2, 0, 69, 14),))]
     for pattern in patterns:
         pattern.midi = {"Modulation Wheel": [(0, 0), (9, 0), (11, 60), (13, 0), (25, 0), (27, 60), (30, 0)],
@@ -171,9 +171,9 @@ def arpeggio():
         arpeggiator=Arpeggiator(on=1, mode=2, ext=1, ext_mode=1, velocity=1.4, interval=12, gate=1),
         strip=Strip(level=channel_level(-5), sends={REVERB: send_level(-14), DELAY: send_level(-12)}, **low_cut(400)),
         patterns={0: Pattern(PHRASE, mix={"Pan": [(0, -0.5), (PHRASE / 2, 0.5), (PHRASE - 0.5, -0.5)]})},
-        mix={"Level": bars((0, 0), (12, 30), (15.7, channel_level(-6)), (15.8, 0), (32, 0), (33, channel_level(-8)),
-                           (43.7, channel_level(-4)), (43.8, 0), (48, 0), (48.1, channel_level(-8)), (51.9, channel_level(-8)), (52, 0),
-                           (56, channel_level(-8)), (60, channel_level(-8)), (61, 0))},
+        mix={"Level": bars((0, 0), (12, 30), (15.7, channel_level(-2)), (15.8, 0), (32, 0), (33, channel_level(-4)),
+                           (43.7, channel_level(-4)), (43.8, 0), (48, 0), (48.1, channel_level(-4)), (51.9, channel_level(-4)), (52, 0),
+                           (56, channel_level(-4)), (60, channel_level(-4)), (61, 0))},
         parameters={CUTOFF: sweep((12, 300), (16, 2000), (32, 400), (44, 4000), (60, 2500))})
 
 
@@ -194,7 +194,7 @@ def song():
         # In the break the stabs on side A give way to the organ on side B; in the theme both play.
         master={"Crossfader": bars((0, 0), (31.9, 0), (34, 70), (40, 110), (43.5, 64), (64, 64)),
                 "Level": bars((0, 127), (61, 127), (64, 90))},
-        inserts=master(3.0), instruments=[arrange(instrument, row, BARS) for instrument, row in made],
+        inserts=master(3.2), instruments=[arrange(instrument, row, BARS) for instrument, row in made],
         effects={REVERB: Effect("QUIB reverb.so", CONCERT_HALL), DELAY: Effect("QUIB delay.so", PING_PONG),
                  FLANGER: Effect("QUIB flanger.so", FOUR_BARS), CHAMBER: Effect("QUIB reverb.so", DRUM_CHAMBER)})
 
