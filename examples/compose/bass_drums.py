@@ -10,7 +10,8 @@ fro within a bar, and kits that change with the program.
 """
 import sys
 
-from house_parts import (BAR, CLOSED_HAT, CRASH, HIGH_TOM, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, SHAKER, SNARE,
+from house_parts import (BAR, CLOSED_HAT, CRASH, HIGH_TOM, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, SHAKER,
+                         SNARE,
                          TAMBOURINE, Player)
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
 from songkit import (CUTOFF, KIT_VOLUME, arrange, bars, bass, comp, drums, held, hold, looped, low_cut, master, melody,
@@ -20,7 +21,8 @@ BARS = 72
 SYNTH, DRUMS, LOOPS = "QUIB synth.so", "QUIB drums.so", "QUIB Loops.so"
 REVERB, DELAY, CHAMBER = 1, 2, 3
 # Programs.
-REESE_BASS, GLASS_PAD, ELECTRIC_PIANO, DEEP_SINE, GROWL, WHISTLE, KOTO_PLUCK, DOWN_LIFTER = 2, 12, 15, 24, 26, 36, 54, 63
+REESE_BASS, GLASS_PAD, ELECTRIC_PIANO, DEEP_SINE = 2, 12, 15, 24
+GROWL, WHISTLE, KOTO_PLUCK, DOWN_LIFTER = 26, 36, 54, 63
 GARAGE, BREAK_BEAT, VOCAL_HALL, DRUM_CHAMBER, DOTTED_EIGHTH, PARALLEL_CRUSH, BASS_SWEEP = 9, 11, 4, 3, 0, 5, 6
 BREAK_LOOP = 46
 SNARE_SEND, HAT_SEND = 1 * 8 + 7, 5 * 8 + 7  # of the kit, to the shared effects
@@ -49,9 +51,11 @@ FALL_ROW = "       -  -  -  -  | a  -  -  -  -  | a  -  -  | a  -  -  -  -  | a"
 def breaks():
     one = {KICK: "9.........7.....", SNARE: "....9..3.4..9...", CLOSED_HAT: "7.5.7.5.7.5.7.5."}
     two = {KICK: "9.......3.7...5.", SNARE: "....9..4.3..9..4", CLOSED_HAT: "7.5.7.5.7.5.7.5."}
-    three = {KICK: "9.8.......7.....", SNARE: "....9..3.4....9.", OPEN_HAT: "..........6.....", CLOSED_HAT: "7.5.7.5.7...7.5."}
+    three = {KICK: "9.8.......7.....", SNARE: "....9..3.4....9.", OPEN_HAT: "..........6.....",
+             CLOSED_HAT: "7.5.7.5.7...7.5."}
     four = {KICK: "9.....7...7..6..", SNARE: "....9.3.3...9.45", CLOSED_HAT: "7.5.7.5.7.5.7.5."}
-    toms = {KICK: "9.........7.....", SNARE: "....9...........", HIGH_TOM: "........77......", MID_TOM: "..........77....", LOW_TOM: "............8888"}
+    toms = {KICK: "9.........7.....", SNARE: "....9...........", HIGH_TOM: "........77......",
+            MID_TOM: "..........77....", LOW_TOM: "............8888"}
     stutter = {KICK: "9..9..9.........", SNARE: "........4.5.6789"}
     half = {KICK: "9...............", SNARE: "........9.......", CLOSED_HAT: "5...4...5...4..."}
     ride = {RIDE: "7...6...7...6..."}
@@ -61,15 +65,19 @@ def breaks():
     roll(rise, 0, 32, SNARE, 28, 58, 4)
     roll(rise, 32, 16, SNARE, 54, 80, 2)
     roll(rise, 48, 12, SNARE, 74, 112)
-    patterns = numbered(drums(1, one, two), drums(2, one, two, three, four), drums(3, one, three, two, toms), drums(4, two, one, four, stutter),
-                        crashed, drums(6, half), rise.pattern, drums(8, one, three, half, {KICK: "9...............", SNARE: "....7..........."}))
+    patterns = numbered(drums(1, one, two), drums(2, one, two, three, four), drums(3, one, three, two, toms),
+                        drums(4, two, one, four, stutter),
+                        crashed, drums(6, half), rise.pattern, drums(8, one, three, half,
+                                                                     {KICK: "9...............",
+                                                                      SNARE: "....7..........."}))
     hold(patterns, {KIT_VOLUME: volume(1), SNARE_SEND: TO_CHAMBER, HAT_SEND: TO_CHAMBER})
     instrument = Instrument(
         "Breaks", DRUMS, BREAK_BEAT, inserts={1: Effect("QUIB compressor.so", PARALLEL_CRUSH)},
         strip=Strip(level=channel_level(-6), insert_on=(1, 0), sends={CHAMBER: send_level(-20)},
                     eq_on=1, eq=(Band(70, 2), Band(450, -2), Band(6000, 2))), patterns=patterns)
     # A second preset with the crushed copy off and more room, for the break.
-    instrument.presets = [instrument.snapshot(), instrument.snapshot(selected=5, insert_on=(0, 0), sends={CHAMBER: send_level(-6)})]
+    instrument.presets = [instrument.snapshot(),
+                          instrument.snapshot(selected=5, insert_on=(0, 0), sends={CHAMBER: send_level(-6)})]
     return instrument
 
 
@@ -85,7 +93,8 @@ def top():
 
 def loop():
     return Instrument(
-        "Break loop", LOOPS, strip=Strip(level=channel_level(-3), pan=-0.15, sends={CHAMBER: send_level(-18)}, **low_cut(300)),
+        "Break loop", LOOPS, strip=Strip(level=channel_level(-3), pan=-0.15, sends={CHAMBER: send_level(-18)},
+                                         **low_cut(300)),
         patterns=hold({0: looped(BREAK_LOOP)}, {LOOP_LOW_CUT: 0.6}))
 
 
@@ -94,26 +103,32 @@ def reese():
     roll_ = ((0, 0, 2.6, 106), (3, 0, 2.4, 96), (6, 0, 3.4, 100), (10, 12, 1.4, 88), (12, 0, 3.6, 102))
     step = ((0, 0, 5.4, 106), (6, 3, 1.6, 92), (8, 5, 1.6, 94), (10, 0, 3.4, 100), (14, -2, 1.6, 92))
     long = ((0, 0, 15, 96),)
-    patterns = numbered(bass(31, VERSE_ROOTS, roll_, step), bass(32, LIFT_ROOTS, roll_, step), bass(33, VERSE_ROOTS, step, roll_),
+    patterns = numbered(bass(31, VERSE_ROOTS, roll_, step), bass(32, LIFT_ROOTS, roll_, step),
+                        bass(33, VERSE_ROOTS, step, roll_),
                         bass(34, LIFT_ROOTS, long), bass(35, (41, 41, 29, 29), step, long))
     for pattern in patterns.values():
         pumped(pattern, level)
         pattern.plugin = {CUTOFF: [point for bar in range(4) for point in
-                                   ((bar * BAR, 0.5), (bar * BAR + 6, 0.66), (bar * BAR + 10, 0.54), (bar * BAR + 15.5, 0.7))]}
+                                   ((bar * BAR, 0.5), (bar * BAR + 6, 0.66), (bar * BAR + 10, 0.54),
+                                    (bar * BAR + 15.5, 0.7))]}
     return Instrument(
-        "Reese", SYNTH, REESE_BASS, strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-26)}, **low_cut(95, -12)),
+        "Reese", SYNTH, REESE_BASS, strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-26)},
+                                                **low_cut(95, -12)),
         patterns=patterns)
 
 
 def growl():
     level = channel_level(5)
-    answer = ((1, 12, 0.8, 100), (3, 0, 1.6, 96), (6, 12, 0.8, 96), (7, 10, 0.8, 92), (8, 0, 3.4, 104), (13, 7, 0.8, 90), (14, 5, 1.4, 94))
+    answer = ((1, 12, 0.8, 100), (3, 0, 1.6, 96), (6, 12, 0.8, 96), (7, 10, 0.8, 92), (8, 0, 3.4, 104),
+              (13, 7, 0.8, 90), (14, 5, 1.4, 94))
     talk = ((0, 0, 1.6, 104), (2, 0, 0.8, 90), (4, 12, 1.6, 98), (7, 0, 2.6, 96), (11, 3, 0.8, 90), (12, 5, 3.4, 100))
     return Instrument(
         "Growl", SYNTH, GROWL, inserts={1: Effect("QUIB flanger.so", BASS_SWEEP)},
         strip=Strip(level=level, crossfade_b=1, insert_on=(1, 0), sends={DELAY: send_level(-22)}, **low_cut(110, -12)),
         patterns=numbered(*(pumped(bass(40 + number, roots, *grooves), level)
-                            for number, (roots, grooves) in enumerate(((VERSE_ROOTS, (answer, talk)), (LIFT_ROOTS, (answer, talk)),
+                            for number, (roots,
+                                         grooves) in enumerate(((VERSE_ROOTS, (answer, talk)),
+                                                                (LIFT_ROOTS, (answer, talk)),
                                                                        (VERSE_ROOTS, (talk, answer)))))),
         parameters={CUTOFF: sweep((24, 250), (35, 700), (48, 350), (68, 1100))})
 
@@ -126,7 +141,8 @@ def sub():
     return Instrument(
         "Sub", SYNTH, DEEP_SINE, strip=Strip(level=level, eq_on=1, eq=(Band(50, 2), Band(200, -6), Band(900, -12))),
         patterns=numbered(*(pumped(pattern, level) for pattern in (
-            bass(51, roots(VERSE_ROOTS), groove), bass(52, roots(LIFT_ROOTS), groove), bass(53, roots(VERSE_ROOTS), long),
+            bass(51, roots(VERSE_ROOTS), groove), bass(52, roots(LIFT_ROOTS),
+                                                       groove), bass(53, roots(VERSE_ROOTS), long),
             bass(54, (41, 41, 41, 41), long)))))
 
 
@@ -136,7 +152,9 @@ def keys():
     off = ((3, 1.4, 88), (6, 2.6, 92), (11, 1.4, 84), (14, 1.6, 86))
     last = comp(65, [FM9, DBMAJ9, FM9, FM9], dreamy, dreamy, ((0, 15, 84),), ((0, 12, 70),))
     return Instrument(
-        "Keys", SYNTH, ELECTRIC_PIANO, strip=Strip(level=level, pan=-0.12, sends={REVERB: send_level(-9), DELAY: send_level(-14)}, **low_cut(200)),
+        "Keys", SYNTH, ELECTRIC_PIANO, strip=Strip(level=level, pan=-0.12,
+                                                   sends={REVERB: send_level(-9),
+                                                          DELAY: send_level(-14)}, **low_cut(200)),
         patterns=numbered(*(pumped(pattern, level) for pattern in (
             comp(61, VERSE, dreamy), comp(62, LIFT, dreamy), comp(63, VERSE, off), comp(64, LIFT, off), last))),
         mix={"Send2 Level": throws(send_level(-14), send_level(-4), (15, 31, 47, 63))})
@@ -148,14 +166,18 @@ def pad():
     lift = [tuple(key + (12 if voice % 2 else 0) for voice, key in enumerate(chord)) for chord in LIFT]
     return Instrument(
         "Pad", SYNTH, GLASS_PAD, strip=Strip(level=level, sends={REVERB: send_level(-6)}, **low_cut(280)),
-        patterns=numbered(pumped(held(71, open_, 80), level), pumped(held(72, lift, 80), level), pumped(held(73, [open_[0]] * 4, 76), level)),
-        mix={"Level": bars((0, 40), (6, channel_level(-1)), (16, channel_level(-5)), (36, channel_level(0)), (47.9, channel_level(1)),
+        patterns=numbered(pumped(held(71, open_, 80), level), pumped(held(72, lift, 80), level),
+                          pumped(held(73, [open_[0]] * 4, 76), level)),
+        mix={"Level": bars((0, 40), (6, channel_level(-1)), (16, channel_level(-5)), (36, channel_level(0)),
+                           (47.9, channel_level(1)),
                            (48, channel_level(-5)), (68, channel_level(-1)), (72, 20))})
 
 
-CALL = ((0, 0, 84, 3.6), (0, 4, 80, 1.6), (0, 6, 79, 5), (0, 12, 75, 3.6), (1, 0, 77, 7), (1, 8, 80, 1.6), (1, 10, 79, 1.6), (1, 12, 75, 3.6),
+CALL = ((0, 0, 84, 3.6), (0, 4, 80, 1.6), (0, 6, 79, 5), (0, 12, 75, 3.6), (1, 0, 77, 7), (1, 8, 80, 1.6),
+        (1, 10, 79, 1.6), (1, 12, 75, 3.6),
         (2, 0, 80, 3.6), (2, 4, 82, 3.6), (2, 8, 84, 7), (3, 0, 82, 3.6), (3, 4, 79, 3.6), (3, 8, 75, 7))
-HIGH = ((0, 0, 84, 5.6), (0, 6, 87, 5.6), (0, 12, 84, 3.6), (1, 0, 85, 5.6), (1, 6, 84, 1.6), (1, 8, 80, 7), (2, 0, 80, 3.6), (2, 4, 84, 3.6),
+HIGH = ((0, 0, 84, 5.6), (0, 6, 87, 5.6), (0, 12, 84, 3.6), (1, 0, 85, 5.6), (1, 6, 84, 1.6), (1, 8, 80, 7),
+        (2, 0, 80, 3.6), (2, 4, 84, 3.6),
         (2, 8, 87, 7), (3, 0, 88, 7), (3, 8, 85, 3.6), (3, 12, 82, 3.6))
 
 
@@ -164,9 +186,11 @@ def whistle():
     far = melody(81, ((0, 0, 84, 10), (1, 0, 80, 10), (2, 0, 82, 10), (3, 0, 79, 10)), 74)
     patterns = [far, melody(82, CALL, 84), melody(83, HIGH, 86)]
     for pattern in patterns:
-        pattern.midi = {"Pitch Bend": [(0, 56), (0.8, 64), (31.5, 64), (32, 56), (32.8, 64)], "Modulation Wheel": [(0, 0), (9, 40), (16, 0), (41, 50), (48, 0)]}
+        pattern.midi = {"Pitch Bend": [(0, 56), (0.8, 64), (31.5, 64), (32, 56), (32.8, 64)],
+                        "Modulation Wheel": [(0, 0), (9, 40), (16, 0), (41, 50), (48, 0)]}
         pumped(pattern, level)
-    return Instrument("Whistle", SYNTH, WHISTLE, strip=Strip(level=level, sends={REVERB: send_level(-7), DELAY: send_level(-10)}, **low_cut(400)),
+    return Instrument("Whistle", SYNTH, WHISTLE,
+                      strip=Strip(level=level, sends={REVERB: send_level(-7), DELAY: send_level(-10)}, **low_cut(400)),
                       patterns=numbered(*patterns))
 
 
@@ -174,10 +198,14 @@ def arpeggio():
     return Instrument(
         "Koto", SYNTH, KOTO_PLUCK, keys=[65, 68, 72, 75], keyboard_position=60,
         arpeggiator=Arpeggiator(on=1, mode=2, hole=1, ext=1, velocity=1.5, interval=12, gate=1),
-        strip=Strip(level=channel_level(2), pan=0.1, sends={REVERB: send_level(-10), DELAY: send_level(-10)}, **low_cut(350)),
+        strip=Strip(level=channel_level(2), pan=0.1, sends={REVERB: send_level(-10), DELAY: send_level(-10)},
+                    **low_cut(350)),
         patterns={0: Pattern(PHRASE, mix={"Pan": [(0, -0.5), (PHRASE / 2, 0.5), (PHRASE - 0.5, -0.5)]})},
-        mix={"Level": bars((0, 20), (4, channel_level(1)), (15.8, channel_level(4)), (15.9, 0), (39.9, 0), (40, channel_level(-2)),
-                           (47.8, channel_level(4)), (47.9, 0), (56, 0), (56.1, channel_level(-2)), (60, channel_level(-2)), (60.1, 0),
+        mix={"Level": bars((0, 20), (4, channel_level(1)), (15.8, channel_level(4)), (15.9, 0), (39.9, 0),
+                           (40, channel_level(-2)),
+                           (47.8, channel_level(4)), (47.9, 0), (56, 0), (56.1,
+                                                                          channel_level(-2)), (60, channel_level(-2)),
+                                                                          (60.1, 0),
                            (64, channel_level(-1)), (68, channel_level(2)), (70, channel_level(-3)), (71, 0))},
         parameters={CUTOFF: sweep((0, 500), (15, 2500), (40, 600), (47.5, 3500), (56, 1500), (72, 600))})
 
@@ -186,7 +214,8 @@ def fall():
     pattern = Pattern(PHRASE)
     for key in (53, 60):
         pattern.add(0, key, 28, 94)
-    return Instrument("Fall", SYNTH, DOWN_LIFTER, strip=Strip(level=channel_level(-4), sends={REVERB: send_level(-6)}, **low_cut(300)),
+    return Instrument("Fall", SYNTH, DOWN_LIFTER,
+                      strip=Strip(level=channel_level(-4), sends={REVERB: send_level(-6)}, **low_cut(300)),
                       patterns={0: pattern})
 
 
@@ -200,7 +229,8 @@ def thrown():
 
 
 def song():
-    made = ((breaks(), BREAK_ROW), (top(), TOP_ROW), (loop(), LOOP_ROW), (reese(), REESE_ROW), (growl(), GROWL_ROW), (sub(), SUB_ROW),
+    made = ((breaks(), BREAK_ROW), (top(), TOP_ROW), (loop(), LOOP_ROW), (reese(), REESE_ROW), (growl(), GROWL_ROW),
+            (sub(), SUB_ROW),
             (keys(), KEYS_ROW), (pad(), PAD_ROW), (whistle(), WHISTLE_ROW), (arpeggio(), ARP_ROW), (fall(), FALL_ROW))
     return Project(
         tempo=172, steps=BARS * BAR, loop=(0, 16 * BAR, 36 * BAR),

@@ -67,7 +67,8 @@ def hats():
     patterns = numbered(
         parts.hats(11, claps=False, sixteenths=False, opened=False), parts.hats(12), parts.hats(13, fill=True),
         parts.hats(14, crash=True), parts.hats(15, ride=True, crash=True), parts.hats(16, ride=True, fill=True),
-        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19), parts.hats(20, claps=False, sixteenths=False, opened=False, bars=3))
+        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19),
+        parts.hats(20, claps=False, sixteenths=False, opened=False, bars=3))
     hold(patterns, {CLAP_SEND: TO_CHAMBER, SNARE_SEND: TO_CHAMBER, KIT_DRIVE: 0.3, KIT_VOLUME: volume(0)})
     return arrange(Instrument(
         "Hats & Claps", DRUMS, HOUSE_CLASSIC, swing=0.12, selected=1,

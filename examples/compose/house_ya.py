@@ -9,18 +9,19 @@ filter swept over whole sections, a flanger in time with the song, and a hand-ov
 """
 import sys
 
-from house_parts import (BAR, CLAP, CLOSED_HAT, CRASH, HIGH_TOM, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, SNARE,
-                         TAMBOURINE, Player)
+from house_parts import (BAR, CLAP, CRASH, HIGH_TOM, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, SNARE, TAMBOURINE,
+                         Player)
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
-from songkit import (CUTOFF, KIT_VOLUME, NOISE_LEVEL, arrange, bars, bass, comp, cutoff, drums, held, hold, looped,
-                     low_cut, master, melody, numbered, pumped, roll, sweep, throws, volume)
+from songkit import (CUTOFF, KIT_VOLUME, NOISE_LEVEL, arrange, bars, bass, comp, drums, held, hold, looped, low_cut,
+                     master, melody, numbered, pumped, roll, sweep, throws, volume)
 
 BARS = 64
 SYNTH, DRUMS, LOOPS = "QUIB synth.so", "QUIB drums.so", "QUIB Loops.so"
 REVERB, DELAY, FLANGER, CHAMBER = 1, 2, 3, 4
 # Programs.
-HOUSE_ORGAN, HOUSE_STAB, ROUND_PICK, TALKING_LEAD, TRANCE_PLUCK, OCTAVE_STRINGS, DOWN_LIFTER = 14, 18, 25, 35, 55, 58, 63
-HOUSE_CLASSIC, AFRO_HOUSE, CONCERT_HALL, DRUM_CHAMBER, PING_PONG, FOUR_BARS = 0, 15, 0, 3, 1, 1
+HOUSE_ORGAN, HOUSE_STAB, ROUND_PICK, TALKING_LEAD = 14, 18, 25, 35
+TRANCE_PLUCK, OCTAVE_STRINGS, DOWN_LIFTER = 55, 58, 63
+HOUSE_CLASSIC, CONCERT_HALL, DRUM_CHAMBER, PING_PONG, FOUR_BARS = 0, 0, 3, 1, 1
 HATS_LOOP, SHAKER_LOOP = 37, 45
 
 # Voices of each chord, from one to the next by steps; the root of the bass.
@@ -49,16 +50,20 @@ def kick():
     stop = {KICK: "9...8...9......."}
     riser = drums(4, {KICK: "7...7...7...7..."}, {KICK: "7...7...7...7..."}, {KICK: "7.7.7.7.7.7.7.7."}, {})
     return Instrument(
-        "Kick", DRUMS, HOUSE_CLASSIC, strip=Strip(level=channel_level(-6), eq_on=1, eq=(Band(58, 1.5), Band(350, -3), Band(4000))),
-        patterns=hold(numbered(drums(1, plain), drums(2, plain, plain, plain, fill), drums(3, plain, plain, plain, stop),
-                               riser, drums(5, plain, plain, plain, {KICK: "9..............."})), {KIT_VOLUME: volume(0)}),
+        "Kick", DRUMS, HOUSE_CLASSIC, strip=Strip(level=channel_level(-6), eq_on=1,
+                                                  eq=(Band(58, 1.5), Band(350, -3), Band(4000))),
+        patterns=hold(numbered(drums(1, plain), drums(2, plain, plain, plain, fill),
+                               drums(3, plain, plain, plain, stop),
+                               riser, drums(5, plain, plain, plain,
+                                            {KICK: "9..............."})), {KIT_VOLUME: volume(0)}),
         mix={"LP Gain": bars((0, -0.3), (11.9, -0.3), (16, 0.07), (64, 0.07))})
 
 
 def hats():
     """The shaker and hat loops, made at 124 and played at the song's tempo."""
     return Instrument(
-        "Hat loops", LOOPS, strip=Strip(level=channel_level(-9), pan=0.1, sends={CHAMBER: send_level(-22)}, **low_cut(300)),
+        "Hat loops", LOOPS, strip=Strip(level=channel_level(-9), pan=0.1, sends={CHAMBER: send_level(-22)},
+                                        **low_cut(300)),
         patterns=numbered(looped(HATS_LOOP, SHAKER_LOOP), looped(SHAKER_LOOP, every=1)),
         mix={"HP Gain": bars((0, -0.4), (12, 0.1), (32, -0.3), (40, 0.1))})
 
@@ -94,9 +99,12 @@ def low():
     last = Pattern(PHRASE)
     last.add(0, 33, 10, 104)
     return Instrument(
-        "Bass", SYNTH, ROUND_PICK, swing=SWING, strip=Strip(level=level, eq_on=1, eq=(Band(60, 1), Band(250, -2), Band(2000, 2))),
-        patterns=numbered(pumped(bass(31, VERSE_ROOTS, calm), level, depth), pumped(bass(32, VERSE_ROOTS, walk, answer), level, depth),
-                          pumped(bass(33, LIFT_ROOTS, walk, answer), level, depth), pumped(bass(34, LIFT_ROOTS, calm), level),
+        "Bass", SYNTH, ROUND_PICK, swing=SWING, strip=Strip(level=level, eq_on=1,
+                                                            eq=(Band(60, 1), Band(250, -2), Band(2000, 2))),
+        patterns=numbered(pumped(bass(31, VERSE_ROOTS, calm), level, depth),
+                          pumped(bass(32, VERSE_ROOTS, walk, answer), level, depth),
+                          pumped(bass(33, LIFT_ROOTS, walk, answer), level,
+                                 depth), pumped(bass(34, LIFT_ROOTS, calm), level),
                           pumped(last, level)),
         parameters={CUTOFF: sweep((8, 200), (16, 620), (24, 900), (32, 620), (44, 800), (60, 700), (64, 300))})
 
@@ -107,8 +115,10 @@ def stabs():
     reply = ((2, 0.8, 90), (3, 0.8, 82), (6, 1.4, 98), (10, 0.8, 92), (13, 0.7, 84), (14, 1.4, 96))
     instrument = Instrument(
         "Stabs", SYNTH, HOUSE_STAB, swing=SWING,
-        strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-16), FLANGER: send_level(-3)}, **low_cut(200)),
-        patterns=numbered(pumped(comp(41, VERSE, funky, reply), level, 16), pumped(comp(42, LIFT, funky, reply), level, 16)),
+        strip=Strip(level=level, crossfade_a=1, sends={REVERB: send_level(-16), FLANGER: send_level(-3)},
+                    **low_cut(200)),
+        patterns=numbered(pumped(comp(41, VERSE, funky, reply), level, 16),
+                          pumped(comp(42, LIFT, funky, reply), level, 16)),
         mix={"Send3 ON": bars((0, 1), (15.9, 1), (16, 0), (32, 1), (44, 0)),
              "Send3 Level": bars((0, send_level(-3)), (32, send_level(0)), (44, send_level(-30)))},
         parameters={CUTOFF: sweep((0, 180), (11, 900), (15.8, 3600), (16, 1000), (28, 1800), (31.8, 5000), (32, 240),
@@ -137,7 +147,8 @@ def strings():
     return Instrument(
         "Strings", SYNTH, OCTAVE_STRINGS,
         strip=Strip(level=level, pan=0.12, sends={REVERB: send_level(-8)}, **low_cut(350, high=Band(6000, 2))),
-        patterns=numbered(pumped(held(61, above), level), pumped(held(62, over), level, 14), pumped(held(63, above), level, 14),
+        patterns=numbered(pumped(held(61, above), level), pumped(held(62, over), level, 14),
+                          pumped(held(63, above), level, 14),
                           pumped(last, level)),
         parameters={CUTOFF: sweep((28, 1200), (32, 2600), (43.8, 7000), (44, 3600), (64, 1500))})
 
@@ -154,7 +165,8 @@ REPLY = ((0, 2, 81, 1.8), (0, 4, 79, 1.8), (0, 6, 76, 4.5), (0, 12, 77, 1.8), (0
 
 def lead():
     level = channel_level(-0.5)
-    patterns = [melody(71, CALL[:8], 80), melody(72, CALL), melody(73, REPLY), melody(74, REPLY[:9] + ((2, 0, 69, 14),))]
+    patterns = [melody(71, CALL[:8], 80), melody(72, CALL), melody(73, REPLY),
+                melody(74, REPLY[:9] + ((2, 0, 69, 14),))]
     for pattern in patterns:
         pattern.midi = {"Modulation Wheel": [(0, 0), (9, 0), (11, 60), (13, 0), (25, 0), (27, 60), (30, 0)],
                         "Pitch Bend": [(5.5, 64), (5.9, 50), (6.6, 64)]}
@@ -172,7 +184,9 @@ def arpeggio():
         strip=Strip(level=channel_level(-5), sends={REVERB: send_level(-14), DELAY: send_level(-12)}, **low_cut(400)),
         patterns={0: Pattern(PHRASE, mix={"Pan": [(0, -0.5), (PHRASE / 2, 0.5), (PHRASE - 0.5, -0.5)]})},
         mix={"Level": bars((0, 0), (12, 30), (15.7, channel_level(-2)), (15.8, 0), (32, 0), (33, channel_level(-4)),
-                           (43.7, channel_level(-4)), (43.8, 0), (48, 0), (48.1, channel_level(-4)), (51.9, channel_level(-4)), (52, 0),
+                           (43.7, channel_level(-4)), (43.8, 0), (48, 0), (48.1,
+                                                                           channel_level(-4)), (51.9,
+                                                                           channel_level(-4)), (52, 0),
                            (56, channel_level(-4)), (60, channel_level(-4)), (61, 0))},
         parameters={CUTOFF: sweep((12, 300), (16, 2000), (32, 400), (44, 4000), (60, 2500))})
 
@@ -182,13 +196,15 @@ def fall():
     for key in (57, 64):
         pattern.add(0, key, 24, 92)
     pattern.plugin = {NOISE_LEVEL: [(0, 0.9)]}
-    return Instrument("Fall", SYNTH, DOWN_LIFTER, strip=Strip(level=channel_level(-3), sends={REVERB: send_level(-8)}, **low_cut(300)),
+    return Instrument("Fall", SYNTH, DOWN_LIFTER,
+                      strip=Strip(level=channel_level(-3), sends={REVERB: send_level(-8)}, **low_cut(300)),
                       patterns={0: pattern})
 
 
 def song():
     made = ((kick(), KICK_ROW), (hats(), HATS_ROW), (top(), TOP_ROW), (low(), BASS_ROW), (stabs(), STAB_ROW),
-            (organ(), ORGAN_ROW), (strings(), STRING_ROW), (lead(), LEAD_ROW), (arpeggio(), ARP_ROW), (fall(), FALL_ROW))
+            (organ(), ORGAN_ROW), (strings(), STRING_ROW), (lead(),
+                                                            LEAD_ROW), (arpeggio(), ARP_ROW), (fall(), FALL_ROW))
     return Project(
         tempo=126, steps=BARS * BAR, loop=(0, 16 * BAR, 32 * BAR),
         # In the break the stabs on side A give way to the organ on side B; in the theme both play.

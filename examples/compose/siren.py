@@ -10,20 +10,22 @@ insert, and a drum machine that chooses among its patterns by chance in pattern 
 """
 import sys
 
-from house_parts import (BAR, CLAP, CLOSED_HAT, CRASH, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, RIM, SNARE, Player)
+from house_parts import (BAR, CLAP, CLOSED_HAT, CRASH, KICK, LOW_TOM, MID_TOM, OPEN_HAT, PHRASE, RIDE, RIM, SNARE,
+                         Player)
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
-from songkit import (BEND_RANGE, CUTOFF, DRIVE, KIT_DRIVE, KIT_VOLUME, RESONANCE, arrange, bars, bass, comp, drums, held,
-                     hold, low_cut, master, melody, numbered, pumped, roll, sweep, throws, volume)
+from songkit import (BEND_RANGE, CUTOFF, DRIVE, KIT_DRIVE, KIT_VOLUME, RESONANCE, arrange, bars, bass, comp, drums,
+                     held, hold, low_cut, master, melody, numbered, pumped, roll, sweep, throws, volume)
 
 BARS = 64
 SYNTH, DRUMS = "QUIB synth.so", "QUIB drums.so"
 REVERB, DELAY, CHAMBER = 1, 2, 3
 # Programs.
-ACID_LINE, SUPER_LEAD, RAVE_STAB, GROWL, DARK_DRONE, TRANCE_PLUCK, AIR_RAID, DOWN_LIFTER = 1, 5, 20, 26, 39, 55, 60, 63
-TECHNO_HALL, IRON_WORKS, CATHEDRAL, DRUM_CHAMBER, DUB_CHAMBER, METAL, DRUM_PUNCH = 6, 13, 5, 3, 5, 3, 1
+ACID_LINE, SUPER_LEAD, RAVE_STAB, DEEP_SINE, GROWL = 1, 5, 20, 24, 26
+DARK_DRONE, TRANCE_PLUCK, AIR_RAID, DOWN_LIFTER = 39, 55, 60, 63
+TECHNO_HALL, IRON_WORKS, CATHEDRAL, DRUM_CHAMBER, DUB_CHAMBER, BASS_SWEEP, DRUM_PUNCH = 6, 13, 5, 3, 5, 6, 1
 
 # Phrygian colours over a pedal of E: the chord of a stab, the root of the bass.
-EM, F, D, AM, B = (64, 67, 71), (65, 69, 72), (62, 66, 69), (64, 69, 72), (63, 66, 71)
+EM, F, AM, B = (64, 67, 71), (65, 69, 72), (64, 69, 72), (63, 66, 71)
 DARK, DARK_ROOTS = (EM, EM, F, EM), (40, 40, 41, 40)
 RISE, RISE_ROOTS = (EM, F, AM, B), (40, 41, 45, 47)
 
@@ -51,8 +53,10 @@ def kick():
     return Instrument(
         "Kick", DRUMS, TECHNO_HALL, inserts={1: Effect("QUIB compressor.so", DRUM_PUNCH)},
         strip=Strip(level=channel_level(-7), insert_on=(1, 0), eq_on=1, eq=(Band(52, 2), Band(300, -4), Band(4500, 1))),
-        patterns=hold(numbered(drums(1, four), drums(2, four, four, four, pushed), drums(3, four, four, four, {KICK: "9...8..........."}),
-                               build.pattern, drums(5, four, four, {KICK: "9...8...9......."}, {KICK: "9..............."})),
+        patterns=hold(numbered(drums(1, four), drums(2, four, four, four, pushed),
+                               drums(3, four, four, four, {KICK: "9...8..........."}),
+                               build.pattern, drums(5, four, four, {KICK: "9...8...9......."},
+                                                    {KICK: "9..............."})),
                       {KIT_VOLUME: volume(0), KIT_DRIVE: 0.45}))
 
 
@@ -82,15 +86,17 @@ def iron():
     hammer = {SNARE: "......6......5..", RIM: "5..5..5..5..5.5.", LOW_TOM: "..............78"}
     return Instrument(
         "Iron", DRUMS, IRON_WORKS, swing=0.08, step_mode=2,
-        strip=Strip(level=channel_level(0), pan=-0.2, sends={CHAMBER: send_level(-8), DELAY: send_level(-22)}, **low_cut(140)),
-        patterns=hold(numbered(drums(21, anvil), drums(22, anvil, forge), drums(23, forge, hammer), drums(24, {RIM: "..........5....."})),
+        strip=Strip(level=channel_level(0), pan=-0.2, sends={CHAMBER: send_level(-8), DELAY: send_level(-22)},
+                    **low_cut(140)),
+        patterns=hold(numbered(drums(21, anvil), drums(22, anvil, forge), drums(23, forge, hammer),
+                               drums(24, {RIM: "..........5....."})),
                       {KIT_VOLUME: volume(0)}))
 
 
-LINE = ((0, 0, 0.8, 112), (2, 0, 0.7, 84), (3, 12, 0.7, 96), (5, 0, 0.7, 80), (6, 1, 0.8, 100), (8, 0, 0.8, 106), (10, 0, 0.7, 84),
-        (11, 10, 1.6, 96), (13, 12, 1.2, 92), (14, 0, 0.8, 88), (15, 3, 0.8, 84))
-TURN = ((0, 0, 0.8, 112), (2, 12, 0.7, 92), (3, 0, 0.7, 84), (4, 0, 0.7, 80), (6, 1, 1.6, 102), (8, 12, 0.8, 98), (9, 0, 0.7, 80),
-        (11, 7, 1.6, 94), (13, 6, 1.2, 92), (14, 5, 0.8, 90), (15, 3, 0.8, 86))
+LINE = ((0, 0, 0.8, 112), (2, 0, 0.7, 84), (3, 12, 0.7, 96), (5, 0, 0.7, 80), (6, 1, 0.8, 100), (8, 0, 0.8, 106),
+        (10, 0, 0.7, 84), (11, 10, 1.6, 96), (13, 12, 1.2, 92), (14, 0, 0.8, 88), (15, 3, 0.8, 84))
+TURN = ((0, 0, 0.8, 112), (2, 12, 0.7, 92), (3, 0, 0.7, 84), (4, 0, 0.7, 80), (6, 1, 1.6, 102), (8, 12, 0.8, 98),
+        (9, 0, 0.7, 80), (11, 7, 1.6, 94), (13, 6, 1.2, 92), (14, 5, 0.8, 90), (15, 3, 0.8, 86))
 THIN = ((0, 0, 0.8, 108), (3, 12, 0.7, 92), (6, 1, 1.4, 98), (11, 10, 1.6, 90))
 
 
@@ -98,12 +104,14 @@ def acid():
     level = channel_level(5)
     patterns = numbered(*(pumped(bass(30 + number, [root - 7 for root in roots], *grooves), level, 14)
                           for number, (roots, grooves) in enumerate(((DARK_ROOTS, (THIN,)), (DARK_ROOTS, (THIN, LINE)),
-                                                                     (DARK_ROOTS, (LINE, TURN)), (RISE_ROOTS, (TURN, LINE))))))
+                                                                     (DARK_ROOTS,
+                                                                      (LINE, TURN)), (RISE_ROOTS, (TURN, LINE))))))
     return Instrument(
         "Acid A", SYNTH, ACID_LINE,
         strip=Strip(level=level, pan=-0.1, crossfade_a=1, sends={DELAY: send_level(-18)}, **low_cut(90, -12)),
         patterns=patterns,
-        parameters={CUTOFF: sweep((4, 90), (15.5, 700), (16, 160), (31, 2400), (32, 300), (44, 260), (52, 900), (59.5, 3200)),
+        parameters={CUTOFF: sweep((4, 90), (15.5, 700), (16, 160), (31, 2400), (32, 300), (44, 260), (52, 900),
+                                  (59.5, 3200)),
                     RESONANCE: bars((4, 0.55), (16, 0.72), (31, 0.85), (44, 0.72), (60, 0.88))})
 
 
@@ -112,10 +120,13 @@ def growl():
     figure = ((0, 0, 5.5, 104), (6, 1, 1.6, 92), (8, 0, 4.5, 100), (13, 3, 1.2, 90), (14, 1, 1.6, 94))
     reply = ((0, 0, 3.5, 104), (4, 12, 1.4, 92), (6, 1, 5.5, 98), (12, 6, 1.8, 92), (14, 5, 1.8, 92))
     return Instrument(
-        "Acid B", SYNTH, GROWL, inserts={1: Effect("QUIB flanger.so", METAL + 3)},
-        strip=Strip(level=level, pan=0.1, crossfade_b=1, insert_on=(1, 0), sends={REVERB: send_level(-24)}, **low_cut(90, -10)),
-        patterns=numbered(*(pumped(bass(40 + number, [root - 12 + 12 for root in roots], *grooves), level, 14)
-                            for number, (roots, grooves) in enumerate(((DARK_ROOTS, (figure, reply)), (RISE_ROOTS, (figure, reply)),
+        "Acid B", SYNTH, GROWL, inserts={1: Effect("QUIB flanger.so", BASS_SWEEP)},
+        strip=Strip(level=level, pan=0.1, crossfade_b=1, insert_on=(1, 0), sends={REVERB: send_level(-24)},
+                    **low_cut(90, -10)),
+        patterns=numbered(*(pumped(bass(40 + number, roots, *grooves), level, 14)
+                            for number, (roots,
+                                         grooves) in enumerate(((DARK_ROOTS, (figure, reply)),
+                                                                (RISE_ROOTS, (figure, reply)),
                                                                        (DARK_ROOTS, (reply, figure)))))),
         parameters={CUTOFF: sweep((24, 200), (31.5, 900), (40, 160), (44, 420), (59, 1500))})
 
@@ -125,9 +136,11 @@ def sub():
     offs = ((2, 0, 1.4, 100), (6, 0, 1.4, 100), (10, 0, 1.4, 100), (14, 0, 1.4, 100))
     long = ((0, 0, 14, 100),)
     return Instrument(
-        "Sub", SYNTH, 24, strip=Strip(level=level),
+        "Sub", SYNTH, DEEP_SINE, strip=Strip(level=level),
         patterns=numbered(*(pumped(bass(50 + number, roots, groove), level, depth if groove is offs else 0)
-                            for number, (roots, groove) in enumerate(((DARK_ROOTS, offs), (RISE_ROOTS, offs), (RISE_ROOTS, long))))))
+                            for number, (roots,
+                                         groove) in enumerate(((DARK_ROOTS, offs), (RISE_ROOTS, offs),
+                                                               (RISE_ROOTS, long))))))
 
 
 def stab():
@@ -141,9 +154,11 @@ def stab():
         patterns=numbered(pumped(comp(61, DARK, rare), level, 10), pumped(comp(62, RISE, drive, rare), level, 10),
                           pumped(comp(63, RISE, build), level), pumped(comp(64, [EM] * 4, rare), level)),
         mix={"Send2 Level": throws(send_level(-12), send_level(-2), (15, 31, 51, 59))},
-        parameters={CUTOFF: sweep((12, 500), (20, 1400), (31, 3000), (40, 250), (43.7, 7000), (44, 1800), (60, 3000), (64, 400))})
+        parameters={CUTOFF: sweep((12, 500), (20, 1400), (31, 3000), (40, 250), (43.7, 7000), (44, 1800), (60, 3000),
+                                  (64, 400))})
     instrument.presets = [instrument.snapshot(),
-                          instrument.snapshot(selected=0, level=channel_level(-5), sends={REVERB: send_level(-3), DELAY: send_level(-4)})]
+                          instrument.snapshot(selected=0, level=channel_level(-5),
+                                              sends={REVERB: send_level(-3), DELAY: send_level(-4)})]
     return instrument
 
 
@@ -154,7 +169,8 @@ def drone():
     return Instrument(
         "Drone", SYNTH, DARK_DRONE, strip=Strip(level=level, sends={REVERB: send_level(-8)}, **low_cut(110, -12)),
         patterns=numbered(pumped(held(71, low), level), pumped(held(72, climb), level)),
-        mix={"Level": bars((0, 30), (4, channel_level(0)), (15.9, channel_level(-4)), (24, channel_level(-8)), (32, channel_level(1)),
+        mix={"Level": bars((0, 30), (4, channel_level(0)), (15.9, channel_level(-4)), (24, channel_level(-8)),
+                           (32, channel_level(1)),
                            (43.9, channel_level(2)), (44, channel_level(-6)), (60, channel_level(0)), (64, 0))},
         parameters={CUTOFF: sweep((0, 120), (16, 500), (32, 260), (43.5, 2400), (44, 500), (64, 150))})
 
@@ -164,7 +180,8 @@ def siren():
     level = channel_level(5)
     wail = melody(81, ((0, 0, 64, 30), (2, 0, 64, 30)), 96)
     both = melody(82, ((0, 0, 64, 30), (1, 0, 71, 14), (2, 0, 64, 30), (3, 0, 71, 15)), 92)
-    alarm = melody(83, tuple((bar, step, key, 3.6) for bar in range(4) for step, key in ((0, 76), (4, 71), (8, 76), (12, 71))), 88)
+    alarm = melody(83, tuple((bar, step, key, 3.6) for bar in range(4) for step,
+                             key in ((0, 76), (4, 71), (8, 76), (12, 71))), 88)
     far = melody(84, ((0, 8, 76, 7), (2, 8, 77, 7)), 80)
     up_and_down = [(0, 64), (16, 127), (30, 30), (32, 64), (48, 127), (62, 20)]
     for pattern in (wail, both):
@@ -180,10 +197,14 @@ def siren():
         parameters={CUTOFF: sweep((32, 600), (40, 2500), (43.8, 7000), (52, 2200), (60, 3000))})
 
 
-THEME = ((0, 0, 76, 5.5), (0, 6, 77, 1.8), (0, 8, 76, 3.8), (0, 12, 71, 3.8), (1, 0, 72, 5.5), (1, 6, 71, 1.8), (1, 8, 69, 7),
-         (2, 0, 76, 5.5), (2, 6, 77, 1.8), (2, 8, 81, 3.8), (2, 12, 79, 3.8), (3, 0, 78, 5.5), (3, 6, 75, 1.8), (3, 8, 71, 7))
-HIGH = ((0, 0, 83, 3.8), (0, 4, 79, 1.8), (0, 6, 76, 5.5), (0, 12, 79, 3.8), (1, 0, 77, 3.8), (1, 4, 81, 1.8), (1, 6, 84, 9),
-        (2, 0, 81, 3.8), (2, 4, 84, 1.8), (2, 6, 81, 5.5), (2, 12, 76, 3.8), (3, 0, 75, 3.8), (3, 4, 78, 3.8), (3, 8, 83, 7.5))
+THEME = ((0, 0, 76, 5.5), (0, 6, 77, 1.8), (0, 8, 76, 3.8), (0, 12, 71, 3.8), (1, 0, 72, 5.5), (1, 6, 71, 1.8),
+         (1, 8, 69, 7),
+         (2, 0, 76, 5.5), (2, 6, 77, 1.8), (2, 8, 81, 3.8), (2, 12, 79, 3.8), (3, 0, 78,
+                                                                               5.5), (3, 6, 75, 1.8), (3, 8, 71, 7))
+HIGH = ((0, 0, 83, 3.8), (0, 4, 79, 1.8), (0, 6, 76, 5.5), (0, 12, 79, 3.8), (1, 0, 77, 3.8), (1, 4, 81, 1.8),
+        (1, 6, 84, 9),
+        (2, 0, 81, 3.8), (2, 4, 84, 1.8), (2, 6, 81, 5.5), (2, 12, 76, 3.8), (3, 0, 75,
+                                                                              3.8), (3, 4, 78, 3.8), (3, 8, 83, 7.5))
 
 
 def lead():
@@ -193,7 +214,8 @@ def lead():
         pattern.midi = {"Modulation Wheel": [(0, 0), (24, 0), (28, 50), (32, 0), (56, 0), (60, 60), (63, 0)]}
         pumped(pattern, level, 10)
     return Instrument(
-        "Theme", SYNTH, SUPER_LEAD, strip=Strip(level=level, sends={REVERB: send_level(-12), DELAY: send_level(-14)}, **low_cut(300)),
+        "Theme", SYNTH, SUPER_LEAD, strip=Strip(level=level, sends={REVERB: send_level(-12), DELAY: send_level(-14)},
+                                                **low_cut(300)),
         patterns=numbered(*patterns), parameters={CUTOFF: sweep((44, 2500), (52, 6000), (60, 9000))})
 
 
@@ -203,23 +225,31 @@ def arpeggio():
         arpeggiator=Arpeggiator(on=1, mode=0, ext=1, velocity=1.2, interval=12, gate=1),
         strip=Strip(level=channel_level(0), sends={REVERB: send_level(-12), DELAY: send_level(-12)}, **low_cut(500)),
         patterns={0: Pattern(PHRASE, mix={"Pan": [(0, 0.5), (PHRASE / 2, -0.5), (PHRASE - 0.5, 0.5)]})},
-        mix={"Level": bars((0, 0), (19.9, 0), (20, channel_level(0)), (24, channel_level(0)), (24.1, 0), (28, channel_level(1)),
-                           (31.9, channel_level(1)), (32, 0), (36, 20), (43.8, channel_level(4)), (43.9, 0), (48, channel_level(-1)),
+        mix={"Level": bars((0, 0), (19.9, 0), (20, channel_level(0)), (24, channel_level(0)), (24.1, 0),
+                           (28, channel_level(1)),
+                           (31.9, channel_level(1)), (32, 0), (36, 20), (43.8,
+                                                                         channel_level(4)), (43.9, 0), (48,
+                                                                         channel_level(-1)),
                            (60, channel_level(0)), (60.1, 0))},
-        parameters={CUTOFF: sweep((20, 700), (32, 1500), (36, 400), (43.5, 5000), (48, 1500), (60, 3000)), DRIVE: bars((0, 0.1), (48, 0.3))})
+        parameters={CUTOFF: sweep((20, 700), (32, 1500), (36, 400), (43.5, 5000), (48, 1500), (60, 3000)),
+                    DRIVE: bars((0, 0.1), (48, 0.3))})
 
 
 def fall():
     pattern = Pattern(PHRASE)
     for key in (52, 59):
         pattern.add(0, key, 28, 96)
-    return Instrument("Fall", SYNTH, DOWN_LIFTER, strip=Strip(level=channel_level(-4), sends={REVERB: send_level(-6)}, **low_cut(250)),
+    return Instrument("Fall", SYNTH, DOWN_LIFTER,
+                      strip=Strip(level=channel_level(-4), sends={REVERB: send_level(-6)}, **low_cut(250)),
                       patterns={0: pattern})
 
 
 def song():
-    made = ((kick(), KICK_ROW), (hats(), HATS_ROW), (iron(), IRON_ROW), (acid(), ACID_ROW), (growl(), GROWL_ROW), (sub(), SUB_ROW),
-            (stab(), STAB_ROW), (drone(), DRONE_ROW), (siren(), SIREN_ROW), (lead(), LEAD_ROW), (arpeggio(), ARP_ROW), (fall(), FALL_ROW))
+    made = ((kick(), KICK_ROW), (hats(), HATS_ROW), (iron(), IRON_ROW), (acid(), ACID_ROW), (growl(), GROWL_ROW),
+            (sub(), SUB_ROW),
+            (stab(), STAB_ROW), (drone(), DRONE_ROW), (siren(), SIREN_ROW), (lead(),
+                                                                             LEAD_ROW), (arpeggio(), ARP_ROW),
+                                                                             (fall(), FALL_ROW))
     return Project(
         tempo=134, steps=BARS * BAR, loop=(0, 16 * BAR, 32 * BAR),
         # From acid line A over to B and back, and both at the end.
