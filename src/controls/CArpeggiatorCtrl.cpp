@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CArpeggiatorCtrl.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -23,7 +24,8 @@ struct KnobPlan {
 };
 
 QString Whole(float value) { return QString::number(std::lround(value)); }
-QString Percent(float value) { return QStringLiteral("%1 %").arg(std::lround(value * 100)); }
+// A unit makes a note up to 32 softer.
+QString Softer(float value) { return QStringLiteral("127..%1").arg(std::max(0L, 127 - std::lround(32 * value))); }
 QString Semitones(float value) { return QStringLiteral("%1 semitones").arg(std::lround(value)); }
 QString Gate(float value) { return QStringLiteral("1/%1 step").arg(1 << std::lround(value)); }
 QString Speed(float value) { return QStringLiteral("every %1 steps").arg(1 << std::lround(value)); }
@@ -32,7 +34,7 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
     {&ArpeggiatorValues::hole, "Holes", "Arpeggiator holes", 8, 412, Whole},
     {&ArpeggiatorValues::ext, "Extend", "Arpeggiator extension", 8, 413, Whole},
     {&ArpeggiatorValues::interval, "Interval", "Arpeggiator interval", 24, 415, Semitones},
-    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 1, 416, Percent},
+    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 4, 416, Softer},
     {&ArpeggiatorValues::gateTime, "Gate", "Arpeggiator gate time", 4, 417, Gate},
     {&ArpeggiatorValues::tempo, "Tempo", "Arpeggiator tempo", 4, 418, Speed},
 }};

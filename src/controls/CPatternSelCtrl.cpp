@@ -6,6 +6,10 @@
 
 namespace quib {
 
+namespace {
+constexpr int kCopyPatternText = 127;
+}
+
 CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newCellWidth,
                                  int newHeight, int newHeaderHeight, CPatternOwner* patternOwner)
     : CControl(window, number, left, top, newCellWidth * kCells, newHeight),
@@ -14,6 +18,7 @@ CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int 
       cellWidth(newCellWidth),
       headerHeight(newHeaderHeight) {
     section = ESection::kPattern;
+    infoString = kCopyPatternText;
 }
 
 int CPatternSelCtrl::CellAt(int px, int py) const noexcept {
@@ -83,7 +88,7 @@ std::uint32_t CPatternSelCtrl::MaskOf(std::uint32_t flagged) noexcept {
 }
 
 void CPatternSelCtrl::Tick() {
-    if (owner == nullptr || !IsVisible()) return;
+    if (owner == nullptr || !IsShown()) return;
     const CPatternOwner::Look now = owner->PatternLook();
     if (now == drawn) return;
     // Selecting and playing change often, one or two cells at a time.
@@ -97,7 +102,7 @@ void CPatternSelCtrl::Tick() {
 }
 
 void CPatternSelCtrl::RedrawCell(int cell) {
-    if (cell < 0 || !IsVisible() || !Owner().HasBackBuffer()) return;
+    if (cell < 0 || !IsShown() || !Owner().HasBackBuffer()) return;
     if (owner != nullptr) drawn = owner->PatternLook();
     Canvas().SetClip(ShownRectangle());
     DrawCell(cell);
@@ -114,7 +119,7 @@ void CPatternSelCtrl::DrawCell(int cell) {
     const CPalette& palette = Palette();
     const QRgb accent = palette.Accent(section);
     const QRectF whole(X() + cell * cellWidth, Y() + headerHeight, cellWidth, Height() - headerHeight);
-    const QRectF area = whole.adjusted(0.5, 0.5, -1.5, -0.5);
+    const QRectF area = whole.adjusted(0, 0, -1, 0);
     Canvas().Fill(whole, backgroundColour);
     const bool filled = (drawn.filled >> cell & 1U) != 0;
     EState state = cell == lit ? EState::kHover : EState::kNormal;

@@ -73,7 +73,7 @@ void CSelectorCtrl::OpenList() {
 void CSelectorCtrl::Draw() {
     const CPalette& palette = Palette();
     Canvas().Fill(Rectangle(), backgroundColour);
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF area(Rectangle());
     Canvas().FillRound(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
     Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
     const QRgb arrow = hovered && enabled ? palette.Accent(section) : palette.Colour(QStringLiteral("textDim"));

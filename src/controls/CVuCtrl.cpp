@@ -34,7 +34,7 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 }
 
 void CVuCtrl::Tick() {
-    if (!IsVisible()) return;
+    if (!IsShown()) return;
     bool changed = false;
     for (Channel& channel : channels) {
         if (channel.source != nullptr && Follow(channel)) changed = true;

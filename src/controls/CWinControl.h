@@ -15,10 +15,11 @@
 #include "controls/CMouseRouter.h"
 #include "controls/ControlSettings.h"
 
-class QLabel;
 class QTimer;
 
 namespace quib {
+
+class CBubble;
 
 class CWinControl : public QWidget {
     Q_OBJECT
@@ -84,6 +85,7 @@ protected:
     // What lies behind the controls.
     virtual void DrawBackground() {}
 
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -95,10 +97,17 @@ protected:
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void BroadcastKeyUp(int virtualKey);
+    CControl* TypingTargetNow() const;
+    bool WouldType(const QKeyEvent& event) const;
+    bool EditTyped(const QKeyEvent& event);
     bool TakeTypedCharacter(const QKeyEvent& event);
+    void ShowTyped();
     void CommitTyped();
+    void FollowMouse(const QMouseEvent& event);
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
     const CControlSettings& settings;
@@ -116,8 +125,7 @@ private:
     CControl* typingTarget = nullptr;
     QString typed;
     QTimer* typingEnd;
-    QLabel* bubble;
-    QTimer* bubbleEnd;
+    CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;
 };
