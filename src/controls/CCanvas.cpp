@@ -108,21 +108,28 @@ void CCanvas::FillRound(const QRectF& rectangle, qreal radius, QRgb colour) {
 }
 
 void CCanvas::FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom) {
-    const QRectF area = OnPixels(rectangle);
-    QLinearGradient gradient(area.topLeft(), area.bottomLeft());
+    Painter().setPen(Qt::NoPen);
+    painter.setBrush(Vertical(rectangle, top, bottom));
+    painter.drawRoundedRect(OnPixels(rectangle), radius, radius);
+}
+
+QBrush CCanvas::Vertical(const QRectF& rectangle, QRgb top, QRgb bottom) {
+    QLinearGradient gradient(rectangle.topLeft(), rectangle.bottomLeft());
     gradient.setColorAt(0, QColor::fromRgba(top));
     gradient.setColorAt(1, QColor::fromRgba(bottom));
-    Painter().setPen(Qt::NoPen);
-    painter.setBrush(gradient);
-    painter.drawRoundedRect(area, radius, radius);
+    return gradient;
 }
 
 void CCanvas::Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width) {
+    Box(rectangle, radius, QBrush(Qt::NoBrush), colour, width);
+}
+
+void CCanvas::Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRgb edge, qreal width) {
     const qreal whole = LineWidth(width);
     const qreal inset = whole / 2;
     const qreal within = std::max(0.0, radius - inset);
-    Painter().setPen(QPen(QColor::fromRgba(colour), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-    painter.setBrush(Qt::NoBrush);
+    Painter().setPen(QPen(QColor::fromRgba(edge), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    painter.setBrush(fill);
     painter.drawRoundedRect(OnPixels(rectangle).adjusted(inset, inset, -inset, -inset), within, within);
 }
 

@@ -31,6 +31,12 @@ public:
     void FillRound(const QRectF& rectangle, qreal radius, QRgb colour);
     void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
+    // Both in one, without a seam between them.
+    void Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRgb edge, qreal width = 1);
+    void Box(const QRectF& rectangle, qreal radius, QRgb fill, QRgb edge, qreal width = 1) {
+        Box(rectangle, radius, QBrush(QColor::fromRgba(fill)), edge, width);
+    }
+    static QBrush Vertical(const QRectF& rectangle, QRgb top, QRgb bottom);
     void Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width = 1);
     void Polyline(std::span<const QPointF> points, QRgb colour, qreal width = 1);
     // A skin pixel wide and without smoothing: for curves that are redrawn all the time.

@@ -15,6 +15,7 @@ const FaderPictures kLevelFader = {picture::kFaderThumbLevel, picture::kFaderTra
 
 namespace {
 constexpr float kSecondCatch = 0.03F;
+constexpr qreal kBarWidth = 12;
 constexpr int kCap = 4;  // pixels at each end of a track or bar that are never stretched
 }  // namespace
 
@@ -160,9 +161,11 @@ void CFaderCtrl::DrawSecondBar(float thumbStart) {
     const SkinBitmap& bar = Skin().Bitmap(picture::kFaderBar, EState::kNormal, section);
     const auto from = static_cast<qreal>(thumbStart);
     if (vertical) {
-        Canvas().BlitStretched(bar, {X() + 2.0, from - qreal(length), Width() - 4.0, qreal(length)}, kCap);
+        Canvas().BlitStretched(bar, {X() + (Width() - kBarWidth) / 2.0, from - qreal(length), kBarWidth, qreal(length)},
+                               kCap);
     } else {
-        Canvas().BlitStretched(bar, {from + ThumbSize(), Y() + 2.0, qreal(length), Height() - 4.0}, kCap);
+        Canvas().BlitStretched(bar, {from + ThumbSize(), Y() + (Height() - kBarWidth) / 2.0, qreal(length), kBarWidth},
+                               kCap);
     }
 }
 

@@ -187,8 +187,8 @@ void CKeyboardExCtrl::DrawWhite(int octave) {
         const QRgb top = IsLit(note) ? accent : note == hoveredNote ? qRgb(0xFF, 0xFF, 0xFF) : qRgb(0xE4, 0xE6, 0xE8);
         Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, qRgb(0, 0, 0), 0.12F));
         if (white == 0) {
-            Canvas().Text(QRectF(area.left(), area.bottom() - 15, area.width(), 12),
-                          QStringLiteral("C%1").arg(octave - 2), qRgb(0x50, 0x56, 0x5C), 8);
+            Canvas().Text(QRectF(area.left(), area.bottom() - 16, area.width(), 12),
+                          QStringLiteral("C%1").arg(octave - 2), qRgb(0x50, 0x56, 0x5C), 9);
         }
     }
 }

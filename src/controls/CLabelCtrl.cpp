@@ -26,8 +26,7 @@ QRectF CLabelCtrl::DrawGround(QRgb ground) {
     Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
     const QRectF area(Rectangle());
     if (!sunken) return area;
-    Canvas().FillRound(area, 3, ground);
-    Canvas().Frame(area, 3, Palette().Colour(QStringLiteral("edge")));
+    Canvas().Box(area, 3, ground, Palette().Colour(QStringLiteral("edge")));
     return area.adjusted(5, 0, -5, 0);
 }
 

@@ -125,13 +125,18 @@ void CPatternSelCtrl::DrawCell(int cell) {
     EState state = cell == lit ? EState::kHover : EState::kNormal;
     if (cell == drawn.selected) state = EState::kOn;
     if (cell == source) state = EState::kPressed;
-    DrawCap(Canvas(), area, state, accent);
+    // An empty pattern is a hole, one with notes a key.
+    if (!filled && state == EState::kNormal) {
+        Canvas().Box(area, 3, palette.Colour(QStringLiteral("well")), palette.Colour(QStringLiteral("knobEdge")));
+    } else {
+        DrawCap(Canvas(), area, state, accent);
+    }
     if (cell == drawn.playing && state != EState::kOn) Canvas().Frame(area, 3, accent, 1.5);
     if (cell == drawn.next) Canvas().Frame(area.adjusted(1, 1, -1, -1), 2, palette.Colour(QStringLiteral("text")));
     if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
-    const QRgb textColour = state == EState::kOn ? CapTextColour(state, accent)
-                            : filled             ? accent
-                                                 : palette.Colour(QStringLiteral("textDim"));
+    const QRgb textColour = state != EState::kNormal ? CapTextColour(state, accent)
+                            : filled                 ? accent
+                                                     : palette.Colour(QStringLiteral("textDim"));
     Canvas().Text(area, QString::number(cell + 1), textColour, 10, Qt::AlignCenter, filled);
     if ((drawn.flagged >> cell & 1U) != 0) {
         Canvas().Ellipse({area.right() - 3.5, area.top() + 3.5}, 1.8,

@@ -102,7 +102,8 @@ void CPresetSelectorCtrl::Draw() {
         const int cell = first + shown;
         const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
         if (cell >= drawnCount) {
-            Canvas().FillRound(area, 3, Palette().Colour(QStringLiteral("well")));
+            Canvas().Box(area, 3, Palette().Colour(QStringLiteral("well")),
+                         Palette().Colour(QStringLiteral("knobEdge")));
             continue;
         }
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;

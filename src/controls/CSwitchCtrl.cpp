@@ -71,8 +71,7 @@ void DrawCap(CCanvas& canvas, const QRectF& area, EState state, QRgb accent) {
         default:
             break;
     }
-    canvas.FillVertical(area, 3, top, bottom);
-    canvas.Frame(area, 3, edge);
+    canvas.Box(area, 3, CCanvas::Vertical(area, top, bottom), edge);
 }
 
 QRgb CapTextColour(EState state, QRgb /*accent*/) {
@@ -82,7 +81,7 @@ QRgb CapTextColour(EState state, QRgb /*accent*/) {
         case EState::kPlaying:
             return qRgb(0x10, 0x14, 0x16);
         case EState::kDisabled:
-            return Palette().Colour(QStringLiteral("edge"));
+            return Palette().Colour(QStringLiteral("textOff"));
         case EState::kNormal:
             return Palette().Colour(QStringLiteral("textMuted"));
         default:

@@ -107,7 +107,7 @@ void CGallery::BuildKnobs() {
 }
 
 void CGallery::BuildSwitches() {
-    const QPoint at = AddPanel({10, 324, 316, 158}, QStringLiteral("Switches"), ESection::kTransport);
+    const QPoint at = AddPanel({10, 324, 316, 190}, QStringLiteral("Switches"), ESection::kTransport);
     constexpr std::array<Sample, 6> kSamples = {{{"OFF", 0, EState::kNormal},
                                                  {"HOVER", 0, EState::kHover},
                                                  {"DOWN", 0, EState::kPressed},
@@ -150,6 +150,14 @@ void CGallery::BuildSwitches() {
         send.enabled = sends[index].state != EState::kDisabled;
         PoseAs(send, sends[index].state);
     }
+    auto& insert = Place<CSwitchFaderCtrl>(ESection::kEffects, at.x(), at.y() + 122, 146, 22, Value(1), nullptr);
+    insert.SetText(QStringLiteral("Compressor (insert)"));
+    auto& button =
+        Place<CSwitchCtrl>(ESection::kMix, at.x() + 154, at.y() + 122, 68, 22, nullptr, QStringLiteral("Button"));
+    button.momentary = true;
+    auto& shown =
+        Place<CSwitchCtrl>(ESection::kMix, at.x() + 228, at.y() + 122, 68, 22, Value(1), QStringLiteral("Read only"));
+    shown.readOnly = true;
 }
 
 void CGallery::BuildMeters() {
@@ -190,7 +198,7 @@ void CGallery::BuildScopeAndFilter() {
 }
 
 void CGallery::BuildArpeggiator() {
-    AddPanel({692, 324, 278, 158}, {}, ESection::kKeyboard);
+    AddPanel({692, 324, 278, 190}, QStringLiteral("Arpeggiator"), ESection::kKeyboard);
     ArpeggiatorValues arpeggiator;
     arpeggiator.on = Value(1);
     arpeggiator.mode = Value(2);
@@ -201,7 +209,7 @@ void CGallery::BuildArpeggiator() {
     arpeggiator.interval = Value(12);
     arpeggiator.gateTime = Value(1);
     arpeggiator.tempo = Value(1);
-    Place<CArpeggiatorCtrl>(ESection::kKeyboard, 696, 328, arpeggiator);
+    Place<CArpeggiatorCtrl>(ESection::kKeyboard, 696, 356, arpeggiator);
 }
 
 }  // namespace quib

@@ -43,32 +43,27 @@ void CGallery::BuildPatterns() {
 
 void CGallery::BuildTexts() {
     const QPoint at = AddPanel({718, 10, 252, 306}, QStringLiteral("Texts"), ESection::kPattern);
-    auto& english = Place<CInfoCtrl>(ESection::kMix, at.x(), at.y(), 232, 92);
+    auto& english = Place<CInfoCtrl>(ESection::kMix, at.x(), at.y(), 232, 105);
     english.Show(127);
     infoPanel = &english;
-    auto& french = Place<CInfoCtrl>(ESection::kMix, at.x(), at.y() + 98, 232, 92);
+    auto& french = Place<CInfoCtrl>(ESection::kMix, at.x(), at.y() + 111, 232, 105);
     french.Show(StringText(127, ELanguage::kFrench));
     auto& selector = Place<CSelectorCtrl>(
-        ESection::kEqualiser, at.x(), at.y() + 198, 112, 20, Value(1),
+        ESection::kEqualiser, at.x(), at.y() + 224, 112, 20, Value(1),
         QStringList{QStringLiteral("Off"), QStringLiteral("Sine"), QStringLiteral("Triangle"), QStringLiteral("Saw")});
     selector.infoText = QStringLiteral("SELECTOR - The arrows and the wheel step, the text opens the list.");
-    auto& lit = Place<CSelectorCtrl>(ESection::kEqualiser, at.x() + 120, at.y() + 198, 112, 20, Value(0),
+    auto& lit = Place<CSelectorCtrl>(ESection::kEqualiser, at.x() + 120, at.y() + 224, 112, 20, Value(0),
                                      QStringList{QStringLiteral("Hover")});
     PoseAs(lit, EState::kHover);
     const auto fillMenu = [](QMenu& menu) { menu.addAction(QStringLiteral("One of the menu")); };
-    Place<CLabelMenuCtrl>(ESection::kEffects, at.x(), at.y() + 223, 112, 20, QStringLiteral("Menu"), fillMenu);
-    auto& menu = Place<CLabelMenuCtrl>(ESection::kEffects, at.x() + 120, at.y() + 223, 112, 20,
+    Place<CLabelMenuCtrl>(ESection::kEffects, at.x(), at.y() + 248, 112, 20, QStringLiteral("Menu"), fillMenu);
+    auto& menu = Place<CLabelMenuCtrl>(ESection::kEffects, at.x() + 120, at.y() + 248, 112, 20,
                                        QStringLiteral("Menu, hover"), fillMenu);
     PoseAs(menu, EState::kHover);
-    auto& label = Place<CLabelCtrl>(ESection::kMix, at.x(), at.y() + 248, 112, 20, QStringLiteral("Label"));
-    label.fontHeight = 11;
-    auto& well = Place<CLabelCtrl>(ESection::kMix, at.x() + 120, at.y() + 248, 112, 20,
-                                   QStringLiteral("A label that is too long for its well"));
-    well.sunken = true;
 }
 
 void CGallery::BuildIcons() {
-    const QPoint at = AddPanel({334, 324, 350, 158}, QStringLiteral("Icons, bars"), ESection::kEffects);
+    const QPoint at = AddPanel({334, 324, 350, 190}, QStringLiteral("Icons, bars"), ESection::kEffects);
     int index = 0;
     for (int number = picture::kGlyphPlay; number <= picture::kGlyphEdit; ++number, ++index) {
         Place<CImageCtrl>(ESection::kMix, at.x() + index % 14 * 23, at.y() + index / 14 * 24, 22, 22, number).isGlyph =
@@ -91,13 +86,18 @@ void CGallery::BuildIcons() {
         scroll.SetRange(100, 40);
         if (bar == 1) PoseAs(scroll, EState::kHover);
     }
+    auto& label = Place<CLabelCtrl>(ESection::kMix, at.x(), at.y() + 126, 112, 20, QStringLiteral("Label"));
+    label.fontHeight = 11;
+    auto& well = Place<CLabelCtrl>(ESection::kMix, at.x() + 120, at.y() + 126, 112, 20,
+                                   QStringLiteral("A label that is too long for its well"));
+    well.sunken = true;
     auto& upright = Place<CScrollCtrl>(ESection::kMix, at.x() + 318, at.y() + 50, 10, 66, Value(20), true);
     upright.SetRange(100, 50);
 }
 
 void CGallery::BuildKeyboards() {
     const QPoint at =
-        AddPanel({10, 490, 960, 260}, QStringLiteral("Keyboard, normal and compact"), ESection::kKeyboard);
+        AddPanel({10, 522, 960, 228}, QStringLiteral("Keyboard, normal and compact"), ESection::kKeyboard);
     auto& keys = Place<CKeyboardExCtrl>(ESection::kKeyboard, at.x(), at.y(), 940, 100, false);
     keys.onNote = [](CKeyboardExCtrl&, int, bool) {};
     keys.isSounding = [](int note) { return note == 40 || note == 43 || note == 47; };
