@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <array>
 #include <cmath>
@@ -18,6 +19,29 @@ QString LoadFontFamily() {
     const int font = QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/Inter-Medium.otf"));
     const QStringList families = QFontDatabase::applicationFontFamilies(font);
     return families.isEmpty() ? QStringLiteral("Sans Serif") : families.first();
+}
+
+// The picture that a painter paints into when pixels may be copied there one by one. A painter whose clip
+// is made of many rectangles takes several times as long, on all processors.
+QImage* CopyTarget(const QPainter& painter, qreal ratio) {
+    QPaintDevice* const device = painter.paintEngine()->paintDevice();
+    const QTransform transform = painter.deviceTransform();
+    const bool isPlain =
+        transform.type() <= QTransform::TxScale && transform.m11() == ratio && transform.m22() == ratio;
+    if (!isPlain || device == nullptr || device->devType() != QInternal::Image) return nullptr;
+    auto* const image = static_cast<QImage*>(device);
+    const QImage::Format format = image->format();
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied ? image : nullptr;
+}
+
+void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint& offset) {
+    const QRect part = area.intersected(from.rect()).intersected(to.rect().translated(-offset));
+    if (part.isEmpty()) return;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const auto* const source = reinterpret_cast<const QRgb*>(from.constScanLine(y)) + part.left();
+        auto* const line = reinterpret_cast<QRgb*>(to.scanLine(y + offset.y())) + part.left() + offset.x();
+        std::copy_n(source, part.width(), line);
+    }
 }
 
 }  // namespace
@@ -95,10 +119,9 @@ void CCanvas::Fill(const QRectF& rectangle, QRgb colour) {
     const QRect area = Pixels(rectangle).intersected(clipPixels);
     if (area.isEmpty()) return;
     // Many times faster than the painter, which writes to the same memory at once.
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        std::fill_n(line + area.left(), area.width(), colour);
-    }
+    auto* line = reinterpret_cast<QRgb*>(image.scanLine(area.top())) + area.left();
+    const qsizetype pitch = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    for (int y = area.top(); y <= area.bottom(); ++y, line += pitch) std::fill_n(line, area.width(), colour);
 }
 
 void CCanvas::FillRound(const QRectF& rectangle, qreal radius, QRgb colour) {
@@ -243,6 +266,20 @@ qreal CCanvas::Paragraph(const QRectF& rectangle, const QString& text, QRgb colo
 
 qreal CCanvas::TextWidth(const QString& text, int height, bool strong) {
     return QFontMetricsF(SkinFont(height, strong)).horizontalAdvance(text);
+}
+
+void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
+    Image();
+    QImage* const pixels = CopyTarget(target, ratio);
+    const QPoint offset = target.deviceTransform().map(QPointF(0, 0)).toPoint();
+    for (const QRect& part : region) {
+        const QRectF source(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio);
+        if (pixels != nullptr) {
+            CopyPixels(image, source.toAlignedRect(), *pixels, offset);
+        } else {
+            target.drawImage(QRectF(part), image, source);
+        }
+    }
 }
 
 bool CCanvas::Scroll(const QRect& area, int dx, int dy) {

@@ -63,6 +63,8 @@ public:
 
     // The picture so far. Drawing goes on afterwards.
     const QImage& Image();
+    // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
+    void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
     // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
     bool Scroll(const QRect& area, int dx, int dy);
 

@@ -53,6 +53,7 @@ public:
     virtual void TakeNumber(float number);
     virtual bool HasDefault() const { return defaultValue.has_value(); }
     virtual void ReturnToDefault();
+    bool TakesDigits() const noexcept { return takesDigits && enabled && value != nullptr; }
     // Whether what it shows is another than what it drew last.
     virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
 

@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -17,8 +16,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kTypingTime = 1200;  // milliseconds after the last digit
-
 int ButtonOf(const QMouseEvent& event) {
     if (event.button() == Qt::LeftButton) return 0;
     return event.button() == Qt::RightButton ? 1 : -1;
@@ -27,16 +24,10 @@ int ButtonOf(const QMouseEvent& event) {
 }  // namespace
 
 CWinControl::CWinControl(const CControlSettings& controlSettings, QRgb backgroundColour, QWidget* parent)
-    : QWidget(parent),
-      settings(controlSettings),
-      background(backgroundColour),
-      typingEnd(new QTimer(this)),
-      bubble(new CBubble(*this)) {
+    : QWidget(parent), settings(controlSettings), background(backgroundColour), bubble(new CBubble(*this)) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    typingEnd->setSingleShot(true);
-    connect(typingEnd, &QTimer::timeout, this, [this] { CommitTyped(); });
 }
 
 CWinControl::~CWinControl() { controls.clear(); }
@@ -47,8 +38,8 @@ void CWinControl::Remove(CControl& control) {
 
 void CWinControl::Forget(const CControl& control) noexcept {
     mouse.Forget(control);
-    if (typingTarget == &control) typed.clear();
-    for (CControl** const kept : {&menuTarget, &entryTarget, &typingTarget}) {
+    typing.Forget(control);
+    for (CControl** const kept : {&menuTarget, &entryTarget}) {
         if (*kept == &control) *kept = nullptr;
     }
 }
@@ -135,7 +126,7 @@ void CWinControl::ShowPopupMenu(CControl& control) {
 
 bool CWinControl::event(QEvent* event) {
     // A digit for the control under the mouse, whatever it is a shortcut of.
-    if (event->type() == QEvent::ShortcutOverride && WouldType(*static_cast<QKeyEvent*>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && typing.WouldTake(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
     }
@@ -146,12 +137,8 @@ void CWinControl::paintEvent(QPaintEvent* event) {
     // The window may have come to a screen of another scale.
     if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
-    const QImage& image = canvas.Image();
-    const qreal ratio = devicePixelRatioF();
+    canvas.CopyTo(painter, event->region(), devicePixelRatioF());
     for (const QRect& rectangle : event->region()) {
-        const QRectF source(rectangle.x() * ratio, rectangle.y() * ratio, rectangle.width() * ratio,
-                            rectangle.height() * ratio);
-        painter.drawImage(QRectF(rectangle), image, source);
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }
 }
@@ -164,14 +151,14 @@ void CWinControl::FollowMouse(const QMouseEvent& event) {
     modifiers = event.modifiers();
     const QPoint point = ToSkin(event.position());
     mouse.Move(point.x(), point.y());
-    if (typingTarget != nullptr && typingTarget != mouse.Hovered()) CommitTyped();
+    if (typing.Target() != mouse.Hovered()) typing.Commit();
 }
 
 void CWinControl::mouseMoveEvent(QMouseEvent* event) { FollowMouse(*event); }
 
 void CWinControl::mousePressEvent(QMouseEvent* event) {
     modifiers = event->modifiers();
-    CommitTyped();
+    typing.Commit();
     const QPoint point = ToSkin(event->position());
     if (const int button = ButtonOf(*event); button >= 0) mouse.Press(button, point.x(), point.y());
 }
@@ -185,7 +172,7 @@ void CWinControl::mouseReleaseEvent(QMouseEvent* event) {
 void CWinControl::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return mousePressEvent(event);
     modifiers = event->modifiers();
-    CommitTyped();
+    typing.Commit();
     const QPoint point = ToSkin(event->position());
     mouse.DoubleClick(point.x(), point.y());
 }
@@ -202,7 +189,7 @@ void CWinControl::wheelEvent(QWheelEvent* event) {
 }
 
 void CWinControl::leaveEvent(QEvent* /*event*/) {
-    CommitTyped();
+    typing.Commit();
     mouse.Leave();
     unsetCursor();
 }
@@ -210,7 +197,7 @@ void CWinControl::leaveEvent(QEvent* /*event*/) {
 // By index: a control that is told a key may build or remove others.
 void CWinControl::keyPressEvent(QKeyEvent* event) {
     modifiers = event->modifiers();
-    if (TakeTypedCharacter(*event)) return;
+    if (typing.Take(*event)) return;
     const int key = VirtualKeyOf(*event);
     if (key != 0 && !event->isAutoRepeat()) {
         for (std::size_t index = 0; index < controls.size(); ++index) controls[index]->BroadcastKeyDown(key);
@@ -231,79 +218,10 @@ void CWinControl::keyReleaseEvent(QKeyEvent* event) {
 
 // A key that goes up elsewhere is not told to this window.
 void CWinControl::focusOutEvent(QFocusEvent* event) {
-    CommitTyped();
+    typing.Commit();
     BroadcastKeyUp(virtualKey::kShift);
     BroadcastKeyUp(virtualKey::kControl);
     QWidget::focusOutEvent(event);
-}
-
-// --- Digits typed while the mouse is over a control ------------------------------------------------------------
-
-// The control that typed digits go to; null for none.
-CControl* CWinControl::TypingTargetNow() const {
-    CControl* const target = typingTarget != nullptr ? typingTarget : mouse.Hovered();
-    const bool accepts = target != nullptr && target->enabled && target->Value() != nullptr && target->takesDigits;
-    return accepts ? target : nullptr;
-}
-
-bool CWinControl::WouldType(const QKeyEvent& event) const {
-    const QString text = event.text();
-    const bool plain = (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-    if (!plain || text.size() != 1 || TypingTargetNow() == nullptr) return false;
-    const QChar character = text[0];
-    if (character.isDigit()) return true;
-    if (character == QLatin1Char('-')) return typed.isEmpty();
-    return (character == QLatin1Char('.') || character == QLatin1Char(',')) && !typed.contains(QLatin1Char('.'));
-}
-
-void CWinControl::ShowTyped() {
-    ShowBubble(*typingTarget, typed + QLatin1Char('_'));
-    typingEnd->start(kTypingTime);
-}
-
-// Return, Escape and Backspace while something is typed.
-bool CWinControl::EditTyped(const QKeyEvent& event) {
-    if (typingTarget == nullptr) return false;
-    switch (event.key()) {
-        case Qt::Key_Escape:
-            typed.clear();
-            break;
-        case Qt::Key_Backspace:
-            typed.chop(1);
-            break;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            CommitTyped();
-            return true;
-        default:
-            return false;
-    }
-    if (typed.isEmpty()) {
-        CommitTyped();
-        HideBubble();
-    } else {
-        ShowTyped();
-    }
-    return true;
-}
-
-bool CWinControl::TakeTypedCharacter(const QKeyEvent& event) {
-    if (EditTyped(event)) return true;
-    if (!WouldType(event)) return false;
-    typingTarget = TypingTargetNow();
-    const QChar character = event.text()[0];
-    typed += character == QLatin1Char(',') ? QLatin1Char('.') : character;
-    ShowTyped();
-    return true;
-}
-
-void CWinControl::CommitTyped() {
-    CControl* const target = std::exchange(typingTarget, nullptr);
-    const QString text = std::exchange(typed, {});
-    typingEnd->stop();
-    if (target == nullptr || text.isEmpty()) return;
-    if (target->onTextEntry) return target->onTextEntry(*target, text);
-    target->TakeNumber(CEntryDialog::NumberOf(text));
 }
 
 }  // namespace quib

@@ -13,9 +13,8 @@
 #include "controls/CCanvas.h"
 #include "controls/CControl.h"
 #include "controls/CMouseRouter.h"
+#include "controls/CTypedNumber.h"
 #include "controls/ControlSettings.h"
-
-class QTimer;
 
 namespace quib {
 
@@ -101,12 +100,6 @@ protected:
 
 private:
     void BroadcastKeyUp(int virtualKey);
-    CControl* TypingTargetNow() const;
-    bool WouldType(const QKeyEvent& event) const;
-    bool EditTyped(const QKeyEvent& event);
-    bool TakeTypedCharacter(const QKeyEvent& event);
-    void ShowTyped();
-    void CommitTyped();
     void FollowMouse(const QMouseEvent& event);
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
@@ -122,9 +115,7 @@ private:
     Qt::KeyboardModifiers modifiers;
     CControl* menuTarget = nullptr;
     CControl* entryTarget = nullptr;
-    CControl* typingTarget = nullptr;
-    QString typed;
-    QTimer* typingEnd;
+    CTypedNumber typing{*this};
     CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;
