@@ -116,6 +116,9 @@ public:
     // The value with its unit.
     QString ValueText() const;
 
+    // Whether it has a use for the wheel of its own, so that the window does not scroll by it.
+    bool TakesWheel() const noexcept { return takesWheel && enabled; }
+
     // One gesture of the user from its first change to its last, for whoever keeps an undo list.
     void BeginGesture();
     void EndGesture();
@@ -164,6 +167,7 @@ protected:
 
     bool hoverLook = false;          // redrawn when the mouse comes and goes
     bool doubleClickIsClick = true;  // a second click in a row counts as another one
+    bool takesWheel = false;
     bool takesDigits = false;        // digits typed over it set the value
     bool doubleClickResets = false;  // returns to the default where no manual entry is set
 

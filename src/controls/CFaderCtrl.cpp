@@ -24,6 +24,7 @@ CFaderCtrl::CFaderCtrl(CWinControl& window, std::uint32_t number, int left, int 
     : CControl(window, number, left, top, newWidth, newHeight, bound),
       pictures(isVertical ? kUprightFader : kLevelFader),
       vertical(isVertical) {
+    takesWheel = true;
     hoverLook = true;
     doubleClickIsClick = false;
     doubleClickResets = true;

@@ -26,6 +26,7 @@ QString Frequency(double hertz) {
 CFilterCtrl::CFilterCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                          CValue* bound, const Bands& bandValues)
     : CControl(window, number, left, top, newWidth, newHeight, bound), bands(bandValues) {
+    takesWheel = true;
     section = ESection::kEqualiser;
     hoverLook = true;
     doubleClickIsClick = false;

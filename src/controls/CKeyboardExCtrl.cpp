@@ -22,6 +22,7 @@ constexpr int kNoteA = 48;  // of the key A
 CKeyboardExCtrl::CKeyboardExCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                  int newHeight, bool isCompact)
     : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), compact(isCompact) {
+    takesWheel = true;
     section = ESection::kKeyboard;
 }
 

@@ -25,6 +25,7 @@ constexpr int kLabelHeight = 12;
 CKnobCtrl::CKnobCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                      CValue* bound)
     : CControl(window, number, left, top, newWidth, newHeight, bound) {
+    takesWheel = true;
     hoverLook = true;
     doubleClickIsClick = false;
     doubleClickResets = true;

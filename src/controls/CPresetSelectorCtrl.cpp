@@ -17,6 +17,7 @@ constexpr int kCellWidth = 22;
 CPresetSelectorCtrl::CPresetSelectorCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                          int newHeight, CValue* bound)
     : CControl(window, number, left, top, newWidth, newHeight, bound), CTicked(window) {
+    takesWheel = true;
     maximum = 1e6F;
     hoverLook = true;
     captureOnClick = false;
@@ -101,11 +102,7 @@ void CPresetSelectorCtrl::Draw() {
     for (int shown = 0; shown < ShownCells(); ++shown) {
         const int cell = first + shown;
         const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
-        if (cell >= drawnCount) {
-            Canvas().Box(area, 3, Palette().Colour(QStringLiteral("well")),
-                         Palette().Colour(QStringLiteral("knobEdge")));
-            continue;
-        }
+        if (cell >= drawnCount) break;
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;
         if (cell == static_cast<int>(ValueNow()) - 1) state = EState::kOn;
         DrawCap(Canvas(), area, state, accent);

@@ -15,6 +15,7 @@ constexpr float kShortestThumb = 20;  // pixels
 CScrollCtrl::CScrollCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                          CValue* bound, bool isVertical)
     : CControl(window, number, left, top, newWidth, newHeight, bound), vertical(isVertical) {
+    takesWheel = true;
     hoverLook = true;
     maximum = 0;
 }

@@ -20,6 +20,7 @@ constexpr int kArrowZone = 14;  // pixels at each end
 CSelectorCtrl::CSelectorCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                              CValue* bound, const QStringList& texts)
     : CControl(window, number, left, top, newWidth, newHeight, bound), choices(texts) {
+    takesWheel = true;
     maximum = static_cast<float>(std::max<qsizetype>(0, texts.size() - 1));
     hoverLook = true;
     captureOnClick = false;

@@ -18,6 +18,7 @@ constexpr int kChooseEffectText = 390;
 CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                    int newHeight, CValue* bound, CValue* boundLevel)
     : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
+    takesWheel = true;
     hoverLook = true;
     doubleClickIsClick = false;
     takesDigits = boundLevel != nullptr;

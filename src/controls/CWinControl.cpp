@@ -64,7 +64,7 @@ void CWinControl::LayoutAndRefresh() {
     canvas.SetClip(QRect(QPoint(0, 0), size));
     DrawBackground();
     for (const auto& control : controls) {
-        control->Layout(0, 0, QRect(QPoint(0, 0), size));
+        control->Layout(0, 0, ClipOf(*control));
         control->Refresh(false);
     }
     update();

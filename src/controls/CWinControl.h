@@ -81,6 +81,10 @@ public:
 protected:
     // Where the derived window places its controls; called before each layout.
     virtual void Arrange(const QSize& /*size*/) {}
+    // The part of the window outside of which nothing of a top-level control is shown.
+    virtual QRect ClipOf(const CControl& /*control*/) const { return QRect(QPoint(0, 0), SkinSize()); }
+    // For a derived window whose controls use what goes before this part of it.
+    void RemoveAll() { controls.clear(); }
     // What lies behind the controls.
     virtual void DrawBackground() {}
 

@@ -10,6 +10,7 @@ namespace quib {
 
 CZoomCtrl::CZoomCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight)
     : CControl(window, number, left, top, newWidth, newHeight) {
+    takesWheel = true;
     captureOnClick = false;
     doubleClickIsClick = false;
 }

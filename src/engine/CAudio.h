@@ -20,6 +20,7 @@
 #include "engine/CRenderPool.h"
 #include "engine/CScope.h"
 #include "engine/CSequencer.h"
+#include "engine/CTestTone.h"
 #include "engine/CTransport.h"
 #include "engine/EngineMessages.h"
 #include "engine/EngineSettings.h"
@@ -56,6 +57,7 @@ public:
     EngineSettings settings;
     PresetSelection presetSelection;
     CValue recordAutomation;  // switch: incoming controllers are recorded
+    CValue testTone;          // switch: a steady tone in the master bus, to check levels
     CValue paused;            // switch: devices play silence and do not render
     std::array<CValue, 2> masterPeak;
 
@@ -145,8 +147,10 @@ private:
     void RunSharedEffects() noexcept;
     void RunMasterInserts() noexcept;
     void PlayAudition() noexcept;
+    void PlayTestTone() noexcept;
     void FinishMaster() noexcept;
     void FeedRecorder() noexcept;
+    void ApplyHeadphonesLevel() noexcept;
     void PublishPicture() noexcept;
     void Silence() noexcept;
 
@@ -182,6 +186,8 @@ private:
     std::vector<int> jobOfInstrument;  // index into `jobs`, -1 for an instrument without sound
     std::array<std::atomic<int>, kMaximumInstruments / kStripGroup> unfinishedInGroup{};
     MasterState masterState;
+    float headphonesGain = 1;
+    CTestTone tone;
     std::array<int, kSendCount> effectTail{};
     std::array<bool, kSendCount> effectRuns{};
 };

@@ -10,6 +10,8 @@ namespace quib {
 namespace {
 
 constexpr int kModulationController = 1;
+// Position of what comes while nothing plays.
+constexpr float kNowhere = -1.0F;
 
 int Type(const MidiMessage& message) noexcept { return message.status & 0xf0; }
 int Selector(const MidiMessage& message) noexcept { return (message.status & 0x0f) + 2; }
@@ -41,6 +43,7 @@ void MoveBalls(BlockInstrument& entry, const MidiMessage& message, double sample
 
 void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept {
     if (message.status < 0x80 || message.status > 0xef) return;
+    ++count;
     SelectPreset(message);
 
     const auto listens = [&](const BlockInstrument& entry) {
@@ -56,7 +59,7 @@ void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, cons
         if (Type(message) == kControlChange) MoveBalls(entry, message, block.sampleRate);
         if (!listens(entry) || (prioritised && !entry.instrument->midi.priority.IsOn())) continue;
         const auto step = static_cast<float>(std::max(0, entry.instrument->play.currentStep));
-        DispatchTo(entry, message, std::max(0.0F, step + position));
+        DispatchTo(entry, message, transport.playing ? std::max(0.0F, step + position) : kNowhere);
     }
 }
 
@@ -77,6 +80,7 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
     CInstrument& instrument = *entry.instrument;
     const MidiInputSettings& midi = instrument.midi;
     auto& live = instrument.play.liveEvents;
+    ++instrument.play.midiCount;
     switch (Type(message)) {
         case kPitchBend:
             if (!midi.pitchBend.IsOn()) return;
@@ -102,6 +106,12 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
     }
 }
 
+void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+    if (key < 0 || key > 127) return;
+    DispatchNote(instrument, {kNoteOn, static_cast<std::uint8_t>(key),
+                              static_cast<std::uint8_t>(std::clamp(velocity, 0, 127)), time});
+}
+
 void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
     MidiInputSettings& midi = instrument.midi;
     const int key = message.data1;
@@ -122,11 +132,11 @@ void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& messa
     if (key < midi.keyFrom.Get() || key >= midi.keyTo.Get()) return;
     const int transposed = key + midi.transpose.Get();
     if (transposed < 0 || transposed > 127 || instrument.arpeggiator.on.IsOn()) return;
-    instrument.play.liveEvents.Add(Event(velocity > 0 ? kNoteOn : kNoteOff, transposed, velocity, message.time));
+    instrument.play.liveEvents.Add(Event(kNoteOn, transposed, velocity, message.time));
 }
 
 void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {
-    if (!recording.IsOn()) return;
+    if (!recording.IsOn() || position < 0.0F) return;
     notices.TryPush({EngineNotice::Kind::LanePoint, instrument.Id(), value, lane, instrument.play.currentPattern,
                      position, static_cast<float>(value)});
 }

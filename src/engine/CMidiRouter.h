@@ -27,6 +27,10 @@ public:
 
     // Everything but channel messages is ignored.
     void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
+    // A key of one instrument, whatever its channel: of its on-screen keyboard. Velocity 0 ends it.
+    void PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    // Messages dispatched so far.
+    std::uint32_t Count() const noexcept { return count; }
 
 private:
     void SelectPreset(const MidiMessage& message) noexcept;
@@ -37,6 +41,7 @@ private:
     const PresetSelection& presets;
     const CValue& recording;
     CBoundedQueue<EngineNotice>& notices;
+    std::uint32_t count = 0;
 };
 
 }  // namespace quib

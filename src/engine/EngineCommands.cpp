@@ -52,6 +52,8 @@ void CAudio::RunInstrumentCommand(const EngineCommand& command, BlockInstrument&
             if (command.value < 0 || command.value >= static_cast<std::int32_t>(play.balls.size())) return;
             play.balls[static_cast<std::size_t>(command.value)] = {command.x, command.y};
             return;
+        case EngineCommand::Kind::PlayNote:
+            return router.PlayKey(*entry.instrument, command.value, static_cast<int>(command.x), block.now);
         default:
             return;
     }
@@ -64,6 +66,7 @@ void CAudio::Play() noexcept {
     transport.changed = true;
     transport.sampleCounter = 0;
     transport.samplesToNextStep = 0;
+    transport.stepTime = block.now;
     transport.loopJumped = false;
     transport.soundingStep = settings.songMode.Get() > 0.0F ? transport.globalStep - 1 : -1;
     for (BlockInstrument& entry : block.instruments) {

@@ -18,6 +18,7 @@ struct EngineCommand {
         SelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
         StartPattern,   // value: step; the current pattern begins there at the next beat
         MoveBall,       // value: ball; x, y: 0..127
+        PlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
     };
     Kind kind = Kind::Stop;
     std::uint32_t instrument = 0;

@@ -14,15 +14,19 @@
 namespace quib {
 
 struct EngineSettings {
-    CValue songMode{1.0F};          // switch: patterns follow the playlists
-    CValue synchroOn;               // switch: all patterns restart with the longest
-    CValue loopOn;                  // switch: the song repeats the steps loopStart .. loopEnd - 1
-    CIntegerValue loopStart;        // step
-    CIntegerValue loopEnd;          // step
-    CIntegerValue stepsPerBeat{4};  // 4: a step is a sixteenth note
-    CValue tempo{120.0F};           // beats per minute
-    CValue masterLevel{127.0F};     // 0..127
-    CValue crossfader;              // 0..127: side A .. side B
+    CValue songMode{1.0F};           // switch: patterns follow the playlists
+    CValue synchroOn;                // switch: all patterns restart with the longest
+    CValue loopOn;                   // switch: the song repeats the steps loopStart .. loopEnd - 1
+    CIntegerValue loopStart;         // step
+    CIntegerValue loopEnd;           // step
+    CIntegerValue stepsPerBeat{4};   // 4: a step is a sixteenth note
+    CIntegerValue beatsPerBar{4};    // time signature: its beats,
+    CIntegerValue beatUnit{4};       // and the note that is one beat: 1, 2, 4, 8, 16
+    CIntegerValue timebase{96};      // ticks of a quarter note, for the grids of editors
+    CValue tempo{120.0F};            // beats per minute
+    CValue masterLevel{127.0F};      // 0..127
+    CValue headphonesLevel{127.0F};  // 0..127: of what is heard, not of what is recorded
+    CValue crossfader;               // 0..127: side A .. side B
     std::array<CValue, kInsertCount> masterInsertOn;
 };
 

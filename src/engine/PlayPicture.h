@@ -18,6 +18,7 @@ struct InstrumentPicture {
     std::int32_t pattern = -1;  // -1 none
     std::int32_t nextPattern = -1;
     std::int32_t step = -1;  // -1 stopped
+    std::uint32_t midiCount = 0;  // live messages taken since it was made
     std::uint32_t heldKeyCount = 0;
     std::array<std::uint8_t, kShownKeys> heldKeys{};
 };
@@ -29,6 +30,7 @@ struct PlayPicture {
     std::int32_t maxStepCount = 1;
     float stepFraction = 0;
     std::int64_t sampleCounter = 0;
+    std::uint32_t midiCount = 0;  // live messages that came in
     vst2::VstTimeInfo time{};
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};

@@ -55,9 +55,11 @@ void CAudio::RenderOpenBlock() noexcept {
     RunSharedEffects();
     RunMasterInserts();
     PlayAudition();
+    PlayTestTone();
     FinishMaster();
     scope.Capture(master.Plane(0), master.Plane(1), block.frames);
     FeedRecorder();
+    ApplyHeadphonesLevel();
     PublishPicture();
 }
 
@@ -123,18 +125,20 @@ void CAudio::AdvanceSequencer() noexcept {
 
 void CAudio::FillTime() noexcept {
     using namespace vst2;
-    constexpr double kQuartersPerBar = 4.0;
+    const int beatsPerBar = std::max(1, settings.beatsPerBar.Get());
+    const int beatUnit = std::max(1, settings.beatUnit.Get());
+    const double quartersPerBar = 4.0 * beatsPerBar / beatUnit;
     const int stepsPerBeat = std::max(1, settings.stepsPerBeat.Get());
     VstTimeInfo& time = block.time;
     time.samplePos = static_cast<double>(transport.sampleCounter);
     time.sampleRate = format.sampleRate;
     time.tempo = static_cast<double>(SafeTempo(settings));
     time.ppqPos = transport.QuarterNotes(stepsPerBeat);
-    time.barStartPos = std::floor(time.ppqPos / kQuartersPerBar) * kQuartersPerBar;
+    time.barStartPos = std::floor(time.ppqPos / quartersPerBar) * quartersPerBar;
     time.cycleStartPos = static_cast<double>(settings.loopStart.Get()) / stepsPerBeat;
     time.cycleEndPos = static_cast<double>(settings.loopEnd.Get()) / stepsPerBeat;
-    time.timeSigNumerator = 4;
-    time.timeSigDenominator = 4;
+    time.timeSigNumerator = beatsPerBar;
+    time.timeSigDenominator = beatUnit;
     time.flags = kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid | kVstTimeSigValid;
     if (transport.playing) time.flags |= kVstTransportPlaying;
     if (transport.changed) time.flags |= kVstTransportChanged;
@@ -256,6 +260,10 @@ void CAudio::PlayAudition() noexcept {
     AddAudition(audition.ForRender(), position, master.Plane(0), master.Plane(1), block.frames);
 }
 
+void CAudio::PlayTestTone() noexcept {
+    tone.Add(testTone.IsOn(), format.sampleRate, master.Plane(0), master.Plane(1), block.frames);
+}
+
 void CAudio::FinishMaster() noexcept {
     const MasterTargets targets = MakeMasterTargets(settings.masterLevel.Get(), settings.crossfader.Get(), tables);
     kernels.processMaster(masterState, targets, master.Plane(0), master.Plane(1), block.frames);
@@ -269,6 +277,20 @@ void CAudio::FeedRecorder() noexcept {
     recorder->PushBlock(interleaved);
 }
 
+// A line from the last gain to the wanted one over the block; at full level the samples stay as they are.
+void CAudio::ApplyHeadphonesLevel() noexcept {
+    const float target = tables.MasterGain(settings.headphonesLevel.Get());
+    if (target == 1.0F && headphonesGain == 1.0F) return;
+    const float step = (target - headphonesGain) / static_cast<float>(block.frames);
+    for (int channel = 0; channel < 2; ++channel) {
+        float* const samples = master.Plane(channel);
+        for (int frame = 0; frame < block.frames; ++frame) {
+            samples[frame] *= headphonesGain + step * static_cast<float>(frame + 1);
+        }
+    }
+    headphonesGain = target;
+}
+
 void CAudio::PublishPicture() noexcept {
     PlayPicture& shown = picture.Writable();
     shown.playing = transport.playing;
@@ -277,6 +299,7 @@ void CAudio::PublishPicture() noexcept {
     shown.maxStepCount = transport.maxStepCount;
     shown.stepFraction = transport.stepFraction;
     shown.sampleCounter = transport.sampleCounter;
+    shown.midiCount = router.Count();
     shown.time = block.time;
     shown.instrumentCount = block.instruments.size();
     for (std::size_t index = 0; index < shown.instrumentCount; ++index) {
@@ -287,6 +310,7 @@ void CAudio::PublishPicture() noexcept {
         entry.pattern = play.currentPattern;
         entry.nextPattern = play.nextPattern;
         entry.step = play.currentStep;
+        entry.midiCount = play.midiCount;
         const auto& keys = play.heldKeys.Items();
         entry.heldKeyCount = static_cast<std::uint32_t>(std::min(keys.size(), InstrumentPicture::kShownKeys));
         std::transform(keys.begin(), keys.begin() + entry.heldKeyCount, entry.heldKeys.begin(),

@@ -68,6 +68,8 @@ struct InstrumentPlayState {
     int restartStep = -1;    // -1 no restart pending
     int songEntry = -1;      // index into the playlist, -1 none
 
+    std::uint32_t midiCount = 0;  // live messages taken
+
     ArpeggiatorState arpeggiator;
     CFixedList<std::int32_t> heldKeys{kMaximumHeldKeys};
     CFixedList<PendingNote> pendingNotes{kMaximumPendingNotes};

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Ends the wait of one thread from another. Waiting may go together with other descriptors through
-// Descriptor(). Signals are kept until they are cleared.
+// Ends the wait of one thread from another. It is a descriptor, so that a thread can wait for it together with
+// those of a sound device, or for a while; what wakes often and alone sleeps on a word instead (SleepOnWord.h).
+// Signals are kept until they are cleared.
 
 #include <cstdint>
 

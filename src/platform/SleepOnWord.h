@@ -2,7 +2,8 @@
 #pragma once
 
 // Sleeping until another thread has changed a word, by one call into the system each and nothing else:
-// unlike std::atomic's own waiting it neither yields nor keeps a table. For the pool of render threads.
+// unlike std::atomic's own waiting it neither yields nor keeps a table. For the pool of render threads, which
+// wakes several at once; to wait for a while, or for descriptors as well, there is CWakeEvent.
 
 #include <atomic>
 #include <cstdint>

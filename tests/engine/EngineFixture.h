@@ -100,6 +100,7 @@ protected:
     // A pattern of `steps` steps with one note of `key` on every step.
     static std::vector<Note> EveryStep(int steps, int key) {
         std::vector<Note> notes;
+        notes.reserve(static_cast<std::size_t>(steps));
         for (int step = 0; step < steps; ++step) notes.push_back({static_cast<float>(step), 0.5F, key, 100});
         return notes;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A sound card for the tests, as an external PCM plug-in of ALSA: it plays by the clock into nothing. Its
-// configuration names a folder; a file there named "absent" takes the card away, and one named "dry" makes
-// it run dry once.
+// configuration names a folder; a file there named "absent" takes the card away, "mute" keeps it from starting,
+// "busy" refuses it once, and "dry" makes it run dry once, which it never does by itself.
 #include <alsa/asoundlib.h>
 #include <alsa/pcm_external.h>
 #include <alsa/pcm_ioplug.h>
@@ -33,6 +33,7 @@ double Now() {
 }
 
 int Start(snd_pcm_ioplug_t* io) {
+    if (Of(io).Has("mute")) return -EIO;
     Of(io).startTime = Now();
     Of(io).running = true;
     const auto period = static_cast<long>(1e9 * static_cast<double>(io->period_size) / io->rate);
@@ -51,7 +52,9 @@ snd_pcm_sframes_t Pointer(snd_pcm_ioplug_t* io) {
     if (card.running && card.Take("dry")) return -EPIPE;
     if (!card.running) return static_cast<snd_pcm_sframes_t>(io->hw_ptr);
     const auto played = static_cast<snd_pcm_uframes_t>((Now() - card.startTime) * io->rate);
-    return static_cast<snd_pcm_sframes_t>(std::min(played, snd_pcm_uframes_t{io->appl_ptr}) % io->buffer_size);
+    // However late its feeder is, one frame is left to play.
+    const auto written = std::max(snd_pcm_uframes_t{io->appl_ptr}, snd_pcm_uframes_t{1});
+    return static_cast<snd_pcm_sframes_t>(std::min(played, written - 1) % io->buffer_size);
 }
 
 int Revents(snd_pcm_ioplug_t* io, pollfd* descriptors, unsigned, unsigned short* events) {
@@ -111,9 +114,9 @@ SND_PCM_PLUGIN_DEFINE_FUNC(testcard) {
     static_cast<void>(root);
     auto* const card = new Card;
     card->folder = FolderOf(conf);
-    if (card->Has("absent")) {
+    if (const int refusal = card->Has("absent") ? -ENODEV : card->Take("busy") ? -EBUSY : 0; refusal != 0) {
         delete card;
-        return -ENODEV;
+        return refusal;
     }
     card->io.version = SND_PCM_IOPLUG_VERSION;
     card->io.name = "Test card";

@@ -2,7 +2,6 @@
 #include "engine/devices/CAlsaMidiInput.h"
 
 #include "engine/devices/AlsaMessages.h"
-#include "model/MidiEvents.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 
@@ -11,6 +10,7 @@ namespace quib {
 namespace {
 
 constexpr int kRetryMilliseconds = 2;  // while note offs wait for room
+constexpr int kEventsBetweenLooks = 256;
 constexpr unsigned kReadable = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
 
 bool MeansNoSequencer(int error) noexcept { return error == -ENOENT || error == -ENODEV || error == -ENXIO; }
@@ -38,35 +38,6 @@ void ForEachPort(snd_seq_t* handle, Visit visit) {
     }
 }
 
-MidiMessage Message(int status, int channel, unsigned data1, int data2) noexcept {
-    return {static_cast<std::uint8_t>(status | (channel & 0x0f)), static_cast<std::uint8_t>(data1 & 0x7f),
-            static_cast<std::uint8_t>(data2 & 0x7f), Milliseconds()};
-}
-
-// A message that the engine knows, or nothing.
-std::optional<MidiMessage> Translate(const snd_seq_event_t& event) noexcept {
-    const snd_seq_ev_note_t& note = event.data.note;
-    const snd_seq_ev_ctrl_t& control = event.data.control;
-    switch (event.type) {
-        case SND_SEQ_EVENT_NOTEON:
-            return Message(kNoteOn, note.channel, note.note, note.velocity);
-        case SND_SEQ_EVENT_NOTEOFF:
-            return Message(kNoteOff, note.channel, note.note, 0);
-        case SND_SEQ_EVENT_CONTROLLER:
-            return Message(kControlChange, control.channel, control.param, control.value);
-        case SND_SEQ_EVENT_PGMCHANGE:
-            return Message(kProgramChange, control.channel, static_cast<unsigned>(control.value), 0);
-        case SND_SEQ_EVENT_CHANPRESS:
-            return Message(kChannelPressure, control.channel, static_cast<unsigned>(control.value), 0);
-        case SND_SEQ_EVENT_PITCHBEND: {
-            const int bend = control.value + 8192;  // 0 .. 16383
-            return Message(kPitchBend, control.channel, static_cast<unsigned>(bend), bend >> 7);
-        }
-        default:
-            return std::nullopt;
-    }
-}
-
 }  // namespace
 
 std::vector<std::string> CAlsaMidiInput::ListPorts() {
@@ -82,13 +53,17 @@ std::vector<std::string> CAlsaMidiInput::ListPorts() {
     return names;
 }
 
-std::optional<snd_seq_addr_t> CAlsaMidiInput::FindPort(snd_seq_t* handle, const std::string& name) {
+std::optional<snd_seq_addr_t> CAlsaMidiInput::Find(const std::string& name) {
     std::optional<snd_seq_addr_t> found;
-    ForEachPort(handle, [&](const std::string& candidate, const snd_seq_addr_t& address) {
+    ForEachPort(sequencer.get(), [&](const std::string& candidate, const snd_seq_addr_t& address) {
         if (candidate == name) found = address;
         return !found;
     });
     return found;
+}
+
+bool CAlsaMidiInput::Connect(snd_seq_addr_t source) {
+    return snd_seq_connect_from(sequencer.get(), port, source.client, source.port) >= 0;
 }
 
 bool CAlsaMidiInput::Open(const std::string& portName, std::string& error) {
@@ -102,12 +77,11 @@ bool CAlsaMidiInput::Open(const std::string& portName, std::string& error) {
         return false;
     }
     sequencer.reset(handle);
-    wanted = portName;
     if (!MakePort(error)) {
         Close();
         return false;
     }
-    Connect();
+    link.Listen(portName);
     thread = std::thread([this] { Run(); });
     return true;
 }
@@ -136,13 +110,13 @@ void CAlsaMidiInput::Close() noexcept {
         thread.join();
         stopping.Clear();
     }
-    Disconnected();
+    link.Leave(Milliseconds());
     sequencer.reset();
 }
 
 void CAlsaMidiInput::Run() noexcept {
     SetRealTimePriority();
-    while (Wait(feed.Flush(Milliseconds()) ? -1 : kRetryMilliseconds)) Receive();
+    while (Wait(link.Flush(Milliseconds()) ? -1 : kRetryMilliseconds)) Receive();
 }
 
 // False when the thread is to end.
@@ -151,55 +125,19 @@ bool CAlsaMidiInput::Wait(int milliseconds) noexcept {
     return (descriptors[0].revents & POLLIN) == 0;
 }
 
+// Everything that is there, but a flood does not keep the thread from ending.
 void CAlsaMidiInput::Receive() noexcept {
-    for (;;) {
+    for (int count = 1; count % kEventsBetweenLooks != 0 || !stopping.WaitFor(0); ++count) {
         snd_seq_event_t* event = nullptr;
         const int result = snd_seq_event_input(sequencer.get(), &event);
         if (result == -ENOSPC) {
-            feed.ReleaseAll(Milliseconds());  // messages were lost, note offs perhaps among them
+            link.LostSome(Milliseconds());
         } else if (result < 0 || event == nullptr) {
             return;
         } else {
-            Handle(*event);
+            link.Handle(*event, Milliseconds());
         }
     }
-}
-
-void CAlsaMidiInput::Handle(const snd_seq_event_t& event) noexcept {
-    if (const auto message = Translate(event)) return feed.Add(*message);
-    FollowPorts(event);
-}
-
-void CAlsaMidiInput::FollowPorts(const snd_seq_event_t& event) noexcept {
-    if (event.source.client != SND_SEQ_CLIENT_SYSTEM) return;
-    const snd_seq_addr_t& address = event.data.addr;
-    switch (event.type) {
-        case SND_SEQ_EVENT_PORT_START:
-        case SND_SEQ_EVENT_PORT_CHANGE:
-            if (!connected) Connect();
-            return;
-        case SND_SEQ_EVENT_PORT_EXIT:
-            if (address.client == source.client && address.port == source.port) Disconnected();
-            return;
-        case SND_SEQ_EVENT_CLIENT_EXIT:
-            if (address.client == source.client) Disconnected();
-            return;
-        default:
-            return;
-    }
-}
-
-void CAlsaMidiInput::Connect() noexcept {
-    const auto found = FindPort(sequencer.get(), wanted);
-    if (!found || snd_seq_connect_from(sequencer.get(), port, found->client, found->port) < 0) return;
-    source = *found;
-    connected = true;
-}
-
-void CAlsaMidiInput::Disconnected() noexcept {
-    if (!connected.exchange(false)) return;
-    source = {};
-    feed.ReleaseAll(Milliseconds());
 }
 
 }  // namespace quib

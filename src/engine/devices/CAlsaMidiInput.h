@@ -9,23 +9,22 @@
 #include <poll.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "engine/CAudio.h"
-#include "engine/devices/CMidiFeed.h"
+#include "engine/devices/CMidiPortLink.h"
 #include "platform/CWakeEvent.h"
 
 namespace quib {
 
-class CAlsaMidiInput {
+class CAlsaMidiInput final : private CMidiPorts {
 public:
     static constexpr const char* kClientName = "QUIB Sequencer";
 
-    explicit CAlsaMidiInput(CAudio& engine) : feed(engine.MidiInputQueue()) {}
-    ~CAlsaMidiInput() { Close(); }
+    explicit CAlsaMidiInput(CAudio& engine) : link(*this, engine.MidiInputQueue()) {}
+    ~CAlsaMidiInput() override { Close(); }
     CAlsaMidiInput(const CAlsaMidiInput&) = delete;
     CAlsaMidiInput& operator=(const CAlsaMidiInput&) = delete;
 
@@ -39,7 +38,7 @@ public:
     void Close() noexcept;
 
     // Whether the port is there and connected. Any thread.
-    bool IsConnected() const noexcept { return connected.load(std::memory_order_relaxed); }
+    bool IsConnected() const noexcept { return link.IsConnected(); }
 
 private:
     struct CCloseSequencer {
@@ -47,27 +46,19 @@ private:
     };
     using Sequencer = std::unique_ptr<snd_seq_t, CCloseSequencer>;
 
-    static std::optional<snd_seq_addr_t> FindPort(snd_seq_t* handle, const std::string& name);
+    std::optional<snd_seq_addr_t> Find(const std::string& name) override;
+    bool Connect(snd_seq_addr_t source) override;
     bool MakePort(std::string& error);
     void Run() noexcept;
     bool Wait(int milliseconds) noexcept;
     void Receive() noexcept;
-    void Handle(const snd_seq_event_t& event) noexcept;
-    void FollowPorts(const snd_seq_event_t& event) noexcept;
-    void Connect() noexcept;
-    void Disconnected() noexcept;
 
     Sequencer sequencer;
     int port = -1;
-    std::string wanted;
     std::vector<pollfd> descriptors;  // the first is `stopping`
     CWakeEvent stopping;
     std::thread thread;
-    std::atomic<bool> connected{false};
-
-    // Receiving thread.
-    CMidiFeed feed;
-    snd_seq_addr_t source{};
+    CMidiPortLink link;  // the receiving thread's while that runs
 };
 
 }  // namespace quib

@@ -13,10 +13,15 @@ namespace quib {
 namespace {
 
 constexpr std::uint64_t kSecond = 1'000'000'000;  // nanoseconds
+// A device's own clock, however fast, does not win so much on ours within a second.
+constexpr std::int64_t kLeadDivisor = 10;  // of a second
 // A device that takes nothing for so long hangs.
 constexpr std::uint64_t kLongestStall = 3 * kSecond;
 
-bool MeansAbsent(int error) noexcept { return error == -ENOENT || error == -ENODEV || error == -ENXIO; }
+// A name that belongs to another system may not even be one that the library can read.
+bool MeansAbsent(int error) noexcept {
+    return error == -ENOENT || error == -ENODEV || error == -ENXIO || error == -EINVAL;
+}
 
 std::string Describe(int error) { return snd_strerror(error); }
 
@@ -127,7 +132,7 @@ void CAlsaOutput::Run() noexcept {
     realTime = SetRealTimePriority();
     startTime = progressTime = Nanoseconds();
     framesWritten = 0;
-    clock = EClock::kUnknown;
+    ownClock = false;
     while (WaitForRoom()) {
         const int result = Feed();
         if (result < 0 && Recover(result) < 0) return LeavePlaying(OutputState::Lost);
@@ -136,10 +141,11 @@ void CAlsaOutput::Run() noexcept {
     }
 }
 
-// Renders and writes every block that has room.
+// Renders and writes every block that had room.
 int CAlsaOutput::Feed() noexcept {
-    for (snd_pcm_sframes_t room = snd_pcm_avail_update(pcm); room >= format.blockSize; room -= format.blockSize) {
-        if (!audio.paused.IsOn() && audio.RenderBlock()) {
+    const snd_pcm_sframes_t room = snd_pcm_avail_update(pcm);
+    for (snd_pcm_sframes_t left = room; left >= format.blockSize; left -= format.blockSize) {
+        if (RenderBlock()) {
             ConvertToInt16(audio.Master(0), audio.Master(1), interleaved.data(), format.blockSize);
         } else {
             std::fill(interleaved.begin(), interleaved.end(), std::int16_t{0});
@@ -147,10 +153,9 @@ int CAlsaOutput::Feed() noexcept {
         if (const int result = WriteBlock(); result < 0) return result;
         framesWritten += format.blockSize;
         progressTime = Nanoseconds();
-        if (clock != EClock::kDevice) return 0;
+        if (ownClock) return 0;
     }
-    const snd_pcm_sframes_t left = snd_pcm_avail_update(pcm);
-    return left < 0 ? static_cast<int>(left) : 0;
+    return room < 0 ? static_cast<int>(room) : 0;
 }
 
 int CAlsaOutput::WriteBlock() noexcept {
@@ -186,16 +191,21 @@ bool CAlsaOutput::WaitForRoom() noexcept {
     return true;
 }
 
-// Devices that take everything at once, such as a file, are fed by our own clock.
+// Devices that take everything at once, such as a file, are fed by our own clock. They show it by running ahead
+// of the time, which no machine under load can make a real device do.
 void CAlsaOutput::PaceWithoutClock() noexcept {
-    if (clock == EClock::kDevice) return;
-    const auto due = static_cast<std::uint64_t>(framesWritten) * kSecond / static_cast<unsigned>(format.sampleRate);
     const std::uint64_t passed = Nanoseconds() - startTime;
-    if (clock == EClock::kUnknown) {
-        if (framesWritten < 2 * ringFrames) return;
-        clock = passed < due / 4 ? EClock::kOurs : EClock::kDevice;
+    const auto rate = static_cast<std::int64_t>(format.sampleRate);
+    const auto due = static_cast<std::uint64_t>(framesWritten) * kSecond / static_cast<std::uint64_t>(rate);
+    if (!ownClock) {
+        const auto expected = static_cast<std::int64_t>(passed * static_cast<std::uint64_t>(rate) / kSecond);
+        ownClock = framesWritten - expected > std::int64_t{2} * ringFrames + rate / kLeadDivisor;
+        if (!ownClock && passed > kSecond) {
+            startTime += passed;
+            framesWritten = 0;
+        }
     }
-    if (clock == EClock::kOurs && due > passed) stopping.WaitFor(due - passed);
+    if (ownClock && due > passed) stopping.WaitFor(due - passed);
 }
 
 }  // namespace quib

@@ -60,10 +60,10 @@ private:
     std::thread thread;
 
     // Feeding thread.
-    std::uint64_t startTime = 0;     // nanoseconds
     std::uint64_t progressTime = 0;  // nanoseconds
+    std::uint64_t startTime = 0;     // nanoseconds; since when frames are counted
     std::int64_t framesWritten = 0;
-    enum class EClock { kUnknown, kDevice, kOurs } clock = EClock::kUnknown;
+    bool ownClock = false;  // the device has none
 };
 
 }  // namespace quib

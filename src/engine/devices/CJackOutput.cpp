@@ -226,7 +226,7 @@ bool CJackOutput::Render(int frames) noexcept {
         return false;
     }
     if (midiPort != nullptr) ReceiveMidi(frames);
-    return !audio.paused.IsOn() && audio.RenderBlock();
+    return RenderBlock();
 }
 
 // The events of the block came in during the one before.

@@ -63,6 +63,7 @@ int CLame::StartRecording(const std::filesystem::path& path, int sampleRate) {
     static_assert(kMaxFramesPerFlush * 2 <= std::min(kWaveSamplesPerBuffer, kMp3SamplesPerBuffer) * (kBuffers - 2));
     StopRecording();
     error.clear();
+    noEncoder = false;
     rate = sampleRate;
     samplesWritten = bytesWritten = 0;
     droppedValues = 0;
@@ -76,6 +77,7 @@ int CLame::StartRecording(const std::filesystem::path& path, int sampleRate) {
 int CLame::OpenSink(const std::filesystem::path& path, int sampleRate) {
     if (IsMp3(path)) {
         if (!encoder.IsAvailable()) {
+            noEncoder = true;
             error = fmt::format("Cannot write \"{}\": there is no MP3 encoder", path.string());
             return kNoEncoder;
         }
@@ -142,6 +144,8 @@ void CLame::CloseSink() {
 double CLame::Seconds() const noexcept { return rate > 0 ? static_cast<double>(samplesWritten) / (2.0 * rate) : 0.0; }
 
 std::string CLame::ProgressText() const {
+    if (noEncoder) return "Cannot open MP3 Encoder !";
+    if (!error.empty()) return "Error !";
     return fmt::format("Time: {:.2f}s    Size: {:.2f}Mo", Seconds(),
                        static_cast<double>(bytesWritten) / kBytesPerMegabyte);
 }

@@ -64,6 +64,7 @@ public:
     double Seconds() const noexcept;
     std::uint64_t BytesWritten() const noexcept { return bytesWritten; }
     std::uint64_t DroppedFrames() const noexcept { return droppedValues.load(std::memory_order_relaxed) / 2; }
+    // For the display: time and size of the recording, or why there is none or no more of it.
     std::string ProgressText() const;
     const std::string& Error() const noexcept { return error; }
 
@@ -81,6 +82,7 @@ private:
     CMp3Encoder encoder;
     std::unique_ptr<CRecordingSink> sink;
     std::string error;
+    bool noEncoder = false;
     int rate = 0;
     std::uint64_t samplesWritten = 0;  // values of both channels
     std::uint64_t bytesWritten = 0;

@@ -27,7 +27,7 @@ public:
     void ReleaseAll(std::uint32_t time) noexcept;
 
 private:
-    static constexpr std::size_t kKeys = 16 * 128;  // of all channels
+    static constexpr std::size_t kKeys = std::size_t{16} * 128;  // of all channels
 
     void NoteOn(const MidiMessage& message, std::size_t key) noexcept;
     void NoteOff(std::size_t key, std::uint32_t time) noexcept;

@@ -64,6 +64,9 @@ public:
     bool IsRealTime() const noexcept { return realTime.load(std::memory_order_relaxed); }
 
 protected:
+    // The device's thread: one block into the master buffers. False when the device is to play silence in
+    // its stead: the user paused, or the engine is being prepared, or an older device ends its last block.
+    bool RenderBlock() noexcept { return !audio.paused.IsOn() && audio.RenderBlock(); }
     // A device that is lost stays so until it is closed.
     void SetState(OutputState next) noexcept {
         OutputState now = State();

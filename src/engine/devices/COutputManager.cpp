@@ -25,7 +25,8 @@ bool COutputManager::OpenOutput(const AudioSettings& wanted) {
     CloseOutput();
     settings = wanted;
     formerXruns = 0;
-    if (!StartWith(OpenNamed())) return false;
+    if (!OpenNamed()) return false;
+    OpenMidiIn(settings.midiInDevice);
     audio.Release();
     holding = false;
     return true;
@@ -37,43 +38,32 @@ void COutputManager::CloseOutput() noexcept {
     DropDevice();
 }
 
-COutputManager::Made COutputManager::OpenNamed() {
-    std::string error;
+bool COutputManager::OpenNamed() {
     if (settings.outputDevice == CSilentOutput::kName) {
-        if (Made silent = TryOpen(std::make_unique<CSilentOutput>(audio), error)) return silent;
+        if (TryDevice(std::make_unique<CSilentOutput>(audio))) return true;
     } else {
         if (settings.outputDevice == CJackOutput::kName && jackLibrary != nullptr) {
-            if (Made jack = TryOpen(MakeJack(), error)) return jack;
+            if (TryDevice(MakeJack())) return true;
             message(kCaption, fmt::format("{} JACK: {}", texts.cannotOpen, settings.outputDevice));
         }
         for (int attempt = 0; attempt < 2; ++attempt) {
-            auto alsa = std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kDefaultDevice);
-            if (Made opened = TryOpen(std::move(alsa), error)) return opened;
+            if (TryDevice(std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kDefaultDevice))) return true;
         }
     }
     message(kCaption, fmt::format("{}: {}", texts.cannotOpen, DeviceName()));
-    return nullptr;
+    return false;
 }
 
 std::string COutputManager::DeviceName() const {
     return settings.outputDevice.empty() ? CAlsaOutput::kDefaultDevice : settings.outputDevice;
 }
 
-COutputManager::Made COutputManager::TryOpen(Made candidate, std::string& error) const {
-    if (!candidate->Open(settings, error)) return nullptr;
-    return candidate;
-}
-
-bool COutputManager::StartWith(Made next) {
-    if (!next) return false;
-    PrepareEngine(next->Format());
+bool COutputManager::TryDevice(Made candidate) {
     std::string error;
-    if (!next->Start(error)) {
-        message(kCaption, fmt::format("{}: {}", texts.cannotOpen, DeviceName()));
-        return false;
-    }
-    TakeDevice(std::move(next));
-    OpenMidiIn(settings.midiInDevice);
+    if (!candidate->Open(settings, error)) return false;
+    PrepareEngine(candidate->Format());
+    if (!candidate->Start(error)) return false;
+    device = std::move(candidate);
     return true;
 }
 
@@ -99,11 +89,6 @@ void COutputManager::PrepareEngine(const DeviceFormat& format) {
     audio.Prepare({static_cast<double>(format.sampleRate), format.blockSize, settings.threads, true});
 }
 
-void COutputManager::TakeDevice(Made next) noexcept {
-    DropDevice();
-    device = std::move(next);
-}
-
 void COutputManager::DropDevice() noexcept {
     if (!device) return;
     device->Close();
@@ -114,10 +99,9 @@ void COutputManager::DropDevice() noexcept {
 std::uint64_t COutputManager::Xruns() const noexcept { return formerXruns + (device ? device->Xruns() : 0); }
 
 void COutputManager::Poll() {
-    if (!device) return;
-    device->Watch();
-    if (device->State() == OutputState::FormatChanged) FollowFormat();
-    if (device->State() == OutputState::Lost) StandIn();
+    if (device) device->Watch();
+    if (device && device->State() == OutputState::FormatChanged) FollowFormat();
+    if (device && device->State() == OutputState::Lost) StandIn();
     if (!lostName.empty()) LookForReturn();
 }
 

@@ -33,10 +33,10 @@ public:
     COutputManager(const COutputManager&) = delete;
     COutputManager& operator=(const COutputManager&) = delete;
 
-    // Closes what is open and opens what the settings name: JACK when they name it, else, or when that
-    // fails, the ALSA device, or the default one where none has the name; a second attempt after a failed
-    // one. Then plug-ins are told the format. False when no device could be opened: the user has been told
-    // and the engine stays held.
+    // Closes what is open, then opens and starts what the settings name: JACK when they name it, else, or
+    // when that fails, the ALSA device, or the default one where none has the name; a second attempt after a
+    // failed one. Plug-ins are told the format before the device starts. False when no device could be opened: the user
+    // has been told and the engine stays held.
     bool OpenOutput(const AudioSettings& settings);
     void CloseOutput() noexcept;
 
@@ -58,13 +58,11 @@ private:
     using Made = std::unique_ptr<COutputDevice>;
 
     std::string DeviceName() const;
-    Made OpenNamed();
-    Made TryOpen(Made candidate, std::string& error) const;
+    bool OpenNamed();
+    bool TryDevice(Made candidate);
     Made MakeJack() const;
     Made MakeLost() const;
-    bool StartWith(Made next);
     void PrepareEngine(const DeviceFormat& format);
-    void TakeDevice(Made next) noexcept;
     void DropDevice() noexcept;
     void FollowFormat();
     void StandIn();

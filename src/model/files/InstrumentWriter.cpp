@@ -51,6 +51,12 @@ void WriteInsert(CRecordWriter& writer, CInstrument& instrument, std::size_t ind
     WriteEvents(writer, "INSERT_PARAM_EVENTS_" + number, slot);
 }
 
+// Only where the user has changed it, after what every reader knows.
+void WriteLook(CRecordWriter& writer, const CInstrument& instrument) {
+    if (instrument.stripColour != 0) writer.IntegerLine("STRIP_COLOUR", instrument.stripColour);
+    if (instrument.stripCollapsed) writer.IntegerLine("STRIP_COLLAPSED", 1);
+}
+
 }  // namespace
 
 void WriteInstrument(CRecordWriter& writer, CInstrument& instrument, std::span<const std::int32_t> heldKeys,
@@ -77,6 +83,7 @@ void WriteInstrument(CRecordWriter& writer, CInstrument& instrument, std::span<c
         WriteState(writer, "PLUGIN_PRESET", slot);
     }
     for (std::size_t index = 0; index < instrument.inserts.size(); ++index) WriteInsert(writer, instrument, index);
+    WriteLook(writer, instrument);
 }
 
 }  // namespace quib

@@ -233,6 +233,12 @@ void CPlugin::SetParameter(int index, float value) noexcept {
     effect->setParameter(effect, index, std::clamp(value, 0.0F, 1.0F));
 }
 
+void CPlugin::SendInternalCode(std::int32_t code, float value) noexcept {
+    if (!identity.effectName.starts_with("QUIB ")) return;
+    const CPluginCallScope inside(this);
+    effect->setParameter(effect, code, value);
+}
+
 bool CPlugin::PlayParameter(int index, float value) noexcept {
     const CRenderCall call(*this);
     if (call.Entered()) SetParameter(index, value);

@@ -93,6 +93,9 @@ public:
     bool NeedsIdle() const noexcept { return needsIdle.load(std::memory_order_relaxed); }
     // Sets a parameter (0..1) if the plug-in has it; rendering goes on meanwhile.
     void SetParameter(int index, float value) noexcept;
+    // Values that only plug-ins of this program's own understand; others are not told.
+    static constexpr std::int32_t kPatternMaskCode = 0x500008;  // marks of the patterns, pattern 0 in bit 15
+    void SendInternalCode(std::int32_t code, float value) noexcept;
     // True once after the plug-in's output had to be muted; for a message to the user.
     bool TakeFaultReport() noexcept;
 
@@ -176,6 +179,7 @@ private:
     void ApplyFade(int frames) noexcept;
     bool OutputsAreSane(int frames) const noexcept;
     void OnParameterReport(std::int32_t opcode, std::int32_t index, float value);
+    bool OnSizeRequest(std::int32_t width, std::intptr_t height);
     std::intptr_t OnTimeRequest();
 
     PluginEnvironment& environment;

@@ -19,7 +19,7 @@ constexpr char kProduct[] = "QUIB Sequencer";
 }  // namespace
 
 std::intptr_t VST2_CALL CPlugin::HostCallback(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                                              std::intptr_t /*value*/, void* pointer, float option) noexcept {
+                                              std::intptr_t value, void* pointer, float option) noexcept {
     if (opcode > kLastKnownOpcode) return 0;
     CPlugin* const plugin = OwnerOf(effect);
     switch (opcode) {
@@ -45,6 +45,8 @@ std::intptr_t VST2_CALL CPlugin::HostCallback(AEffect* effect, std::int32_t opco
         case audioMasterNeedIdle:
             if (plugin != nullptr) plugin->needsIdle.store(true, std::memory_order_relaxed);
             return 0;
+        case audioMasterSizeWindow:
+            return plugin != nullptr && plugin->OnSizeRequest(index, value) ? 1 : 0;
         case audioMasterGetProductString:
             if (pointer == nullptr) return 0;
             std::memcpy(pointer, kProduct, sizeof kProduct);
@@ -52,6 +54,13 @@ std::intptr_t VST2_CALL CPlugin::HostCallback(AEffect* effect, std::int32_t opco
         default:
             return 0;
     }
+}
+
+bool CPlugin::OnSizeRequest(std::int32_t width, std::intptr_t height) {
+    constexpr int kLargest = 1 << 14;  // pixels
+    if (!environment.sizeWindow || editingThread != std::this_thread::get_id()) return false;
+    if (width < 1 || width > kLargest || height < 1 || height > kLargest) return false;
+    return environment.sizeWindow(*this, width, static_cast<int>(height));
 }
 
 void CPlugin::OnParameterReport(std::int32_t opcode, std::int32_t index, float value) {

@@ -32,6 +32,8 @@ struct PluginEnvironment {
     // The user moved a parameter in the plug-in's own window (value 0..1) or took hold of it.
     std::function<void(CPlugin& plugin, int parameter, float value)> parameterChanged;
     std::function<void(CPlugin& plugin, int parameter)> parameterTouched;
+    // A plug-in wants its own window in this size (pixels); gives whether it gets it.
+    std::function<bool(CPlugin& plugin, int width, int height)> sizeWindow;
     // Where the song is, for a plug-in that asks outside rendering.
     std::function<void(vst2::VstTimeInfo& time)> currentTime;
 

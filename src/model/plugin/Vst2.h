@@ -115,6 +115,7 @@ enum EffectOpcodes : std::int32_t {
     effVendorSpecific = 50,
     effCanDo = 51,  // pointer: text; returns 1 yes, -1 no, 0 unknown
     effGetTailSize = 52,
+    effIdle = 53,
     effGetVstVersion = 58,
     effBeginSetProgram = 67,
     effEndSetProgram = 68,

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <thread>
 
+#include "engine/EngineNotices.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
 
@@ -56,7 +57,7 @@ bool CLivePlay::Begin(const Options& options) {
     startTime = Nanoseconds();
     if (options.record.empty()) return true;
     if (recorder.StartRecording(options.record, static_cast<int>(format.sampleRate)) != CLame::kStarted) {
-        say(recorder.Error());
+        SayRecorderFailed();
         return false;
     }
     audio.Post({EngineCommand::Kind::Play});
@@ -78,11 +79,13 @@ void CLivePlay::Turn() {
     std::this_thread::sleep_for(kTurn);
     output.Poll();
     audio.Collect();
-    FollowNotices();
+    FollowNotices(audio);
     const bool recorded = recorder.IsRecording();
     recorder.Flush();
-    if (recorded && !recorder.IsRecording()) say("Error ! " + recorder.Error());
+    if (recorded && !recorder.IsRecording()) SayRecorderFailed();
 }
+
+void CLivePlay::SayRecorderFailed() { say(recorder.ProgressText() + ' ' + recorder.Error()); }
 
 void CLivePlay::ShowState() {
     shownTime = Nanoseconds();
@@ -92,12 +95,6 @@ void CLivePlay::ShowState() {
                static_cast<double>(picture.sampleCounter) / audio.Format().sampleRate,
                static_cast<double>(audio.CpuLoad()), output.Xruns(), output.Device()->Name());
     std::fflush(stderr);
-}
-
-// Nobody sees them here, but they must not pile up.
-void CLivePlay::FollowNotices() {
-    EngineNotice notice;
-    while (audio.Fetch(notice)) continue;
 }
 
 }  // namespace quib

@@ -34,7 +34,7 @@ private:
     void PlayUntil(double seconds, const std::function<bool()>& stopped);
     void Turn();
     void ShowState();
-    void FollowNotices();
+    void SayRecorderFailed();
 
     CAudio& audio;
     CLame recorder;

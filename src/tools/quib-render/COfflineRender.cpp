@@ -50,7 +50,10 @@ RenderResult COfflineRender::Run(int steps, std::int64_t frames, const std::func
 }
 
 bool COfflineRender::RenderOne(RenderResult& result, std::string& error) {
-    audio.RenderBlock();
+    if (!audio.RenderBlock()) {
+        error = "the engine is busy";
+        return false;
+    }
     recorder.Flush();
     if (stems != nullptr && !stems->WriteBlock(error)) return false;
     const int frames = audio.Format().blockSize;

@@ -45,8 +45,9 @@ protected:
     std::filesystem::path folder;
 };
 
-TEST_F(CAlsaOutputTest, ADeviceGetsFiveBlocksOfSilenceAndThenTheOfflineRender) {
+TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     constexpr int kBlock = 480;
+    constexpr std::ptrdiff_t kBlockValues = 2 * kBlock;
     AddSynths(audio, 8);
     audio.Post({EngineCommand::Kind::Play});
     ASSERT_TRUE(output.OpenOutput(Settings("file", kBlock)));
@@ -58,16 +59,23 @@ TEST_F(CAlsaOutputTest, ADeviceGetsFiveBlocksOfSilenceAndThenTheOfflineRender) {
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     std::vector<std::int16_t> written(bytes.size() / 2);
     std::memcpy(written.data(), bytes.data(), written.size() * 2);
-    const std::size_t blocks = written.size() / (2 * kBlock);
-    ASSERT_GT(blocks, 200U);
-    std::vector<std::int16_t> expected(5 * 2 * kBlock, 0);
-    expected.resize(blocks * 2 * kBlock);
-    const auto offline = RenderOffline(8, 48000, kBlock, (blocks - 5) * kBlock);
-    ConvertToInt16(offline[0].data(), offline[1].data(), expected.data() + 5 * 2 * kBlock,
-                   static_cast<int>((blocks - 5) * kBlock));
-    written.resize(expected.size());
+    const std::size_t frames = written.size() / kBlockValues * kBlock;
+    ASSERT_GT(frames, std::size_t{200} * kBlock);
+    const auto offline = RenderOffline(8, 48000, kBlock, frames);
+    std::vector<std::int16_t> expected(2 * frames);
+    ConvertToInt16(offline[0].data(), offline[1].data(), expected.data(), static_cast<int>(frames));
+    const auto firstSound = [](const std::vector<std::int16_t>& values) {
+        return std::find_if(values.begin(), values.end(), [](std::int16_t value) { return value != 0; }) -
+               values.begin();
+    };
+    // The ring, and whole blocks more while the manager is still opening things.
+    const auto silence = firstSound(written) - firstSound(expected);
+    EXPECT_GE(silence, 5 * kBlockValues);
+    EXPECT_EQ(silence % kBlockValues, 0);
+    ASSERT_LT(silence, static_cast<std::ptrdiff_t>(frames)) << "half of it at least is sound";
     EXPECT_GT(*std::max_element(written.begin(), written.end()), 1000);
-    EXPECT_TRUE(written == expected);
+    written.resize(expected.size());
+    EXPECT_TRUE(std::equal(written.begin() + silence, written.end(), expected.begin()));
 }
 
 TEST_F(CAlsaOutputTest, PeriodRingAndRateAreThoseOfTheSettingsWhereTheDeviceCan) {
@@ -97,13 +105,29 @@ TEST_F(CAlsaOutputTest, AnUnknownNameOpensTheDefaultDeviceAndNoDeviceAtAllHoldsT
     EXPECT_EQ(output.Device(), nullptr);
 
     AddDefaultDevice();
-    ASSERT_TRUE(output.OpenOutput(Settings("Nowhere")));
-    EXPECT_TRUE(PlaysOn("default"));
-    ASSERT_TRUE(output.OpenOutput(Settings("")));
-    EXPECT_TRUE(PlaysOn("default"));
+    for (const char* const name : {"Nowhere", "", "Speakers (USB): 2", "hw:", "plug:{"}) {
+        ASSERT_TRUE(output.OpenOutput(Settings(name))) << name;
+        EXPECT_TRUE(PlaysOn("default")) << name;
+    }
     output.CloseOutput();
     EXPECT_TRUE(audio.RenderBlock());
     EXPECT_EQ(messages.size(), 1U);
+}
+
+TEST_F(CAlsaOutputTest, ABusyCardIsTriedAgainAndOneThatDoesNotStartIsReported) {
+    AddDefaultDevice();
+    PlayPatterns();
+    Mark("busy");
+    ASSERT_TRUE(output.OpenOutput(Settings("card")));
+    EXPECT_TRUE(PlaysOn("card"));
+    EXPECT_TRUE(messages.empty());
+    Mark("mute");
+    EXPECT_FALSE(output.OpenOutput(Settings("card")));
+    EXPECT_EQ(messages, std::vector<std::string>{"QUIBBOX|Cannot open: card"});
+    EXPECT_FALSE(audio.RenderBlock());
+    Unmark("mute");
+    ASSERT_TRUE(output.OpenOutput(Settings("card")));
+    ASSERT_TRUE(PlayOn(0.05));
 }
 
 TEST_F(CAlsaOutputTest, WithoutAServerTheNameOfJackIsReportedAndTheDefaultDevicePlays) {
@@ -141,7 +165,7 @@ TEST_F(CAlsaOutputTest, ACardThatGoesAwayIsStoodInForAndTakenBackAndTheUserToldO
         ASSERT_TRUE(PlayOn(0.7)) << "the transport stands still";
         EXPECT_TRUE(PlaysOn("Silent")) << "another device took its place";
         Unmark("absent");
-        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("card"); }, 2.0));
+        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("card"); }));
         ASSERT_TRUE(PlayOn(0.1));
         EXPECT_EQ(messages.size(), round);
     }
@@ -155,7 +179,8 @@ TEST_F(CAlsaOutputTest, PauseAndSilenceKeepTimeWithoutTheTransport) {
         ASSERT_TRUE(output.OpenOutput(Settings(name, 256)));
         const auto start = std::chrono::steady_clock::now();
         ASSERT_TRUE(PlayOn(0.5));
-        EXPECT_NEAR(Seconds(std::chrono::steady_clock::now() - start).count(), 0.5, 0.2);
+        // Late it may be, on a machine with other things to do, but not early by more than its ring.
+        EXPECT_GT(Seconds(std::chrono::steady_clock::now() - start).count(), 0.5 - 6 * 256.0 / 48000);
         audio.paused.Set(1.0F);
         for (int turn = 0; turn < 10; ++turn) Turn();
         const std::int64_t pausedAt = audio.Picture().sampleCounter;

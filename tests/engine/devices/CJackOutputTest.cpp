@@ -10,8 +10,6 @@ namespace {
 
 constexpr int kRate = 48000;
 
-bool IsSoak() { return std::getenv("QUIB_SOAK") != nullptr; }  // NOLINT(concurrency-mt-unsafe)
-
 std::size_t FirstSound(const std::vector<float>& samples) {
     const auto first = std::find_if(samples.begin(), samples.end(), [](float sample) { return sample != 0.0F; });
     return static_cast<std::size_t>(first - samples.begin());
@@ -23,10 +21,16 @@ protected:
         if (!CJackServer::IsInstalled()) GTEST_SKIP() << "jackd is not installed";
     }
     void TearDown() override { output.CloseOutput(); }
+    // The wiring is looked at twice a second, and taken for the user's wish when it is found again.
+    void WaitForWatches() {
+        for (int watch = 0; watch < 3; ++watch) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(510));
+            Turn();
+        }
+    }
 };
 
-// What another program records of a fresh engine from its first block on; empty when a deadline was missed,
-// which loses sound between two programs of JACK.
+// What another program records of a fresh engine from its first block on.
 std::array<std::vector<float>, 2> RecordLive(int synths, int blockSize, std::size_t frames) {
     CAudio engine;
     COutputManager manager(engine, {"", ""},
@@ -42,102 +46,28 @@ std::array<std::vector<float>, 2> RecordLive(int synths, int blockSize, std::siz
     while (peer.Recorded() < kRate / 10) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     engine.Release();
     while (peer.Recorded() < frames + kRate / 2) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    if (peer.Xruns() > 0) return {};
     return {peer.Channel(0), peer.Channel(1)};
 }
 
 TEST_F(CJackOutputTest, AnotherProgramRecordsTheOfflineRenderBitForBit) {
-    constexpr int kBlock = 1024;
+    constexpr int kBlock = 64;
     constexpr std::size_t kFrames = 3 * kRate;
     CJackServer server(kBlock);
     ASSERT_TRUE(server.Start());
     const auto offline = RenderOffline(16, kRate, kBlock, kFrames);
-    for (int attempt = 0; attempt < 5; ++attempt) {
-        const auto live = RecordLive(16, kBlock, kFrames);
-        if (live[0].empty()) continue;
-        for (const std::size_t channel : {0U, 1U}) {
-            const std::size_t from = FirstSound(live[channel]);
-            const std::size_t start = FirstSound(offline[channel]);
-            ASSERT_LT(start, kFrames / 2);
-            ASSERT_LE(from + kFrames - start, live[channel].size());
-            const auto end = offline[channel].end();
-            const auto difference =
-                std::mismatch(offline[channel].begin() + static_cast<std::ptrdiff_t>(start), end,
-                              live[channel].begin() + static_cast<std::ptrdiff_t>(from),
-                              [](float a, float b) { return std::bit_cast<int>(a) == std::bit_cast<int>(b); });
-            EXPECT_EQ(end - difference.first, 0) << "frames before the end";
-        }
-        return;
+    const auto live = RecordLive(16, kBlock, kFrames);
+    for (const std::size_t channel : {0U, 1U}) {
+        const std::size_t from = FirstSound(live[channel]);
+        const std::size_t start = FirstSound(offline[channel]);
+        ASSERT_LT(start, kFrames / 2);
+        ASSERT_LE(from + kFrames - start, live[channel].size());
+        const auto end = offline[channel].end();
+        const auto difference =
+            std::mismatch(offline[channel].begin() + static_cast<std::ptrdiff_t>(start), end,
+                          live[channel].begin() + static_cast<std::ptrdiff_t>(from),
+                          [](float a, float b) { return std::bit_cast<int>(a) == std::bit_cast<int>(b); });
+        EXPECT_EQ(end - difference.first, 0) << "frames before the end";
     }
-    GTEST_SKIP() << "this machine missed a deadline in each of five recordings";
-}
-
-TEST_F(CJackOutputTest, SixteenInstrumentsAt64FramesMissNoDeadline) {
-#ifdef QUIB_SANITIZED
-    GTEST_SKIP() << "instrumented code is too slow for it";
-#endif
-    CJackServer server(64);
-    ASSERT_TRUE(server.Start());
-    AddSynths(audio, 16);
-    const double seconds = IsSoak() ? 60.0 : 10.0;
-    audio.Post({EngineCommand::Kind::Play});
-    ASSERT_TRUE(output.OpenOutput(Settings("JACK")));
-    const auto end = std::chrono::steady_clock::now() + Seconds(seconds);
-    TurnUntil([&] { return std::chrono::steady_clock::now() > end; }, seconds + 5);
-    const std::uint64_t missed = output.Xruns();
-    RecordProperty("xruns", static_cast<int>(missed));
-    EXPECT_GT(audio.Picture().sampleCounter, static_cast<std::int64_t>(0.9 * seconds * kRate));
-    output.CloseOutput();
-    if (missed == 0) return;
-    // Is it us, or does this machine not serve even a program that does nothing?
-    const CJackPeer idle;
-    std::this_thread::sleep_for(Seconds(seconds));
-    if (idle.Xruns() > 0) {
-        GTEST_SKIP() << missed << " xruns in " << seconds << " s, but an idle client had " << idle.Xruns() << ", too";
-    }
-    EXPECT_EQ(missed, 0U);
-}
-
-TEST_F(CJackOutputTest, KillingTheServerLeavesThePlayingOnAndItsReturnBringsTheSoundBack) {
-    CJackServer server(256);
-    ASSERT_TRUE(server.Start());
-    CInstrument& instrument = AddInstrument("KeyCounter");
-    SetPattern(instrument, 0, 16, EveryStep(16, 60));
-    ASSERT_TRUE(output.OpenOutput(Settings("JACK")));
-    PlayPatterns();
-    ASSERT_TRUE(PlayOn(0.05));
-    const int restarts = IsSoak() ? 50 : 4;
-    double slowest = 0;
-    for (int restart = 0; restart < restarts; ++restart) {
-        SCOPED_TRACE(restart);
-        server.Stop(restart % 2 == 0 ? SIGKILL : SIGTERM);
-        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); })) << "no stand-in";
-        ASSERT_TRUE(PlayOn(0.1)) << "the transport stands still";
-        ASSERT_TRUE(server.Start());
-        const auto start = std::chrono::steady_clock::now();
-        ASSERT_TRUE(TurnUntil([&] { return PlaysOn("JACK"); }));
-        CJackPeer peer(4096);
-        ASSERT_TRUE(peer.RecordProgram());
-        ASSERT_TRUE(TurnUntil([&] { return peer.Recorded() == 4096 && peer.Channel(1).back() != 0.0F; }));
-        const Seconds silence = std::chrono::steady_clock::now() - start;
-        EXPECT_LT(silence.count(), 2.0);
-        slowest = std::max(slowest, silence.count());
-        EXPECT_EQ(peer.Connections("QUIB Sequencer:left"),
-                  (std::vector<std::string>{"system:playback_1", "peer:in_1"}));
-    }
-    RecordProperty("slowest_return_ms", static_cast<int>(slowest * 1000));
-    EXPECT_EQ(messages.size(), static_cast<std::size_t>(restarts));
-    EXPECT_EQ(messages.front(), "QUIBBOX|JACK is gone");
-    EXPECT_TRUE(audio.Picture().playing);
-
-    // No key hangs: after the stop none is down.
-    Command(EngineCommand::Kind::Stop);
-    ASSERT_TRUE(TurnUntil([&] { return !audio.Picture().playing; }));
-    CJackPeer peer(8192);
-    ASSERT_TRUE(peer.RecordProgram());
-    ASSERT_TRUE(TurnUntil([&] { return peer.Recorded() == 8192; }));
-    EXPECT_EQ(peer.Channel(0).back(), 0.0F);
-    EXPECT_NE(peer.Channel(1).back(), 0.0F);
 }
 
 TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
@@ -145,7 +75,7 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
     ASSERT_TRUE(server.Start());
     AddInstrument("KeyCounter").midi.channel.Set(kChannelOmni);
     {
-        CJackPeer peer(std::size_t{kRate} * 20);
+        CJackPeer peer;
         AudioSettings settings = Settings("JACK");
         settings.midiInDevice = "peer:midi";
         ASSERT_TRUE(output.OpenOutput(settings));
@@ -153,12 +83,11 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
         EXPECT_EQ(std::count(names.begin(), names.end(), "peer:midi"), 1);
         ASSERT_EQ(peer.Connections("QUIB Sequencer:midi_in"), std::vector<std::string>{"peer:midi"});
         ASSERT_TRUE(peer.RecordProgram());
-        const auto heard = [&] { return peer.Recorded() > 0 ? peer.Last(0) : 0.0F; };
-        // A message may get lost where the machine misses a deadline, or before a connection works: again, then.
+        const auto heard = [&] { return peer.Last(0); };
+        // A message may get lost before a connection works: again, then.
         const auto hears = [&](std::array<unsigned char, 3> message, const std::function<bool()>& condition) {
             for (int attempt = 0; attempt < 5; ++attempt) {
-                peer.SendMidi(message);
-                if (TurnUntil(condition, 0.5)) return true;
+                if (peer.SendMidi(message) && TurnUntil(condition, 0.5)) return true;
             }
             return false;
         };
@@ -198,7 +127,7 @@ TEST_F(CJackOutputTest, TheServersBlockSizeIsFollowedAndWhatTheUserWiredIsKept) 
         EXPECT_EQ(peer.Connections("QUIB Sequencer:right"), std::vector<std::string>{"system:playback_2"});
         ASSERT_TRUE(peer.Connect("QUIB Sequencer:right", "system:playback_1"));
         ASSERT_TRUE(peer.Disconnect("QUIB Sequencer:right", "system:playback_2"));
-        ASSERT_TRUE(PlayOn(2.0));
+        WaitForWatches();
     }
     server.Stop();
     ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); }));

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/devices/CMidiFeed.h"
 
-#include <fstream>
-#include <random>
+#include <gtest/gtest.h>
 
-#include "DeviceFixture.h"
-#include "platform/Clock.h"
+#include <random>
+#include <vector>
 
 namespace quib {
 namespace {
@@ -69,78 +68,6 @@ TEST(CMidiFeedTest, WhateverTheQueueDropsNoNoteHangs) {
     }
     EXPECT_EQ(sounding.count(), 0U);
     EXPECT_TRUE(feed.Flush(0));
-}
-
-class CMidiFloodTest : public CDeviceTest {
-protected:
-    static constexpr int kMessagesPerSecond = 100'000;
-
-    static std::size_t ResidentKilobytes() {
-        std::ifstream status("/proc/self/status");
-        for (std::string word; status >> word;) {
-            if (word == "VmRSS:") {
-                std::size_t size = 0;
-                status >> size;
-                return size;
-            }
-        }
-        return 0;
-    }
-
-    // Notes, bends and controllers of a player with far too many hands; ends with every key up.
-    void Flood(CMidiFeed& feed, double seconds) {
-        const std::uint64_t start = Nanoseconds();
-        const auto total = static_cast<std::uint64_t>(seconds * kMessagesPerSecond);
-        for (std::uint64_t sent = 0; sent < total;) {
-            const std::uint64_t due = (Nanoseconds() - start) * kMessagesPerSecond / 1'000'000'000;
-            for (; sent < std::min(due, total); ++sent) {
-                const auto key = static_cast<std::uint8_t>(sent / 4 % 100);
-                const MidiMessage kinds[] = {{0x90, key, 100}, {0xe0, 0, key}, {0xb0, 1, key}, {0x80, key, 0}};
-                MidiMessage message = kinds[sent % 4];
-                message.time = Milliseconds();
-                feed.Add(message);
-            }
-            std::this_thread::sleep_for(std::chrono::microseconds(500));
-        }
-        while (!feed.Flush(Milliseconds())) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-};
-
-TEST_F(CMidiFloodTest, AFloodTakesNoMemoryAndLeavesNoKeyDown) {
-    const double seconds = std::getenv("QUIB_SOAK") != nullptr ? 60.0 : 3.0;  // NOLINT(concurrency-mt-unsafe)
-    const CInstrument& instrument = AddInstrument("KeyCounter");
-    AddInstrument("KeyCounter");
-    for (const auto& each : *audio.instruments.ForEdit()) {
-        each->midi.channel.Set(kChannelOmni);
-        each->midi.pitchBend.Set(1.0F);
-        each->midi.modulationWheel.Set(1.0F);
-    }
-    // Blocks so long that a queue cannot hold what comes in during one.
-    ASSERT_TRUE(output.OpenOutput(Settings("Silent", 8192)));
-    PlayPatterns();
-    std::atomic<bool> done{false};
-    std::size_t before = 0;
-    std::thread player([&] {
-        CMidiFeed feed(audio.MidiInputQueue());
-        Flood(feed, 0.5);
-        before = ResidentKilobytes();
-        Flood(feed, seconds);
-        done = true;
-    });
-    const auto turn = [&] {
-        Turn();
-        for (EngineNotice notice; audio.Fetch(notice);) continue;
-    };
-    while (!done) turn();
-    player.join();
-    EXPECT_LT(ResidentKilobytes(), before + 1024);
-    EXPECT_GT(audio.DroppedMidi(), 0U) << "the flood was none";
-    // What still waits, and one block more.
-    ASSERT_TRUE(PlayOn(4 * 8192.0 / 48000));
-    output.CloseOutput();
-    const CPlugin& plugin = *instrument.plugin.ForEdit()->plugin;
-    EXPECT_EQ(plugin.Output(0)[8191], 0.0F) << "keys down, of 256";
-    EXPECT_EQ(plugin.Output(1)[8191], 0.5F) << "no key was ever struck";
 }
 
 }  // namespace

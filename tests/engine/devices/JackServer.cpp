@@ -2,7 +2,6 @@
 #include "JackServer.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
 #include <spawn.h>
@@ -58,20 +57,10 @@ bool AnswersClients() {
 
 bool CJackServer::IsInstalled() { return std::system("command -v jackd >/dev/null 2>&1") == 0; }  // NOLINT
 
-CJackServer::CJackServer(int blockSize, int sampleRate) : name("quib-test-" + std::to_string(getpid())) {
-    arguments = {"setpriv",
-                 "--pdeathsig",
-                 "KILL",
-                 "jackd",
-                 "-n",
-                 name,
-                 MayUseRealTime() ? "-R" : "-r",
-                 "-d",
-                 "dummy",
-                 "-r",
-                 std::to_string(sampleRate),
-                 "-p",
-                 std::to_string(blockSize)};
+CJackServer::CJackServer(int blockSize, EMode mode) : name("quib-test-" + std::to_string(getpid())) {
+    arguments = {"setpriv", "--pdeathsig", "KILL", "jackd", "-n", name, MayUseRealTime() ? "-R" : "-r"};
+    if (mode == EMode::kPatient) arguments.insert(arguments.end(), {"-S", "-t", "20000"});
+    arguments.insert(arguments.end(), {"-d", "dummy", "-r", "48000", "-p", std::to_string(blockSize)});
     setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);     // NOLINT(concurrency-mt-unsafe)
     jack_set_error_function([](const char*) {});
@@ -90,7 +79,7 @@ bool CJackServer::Start() {
     const int result = posix_spawnp(&process, words[0], &actions, nullptr, words.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (result != 0) process = 0;
-    return result == 0 && WaitUntil(AnswersClients, std::chrono::seconds(10));
+    return result == 0 && WaitUntil(AnswersClients, std::chrono::seconds(30));
 }
 
 void CJackServer::Stop(int signal) {
@@ -138,9 +127,10 @@ bool CJackPeer::RecordProgram() {
     return recording;
 }
 
-void CJackPeer::SendMidi(std::array<unsigned char, 3> bytes) {
-    message = 1U << 24 | static_cast<unsigned>(bytes[0]) << 16 | static_cast<unsigned>(bytes[1]) << 8 | bytes[2];
-    EXPECT_TRUE(WaitUntil([this] { return message.load() == 0; }, std::chrono::seconds(2)));
+bool CJackPeer::SendMidi(std::array<unsigned char, 3> bytes, int frame) {
+    message = static_cast<std::uint64_t>(frame) << 32 | 1U << 24 | static_cast<unsigned>(bytes[0]) << 16 |
+              static_cast<unsigned>(bytes[1]) << 8 | bytes[2];
+    return WaitUntil([this] { return message.load() == 0; }, std::chrono::seconds(10));
 }
 
 std::vector<std::string> CJackPeer::Connections(const std::string& port) const {
@@ -164,11 +154,14 @@ int CJackPeer::OnProcess(jack_nframes_t frames, void* self) {
 void CJackPeer::Process(jack_nframes_t frames) {
     void* const events = jack_port_get_buffer(midi, frames);
     jack_midi_clear_buffer(events);
-    if (const std::uint32_t packed = message.exchange(0); packed != 0) {
+    if (const std::uint64_t packed = message.load(); packed != 0) {
+        const auto frame = static_cast<jack_nframes_t>(packed >> 32);
         const std::array<jack_midi_data_t, 3> bytes = {static_cast<jack_midi_data_t>(packed >> 16),
                                                        static_cast<jack_midi_data_t>(packed >> 8),
                                                        static_cast<jack_midi_data_t>(packed)};
-        jack_midi_event_write(events, 0, bytes.data(), bytes.size());
+        jack_midi_event_write(events, std::min(frame, frames - 1), bytes.data(), bytes.size());
+        sentAt = recorded + frame;
+        message = 0;
     }
     if (!recording) return;
     const std::size_t done = recorded.load(std::memory_order_relaxed);
@@ -176,6 +169,7 @@ void CJackPeer::Process(jack_nframes_t frames) {
     for (std::size_t index = 0; index < inputs.size(); ++index) {
         const auto* const from = static_cast<const float*>(jack_port_get_buffer(inputs[index], frames));
         std::copy_n(from, count, sound[index].begin() + static_cast<std::ptrdiff_t>(done));
+        newest[index] = from[frames - 1];
     }
     recorded.store(done + count, std::memory_order_release);
 }

@@ -20,7 +20,11 @@ public:
     // False where jackd is not installed.
     static bool IsInstalled();
 
-    explicit CJackServer(int blockSize, int sampleRate = 48000);
+    // A patient server waits for its clients in every block, so that no sound and no message gets lost,
+    // whatever else the machine does. The other kind is what users run.
+    enum class EMode { kPatient, kRealTime };
+
+    explicit CJackServer(int blockSize, EMode mode = EMode::kPatient);
     ~CJackServer() { Stop(); }
     CJackServer(const CJackServer&) = delete;
     CJackServer& operator=(const CJackServer&) = delete;
@@ -48,16 +52,18 @@ public:
     bool Disconnect(const std::string& source, const std::string& target);
     // Connects our program's two ports and begins to record.
     bool RecordProgram();
-    // One message in the next block. Waits until it has been handed over.
-    void SendMidi(std::array<unsigned char, 3> message);
+    // One message in the next block, at a frame of it. Waits until it has been handed over; false when it was not.
+    bool SendMidi(std::array<unsigned char, 3> bytes, int frame = 0);
+    // Where in the recording that was.
+    std::size_t SentAt() const { return sentAt.load(); }
     std::vector<std::string> Connections(const std::string& port) const;
     void SetBlockSize(int frames) { jack_set_buffer_size(client, static_cast<jack_nframes_t>(frames)); }
 
     std::size_t Recorded() const { return recorded.load(std::memory_order_acquire); }
     // What was recorded of a channel so far.
     std::vector<float> Channel(std::size_t index) const;
-    // The newest sample recorded of a channel.
-    float Last(std::size_t index) const { return sound[index][Recorded() - 1]; }
+    // The newest sample that came in on a channel.
+    float Last(std::size_t index) const { return newest[index].load(); }
     int Xruns() const { return xruns.load(); }
 
 private:
@@ -68,9 +74,11 @@ private:
     std::array<jack_port_t*, 2> inputs{};
     jack_port_t* midi = nullptr;
     std::array<std::vector<float>, 2> sound;
+    std::array<std::atomic<float>, 2> newest{};
     std::atomic<bool> recording{false};
     std::atomic<std::size_t> recorded{0};
-    std::atomic<std::uint32_t> message{0};  // packed; 0 for none
+    std::atomic<std::uint64_t> message{0};  // packed; 0 for none
+    std::atomic<std::size_t> sentAt{0};
     std::atomic<int> xruns{0};
 };
 

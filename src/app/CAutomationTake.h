@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Points of automation that come in while it is recorded: they sound at once, and all of one pass become
+// one step of undo when it ends. User-interface thread.
+
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "engine/EngineMessages.h"
+#include "model/CEventLanes.h"
+#include "model/sharing/CPublished.h"
+
+class QUndoStack;
+
+namespace quib {
+
+class CAutomationTake {
+public:
+    // `owner` keeps `lanes` alive.
+    void Add(const std::shared_ptr<const void>& owner, CPublished<CEventLanes>& lanes, const EngineNotice& point,
+             CGraveyard& graveyard);
+    bool IsEmpty() const noexcept { return changes.empty(); }
+    void Finish(const QString& name, QUndoStack& undo, CGraveyard& graveyard);
+
+private:
+    struct Change {
+        std::shared_ptr<const void> owner;
+        CPublished<CEventLanes>* lanes;
+        std::shared_ptr<const CEventLanes> before;
+    };
+    std::vector<Change> changes;
+};
+
+}  // namespace quib

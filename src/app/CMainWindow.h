@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The frame around the console: menus, keys, the timer, files dropped on it, the question about unsaved
+// work. What the commands do to the project is the workstation's. User-interface thread.
+
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "app/CRecentFiles.h"
+#include "app/CWorkstation.h"
+#include "app/StartUp.h"
+
+class QAction;
+class QMenu;
+
+namespace quib {
+
+class CMainWindow;
+class CPluginCatalog;
+class CPluginWindows;
+
+// Makes the console; the window owns it.
+using ConsoleFactory = std::function<QWidget*(CMainWindow& window)>;
+
+class CMainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    static constexpr int kTickMilliseconds = 40;
+
+    CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatalog, const ConsoleFactory& makeConsole);
+    ~CMainWindow() override;
+
+    CWorkstation& Workstation() noexcept { return workstation; }
+    CPluginCatalog& Catalog() noexcept { return catalog; }
+    CPluginWindows& PluginWindows() noexcept { return *pluginWindows; }
+
+    // In the order of the start: the menus' marks, then the timer.
+    void ApplySettings();
+    void StartTimer() { timer.start(); }
+    CBackupCountdown& BackupCountdown() noexcept { return countdown; }
+
+    // Runs a command by its number; false for one that is not known.
+    bool Run(int number);
+    QAction* Action(int number) const;
+
+    // Opens a project after the question about unsaved work.
+    void Open(const QString& path);
+    // What dropping a file on the window does.
+    void TakeFile(const QString& path);
+    // True when unsaved work may be thrown away: there is none, it was saved, or the user agreed.
+    bool MayDiscard();
+    void ShowMessage(const QString& caption, const QString& text);
+    // Tells what a loading left out.
+    void ShowWarnings();
+
+    // Percent; 75 to 300.
+    int Scale() const;
+    void SetScale(int percent);
+
+Q_SIGNALS:
+    void Ticked();                   // every 40 ms, after the work of the workstation
+    void EditCommanded(int number);  // cut, copy, paste, delete, select all: for the editor in use
+    void SettingsChanged();          // toggles, language, scale
+    void QuickStartWanted();
+    void TimebaseChanged();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void BuildMenus();
+    void BuildFileMenu();
+    void BuildEditMenu();
+    void BuildSettingsMenu();
+    void BuildHelpMenu();
+    void BuildScaleMenu(QMenu& menu);
+    void RebuildRecentFiles();
+    void RebuildRestoreMenu();
+    QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run);
+    QAction* AddToggle(QMenu& menu, int number, const char* text, const char* setting);
+    void Toggle(int number, const char* setting);
+    void ChooseLanguage(int number);
+    void ApplyLanguage();
+    void OpenManual(const char* format);
+    void New();
+    void Save();
+    void SaveAs();
+    void SaveTo(const QString& path);
+    QString PathToSave();
+    void Remember(const QString& path);
+    bool SaveNow();
+    void Restore(const QString& path);
+    void ChooseAndOpen();
+    bool LoadWithProgress(const QString& path);
+    void ScanPlugins();
+    void ChoosePluginFolders();
+    void ShowTitle();
+    void OnTick();
+    void TakePluginLibrary(const QString& path);
+
+    CWorkstation& workstation;
+    CPluginCatalog& catalog;
+    CSettings& settings;
+    CRecentFiles recentFiles;
+    std::unique_ptr<CPluginWindows> pluginWindows;
+    CBackupCountdown countdown;
+    QTimer timer;
+    std::map<int, QAction*> actions;
+    QMenu* fileMenu = nullptr;
+    QMenu* restoreMenu = nullptr;
+    QList<QAction*> recentActions;
+    bool loading = false;
+};
+
+}  // namespace quib

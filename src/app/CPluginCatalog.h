@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The plug-ins of the machine: every library of the plug-in folders, asked by quib-scan in a process of its
+// own, one after the other, so that a broken one takes nothing down. What was learnt is kept in a file
+// until the library changes. User-interface thread; never waits but in Ask.
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QProcess>
+#include <QStringList>
+#include <memory>
+
+namespace quib {
+
+struct PluginEntry {
+    QString name;
+    QString path;  // of the library
+    QString vendor;
+    bool isInstrument = false;
+    bool isBroken = false;  // crashed, hung or refused
+    QString error;          // of a broken one
+    qint64 changed = 0;     // of the library when it was asked, milliseconds
+    qint64 size = 0;        // bytes
+
+    friend bool operator==(const PluginEntry&, const PluginEntry&) = default;
+};
+
+class CPluginCatalog : public QObject {
+    Q_OBJECT
+
+public:
+    CPluginCatalog(const QString& scannerProgram, const QString& cacheFile);
+    ~CPluginCatalog() override;
+
+    // Folders with their sub-folders; the first folder wins where two have a library of one name.
+    void SetFolders(const QStringList& pluginFolders) { folders = pluginFolders; }
+    // Asks what is new or has changed. Does nothing while it is being done.
+    void Scan();
+    // Stops after the library under way has been given up.
+    void Cancel();
+    bool IsScanning() const noexcept { return scanning; }
+
+    // What can be loaded, in the order of the folders and of the names in them.
+    QList<PluginEntry> Instruments() const { return Select(true); }
+    QList<PluginEntry> Effects() const { return Select(false); }
+    QList<PluginEntry> All() const { return entries; }
+
+    // What one library is; asks it, and waits, when nobody did yet. False, with `error`, for a broken one.
+    bool Ask(const QString& path, PluginEntry& entry, QString& error);
+
+Q_SIGNALS:
+    void Progressed(int done, int total, const QString& name);
+    void Finished();  // also when it was cancelled
+
+private:
+    QList<PluginEntry> Select(bool instruments) const;
+    QStringList FindLibraries() const;
+    void ReadCache();
+    void WriteCache() const;
+    void AskNext();
+    void TakeAnswer();
+    void End();
+    static PluginEntry Describe(const QString& path, bool succeeded, const QByteArray& answer, const QByteArray& error);
+
+    QString scanner;
+    QString cachePath;
+    QStringList folders;
+    QHash<QString, PluginEntry> known;  // by path
+    QList<PluginEntry> entries;
+    QList<PluginEntry> gathered;  // by the scan under way
+    QStringList libraries;        // of the scan under way
+    qsizetype next = 0;
+    bool scanning = false;
+    bool learnt = false;
+    std::unique_ptr<QProcess> process;
+};
+
+}  // namespace quib

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/CPluginWindow.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSignalBlocker>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/CParameterList.h"
+#include "app/CWorkstation.h"
+#include "app/FileDialogs.h"
+#include "app/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kMostPrograms = 4096;
+
+bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
+
+QString ProgramName(CPlugin& plugin, int program) {
+    const QString name = QString::fromStdString(plugin.Text(vst2::effGetProgramNameIndexed, program)).trimmed();
+    const QString number = QString::number(program + 1);
+    return name.isEmpty() ? number : number + QStringLiteral("  ") + name;
+}
+
+}  // namespace
+
+CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin, QWidget* parent)
+    : QWidget(parent, Qt::Window), workstation(projectOwner), plugin(std::move(shownPlugin)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    pages = new QStackedWidget;
+    BuildBar();
+    BuildPage();
+    layout->addWidget(pages, 1);
+    FillPrograms();
+    workstation.WatchParameters(plugin);
+    ShowTitle();
+    connect(&workstation, &CWorkstation::InstrumentChanged, this, &CPluginWindow::ShowTitle);
+    resize(560, 480);
+}
+
+CPluginWindow::~CPluginWindow() {
+    CloseEditor();
+    workstation.UnwatchParameters(plugin.get());
+}
+
+void CPluginWindow::ShowTitle() {
+    SlotPlace place;
+    QString title = QString::fromStdString(plugin->Identity().displayName);
+    if (workstation.FindPlugin(plugin.get(), place)) {
+        if (const auto instrument = workstation.InstrumentById(place.instrument)) {
+            title += QStringLiteral(" - ") + QString::fromStdString(instrument->title);
+        }
+    }
+    setWindowTitle(title);
+}
+
+void CPluginWindow::BuildBar() {
+    auto* const bar = new QHBoxLayout;
+    bar->setContentsMargins(6, 6, 6, 6);
+    programs = new QComboBox;
+    programs->setObjectName(QStringLiteral("programs"));
+    programs->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(programs, &QComboBox::activated, this,
+            [this](int program) { workstation.SelectProgram(plugin, program); });
+    bar->addWidget(programs, 1);
+    const struct {
+        const char* text;
+        void (CPluginWindow::*run)(EFileKind);
+    } menus[] = {{"Load", &CPluginWindow::Load}, {"Save", &CPluginWindow::Save}};
+    for (const auto& entry : menus) {
+        auto* const button = new QToolButton;
+        auto* const menu = new QMenu(button);
+        const auto run = entry.run;
+        menu->addAction(Text("Bank ..."), this, [this, run] { (this->*run)(EFileKind::kBank); });
+        menu->addAction(Text("Program ..."), this, [this, run] { (this->*run)(EFileKind::kProgram); });
+        button->setText(Text(entry.text));
+        button->setMenu(menu);
+        button->setPopupMode(QToolButton::InstantPopup);
+        bar->addWidget(button);
+    }
+    pageButton = new QToolButton;
+    pageButton->setText(Text("Parameters"));
+    pageButton->setCheckable(true);
+    pageButton->setChecked(true);
+    pageButton->setVisible(plugin->HasEditor() && CanEmbed());
+    connect(pageButton, &QToolButton::clicked, this, [this](bool page) { page ? ShowPage() : ShowEditor(); });
+    bar->addWidget(pageButton);
+    static_cast<QVBoxLayout*>(layout())->addLayout(bar);
+}
+
+void CPluginWindow::BuildPage() {
+    auto* const page = new QWidget;
+    auto* const layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* const filter = new QLineEdit;
+    filter->setObjectName(QStringLiteral("filter"));
+    filter->setPlaceholderText(Text("Filter"));
+    filter->setClearButtonEnabled(true);
+    list = new CParameterList(workstation, plugin);
+    connect(filter, &QLineEdit::textChanged, list, &CParameterList::SetFilter);
+    layout->addWidget(filter);
+    layout->addWidget(list, 1);
+    pages->addWidget(page);
+}
+
+void CPluginWindow::FillPrograms() {
+    const QSignalBlocker quiet(programs);
+    programs->clear();
+    const int count = std::min(plugin->Identity().programCount, kMostPrograms);
+    for (int program = 0; program < count; ++program) programs->addItem(ProgramName(*plugin, program));
+    programs->setEnabled(count > 0);
+}
+
+void CPluginWindow::ShowPage() {
+    pageButton->setChecked(true);
+    CloseEditor();
+    pages->setCurrentIndex(0);
+}
+
+void CPluginWindow::ShowEditor() {
+    if (!plugin->HasEditor() || !CanEmbed()) return ShowPage();
+    pageButton->setChecked(false);
+    OpenEditor();
+}
+
+// The plug-in talks to the window system on its own, so the place must be there when it is told of it.
+void CPluginWindow::OpenEditor() {
+    if (editorOpen) return;
+    editor = new QWidget;
+    editor->setAttribute(Qt::WA_NativeWindow);
+    editor->setAttribute(Qt::WA_DontCreateNativeAncestors);
+    pages->addWidget(editor);
+    pages->setCurrentWidget(editor);
+    FitEditor();
+    show();
+    const WId id = editor->winId();
+    QGuiApplication::sync();
+    editorOpen = true;
+    plugin->Dispatch(vst2::effEditOpen, 0, 0, reinterpret_cast<void*>(id));
+    FitEditor();
+}
+
+void CPluginWindow::CloseEditor() {
+    if (!editorOpen) return;
+    editorOpen = false;
+    plugin->Dispatch(vst2::effEditClose);
+    pages->removeWidget(editor);
+    delete editor;
+    editor = nullptr;
+}
+
+void CPluginWindow::FitEditor() {
+    vst2::ERect* rectangle = nullptr;
+    plugin->Dispatch(vst2::effEditGetRect, 0, 0, static_cast<void*>(&rectangle));
+    if (rectangle == nullptr) return;
+    ResizeEditor(rectangle->right - rectangle->left, rectangle->bottom - rectangle->top);
+}
+
+void CPluginWindow::ResizeEditor(int width, int height) {
+    if (editor == nullptr || width < 1 || height < 1) return;
+    const qreal ratio = devicePixelRatioF();
+    editor->setFixedSize(QSize(width, height) / ratio);
+    layout()->activate();
+    adjustSize();
+}
+
+void CPluginWindow::Tick() {
+    if (editorOpen) {
+        plugin->Dispatch(vst2::effEditIdle);
+    } else if (isVisible()) {
+        list->Refresh();
+    }
+    const auto program = static_cast<int>(plugin->Dispatch(vst2::effGetProgram));
+    if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;
+    programs->setCurrentIndex(program);
+}
+
+void CPluginWindow::Load(EFileKind kind) {
+    SlotPlace place;
+    if (!workstation.FindPlugin(plugin.get(), place)) return;
+    const QString path = ChooseFileToOpen(this, workstation.Settings(), kind);
+    if (path.isEmpty()) return;
+    QString error;
+    const bool loaded = kind == EFileKind::kBank ? workstation.LoadBank(place, path, error)
+                                                 : workstation.LoadProgram(place, path, error);
+    if (!loaded) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
+    FillPrograms();
+}
+
+void CPluginWindow::Save(EFileKind kind) {
+    SlotPlace place;
+    if (!workstation.FindPlugin(plugin.get(), place)) return;
+    const QString path = ChooseFileToSave(this, workstation.Settings(), kind);
+    if (path.isEmpty()) return;
+    QString error;
+    const bool saved = kind == EFileKind::kBank ? workstation.SaveBank(place, path, error)
+                                                : workstation.SaveProgram(place, path, error);
+    if (!saved) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
+}
+
+void CPluginWindow::closeEvent(QCloseEvent* event) {
+    CloseEditor();
+    event->accept();
+}
+
+}  // namespace quib

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The window of one plug-in: its programs, its banks, a page of all its parameters, and its own editor
+// where it has one that can be embedded. Keeps the plug-in alive while it is open. User-interface thread.
+
+#include <QWidget>
+#include <memory>
+
+class QComboBox;
+class QStackedWidget;
+class QToolButton;
+
+namespace quib {
+
+class CParameterList;
+class CPlugin;
+class CWorkstation;
+enum class EFileKind;
+
+class CPluginWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin, QWidget* parent);
+    ~CPluginWindow() override;
+
+    CPlugin& Plugin() noexcept { return *plugin; }
+    CParameterList& Parameters() noexcept { return *list; }
+    // Shows the page of the parameters, or the plug-in's editor.
+    void ShowPage();
+    void ShowEditor();
+    bool IsEditorOpen() const noexcept { return editorOpen; }
+    // From the 40 ms timer.
+    void Tick();
+    // The plug-in asks for this size of its editor (pixels of the screen).
+    void ResizeEditor(int width, int height);
+    void Load(EFileKind kind);
+    void Save(EFileKind kind);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void BuildBar();
+    void BuildPage();
+    void FillPrograms();
+    void OpenEditor();
+    void CloseEditor();
+    void FitEditor();
+    void ShowTitle();
+
+    CWorkstation& workstation;
+    std::shared_ptr<CPlugin> plugin;
+    QComboBox* programs = nullptr;
+    QToolButton* pageButton = nullptr;
+    QStackedWidget* pages = nullptr;
+    CParameterList* list = nullptr;
+    QWidget* editor = nullptr;  // the place for the plug-in's own window
+    bool editorOpen = false;
+};
+
+}  // namespace quib

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The open windows of plug-ins, one for each plug-in; they close when their plug-in leaves the project.
+// User-interface thread.
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+
+#include "app/CPluginWindow.h"
+#include "app/CWorkstation.h"
+
+namespace quib {
+
+class CPluginWindows : public QObject {
+    Q_OBJECT
+
+public:
+    explicit CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent = nullptr);
+    ~CPluginWindows() override { CloseAll(); }
+
+    // Opens the window of what stands in a place, or brings it to the front: the plug-in's own editor, or
+    // the page of its parameters. Null when there is no plug-in.
+    CPluginWindow* Show(const SlotPlace& place);
+    CPluginWindow* ShowParameters(const SlotPlace& place);
+    void CloseAll();
+    void Tick();
+
+private:
+    CPluginWindow* WindowOf(const SlotPlace& place);
+    void CloseLost();
+    void ResizeEditor(const void* plugin, int width, int height);
+
+    CWorkstation& workstation;
+    QWidget* parent;
+    QHash<const void*, QPointer<CPluginWindow>> windows;
+};
+
+}  // namespace quib

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/FileDialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include "app/CSettings.h"
+#include "app/Texts.h"
+
+namespace quib {
+
+namespace {
+
+struct Kind {
+    const char* title;
+    const char* filter;
+    const char* folder;     // name of the setting that keeps it
+    const char* extension;  // empty: none is added
+};
+
+const Kind& Describe(EFileKind kind) {
+    static constexpr Kind kinds[] = {
+        {"Choose the Program file", "Quib Program File (*.prg)", "ProgramDir", ".prg"},
+        {"Choose the Instrument file", "Quib Instrument File (*.ist)", "InstrumentDir", ".ist"},
+        {"Choose the Pattern file", "Quib Pattern File (*.ptn)", "PatternDir", ".ptn"},
+        {"Choose the Bank file", "Plugin Bank File (*.fxb)", "PresetDir", ".fxb"},
+        {"Choose the Preset file", "Plugin Preset File (*.fxp)", "PresetDir", ".fxp"},
+        {"Choose the VST Plugin library", "VST library (*.so)", "PluginDir", ""},
+        {"Choose the VST Plugin library", "VST library (*.so)", "EffectDir", ""},
+        {"Choose the sound file", "Wave and MP3 files (*.wav *.mp3)", "RecordDir", ".wav"},
+    };
+    return kinds[static_cast<std::size_t>(kind)];
+}
+
+QString StartFolder(const CSettings& settings, const Kind& kind) {
+    const QString folder = settings.ReadSettingString(kSettingsSection, QLatin1String(kind.folder));
+    return folder.isEmpty() ? QDir::homePath() : folder;
+}
+
+void KeepFolder(CSettings& settings, const Kind& kind, const QString& file) {
+    if (file.isEmpty()) return;
+    settings.WriteSettingString(kSettingsSection, QLatin1String(kind.folder),
+                                QFileInfo(file).absolutePath() + QLatin1Char('/'));
+}
+
+bool MayReplace(QWidget* parent, const QString& title) {
+    return QMessageBox::question(parent, title, Text("This file exists !\r\nDo you want to replace it ?"),
+                                 QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+}  // namespace
+
+QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind fileKind) {
+    const Kind& kind = Describe(fileKind);
+    const QString file =
+        QFileDialog::getOpenFileName(parent, Text(kind.title), StartFolder(settings, kind), Text(kind.filter));
+    KeepFolder(settings, kind, file);
+    return file;
+}
+
+QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind fileKind, const QString& suggestion) {
+    const Kind& kind = Describe(fileKind);
+    QString file = QFileDialog::getSaveFileName(parent, Text(kind.title),
+                                                QDir(StartFolder(settings, kind)).filePath(suggestion),
+                                                Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
+    if (file.isEmpty()) return {};
+    if (QFileInfo(file).suffix().isEmpty()) file += QLatin1String(kind.extension);
+    if (QFileInfo::exists(file) && !MayReplace(parent, Text(kind.title))) return {};
+    KeepFolder(settings, kind, file);
+    return file;
+}
+
+}  // namespace quib

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The file dialogs, each of which starts where the last file of its kind was. User-interface thread.
+
+#include <QString>
+
+class QWidget;
+
+namespace quib {
+
+class CSettings;
+
+enum class EFileKind { kProject, kInstrument, kPattern, kBank, kProgram, kInstrumentPlugin, kEffectPlugin, kSound };
+
+// Empty when the user gave up.
+QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind kind);
+// Asks before a file is replaced; adds the extension of the kind where none is given.
+QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind kind, const QString& suggestion = {});
+
+}  // namespace quib

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The look of windows and dialogs: dark, in the font of the skin. User-interface thread.
+
+#include "app/Texts.h"
+
+namespace quib {
+
+class CSettings;
+
+// For the whole program; may be called again for another scale (percent).
+void ApplyLook(int scale);
+// English, unless French alone is chosen.
+ELanguage ChosenLanguage(const CSettings& settings);
+
+}  // namespace quib

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The menus of the main window, and the commands that only change settings.
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QMenuBar>
+#include <QUrl>
+
+#include "app/CMainWindow.h"
+#include "app/CPluginCatalog.h"
+#include "app/CSettings.h"
+#include "app/Commands.h"
+#include "app/Dialogs.h"
+#include "app/Look.h"
+#include "app/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kScales[] = {75, 100, 125, 150, 175, 200, 250, 300};
+
+struct ToggleEntry {
+    int number;
+    const char* text;
+    const char* setting;
+};
+constexpr ToggleEntry kToggles[] = {
+    {command::kAutomaticScroll, "Automatic Scroll", "AutomaticScroll"},
+    {command::kPresetOn, "Presets On", "PresetOn"},
+    {command::kSoloCumul, "Solo Cumul Mode", "SoloCumulMode"},
+    {command::kLevelOff, "Level off when loading an Instrument", "LevelOffWhenLoadingInst"},
+};
+
+}  // namespace
+
+QAction* CMainWindow::Action(int number) const {
+    const auto place = actions.find(number);
+    return place == actions.end() ? nullptr : place->second;
+}
+
+bool CMainWindow::Run(int number) {
+    QAction* const action = Action(number);
+    if (action == nullptr) return false;
+    action->trigger();
+    return true;
+}
+
+QAction* CMainWindow::Add(QMenu& menu, int number, const char* text, std::function<void()> run) {
+    QAction* const action = menu.addAction(Text(text));
+    action->setData(number);
+    actions[number] = action;
+    connect(action, &QAction::triggered, this, std::move(run));
+    return action;
+}
+
+QAction* CMainWindow::AddToggle(QMenu& menu, int number, const char* text, const char* setting) {
+    QAction* const action = Add(menu, number, text, [this, number, setting] { Toggle(number, setting); });
+    action->setCheckable(true);
+    return action;
+}
+
+// The mark follows what is kept, not what the menu made of the click.
+void CMainWindow::Toggle(int number, const char* setting) {
+    const QString name = QLatin1String(setting);
+    const bool on = settings.ReadSettingInt(kSettingsSection, name, 0) != 1;
+    settings.SetOn(name, on);
+    Action(number)->setChecked(on);
+    Q_EMIT SettingsChanged();
+}
+
+// At most one of the two languages is on, and both may be off.
+void CMainWindow::ChooseLanguage(int number) {
+    const bool english = number == command::kInfoEnglish;
+    const QString chosen = QLatin1String(english ? "DisplayInfoMessagesEnglish" : "DisplayInfoMessagesFrench");
+    const QString other = QLatin1String(english ? "DisplayInfoMessagesFrench" : "DisplayInfoMessagesEnglish");
+    settings.SetOn(other, false);
+    const bool on = settings.ReadSettingInt(kSettingsSection, chosen, 1) != 1;
+    settings.SetOn(chosen, on);
+    if (on && !english) settings.WriteSettingInt(kSettingsSection, QStringLiteral("French"), 1);
+    // From the event loop: the menu that was clicked is made anew.
+    QMetaObject::invokeMethod(this, &CMainWindow::ApplyLanguage, Qt::QueuedConnection);
+}
+
+void CMainWindow::ApplyLanguage() {
+    SetLanguage(ChosenLanguage(settings));
+    BuildMenus();
+    ApplySettings();
+    ShowTitle();
+    Q_EMIT SettingsChanged();
+}
+
+void CMainWindow::ApplySettings() {
+    for (const ToggleEntry& toggle : kToggles) {
+        Action(toggle.number)->setChecked(settings.IsOn(QLatin1String(toggle.setting)));
+    }
+    Action(command::kInfoEnglish)->setChecked(settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish")));
+    Action(command::kInfoFrench)->setChecked(settings.IsOn(QStringLiteral("DisplayInfoMessagesFrench")));
+    // Features that are switched off for good.
+    settings.SetOn(QStringLiteral("MasterControlDownPosition"), false);
+    settings.SetOn(QStringLiteral("KeyboardAZERTYUIOP"), false);
+}
+
+void CMainWindow::BuildMenus() {
+    qDeleteAll(menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+    menuBar()->clear();
+    qDeleteAll(findChildren<QAction*>(QStringLiteral("key"), Qt::FindDirectChildrenOnly));
+    actions.clear();
+    recentActions.clear();
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildSettingsMenu();
+    BuildHelpMenu();
+
+    auto* const play = new QAction(this);
+    play->setObjectName(QStringLiteral("key"));
+    play->setShortcut(Qt::Key_Space);
+    play->setShortcutContext(Qt::ApplicationShortcut);
+    play->setAutoRepeat(false);
+    connect(play, &QAction::triggered, this, [this] {
+        if (workstation.IsPlaying()) {
+            workstation.Stop();
+        } else {
+            workstation.Play();
+        }
+    });
+    addAction(play);
+    actions[command::kPlay] = play;
+}
+
+void CMainWindow::BuildFileMenu() {
+    fileMenu = menuBar()->addMenu(Text("File"));
+    Add(*fileMenu, command::kNew, "New", [this] { New(); });
+    Add(*fileMenu, command::kOpen, "Open ...", [this] { ChooseAndOpen(); });
+    fileMenu->addSeparator();
+    Add(*fileMenu, command::kSave, "Save", [this] { Save(); });
+    Add(*fileMenu, command::kSaveAs, "Save As ...", [this] { SaveAs(); });
+    restoreMenu = fileMenu->addMenu(Text("Restore backup"));
+    connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
+    fileMenu->addSeparator();
+    Add(*fileMenu, command::kExit, "E&xit", [this] { close(); });
+    RebuildRecentFiles();
+}
+
+void CMainWindow::BuildEditMenu() {
+    QMenu* const menu = menuBar()->addMenu(Text("Edit"));
+    QUndoStack& undo = workstation.Undo();
+    QAction* const undoAction = undo.createUndoAction(menu, Text("Undo"));
+    undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction* const redoAction = undo.createRedoAction(menu, Text("Redo"));
+    redoAction->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    for (QAction* const action : {undoAction, redoAction}) {
+        action->setShortcutContext(Qt::ApplicationShortcut);
+        menu->addAction(action);
+    }
+    actions[command::kUndo] = undoAction;
+    actions[command::kRedo] = redoAction;
+    menu->addSeparator();
+    const struct {
+        int number;
+        const char* text;
+        QKeySequence key;
+    } edits[] = {{command::kCut, "Cut", Qt::CTRL | Qt::Key_X},
+                 {command::kCopy, "Copy", Qt::CTRL | Qt::Key_C},
+                 {command::kPaste, "Paste", Qt::CTRL | Qt::Key_V},
+                 {command::kDelete, "Delete", Qt::Key_Delete},
+                 {command::kSelectAll, "Select All", Qt::CTRL | Qt::Key_A}};
+    for (const auto& edit : edits) {
+        const int number = edit.number;
+        QAction* const action = Add(*menu, number, edit.text, [this, number] { Q_EMIT EditCommanded(number); });
+        action->setShortcut(edit.key);
+        action->setShortcutContext(Qt::ApplicationShortcut);
+    }
+}
+
+void CMainWindow::BuildSettingsMenu() {
+    QMenu* const menu = menuBar()->addMenu(Text("Settings"));
+    Add(*menu, command::kAudioAndMidi, "Audio && Midi ...", [this] {
+        if (RunAudioDialog(this, workstation)) Q_EMIT TimebaseChanged();
+    });
+    Add(*menu, command::kTimeSignature, "Time Signature ...", [this] {
+        if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
+    });
+    menu->addSeparator();
+    Add(*menu, command::kBackupTime, "Backup Time ...", [this] { RunBackupDialog(this, settings, countdown); });
+    for (const int number : {command::kInfoEnglish, command::kInfoFrench}) {
+        const char* const text = number == command::kInfoEnglish ? "Display Help/Info Messages in English"
+                                                                 : "Affichage des Help/Info Messages en Français";
+        Add(*menu, number, text, [this, number] { ChooseLanguage(number); })->setCheckable(true);
+    }
+    for (const ToggleEntry& toggle : kToggles) AddToggle(*menu, toggle.number, toggle.text, toggle.setting);
+    menu->addSeparator();
+    BuildScaleMenu(*menu->addMenu(Text("Size of the windows")));
+    Add(*menu, command::kScanPlugins, "Scan plug-ins", [this] { ScanPlugins(); });
+    Add(*menu, command::kPluginFolders, "Plug-in folders ...", [this] { ChoosePluginFolders(); });
+}
+
+void CMainWindow::BuildScaleMenu(QMenu& menu) {
+    auto* const group = new QActionGroup(&menu);
+    int number = command::kScale0;
+    for (const int scale : kScales) {
+        QAction* const action = menu.addAction(QStringLiteral("%1 %").arg(scale));
+        actions[number++] = action;
+        action->setCheckable(true);
+        action->setChecked(scale == Scale());
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, scale] { SetScale(scale); });
+    }
+}
+
+void CMainWindow::SetScale(int percent) {
+    settings.WriteSettingInt(kSettingsSection, QStringLiteral("GuiScale"), percent);
+    ApplyLook(Scale());
+    Q_EMIT SettingsChanged();
+}
+
+void CMainWindow::BuildHelpMenu() {
+    QMenu* const menu = menuBar()->addMenu(Text("Help"));
+    Add(*menu, command::kQuickStart, "Quick start - Prise en main ...", [this] { Q_EMIT QuickStartWanted(); });
+    Add(*menu, command::kManualEnglish, "User manual in English ...",
+        [this] { OpenManual("%1UserGuideEnglish.pdf"); });
+    Add(*menu, command::kManualFrench, "Manuel d'utilisation en Français ...",
+        [this] { OpenManual("%1UserGuideFrench.pdf"); });
+    QAction* const about = Add(*menu, command::kAbout, "About QUIB Sequencer ...", [this] { ShowAboutBox(this); });
+    about->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question),
+                         QKeySequence(Qt::ALT | Qt::SHIFT | Qt::Key_Question)});
+    Add(*menu, command::kVersion, "Version 1.5", [] {})->setEnabled(false);
+}
+
+void CMainWindow::OpenManual(const char* format) {
+    const QString path = QString::fromLatin1(format).arg(workstation.ProgramFolders().program);
+    if (QFile::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path))) return;
+    ShowMessage(QStringLiteral("QUIB Sequencer"), Text("The manual cannot be opened: %1").arg(path));
+}
+
+void CMainWindow::RebuildRecentFiles() {
+    for (QAction* const action : recentActions) {
+        fileMenu->removeAction(action);
+        delete action;
+    }
+    recentActions.clear();
+    for (int index = 0; index < CRecentFiles::kMost; ++index) actions.erase(command::kRecentFile0 + index);
+    const QStringList paths = recentFiles.Rebuild();
+    if (paths.isEmpty()) return;
+    recentActions.append(fileMenu->addSeparator());
+    for (qsizetype index = 0; index < paths.size(); ++index) {
+        const QString path = paths[index];
+        QAction* const action = fileMenu->addAction(QString(path).replace(QLatin1Char('&'), QLatin1String("&&")));
+        actions[command::kRecentFile0 + static_cast<int>(index)] = action;
+        recentActions.append(action);
+        connect(action, &QAction::triggered, this, [this, path] {
+            QMetaObject::invokeMethod(this, [this, path] { Open(path); }, Qt::QueuedConnection);
+        });
+    }
+}
+
+}  // namespace quib

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Texts.h"
+
+#include <QHash>
+
+namespace quib {
+
+namespace {
+
+ELanguage chosen = ELanguage::kEnglish;
+
+struct Entry {
+    const char* english;
+    const char* french;
+};
+
+constexpr Entry kEntries[] = {
+#include "app/FrenchTexts.inc"
+};
+
+const QHash<QByteArray, const char*>& French() {
+    static const QHash<QByteArray, const char*> table = [] {
+        QHash<QByteArray, const char*> texts;
+        for (const Entry& entry : kEntries) texts.insert(entry.english, entry.french);
+        return texts;
+    }();
+    return table;
+}
+
+}  // namespace
+
+void SetLanguage(ELanguage language) { chosen = language; }
+
+ELanguage Language() { return chosen; }
+
+QString Text(const char* english) {
+    if (chosen == ELanguage::kFrench) {
+        if (const char* const french = French().value(english)) return QString::fromUtf8(french);
+    }
+    return QString::fromUtf8(english);
+}
+
+}  // namespace quib

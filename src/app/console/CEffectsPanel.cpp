@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QMenu>
+
+#include "app/Texts.h"
+#include "app/console/CMasterPanels.h"
+#include "app/console/SlotMenu.h"
+#include "controls/CLabelCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+
+namespace quib {
+
+CEffectsPanel::CEffectsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
+                             const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, left, top, kWidth, newHeight), context(consoleContext) {
+    for (int index = 0; index < kSendCount; ++index) {
+        AddRow(8 + 21 * index, {SlotPlace::EKind::kEffect, 0, index}, QStringLiteral("S%1").arg(index + 1), nullptr);
+    }
+    for (int index = 0; index < kInsertCount; ++index) {
+        CValue& on = context.station.Audio().settings.masterInsertOn[static_cast<std::size_t>(index)];
+        AddRow(95 + 21 * index, {SlotPlace::EKind::kMasterInsert, 0, index}, QStringLiteral("M%1").arg(index + 1), &on);
+    }
+    for (const auto& child : Children()) child->section = ESection::kEffects;
+    PaintChildren();
+    ShowSlots();
+}
+
+void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title, CValue* onSwitch) {
+    Row row{place, nullptr, nullptr, nullptr};
+    if (onSwitch != nullptr) {
+        row.on = &AddChild<CSwitchCtrl>(0U, 8, top, 26, 19, onSwitch, title);
+        BindValue(*row.on, context, "Master insert", 450);
+    } else {
+        auto& label = AddChild<CLabelCtrl>(0U, 8, top, 26, 19, title);
+        label.alignment = Qt::AlignCenter;
+        label.textColour = Palette().Accent(ESection::kEffects);
+        label.strong = true;
+    }
+    CWinControl& window = Owner();
+    row.label = &AddChild<CLabelMenuCtrl>(0U, 38, top, 136, 19, QString(), [this, place, &window](QMenu& menu) {
+        FillSlotMenu(menu, context, place, &window);
+    });
+    row.label->infoString = onSwitch != nullptr ? 450 : 449;
+    row.edit = &AddChild<CSwitchCtrl>(0U, 177, top, 26, 19, nullptr, picture::kGlyphEdit);
+    row.edit->momentary = true;
+    row.edit->infoString = 451;
+    row.edit->onChange = [this, place](CControl&) {
+        if (context.actions.openPlugin) context.actions.openPlugin(place);
+    };
+    rows.push_back(row);
+}
+
+void CEffectsPanel::ShowSlots() {
+    for (const Row& row : rows) {
+        const auto slot = context.station.Slot(row.place);
+        const bool filled = slot && slot->plugin;
+        row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textDim"));
+        row.label->SetText(SlotText(slot.get(), Text("no effect")));
+        row.edit->enabled = filled;
+        if (row.on != nullptr) row.on->enabled = filled;
+    }
+    Refresh();
+}
+
+}  // namespace quib

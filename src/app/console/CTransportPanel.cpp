@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cmath>
+
+#include "app/Texts.h"
+#include "app/console/CMasterPanels.h"
+#include "controls/CFaderCtrl.h"
+#include "controls/CLabelCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+
+namespace quib {
+
+void CPanelCtrl::Draw() {
+    Canvas().Fill(Rectangle(), backgroundColour);
+    Canvas().FillRound(QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5), 5,
+                       Palette().Colour(QStringLiteral("panel")));
+    Canvas().Frame(QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5), 5, Palette().Colour(QStringLiteral("line")));
+}
+
+void CPanelCtrl::PaintChildren() {
+    for (const auto& child : Children()) child->backgroundColour = Palette().Colour(QStringLiteral("panel"));
+}
+
+CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
+                                 const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, left, top, kWidth, newHeight), CTicked(window), context(consoleContext) {
+    AddSwitches();
+    AddTempo();
+    AddDisplays();
+    AddTools();
+    for (const auto& child : Children()) child->section = ESection::kTransport;
+    PaintChildren();
+}
+
+void CTransportPanel::AddSwitches() {
+    CWorkstation& station = context.station;
+    EngineSettings& settings = station.Audio().settings;
+    play = &AddChild<CSwitchCtrl>(0U, 8, 8, 46, 34, &playShown, picture::kGlyphPlay);
+    play->infoString = 430;
+    play->onChange = [this, &station](CControl&) { playShown.IsOn() ? station.Play() : station.Stop(); };
+    auto& stop = AddChild<CSwitchCtrl>(0U, 58, 8, 36, 34, nullptr, picture::kGlyphStop);
+    stop.momentary = true;
+    stop.infoString = 431;
+    stop.onChange = [&station](CControl&) {
+        if (station.IsPlaying()) {
+            station.Stop();
+        } else {
+            station.Locate(0);
+        }
+    };
+    auto& record = AddChild<CSwitchCtrl>(0U, 98, 8, 30, 34, &station.Audio().recordAutomation, picture::kGlyphRecord);
+    record.onColour = Palette().Colour(QStringLiteral("record"));
+    record.infoString = 432;
+    struct Plan {
+        int glyph;
+        CValue* value;
+        const char* name;
+        int infoString;
+    };
+    int place = 134;
+    for (const Plan& plan : {Plan{picture::kGlyphSong, &settings.songMode, "Song mode", 433},
+                             Plan{picture::kGlyphLoop, &settings.loopOn, "Loop", 434},
+                             Plan{picture::kGlyphSynchro, &settings.synchroOn, "Synchro", 435}}) {
+        auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
+        BindValue(button, context, plan.name, plan.infoString);
+        place += 33;
+    }
+}
+
+void CTransportPanel::AddTempo() {
+    CWorkstation& station = context.station;
+    CValue& tempo = station.Audio().settings.tempo;
+    auto& label = AddChild<CLiveLabelCtrl>(
+        0U, 134, 48, 62, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
+    label.fontHeight = 16;
+    label.strong = true;
+    auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
+    tap.momentary = true;
+    tap.infoString = 437;
+    tap.onChange = [&station](CControl&) { station.TapTempo(); };
+    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 101, 16, &tempo, false);
+    fader.minimum = 20;
+    fader.maximum = 300;
+    fader.defaultValue = 120.0F;
+    BindValue(fader, context, "Tempo", 436);
+    fader.entryTitle = Text("Tempo");
+    fader.formatValue = [](float shown) { return QStringLiteral("%1 bpm").arg(static_cast<double>(shown), 0, 'f', 1); };
+}
+
+void CTransportPanel::AddDisplays() {
+    CWorkstation& station = context.station;
+    CAudio& audio = station.Audio();
+    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 120, 36, [&audio] {
+        const PlayPicture& picture = audio.Picture();
+        const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
+        return BarBeatStep(step, audio.settings.stepsPerBeat.Get());
+    });
+    position.fontHeight = 22;
+    position.strong = true;
+    position.sunken = true;
+    position.alignment = Qt::AlignCenter;
+    position.textColour = Palette().Accent(ESection::kTransport);
+    position.infoString = 438;
+    auto& load = AddChild<CLiveLabelCtrl>(
+        0U, 8, 90, 72, 14, [&audio] { return QStringLiteral("CPU %1 %").arg(std::lround(audio.CpuLoad())); });
+    load.infoString = 439;
+    auto& xruns = AddChild<CLiveLabelCtrl>(
+        0U, 80, 90, 60, 14, [&station] { return QStringLiteral("Xruns %1").arg(station.Output().Xruns()); });
+    xruns.infoString = 440;
+    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 94, 14, [&station, &audio] {
+        const COutputDevice* const output = station.Output().Device();
+        if (output == nullptr) return Text("No device");
+        return QStringLiteral("%1 %2 k")
+            .arg(QString::fromStdString(output->Name()))
+            .arg(audio.Format().sampleRate / 1000);
+    });
+    device.infoString = 441;
+    device.alignment = Qt::AlignRight | Qt::AlignVCenter;
+    for (CLabelCtrl* const label :
+         {static_cast<CLabelCtrl*>(&load), static_cast<CLabelCtrl*>(&xruns), static_cast<CLabelCtrl*>(&device)}) {
+        label->textColour = Palette().Colour(QStringLiteral("textMuted"));
+    }
+}
+
+void CTransportPanel::AddTools() {
+    struct Plan {
+        int glyph;
+        ETool tool;
+        int infoString;
+    };
+    int place = 8;
+    for (const Plan& plan :
+         {Plan{picture::kGlyphPianoRoll, ETool::kPianoRoll, 442},
+          Plan{picture::kGlyphAutomation, ETool::kAutomation, 443},
+          Plan{picture::kGlyphArpeggiator, ETool::kArpeggiator, 444}, Plan{picture::kGlyphBall, ETool::kBall, 445},
+          Plan{picture::kGlyphPlaylist, ETool::kPlaylist, 446}, Plan{picture::kGlyphHelp, ETool::kTutorial, 447}}) {
+        auto& button = AddChild<CSwitchCtrl>(0U, place, 110, 35, 24, nullptr, plan.glyph);
+        button.momentary = true;
+        button.infoString = plan.infoString;
+        button.enabled = context.actions.hasTool && context.actions.hasTool(plan.tool);
+        button.onChange = [this, tool = plan.tool](CControl&) {
+            if (context.actions.openTool) context.actions.openTool(tool);
+        };
+        place += 38;
+    }
+}
+
+void CTransportPanel::Tick() {
+    const float playing = context.station.IsPlaying() ? 1.0F : 0.0F;
+    if (playing != playShown.Get()) play->SetValueAndUpdate(false, true, playing);
+}
+
+}  // namespace quib

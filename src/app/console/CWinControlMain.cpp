@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/console/CWinControlMain.h"
+
+#include <QMenu>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "app/Texts.h"
+#include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/SlotMenu.h"
+#include "controls/CInfoCtrl.h"
+#include "controls/CLabelCtrl.h"
+#include "controls/CScrollCtrl.h"
+#include "controls/VirtualKeys.h"
+
+namespace quib {
+
+namespace {
+constexpr int kMargin = 5;
+constexpr int kBandHeight = 142;
+constexpr int kStripsTop = kBandHeight + 2 * kMargin;
+constexpr int kScrollWidth = 12;
+constexpr int kAddHeight = 28;
+}  // namespace
+
+// The engine's scope as the control wants it.
+class CWinControlMain::CScopeFeed : public CScopeSource {
+public:
+    explicit CScopeFeed(CScope& engineScope) : scope(engineScope) {}
+    void Show(bool on) override { scope.Show(on); }
+    void Arm() override { scope.Arm(); }
+    bool Fetch(Picture& picture) override {
+        const CScope::Picture* const newest = scope.Fetch();
+        if (newest == nullptr) return false;
+        picture = {newest->left, newest->right};
+        return true;
+    }
+
+private:
+    CScope& scope;
+};
+
+CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorkstation& workstation,
+                                 ConsoleActions consoleActions, QWidget* parent)
+    : CWinControl(controlSettings, Palette().Colour(QStringLiteral("window")), parent),
+      station(workstation),
+      actions(std::move(consoleActions)),
+      context{station, actions},
+      scopeFeed(std::make_unique<CScopeFeed>(station.Audio().Scope())) {
+    setObjectName(QStringLiteral("console"));
+    BuildMaster();
+    BuildStrips();
+    connect(&station, &CWorkstation::InstrumentsChanged, this, &CWinControlMain::BuildStrips);
+    connect(&station, &CWorkstation::ProjectReplaced, this, [this] {
+        scrollPosition.Set(0);
+        BuildStrips();
+        ShowSlots();
+    });
+    connect(&station, &CWorkstation::InstrumentChanged, this, &CWinControlMain::StripChanged);
+    connect(&station, &CWorkstation::SlotChanged, this, &CWinControlMain::ShowSlots);
+    connect(&station, &CWorkstation::CurrentChanged, this, [this] {
+        for (CInstrumentStripCtrl* const strip : strips) strip->Refresh();
+    });
+    onControlClicked = [this](CControl& top) {
+        const auto clicked = std::find(strips.begin(), strips.end(), &top);
+        if (clicked != strips.end()) station.SetCurrent((*clicked)->Index());
+    };
+}
+
+CWinControlMain::~CWinControlMain() {
+    disconnect(&station, nullptr, this, nullptr);
+    RemoveAll();
+}
+
+void CWinControlMain::BuildMaster() {
+    int left = kMargin;
+    transport = &Add<CTransportPanel>(0U, left, kMargin, kBandHeight, context);
+    left += CTransportPanel::kWidth + kMargin;
+    effects = &Add<CEffectsPanel>(0U, left, kMargin, kBandHeight, context);
+    left += CEffectsPanel::kWidth + kMargin;
+    levels = &Add<CLevelsPanel>(0U, left, kMargin, kBandHeight, context);
+    left += CLevelsPanel::kWidth + kMargin;
+    session = &Add<CSessionPanel>(0U, left, kMargin, kBandHeight, context);
+    left += CSessionPanel::kWidth + kMargin;
+    scope = &Add<CScopeCtrl>(0U, left, kMargin, 100, 52, *scopeFeed);
+    scope->infoString = 459;
+    infoPanel = &Add<CInfoCtrl>(0U, left, kMargin + 56, 100, kBandHeight - 56);
+    scrollBar = &Add<CScrollCtrl>(0U, 0, kStripsTop, kScrollWidth, 100, &scrollPosition, true);
+    scrollBar->wheelUnits = 60;
+    scrollBar->onChange = [this](CControl&) { Scroll(); };
+    auto& add =
+        Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"), [this](QMenu& menu) {
+            for (const QString& name :
+                 actions.pluginNames ? actions.pluginNames(SlotKind::Instrument) : QStringList()) {
+                menu.addAction(name, [this, name] { actions.addInstrument(name); });
+            }
+            menu.addSeparator();
+            menu.addAction(Text("From a file ..."), [this] { actions.addInstrument(QString()); });
+        });
+    add.infoString = 448;
+    add.fontHeight = 11;
+    addButton = &add;
+}
+
+void CWinControlMain::BuildStrips() {
+    for (CInstrumentStripCtrl* const strip : strips) Remove(*strip);
+    strips.clear();
+    const int room = std::max(SkinSize().width(), kNarrowest) - kScrollWidth - 2 * kMargin;
+    for (const auto& instrument : station.Instruments()) {
+        auto& strip = Add<CInstrumentStripCtrl>(instrument, context, room);
+        strip.onDrag = [this](CInstrumentStripCtrl& dragged, int py, bool dropped) { DragStrip(dragged, py, dropped); };
+        strips.push_back(&strip);
+    }
+    builtWidth = room;
+    LayoutAndRefresh();
+}
+
+void CWinControlMain::Translate() {
+    infoPanel = nullptr;
+    strips.clear();
+    RemoveAll();
+    BuildMaster();
+    BuildStrips();
+}
+
+void CWinControlMain::ShowSlots() {
+    effects->ShowSlots();
+    for (CInstrumentStripCtrl* const strip : strips) {
+        strip->ShowContent();
+        strip->Refresh();
+    }
+}
+
+void CWinControlMain::StripChanged(quint32 id) {
+    const auto found = std::find_if(strips.begin(), strips.end(),
+                                    [id](const CInstrumentStripCtrl* strip) { return strip->Instrument().Id() == id; });
+    if (found == strips.end()) return;
+    if ((*found)->IsHeightRight()) {
+        (*found)->ShowContent();
+        (*found)->Refresh();
+        return;
+    }
+    // One of its own controls may be in the middle of a click.
+    QMetaObject::invokeMethod(
+        this,
+        [this, id] {
+            for (CInstrumentStripCtrl* const strip : strips) {
+                if (strip->Instrument().Id() == id) strip->Rebuild(strip->Width());
+            }
+            LayoutAndRefresh();
+        },
+        Qt::QueuedConnection);
+}
+
+CInstrumentStripCtrl* CWinControlMain::Strip(int index) const {
+    return index >= 0 && index < static_cast<int>(strips.size()) ? strips[static_cast<std::size_t>(index)] : nullptr;
+}
+
+QRect CWinControlMain::StripArea() const {
+    const QSize size = SkinSize();
+    return {0, kStripsTop, size.width() - kScrollWidth, std::max(0, size.height() - kStripsTop)};
+}
+
+QRect CWinControlMain::ClipOf(const CControl& control) const {
+    const bool scrolled = &control == addButton || std::find(strips.begin(), strips.end(), &control) != strips.end();
+    return scrolled ? StripArea() : CWinControl::ClipOf(control);
+}
+
+void CWinControlMain::Arrange(const QSize& size) {
+    const int infoLeft = kMargin + CTransportPanel::kWidth + CEffectsPanel::kWidth + CLevelsPanel::kWidth +
+                         CSessionPanel::kWidth + 4 * kMargin;
+    const int rest = std::max(100, size.width() - infoLeft - kMargin);
+    scope->Resize(rest, 52);
+    infoPanel->Resize(rest, kBandHeight - 56);
+    scrollBar->SetPosition(size.width() - kScrollWidth, kStripsTop);
+    scrollBar->Resize(kScrollWidth, std::max(10, size.height() - kStripsTop));
+    const int room = std::max(size.width(), kNarrowest) - kScrollWidth - 2 * kMargin;
+    if (room != builtWidth) {
+        builtWidth = room;
+        for (CInstrumentStripCtrl* const strip : strips) strip->Rebuild(room);
+    }
+    PlaceStrips();
+}
+
+// Where the strips lie, for the present scroll position.
+void CWinControlMain::PlaceStrips() {
+    stripsHeight = kAddHeight;
+    for (const CInstrumentStripCtrl* const strip : strips) stripsHeight += strip->Height() + 2;
+    scrollBar->SetRange(static_cast<float>(stripsHeight), static_cast<float>(StripArea().height()));
+    int top = kStripsTop - static_cast<int>(scrollPosition.Get());
+    for (CInstrumentStripCtrl* const strip : strips) {
+        strip->SetPosition(kMargin, top);
+        top += strip->Height() + 2;
+    }
+    addButton->SetPosition(kMargin, top + 2);
+}
+
+void CWinControlMain::Scroll() {
+    PlaceStrips();
+    const QRect area = StripArea();
+    Canvas().SetClip(area);
+    Canvas().Fill(area, Palette().Colour(QStringLiteral("window")));
+    for (CInstrumentStripCtrl* const strip : strips) {
+        strip->Layout(0, 0, area);
+        strip->Refresh(false);
+    }
+    addButton->Layout(0, 0, area);
+    addButton->Refresh(false);
+    if (strips.empty()) DrawWelcome();
+    BlitRectangle(area);
+}
+
+void CWinControlMain::ScrollTo(int index) {
+    const CInstrumentStripCtrl* const strip = Strip(index);
+    if (strip == nullptr) return;
+    const QRect area = StripArea();
+    const int above = area.top() - strip->Y();
+    const int below = strip->Y() + strip->Height() - area.bottom();
+    const int way = above > 0 ? -above : below > 0 ? below : 0;
+    if (way != 0) scrollBar->SetValueAndUpdate(true, true, scrollPosition.Get() + static_cast<float>(way));
+}
+
+// Over the strips the wheel scrolls unless the control under the mouse has a use for it.
+void CWinControlMain::wheelEvent(QWheelEvent* event) {
+    const QPoint point = ToSkin(event->position());
+    CControl* const under = Mouse().Hovered();
+    const bool takes = under != nullptr && under->TakesWheel();
+    if (takes || !StripArea().contains(point)) return CWinControl::wheelEvent(event);
+    scrollBar->OnMouseWheel(point.x(), point.y(), WheelWordOf(*event));
+    event->accept();
+}
+
+// --- Dragging a strip to another place ------------------------------------------------------------------------
+
+int CWinControlMain::PlaceAt(int py) const {
+    int place = 0;
+    for (const CInstrumentStripCtrl* const strip : strips) {
+        if (py > strip->Y() + strip->Height() / 2) ++place;
+    }
+    return place;
+}
+
+void CWinControlMain::DragStrip(CInstrumentStripCtrl& strip, int py, bool dropped) {
+    const int from = strip.Index();
+    const int place = PlaceAt(py);
+    if (dropped) {
+        dropPlace = -1;
+        const int to = place > from ? place - 1 : place;
+        // The strip that tells is gone afterwards.
+        QMetaObject::invokeMethod(
+            this,
+            [this, from, to] {
+                if (to != from) station.MoveInstrument(from, to);
+                LayoutAndRefresh();
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    if (place == dropPlace) return;
+    dropPlace = place;
+    Scroll();
+    const CInstrumentStripCtrl* const next = Strip(place);
+    const int line = next != nullptr ? next->Y() - 2 : addButton->Y() - 2;
+    Canvas().SetClip(StripArea());
+    Canvas().Fill(QRectF(kMargin, line, strip.Width(), 3), Palette().Accent(ESection::kPattern));
+    BlitRectangle(StripArea());
+}
+
+// --- Drawing -----------------------------------------------------------------------------------------------------
+
+void CWinControlMain::DrawBackground() {
+    if (strips.empty()) DrawWelcome();
+}
+
+void CWinControlMain::DrawWelcome() {
+    const QRect area = StripArea();
+    Canvas().SetClip(area);
+    const QRectF middle(area.left(), area.top() + std::max(40, area.height() / 3), area.width(), 28);
+    Canvas().Text(middle, Text("This project is empty"), Palette().Colour(QStringLiteral("text")), 20, Qt::AlignCenter,
+                  true);
+    Canvas().Text(middle.translated(0, 32), Text("Add an instrument with the button on the left, drop a plug-in here,"),
+                  Palette().Colour(QStringLiteral("textMuted")), 13);
+    Canvas().Text(middle.translated(0, 52),
+                  Text("or open one of the examples from the File menu. Space plays and stops."),
+                  Palette().Colour(QStringLiteral("textMuted")), 13);
+}
+
+void CWinControlMain::FollowEngine() {
+    const PlayPicture& picture = station.Audio().Picture();
+    for (std::size_t index = 0; index < strips.size(); ++index) {
+        CInstrumentStripCtrl& strip = *strips[index];
+        if (strip.ShownRectangle().isEmpty()) continue;
+        const InstrumentPicture* shown = nullptr;
+        for (std::size_t offset = 0; offset < picture.instrumentCount && shown == nullptr; ++offset) {
+            const InstrumentPicture& candidate = picture.instruments[(index + offset) % picture.instrumentCount];
+            if (candidate.id == strip.Instrument().Id()) shown = &candidate;
+        }
+        strip.Follow(shown);
+    }
+    Tick();
+}
+
+}  // namespace quib

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The main console: the master band on top, the instruments' strips stacked below it and scrolled.
+// User-interface thread.
+
+#include "app/console/CMasterPanels.h"
+#include "app/console/ConsoleParts.h"
+#include "controls/CScopeCtrl.h"
+#include "controls/CWinControl.h"
+
+namespace quib {
+
+class CInstrumentStripCtrl;
+class CScrollCtrl;
+
+class CWinControlMain : public CWinControl {
+    Q_OBJECT
+
+public:
+    static constexpr int kNarrowest = 977;  // skin pixels
+    static constexpr int kLowest = 300;
+
+    CWinControlMain(const CControlSettings& controlSettings, CWorkstation& workstation, ConsoleActions consoleActions,
+                    QWidget* parent = nullptr);
+    ~CWinControlMain() override;
+
+    // Everything that moves with the music; from the 40 ms timer.
+    void FollowEngine();
+    // Builds the texts anew, after another language was chosen.
+    void Translate();
+    // Brings the strip of an instrument into view.
+    void ScrollTo(int index);
+    CInstrumentStripCtrl* Strip(int index) const;
+
+protected:
+    void Arrange(const QSize& size) override;
+    QRect ClipOf(const CControl& control) const override;
+    void DrawBackground() override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void BuildMaster();
+    void BuildStrips();
+    void ShowSlots();
+    void StripChanged(quint32 id);
+    void PlaceStrips();
+    void Scroll();
+    void DragStrip(CInstrumentStripCtrl& strip, int py, bool dropped);
+    int PlaceAt(int py) const;
+    void DrawWelcome();
+    QRect StripArea() const;
+
+    class CScopeFeed;
+
+    CWorkstation& station;
+    ConsoleActions actions;
+    ConsoleContext context;
+    std::unique_ptr<CScopeFeed> scopeFeed;
+    CTransportPanel* transport = nullptr;
+    CEffectsPanel* effects = nullptr;
+    CLevelsPanel* levels = nullptr;
+    CSessionPanel* session = nullptr;
+    CScopeCtrl* scope = nullptr;
+    CControl* addButton = nullptr;
+    CScrollCtrl* scrollBar = nullptr;
+    CValue scrollPosition;
+    std::vector<CInstrumentStripCtrl*> strips;
+    int stripsHeight = 0;
+    int dropPlace = -1;
+    int builtWidth = 0;
+};
+
+}  // namespace quib

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/console/ConsoleParts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "app/Texts.h"
+#include "controls/CEntryDialog.h"
+#include "controls/CSwitchFaderCtrl.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kBeatsPerBar = 4;
+
+// The control value of a gain in decibels, by halving: the laws grow without exception.
+float ControlOf(double decibels, float highest, const std::function<float(float)>& gain) {
+    const auto wanted = static_cast<float>(std::pow(10.0, decibels / 20.0));
+    float low = 0;
+    float high = highest;
+    for (int step = 0; step < 24; ++step) {
+        const float middle = (low + high) / 2;
+        (gain(middle) < wanted ? low : high) = middle;
+    }
+    return high;
+}
+
+}  // namespace
+
+void BindValue(CControl& control, const ConsoleContext& context, const char* valueName, int infoString,
+               std::function<void()> afterwards) {
+    control.name = Text(valueName);
+    control.infoString = infoString;
+    CWorkstation& station = context.station;
+    control.onGesture = [&station, afterwards](CControl& changed, float before) {
+        station.ValueEdited(*changed.Value(), before, changed.ValueNow(), changed.name, afterwards);
+    };
+}
+
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName) {
+    CWorkstation& station = context.station;
+    control.onLevelGesture = [&station, name = Text(valueName)](CControl& changed, float before) {
+        CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();
+        station.ValueEdited(*level, before, level->Get(), name);
+    };
+}
+
+void ShowDecibels(CControl& control, std::function<float(float)> gain) {
+    control.formatValue = [gain](float value) {
+        return value < 0.5F ? QStringLiteral("-inf dB") : Decibels(gain(value));
+    };
+    control.entryTitle = QStringLiteral("%1 (dB)").arg(control.name);
+    control.onTextEntry = [gain](CControl& entered, const QString& text) {
+        const bool silent = text.trimmed().startsWith(QStringLiteral("-inf"));
+        const double decibels = static_cast<double>(CEntryDialog::NumberOf(text));
+        entered.ChangeByUser(silent ? 0.0F : ControlOf(decibels, entered.maximum, gain));
+    };
+}
+
+QString Decibels(float gain) {
+    const double decibels = 20 * std::log10(std::max(static_cast<double>(gain), 1e-6));
+    return QStringLiteral("%1%2 dB").arg(decibels >= 0.05 ? QStringLiteral("+") : QString()).arg(decibels, 0, 'f', 1);
+}
+
+QString BarBeatStep(int step, int stepsPerBeat) {
+    const int inBeat = std::max(1, stepsPerBeat);
+    const int whole = std::max(0, step);
+    return QStringLiteral("%1.%2.%3")
+        .arg(whole / (inBeat * kBeatsPerBar) + 1, 3, 10, QLatin1Char('0'))
+        .arg(whole / inBeat % kBeatsPerBar + 1)
+        .arg(whole % inBeat + 1);
+}
+
+QString PanText(float pan) {
+    const auto percent = std::lround(std::abs(pan) * 100);
+    if (percent == 0) return QStringLiteral("C");
+    return QStringLiteral("%1 %2").arg(pan < 0 ? QLatin1Char('L') : QLatin1Char('R')).arg(percent);
+}
+
+QString SlotText(const PluginSlot* slot, const QString& empty) {
+    if (slot == nullptr) return empty;
+    if (slot->plugin) return QString::fromStdString(slot->plugin->Identity().displayName);
+    if (!slot->missing) return empty;
+    const std::string& name = slot->missing->displayName.empty() ? slot->missing->fileName : slot->missing->displayName;
+    return Text("Missing: %1").arg(QString::fromStdString(name));
+}
+
+}  // namespace quib

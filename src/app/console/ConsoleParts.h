@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What the parts of the console share: whom they serve, how their controls are bound to undo, and how
+// values are told. User-interface thread.
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+#include "app/CWorkstation.h"
+#include "controls/CControl.h"
+
+namespace quib {
+
+class CSwitchFaderCtrl;
+
+enum class ETool { kPianoRoll, kAutomation, kArpeggiator, kBall, kPlaylist, kTutorial };
+
+// What the console asks its window for.
+struct ConsoleActions {
+    // Names of the plug-in folders of the program.
+    std::function<QStringList(SlotKind)> pluginNames;
+    // Opens the window of the plug-in in a place.
+    std::function<void(const SlotPlace&)> openPlugin;
+    std::function<void(ETool)> openTool;
+    std::function<bool(ETool)> hasTool;
+    // Adds an instrument, shows why it could not.
+    std::function<void(const QString& nameOrPath)> addInstrument;
+};
+
+struct ConsoleContext {
+    CWorkstation& station;
+    ConsoleActions& actions;
+};
+
+// Names the control's value, explains it, and makes each finished gesture a step of undo. `afterwards`
+// is run whenever undo moves the value.
+void BindValue(CControl& control, const ConsoleContext& context, const char* valueName, int infoString,
+               std::function<void()> afterwards = {});
+// The same for the level of a send.
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName);
+// Shows and takes decibels: `gain` gives the linear gain of a control value.
+void ShowDecibels(CControl& control, std::function<float(float)> gain);
+
+QString Decibels(float gain);
+// "bar.beat.step", each from 1.
+QString BarBeatStep(int step, int stepsPerBeat);
+// A pan of -1..1: "L 20", "C", "R 20".
+QString PanText(float pan);
+
+// What a slot holds, for its label; `empty` when it holds nothing.
+QString SlotText(const PluginSlot* slot, const QString& empty);
+
+}  // namespace quib

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Mixer, patterns, equaliser and effects of an instrument's strip.
+#include <QInputDialog>
+#include <QMenu>
+
+#include "app/Texts.h"
+#include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/SlotMenu.h"
+#include "controls/CFaderCtrl.h"
+#include "controls/CFilterCtrl.h"
+#include "controls/CKnobCtrl.h"
+#include "controls/CLabelCtrl.h"
+#include "controls/CStepLedCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "controls/CSwitchFaderCtrl.h"
+#include "controls/CSwitchSelectorCtrl.h"
+#include "controls/CVuCtrl.h"
+#include "controls/CWinControl.h"
+#include "controls/SkinNumbers.h"
+
+namespace quib {
+
+void CInstrumentStripCtrl::AddMixer() {
+    ChannelStrip& strip = instrument->strip;
+    const auto addSwitch = [this](int place, const char* text, CValue& bound, const char* valueName, int info) {
+        auto& made = AddChild<CSwitchCtrl>(0U, place, 32, 22, 20, &bound, QString::fromLatin1(text));
+        BindValue(made, context, valueName, info);
+        return &made;
+    };
+    addSwitch(70, "A", strip.crossfadeA, "Crossfade A", 474);
+    addSwitch(94, "B", strip.crossfadeB, "Crossfade B", 475);
+    auto& synchro = AddChild<CSwitchCtrl>(0U, 122, 32, 26, 20, &strip.synchro, picture::kGlyphSynchro);
+    synchro.section = ESection::kTransport;
+    BindValue(synchro, context, "Synchro", 476);
+    auto& pan = AddChild<CKnobCtrl>(0U, 160, 34, 40, 50, &strip.pan);
+    pan.label = Text("Pan");
+    pan.minimum = -1;
+    pan.defaultValue = 0.0F;
+    pan.fillFromCentre = true;
+    pan.formatValue = PanText;
+    BindValue(pan, context, "Pan", 473);
+    auto& level = AddChild<CFaderCtrl>(0U, 10, 57, 144, 20, &strip.level, false);
+    level.maximum = 127;
+    level.defaultValue = kDefaultLevel;
+    BindValue(level, context, "Level", 470);
+    ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
+    auto& meter = AddChild<CVuCtrl>(0U, 12, 82, 140, 8, &strip.peak, nullptr, false);
+    meter.infoString = 477;
+}
+
+void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
+    auto& cells = AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
+    cells.infoString = 127;
+    leds = &AddChild<CStepLedCtrl>(0U, left, 60, 16 * cellWidth - 1, 9, Ground());
+    leds->section = ESection::kPattern;
+    leds->infoString = 480;
+    leds->playingStep = [this] { return playingStep; };
+    leds->isUsed = [this](int step) { return shownPattern && !shownPattern->NotesOfStep(step).empty(); };
+    leds->onStep = [this](int step) {
+        context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
+    };
+    AddStepControls(left);
+}
+
+void CInstrumentStripCtrl::AddStepControls(int left) {
+    steps = &AddChild<CLabelMenuCtrl>(0U, left, 74, 84, 20, QString(), [this](QMenu& menu) { FillSteps(menu); });
+    steps->infoString = 481;
+    steps->section = ESection::kPattern;
+    modes = &AddChild<CSwitchSelectorCtrl>(0U, left + 90, 74, 28, 20, &modeShown,
+                                           QStringList{QStringLiteral("C"), QStringLiteral("R"), QStringLiteral("H")});
+    modes->glyphs = {picture::kGlyphChain, picture::kGlyphRandom, picture::kGlyphHold};
+    modes->section = ESection::kPattern;
+    modes->infoString = 482;
+    modes->onChange = [this](CControl& changed) {
+        context.station.SetStepNumberMode(Index(), static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
+    };
+    auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
+    label.textColour = Palette().Colour(QStringLiteral("textMuted"));
+    auto& swing = AddChild<CFaderCtrl>(0U, left + 220, 74, 98, 20, &instrument->swing, false);
+    swing.section = ESection::kPattern;
+    swing.defaultValue = 0.0F;
+    swing.formatValue = [](float shown) {
+        return QStringLiteral("%1 %").arg(static_cast<double>(shown) * 100, 0, 'f', 0);
+    };
+    BindValue(swing, context, "Swing", 483);
+}
+
+void CInstrumentStripCtrl::FillSteps(QMenu& menu) {
+    for (const int count : {4, 8, 12, 16, 24, 32, 48, 64, 96, 128}) {
+        QAction* const action = menu.addAction(Text("%1 steps").arg(count), [this, count] { SetSteps(count); });
+        action->setCheckable(true);
+        action->setChecked(shownPattern && shownPattern->LoopLength() == count);
+    }
+    menu.addAction(Text("Other number ..."), [this] {
+        bool accepted = false;
+        const int now = shownPattern ? shownPattern->LoopLength() : kDefaultStepCount;
+        const int count =
+            QInputDialog::getInt(&Owner(), Text("Number of steps"), Text("Steps"), now, 1, 4096, 1, &accepted);
+        if (accepted) SetSteps(count);
+    });
+}
+
+void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
+    ChannelStrip& strip = instrument->strip;
+    auto& on = AddChild<CSwitchCtrl>(0U, left, 31, 28, 20, &strip.eqOn, QStringLiteral("EQ"));
+    on.section = ESection::kEqualiser;
+    BindValue(on, context, "Equaliser", 484);
+    CFilterCtrl::Bands bands;
+    for (std::size_t band = 0; band < bands.size(); ++band) {
+        bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
+    }
+    filter = &AddChild<CFilterCtrl>(0U, left + 33, 31, room - 43, 63, &strip.eqOn, bands);
+    filter->infoString = 485;
+    for (std::size_t band = 0; band < bands.size(); ++band)
+        filter->defaults[band] = {kDefaultEqFreq[band], kDefaultEqQ, 0};
+    CWorkstation& station = context.station;
+    filter->sampleRate = [&station] { return station.Audio().Format().sampleRate; };
+    filter->onBandChange = [&station, &strip](int band) {
+        station.ValueMoved(strip.eqFreq[static_cast<std::size_t>(band)]);
+    };
+    filter->onBandGesture = [&station, &strip](int band, const CFilterCtrl::BandState& before) {
+        const auto index = static_cast<std::size_t>(band);
+        station.Undo().beginMacro(Text("Equaliser"));
+        const auto tell = [&station](CValue& moved, float old) {
+            if (moved.Get() != old) station.ValueEdited(moved, old, moved.Get(), Text("Equaliser"));
+        };
+        tell(strip.eqFreq[index], before.frequency);
+        tell(strip.eqQ[index], before.resonance);
+        tell(strip.eqGain[index], before.gain);
+        station.Undo().endMacro();
+    };
+}
+
+void CInstrumentStripCtrl::AddEffects(int left, int room) {
+    const int half = room / 2 - 3;
+    AddInserts(left, half);
+    const int column = left + half + 6;
+    for (int place = 0; place < kSendCount; ++place) {
+        const auto index = static_cast<std::size_t>(place);
+        ChannelStrip& strip = instrument->strip;
+        auto& send = AddChild<CSwitchFaderCtrl>(0U, column, 31 + 16 * place, half, 15, &strip.sendOn[index],
+                                                &strip.sendLevel[index]);
+        send.section = ESection::kEffects;
+        BindValue(send, context, "Send", 487);
+        BindLevel(send, context, "Send level");
+        send.formatLevel = [this](float shown) {
+            return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
+        };
+        send.onAlternativeClick = [this, place](CControl&) {
+            auto* const menu = new QMenu(&Owner());
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            FillSlotMenu(*menu, context, {SlotPlace::EKind::kEffect, 0, place}, &Owner());
+            menu->popup(QCursor::pos());
+        };
+        sends[index] = &send;
+    }
+}
+
+void CInstrumentStripCtrl::AddInserts(int left, int room) {
+    for (int place = 0; place < kInsertCount; ++place) {
+        const auto index = static_cast<std::size_t>(place);
+        const SlotPlace slot{SlotPlace::EKind::kInsert, instrument->Id(), place};
+        auto& insert = AddChild<CSwitchFaderCtrl>(0U, left, 31 + 21 * place, room - 26, 19,
+                                                  &instrument->strip.insertOn[index], nullptr);
+        insert.section = ESection::kEffects;
+        BindValue(insert, context, "Insert", 486);
+        insert.onAlternativeClick = [this, slot](CControl&) {
+            auto* const menu = new QMenu(&Owner());
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            FillSlotMenu(*menu, context, slot, &Owner());
+            menu->popup(QCursor::pos());
+        };
+        inserts[index] = &insert;
+        auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 23, 31 + 21 * place, 23, 19, nullptr, picture::kGlyphEdit);
+        edit.momentary = true;
+        edit.section = ESection::kEffects;
+        edit.infoString = 451;
+        edit.onChange = [this, slot](CControl&) {
+            const auto held = context.station.Slot(slot);
+            if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
+            auto* const menu = new QMenu(&Owner());
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            FillSlotMenu(*menu, context, slot, &Owner());
+            menu->popup(QCursor::pos());
+        };
+    }
+}
+
+}  // namespace quib

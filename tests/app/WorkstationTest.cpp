@@ -1,0 +1,438 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every change of the workstation on a real project: what it does, that undo takes it back and redo brings
+// it again, and that a session comes back from its file.
+#include <QDir>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QThread>
+#include <future>
+
+#include "app/AppFixture.h"
+#include "app/CAutomationTake.h"
+#include "model/plugin/PluginBank.h"
+#include "platform/CFileBytes.h"
+
+namespace quib {
+namespace {
+
+class WorkstationTest : public AppTest {
+protected:
+    // The project as its file would have it, short enough to be printed.
+    struct Content {
+        std::string bytes;
+
+        bool operator==(const Content&) const = default;
+        friend void PrintTo(const Content& content, std::ostream* out) {
+            *out << content.bytes.size() << " bytes, hash " << std::hash<std::string>()(content.bytes);
+        }
+    };
+    Content Image() {
+        CRecordWriter writer;
+        WriteProject(writer, workstation->GatherState());
+        return {{writer.Bytes().data(), writer.Bytes().size()}};
+    }
+
+    // Runs an edit and checks that it is one step of that name, that undo restores the project to the last
+    // bit, and that redo makes it again.
+    void ExpectUndoable(const char* name, const std::function<void()>& edit) {
+        SCOPED_TRACE(name);
+        const Content before = Image();
+        const int steps = workstation->Undo().index();
+        edit();
+        const Content after = Image();
+        EXPECT_NE(before, after) << "the edit changed nothing";
+        EXPECT_EQ(workstation->Undo().index(), steps + 1);
+        EXPECT_EQ(UndoText(), name);
+        workstation->Undo().undo();
+        EXPECT_EQ(Image(), before);
+        workstation->Undo().redo();
+        EXPECT_EQ(Image(), after);
+    }
+
+    void Move(CValue& value, float next, const char* name) {
+        const float before = value.Get();
+        value.Set(next);
+        workstation->ValueEdited(value, before, next, QLatin1String(name));
+    }
+};
+
+std::shared_ptr<const CPattern> SomePattern(int key) {
+    return std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, key, 100}, {4, 1, key + 7, 90}});
+}
+
+TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
+    AddSynth();
+    AddSynth();
+    const std::uint32_t id = At(0)->Id();
+    QString error;
+    const SlotPlace insert{SlotPlace::EKind::kInsert, id, 0};
+    ExpectUndoable("Add instrument", [&] { AddSynth(); });
+    At(2)->title = "third";
+    ExpectUndoable("Move instrument", [&] { workstation->MoveInstrument(2, 0); });
+    ExpectUndoable("Rename instrument", [&] { workstation->RenameInstrument(0, "Lead"); });
+    ExpectUndoable("Change icon", [&] { workstation->SetIcon(0, 7); });
+    ExpectUndoable("Colour strip", [&] { workstation->SetStripColour(0, QColor(1, 2, 3)); });
+    ExpectUndoable("Collapse strip", [&] { workstation->SetCollapsed(0, true); });
+    ExpectUndoable("Draw", [&] { workstation->SetPattern(id, 0, SomePattern(60), "Draw"); });
+    ExpectUndoable("Copy pattern", [&] { workstation->CopyPattern(workstation->IndexOf(id), 0, 3); });
+    ExpectUndoable("Select pattern", [&] { workstation->SelectPattern(0, 5); });
+    ExpectUndoable("Song", [&] {
+        workstation->SetPlaylist(id, std::make_shared<const Playlist>(Playlist{{0, 0, 1}, {3, 32, 0}}), "Song");
+    });
+    ExpectUndoable("Song length", [&] { workstation->SetPlaylistSteps(64); });
+    ExpectUndoable("Points", [&] {
+        workstation->SetLanes(id, CWorkstation::ELanes::kMix,
+                              std::make_shared<const CEventLanes>(CEventLanes().With(0, 1, {{2, 0.5F}})), "Points");
+    });
+    ExpectUndoable("Master points", [&] {
+        workstation->SetMasterLanes(
+            std::make_shared<const CEventLanes>(CEventLanes().With(CEventLanes::kSongSlot, 0, {{2, 100}})),
+            "Master points");
+    });
+    ExpectUndoable("Ball", [&] {
+        workstation->SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball");
+    });
+    ExpectUndoable("Pattern order", [&] { workstation->SetStepNumberMode(0, StepNumberMode::Random); });
+    ExpectUndoable("Level", [&] { Move(At(0)->strip.level, 12, "Level"); });
+    ExpectUndoable("Tempo", [&] { Move(workstation->Audio().settings.tempo, 99, "Tempo"); });
+    ExpectUndoable("Load plug-in", [&] {
+        EXPECT_TRUE(workstation->LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString();
+    });
+    ExpectUndoable("Plug-in parameter", [&] {
+        const auto plugin = workstation->Slot(insert)->plugin;
+        const float before = plugin->Effect().getParameter(&plugin->Effect(), 0);
+        plugin->SetParameter(0, before > 0.5F ? 0.1F : 0.9F);
+        workstation->ParameterEdited(plugin, 0, before, before > 0.5F ? 0.1F : 0.9F);
+    });
+    ExpectUndoable("Select program", [&] { workstation->SelectProgram(workstation->Slot(insert)->plugin, 2); });
+    ExpectUndoable("Clear plug-in", [&] { workstation->ClearPlugin(insert); });
+    ExpectUndoable("Add preset", [&] { workstation->AddPreset(0); });
+    ExpectUndoable("Paste to preset", [&] {
+        At(0)->strip.pan.Set(0.25F);
+        workstation->PastePreset(0, 0);
+        At(0)->strip.pan.Set(0);
+    });
+    ExpectUndoable("Remove preset", [&] { workstation->RemovePreset(0, 0); });
+    ExpectUndoable("Preset MIDI assignment", [&] { workstation->SetPresetMidi(3, 36, 1); });
+    ExpectUndoable("Duplicate instrument", [&] { workstation->DuplicateInstrument(0); });
+    ExpectUndoable("Reset instrument", [&] { workstation->ResetInstrument(0); });
+    ExpectUndoable("Remove instrument", [&] { workstation->RemoveInstrument(0); });
+    while (workstation->Undo().canUndo()) workstation->Undo().undo();
+    EXPECT_TRUE(workstation->Instruments().empty());
+}
+
+TEST_F(WorkstationTest, UndoOfARemovalBringsTheSamePluginBackInItsState) {
+    const int index = AddSynth();
+    CPlugin* const plugin = &PluginAt(index);
+    plugin->SetParameter(1, 0.125F);
+    workstation->RemoveInstrument(index);
+    workstation->Tick();
+    EXPECT_TRUE(workstation->Instruments().empty());
+    workstation->Undo().undo();
+    ASSERT_EQ(&PluginAt(index), plugin);
+    EXPECT_NEAR(plugin->Effect().getParameter(&plugin->Effect(), 1), 0.125F, 1e-3F);
+    EXPECT_TRUE(plugin->IsPrepared());
+}
+
+TEST_F(WorkstationTest, APluginThatMissedAChangeOfTheDeviceIsMadeReadyWhenItReturns) {
+    const int index = AddSynth();
+    workstation->RemoveInstrument(index);
+    workstation->Audio().Prepare({48000.0, 256, 1, false});
+    workstation->Undo().undo();
+    EXPECT_TRUE(PluginAt(index).IsPrepared());
+    EXPECT_EQ(At(index)->preparedRate, 48000.0);
+}
+
+TEST_F(WorkstationTest, WheelTurnsOfOneValueAreOneStep) {
+    AddSynth();
+    CValue& level = At(0)->strip.level;
+    const int steps = workstation->Undo().index();
+    const float start = level.Get();
+    for (int turn = 1; turn <= 5; ++turn) Move(level, 50.0F + static_cast<float>(turn), "Level");
+    EXPECT_EQ(workstation->Undo().index(), steps + 1);
+    Move(At(0)->strip.pan, 0.5F, "Pan");
+    EXPECT_EQ(workstation->Undo().index(), steps + 2) << "another value is another step";
+    QThread::msleep(650);
+    Move(At(0)->strip.pan, 0.75F, "Pan");
+    EXPECT_EQ(workstation->Undo().index(), steps + 3) << "a later gesture is a step of its own";
+    while (workstation->Undo().index() > steps) workstation->Undo().undo();
+    EXPECT_EQ(level.Get(), start);
+    EXPECT_EQ(At(0)->strip.pan.Get(), 0.0F);
+}
+
+TEST_F(WorkstationTest, TheEqualiserSoundsLikeItsControlsAfterEditAndUndo) {
+    AddSynth();
+    CInstrument& instrument = *At(0);
+    for (EqBandUpdate old; instrument.eqPending.TryPop(old);) {}
+    const auto newest = [&] {
+        EqBandUpdate update;
+        bool any = false;
+        while (instrument.eqPending.TryPop(update)) any = true;
+        EXPECT_TRUE(any) << "the engine was not told";
+        return EqResponseDecibels(update, EqFrequencyHertz(instrument.strip.eqFreq[1].Get()), 44100.0);
+    };
+    Move(instrument.strip.eqGain[1], 0.5F, "Gain");
+    EXPECT_NEAR(newest(), 10.0, 0.1);
+    workstation->Undo().undo();
+    EXPECT_NEAR(newest(), 0.0, 0.1);
+}
+
+TEST_F(WorkstationTest, SoloIsExclusiveOrAddsUp) {
+    for (int i = 0; i < 3; ++i) AddSynth();
+    const auto heard = [this] {
+        std::string mask;
+        for (const auto& entry : workstation->Instruments()) mask += entry->strip.soloMuted.IsOn() ? '-' : 'x';
+        return mask;
+    };
+    workstation->ToggleSolo(0);
+    EXPECT_EQ(heard(), "x--");
+    workstation->ToggleSolo(2);
+    EXPECT_EQ(heard(), "--x");
+    settings.SetOn("SoloCumulMode", true);
+    workstation->ToggleSolo(1);
+    EXPECT_EQ(heard(), "-xx");
+    workstation->MoveInstrument(2, 0);
+    EXPECT_EQ(heard(), "x-x");
+    workstation->RemoveInstrument(0);
+    EXPECT_EQ(heard(), "-x");
+    workstation->RemoveInstrument(1);
+    EXPECT_EQ(heard(), "x") << "nothing is silent for an instrument that is gone";
+    workstation->Undo().undo();
+    workstation->ToggleSolo(1);
+    EXPECT_EQ(heard(), "xx");
+}
+
+TEST_F(WorkstationTest, LevelIsOffOnLoadingWhenTheUserWantsIt) {
+    settings.SetOn("LevelOffWhenLoadingInst", true);
+    EXPECT_EQ(At(AddSynth())->strip.level.Get(), 0.0F);
+}
+
+TEST_F(WorkstationTest, WrongPluginsAndFilesAreToldOnceAndChangeNothing) {
+    AddSynth();
+    workstation->Undo().setClean();
+    QString error;
+    EXPECT_EQ(workstation->AddInstrument("QUIB reverb", error), -1);
+    EXPECT_EQ(told, "QUIB: This plugin is not a synth category !");
+    EXPECT_TRUE(error.isEmpty()) << "it would be told twice";
+    EXPECT_EQ(workstation->AddInstrument("Nowhere", error), -1);
+    EXPECT_FALSE(error.isEmpty());
+    QFile bad(File("bad.prg"));
+    ASSERT_TRUE(bad.open(QIODevice::WriteOnly));
+    bad.write("nothing of the kind");
+    bad.close();
+    for (const auto& load : {std::function<bool()>([&] { return workstation->LoadProject(bad.fileName(), error); }),
+                             std::function<bool()>([&] { return workstation->LoadInstrument(0, bad.fileName(), error); }),
+                             std::function<bool()>([&] { return workstation->LoadPattern(0, bad.fileName(), error); }),
+                             std::function<bool()>([&] { return workstation->LoadBank(Place(0), bad.fileName(), error); })}) {
+        error.clear();
+        EXPECT_FALSE(load());
+        EXPECT_FALSE(error.isEmpty());
+    }
+    EXPECT_EQ(workstation->Instruments().size(), 1U);
+    EXPECT_FALSE(workstation->IsModified());
+}
+
+TEST_F(WorkstationTest, BanksGoToFilesAndBackWithUndo) {
+    AddSynth();
+    QString error;
+    ASSERT_TRUE(workstation->SaveBank(Place(0), File("a.fxb"), error)) << error.toStdString();
+    ASSERT_TRUE(workstation->SaveProgram(Place(0), File("a.fxp"), error));
+    const StateImage original = SaveBank(PluginAt(0));
+    for (const bool bank : {true, false}) {
+        PluginAt(0).SetParameter(0, 0.9F);
+        PluginAt(0).SetParameter(1, 0.1F);
+        const StateImage changed = SaveBank(PluginAt(0));
+        ASSERT_NE(changed, original);
+        const bool loaded = bank ? workstation->LoadBank(Place(0), File("a.fxb"), error)
+                                 : workstation->LoadProgram(Place(0), File("a.fxp"), error);
+        ASSERT_TRUE(loaded) << error.toStdString();
+        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+        workstation->Undo().undo();
+        EXPECT_EQ(SaveBank(PluginAt(0)), changed);
+        workstation->Undo().redo();
+        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+    }
+}
+
+TEST_F(WorkstationTest, ARecalledPresetChangesEverythingAndUndoTakesItBack) {
+    AddSynth();
+    workstation->AddPreset(0);
+    const Content before = Image();
+    At(0)->strip.level.Set(5);
+    PluginAt(0).SetParameter(0, 0.77F);
+    workstation->SetPattern(At(0)->Id(), 2, SomePattern(50), "Draw");
+    const Content changed = Image();
+    workstation->RecallPreset(0, 0);
+    for (int i = 0; i < 4; ++i) workstation->Tick();
+    EXPECT_EQ(Image(), before);
+    workstation->Undo().undo();
+    for (int i = 0; i < 4; ++i) workstation->Tick();
+    EXPECT_EQ(Image(), changed);
+
+    workstation->RecallPresets(0);
+    EXPECT_EQ(Image(), changed) << "presets are off";
+    settings.SetOn("PresetOn", true);
+    workstation->RecallPresets(0);
+    for (int i = 0; i < 4; ++i) workstation->Tick();
+    EXPECT_EQ(Image(), before);
+    EXPECT_EQ(UndoText(), "Select preset");
+}
+
+TEST_F(WorkstationTest, RecordedPointsSoundAtOnceAndAreOneStep) {
+    AddSynth();
+    CAutomationTake take;
+    CInstrument& instrument = *At(0);
+    auto& graveyard = workstation->Audio().graveyard;
+    for (const float x : {3.0F, 1.0F, 2.0F}) {
+        const EngineNotice point{EngineNotice::Kind::LanePoint, instrument.Id(), 0, kModulationWheelLane, 4, x, 10 * x};
+        take.Add(At(0), instrument.midiLanes, point, graveyard);
+    }
+    const PointList expected = {{1, 10}, {2, 20}, {3, 30}};
+    ASSERT_NE(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
+    EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
+    const int steps = workstation->Undo().index();
+    take.Finish("Record automation", workstation->Undo(), graveyard);
+    EXPECT_EQ(workstation->Undo().index(), steps + 1);
+    workstation->Undo().undo();
+    EXPECT_EQ(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
+    workstation->Undo().redo();
+    EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
+}
+
+TEST_F(WorkstationTest, ASessionComesBackFromItsFile) {
+    QString error;
+    AddSynth();
+    workstation->RenameInstrument(0, "Lead");
+    workstation->SetStripColour(0, QColor(200, 100, 50));
+    workstation->SetCollapsed(0, true);
+    workstation->SetPattern(At(0)->Id(), 7, SomePattern(64), "Draw");
+    workstation->SelectPattern(0, 7);
+    workstation->SetPlaylistSteps(128);
+    workstation->Detector().gain = 3;
+    workstation->SelectedPreset().Set(1);
+    EXPECT_TRUE(workstation->LoadPlugin({SlotPlace::EKind::kEffect, 0, 2}, "QUIB delay", error));
+    EXPECT_TRUE(workstation->LoadPlugin({SlotPlace::EKind::kMasterInsert, 0, 1}, "QUIB reverb", error));
+    workstation->Audio().settings.tempo.Set(133.5F);
+    PluginAt(0).SetParameter(2, 0.4F);
+    QSignalSpy modified(workstation.get(), &CWorkstation::ModifiedChanged);
+    ASSERT_TRUE(workstation->SaveProject(File("song.prg"), error)) << error.toStdString();
+    EXPECT_FALSE(workstation->IsModified());
+    EXPECT_EQ(modified.size(), 1);
+    EXPECT_EQ(workstation->ProjectName(), "song");
+    const Content saved = Image();
+
+    workstation->NewProject();
+    EXPECT_TRUE(workstation->Instruments().empty());
+    EXPECT_TRUE(workstation->ProjectPath().isEmpty());
+    EXPECT_EQ(workstation->Slot({SlotPlace::EKind::kEffect, 0, 2})->plugin, nullptr);
+    ASSERT_TRUE(workstation->LoadProject(File("song.prg"), error)) << error.toStdString();
+    EXPECT_TRUE(workstation->Warnings().empty());
+    EXPECT_EQ(Image(), saved);
+    EXPECT_EQ(workstation->StripColour(0), QColor(200, 100, 50));
+    EXPECT_TRUE(workstation->IsCollapsed(0));
+    EXPECT_EQ(workstation->CurrentIndex(), 0);
+    EXPECT_FALSE(workstation->Undo().canUndo());
+}
+
+TEST_F(WorkstationTest, InstrumentAndPatternFilesGoFromOneInstrumentToAnother) {
+    QString error;
+    AddSynth();
+    workstation->SetPattern(At(0)->Id(), 1, SomePattern(40), "Draw");
+    ASSERT_TRUE(workstation->SaveInstrument(0, File("a.ist"), error));
+    ASSERT_TRUE(workstation->SavePattern(0, File("a.ptn"), error));
+    ASSERT_EQ(workstation->AddInstrument(File("a.ist"), error), 1) << error.toStdString();
+    EXPECT_EQ(At(1)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());
+    AddSynth();
+    ASSERT_TRUE(workstation->LoadPattern(2, File("a.ptn"), error));
+    EXPECT_EQ(At(2)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());
+    workstation->Undo().undo();
+    EXPECT_TRUE(At(2)->patterns[1].ForEdit()->Notes().empty());
+}
+
+TEST_F(WorkstationTest, BackupsAreKeptWithTheirTimesTenAtMost) {
+    AddSynth();
+    for (int minute = 10; minute < 22; ++minute) {
+        QFile old(folders.backups + QString("backup-20200101-0000%1.prg").arg(minute));
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    }
+    workstation->WriteBackup(true);
+    workstation->WriteBackup(true);
+    workstation->Saver().Finish();
+    const QStringList kept = workstation->TimedBackups();
+    ASSERT_EQ(kept.size(), 10);
+    EXPECT_FALSE(kept.front().contains("backup-2020")) << "the newest comes first";
+    EXPECT_TRUE(kept.back().endsWith("000013.prg"));
+    const Content now = Image();
+    QString error;
+    workstation->NewProject();
+    ASSERT_TRUE(workstation->LoadSession(folders.backupProject, "/x/song.prg", true, error)) << error.toStdString();
+    EXPECT_EQ(Image(), now);
+    EXPECT_TRUE(workstation->IsModified());
+    EXPECT_EQ(workstation->ProjectPath(), "/x/song.prg");
+}
+
+TEST(AsyncSaveTest, ASlowDiskHoldsNobodyUpAndGetsTheNewestOnly) {
+    std::promise<void> gate;
+    std::shared_future<void> open = gate.get_future().share();
+    std::vector<std::string> written;
+    CAsyncSave saver([&, open](const std::filesystem::path&, const std::string& bytes, std::string& error) {
+        open.wait();
+        written.push_back(bytes);
+        if (bytes == "bad") error = "disk full";
+        return bytes != "bad";
+    });
+    std::vector<std::string> told;
+    const auto tell = [&](const std::string& error) { told.push_back(error); };
+    saver.Write("a", "1", tell);
+    while (!saver.IsBusy()) std::this_thread::yield();
+    for (const char* const bytes : {"2", "3", "4"}) saver.Write("b", bytes, tell);
+    saver.Write("c", "bad", tell);
+    saver.Poll();
+    EXPECT_TRUE(told.empty());
+    EXPECT_TRUE(saver.IsBusy());
+    gate.set_value();
+    saver.Finish();
+    EXPECT_EQ(written, (std::vector<std::string>{"1", "4", "bad"}));
+    EXPECT_EQ(told, (std::vector<std::string>{"", "", "", "", "disk full"}));
+}
+
+TEST_F(WorkstationTest, AFailedSaveLeavesTheMarkOfUnsavedWork) {
+    AddSynth();
+    QString error;
+    QFile blocking(File("file"));
+    ASSERT_TRUE(blocking.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(workstation->SaveProject(File("file/song.prg"), error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_TRUE(workstation->IsModified());
+    EXPECT_TRUE(workstation->ProjectPath().isEmpty());
+}
+
+TEST_F(WorkstationTest, PlaysRecordsAndEditsOnTheSilentOutput) {
+    QString error;
+    ASSERT_TRUE(workstation->OpenOutput("Silent")) << told.toStdString();
+    workstation->Audio().settings.songMode.Set(0);
+    AddSynth();
+    workstation->SetPattern(At(0)->Id(), 0, SomePattern(60), "Draw");
+    ASSERT_TRUE(workstation->StartRecording(File("take.wav"))) << workstation->RecorderText().toStdString();
+    workstation->Play();
+    const auto wait = [&](const std::function<bool()>& isTrue) {
+        for (int i = 0; i < 500 && !isTrue(); ++i) {
+            workstation->Tick();
+            QThread::msleep(10);
+        }
+        return isTrue();
+    };
+    EXPECT_TRUE(wait([&] { return workstation->IsPlaying() && workstation->Audio().masterPeak[0].Get() > 0.001F; }));
+    workstation->RemoveInstrument(0);
+    workstation->Undo().undo();
+    EXPECT_TRUE(wait([&] { return workstation->RecordedSeconds() > 0.5; }));
+    workstation->StopRecording();
+    workstation->Stop();
+    EXPECT_TRUE(wait([&] { return !workstation->IsRecording() && !workstation->IsPlaying(); }));
+    EXPECT_GT(QFileInfo(File("take.wav")).size(), 60000);
+    EXPECT_FALSE(workstation->StartRecording(File("nowhere/take.wav")));
+    EXPECT_EQ(workstation->RecorderText(), "Error !");
+}
+
+}  // namespace
+}  // namespace quib

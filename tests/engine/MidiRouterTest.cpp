@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which instrument hears which message, and what is recorded of it.
+#include "engine/EngineNotices.h"
+
+#include "EngineFixture.h"
+#include "platform/Clock.h"
+
+namespace quib {
+namespace {
+
+using Heard = std::vector<std::array<int, 3>>;
+
+class CMidiRouterTest : public CEngineTest {
+protected:
+    // An instrument on that channel selector, as one of a block.
+    CInstrument& Add(int selector) {
+        CInstrument& instrument = AddInstrument("PatchSynth");
+        instrument.midi.channel.Set(selector);
+        BlockInstrument entry{};
+        entry.instrument = &instrument;
+        block.instruments.push_back(entry);
+        return instrument;
+    }
+    void Send(int status, int data1, int data2, std::uint32_t time = 0) {
+        const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
+        router.Dispatch({byte(status), byte(data1), byte(data2), time}, block, transport);
+    }
+    // What went on to the instrument's plug-in since the last time.
+    static Heard Take(CInstrument& instrument) {
+        Heard heard;
+        for (const LiveEvent& event : instrument.play.liveEvents.Items()) {
+            heard.push_back({event.status, event.data1, event.data2});
+        }
+        instrument.play.liveEvents.Items().clear();
+        return heard;
+    }
+    std::vector<int> Presets() {
+        std::vector<int> presets;
+        for (EngineNotice notice; notices.TryPop(notice);) {
+            if (notice.kind == EngineNotice::Kind::PresetSelected) presets.push_back(notice.value);
+        }
+        return presets;
+    }
+
+    PresetSelection selection;
+    CValue recording;
+    CBoundedQueue<EngineNotice> notices{64};
+    CMidiRouter router{selection, recording, notices};
+    BlockContext block{};
+    CTransport transport;
+};
+
+TEST_F(CMidiRouterTest, AChannelReachesItsInstrumentsAndOneWithPriorityTakesItAlone) {
+    CInstrument& nine = Add(10);
+    CInstrument& ten = Add(11);
+    CInstrument& every = Add(kChannelOmni);
+    CInstrument& none = Add(kChannelOff);
+    const Heard note = {{144, 60, 100}};
+    Send(0x99, 60, 100);  // channel 10
+    EXPECT_EQ(Take(ten), note);
+    EXPECT_EQ(Take(every), note);
+    EXPECT_EQ(Take(nine), Heard());
+    EXPECT_EQ(Take(none), Heard());
+    ten.midi.priority.Set(1);
+    nine.midi.priority.Set(1);
+    Send(0x99, 60, 100);
+    EXPECT_EQ(Take(ten), note);
+    EXPECT_EQ(Take(every), Heard());
+    EXPECT_EQ(Take(nine), Heard());
+    Send(0x9a, 60, 100);  // a channel of which nobody with priority hears
+    EXPECT_EQ(Take(every), note);
+}
+
+TEST_F(CMidiRouterTest, KeysAreLimitedTransposedAndLearned) {
+    const struct {
+        int from, to, transpose, key;
+        Heard heard;
+    } cases[] = {
+        {36, 60, 0, 35, {}},
+        {36, 60, 0, 36, {{144, 36, 9}}},
+        {36, 60, 0, 59, {{144, 59, 9}}},
+        {36, 60, 0, 60, {}},
+        {0, 127, -12, 5, {}},
+        {0, 127, -12, 12, {{144, 0, 9}}},
+        {0, 127, 12, 120, {}},
+        {0, 127, 12, 115, {{144, 127, 9}}},
+    };
+    CInstrument& instrument = Add(kChannelOmni);
+    for (const auto& [from, to, transpose, key, heard] : cases) {
+        instrument.midi.keyFrom.Set(from);
+        instrument.midi.keyTo.Set(to);
+        instrument.midi.transpose.Set(transpose);
+        Send(0x90, key, 9);
+        EXPECT_EQ(Take(instrument), heard) << key;
+    }
+    instrument.midi.transpose.Set(0);
+    instrument.midi.limitLearning.Set(0);
+    Send(0x90, 40, 100);
+    instrument.midi.limitLearning.Set(1);
+    Send(0x90, 50, 100);
+    EXPECT_EQ(Take(instrument), Heard()) << "a key that was learned played";
+    for (const int key : {39, 40, 49, 50}) Send(0x80, key, 77);
+    EXPECT_EQ(Take(instrument), (Heard{{144, 40, 0}, {144, 49, 0}}));
+}
+
+TEST_F(CMidiRouterTest, HeldKeysAreTheUntransposedOnesAndAnArpeggiatorPlaysThemItself) {
+    CInstrument& instrument = Add(kChannelOmni);
+    instrument.midi.transpose.Set(12);
+    instrument.keyboardOn.Set(1.0F);
+    instrument.arpeggiator.on.Set(1.0F);
+    for (const int key : {60, 64, 60}) Send(0x90, key, 100);
+    EXPECT_EQ(instrument.play.heldKeys.Items(), (std::vector<std::int32_t>{60, 64, 60}));
+    Send(0x80, 60, 0);
+    EXPECT_EQ(instrument.play.heldKeys.Items(), std::vector<std::int32_t>{64});
+    EXPECT_EQ(Take(instrument), Heard());
+}
+
+TEST_F(CMidiRouterTest, ControllersPassWhereTheirSwitchIsOn) {
+    CInstrument& instrument = Add(kChannelOmni);
+    const auto sendAll = [&] {
+        Send(0xe0, 100, 64);
+        Send(0xd0, 33, 5);
+        Send(0xb0, 1, 70);
+        Send(0xb0, 7, 70);  // a controller other than the wheel
+        Send(0xa0, 60, 70);
+        Send(0xf8, 0, 0);
+    };
+    sendAll();
+    EXPECT_EQ(Take(instrument), (Heard{{224, 0, 64}, {208, 33, 0}, {176, 1, 70}}));
+    for (CIntegerValue* const wheel : {&instrument.midi.pitchBend, &instrument.midi.aftertouch,
+                                       &instrument.midi.modulationWheel, &instrument.midi.programChange})
+        wheel->Set(0);
+    recording.Set(1.0F);
+    sendAll();
+    Send(0xc0, 3, 0);
+    EXPECT_EQ(Take(instrument), Heard());
+    EngineNotice notice;
+    EXPECT_FALSE(notices.TryPop(notice));
+}
+
+TEST_F(CMidiRouterTest, PresetsAreSelectedByNoteOrByProgram) {
+    selection.channel.Set(3);
+    selection.baseNote.Set(36);
+    for (const int status : {0x91, 0x81, 0xc1, 0x92}) Send(status, 40, 100);
+    EXPECT_EQ(Presets(), std::vector<int>{4});
+    selection.mode.Set(1);
+    for (const int status : {0x91, 0xc1, 0xc2}) Send(status, 5, 100);
+    EXPECT_EQ(Presets(), std::vector<int>{5});
+    selection.channel.Set(kChannelOmni);
+    Send(0xcf, 7, 0);
+    EXPECT_EQ(Presets(), std::vector<int>{7});
+}
+
+TEST_F(CMidiRouterTest, AControllerIsOfferedToItsLaneAtTheStepWhereItCame) {
+    CInstrument& instrument = Add(kChannelOmni);
+    transport.playing = true;
+    transport.samplesPerStep = 4410.0F;  // 100 ms
+    transport.stepTime = 0xfffffff0U;    // the clock is about to begin anew
+    instrument.play.currentStep = 5;
+    instrument.play.currentPattern = 3;
+    Send(0xb0, 1, 70, 0xfffffff0U + 50);
+    EngineNotice notice;
+    EXPECT_FALSE(notices.TryPop(notice)) << "the switch is off";
+    recording.Set(1.0F);
+    transport.playing = false;
+    Send(0xb0, 1, 70, 0xfffffff0U + 50);
+    EXPECT_FALSE(notices.TryPop(notice)) << "nothing plays";
+    transport.playing = true;
+    Send(0xb0, 1, 70, 0xfffffff0U + 50);
+    Send(0xd0, 33, 0, 0xfffffff0U - 25);
+    for (const auto& [lane, x, y] : {std::tuple{kModulationWheelLane, 5.5F, 70.0F}, {kAftertouchLane, 4.75F, 33.0F}}) {
+        ASSERT_TRUE(notices.TryPop(notice));
+        EXPECT_EQ(notice.kind, EngineNotice::Kind::LanePoint);
+        EXPECT_EQ(notice.instrument, instrument.Id());
+        EXPECT_EQ(notice.pattern, 3);
+        EXPECT_EQ(notice.lane, lane);
+        EXPECT_NEAR(notice.x, x, 0.001F);
+        EXPECT_EQ(notice.y, y);
+    }
+}
+
+TEST_F(CMidiRouterTest, RecordedPointsOnlyEverFollowOneAnother) {
+    CInstrument& instrument = AddInstrument("PatchSynth");
+    instrument.midi.channel.Set(kChannelOmni);
+    audio.recordAutomation.Set(1.0F);
+    PlayPatterns();
+    const std::uint32_t begun = Milliseconds();
+    std::size_t shown = 0;
+    const auto play = [&](std::initializer_list<std::uint8_t> bends, std::uint32_t later) {
+        for (const std::uint8_t bend : bends) audio.ReceiveMidi({0xe0, 0, bend, begun + later});
+        audio.RenderBlock();
+        FollowNotices(audio, [&](const EngineNotice&) { ++shown; });
+    };
+    play({10, 11}, 0);
+    play({20, 21}, 2'000'000);
+    play({30}, 1'000'000);
+    play({40}, 3'000'000);
+    audio.ReceiveMidi({0xc0, 2, 0, begun});
+    play({}, 0);
+    EXPECT_EQ(shown, 8U) << "a program tells of itself and of its point";
+    const CEventLanes& lanes = *instrument.midiLanes.ForEdit();
+    const PointList* const points = lanes.Find(0, kPitchBendLane);
+    ASSERT_NE(points, nullptr);
+    std::vector<float> bends;
+    for (const Point& point : *points) bends.push_back(point.y);
+    EXPECT_EQ(bends, (std::vector<float>{10, 20, 40}));
+    ASSERT_NE(lanes.Find(0, kProgramChangeLane), nullptr);
+    EXPECT_EQ(lanes.Find(0, kModulationWheelLane), nullptr);
+    EXPECT_EQ(instrument.plugin.ForEdit()->plugin->Dispatch(vst2::effGetProgram), 2);
+}
+
+}  // namespace
+}  // namespace quib
