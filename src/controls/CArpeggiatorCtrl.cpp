@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CArpeggiatorCtrl.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -23,7 +24,8 @@ struct KnobPlan {
 };
 
 QString Whole(float value) { return QString::number(std::lround(value)); }
-QString Percent(float value) { return QStringLiteral("%1 %").arg(std::lround(value * 100)); }
+// A unit makes a note up to 32 softer.
+QString Softer(float value) { return QStringLiteral("127..%1").arg(std::max(0L, 127 - std::lround(32 * value))); }
 QString Semitones(float value) { return QStringLiteral("%1 semitones").arg(std::lround(value)); }
 QString Gate(float value) { return QStringLiteral("1/%1 step").arg(1 << std::lround(value)); }
 QString Speed(float value) { return QStringLiteral("every %1 steps").arg(1 << std::lround(value)); }
@@ -32,7 +34,7 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
     {&ArpeggiatorValues::hole, "Holes", "Arpeggiator holes", 8, 412, Whole},
     {&ArpeggiatorValues::ext, "Extend", "Arpeggiator extension", 8, 413, Whole},
     {&ArpeggiatorValues::interval, "Interval", "Arpeggiator interval", 24, 415, Semitones},
-    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 1, 416, Percent},
+    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 4, 416, Softer},
     {&ArpeggiatorValues::gateTime, "Gate", "Arpeggiator gate time", 4, 417, Gate},
     {&ArpeggiatorValues::tempo, "Tempo", "Arpeggiator tempo", 4, 418, Speed},
 }};
@@ -42,25 +44,25 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
 CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
                                    const ArpeggiatorValues& values)
     : CControl(window, number, left, top, kWidth, kHeight) {
-    auto& on = AddChild<CSwitchCtrl>(0U, 10, 10, 56, 22, nullptr, QStringLiteral("ON"));
+    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, QStringLiteral("ON"));
     on.infoString = 410;
     on.name = QStringLiteral("Arpeggiator");
     bound.push_back({&on, &ArpeggiatorValues::on});
-    auto& mode = AddChild<CSelectorCtrl>(0U, 74, 10, 88, 22, nullptr,
+    auto& mode = AddChild<CSelectorCtrl>(0U, 74, 14, 90, 22, nullptr,
                                          QStringList{QStringLiteral("Up"), QStringLiteral("Down"),
                                                      QStringLiteral("Up & down"), QStringLiteral("Random")});
     mode.infoString = 411;
     mode.name = QStringLiteral("Arpeggiator mode");
     bound.push_back({&mode, &ArpeggiatorValues::mode});
-    auto& extMode = AddChild<CSelectorCtrl>(0U, 170, 10, 90, 22, nullptr,
+    auto& extMode = AddChild<CSelectorCtrl>(0U, 170, 14, 90, 22, nullptr,
                                             QStringList{QStringLiteral("Each key"), QStringLiteral("Pass"),
                                                         QStringLiteral("Pass, back"), QStringLiteral("Random")});
     extMode.infoString = 414;
     extMode.name = QStringLiteral("Arpeggiator extension mode");
     bound.push_back({&extMode, &ArpeggiatorValues::extMode});
-    int place = 8;
+    int place = 7;
     for (const KnobPlan& plan : kKnobs) {
-        auto& knob = AddChild<CKnobCtrl>(0U, place, 66, 38, 52, nullptr);
+        auto& knob = AddChild<CKnobCtrl>(0U, place, 64, 42, 58, nullptr);
         knob.label = QString::fromLatin1(plan.label);
         knob.name = QString::fromLatin1(plan.name);
         knob.maximum = plan.maximum;

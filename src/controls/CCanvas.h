@@ -2,7 +2,9 @@
 #pragma once
 
 // What controls draw on: the back buffer of their window, in skin pixels whatever the screen's scale.
-// Everything outside the clip rectangle is left as it is. User-interface thread.
+// Everything outside the clip rectangle is left as it is. Rectangles, frames and pictures are put on whole
+// pixels of the screen, so that they are sharp, fit together and may be drawn again over themselves.
+// User-interface thread.
 
 #include <QFont>
 #include <QImage>
@@ -29,9 +31,15 @@ public:
     void FillRound(const QRectF& rectangle, qreal radius, QRgb colour);
     void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
+    // Both in one, without a seam between them.
+    void Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRgb edge, qreal width = 1);
+    void Box(const QRectF& rectangle, qreal radius, QRgb fill, QRgb edge, qreal width = 1) {
+        Box(rectangle, radius, QBrush(QColor::fromRgba(fill)), edge, width);
+    }
+    static QBrush Vertical(const QRectF& rectangle, QRgb top, QRgb bottom);
     void Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width = 1);
     void Polyline(std::span<const QPointF> points, QRgb colour, qreal width = 1);
-    // One physical pixel wide and without smoothing: for curves that are redrawn all the time.
+    // A skin pixel wide and without smoothing: for curves that are redrawn all the time.
     void FastPolyline(std::span<const QPointF> points, QRgb colour);
     void Polygon(std::span<const QPointF> points, QRgb colour);
     void Ellipse(const QPointF& centre, qreal radius, QRgb colour);
@@ -40,8 +48,8 @@ public:
     void Blit(const SkinBitmap& bitmap, qreal x, qreal y);
     // The part `source` of the bitmap, both in skin pixels.
     void Blit(const SkinBitmap& bitmap, qreal x, qreal y, const QRectF& source);
-    // The bitmap in the size of `side`, turned clockwise about its centre, which comes to lie at `centre`.
-    void BlitTurnedTo(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees, qreal side);
+    // Turned clockwise about its centre, which comes to lie at `centre`.
+    void BlitTurned(const SkinBitmap& bitmap, const QPointF& centre, qreal degrees);
     // The bitmap stretched along the longer side of `target`; `cap` pixels at each of its ends are not.
     void BlitStretched(const SkinBitmap& bitmap, const QRectF& target, qreal cap);
     // A glyph of the skin in a colour.
@@ -55,15 +63,27 @@ public:
 
     // The picture so far. Drawing goes on afterwards.
     const QImage& Image();
+    // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
+    void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
     // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
     bool Scroll(const QRect& area, int dx, int dy);
 
+    qreal Scale() const noexcept { return scale; }
+
 private:
     QPainter& Painter();
+    // The nearest pixels of the back buffer.
+    QRect Pixels(const QRectF& rectangle) const noexcept;
+    QRectF OnPixels(const QRectF& rectangle) const noexcept;
+    qreal OnPixel(qreal place) const noexcept;
+    // A width of whole pixels, one at the least.
+    qreal LineWidth(qreal width) const noexcept;
+    void SetPainterClip();
 
     QImage image;
     QPainter painter;
-    QRect clip;
+    QRect clip;        // skin pixels
+    QRect clipPixels;  // pixels of the back buffer
     qreal scale = 1;
 };
 

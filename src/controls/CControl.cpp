@@ -47,7 +47,15 @@ void CControl::ClearChildren() { children.clear(); }
 
 void CControl::SetVisible(bool flag) {
     visible = flag;
+    for (const auto& child : children) child->TellShown(IsShown());
     OnShow(flag);
+}
+
+void CControl::TellShown(bool parentNowShown) {
+    parentShown = parentNowShown;
+    if (!visible) return;
+    for (const auto& child : children) child->TellShown(parentNowShown);
+    OnShow(parentNowShown);
 }
 
 CControl* CControl::HitTest(int px, int py) {
@@ -60,14 +68,20 @@ CControl* CControl::HitTest(int px, int py) {
     return this;
 }
 
+// By index: a control that is told a key may build or clear others.
 void CControl::BroadcastKeyDown(int virtualKey) {
-    for (const auto& child : children) child->BroadcastKeyDown(virtualKey);
+    for (std::size_t index = 0; index < children.size(); ++index) children[index]->BroadcastKeyDown(virtualKey);
     OnKeyDown(virtualKey);
 }
 
 void CControl::BroadcastKeyUp(int virtualKey) {
-    for (const auto& child : children) child->BroadcastKeyUp(virtualKey);
+    for (std::size_t index = 0; index < children.size(); ++index) children[index]->BroadcastKeyUp(virtualKey);
     OnKeyUp(virtualKey);
+}
+
+void CControl::BroadcastLeave() {
+    for (std::size_t index = 0; index < children.size(); ++index) children[index]->BroadcastLeave();
+    OnMouseLeave();
 }
 
 float CControl::Share() const noexcept {
@@ -75,41 +89,45 @@ float CControl::Share() const noexcept {
     return std::clamp((ValueNow() - minimum) / (maximum - minimum), 0.0F, 1.0F);
 }
 
+// What is no number becomes the minimum.
+float CControl::Limited(float number) const noexcept {
+    if (!(number >= minimum)) return minimum;
+    return number > maximum ? maximum : number;
+}
+
 void CControl::Update(bool notify, bool redraw) {
     if (value != nullptr) {
         const float now = value->Get();
-        // A value that is no number becomes the minimum.
-        if (!(now >= minimum)) value->Set(minimum);
-        if (now > maximum) value->Set(maximum);
+        // Not by comparing with the limited value: a write could undo what another thread sets meanwhile.
+        if (!(now >= minimum && now <= maximum)) value->Set(Limited(now));
     }
-    if (redraw && visible) {
-        DrawClipped();
-        Blit();
-    }
+    if (redraw) Refresh();
     if (notify && onChange) onChange(*this);
 }
 
+// Limited before it is stored: the render thread may look at any time.
 void CControl::SetValueAndUpdate(bool notify, bool redraw, float next) {
-    if (value != nullptr) value->Set(next);
+    if (value != nullptr) value->Set(Limited(next));
     Update(notify, redraw);
 }
 
 void CControl::DrawClipped() {
-    const QRect shown = ShownRectangle();
-    if (shown.isEmpty() || !owner.HasBackBuffer()) return;
-    Canvas().SetClip(shown);
     drawnValue = ValueNow();
+    const QRect shown = ShownRectangle();
+    if (shown.isEmpty()) return;
+    Canvas().SetClip(shown);
     Draw();
 }
 
 void CControl::Refresh(bool blit) {
-    if (!visible || !owner.HasBackBuffer()) return;
+    if (!IsShown() || !owner.HasBackBuffer()) return;
     DrawClipped();
     for (const auto& child : children) child->Refresh(false);
     if (blit) Blit();
 }
 
 void CControl::Blit() {
+    if (!parentShown) return;
     if (visible) {
         owner.BlitRectangle(ShownRectangle());
     } else {
@@ -120,7 +138,7 @@ void CControl::Blit() {
 void CControl::BlitRect(int x0, int y0, int x1, int y1) {
     const QRect part(QPoint(std::max(x0, x), std::max(y0, y)),
                      QPoint(std::min(x1, x + width) - 1, std::min(y1, y + height) - 1));
-    if (visible) owner.BlitRectangle(part.intersected(clip));
+    if (IsShown()) owner.BlitRectangle(part.intersected(clip));
 }
 
 void CControl::FillRect(QRgb colour) {
@@ -132,7 +150,8 @@ void CControl::FillRect(QRgb colour) {
 }
 
 void CControl::RefreshIfChanged() {
-    if (visible && value != nullptr && value->Get() != drawnValue) Update(false, true);
+    if (!IsShown()) return;
+    if (HasChanged()) return Update(false, true);
     for (const auto& child : children) child->RefreshIfChanged();
 }
 
@@ -159,10 +178,14 @@ void CControl::ChangeByUser(float next) {
     EndGesture();
 }
 
-void CControl::ReturnToDefault() {
-    if (!defaultValue || !enabled) return;
-    ChangeByUser(*defaultValue);
+void CControl::TakeNumber(float number) {
+    if (value == nullptr) return;
+    ChangeByUser(number);
     ShowValue();
+}
+
+void CControl::ReturnToDefault() {
+    if (defaultValue && enabled) TakeNumber(*defaultValue);
 }
 
 void CControl::TurnByWheel(std::uint32_t word) {

@@ -49,6 +49,13 @@ public:
     virtual void OnKeyDown(int /*virtualKey*/) {}
     virtual void OnKeyUp(int /*virtualKey*/) {}
     virtual void OnShow(bool /*nowVisible*/) {}
+    // Takes a number that the user typed.
+    virtual void TakeNumber(float number);
+    virtual bool HasDefault() const { return defaultValue.has_value(); }
+    virtual void ReturnToDefault();
+    bool TakesDigits() const noexcept { return takesDigits && enabled && value != nullptr; }
+    // Whether what it shows is another than what it drew last.
+    virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
 
     // --- Place and tree -------------------------------------------------------------------------------
 
@@ -70,13 +77,16 @@ public:
     T& AddChild(Arguments&&... arguments) {
         auto child = std::make_unique<T>(owner, std::forward<Arguments>(arguments)...);
         T& reference = *child;
+        child->parentShown = IsShown();
         children.push_back(std::move(child));
         return reference;
     }
     void ClearChildren();
     const std::vector<std::unique_ptr<CControl>>& Children() const noexcept { return children; }
     bool IsVisible() const noexcept { return visible; }
-    // Hides or shows it and tells it; nothing is drawn.
+    // Whether it and all that it stands in is visible.
+    bool IsShown() const noexcept { return visible && parentShown; }
+    // Hides or shows it and tells its children and it; nothing is drawn.
     void SetVisible(bool flag);
     // The innermost visible control at a point, which may be this one; null when the point misses it. The
     // right and the bottom edge count one pixel beyond the rectangle.
@@ -101,7 +111,7 @@ public:
     void BlitRect(int x0, int y0, int x1, int y1);
     // Fills the control's rectangle, in the back buffer and on the screen.
     void FillRect(QRgb colour);
-    // Redraws when the bound value is another than the one drawn last.
+    // Redraws itself, and each child, where HasChanged says so.
     void RefreshIfChanged();
     // The value with its unit.
     QString ValueText() const;
@@ -114,7 +124,6 @@ public:
     void EndGesture();
     // A gesture of one change.
     void ChangeByUser(float next);
-    void ReturnToDefault();
 
     // --- Set by the owner ---------------------------------------------------------------------------------
 
@@ -166,6 +175,9 @@ private:
     friend class CWinControl;
     friend class CMouseRouter;
     void DrawClipped();
+    void BroadcastLeave();
+    void TellShown(bool parentNowShown);
+    float Limited(float number) const noexcept;
 
     CWinControl& owner;
     std::uint32_t identifier;
@@ -175,6 +187,7 @@ private:
     QRect clip;
     CValue* value;
     bool visible = true;
+    bool parentShown = true;
     float drawnValue = 0;
     std::optional<float> gestureStart;
     std::vector<std::unique_ptr<CControl>> children;

@@ -12,10 +12,6 @@ public:
     void Begin(float startValue, int position) noexcept;
     // `valuePerPixel` of a normal drag. The result is not limited to any range.
     float Move(int position, float valuePerPixel, bool fine) noexcept;
-    // Goes on from here with another value.
-    void Rebase(float value, int position) noexcept { Begin(value, position); }
-
-    float Start() const noexcept { return start; }
 
 private:
     float start = 0;

@@ -15,6 +15,7 @@ const FaderPictures kLevelFader = {picture::kFaderThumbLevel, picture::kFaderTra
 
 namespace {
 constexpr float kSecondCatch = 0.03F;
+constexpr qreal kBarWidth = 12;
 constexpr int kCap = 4;  // pixels at each end of a track or bar that are never stretched
 }  // namespace
 
@@ -55,13 +56,12 @@ CFaderCtrl::ETarget CFaderCtrl::TargetAt(int px, int py) const {
     return ETarget::kMain;
 }
 
-void CFaderCtrl::OnLButtonDown(int px, int py, int button) {
-    if (Value() == nullptr || !enabled || button != 0) return;
+void CFaderCtrl::OnLButtonDown(int px, int py, int /*button*/) {
+    if (Value() == nullptr || !enabled) return;
     dragging = true;
-    drag.Begin(ValueNow(), Along(px, py));
-    secondStart = secondValue != nullptr ? secondValue->Get() : 0;
-    secondStartPosition = Along(px, py);
     target = TargetAt(px, py);
+    secondBefore = secondStart = secondValue != nullptr ? secondValue->Get() : 0;
+    drag.Begin(target == ETarget::kMain ? ValueNow() : secondStart, Along(px, py));
     Update(false, true);
     ShowValue();
 }
@@ -84,22 +84,30 @@ void CFaderCtrl::DragMain(int px, int py) {
 }
 
 void CFaderCtrl::DragSecond(int px, int py) {
-    const float way = static_cast<float>(Along(px, py) - secondStartPosition) / static_cast<float>(Travel());
-    float next = target == ETarget::kSecondUp ? secondStart + way : secondStart - way;
+    const float perPixel = (target == ETarget::kSecondUp ? 1.0F : -1.0F) / static_cast<float>(Travel());
+    float next = drag.Move(Along(px, py), perPixel, Owner().IsFine());
+    // The end that is dragged has come out on the other side of the thumb: the bar grows again from there.
     if (next * secondStart < 0) {
         target = target == ETarget::kSecondUp ? ETarget::kSecondDown : ETarget::kSecondUp;
-        secondStart = next;
-        secondStartPosition = Along(px, py);
+        next = -next;
+        drag.Begin(next, Along(px, py));
     }
     next = std::clamp(next, -1.0F, 1.0F);
     if (std::abs(next) < kSecondCatch) next = 0;
     secondValue->Set(next);
     Update(true, true);
+    Owner().ShowBubble(*this, formatSecond ? formatSecond(next) : QString::number(std::lround(next * 100)) + u'%');
 }
 
 void CFaderCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
+    const bool second = dragging && target != ETarget::kMain;
     dragging = false;
     Update(false, true);
+    if (second && onSecondGesture && secondValue->Get() != secondBefore) onSecondGesture(*this, secondBefore);
+}
+
+bool CFaderCtrl::HasChanged() const {
+    return CControl::HasChanged() || (secondValue != nullptr && secondValue->Get() != drawnSecond);
 }
 
 void CFaderCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) { TurnByWheel(word); }
@@ -109,6 +117,7 @@ void CFaderCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 // --- Drawing --------------------------------------------------------------------------------------------
 
 void CFaderCtrl::Draw() {
+    drawnSecond = secondValue != nullptr ? secondValue->Get() : 0;
     const float thumbStart = ThumbPosition();
     Canvas().Fill(Rectangle(), backgroundColour);
     DrawTrack(thumbStart);
@@ -153,9 +162,11 @@ void CFaderCtrl::DrawSecondBar(float thumbStart) {
     const SkinBitmap& bar = Skin().Bitmap(picture::kFaderBar, EState::kNormal, section);
     const auto from = static_cast<qreal>(thumbStart);
     if (vertical) {
-        Canvas().BlitStretched(bar, {X() + 2.0, from - qreal(length), Width() - 4.0, qreal(length)}, kCap);
+        Canvas().BlitStretched(bar, {X() + (Width() - kBarWidth) / 2.0, from - qreal(length), kBarWidth, qreal(length)},
+                               kCap);
     } else {
-        Canvas().BlitStretched(bar, {from + ThumbSize(), Y() + 2.0, qreal(length), Height() - 4.0}, kCap);
+        Canvas().BlitStretched(bar, {from + ThumbSize(), Y() + (Height() - kBarWidth) / 2.0, qreal(length), kBarWidth},
+                               kCap);
     }
 }
 

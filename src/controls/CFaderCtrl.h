@@ -2,9 +2,8 @@
 #pragma once
 
 // A fader, upright or level, with an optional catch (detent) and an optional second, signed amount that is
-// drawn as a bar at the thumb and dragged beside it. User-interface thread.
-
-#include <array>
+// drawn as a bar at the thumb and dragged by its end or from the thumb's other side: away from the thumb it
+// grows, and zero is easy to find. User-interface thread.
 
 #include "controls/CControl.h"
 #include "controls/CDragValue.h"
@@ -31,6 +30,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    bool HasChanged() const override;
 
     bool IsDragging() const noexcept { return dragging; }
     // Length of the thumb's way in pixels.
@@ -42,7 +42,9 @@ public:
     float detentValue = 0;
     CValue* secondValue = nullptr;  // -1..1
     bool secondBarOn = false;
-    bool fillFromCentre = false;  // the filled part grows from the middle of the range
+    std::function<QString(float)> formatSecond;
+    std::function<void(CControl&, float before)> onSecondGesture;  // a drag has changed the second amount
+    bool fillFromCentre = false;                                   // the filled part grows from the middle of the range
     QString label;
     FaderPictures pictures;
 
@@ -63,7 +65,8 @@ private:
     ETarget target = ETarget::kMain;
     CDragValue drag;
     float secondStart = 0;
-    int secondStartPosition = 0;
+    float secondBefore = 0;
+    float drawnSecond = 0;
 };
 
 }  // namespace quib

@@ -139,16 +139,17 @@ void CFilterCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
 
 void CFilterCtrl::OnMouseLeave() {
     Owner().unsetCursor();
+    if (lit < 0) return;
     lit = -1;
     Update(false, true);
 }
 
-void CFilterCtrl::RedrawIfChanged() {
+bool CFilterCtrl::HasChanged() const {
     bool changed = drawnOn != (Value() != nullptr && Value()->IsOn());
     for (int band = 0; band < kEqBandCount; ++band) {
         changed = changed || drawn[static_cast<std::size_t>(band)] != StateOf(band);
     }
-    if (changed) Update(false, true);
+    return changed;
 }
 
 void CFilterCtrl::Draw() {

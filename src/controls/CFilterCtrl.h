@@ -36,8 +36,9 @@ public:
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
 
+    bool HasChanged() const override;
     // Redraws when any of the values is another than the one drawn.
-    void RedrawIfChanged();
+    void RedrawIfChanged() { RefreshIfChanged(); }
 
     std::function<double()> sampleRate;  // hertz
     std::function<void(int band)> onBandChange;

@@ -28,6 +28,7 @@ CKeyboardExCtrl::CKeyboardExCtrl(CWinControl& window, std::uint32_t number, int 
 
 int CKeyboardExCtrl::NoteAt(int px, int py) const noexcept {
     const int place = px - X() + scroll;
+    if (place < 0) return -1;
     const int octave = place / kOctaveWidth;
     const int base = 12 * octave;
     if (py - Y() >= BlackHeight()) {
@@ -64,7 +65,7 @@ void CKeyboardExCtrl::ReleaseAll() {
 void CKeyboardExCtrl::OnLButtonDown(int px, int py, int button) {
     Owner().setCursor(Qt::PointingHandCursor);
     const int note = NoteAt(px, py);
-    if (note > kHighestNote) return;
+    if (!IsNote(note)) return;
     if (controlHeld || shiftHeld) {
         for (const std::uint32_t entry : held) Send(static_cast<int>(entry), true);
         held.clear();
@@ -75,15 +76,17 @@ void CKeyboardExCtrl::OnLButtonDown(int px, int py, int button) {
             Send(note, false);
         }
         current = note;
+        playing = true;
     }
     Refresh();
 }
 
 void CKeyboardExCtrl::OnLButtonUp(int px, int py, int button) {
     const int note = NoteAt(px, py);
+    playing = false;
     if (button == 0) {
+        if (IsNote(note)) EndHeld(note);
         // The note that the click began may lie elsewhere by now.
-        if (note <= kHighestNote) EndHeld(note);
         if (!controlHeld && !shiftHeld && current >= 0) EndHeld(current);
     }
     current = -1;
@@ -93,7 +96,7 @@ void CKeyboardExCtrl::OnLButtonUp(int px, int py, int button) {
 void CKeyboardExCtrl::OnMouseMove(int px, int py) {
     Owner().setCursor(Qt::PointingHandCursor);
     const int note = NoteAt(px, py);
-    if (pressed && current >= 0 && note != current && note <= kHighestNote && !controlHeld && !shiftHeld) {
+    if (playing && note != current && IsNote(note) && !controlHeld && !shiftHeld) {
         EndHeld(current);
         current = note;
         if (onNote) held.push_back(static_cast<std::uint32_t>(note));
@@ -108,6 +111,7 @@ void CKeyboardExCtrl::OnMouseMove(int px, int py) {
 
 void CKeyboardExCtrl::OnMouseLeave() {
     Owner().unsetCursor();
+    if (hoveredNote < 0) return;
     hoveredNote = -1;
     Update(false, true);
 }
@@ -153,7 +157,7 @@ std::uint64_t CKeyboardExCtrl::SoundingHash() const {
 }
 
 void CKeyboardExCtrl::Tick() {
-    if (!IsVisible()) return;
+    if (!IsShown()) return;
     const std::uint64_t sounding = SoundingHash();
     if (sounding == drawnSounding) return;
     drawnSounding = sounding;
@@ -184,8 +188,8 @@ void CKeyboardExCtrl::DrawWhite(int octave) {
         const QRgb top = IsLit(note) ? accent : note == hoveredNote ? qRgb(0xFF, 0xFF, 0xFF) : qRgb(0xE4, 0xE6, 0xE8);
         Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, qRgb(0, 0, 0), 0.12F));
         if (white == 0) {
-            Canvas().Text(QRectF(area.left(), area.bottom() - 15, area.width(), 12),
-                          QStringLiteral("C%1").arg(octave - 2), qRgb(0x50, 0x56, 0x5C), 8);
+            Canvas().Text(QRectF(area.left(), area.bottom() - 16, area.width(), 12),
+                          QStringLiteral("C%1").arg(octave - 2), qRgb(0x50, 0x56, 0x5C), 9);
         }
     }
 }

@@ -32,7 +32,7 @@ public:
     void Resize(int newWidth, int newHeight) override;
     void Tick() override;
 
-    // The note under a point; above 127 for none.
+    // The note under a point; negative or above 127 for none.
     int NoteAt(int px, int py) const noexcept;
     const std::vector<std::uint32_t>& HeldNotes() const noexcept { return held; }
     int CurrentNote() const noexcept { return current; }
@@ -47,6 +47,7 @@ public:
     std::function<void(int offset)> onScroll;
 
 private:
+    static bool IsNote(int note) noexcept { return note >= 0 && note <= kHighestNote; }
     void Send(int note, bool off);
     bool EndHeld(int note);
     bool IsLit(int note) const;
@@ -59,6 +60,7 @@ private:
     int scroll = 0;
     int current = -1;
     int hoveredNote = -1;
+    bool playing = false;  // the left button is down
     bool controlHeld = false;
     bool shiftHeld = false;
     std::vector<std::uint32_t> held;

@@ -39,8 +39,8 @@ QPoint CKnobCtrl::FromCentre(int px, int py) const noexcept {
     return {px - X() - Width() / 2, py - Y() - top};
 }
 
-void CKnobCtrl::OnLButtonDown(int px, int py, int button) {
-    if (Value() == nullptr || !enabled || button != 0) return;
+void CKnobCtrl::OnLButtonDown(int px, int py, int /*button*/) {
+    if (Value() == nullptr || !enabled) return;
     dragging = true;
     previous = FromCentre(px, py);
     const bool alwaysLinear = Owner().Settings().ReadSettingInt("Settings", "VerticalMovingKnob", 0) == 1;
@@ -124,8 +124,10 @@ void CKnobCtrl::Draw() {
     if (const qreal from = fillFromCentre ? 0.5 : 0; from != share) {
         Canvas().Arc(centre, radius, place(from), place(share), accent, 2.5);
     }
-    Canvas().BlitTurnedTo(Skin().Bitmap(picture::kKnob, state, section), centre, 0, side - 8);
-    Canvas().BlitTurnedTo(Skin().Bitmap(picture::kKnobPointer, state, section), centre, place(share), side - 8);
+    const int cap = Side() - 8;
+    Canvas().Blit(Skin().BitmapOfSide(picture::kKnob, cap, state, section), centre.x() - cap / 2.0,
+                  centre.y() - cap / 2.0);
+    Canvas().BlitTurned(Skin().BitmapOfSide(picture::kKnobPointer, cap, state, section), centre, place(share));
     if (!label.isEmpty()) {
         Canvas().Text(QRectF(X() - 4, Y() + Height() - kLabelHeight, Width() + 8, kLabelHeight), label,
                       Palette().Colour(QStringLiteral("textMuted")), 9);

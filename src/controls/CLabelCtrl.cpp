@@ -24,10 +24,9 @@ void CLabelCtrl::SetText(const QString& newText) {
 
 QRectF CLabelCtrl::DrawGround(QRgb ground) {
     Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF area(Rectangle());
     if (!sunken) return area;
-    Canvas().FillRound(area, 3, ground);
-    Canvas().Frame(area, 3, Palette().Colour(QStringLiteral("edge")));
+    Canvas().Box(area, 3, ground, Palette().Colour(QStringLiteral("edge")));
     return area.adjusted(5, 0, -5, 0);
 }
 
@@ -41,7 +40,7 @@ CLiveLabelCtrl::CLiveLabelCtrl(CWinControl& window, std::uint32_t number, int le
     : CLabelCtrl(window, number, left, top, newWidth, newHeight), CTicked(window), source(std::move(textSource)) {}
 
 void CLiveLabelCtrl::Tick() {
-    if (IsVisible()) SetText(source());
+    if (IsShown()) SetText(source());
 }
 
 CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,

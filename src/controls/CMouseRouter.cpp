@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CMouseRouter.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "controls/CInfoCtrl.h"
 #include "controls/CWinControl.h"
 #include "platform/Clock.h"
@@ -23,6 +26,10 @@ void CMouseRouter::Move(int x, int y) {
     lastX = x;
     lastY = y;
     if (captured != nullptr) return Hover(*captured, x, y);
+    Track(x, y);
+}
+
+void CMouseRouter::Track(int x, int y) {
     CControl* const under = Find(x, y).control;
     if (hovered != under) LeaveHovered();
     if (under == nullptr) return;
@@ -56,8 +63,7 @@ void CMouseRouter::LeaveHovered() {
     hovered = nullptr;
     left.hovered = false;
     if (left.hoverLook) left.Update(false, true);
-    for (const auto& child : left.Children()) child->OnMouseLeave();
-    left.OnMouseLeave();
+    left.BroadcastLeave();
     if (left.infoPanel != nullptr) left.infoPanel->Clear();
     owner.HideBubble();
 }
@@ -74,19 +80,22 @@ bool CMouseRouter::Press(int button, int x, int y) {
     return true;
 }
 
+// What is called here may remove the control, or all of them.
 void CMouseRouter::Click(const Hit& hit, int button, int x, int y) {
+    clicked = hit;
     CControl& control = *hit.control;
     if (control.captureOnClick) captured = &control;
     const bool alternative = button != control.primaryButton || control.alternativeClickAlways;
-    if (owner.IsAltHeld() && button == 0 && control.defaultValue) {
+    if (owner.IsAltHeld() && !alternative && control.HasDefault()) {
         control.ReturnToDefault();
     } else if (!alternative || !TakeAlternativePath(control)) {
         control.pressed = true;
-        if (button == 0) control.BeginGesture();
+        control.BeginGesture();
         control.OnLButtonDown(x, y, button);
-        if (control.afterClick) control.afterClick(control);
+        if (clicked.control != nullptr && control.afterClick) control.afterClick(control);
     }
-    if (owner.onControlClicked) owner.onControlClicked(*hit.top);
+    if (clicked.top != nullptr && owner.onControlClicked) owner.onControlClicked(*clicked.top);
+    clicked = {};
 }
 
 bool CMouseRouter::TakeAlternativePath(CControl& control) {
@@ -104,20 +113,24 @@ bool CMouseRouter::TakeAlternativePath(CControl& control) {
 
 void CMouseRouter::Release(int button, int x, int y) {
     earliestPress = Nanoseconds() + kDebounce;
-    for (std::size_t index = 0; index < owner.Controls().size(); ++index) {
-        ReleaseIn(*owner.Controls()[index], button, x, y);
+    released.clear();
+    for (const auto& control : owner.Controls()) CollectPressed(*control);
+    for (std::size_t index = 0; index < released.size(); ++index) {
+        CControl* const control = released[index];
+        if (control == nullptr) continue;  // gone since
+        control->pressed = false;
+        owner.HideBubble();
+        control->OnLButtonUp(x, y, button);
+        if (released[index] != nullptr) control->EndGesture();
     }
+    released.clear();
+    // The mouse may be over another control by now.
+    if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
 }
 
-void CMouseRouter::ReleaseIn(CControl& control, int button, int x, int y) {
-    for (std::size_t index = 0; index < control.Children().size(); ++index) {
-        ReleaseIn(*control.Children()[index], button, x, y);
-    }
-    if (!control.pressed) return;
-    control.pressed = false;
-    owner.HideBubble();
-    control.EndGesture();
-    control.OnLButtonUp(x, y, button);
+void CMouseRouter::CollectPressed(CControl& control) {
+    for (const auto& child : control.Children()) CollectPressed(*child);
+    if (control.pressed) released.push_back(&control);
 }
 
 void CMouseRouter::DoubleClick(int x, int y) {
@@ -128,7 +141,7 @@ void CMouseRouter::DoubleClick(int x, int y) {
     if (hasEntry) owner.RunManualEntry(control);
     control.OnDoubleClick(x, y);
     if (hasEntry) return;
-    if (control.doubleClickResets && control.defaultValue) {
+    if (control.doubleClickResets && control.HasDefault()) {
         control.ReturnToDefault();
     } else if (control.doubleClickIsClick) {
         Press(0, x, y);
@@ -142,6 +155,9 @@ void CMouseRouter::Wheel(std::uint32_t word) {
 void CMouseRouter::Forget(const CControl& control) noexcept {
     if (hovered == &control) hovered = nullptr;
     if (captured == &control) captured = nullptr;
+    if (clicked.control == &control) clicked.control = nullptr;
+    if (clicked.top == &control) clicked.top = nullptr;
+    std::replace(released.begin(), released.end(), const_cast<CControl*>(&control), static_cast<CControl*>(nullptr));
 }
 
 }  // namespace quib

@@ -36,12 +36,13 @@ private:
         CControl* control = nullptr;
     };
     Hit Find(int x, int y) const;
+    void Track(int x, int y);
     void Click(const Hit& hit, int button, int x, int y);
     bool TakeAlternativePath(CControl& control);
     void Hover(CControl& control, int x, int y);
     void ShowInfo(CControl& control);
     void LeaveHovered();
-    void ReleaseIn(CControl& control, int button, int x, int y);
+    void CollectPressed(CControl& control);
 
     CWinControl& owner;
     CControl* hovered = nullptr;
@@ -49,6 +50,8 @@ private:
     int lastX = -1;
     int lastY = -1;
     std::uint64_t earliestPress = 0;  // nanoseconds
+    Hit clicked;                      // while a click is handled
+    std::vector<CControl*> released;  // while a release is handled
 };
 
 }  // namespace quib

@@ -6,6 +6,10 @@
 
 namespace quib {
 
+namespace {
+constexpr int kCopyPatternText = 127;
+}
+
 CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newCellWidth,
                                  int newHeight, int newHeaderHeight, CPatternOwner* patternOwner)
     : CControl(window, number, left, top, newCellWidth * kCells, newHeight),
@@ -14,6 +18,7 @@ CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int 
       cellWidth(newCellWidth),
       headerHeight(newHeaderHeight) {
     section = ESection::kPattern;
+    infoString = kCopyPatternText;
 }
 
 int CPatternSelCtrl::CellAt(int px, int py) const noexcept {
@@ -83,7 +88,7 @@ std::uint32_t CPatternSelCtrl::MaskOf(std::uint32_t flagged) noexcept {
 }
 
 void CPatternSelCtrl::Tick() {
-    if (owner == nullptr || !IsVisible()) return;
+    if (owner == nullptr || !IsShown()) return;
     const CPatternOwner::Look now = owner->PatternLook();
     if (now == drawn) return;
     // Selecting and playing change often, one or two cells at a time.
@@ -97,7 +102,7 @@ void CPatternSelCtrl::Tick() {
 }
 
 void CPatternSelCtrl::RedrawCell(int cell) {
-    if (cell < 0 || !IsVisible() || !Owner().HasBackBuffer()) return;
+    if (cell < 0 || !IsShown() || !Owner().HasBackBuffer()) return;
     if (owner != nullptr) drawn = owner->PatternLook();
     Canvas().SetClip(ShownRectangle());
     DrawCell(cell);
@@ -114,19 +119,24 @@ void CPatternSelCtrl::DrawCell(int cell) {
     const CPalette& palette = Palette();
     const QRgb accent = palette.Accent(section);
     const QRectF whole(X() + cell * cellWidth, Y() + headerHeight, cellWidth, Height() - headerHeight);
-    const QRectF area = whole.adjusted(0.5, 0.5, -1.5, -0.5);
+    const QRectF area = whole.adjusted(0, 0, -1, 0);
     Canvas().Fill(whole, backgroundColour);
     const bool filled = (drawn.filled >> cell & 1U) != 0;
     EState state = cell == lit ? EState::kHover : EState::kNormal;
     if (cell == drawn.selected) state = EState::kOn;
     if (cell == source) state = EState::kPressed;
-    DrawCap(Canvas(), area, state, accent);
+    // An empty pattern is a hole, one with notes a key.
+    if (!filled && state == EState::kNormal) {
+        Canvas().Box(area, 3, palette.Colour(QStringLiteral("well")), palette.Colour(QStringLiteral("knobEdge")));
+    } else {
+        DrawCap(Canvas(), area, state, accent);
+    }
     if (cell == drawn.playing && state != EState::kOn) Canvas().Frame(area, 3, accent, 1.5);
     if (cell == drawn.next) Canvas().Frame(area.adjusted(1, 1, -1, -1), 2, palette.Colour(QStringLiteral("text")));
     if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
-    const QRgb textColour = state == EState::kOn ? CapTextColour(state, accent)
-                            : filled             ? accent
-                                                 : palette.Colour(QStringLiteral("textDim"));
+    const QRgb textColour = state != EState::kNormal ? CapTextColour(state, accent)
+                            : filled                 ? accent
+                                                     : palette.Colour(QStringLiteral("textDim"));
     Canvas().Text(area, QString::number(cell + 1), textColour, 10, Qt::AlignCenter, filled);
     if ((drawn.flagged >> cell & 1U) != 0) {
         Canvas().Ellipse({area.right() - 3.5, area.top() + 3.5}, 1.8,

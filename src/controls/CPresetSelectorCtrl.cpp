@@ -67,6 +67,7 @@ void CPresetSelectorCtrl::OnMouseMove(int px, int /*py*/) {
 
 void CPresetSelectorCtrl::OnMouseLeave() {
     Owner().unsetCursor();
+    if (hoveredCell < 0) return;
     hoveredCell = -1;
     Update(false, true);
 }
@@ -88,7 +89,7 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsVisible() || CellCount() == drawnCount) return;
+    if (!IsShown() || CellCount() == drawnCount) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }
@@ -100,8 +101,7 @@ void CPresetSelectorCtrl::Draw() {
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {
         const int cell = first + shown;
-        const QRectF area =
-            QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
         if (cell >= drawnCount) break;
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;
         if (cell == static_cast<int>(ValueNow()) - 1) state = EState::kOn;

@@ -25,7 +25,7 @@ void CScopeCtrl::OnShow(bool nowVisible) {
 
 void CScopeCtrl::Tick() {
     CScopeSource::Picture picture;
-    if (!IsVisible() || !source.Fetch(picture)) return;
+    if (!IsShown() || !source.Fetch(picture)) return;
     source.Arm();
     const auto isFlat = [](std::span<const float> samples) {
         return std::all_of(samples.begin(), samples.end(), [](float sample) { return sample == 0; });

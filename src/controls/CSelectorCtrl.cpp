@@ -74,9 +74,9 @@ void CSelectorCtrl::OpenList() {
 void CSelectorCtrl::Draw() {
     const CPalette& palette = Palette();
     Canvas().Fill(Rectangle(), backgroundColour);
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
-    Canvas().FillRound(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
-    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
+    const QRectF area(Rectangle());
+    Canvas().Box(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")),
+                 palette.Colour(QStringLiteral("edge")));
     const QRgb arrow = hovered && enabled ? palette.Accent(section) : palette.Colour(QStringLiteral("textDim"));
     Canvas().Glyph(Skin(), picture::kGlyphArrowLeft, {area.left() + 7, area.center().y()}, arrow);
     Canvas().Glyph(Skin(), picture::kGlyphArrowRight, {area.right() - 7, area.center().y()}, arrow);

@@ -70,13 +70,22 @@ const SkinBitmap& CSkin::Bitmap(int number, EState state, ESection section) {
     return *entry;
 }
 
+const SkinBitmap& CSkin::BitmapOfSide(int number, int side, EState state, ESection section) {
+    auto& entry = bitmaps[Key(number, state, section) | static_cast<quint64>(std::max(0, side)) << 32U];
+    if (!entry) {
+        entry = std::make_shared<SkinBitmap>(Render(Renderer(number, section), state, QSize(side, side)));
+    }
+    return *entry;
+}
+
 const SkinBitmap& CSkin::Glyph(int number, QRgb colour) {
     auto& entry = glyphs[static_cast<quint64>(number) << 32U | colour];
     if (!entry) {
         QByteArray source = Source(number, ESection::kMix);
         source.replace("{glyph}", QColor(colour).name().toLatin1());
-        QSvgRenderer renderer(source);
-        entry = std::make_shared<SkinBitmap>(Render(renderer.isValid() ? &renderer : nullptr, EState::kNormal));
+        QSvgRenderer renderer;
+        const bool valid = !source.isEmpty() && renderer.load(source);
+        entry = std::make_shared<SkinBitmap>(Render(valid ? &renderer : nullptr, EState::kNormal));
     }
     return *entry;
 }
@@ -89,7 +98,9 @@ QSize CSkin::Size(int number) {
 QSvgRenderer* CSkin::Renderer(int number, ESection section) {
     auto& entry = renderers[Key(number, EState::kNormal, section)];
     if (!entry) {
-        entry = std::make_shared<QSvgRenderer>(Source(number, section));
+        entry = std::make_shared<QSvgRenderer>();
+        // Loading nothing would be complained about on the terminal.
+        if (const QByteArray source = Source(number, section); !source.isEmpty()) entry->load(source);
     }
     return entry->isValid() ? entry.get() : nullptr;
 }
@@ -101,19 +112,20 @@ QByteArray CSkin::Source(int number, ESection section) const {
     return Palette().Fill(QString::fromUtf8(file.readAll()), section).toUtf8();
 }
 
-SkinBitmap CSkin::Render(QSvgRenderer* renderer, EState state) const {
+SkinBitmap CSkin::Render(QSvgRenderer* renderer, EState state, QSize size) const {
     if (renderer == nullptr) return {};
-    const QSize size = renderer->defaultSize();
+    const QSize whole = renderer->defaultSize();
+    if (!size.isValid()) size = whole;
     const QSize pixels(static_cast<int>(std::ceil(size.width() * scale)),
                        static_cast<int>(std::ceil(size.height() * scale)));
     SkinBitmap bitmap{QImage(pixels, QImage::Format_ARGB32_Premultiplied), size.width(), size.height()};
     bitmap.image.fill(Qt::transparent);
     QPainter painter(&bitmap.image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(scale, scale);
+    painter.scale(scale * size.width() / whole.width(), scale * size.height() / whole.height());
     const QString group = GroupOf(*renderer, state);
     if (group.isEmpty()) {
-        renderer->render(&painter, QRectF(QPointF(0, 0), size));
+        renderer->render(&painter, QRectF(QPointF(0, 0), whole));
     } else {
         const QRectF bounds = renderer->transformForElement(group).mapRect(renderer->boundsOnElement(group));
         renderer->render(&painter, group, bounds);

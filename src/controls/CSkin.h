@@ -38,6 +38,8 @@ public:
     qreal Scale() const noexcept { return scale; }
 
     const SkinBitmap& Bitmap(int number, EState state = EState::kNormal, ESection section = ESection::kMix);
+    // The same, `side` skin pixels wide and high: drawn in that size, not stretched.
+    const SkinBitmap& BitmapOfSide(int number, int side, EState state, ESection section);
     // A picture whose shapes are "{glyph}", in that colour.
     const SkinBitmap& Glyph(int number, QRgb colour);
     // Size in skin pixels; 0 x 0 when there is no picture of that number.
@@ -49,13 +51,13 @@ public:
 
 private:
     QSvgRenderer* Renderer(int number, ESection section);
-    SkinBitmap Render(QSvgRenderer* renderer, EState state) const;
+    SkinBitmap Render(QSvgRenderer* renderer, EState state, QSize size = {}) const;
     QByteArray Source(int number, ESection section) const;
 
     qreal scale = 1;
     QHash<int, QString> files;
     QHash<quint64, std::shared_ptr<QSvgRenderer>> renderers;
-    QHash<quint64, std::shared_ptr<SkinBitmap>> bitmaps;
+    QHash<quint64, std::shared_ptr<SkinBitmap>> bitmaps;  // those of a side carry it in the upper half
     QHash<quint64, std::shared_ptr<SkinBitmap>> glyphs;
 };
 

@@ -36,7 +36,7 @@ void CSplitCtrl::Resize(int newWidth, int newHeight) { SetSize(newWidth, newHeig
 
 void CSplitCtrl::Draw() {
     const CPalette& palette = Palette();
-    Canvas().Fill(Rectangle(), palette.Colour(QStringLiteral("line")));
+    Canvas().Fill(Rectangle(), palette.Colour(dragging || hovered ? QStringLiteral("edge") : QStringLiteral("line")));
     const QRgb dots = dragging || hovered ? palette.Accent(section) : palette.Colour(QStringLiteral("textDim"));
     const QPointF centre = QRectF(Rectangle()).center();
     for (const int offset : {-6, 0, 6}) {

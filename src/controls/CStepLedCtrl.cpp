@@ -32,7 +32,7 @@ void CStepLedCtrl::OnLButtonDown(int px, int /*py*/, int button) {
 }
 
 void CStepLedCtrl::Tick() {
-    if (!IsVisible()) return;
+    if (!IsShown()) return;
     const int now = playingStep ? playingStep() : -1;
     if (std::exchange(stale, false)) {
         playing = now;

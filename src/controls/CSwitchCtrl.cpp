@@ -17,8 +17,8 @@ CSwitchCtrl::CSwitchCtrl(CWinControl& window, std::uint32_t number, int left, in
     hoverLook = true;
 }
 
-void CSwitchCtrl::OnLButtonDown(int /*px*/, int /*py*/, int button) {
-    if (readOnly || !enabled || button != 0) return;
+void CSwitchCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
+    if (readOnly || !enabled) return;
     if (momentary) return Update(true, true);
     SetValueAndUpdate(true, true, IsOn() ? 0.0F : 1.0F);
 }
@@ -38,7 +38,7 @@ void CSwitchCtrl::Draw() {
     if (enabled && IsOn() && !pressed) state = hovered && !readOnly ? EState::kOnHover : EState::kOn;
     const QRgb accent = onColour != 0 ? onColour : Palette().Accent(section);
     Canvas().Fill(Rectangle(), backgroundColour);
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF area(Rectangle());
     DrawCap(Canvas(), area, state, accent);
     const QRgb colour = CapTextColour(state, accent);
     if (glyph >= 0) Canvas().Glyph(Skin(), glyph, area.center(), colour);
@@ -71,8 +71,7 @@ void DrawCap(CCanvas& canvas, const QRectF& area, EState state, QRgb accent) {
         default:
             break;
     }
-    canvas.FillVertical(area, 3, top, bottom);
-    canvas.Frame(area, 3, edge);
+    canvas.Box(area, 3, CCanvas::Vertical(area, top, bottom), edge);
 }
 
 QRgb CapTextColour(EState state, QRgb /*accent*/) {
@@ -82,7 +81,7 @@ QRgb CapTextColour(EState state, QRgb /*accent*/) {
         case EState::kPlaying:
             return qRgb(0x10, 0x14, 0x16);
         case EState::kDisabled:
-            return Palette().Colour(QStringLiteral("edge"));
+            return Palette().Colour(QStringLiteral("textOff"));
         case EState::kNormal:
             return Palette().Colour(QStringLiteral("textMuted"));
         default:

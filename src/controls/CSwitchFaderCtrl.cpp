@@ -20,11 +20,11 @@ CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, in
     : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
     takesWheel = true;
     hoverLook = true;
-    doubleClickIsClick = boundLevel == nullptr;
+    doubleClickIsClick = false;
+    takesDigits = boundLevel != nullptr;
 }
 
-void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int button) {
-    if (button != 0) return;
+void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
     if (!enabled) {
         if (InfoTextsAreShown(Owner().Settings(), 0) && Owner().onMessage) {
             Owner().onMessage(QStringLiteral("QUIB STUDIO"),
@@ -32,14 +32,20 @@ void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int button) {
         }
         return;
     }
-    if (px - X() >= Width() - kSwitchZone || level == nullptr) {
-        SetValueAndUpdate(true, true, Value() != nullptr && Value()->IsOn() ? 0.0F : 1.0F);
-        return;
-    }
+    if (IsSwitch(px)) return SetValueAndUpdate(true, true, IsOn() ? 0.0F : 1.0F);
     dragging = true;
     levelBefore = level->Get();
     drag.Begin(levelBefore, px);
-    ChangeLevel(levelBefore);
+    ShowLevel();
+}
+
+void CSwitchFaderCtrl::OnDoubleClick(int px, int /*py*/) {
+    if (!enabled) return;
+    if (IsSwitch(px)) {
+        ChangeByUser(IsOn() ? 0.0F : 1.0F);
+    } else {
+        ReturnToDefault();
+    }
 }
 
 void CSwitchFaderCtrl::OnMouseMove(int px, int /*py*/) {
@@ -50,36 +56,47 @@ void CSwitchFaderCtrl::OnMouseMove(int px, int /*py*/) {
 }
 
 void CSwitchFaderCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
-    if (std::exchange(dragging, false)) FinishLevel(levelBefore);
+    const bool dragged = std::exchange(dragging, false);
     Update(false, true);
+    if (dragged) FinishLevel(levelBefore);
 }
 
 void CSwitchFaderCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
     if (!enabled || level == nullptr) return;
-    const float before = level->Get();
     const float share = (word & kWheelControl) != 0 ? 0.001F : 0.01F;
-    ChangeLevel(std::clamp(before + NotchesOf(word) * share * levelMaximum, 0.0F, levelMaximum));
-    FinishLevel(before);
+    TakeNumber(level->Get() + NotchesOf(word) * share * levelMaximum);
 }
 
 void CSwitchFaderCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 
 void CSwitchFaderCtrl::ChangeLevel(float next) {
     level->Set(next);
-    Update(false, true);
-    if (onChange) onChange(*this);
-    Owner().ShowBubble(*this, formatLevel ? formatLevel(next) : QString::number(static_cast<double>(next), 'f', 1));
+    Update(true, true);
+    ShowLevel();
+}
+
+void CSwitchFaderCtrl::ShowLevel() {
+    const float now = level->Get();
+    Owner().ShowBubble(*this, formatLevel ? formatLevel(now) : QString::number(static_cast<double>(now), 'f', 1));
 }
 
 void CSwitchFaderCtrl::FinishLevel(float before) {
     if (onLevelGesture && level->Get() != before) onLevelGesture(*this, before);
 }
 
-void CSwitchFaderCtrl::ResetLevel() {
+void CSwitchFaderCtrl::TakeNumber(float number) {
     if (level == nullptr) return;
     const float before = level->Get();
-    ChangeLevel(levelDefault);
+    ChangeLevel(std::clamp(number, 0.0F, levelMaximum));
     FinishLevel(before);
+}
+
+void CSwitchFaderCtrl::ReturnToDefault() {
+    if (enabled) TakeNumber(levelDefault);
+}
+
+bool CSwitchFaderCtrl::HasChanged() const {
+    return CControl::HasChanged() || (level != nullptr && level->Get() != drawnLevel);
 }
 
 void CSwitchFaderCtrl::SetText(const QString& newText) {
@@ -90,14 +107,15 @@ void CSwitchFaderCtrl::SetText(const QString& newText) {
 
 void CSwitchFaderCtrl::Draw() {
     const CPalette& palette = Palette();
-    const bool on = enabled && Value() != nullptr && Value()->IsOn();
+    const bool on = enabled && IsOn();
+    drawnLevel = level != nullptr ? level->Get() : 0;
     const QRgb accent = palette.Accent(section);
     Canvas().Fill(Rectangle(), backgroundColour);
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF area(Rectangle());
     Canvas().FillRound(area, 3,
                        palette.Colour(hovered && enabled ? QStringLiteral("wellDeep") : QStringLiteral("well")));
     if (enabled && level != nullptr) {
-        const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(level->Get() / levelMaximum);
+        const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(drawnLevel / levelMaximum);
         const QRgb fill = Mix(palette.Colour(QStringLiteral("well")), accent, on ? 0.45F : 0.18F);
         if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, fill);
     }

@@ -22,12 +22,18 @@ public:
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnLButtonUp(int px, int py, int button) override;
+    void OnDoubleClick(int px, int py) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    // Numbers and the default are the level's.
+    void TakeNumber(float number) override;
+    bool HasDefault() const override { return level != nullptr; }
+    void ReturnToDefault() override;
+    bool HasChanged() const override;
 
     CValue* Level() const noexcept { return level; }
     void SetText(const QString& text);
-    void ResetLevel();
+    void ResetLevel() { ReturnToDefault(); }
 
     float levelMaximum = 127;
     float levelDefault = 0;
@@ -35,6 +41,9 @@ public:
     std::function<void(CControl&, float before)> onLevelGesture;
 
 private:
+    bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
+    bool IsSwitch(int px) const noexcept { return level == nullptr || px - X() >= Width() - kSwitchZone; }
+    void ShowLevel();
     void ChangeLevel(float next);
     void FinishLevel(float before);
 
@@ -42,6 +51,7 @@ private:
     QString text;
     bool dragging = false;
     float levelBefore = 0;
+    float drawnLevel = 0;
     CDragValue drag;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CSwitchSelectorCtrl.h"
 
+#include <algorithm>
+
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
 
@@ -17,7 +19,8 @@ CSwitchSelectorCtrl::CSwitchSelectorCtrl(CWinControl& window, std::uint32_t numb
 
 void CSwitchSelectorCtrl::OnLButtonDown(int px, int /*py*/, int button) {
     if (button != 0 || !enabled) return;
-    const auto segment = static_cast<float>((px - X()) / segmentWidth + 1);
+    // The edge of the last segment is hit one pixel beyond it.
+    const auto segment = std::min(static_cast<float>((px - X()) / segmentWidth + 1), maximum);
     SetValueAndUpdate(true, true, segment == ValueNow() ? 0.0F : segment);
 }
 
@@ -31,6 +34,7 @@ void CSwitchSelectorCtrl::OnMouseMove(int px, int /*py*/) {
 
 void CSwitchSelectorCtrl::OnMouseLeave() {
     Owner().unsetCursor();
+    if (hoveredSegment < 0) return;
     hoveredSegment = -1;
     Update(false, true);
 }
@@ -39,8 +43,7 @@ void CSwitchSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRgb accent = Palette().Accent(section);
     for (int index = 0; index < segmentLabels.size(); ++index) {
-        const QRectF area =
-            QRectF(X() + index * segmentWidth, Y(), segmentWidth, Height()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const QRectF area = QRectF(X() + index * segmentWidth, Y(), segmentWidth - 1, Height());
         EState state = !enabled ? EState::kDisabled : index == hoveredSegment ? EState::kHover : EState::kNormal;
         if (static_cast<int>(ValueNow()) == index + 1) state = EState::kOn;
         DrawCap(Canvas(), area, state, accent);

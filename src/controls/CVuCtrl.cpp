@@ -34,7 +34,7 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 }
 
 void CVuCtrl::Tick() {
-    if (!IsVisible()) return;
+    if (!IsShown()) return;
     bool changed = false;
     for (Channel& channel : channels) {
         if (channel.source != nullptr && Follow(channel)) changed = true;
@@ -55,8 +55,9 @@ bool CVuCtrl::Follow(Channel& channel) const {
     }
     const bool nowClipped = level >= 1.0F && !channel.clipped;
     channel.clipped = channel.clipped || level >= 1.0F;
-    const int shown = static_cast<int>(channel.shown * Length());
-    const int held = static_cast<int>(channel.held * Length());
+    const float pixels = Length() * static_cast<float>(Canvas().Scale());
+    const int shown = static_cast<int>(channel.shown * pixels);
+    const int held = static_cast<int>(channel.held * pixels);
     const bool changed = shown != channel.drawnShown || held != channel.drawnHeld || nowClipped;
     channel.drawnShown = shown;
     channel.drawnHeld = held;
@@ -75,11 +76,14 @@ void CVuCtrl::Draw() {
 }
 
 void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
-    const CPalette& palette = Palette();
-    static const std::array<QRgb, 3> colours = {palette.Colour(QStringLiteral("meterLow")),
-                                                palette.Colour(QStringLiteral("meterMid")),
-                                                palette.Colour(QStringLiteral("meterHigh"))};
-    static const QRgb well = palette.Colour(QStringLiteral("wellDeep"));
+    static const QRgb well = Palette().Colour(QStringLiteral("wellDeep"));
+    static const std::array<QRgb, 3> colours = {Palette().Colour(QStringLiteral("meterLow")),
+                                                Palette().Colour(QStringLiteral("meterMid")),
+                                                Palette().Colour(QStringLiteral("meterHigh"))};
+    static const std::array<QRgb, 3> unlit = {Mix(well, colours[0], 0.14F), Mix(well, colours[1], 0.14F),
+                                              Mix(well, colours[2], 0.14F)};
+    static const std::array<QRgb, 2> clipColours = {Mix(well, colours[2], 0.25F),
+                                                    Palette().Colour(QStringLiteral("record"))};
     // Green to -12, yellow to 0 decibels, red above.
     static const std::array<float, 4> borders = {0, MeterShare(0.25119F), MeterShare(1.0F), 1.0F};
     Canvas().Fill(area, well);
@@ -93,7 +97,7 @@ void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
         const qreal end = std::round(length * static_cast<qreal>(borders[zone + 1]));
         const qreal to = std::round(length * static_cast<qreal>(channel.shown));
         if (to > from) Canvas().Fill(part(from, std::min(to, end)), colours[zone]);
-        if (to < end) Canvas().Fill(part(std::max(from, to), end), Mix(well, colours[zone], 0.14F));
+        if (to < end) Canvas().Fill(part(std::max(from, to), end), unlit[zone]);
     }
     if (channel.held > 0.01F) {
         const qreal place = std::round(length * static_cast<qreal>(channel.held));
@@ -102,7 +106,7 @@ void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
                                                                                                  : 0]);
     }
     const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
-    Canvas().Fill(clipMark, channel.clipped ? palette.Colour(QStringLiteral("record")) : Mix(well, colours[2], 0.25F));
+    Canvas().Fill(clipMark, clipColours[channel.clipped ? 1 : 0]);
 }
 
 }  // namespace quib

@@ -32,7 +32,7 @@ private:
         float held = 0;
         int heldTicks = 0;
         bool clipped = false;
-        int drawnShown = 0;  // tenths of a pixel
+        int drawnShown = 0;  // pixels of the screen
         int drawnHeld = 0;
     };
     bool Follow(Channel& channel) const;

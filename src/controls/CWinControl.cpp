@@ -1,25 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CWinControl.h"
 
-#include <QCursor>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
+#include "controls/CBubble.h"
 #include "controls/CEntryDialog.h"
 #include "controls/VirtualKeys.h"
 
 namespace quib {
 
 namespace {
-
-constexpr int kBubbleTime = 900;   // milliseconds after the last change
-constexpr int kTypingTime = 1200;  // milliseconds after the last digit
 
 int ButtonOf(const QMouseEvent& event) {
     if (event.button() == Qt::LeftButton) return 0;
@@ -29,22 +24,10 @@ int ButtonOf(const QMouseEvent& event) {
 }  // namespace
 
 CWinControl::CWinControl(const CControlSettings& controlSettings, QRgb backgroundColour, QWidget* parent)
-    : QWidget(parent),
-      settings(controlSettings),
-      background(backgroundColour),
-      typingEnd(new QTimer(this)),
-      bubble(new QLabel(this)),
-      bubbleEnd(new QTimer(this)) {
+    : QWidget(parent), settings(controlSettings), background(backgroundColour), bubble(new CBubble(*this)) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    bubble->setAttribute(Qt::WA_TransparentForMouseEvents);
-    bubble->setAlignment(Qt::AlignCenter);
-    bubble->hide();
-    bubbleEnd->setSingleShot(true);
-    connect(bubbleEnd, &QTimer::timeout, bubble, &QWidget::hide);
-    typingEnd->setSingleShot(true);
-    connect(typingEnd, &QTimer::timeout, this, [this] { CommitTyped(); });
 }
 
 CWinControl::~CWinControl() { controls.clear(); }
@@ -55,7 +38,8 @@ void CWinControl::Remove(CControl& control) {
 
 void CWinControl::Forget(const CControl& control) noexcept {
     mouse.Forget(control);
-    for (CControl** const kept : {&menuTarget, &entryTarget, &typingTarget}) {
+    typing.Forget(control);
+    for (CControl** const kept : {&menuTarget, &entryTarget}) {
         if (*kept == &control) *kept = nullptr;
     }
 }
@@ -101,28 +85,15 @@ void CWinControl::BlitRectangle(const QRect& rectangle) {
 }
 
 void CWinControl::Tick() {
-    for (CTicked* const ticked : tickedControls) ticked->Tick();
+    // By index: what ticks may build or remove others.
+    for (std::size_t index = 0; index < tickedControls.size(); ++index) tickedControls[index]->Tick();
     for (const auto& control : controls) control->RefreshIfChanged();
 }
 
 // --- The bubble, entries and menus ----------------------------------------------------------------------
 
 void CWinControl::ShowBubble(CControl& control, const QString& text) {
-    bubble->setFont(SkinFont(static_cast<int>(std::lround(11 * uiScale)), true));
-    bubble->setStyleSheet(
-        QStringLiteral("background:#%1;color:#%2;border:1px solid #%3;border-radius:4px;padding:1px 5px;")
-            .arg(Palette().Colour(QStringLiteral("wellDeep")) & 0xFFFFFFU, 6, 16, QLatin1Char('0'))
-            .arg(Palette().Colour(QStringLiteral("text")) & 0xFFFFFFU, 6, 16, QLatin1Char('0'))
-            .arg(Palette().Accent(control.section) & 0xFFFFFFU, 6, 16, QLatin1Char('0')));
-    bubble->setText(text);
-    bubble->adjustSize();
-    const QRect place = ToWidget(control.Rectangle());
-    const int left = std::clamp(place.center().x() - bubble->width() / 2, 0, std::max(0, width() - bubble->width()));
-    const int above = place.top() - bubble->height() - 4;
-    bubble->move(left, above >= 0 ? above : place.bottom() + 5);
-    bubble->show();
-    bubble->raise();
-    bubbleEnd->start(kBubbleTime);
+    bubble->ShowText(text, ToWidget(control.Rectangle()), Palette().Accent(control.section), uiScale);
 }
 
 void CWinControl::HideBubble() { bubble->hide(); }
@@ -137,7 +108,7 @@ void CWinControl::RunManualEntry(CControl& control) {
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
         if (entryTarget == nullptr) return;
         if (entryTarget->onTextEntry) return entryTarget->onTextEntry(*entryTarget, dialog->Text());
-        entryTarget->ChangeByUser(CEntryDialog::NumberOf(dialog->Text()));
+        entryTarget->TakeNumber(CEntryDialog::NumberOf(dialog->Text()));
     });
     connect(dialog, &QDialog::finished, this, [this] {
         if (entryTarget != nullptr) entryTarget->Update(false, true);
@@ -153,14 +124,21 @@ void CWinControl::ShowPopupMenu(CControl& control) {
 
 // --- Events -------------------------------------------------------------------------------------------------
 
+bool CWinControl::event(QEvent* event) {
+    // A digit for the control under the mouse, whatever it is a shortcut of.
+    if (event->type() == QEvent::ShortcutOverride && typing.WouldTake(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void CWinControl::paintEvent(QPaintEvent* event) {
+    // The window may have come to a screen of another scale.
+    if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
-    const QImage& image = canvas.Image();
+    canvas.CopyTo(painter, event->region(), devicePixelRatioF());
     for (const QRect& rectangle : event->region()) {
-        const qreal ratio = devicePixelRatioF();
-        const QRectF source(rectangle.x() * ratio, rectangle.y() * ratio, rectangle.width() * ratio,
-                            rectangle.height() * ratio);
-        painter.drawImage(QRectF(rectangle), image, source);
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }
 }
@@ -169,15 +147,18 @@ void CWinControl::resizeEvent(QResizeEvent* /*event*/) { LayoutAndRefresh(); }
 
 void CWinControl::showEvent(QShowEvent* /*event*/) { LayoutAndRefresh(); }
 
-void CWinControl::mouseMoveEvent(QMouseEvent* event) {
-    modifiers = event->modifiers();
-    const QPoint point = ToSkin(event->position());
+void CWinControl::FollowMouse(const QMouseEvent& event) {
+    modifiers = event.modifiers();
+    const QPoint point = ToSkin(event.position());
     mouse.Move(point.x(), point.y());
+    if (typing.Target() != mouse.Hovered()) typing.Commit();
 }
+
+void CWinControl::mouseMoveEvent(QMouseEvent* event) { FollowMouse(*event); }
 
 void CWinControl::mousePressEvent(QMouseEvent* event) {
     modifiers = event->modifiers();
-    CommitTyped();
+    typing.Commit();
     const QPoint point = ToSkin(event->position());
     if (const int button = ButtonOf(*event); button >= 0) mouse.Press(button, point.x(), point.y());
 }
@@ -189,82 +170,58 @@ void CWinControl::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CWinControl::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return mousePressEvent(event);
     modifiers = event->modifiers();
+    typing.Commit();
     const QPoint point = ToSkin(event->position());
-    if (event->button() == Qt::LeftButton) return mouse.DoubleClick(point.x(), point.y());
-    mousePressEvent(event);
+    mouse.DoubleClick(point.x(), point.y());
 }
 
 void CWinControl::wheelEvent(QWheelEvent* event) {
     modifiers = event->modifiers();
+    // A window that opened under the mouse has seen no move yet.
+    if (mouse.X() < 0) {
+        const QPoint point = ToSkin(event->position());
+        mouse.Move(point.x(), point.y());
+    }
     mouse.Wheel(WheelWordOf(*event));
     event->accept();
 }
 
 void CWinControl::leaveEvent(QEvent* /*event*/) {
-    CommitTyped();
+    typing.Commit();
     mouse.Leave();
     unsetCursor();
 }
 
+// By index: a control that is told a key may build or remove others.
 void CWinControl::keyPressEvent(QKeyEvent* event) {
     modifiers = event->modifiers();
-    if (TakeTypedCharacter(*event)) return;
+    if (typing.Take(*event)) return;
     const int key = VirtualKeyOf(*event);
     if (key != 0 && !event->isAutoRepeat()) {
-        for (const auto& control : controls) control->BroadcastKeyDown(key);
+        for (std::size_t index = 0; index < controls.size(); ++index) controls[index]->BroadcastKeyDown(key);
     }
     event->ignore();
+}
+
+void CWinControl::BroadcastKeyUp(int virtualKey) {
+    for (std::size_t index = 0; index < controls.size(); ++index) controls[index]->BroadcastKeyUp(virtualKey);
 }
 
 void CWinControl::keyReleaseEvent(QKeyEvent* event) {
     modifiers = event->modifiers();
     const int key = VirtualKeyOf(*event);
-    if (key != 0 && !event->isAutoRepeat()) {
-        for (const auto& control : controls) control->BroadcastKeyUp(key);
-    }
+    if (key != 0 && !event->isAutoRepeat()) BroadcastKeyUp(key);
     event->ignore();
 }
 
-// --- Digits typed while the mouse is over a control ------------------------------------------------------------
-
-bool CWinControl::TakeTypedCharacter(const QKeyEvent& event) {
-    if (typingTarget != nullptr) {
-        if (event.key() == Qt::Key_Escape) typed.clear();
-        if (event.key() == Qt::Key_Backspace) typed.chop(1);
-        const bool ends = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter || typed.isEmpty();
-        if (ends) {
-            CommitTyped();
-            HideBubble();
-            return true;
-        }
-    }
-    CControl* const target = typingTarget != nullptr ? typingTarget : mouse.Hovered();
-    const bool accepts = target != nullptr && target->enabled && target->Value() != nullptr && target->takesDigits;
-    const QString text = event.text();
-    const bool plain = (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-    if (!accepts || !plain || text.size() != 1) return typingTarget != nullptr && event.key() == Qt::Key_Backspace;
-    const QChar character = text[0] == QLatin1Char(',') ? QLatin1Char('.') : text[0];
-    const bool starts = typed.isEmpty() && (character == QLatin1Char('-') || character == QLatin1Char('.'));
-    if (!character.isDigit() && !starts && (character != QLatin1Char('.') || typed.contains(character))) return false;
-    typingTarget = target;
-    typed += character;
-    ShowBubble(*target, typed + QLatin1Char('_'));
-    typingEnd->start(kTypingTime);
-    return true;
-}
-
-void CWinControl::CommitTyped() {
-    CControl* const target = std::exchange(typingTarget, nullptr);
-    const QString text = std::exchange(typed, {});
-    typingEnd->stop();
-    if (target == nullptr || text.isEmpty()) return;
-    if (target->onTextEntry) {
-        target->onTextEntry(*target, text);
-    } else {
-        target->ChangeByUser(CEntryDialog::NumberOf(text));
-    }
-    ShowBubble(*target, target->ValueText());
+// A key that goes up elsewhere is not told to this window.
+void CWinControl::focusOutEvent(QFocusEvent* event) {
+    typing.Commit();
+    BroadcastKeyUp(virtualKey::kShift);
+    BroadcastKeyUp(virtualKey::kControl);
+    QWidget::focusOutEvent(event);
 }
 
 }  // namespace quib

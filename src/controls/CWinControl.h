@@ -13,12 +13,12 @@
 #include "controls/CCanvas.h"
 #include "controls/CControl.h"
 #include "controls/CMouseRouter.h"
+#include "controls/CTypedNumber.h"
 #include "controls/ControlSettings.h"
 
-class QLabel;
-class QTimer;
-
 namespace quib {
+
+class CBubble;
 
 class CWinControl : public QWidget {
     Q_OBJECT
@@ -88,6 +88,7 @@ protected:
     // What lies behind the controls.
     virtual void DrawBackground() {}
 
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -99,10 +100,11 @@ protected:
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    bool TakeTypedCharacter(const QKeyEvent& event);
-    void CommitTyped();
+    void BroadcastKeyUp(int virtualKey);
+    void FollowMouse(const QMouseEvent& event);
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
     const CControlSettings& settings;
@@ -117,11 +119,8 @@ private:
     Qt::KeyboardModifiers modifiers;
     CControl* menuTarget = nullptr;
     CControl* entryTarget = nullptr;
-    CControl* typingTarget = nullptr;
-    QString typed;
-    QTimer* typingEnd;
-    QLabel* bubble;
-    QTimer* bubbleEnd;
+    CTypedNumber typing{*this};
+    CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;
 };

@@ -34,6 +34,7 @@ void CZoomCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
 
 void CZoomCtrl::OnMouseLeave() {
     Owner().unsetCursor();
+    if (lit == 0) return;
     lit = 0;
     Update(false, true);
 }
@@ -42,8 +43,7 @@ void CZoomCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const qreal half = Width() / 2.0;
     for (const int direction : {-1, 1}) {
-        const QRectF area =
-            QRectF(direction < 0 ? X() : X() + half, Y(), half, Height()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const QRectF area = QRectF(direction < 0 ? X() : X() + half, Y(), half - 1, Height());
         const EState state = !enabled ? EState::kDisabled : lit == direction ? EState::kHover : EState::kNormal;
         DrawCap(Canvas(), area, state, Palette().Accent(section));
         Canvas().Glyph(Skin(), direction < 0 ? picture::kGlyphMinus : picture::kGlyphPlus, area.center(),

@@ -16,8 +16,8 @@ enum class ELanguage { kEnglish, kFrench };
 
 // The language of the info texts: English when it is chosen or nothing is, else French.
 inline ELanguage InfoLanguage(const CControlSettings& settings) {
-    if (settings.ReadSettingInt("Settings", "DisplayInfoMessagesEnglish", 0) == 1) return ELanguage::kEnglish;
-    const bool french = settings.ReadSettingInt("Settings", "DisplayInfoMessagesFrench", 0) == 1;
+    if (settings.ReadSettingInt("Settings", "DisplayInfoMessagesEnglish", 1) == 1) return ELanguage::kEnglish;
+    const bool french = settings.ReadSettingInt("Settings", "DisplayInfoMessagesFrench", 1) == 1;
     return french ? ELanguage::kFrench : ELanguage::kEnglish;
 }
 
