@@ -201,8 +201,7 @@ AudioChanges StoreAudioChoice(CSettings& settings, const AudioChoice& choice) {
     const AudioChoice before = ReadAudioChoice(settings);
     const QString device = choice.outputDevice.left(kMostCharacters);
     AudioChanges changes;
-    changes.output = device != before.outputDevice ||
-                     ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||
+    changes.output = device != before.outputDevice || ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||
                      ToInteger(choice.bufferSize) != ToInteger(before.bufferSize);
     changes.midi = choice.midiInDevice != before.midiInDevice;
     changes.timebase = ToInteger(choice.timebase);
