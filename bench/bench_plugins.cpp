@@ -73,12 +73,14 @@ void Play(vst2::AEffect* effect, const std::vector<int>& keys, int velocity = 10
 
 std::vector<int> Keys(std::int64_t count) {
     std::vector<int> keys;
+    keys.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < static_cast<int>(count); ++i) keys.push_back(40 + 2 * i);
     return keys;
 }
 
 void RenderSecond(vst2::AEffect* effect, std::vector<std::vector<float>>& buffers) {
     std::vector<float*> outputs;
+    outputs.reserve(buffers.size());
     for (auto& buffer : buffers) outputs.push_back(buffer.data());
     for (int i = 0; i < kBlocks; ++i) effect->processReplacing(effect, nullptr, outputs.data(), kBlock);
     benchmark::DoNotOptimize(buffers[0][0]);

@@ -22,7 +22,7 @@ public:
     void Raise(const float* samples, float* peaks, int frames) noexcept;
 
 private:
-    static constexpr std::size_t kTaps = 2 * kDelay;
+    static constexpr std::size_t kTaps = 2 * static_cast<std::size_t>(kDelay);
     static constexpr std::size_t kBetween = 3;  // places between two samples
 
     std::array<std::array<float, kTaps>, kBetween> m_taps;

@@ -63,7 +63,7 @@ void CLoopVoice::Reader::TurnBack() noexcept {
 
 CLoopVoice::Frame2 CLoopVoice::Read(const Reader& reader) const noexcept {
     const auto whole = static_cast<int>(std::floor(reader.place));
-    const auto at = static_cast<std::size_t>(whole + Loop::kGuard);
+    const auto at = Loop::IndexOf(whole);
     const auto between = static_cast<float>(reader.place - whole);
     if (between == 0.0f) return {reader.level * m_loop->left[at], reader.level * m_loop->right[at]};
     const SincTaps taps = m_sinc.Between(between);
@@ -187,7 +187,7 @@ float CLoopVoice::Likeness(int first, int second, int window) const noexcept {
     const int length = m_loop->frames;
     const auto middle = [&](int frame) {
         const int inside = frame < 0 ? frame + length : (frame >= length ? frame - length : frame);
-        const auto at = static_cast<std::size_t>(inside + Loop::kGuard);
+        const auto at = Loop::IndexOf(inside);
         return m_loop->left[at] + m_loop->right[at];
     };
     float product = 0.0f;

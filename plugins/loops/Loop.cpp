@@ -48,10 +48,10 @@ void Loop::SetAudio(const std::vector<float>& audio, int channels) {
     const auto width = static_cast<std::size_t>(channels);
     frames = static_cast<int>(audio.size() / width);
     const auto fill = [&](std::vector<float>& side, std::size_t channel) {
-        side.resize(static_cast<std::size_t>(frames + 2 * kGuard));
-        for (int i = 0; i < frames + 2 * kGuard; ++i) {
-            const int from = ((i - kGuard) % frames + frames) % frames;
-            side[static_cast<std::size_t>(i)] = audio[static_cast<std::size_t>(from) * width + channel];
+        const auto length = static_cast<std::size_t>(frames);
+        side.resize(length + 2 * kGuard);
+        for (std::size_t i = 0; i < side.size(); ++i) {
+            side[i] = audio[(i + length * kGuard - kGuard) % length * width + channel];
         }
     };
     fill(left, 0);
@@ -64,7 +64,7 @@ void Loop::FindSlices() {
     for (int begin = 0; begin + hop <= frames; begin += hop) {
         float energy = 0.0f;
         for (int i = begin; i < begin + hop; ++i) {
-            const auto at = static_cast<std::size_t>(i + kGuard);
+            const auto at = IndexOf(i);
             const float middle = left[at] + right[at];
             const float before = left[at - 1] + right[at - 1];
             // Highs count more: strokes begin with them.

@@ -4,14 +4,14 @@
 // One loop as it is played: its sound, its tempo and where its strokes begin. Made on the host's
 // threads, then only read, by any number of instances at once.
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace quibplug {
 
 struct Loop {
-    static constexpr int kGuard = 16;  // frames before the first and after the last, from the other end
+    static constexpr std::size_t kGuard = 16;  // frames before the first and after the last, from the other end
 
     std::string name;
     int key = 0;
@@ -23,6 +23,8 @@ struct Loop {
     std::vector<int> slices;      // first frames, rising; the first one is 0
     bool strikesFirst = true;     // whether a stroke is at frame 0, or the sound goes on there
 
+    // Where a frame stands in `left` and `right`: from -kGuard to frames + kGuard - 1.
+    static std::size_t IndexOf(int frame) noexcept { return static_cast<std::size_t>(frame) + kGuard; }
     double FramesPerBeat() const noexcept { return static_cast<double>(frames) / beats; }
     double Tempo() const noexcept { return 60.0 * sampleRate / FramesPerBeat(); }
     int SliceEnd(std::size_t slice) const noexcept { return slice + 1 < slices.size() ? slices[slice + 1] : frames; }

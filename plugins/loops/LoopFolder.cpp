@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr int kFirstFreeKey = 36;
 constexpr double kLongestSeconds = 60.0;
 constexpr double kShortestSeconds = 0.05;
-constexpr int kWrap = 512;  // frames from the other end, for the resampler's memory
+constexpr std::size_t kWrap = 512;  // frames from the other end, for the resampler's memory
 
 std::vector<fs::path> WaveFiles(const std::string& folder) {
     std::vector<fs::path> files;
@@ -85,7 +85,7 @@ void Resample(Audio& audio, double sampleRate) {
     data.output_frames = static_cast<long>(output.size() / width);
     data.src_ratio = ratio;
     if (src_simple(&data, SRC_SINC_FASTEST, audio.channels) != 0) return;
-    const auto skipped = static_cast<std::ptrdiff_t>(std::llround(kWrap * ratio)) * audio.channels;
+    const auto skipped = static_cast<std::ptrdiff_t>(std::llround(static_cast<double>(kWrap) * ratio)) * audio.channels;
     audio.samples.assign(output.begin() + skipped,
                          output.begin() + skipped + static_cast<std::ptrdiff_t>(wanted * width));
     audio.sampleRate = sampleRate;

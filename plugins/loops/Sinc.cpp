@@ -13,7 +13,7 @@ const SincTable& SincTable::Shared() {
 
 // Weights within a Blackman window; each row adds up to 1.
 SincTable::SincTable() {
-    constexpr double kHalf = kSincTaps / 2;
+    constexpr double kHalf = 0.5 * static_cast<double>(kSincTaps);
     for (std::size_t phase = 0; phase < m_rows.size(); ++phase) {
         double sum = 0.0;
         std::array<double, kSincTaps> row{};

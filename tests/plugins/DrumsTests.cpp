@@ -112,10 +112,10 @@ TEST(Drums, HatsWhistleAtNoFrequencyAboveTheirBand) {
             const auto level = [&](double hertz) {
                 return AmplitudeAt(sound[0], hertz, static_cast<double>(rate), 0, static_cast<long>(0.2f * rate));
             };
-            for (double centre = 17700.0; centre < 21000.0; centre += 200.0) {
+            for (int centre = 17700; centre < 21000; centre += 200) {
                 double sum = 0.0;
                 double highest = 0.0;
-                for (double hertz = centre - 200.0; hertz < centre + 200.0; hertz += 5.0) {
+                for (int hertz = centre - 200; hertz < centre + 200; hertz += 5) {
                     sum += level(hertz) / 80.0;
                     highest = std::max(highest, level(hertz));
                 }

@@ -192,7 +192,7 @@ TEST_F(Loops, StretchesAToneWithoutBendingOrBreakingIt) {
 }
 
 TEST_F(Loops, PlaysAsLongAsItsModeSays) {
-    const auto peakAt = [&](const char* play, std::vector<Message> messages, double second) {
+    const auto peakAt = [&](const char* play, const std::vector<Message>& messages, double second) {
         CLoadedPlugin plugin = Open();
         plugin.Set("Play", play);
         SetTempo(plugin, 120.0);

@@ -143,7 +143,7 @@ TEST(Reverb, SmallRoomsRingInManyModes) {
         double sum = 0.0;
         double logarithms = 0.0;
         int count = 0;
-        for (double hertz = 500.0; hertz < 8000.0; hertz += 10.0, ++count) {
+        for (int hertz = 500; hertz < 8000; hertz += 10, ++count) {
             const double power = std::pow(AmplitudeAt(out.left, hertz, 44100.0, 4410, 4410 + 17640), 2.0);
             sum += power;
             logarithms += std::log10(power);

@@ -17,7 +17,8 @@ struct LoopScore {
     const char* insert;  // an effect, or null
     int insertProgram;
     // Lines "key:steps" apart by spaces. A step, a sixteenth, is a strength 1..9, '-' for a note that
-    // goes on, or '.'; further colons are bar lines. A line shorter than the loop starts over.
+    // goes on, or '.'; further colons are bar lines. A line whose length divides the loop's starts
+    // over, any other is filled up with rests.
     const char* lines;
 };
 

@@ -24,7 +24,7 @@ namespace quibloops {
 namespace {
 
 constexpr int kSampleRate = 44100;
-constexpr int kStepsPerBar = 16;
+constexpr std::size_t kStepsPerBar = 16;
 constexpr float kPeak = 0.6f;        // -4.4 dBFS
 constexpr int kSeam = 441;           // frames that end as the first round does
 constexpr float kReverbMix = 0.22f;  // of inserts whose programs are meant for sends
@@ -91,7 +91,7 @@ void AddLine(const LoopScore& score, const std::string& line, double stepFrames,
     const int key = std::stoi(line.substr(0, colon));
     std::string steps = line.substr(colon + 1);
     std::erase(steps, ':');
-    const auto length = static_cast<std::size_t>(score.bars * kStepsPerBar);
+    const auto length = static_cast<std::size_t>(score.bars) * kStepsPerBar;
     if (steps.empty() || length % steps.size() != 0) steps.resize(length, '.');
     const auto frameOf = [&](std::size_t step) {
         const double late = step % 2 == 1 ? static_cast<double>(score.swing) : 0.0;
@@ -190,7 +190,7 @@ void Write(const std::string& file, const Sound& sound) {
 void Make(const LoopScore& score, const std::string& program, const std::string& folder) {
     tempo = score.tempo;
     const double stepFrames = 60.0 * kSampleRate / (4.0 * score.tempo);
-    const long frames = std::lround(stepFrames * score.bars * kStepsPerBar);
+    const long frames = std::lround(stepFrames * score.bars * static_cast<double>(kStepsPerBar));
     CPlayer instrument(program + "/PluginInstruments/" + score.instrument + ".so", score.program);
     Sound sound = Play(instrument, NotesOf(score, stepFrames), 2 * frames);
     if (score.insert != nullptr) {
