@@ -8,27 +8,20 @@
 
 namespace quib {
 
-void CAutomationTake::Add(const std::shared_ptr<const void>& owner, CPublished<CEventLanes>& lanes,
-                          const EngineNotice& point, CGraveyard& graveyard) {
-    const bool isKnown =
-        std::any_of(changes.begin(), changes.end(), [&](const Change& change) { return change.lanes == &lanes; });
-    const auto before = lanes.ForEdit();
-    PointList points;
-    if (const PointList* const old = before->Find(point.pattern, point.lane)) points = *old;
-    points.push_back({point.x, point.y});
-    if (!isKnown) changes.push_back({owner, &lanes, before});
-    lanes.Publish(std::make_shared<const CEventLanes>(before->With(point.pattern, point.lane, std::move(points))),
-                  graveyard);
+void CAutomationTake::WillRecord(const std::shared_ptr<CInstrument>& instrument) {
+    const bool isKnown = std::any_of(changes.begin(), changes.end(),
+                                     [&](const Change& change) { return change.instrument == instrument; });
+    if (!isKnown) changes.push_back({instrument, instrument->midiLanes.ForEdit()});
 }
 
 void CAutomationTake::Finish(const QString& name, QUndoStack& undo, CGraveyard& graveyard) {
     undo.beginMacro(name);
     for (const Change& change : changes) {
         const auto publish = [change, &graveyard](const std::shared_ptr<const CEventLanes>& content) {
-            change.lanes->Publish(content, graveyard);
+            change.instrument->midiLanes.Publish(content, graveyard);
         };
         undo.push(new CChangeCommand(
-            name, [publish, after = change.lanes->ForEdit()] { publish(after); },
+            name, [publish, after = change.instrument->midiLanes.ForEdit()] { publish(after); },
             [publish, before = change.before] { publish(before); }, true));
     }
     undo.endMacro();

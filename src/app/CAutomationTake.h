@@ -8,9 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "engine/EngineMessages.h"
-#include "model/CEventLanes.h"
-#include "model/sharing/CPublished.h"
+#include "model/CInstrument.h"
 
 class QUndoStack;
 
@@ -18,16 +16,14 @@ namespace quib {
 
 class CAutomationTake {
 public:
-    // `owner` keeps `lanes` alive.
-    void Add(const std::shared_ptr<const void>& owner, CPublished<CEventLanes>& lanes, const EngineNotice& point,
-             CGraveyard& graveyard);
+    // The instrument's MIDI lanes are about to take points.
+    void WillRecord(const std::shared_ptr<CInstrument>& instrument);
     bool IsEmpty() const noexcept { return changes.empty(); }
     void Finish(const QString& name, QUndoStack& undo, CGraveyard& graveyard);
 
 private:
     struct Change {
-        std::shared_ptr<const void> owner;
-        CPublished<CEventLanes>* lanes;
+        std::shared_ptr<CInstrument> instrument;
         std::shared_ptr<const CEventLanes> before;
     };
     std::vector<Change> changes;

@@ -10,6 +10,7 @@
 #include "app/CSettings.h"
 #include "app/EditCommands.h"
 #include "app/Texts.h"
+#include "engine/EngineNotices.h"
 #include "engine/devices/CSilentOutput.h"
 #include "model/plugin/PluginBank.h"
 #include "platform/Clock.h"
@@ -145,28 +146,23 @@ void CWorkstation::Tick() {
 }
 
 void CWorkstation::FollowNotices() {
-    EngineNotice notice;
-    while (audio.Fetch(notice)) FollowNotice(notice);
+    quib::FollowNotices(
+        audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
+        [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && IsPlaying())) return;
     take->Finish(Text("Record automation"), undo, audio.graveyard);
 }
 
 void CWorkstation::FollowNotice(const EngineNotice& notice) {
-    const auto instrument = InstrumentById(notice.instrument);
     switch (notice.kind) {
         case EngineNotice::Kind::PresetSelected:
             return RecallPresets(notice.value);
         case EngineNotice::Kind::ProgramSelected:
-            if (!instrument || !instrument->plugin.ForEdit()->plugin) return;
-            if (quib::SelectProgram(*instrument->plugin.ForEdit()->plugin, notice.value)) Touch();
-            Q_EMIT InstrumentChanged(notice.instrument);
-            return;
-        case EngineNotice::Kind::LanePoint:
-            if (instrument) take->Add(instrument, instrument->midiLanes, notice, audio.graveyard);
-            return;
         case EngineNotice::Kind::LimitLearned:
             Touch();
             Q_EMIT InstrumentChanged(notice.instrument);
+            return;
+        case EngineNotice::Kind::LanePoint:
             return;
     }
 }

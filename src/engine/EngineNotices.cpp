@@ -22,7 +22,7 @@ std::shared_ptr<CInstrument> Find(const CAudio& audio, std::uint32_t id) {
     return nullptr;
 }
 
-void AppendPoints(CAudio& audio, const LaneKey& key, const PointList& recorded) {
+void AppendPoints(CAudio& audio, const LaneKey& key, const PointList& recorded, const LanesChange& willRecord) {
     const auto& [id, pattern, lane] = key;
     const auto instrument = Find(audio, id);
     if (!instrument || pattern < 0 || pattern >= kPatternCount || lane < 0 || lane >= kMidiLaneCount) return;
@@ -34,6 +34,7 @@ void AppendPoints(CAudio& audio, const LaneKey& key, const PointList& recorded) 
         if (points.empty() || points.back().x < point.x) points.push_back(point);
     }
     if (points.size() == before) return;
+    if (willRecord) willRecord(instrument);
     auto next = std::make_shared<const CEventLanes>(lanes->With(pattern, lane, std::move(points)));
     instrument->midiLanes.Publish(std::move(next), audio.graveyard);
 }
@@ -46,7 +47,7 @@ void SetProgram(const CAudio& audio, std::uint32_t id, int program) {
 
 }  // namespace
 
-void FollowNotices(CAudio& audio, const std::function<void(const EngineNotice&)>& show) {
+void FollowNotices(CAudio& audio, const std::function<void(const EngineNotice&)>& show, const LanesChange& willRecord) {
     RecordedPoints recorded;
     std::map<std::uint32_t, int> programs;  // the newest of each instrument
     std::vector<EngineNotice> notices;
@@ -58,7 +59,7 @@ void FollowNotices(CAudio& audio, const std::function<void(const EngineNotice&)>
             programs[notice.instrument] = notice.value;
         }
     }
-    for (const auto& [key, points] : recorded) AppendPoints(audio, key, points);
+    for (const auto& [key, points] : recorded) AppendPoints(audio, key, points, willRecord);
     for (const auto& [id, program] : programs) SetProgram(audio, id, program);
     if (!show) return;
     for (const EngineNotice& notice : notices) show(notice);
