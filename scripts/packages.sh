@@ -13,7 +13,7 @@ buildPackages=(
 
 testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
-    xvfb xdotool openbox locales
+    xvfb xauth xdotool openbox locales
     sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )

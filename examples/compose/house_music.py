@@ -6,12 +6,14 @@
 
 Bars 0 intro, 16 build, 24 drop, 40 break, 52 drop, 68 outro. It gives the same bytes every time.
 """
-import math
 import sys
 
 import house_parts as parts
+import songkit
 from house_parts import ANSWER, BAR, HOME, PHRASE, RISE, VERSE
 from quibproject import Arpeggiator, Band, Effect, Instrument, Pattern, Project, Strip, channel_level, send_level
+from songkit import (BEND_RANGE, CUTOFF, DRIVE, KIT_DRIVE, KIT_VOLUME, NOISE_LEVEL, OSC1_LEVEL, OSC2_LEVEL, RESONANCE,
+                     bars, cutoff, hold, low_cut, master, numbered, pumped, sweep, throws, volume)
 
 BARS = 80
 TRIM = 0.7  # decibels added to every channel, so that the loudest beat stays below the master's clip
@@ -23,67 +25,17 @@ DEEP_HOUSE_BASS, SINE_LEAD, WARM_PAD, SWEEP_PAD, ELECTRIC_PIANO, HOUSE_STAB, GAR
 HOUSE_CLASSIC, LATIN_PLAZA = 0, 7
 DRUM_CHAMBER, VOCAL_HALL, DOTTED_EIGHTH = 3, 4, 0
 # Parameters.
-OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, DRIVE, BEND_RANGE = 5, 11, 14, 24, 25, 26, 57
 START_PHASE = 20
-SNARE_SEND, CLAP_SEND, KIT_DRIVE, KIT_VOLUME = 1 * 8 + 7, 2 * 8 + 7, 128, 131
+SNARE_SEND, CLAP_SEND = 1 * 8 + 7, 2 * 8 + 7
 TO_CHAMBER = CHAMBER / 4
-
-
-def cutoff(hertz):
-    """The synthesiser's cutoff, 20 Hz to 20 kHz, as a lane has it."""
-    return math.log(hertz / 20) / math.log(1000)
 
 
 def fader(decibels):
     return channel_level(decibels + TRIM)
 
 
-def bars(*points):
-    """Song points told in bars."""
-    return [(bar * BAR, value) for bar, value in points]
-
-
-def sweep(*points):
-    """A cutoff lane of the song: (bar, hertz)."""
-    return bars(*((bar, cutoff(hertz)) for bar, hertz in points))
-
-
-def low_cut(hertz, decibels=-18, middle=None, high=None):
-    """An equaliser that leaves the bottom to kick and bass."""
-    return {"eq_on": 1, "eq": (Band(hertz, decibels), middle or Band(500), high or Band(2000))}
-
-
-def volume(decibels):
-    """The volume of a drum kit, up to +6 dB, as a lane has it."""
-    return math.sqrt(10 ** (decibels / 20) / 2)
-
-
-def hold(patterns, settings):
-    """Settings of the plug-in that differ from the program, at the start of every pattern."""
-    for pattern in patterns.values():
-        for parameter, value in settings.items():
-            pattern.plugin.setdefault(parameter, [(0, value)])
-    return patterns
-
-
 def arrange(instrument, row):
-    """One letter a phrase: a is pattern 0, a dash is silence."""
-    phrases = [letter for letter in row if letter not in " |"]
-    if len(phrases) * 4 != BARS:
-        raise ValueError(f"{instrument.title}: {len(phrases)} phrases")
-    instrument.playlist = [(ord(letter) - ord("a"), PHRASE * index, 0)
-                           for index, letter in enumerate(phrases) if letter != "-"]
-    return instrument
-
-
-def pumped(pattern, level, depth=0):
-    """The pattern with its level ducking under the kick, or at rest."""
-    pattern.mix["Level"] = parts.pump(level, depth) if depth else [(0, level)]
-    return pattern
-
-
-def numbered(*patterns):
-    return dict(enumerate(patterns))
+    return songkit.arrange(instrument, row, BARS)
 
 
 # phrase at bar      0  4  8 12  16 20  24 28 32 36  40 44 48  52 56 60 64  68 72 76
@@ -115,7 +67,8 @@ def hats():
     patterns = numbered(
         parts.hats(11, claps=False, sixteenths=False, opened=False), parts.hats(12), parts.hats(13, fill=True),
         parts.hats(14, crash=True), parts.hats(15, ride=True, crash=True), parts.hats(16, ride=True, fill=True),
-        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19), parts.hats(20, claps=False, sixteenths=False, opened=False, bars=3))
+        parts.snare_roll(17), parts.hats(18, sixteenths=False), parts.break_hats(19),
+        parts.hats(20, claps=False, sixteenths=False, opened=False, bars=3))
     hold(patterns, {CLAP_SEND: TO_CHAMBER, SNARE_SEND: TO_CHAMBER, KIT_DRIVE: 0.3, KIT_VOLUME: volume(0)})
     return arrange(Instrument(
         "Hats & Claps", DRUMS, HOUSE_CLASSIC, swing=0.12, selected=1,
@@ -166,15 +119,6 @@ def stabs():
         instrument.snapshot(selected=2, level=fader(-2), sends={REVERB: send_level(-4), DELAY: send_level(-6)},
                             eq=(Band(400, -18), Band(900, 1.5), Band(4000, -6)))]
     return arrange(instrument, STAB_ROW)
-
-
-def throws(quiet, loud, at):
-    """A send that opens for the second half of the given bars."""
-    points = [(0, quiet)]
-    for bar in at:
-        start = bar * BAR + 8
-        points += [(start - 0.5, quiet), (start, loud), (start + 7, loud), (start + 8, quiet)]
-    return points
 
 
 def pad():
@@ -262,6 +206,7 @@ def song():
         # The break hands the chords from side A, the stabs, to side B, the keys; then both play.
         master={"Level": bars((0, 127), (50, 127), (51.75, 118), (52, 127), (77, 127), (80, 96)),
                 "Crossfader": bars((0, 0), (39, 0), (42, 96), (48, 96), (51.5, 56), (66, 56), (70, 0))},
+        inserts=master(1.3),
         instruments=[kick(), hats(), percussion(), bass(), stabs(), pad(), keys(), arpeggio(), hook(), riser()],
         effects={REVERB: Effect("QUIB reverb.so", VOCAL_HALL), DELAY: Effect("QUIB delay.so", DOTTED_EIGHTH),
                  CHAMBER: Effect("QUIB reverb.so", DRUM_CHAMBER)})

@@ -87,12 +87,29 @@ class Strip:
     eq: tuple = field(default_factory=lambda: (Band(100), Band(500), Band(2000)))
 
 
+# Numbers of the icons, and words of the titles that wear them. 0 is the synthesiser.
+ICONS = ((2, ("bass", "sub", "reese", "growl", "talker")), (3, ("keys", "piano", "organ", "stab", "vibra", "marimba")),
+         (4, ("pad", "drone", "fall", "riser")), (5, ("acid", "theme", "hook", "siren", "whistle", "flute")),
+         (6, ("strings", "koto")))
+DRUM_ICON, LOOP_ICON = 1, 7
+
+
+def icon_of(instrument):
+    """The icon that suits an instrument's plug-in and title."""
+    if "drums" in instrument.plugin:
+        return DRUM_ICON
+    if "Loops" in instrument.plugin:
+        return LOOP_ICON
+    title = instrument.title.lower()
+    return next((icon for icon, words in ICONS if any(word in title for word in words)), 0)
+
+
 @dataclass
 class Instrument:
     title: str
     plugin: str
     program: int = 0
-    icon: int = 0
+    icon: int = None  # None: by plug-in and title
     strip: Strip = field(default_factory=Strip)
     arpeggiator: Arpeggiator = field(default_factory=Arpeggiator)
     step_mode: int = 0  # 0 loop, 1 chain, 2 random, 3 hold
@@ -212,7 +229,7 @@ class ProjectWriter:
     def instrument(self, instrument):
         self.line("PLUGIN", instrument.plugin)
         self.line("TITLE", instrument.title)
-        self.line("ICONE", instrument.icon)
+        self.line("ICONE", icon_of(instrument) if instrument.icon is None else instrument.icon)
         for key, value in (("MIDIINCHANNEL", 0), ("MIDIKEYFROM", 0), ("MIDIKEYTO", 127), ("MIDIKEYTRANSPOSE", 0),
                            ("MIDIPITCH", 1), ("MIDIMODWHEEL", 1), ("MIDIAFTERTOUCH", 1), ("MIDIPROGRAMCHANGE", 1)):
             self.line(key, value)

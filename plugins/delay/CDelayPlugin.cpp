@@ -13,10 +13,7 @@ namespace {
 
 constexpr std::int32_t kUniqueId = vst2::FourCharacters('Q', 'b', 'D', 'l');
 constexpr float kPercent = 0.01f;
-constexpr double kUsualTempo = 120.0;
-constexpr double kSlowestTempo = 10.0;
-constexpr double kFastestTempo = 1000.0;
-constexpr double kLongestSeconds = 4.0;
+constexpr double kLongestSeconds = 10.0;
 constexpr float kButterworth = 1.41421356f;  // damping, 1 / Q
 constexpr float kFilterMemorySeconds = 0.1f;
 constexpr float kHottestDrive = 8.0f;
@@ -27,7 +24,7 @@ PluginDescription Description() {
 
 }  // namespace
 
-CDelayPlugin::CDelayPlugin(vst2::HostCallback host) : CEffectBase(Description()), m_host(host), m_tempo(kUsualTempo) {
+CDelayPlugin::CDelayPlugin(vst2::HostCallback host) : CEffectBase(Description()), m_time(host) {
     SampleRateChanged();
     Clear();
     SnapEffect();
@@ -39,14 +36,7 @@ void CDelayPlugin::SampleRateChanged() noexcept {
     m_right.line.Allocate(longest);
 }
 
-void CDelayPlugin::BeginBlock() noexcept {
-    const std::intptr_t answer = m_host(Effect(), vst2::audioMasterGetTime, 0, vst2::kVstTempoValid, nullptr, 0.0f);
-    const auto* time =
-        reinterpret_cast<const vst2::VstTimeInfo*>(answer);  // NOLINT(performance-no-int-to-ptr): the interface
-    const bool known = time != nullptr && (time->flags & vst2::kVstTempoValid) != 0 && time->tempo >= kSlowestTempo &&
-                       time->tempo <= kFastestTempo;
-    m_tempo.store(known ? time->tempo : kUsualTempo, std::memory_order_relaxed);
-}
+void CDelayPlugin::BeginBlock() noexcept { m_time.Read(Effect()); }
 
 void CDelayPlugin::Clear() noexcept {
     for (Channel* channel : {&m_left, &m_right}) {
@@ -59,7 +49,7 @@ void CDelayPlugin::Clear() noexcept {
 // A note too long for the memory is halved until it fits, so that it stays on the beat.
 double CDelayPlugin::SecondsOf(bool synchronised, int note, double milliseconds) const noexcept {
     if (!synchronised) return 0.001 * milliseconds;
-    double seconds = QuartersOf(note) * 60.0 / m_tempo.load(std::memory_order_relaxed);
+    double seconds = QuartersOf(note) * 60.0 / m_time.Tempo();
     while (seconds > kLongestSeconds) seconds *= 0.5;
     return seconds;
 }

@@ -5,10 +5,9 @@
 // and saturation in its feedback, and ping-pong. The first repeat is the input itself; each further
 // one passes the feedback once more. See CPluginBase for its threads.
 
-#include <atomic>
-
 #include "dsp/CDelayTap.h"
 #include "dsp/CEffectBase.h"
+#include "dsp/CHostTime.h"
 #include "dsp/CStateVariableFilter.h"
 
 namespace quibplug {
@@ -42,8 +41,7 @@ private:
     void UpdateControls(Move move) noexcept;
     void FeedBack(Channel& channel, float* samples, int frames) const noexcept;
 
-    const vst2::HostCallback m_host;
-    std::atomic<double> m_tempo;  // beats per minute
+    CHostTime m_time;
     Channel m_left;
     Channel m_right;
     FilterCoefficients m_lowCut{};

@@ -12,6 +12,7 @@ constexpr float kSilence = 1e-5f;
 constexpr float kFallConstants = 6.9077553f;  // ln(1000): decays are given to -60 dB
 constexpr float kBurstDecay = 0.022f;
 constexpr float kNoiseBandHertz = 18000.0f;
+constexpr float kMetalBandHertz = 16000.0f;
 constexpr float kNoiseReferenceRate = 44100.0f;
 // Frequencies of the metal cluster, inharmonic to each other.
 constexpr float kMetalRatios[6] = {1.0f, 1.4471f, 1.6818f, 1.9307f, 2.5424f, 2.7313f};
@@ -158,9 +159,15 @@ void CDrumVoice::AddBody(float* samples, int frames) noexcept {
 void CDrumVoice::RenderMetal(float* metal, int frames) noexcept {
     const CWaveTables& tables = CWaveTables::Shared();
     std::fill_n(metal, frames, 0.0f);
+    // The tables of a lower rate: partials end at one place whatever the rate, and no single one of
+    // them whistles above the others.
+    const float narrower = std::max(1.0f, 0.5f * m_sampleRate / kMetalBandHertz);
+    const auto tableIncrement = [&](std::uint32_t increment) {
+        return static_cast<std::uint32_t>(narrower * static_cast<float>(increment));
+    };
     for (int square = 0; square < kSquares; ++square) {
         const std::uint32_t increment = m_metalIncrements[square];
-        const WaveTable& saw = tables.Saw(increment);
+        const WaveTable& saw = tables.Saw(tableIncrement(increment));
         for (int i = 0; i < frames; ++i) {
             const std::uint32_t phase = m_metalPhases[square] + increment * static_cast<std::uint32_t>(i);
             metal[i] += saw.At(phase) - saw.At(phase + 0x80000000u);

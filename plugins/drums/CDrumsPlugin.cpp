@@ -143,6 +143,11 @@ CDrumVoice& CDrumsPlugin::FreeVoice() noexcept {
     return *best;
 }
 
+const char* CDrumsPlugin::OutputPairName(int pair) const noexcept {
+    static constexpr const char* kNames[] = {"Main", "Send 1", "Send 2", "Send 3", "Send 4"};
+    return kNames[pair];
+}
+
 void CDrumsPlugin::ControlChange(int controller, int) noexcept {
     if (controller != kAllSoundOff) return;
     for (CDrumVoice& voice : m_voices) {

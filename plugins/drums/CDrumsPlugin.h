@@ -34,6 +34,7 @@ private:
     void Render(const float* const* inputs, float* const* outputs, int frames) noexcept override;
     void NoteOn(int key, int velocity) noexcept override;
     void ControlChange(int controller, int value) noexcept override;
+    const char* OutputPairName(int pair) const noexcept override;
 
     DrumSetting SettingOf(int drum, int velocity) const noexcept;
     template <typename Move>

@@ -22,6 +22,8 @@ bool Heard(float sample) noexcept { return std::fabs(sample) > kInputFloor; }
 
 }  // namespace
 
+float CEffectBase::Finish(float*, float*, int) noexcept { return 0.0f; }
+
 void CEffectBase::Reset() noexcept {
     m_inputPeak = m_memoryPeak = 0.0f;
     m_quietFrames = 0;
@@ -91,6 +93,7 @@ void CEffectBase::Render(const float* const* inputs, float* const* outputs, int 
         outputs[0][i] = dry[i] * dryLeft[i] + direct[i] * left[i] + across[i] * right[i];
         outputs[1][i] = dry[i] * dryRight[i] + direct[i] * right[i] + across[i] * left[i];
     }
+    m_memoryPeak = std::max(m_memoryPeak, Finish(outputs[0], outputs[1], frames));
 }
 
 }  // namespace quibplug

@@ -36,6 +36,8 @@ protected:
     virtual void SnapEffect() noexcept = 0;
     // Writes the wet sound. Answers the largest magnitude that went into the effect's memory.
     virtual float RenderWet(StereoInput input, float* left, float* right, int frames) noexcept = 0;
+    // The last thing done to the output, after the mix and the level. Answers as RenderWet does.
+    virtual float Finish(float* left, float* right, int frames) noexcept;
     // How long a sample may stay in the memory unheard.
     virtual int MemoryFrames() const noexcept = 0;
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "dsp/CFlushToZero.h"
+#include "dsp/PinProperties.h"
 
 namespace quibplug {
 
@@ -84,6 +85,8 @@ void CPluginBase::WakeUp() noexcept {}
 int CPluginBase::FramesToSleep(const float* const*, int frames) const noexcept { return frames; }
 std::int32_t CPluginBase::TailFrames() const noexcept { return 0; }
 
+const char* CPluginBase::OutputPairName(int) const noexcept { return "Main"; }
+
 float CPluginBase::SetTo(int parameter) const noexcept {
     return m_bank.Parameter(parameter).ToReal(m_bank.Value(parameter));
 }
@@ -111,6 +114,9 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
             return TailFrames();
         case vst2::effGetVstVersion:
             return kVst24;
+        case vst2::effGetInputProperties:
+        case vst2::effGetOutputProperties:
+            return DescribePin(opcode, index, pointer);
         case vst2::effSetProgram:
         case vst2::effGetProgram:
         case vst2::effSetProgramName:
@@ -177,6 +183,14 @@ std::intptr_t CPluginBase::DispatchText(std::int32_t opcode, std::int32_t index,
         default:
             return 0;
     }
+}
+
+std::intptr_t CPluginBase::DescribePin(std::int32_t opcode, std::int32_t index, void* pointer) const noexcept {
+    const bool input = opcode == vst2::effGetInputProperties;
+    if (pointer == nullptr || index < 0 || index >= (input ? m_description.inputs : m_description.outputs)) return 0;
+    const PinProperties pin = StereoPin(input ? "Input" : OutputPairName(index / 2), index);
+    std::memcpy(pointer, &pin, sizeof pin);
+    return 1;
 }
 
 std::intptr_t CPluginBase::QueueEvents(const vst2::VstEvents* events) noexcept {

@@ -43,7 +43,8 @@ void Mix(float (&rows)[kNetworkLines][64], int frames) noexcept {
 void CFeedbackNetwork::Allocate(float largestMetres, float sampleRate) noexcept {
     m_sampleRate = sampleRate;
     for (CDelayLine& line : m_lines) {
-        line.Allocate(static_cast<int>(kLongestLineTime * largestMetres / kSpeedOfSound * sampleRate) + 1);
+        line.Allocate(
+            static_cast<int>(kLongestLineTime * Room::LineMetres(largestMetres) / kSpeedOfSound * sampleRate) + 1);
     }
 }
 

@@ -72,7 +72,7 @@ NetworkSetting CReverbPlugin::Setting() const noexcept {
 // The energy of a decaying sound is that of its first pass over 1 - g^2, g the gain of a pass: taken
 // back here, so that a long decay is as loud as a short one.
 float CReverbPlugin::LateGain() const noexcept {
-    const float passSeconds = Parameters().Real(kReverbSize) / kSpeedOfSound;
+    const float passSeconds = Room::LineMetres(Parameters().Real(kReverbSize)) / kSpeedOfSound;
     const float fall = FallOf60Decibels(passSeconds, Parameters().Real(kReverbDecay), 1.0f);
     return kLateGain * Parameters().Real(kReverbLate) * std::sqrt(1.0f - fall * fall);
 }
@@ -89,7 +89,7 @@ int CReverbPlugin::PreDelayFrames() const noexcept {
 
 std::int32_t CReverbPlugin::TailFrames() const noexcept {
     const float seconds = SetTo(kReverbDecay) * kTailDecibels / 60.0f + 0.001f * SetTo(kReverbPreDelay) +
-                          2.0f * SetTo(kReverbSize) / kSpeedOfSound + kFilterMemorySeconds;
+                          2.0f * Room::LineMetres(SetTo(kReverbSize)) / kSpeedOfSound + kFilterMemorySeconds;
     return static_cast<std::int32_t>(seconds * SampleRate());
 }
 

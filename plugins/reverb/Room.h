@@ -67,12 +67,19 @@ struct Room {
     std::array<int, kNetworkLines> lines{};
     std::array<std::array<int, kEarlyTaps>, 2> early{};
 
+    // Along which the network's lines are laid. Those of a small room alone would ring in a few dozen
+    // modes, as a pipe does.
+    static float LineMetres(float metres) noexcept {
+        constexpr float kLeast = 8.0f;
+        return std::sqrt(metres * metres + kLeast * kLeast);
+    }
     // `metres` along the room.
     static Room OfSize(float metres, float sampleRate) noexcept {
         const float frames = metres / kSpeedOfSound * sampleRate;
+        const float lineFrames = LineMetres(metres) / kSpeedOfSound * sampleRate;
         Room room;
         for (std::size_t i = 0; i < room.lines.size(); ++i) {
-            room.lines[i] = static_cast<int>(std::lround(kLineTimes[i] * frames));
+            room.lines[i] = static_cast<int>(std::lround(kLineTimes[i] * lineFrames));
         }
         for (std::size_t side = 0; side < 2; ++side) {
             for (std::size_t i = 0; i < kEarlyTaps; ++i) {

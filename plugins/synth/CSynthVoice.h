@@ -69,6 +69,7 @@ private:
     void RenderWave(int oscillator, int copy, const Piece& piece, const float* phaseSwing, float* wave) noexcept;
     void AddSubAndNoise(Piece& piece) noexcept;
     void Saturation(Piece& piece) const noexcept;
+    void TakeMeanAway(Piece& piece) noexcept;
     void Filter(Piece& piece) noexcept;
     template <int type, bool moving>
     void FilterChannel(const FilterRows& rows, float* samples, int frames, int channel) noexcept;
@@ -106,6 +107,7 @@ private:
     float m_lfo1Fade = 0.0f;
     CRandom m_random;
     CStateVariableFilter m_noiseFilter;
+    float m_means[2] = {};
     CStateVariableFilter m_filters[2][2];  // channel, stage
     FilterCoefficients m_noiseCoefficients{};
     float m_noiseGain = 1.0f;

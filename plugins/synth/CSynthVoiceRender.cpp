@@ -34,6 +34,7 @@ void CSynthVoice::Render(float* left, float* right, int offset, int frames, cons
     AddOscillators(piece);
     AddSubAndNoise(piece);
     Saturation(piece);
+    TakeMeanAway(piece);
     Filter(piece);
     Amplify(piece);
 }
@@ -140,6 +141,24 @@ void CSynthVoice::Saturation(Piece& piece) const noexcept {
             const float share = 1.0f / (1.0f + 2.0f * drive[i]);
             mix[i] += blend * (Saturate(gain * mix[i]) * share - mix[i]);
         }
+    }
+}
+
+// Saturation of a crooked wave and phase modulation shift the mean, which would thump when the note
+// ends and eat headroom.
+void CSynthVoice::TakeMeanAway(Piece& piece) noexcept {
+    if (m_drive.Zero() && m_fmTurns.Zero()) {
+        m_means[0] = m_means[1] = 0.0f;
+        return;
+    }
+    for (int channel = 0; channel < piece.channels; ++channel) {
+        float* mix = piece.mix[channel];
+        float mean = m_means[channel];
+        for (int i = 0; i < piece.frames; ++i) {
+            mean += piece.controls.meanShare * (mix[i] - mean);
+            mix[i] -= mean;
+        }
+        m_means[channel] = mean;
     }
 }
 

@@ -20,7 +20,9 @@ OscillatorControls OscillatorFrom(const CSmoothedParameters& parameters, int fir
 }  // namespace
 
 void SynthControls::SetRate(float hertz, int framesPerTick) noexcept {
+    constexpr float kMeanSeconds = 0.04f;
     sampleRate = hertz;
+    meanShare = OnePoleShare(kMeanSeconds, hertz);
     tickFrames = framesPerTick;
     tickRate = hertz / static_cast<float>(framesPerTick);
     lfoShare = OnePoleShare(2.0f * kMillisecond, tickRate);

@@ -19,6 +19,7 @@ struct OscillatorControls {
 
 struct SynthControls {
     float sampleRate = 44100.0f;
+    float meanShare = 0.0f;  // per frame, of a follower of the mean
     float tickRate = 2756.25f;
     int tickFrames = 16;
 

@@ -83,5 +83,7 @@ enum LfoWave : int { kLfoSine, kLfoTriangle, kLfoSaw, kLfoSquare, kLfoRandom };
 
 std::span<const ParameterSpec> SynthParameters();
 std::span<const ProgramSpec> SynthPrograms();
+// The second part of SynthPrograms(): saved states tell programs by number, so new ones go to its end.
+std::span<const ProgramSpec> FurtherSynthPrograms();
 
 }  // namespace quibplug

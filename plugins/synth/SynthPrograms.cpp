@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <iterator>
+#include <vector>
+
 #include "synth/SynthParameters.h"
 
 namespace quibplug {
@@ -282,6 +285,14 @@ constexpr ProgramSpec kPrograms[] = {
 
 }  // namespace
 
-std::span<const ProgramSpec> SynthPrograms() { return kPrograms; }
+std::span<const ProgramSpec> SynthPrograms() {
+    static const std::vector<ProgramSpec> all = [] {
+        std::vector<ProgramSpec> list(std::begin(kPrograms), std::end(kPrograms));
+        const std::span<const ProgramSpec> further = FurtherSynthPrograms();
+        list.insert(list.end(), further.begin(), further.end());
+        return list;
+    }();
+    return all;
+}
 
 }  // namespace quibplug

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationMain.h"
 
+#include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
@@ -8,7 +9,6 @@
 #include <QMessageBox>
 #include <QThread>
 #include <QTimer>
-#include <CLI/CLI.hpp>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
@@ -113,8 +113,7 @@ private:
 void CRun::SeedRecentFiles() {
     if (!IsFirst()) return;
     QStringList paths;
-    for (const char* const name :
-         {"HouseMusic.prg", "HouseYa.prg", "Siren.prg", "Tempo100.prg", "BassDrums.prg"}) {
+    for (const char* const name : {"HouseMusic.prg", "HouseYa.prg", "Siren.prg", "Tempo100.prg", "BassDrums.prg"}) {
         paths.append(folders.programs + QLatin1String(name));
     }
     CRecentFiles(settings).Seed(paths);
@@ -130,9 +129,7 @@ void CRun::ShowWindow() {
     }
 }
 
-QString CRun::WantedFile() const {
-    return QString::fromStdString(options.project);
-}
+QString CRun::WantedFile() const { return QString::fromStdString(options.project); }
 
 // The session that was left last is a later state of this very file.
 bool CRun::SessionIsOf(const QString& file) const {
@@ -148,6 +145,12 @@ void CRun::LoadProject() {
     const QString file = WantedFile();
     const EStartProject choice =
         ChooseStartProject(marks.errorClosed, marks.backupClosed, window->BackupCountdown().Ticks());
+    if (choice == EStartProject::kEmpty) {
+        window->ShowMessage(
+            QStringLiteral("QUIB Sequencer"),
+            Text("The last start ended while it loaded its project, so this one begins without. The project can be "
+                 "opened from the File menu."));
+    }
     if (choice == EStartProject::kAsk && UserWantsBackup()) {
         LoadSession(folders.backupProject, true);
     } else if (!file.isEmpty() && marks.errorClosed == 0 && !SessionIsOf(file)) {
@@ -167,10 +170,12 @@ void CRun::KeepCrashBackup(const CrashMarks& marks) {
 
 bool CRun::UserWantsBackup() {
     const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    const QString text = english ? QStringLiteral("The program was not closed properly last time !\r\nDo you want to "
-                                                  "load the last Backup ?")
-                                 : QStringLiteral("Le logiciel ne s'est pas fermé correctement lors de la dernière "
-                                                  "utilisation !\r\nVoulez-vous charger le dernier Backup ?");
+    const QString text = english ? QStringLiteral(
+                                       "The program was not closed properly last time !\r\nDo you want to "
+                                       "load the last Backup ?")
+                                 : QStringLiteral(
+                                       "Le logiciel ne s'est pas fermé correctement lors de la dernière "
+                                       "utilisation !\r\nVoulez-vous charger le dernier Backup ?");
     QMessageBox box(QMessageBox::Question, QStringLiteral("QUIB Studio"), text, QMessageBox::Yes | QMessageBox::No,
                     window.get());
     box.setWindowFlag(Qt::WindowStaysOnTopHint);

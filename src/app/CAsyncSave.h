@@ -18,8 +18,7 @@ namespace quib {
 class CAsyncSave {
 public:
     // Makes bytes the content of a file; replaced in tests by something slow.
-    using Writer =
-        std::function<bool(const std::filesystem::path& path, const std::string& bytes, std::string& error)>;
+    using Writer = std::function<bool(const std::filesystem::path& path, const std::string& bytes, std::string& error)>;
     // `error` is empty when the file is on disk.
     using Done = std::function<void(const std::string& error)>;
 

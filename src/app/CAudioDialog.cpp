@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTimer>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr const char* kPlacement = "SoundConfig";
 constexpr int kMostCharacters = 200;
+constexpr int kShownCharacters = 28;
 constexpr int kLampMilliseconds = 200;
 
 // The whole of what was typed counts, be it in the list or not.
@@ -33,6 +35,8 @@ QComboBox* MakeList(const QStringList& choices, const QString& text) {
     list->setInsertPolicy(QComboBox::NoInsert);
     list->addItems(choices);
     list->setCurrentText(text);
+    list->setMinimumContentsLength(kShownCharacters);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     return list;
 }
 
@@ -59,6 +63,8 @@ public:
         size = MakeList({"256", "512", "1024", "2048", "4096", "8192", "16384"}, now.bufferSize);
         timebase = MakeList({"48", "96", "192", "384", "768"}, now.timebase);
         midi = MakeList(MidiNames(workstation.Output()), now.midiInDevice);
+        device->lineEdit()->setPlaceholderText(QStringLiteral("default"));
+        midi->lineEdit()->setPlaceholderText(QLatin1String(COutputManager::kMidiOff));
         BuildLayout();
         connect(&timer, &QTimer::timeout, this, [this] { Refresh(); });
         timer.start(40);
@@ -201,8 +207,7 @@ AudioChanges StoreAudioChoice(CSettings& settings, const AudioChoice& choice) {
     const AudioChoice before = ReadAudioChoice(settings);
     const QString device = choice.outputDevice.left(kMostCharacters);
     AudioChanges changes;
-    changes.output = device != before.outputDevice ||
-                     ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||
+    changes.output = device != before.outputDevice || ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||
                      ToInteger(choice.bufferSize) != ToInteger(before.bufferSize);
     changes.midi = choice.midiInDevice != before.midiInDevice;
     changes.timebase = ToInteger(choice.timebase);

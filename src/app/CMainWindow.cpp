@@ -92,10 +92,10 @@ void CMainWindow::ShowWarnings() {
 
 bool CMainWindow::MayDiscard() {
     if (!workstation.IsModified()) return true;
-    const auto answer = QMessageBox::question(
-        this, QStringLiteral("QUIB Sequencer"),
-        Text("\"%1\" has changes that are not saved. Save them?").arg(workstation.ProjectName()),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    const auto answer =
+        QMessageBox::question(this, QStringLiteral("QUIB Sequencer"),
+                              Text("\"%1\" has changes that are not saved. Save them?").arg(workstation.ProjectName()),
+                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Cancel) return false;
     return answer == QMessageBox::Discard || SaveNow();
 }

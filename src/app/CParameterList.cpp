@@ -141,16 +141,16 @@ void CParameterList::mousePressEvent(QMouseEvent* event) {
     dragPoint = event->pos();
     dragValue = before;
     if (!IsFine(event->modifiers())) {
-        dragValue = static_cast<float>(event->pos().x() - SliderOf(row).left()) /
-                    static_cast<float>(SliderOf(row).width());
+        dragValue =
+            static_cast<float>(event->pos().x() - SliderOf(row).left()) / static_cast<float>(SliderOf(row).width());
         Set(row, dragValue);
     }
 }
 
 void CParameterList::mouseMoveEvent(QMouseEvent* event) {
     if (dragged < 0) return;
-    const float moved = static_cast<float>(event->pos().x() - dragPoint.x()) /
-                        static_cast<float>(SliderOf(dragged).width());
+    const float moved =
+        static_cast<float>(event->pos().x() - dragPoint.x()) / static_cast<float>(SliderOf(dragged).width());
     dragPoint = event->pos();
     dragValue += IsFine(event->modifiers()) ? moved * kFine : moved;
     Set(dragged, dragValue);
@@ -167,8 +167,7 @@ void CParameterList::mouseDoubleClickEvent(QMouseEvent* event) {
     bool accepted = false;
     const QString name = QString::fromStdString(
         plugin->Parameters()[static_cast<std::size_t>(rows[static_cast<std::size_t>(row)])].name);
-    const QString text =
-        QInputDialog::getText(this, name, Text("Value"), QLineEdit::Normal, ValueText(row), &accepted);
+    const QString text = QInputDialog::getText(this, name, Text("Value"), QLineEdit::Normal, ValueText(row), &accepted);
     if (accepted) SetByText(row, text);
 }
 

@@ -26,10 +26,10 @@ bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {
 }
 
 QJsonObject ToJson(const PluginEntry& entry) {
-    return {{QStringLiteral("path"), entry.path},           {QStringLiteral("name"), entry.name},
-            {QStringLiteral("vendor"), entry.vendor},       {QStringLiteral("instrument"), entry.isInstrument},
-            {QStringLiteral("broken"), entry.isBroken},     {QStringLiteral("error"), entry.error},
-            {QStringLiteral("changed"), entry.changed},     {QStringLiteral("size"), entry.size}};
+    return {{QStringLiteral("path"), entry.path},       {QStringLiteral("name"), entry.name},
+            {QStringLiteral("vendor"), entry.vendor},   {QStringLiteral("instrument"), entry.isInstrument},
+            {QStringLiteral("broken"), entry.isBroken}, {QStringLiteral("error"), entry.error},
+            {QStringLiteral("changed"), entry.changed}, {QStringLiteral("size"), entry.size}};
 }
 
 PluginEntry FromJson(const QJsonObject& object) {
@@ -148,8 +148,8 @@ void CPluginCatalog::TakeAnswer() {
     const std::unique_ptr<QProcess> ended = std::move(process);
     const bool succeeded = ended->error() != QProcess::FailedToStart && ended->exitStatus() == QProcess::NormalExit &&
                            ended->exitCode() == 0;
-    const PluginEntry entry = Describe(libraries[next], succeeded, ended->readAllStandardOutput(),
-                                       ended->readAllStandardError());
+    const PluginEntry entry =
+        Describe(libraries[next], succeeded, ended->readAllStandardOutput(), ended->readAllStandardError());
     learnt = true;
     if (ended->error() != QProcess::FailedToStart) known.insert(entry.path, entry);
     gathered.append(entry);

@@ -74,8 +74,7 @@ void CPluginWindow::BuildBar() {
     programs = new QComboBox;
     programs->setObjectName(QStringLiteral("programs"));
     programs->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(programs, &QComboBox::activated, this,
-            [this](int program) { workstation.SelectProgram(plugin, program); });
+    connect(programs, &QComboBox::activated, this, [this](int program) { workstation.SelectProgram(plugin, program); });
     bar->addWidget(programs, 1);
     const struct {
         const char* text;
@@ -150,6 +149,7 @@ void CPluginWindow::OpenEditor() {
     const WId id = editor->winId();
     QGuiApplication::sync();
     editorOpen = true;
+    plugin->PinLibrary();
     plugin->Dispatch(vst2::effEditOpen, 0, 0, reinterpret_cast<void*>(id));
     FitEditor();
 }

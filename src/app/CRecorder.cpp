@@ -81,8 +81,8 @@ void CRecorder::Obey(std::unique_lock<std::mutex>& lock) {
     } else {
         lame.StopRecording(CLame::ELastBuffer::kWrite);
     }
-    Progress next{lame.IsRecording(), lame.Seconds(), lame.BytesWritten(), lame.DroppedFrames(), lame.ProgressText(),
-                  lame.Error()};
+    Progress next{lame.IsRecording(),   lame.Seconds(),      lame.BytesWritten(),
+                  lame.DroppedFrames(), lame.ProgressText(), lame.Error()};
     if (started == CLame::kNoEncoder) {
         next.text = "Cannot open MP3 Encoder !";
     } else if (!next.error.empty()) {

@@ -184,9 +184,9 @@ void CWorkstation::IdlePlugins() {
 void CWorkstation::ReportFaults() {
     ForEachSlot([this](const PluginSlot& slot, const SlotPlace&) {
         if (!slot.plugin || !slot.plugin->TakeFaultReport()) return;
-        Q_EMIT Message(QStringLiteral("QUIB"),
-                     QString::fromStdString(slot.plugin->Identity().displayName) + QStringLiteral(": ") +
-                         Text("gave samples that are no sound; it is muted while it does."));
+        Q_EMIT Message(QStringLiteral("QUIB"), QString::fromStdString(slot.plugin->Identity().displayName) +
+                                                   QStringLiteral(": ") +
+                                                   Text("gave samples that are no sound; it is muted while it does."));
     });
 }
 

@@ -156,7 +156,7 @@ public:
     // Of every instrument that has one of that number, as the preset selector does; nothing when
     // "PresetOn" is off.
     void RecallPresets(int preset);
-    int PresetCount() const;        // of the instrument that has most
+    int PresetCount() const;  // of the instrument that has most
     CValue& SelectedPreset() noexcept { return presetSelected; }
     // MIDI assignment of the selector: channel selector, base note, mode.
     void SetPresetMidi(int channel, int baseNote, int mode);
@@ -223,8 +223,7 @@ private:
     using Instrumented = std::shared_ptr<CInstrument>;
 
     void ConnectEnvironment();
-    void PushChange(const QString& name, std::function<void()> forth, std::function<void()> back,
-                    bool isDone = false);
+    void PushChange(const QString& name, std::function<void()> forth, std::function<void()> back, bool isDone = false);
     // Instruments
     void SetInstruments(InstrumentList list, int nextCurrent, const QString& name);
     void PublishInstruments(const InstrumentList& list, int nextCurrent);
@@ -284,7 +283,7 @@ private:
     QString projectPath;
     std::vector<std::string> warnings;
     std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
-    bool touched = false;  // changed by what is no step of undo
+    bool touched = false;                                  // changed by what is no step of undo
     bool toldModified = false;
     bool messageShown = false;  // a plug-in's loading told the user why it failed
 

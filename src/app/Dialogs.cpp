@@ -98,12 +98,12 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
 
 void ShowAboutBox(QWidget* parent) {
     const QString text =
-        QStringLiteral("<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p>"
-                       "<p>Qt %4 (LGPL 3), ALSA library (LGPL 2.1), fmt and spdlog (MIT), CLI11 (BSD 3-clause), "
-                       "Inter (SIL Open Font License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they "
-                       "are installed.</p>")
-            .arg(QStringLiteral(QUIB_VERSION),
-                 Text("Pattern sequencer and host of VST 2 instruments and effects."),
+        QStringLiteral(
+            "<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p>"
+            "<p>Qt %4 (LGPL 3), ALSA library (LGPL 2.1), fmt and spdlog (MIT), CLI11 (BSD 3-clause), "
+            "Inter (SIL Open Font License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they "
+            "are installed.</p>")
+            .arg(QStringLiteral(QUIB_VERSION), Text("Pattern sequencer and host of VST 2 instruments and effects."),
                  Text("Free software under the GNU General Public License, version 3 or later. It comes with no "
                       "warranty."),
                  QLatin1String(qVersion()));
@@ -113,14 +113,15 @@ void ShowAboutBox(QWidget* parent) {
 }
 
 void ShowQuickStart(QWidget* parent) {
-    auto* const box = new QMessageBox(
-        QMessageBox::NoIcon, Text("Quick start"),
-        QStringLiteral("<h3>%1</h3><ol><li>%2</li><li>%3</li><li>%4</li><li>%5</li></ol>")
-            .arg(Text("First steps"), Text("Open an example from the File menu, or add an instrument."),
-                 Text("Press Space: it plays and stops."), Text("Choose patterns while it plays; each instrument "
-                                                                 "has sixteen."),
-                 Text("Everything can be undone with Ctrl+Z.")),
-        QMessageBox::Ok, parent);
+    auto* const box =
+        new QMessageBox(QMessageBox::NoIcon, Text("Quick start"),
+                        QStringLiteral("<h3>%1</h3><ol><li>%2</li><li>%3</li><li>%4</li><li>%5</li></ol>")
+                            .arg(Text("First steps"), Text("Open an example from the File menu, or add an instrument."),
+                                 Text("Press Space: it plays and stops."),
+                                 Text("Choose patterns while it plays; each instrument "
+                                      "has sixteen."),
+                                 Text("Everything can be undone with Ctrl+Z.")),
+                        QMessageBox::Ok, parent);
     box->setTextFormat(Qt::RichText);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);

@@ -33,8 +33,8 @@ class CGestureCommand : public QUndoCommand {
 public:
     using Set = std::function<void(float value)>;
     // `thing` with `part` names what is changed: steps of the same two may merge.
-    CGestureCommand(const QString& name, const void* changedThing, int changedPart, float valueBefore,
-                    float valueAfter, Set setValue);
+    CGestureCommand(const QString& name, const void* changedThing, int changedPart, float valueBefore, float valueAfter,
+                    Set setValue);
 
     int id() const override { return 1; }
     bool mergeWith(const QUndoCommand* other) override;

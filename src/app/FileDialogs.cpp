@@ -62,9 +62,9 @@ QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind fileKin
 
 QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind fileKind, const QString& suggestion) {
     const Kind& kind = Describe(fileKind);
-    QString file = QFileDialog::getSaveFileName(parent, Text(kind.title),
-                                                QDir(StartFolder(settings, kind)).filePath(suggestion),
-                                                Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
+    QString file =
+        QFileDialog::getSaveFileName(parent, Text(kind.title), QDir(StartFolder(settings, kind)).filePath(suggestion),
+                                     Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return {};
     if (QFileInfo(file).suffix().isEmpty()) file += QLatin1String(kind.extension);
     if (QFileInfo::exists(file) && !MayReplace(parent, Text(kind.title))) return {};

@@ -47,8 +47,8 @@ QString FindProgramFolder(const CSettings& settings, const QString& wanted) {
     if (!kept.isEmpty() && MakeFolder(kept)) return WithSlash(kept);
     const QString beside = QString::fromStdString(ExecutableFolder().string());
     if (!beside.isEmpty() && QFileInfo(beside).isWritable()) return WithSlash(beside);
-    const QString own = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                        QStringLiteral("/QUIBSequencer/");
+    const QString own =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/QUIBSequencer/");
     MakeFolder(own);
     return own;
 }
@@ -104,7 +104,7 @@ PluginNames PrepareFolders(const Folders& folders, CSettings& settings) {
     const struct {
         const QString& folder;
         const char* name;
-    } written[] = {{folders.patterns, "PatternDir"},     {folders.presets, "PresetDir"},
+    } written[] = {{folders.patterns, "PatternDir"},       {folders.presets, "PresetDir"},
                    {folders.instruments, "InstrumentDir"}, {folders.programs, "ProgramDir"},
                    {folders.pluginEffects, "EffectDir"},   {folders.pluginInstruments, "PluginDir"}};
     for (const auto& entry : written) {

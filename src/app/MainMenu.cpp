@@ -219,8 +219,7 @@ void CMainWindow::SetScale(int percent) {
 void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
     Add(*menu, command::kQuickStart, "Quick start - Prise en main ...", [this] { Q_EMIT QuickStartWanted(); });
-    Add(*menu, command::kManualEnglish, "User manual in English ...",
-        [this] { OpenManual("%1UserGuideEnglish.pdf"); });
+    Add(*menu, command::kManualEnglish, "User manual in English ...", [this] { OpenManual("%1UserGuideEnglish.pdf"); });
     Add(*menu, command::kManualFrench, "Manuel d'utilisation en Français ...",
         [this] { OpenManual("%1UserGuideFrench.pdf"); });
     QAction* const about = Add(*menu, command::kAbout, "About QUIB Sequencer ...", [this] { ShowAboutBox(this); });
@@ -251,7 +250,8 @@ void CMainWindow::RebuildRecentFiles() {
         actions[command::kRecentFile0 + static_cast<int>(index)] = action;
         recentActions.append(action);
         connect(action, &QAction::triggered, this, [this, path] {
-            QMetaObject::invokeMethod(this, [this, path] { Open(path); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this, path] { Open(path); }, Qt::QueuedConnection);
         });
     }
 }

@@ -66,8 +66,7 @@ void PrepareToolPlacements(CSettings& settings) {
 QRect MainPlacement(const CSettings& settings) {
     const QSize screen = CSettings::ScreenSize();
     const QSize usual(std::min(screen.width(), 1280), std::min(screen.height(), 720));
-    QRect placement =
-        settings.ReadWindowPlacement(nullptr, QStringLiteral("Main"), CSettings::Centred(usual, screen));
+    QRect placement = settings.ReadWindowPlacement(nullptr, QStringLiteral("Main"), CSettings::Centred(usual, screen));
     placement.setWidth(std::max(placement.width(), kMainWidth));
     placement.setHeight(std::max(placement.height(), kMainHeight));
     return placement;

@@ -3,25 +3,18 @@
 
 #include <QHash>
 
+#include "app/FrenchTexts.h"
+
 namespace quib {
 
 namespace {
 
 ELanguage chosen = ELanguage::kEnglish;
 
-struct Entry {
-    const char* english;
-    const char* french;
-};
-
-constexpr Entry kEntries[] = {
-#include "app/FrenchTexts.inc"
-};
-
 const QHash<QByteArray, const char*>& French() {
     static const QHash<QByteArray, const char*> table = [] {
         QHash<QByteArray, const char*> texts;
-        for (const Entry& entry : kEntries) texts.insert(entry.english, entry.french);
+        for (const FrenchText& entry : kFrenchTexts) texts.insert(entry.english, entry.french);
         return texts;
     }();
     return table;

@@ -58,8 +58,7 @@ void CWorkstation::SetPlaylist(std::uint32_t id, std::shared_ptr<const Playlist>
                              [this, id] { Q_EMIT InstrumentChanged(id); }));
 }
 
-void CWorkstation::SetBallSounds(std::uint32_t id, std::shared_ptr<const BallSoundList> next,
-                                 const QString& undoName) {
+void CWorkstation::SetBallSounds(std::uint32_t id, std::shared_ptr<const BallSoundList> next, const QString& undoName) {
     const auto instrument = InstrumentById(id);
     if (!instrument || !next) return;
     undo.push(PublishCommand(undoName, instrument, instrument->ballSounds, std::move(next), audio.graveyard,

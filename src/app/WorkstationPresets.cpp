@@ -58,8 +58,8 @@ void CWorkstation::RemovePreset(int index, int preset) {
 
 void CWorkstation::ApplyPreset(const Instrumented& instrument, const Preset& preset) {
     std::erase_if(recalls, [&](const Recall& recall) { return recall.instrument == instrument; });
-    recalls.push_back({instrument, std::make_unique<CPresetRecall>(*instrument, preset, audio.graveyard,
-                                                                   audio.Format().sampleRate)});
+    recalls.push_back(
+        {instrument, std::make_unique<CPresetRecall>(*instrument, preset, audio.graveyard, audio.Format().sampleRate)});
     audio.Post({EngineCommand::Kind::SelectPattern, instrument->Id(), preset.patternSelected});
     Q_EMIT InstrumentChanged(instrument->Id());
 }

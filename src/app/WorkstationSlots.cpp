@@ -91,8 +91,8 @@ std::shared_ptr<CPlugin> CWorkstation::LoadLibrary(const QString& nameOrPath, Sl
     std::string reason;
     messageShown = false;
     const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo(nameOrPath).isFile();
-    const auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, audio.environment, reason)
-                               : LoadNamed(nameOrPath.toStdString(), kind, reason);
+    auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, audio.environment, reason)
+                         : LoadNamed(nameOrPath.toStdString(), kind, reason);
     error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
     return plugin;
 }

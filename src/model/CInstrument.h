@@ -100,8 +100,8 @@ public:
     std::string title;
     std::int32_t icon = 0;
     std::int32_t keyboardPosition = 36;
-    std::int32_t stripColour = 0;  // 0xRRGGBB + 1 of its strip in the console; 0: the console's own
-    bool stripCollapsed = false;   // its strip is shown small
+    std::int32_t stripColour = 0;                     // 0xRRGGBB + 1 of its strip in the console; 0: the console's own
+    bool stripCollapsed = false;                      // its strip is shown small
     std::vector<std::int32_t> eventPluginParameters;  // plug-in parameters that have a lane shown
     std::vector<Preset> presets;
 

@@ -20,8 +20,10 @@ bool CDynamicLibrary::Open(const std::filesystem::path& name, std::string& error
 
 void CDynamicLibrary::Close() noexcept {
     if (handle == nullptr) return;
+    void* const closed = std::exchange(handle, nullptr);
+    if (std::exchange(pinned, false)) return;
     const CFloatingPointScope keepMode;
-    dlclose(std::exchange(handle, nullptr));
+    dlclose(closed);
 }
 
 void* CDynamicLibrary::Symbol(const char* name) const noexcept {

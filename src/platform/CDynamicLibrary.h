@@ -14,9 +14,11 @@ class CDynamicLibrary {
 public:
     CDynamicLibrary() = default;
     ~CDynamicLibrary() { Close(); }
-    CDynamicLibrary(CDynamicLibrary&& other) noexcept : handle(std::exchange(other.handle, nullptr)) {}
+    CDynamicLibrary(CDynamicLibrary&& other) noexcept
+        : handle(std::exchange(other.handle, nullptr)), pinned(std::exchange(other.pinned, false)) {}
     CDynamicLibrary& operator=(CDynamicLibrary&& other) noexcept {
         std::swap(handle, other.handle);
+        std::swap(pinned, other.pinned);
         return *this;
     }
 
@@ -25,6 +27,8 @@ public:
     bool Open(const std::filesystem::path& name, std::string& error);
     void Close() noexcept;
     bool IsOpen() const noexcept { return handle != nullptr; }
+    // Lets the library stay in memory until the process ends, even when this object goes.
+    void Pin() noexcept { pinned = true; }
 
     // The exported function or object of that name, or null.
     void* Symbol(const char* name) const noexcept;
@@ -36,6 +40,7 @@ public:
 
 private:
     void* handle = nullptr;
+    bool pinned = false;
 };
 
 }  // namespace quib

@@ -22,8 +22,7 @@ protected:
           folders(folder.filePath(QStringLiteral("program"))) {
         PrepareFolders(folders, settings);
         for (const char* const kind : {"PluginInstruments", "PluginEffects"}) {
-            LinkPlugins(QStringLiteral(QUIB_BIN_DIR "/") + QLatin1String(kind),
-                        folders.program + QLatin1String(kind));
+            LinkPlugins(QStringLiteral(QUIB_BIN_DIR "/") + QLatin1String(kind), folders.program + QLatin1String(kind));
         }
         workstation = std::make_unique<CWorkstation>(settings, folders);
         QObject::connect(workstation.get(), &CWorkstation::Message,

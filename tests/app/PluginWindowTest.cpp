@@ -161,12 +161,11 @@ TEST_F(CatalogTest, CancelEndsALibraryThatHangs) {
     QFile::link(QStringLiteral(QUIB_BIN_DIR "/testplugins/Hangs.so"), File("plugins/Hangs.so"));
     const auto catalog = Make();
     QSignalSpy finished(catalog.get(), &CPluginCatalog::Finished);
-    QObject::connect(catalog.get(), &CPluginCatalog::Progressed, catalog.get(),
-                     [&](int, int, const QString& name) {
-                         if (name == "Hangs") {
-                             QMetaObject::invokeMethod(catalog.get(), &CPluginCatalog::Cancel, Qt::QueuedConnection);
-                         }
-                     });
+    QObject::connect(catalog.get(), &CPluginCatalog::Progressed, catalog.get(), [&](int, int, const QString& name) {
+        if (name == "Hangs") {
+            QMetaObject::invokeMethod(catalog.get(), &CPluginCatalog::Cancel, Qt::QueuedConnection);
+        }
+    });
     catalog->Scan();
     ASSERT_TRUE(finished.wait(10000)) << "far below the time that a hung one is given";
     EXPECT_FALSE(catalog->IsScanning());

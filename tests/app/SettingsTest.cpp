@@ -99,8 +99,8 @@ TEST_F(SettingsTest, FoldersAreMadeListedAndKept) {
     names.instruments.sort();
     EXPECT_EQ(names.instruments, QStringList({"One", "TWO"}));
     EXPECT_EQ(names.effects, QStringList({"One"}));
-    for (const char* const name : {"PatternDir", "PresetDir", "InstrumentDir", "ProgramDir", "EffectDir", "PluginDir",
-                                   "CurrentDir"}) {
+    for (const char* const name :
+         {"PatternDir", "PresetDir", "InstrumentDir", "ProgramDir", "EffectDir", "PluginDir", "CurrentDir"}) {
         const QString kept = settings.ReadSettingString("Settings", name);
         EXPECT_TRUE(kept.startsWith(folders.program) && kept.endsWith('/') && QDir(kept).exists()) << name;
     }
@@ -120,8 +120,8 @@ TEST_F(SettingsTest, RecentFilesLoseGapsAndDuplicates) {
     EXPECT_EQ(settings.ReadSettingString("RecentFiles", "Project9"), "");
     for (int i = 0; i < 12; ++i) recent.Add(QString("/%1.prg").arg(i));
     recent.Add("/5.prg");
-    EXPECT_EQ(recent.Rebuild(), QStringList({"/5.prg", "/11.prg", "/10.prg", "/9.prg", "/8.prg", "/7.prg", "/6.prg",
-                                             "/4.prg"}));
+    EXPECT_EQ(recent.Rebuild(),
+              QStringList({"/5.prg", "/11.prg", "/10.prg", "/9.prg", "/8.prg", "/7.prg", "/6.prg", "/4.prg"}));
 }
 
 TEST_F(SettingsTest, AStartFollowsTheMarksOfTheLastRun) {

@@ -89,15 +89,12 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
             std::make_shared<const CEventLanes>(CEventLanes().With(CEventLanes::kSongSlot, 0, {{2, 100}})),
             "Master points");
     });
-    ExpectUndoable("Ball", [&] {
-        workstation->SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball");
-    });
+    ExpectUndoable("Ball", [&] { workstation->SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball"); });
     ExpectUndoable("Pattern order", [&] { workstation->SetStepNumberMode(0, StepNumberMode::Random); });
     ExpectUndoable("Level", [&] { Move(At(0)->strip.level, 12, "Level"); });
     ExpectUndoable("Tempo", [&] { Move(workstation->Audio().settings.tempo, 99, "Tempo"); });
-    ExpectUndoable("Load plug-in", [&] {
-        EXPECT_TRUE(workstation->LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString();
-    });
+    ExpectUndoable("Load plug-in",
+                   [&] { EXPECT_TRUE(workstation->LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString(); });
     ExpectUndoable("Plug-in parameter", [&] {
         const auto plugin = workstation->Slot(insert)->plugin;
         const float before = plugin->Effect().getParameter(&plugin->Effect(), 0);
@@ -220,10 +217,11 @@ TEST_F(WorkstationTest, WrongPluginsAndFilesAreToldOnceAndChangeNothing) {
     ASSERT_TRUE(bad.open(QIODevice::WriteOnly));
     bad.write("nothing of the kind");
     bad.close();
-    for (const auto& load : {std::function<bool()>([&] { return workstation->LoadProject(bad.fileName(), error); }),
-                             std::function<bool()>([&] { return workstation->LoadInstrument(0, bad.fileName(), error); }),
-                             std::function<bool()>([&] { return workstation->LoadPattern(0, bad.fileName(), error); }),
-                             std::function<bool()>([&] { return workstation->LoadBank(Place(0), bad.fileName(), error); })}) {
+    for (const auto& load :
+         {std::function<bool()>([&] { return workstation->LoadProject(bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->LoadInstrument(0, bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->LoadPattern(0, bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->LoadBank(Place(0), bad.fileName(), error); })}) {
         error.clear();
         EXPECT_FALSE(load());
         EXPECT_FALSE(error.isEmpty());

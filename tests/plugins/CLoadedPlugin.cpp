@@ -89,6 +89,17 @@ void CLoadedPlugin::Resume(float sampleRate) {
 
 Channels CLoadedPlugin::Render(long frames, const std::vector<Message>& messages, const std::vector<int>& blocks,
                                const std::function<void(long)>& between) {
+    Channels none;
+    return Play(none, frames, messages, blocks, between);
+}
+
+Channels CLoadedPlugin::Process(Channels input, const std::vector<Message>& messages, const std::vector<int>& blocks,
+                                const std::function<void(long)>& between) {
+    return Play(input, static_cast<long>(input.at(0).size()), messages, blocks, between);
+}
+
+Channels CLoadedPlugin::Play(Channels& input, long frames, const std::vector<Message>& messages,
+                             const std::vector<int>& blocks, const std::function<void(long)>& between) {
     Channels channels(static_cast<std::size_t>(m_effect->numOutputs),
                       std::vector<float>(static_cast<std::size_t>(frames)));
     std::size_t turn = 0;
@@ -96,9 +107,11 @@ Channels CLoadedPlugin::Render(long frames, const std::vector<Message>& messages
         const long end = std::min(frames, begin + blocks[turn++ % blocks.size()]);
         if (between) between(begin);
         SendMessages(m_effect, messages, begin, end);
+        std::vector<float*> inputs;
+        for (auto& channel : input) inputs.push_back(channel.data() + begin);
         std::vector<float*> outputs;
         for (auto& channel : channels) outputs.push_back(channel.data() + begin);
-        m_effect->processReplacing(m_effect, nullptr, outputs.data(), static_cast<std::int32_t>(end - begin));
+        m_effect->processReplacing(m_effect, inputs.data(), outputs.data(), static_cast<std::int32_t>(end - begin));
         begin = end;
     }
     return channels;

@@ -40,10 +40,14 @@ public:
     float Get(int index) { return m_effect->getParameter(m_effect, index); }
     void Resume(float sampleRate);
 
-    // Renders `frames` in blocks of the given sizes, used in turn; `between` is called before each
+    // Renders `frames` of an instrument in blocks of the given sizes, used in turn; `between` is called before each
     // block with the frame it begins at.
     Channels Render(long frames, const std::vector<Message>& messages, const std::vector<int>& blocks = {256},
                     const std::function<void(long)>& between = {});
+
+    // The same of a plug-in with inputs: as long as `input`, which has a row for each of them.
+    Channels Process(Channels input, const std::vector<Message>& messages, const std::vector<int>& blocks = {256},
+                     const std::function<void(long)>& between = {});
 
     std::vector<char> Chunk(bool bank = true);
     std::intptr_t SetChunk(std::vector<char> chunk, bool bank = true);
@@ -52,6 +56,9 @@ public:
     void SetTime(vst2::VstTimeInfo* time) { m_effect->hostReserved1 = reinterpret_cast<std::intptr_t>(time); }
 
 private:
+    Channels Play(Channels& input, long frames, const std::vector<Message>& messages, const std::vector<int>& blocks,
+                  const std::function<void(long)>& between);
+
     vst2::AEffect* m_effect = nullptr;
 };
 

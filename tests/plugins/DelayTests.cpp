@@ -90,9 +90,11 @@ TEST(Delay, FallsBackTo120BeatsAndHalvesNotesThatAreTooLong) {
     delay.SetTempo(0.0);
     EXPECT_EQ(Echoes(delay.Run(Impulse(kSecond)).left), std::vector<long>{kSecond / 2});
     delay.Set("Left Note", "1/1 D");
-    delay.SetTempo(40.0);
-    delay.Resume(48000.0f);
-    EXPECT_EQ(Echoes(delay.Run(Impulse(5 * kSecond)).left), std::vector<long>{9 * kSecond / 4});
+    for (const auto& [tempo, seconds] : {std::pair{40.0, 9L}, {30.0, 6L}}) {
+        delay.SetTempo(tempo);
+        delay.Resume(48000.0f);
+        EXPECT_EQ(Echoes(delay.Run(Impulse(10 * kSecond)).left), std::vector<long>{seconds * kSecond}) << tempo;
+    }
 }
 
 TEST(Delay, PingPongGoesFromSideToSide) {

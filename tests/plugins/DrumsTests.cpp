@@ -99,6 +99,32 @@ TEST(Drums, ChangesItsMixWithoutAJump) {
     }
 }
 
+TEST(Drums, HatsWhistleAtNoFrequencyAboveTheirBand) {
+    for (const float rate : {44100.0f, 96000.0f}) {
+        CLoadedPlugin plugin("QUIB drums", rate);
+        for (const int kit : {0, 3, 8}) {
+            plugin.Call(vst2::effSetProgram, 0, kit);
+            plugin.Set("Kit Crush", "0");
+            plugin.Set("Kit Drive", "0");
+            plugin.Set("Open Hat Colour", "100");
+            plugin.Resume(rate);
+            const Channels sound = plugin.Render(static_cast<long>(0.2f * rate), {{0, 0x90, 46, 100}});
+            const auto level = [&](double hertz) {
+                return AmplitudeAt(sound[0], hertz, static_cast<double>(rate), 0, static_cast<long>(0.2f * rate));
+            };
+            for (int centre = 17700; centre < 21000; centre += 200) {
+                double sum = 0.0;
+                double highest = 0.0;
+                for (int hertz = centre - 200; hertz < centre + 200; hertz += 5) {
+                    sum += level(hertz) / 80.0;
+                    highest = std::max(highest, level(hertz));
+                }
+                EXPECT_LT(highest, 4.0 * sum) << plugin.Text(vst2::effGetProgramName) << " at " << centre;
+            }
+        }
+    }
+}
+
 TEST(Drums, RepeatsAStrokeWithoutAClick) {
     CLoadedPlugin plugin("QUIB drums");
     plugin.Set("Kick Snap", "0");

@@ -3,13 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <limits>
-#include <thread>
 
 #include "plugins/CLoadedEffect.h"
-#include "plugins/CountedAllocations.h"
 
 namespace quibtest {
 
@@ -70,14 +67,6 @@ TEST_P(Effect, SaysWhatItIs) {
     }
 }
 
-TEST_P(Effect, SoundsTheSameHoweverTheStreamIsCutIntoBlocks) {
-    const StereoSignal whole = Played(GetParam(), {5000});
-    EXPECT_GT(PeakOf(whole.left), 0.1f);
-    EXPECT_EQ(whole, Played(GetParam(), {1000}));
-    EXPECT_EQ(whole, Played(GetParam(), {1, 7, 16, 100, 876}));
-    EXPECT_EQ(whole, Played(GetParam(), {333, 31, 636}));
-}
-
 TEST_P(Effect, MayWriteOverItsInput) {
     const StereoSignal apart = Played(GetParam(), {1000});
     CLoadedEffect effect(GetParam());
@@ -107,48 +96,6 @@ TEST_P(Effect, FallsSilentAfterItsTailAndWakesUnchanged) {
         EXPECT_TRUE(Tail(effect, burst, 1.3 * seconds + 8.0) == first) << program;
     }
 }
-
-TEST_P(Effect, MayBeEditedByAnotherThreadWhileItRenders) {
-    CLoadedEffect effect(GetParam());
-    effect.SetTempo(120.0);
-    std::atomic<bool> done = false;
-    std::thread editor([&] {
-        std::vector<char> bank = effect.Chunk();
-        for (int i = 0; !done.load(); ++i) {
-            effect.Set(i % effect.Effect().numParams, static_cast<float>(i % 7) / 6.0f);
-            effect.Text(vst2::effGetParamDisplay, i % effect.Effect().numParams);
-            effect.Call(vst2::effGetTailSize);
-            if (i % 10 == 0) effect.Call(vst2::effSetProgram, 0, i / 10 % 8);
-            if (i % 100 == 0) effect.SetChunk(bank);
-            if (i % 100 == 50) bank = effect.Chunk();
-        }
-    });
-    const StereoSignal sound = effect.Run(Noise(4 * kSecond, 0.5f), {64});
-    done.store(true);
-    editor.join();
-    EXPECT_TRUE(AllFinite(sound));
-    EXPECT_LT(PeakOf(sound.left), 16.0f);
-}
-
-#if !defined(QUIB_SANITIZED)
-TEST_P(Effect, AllocatesNothingWhileItRenders) {
-    for (const float rate : {44100.0f, 192000.0f}) {
-        CLoadedEffect effect(GetParam(), rate);
-        effect.SetTempo(120.0);
-        StereoSignal signal = Noise(2 * kSecond, 0.3f);
-        long before = AllocationsOfThisThread();
-        effect.Chunk();
-        ASSERT_GT(AllocationsOfThisThread(), before) << "allocations of the plug-in are not seen";
-        before = AllocationsOfThisThread();
-        for (long begin = 0; begin < signal.Frames(); begin += 480) {
-            const auto index = static_cast<std::int32_t>(begin / 480 % effect.Effect().numParams);
-            effect.Effect().setParameter(&effect.Effect(), index, begin % 960 == 0 ? 1.0f : 0.3f);
-            effect.RunInPlace(signal, begin, 480);
-        }
-        EXPECT_EQ(AllocationsOfThisThread(), before) << rate;
-    }
-}
-#endif
 
 TEST_P(Effect, StaysFiniteWhateverComesIn) {
     CLoadedEffect effect(GetParam());
@@ -194,28 +141,8 @@ TEST_P(Effect, SoundsTheSameAtEveryRate) {
     for (const double level : levels) EXPECT_NEAR(level, levels[1], 1.0);
 }
 
-TEST_P(Effect, KeepsItsStateInChunksAndRefusesDamagedOnes) {
-    CLoadedEffect effect(GetParam());
-    effect.Call(vst2::effSetProgram, 0, 2);
-    for (int i = 0; i < effect.Effect().numParams; ++i) {
-        effect.Effect().setParameter(&effect.Effect(), i, 0.01f * static_cast<float>(i));
-    }
-    const std::vector<char> saved = effect.Chunk();
-    CLoadedEffect other(GetParam());
-    for (std::size_t i = 0; i < saved.size(); i += 5) {
-        std::vector<char> damaged = saved;
-        damaged[i] = static_cast<char>(damaged[i] ^ 0x10);
-        EXPECT_EQ(other.SetChunk(damaged), 0) << i;
-    }
-    EXPECT_EQ(other.SetChunk({saved.begin(), saved.end() - 1}), 0);
-    const char* stranger = std::string(GetParam()) == "QUIB delay" ? "QUIB reverb" : "QUIB delay";
-    EXPECT_EQ(other.SetChunk(CLoadedEffect(stranger).Chunk()), 0);
-    EXPECT_EQ(other.Call(vst2::effGetProgram), 0);
-    EXPECT_EQ(other.SetChunk(saved), 1);
-    EXPECT_EQ(other.Chunk(), saved);
-}
-
-INSTANTIATE_TEST_SUITE_P(BuiltIn, Effect, testing::Values("QUIB delay", "QUIB reverb"),
+INSTANTIATE_TEST_SUITE_P(BuiltIn, Effect,
+                         testing::Values("QUIB delay", "QUIB reverb", "QUIB chorus", "QUIB flanger", "QUIB compressor"),
                          [](const auto& test) { return std::string(test.param).substr(5); });
 
 }  // namespace quibtest

@@ -133,6 +133,25 @@ TEST(Reverb, BecomesDenseSoon) {
     }
 }
 
+// The mean of the tail's spectrum over its geometric mean: 2.5 dB for noise, more where few modes ring.
+TEST(Reverb, SmallRoomsRingInManyModes) {
+    for (const char* size : {"4", "7", "20"}) {
+        CLateReverb reverb;
+        reverb.Set("Size", size);
+        reverb.Set("Decay", "1");
+        const StereoSignal out = Response(reverb, 0.6, 44100.0);
+        double sum = 0.0;
+        double logarithms = 0.0;
+        int count = 0;
+        for (int hertz = 500; hertz < 8000; hertz += 10, ++count) {
+            const double power = std::pow(AmplitudeAt(out.left, hertz, 44100.0, 4410, 4410 + 17640), 2.0);
+            sum += power;
+            logarithms += std::log10(power);
+        }
+        EXPECT_LT(10.0 * std::log10(sum / count) - 10.0 * logarithms / count, 4.2) << size;
+    }
+}
+
 TEST(Reverb, KeepsItsLevelInMonoAndOnBothSides) {
     for (int program = 0; program < 8; ++program) {
         CLoadedEffect reverb("QUIB reverb", 44100.0f);

@@ -114,6 +114,46 @@ TEST(Synth, FiltersByTheSlopeOfItsType) {
     EXPECT_NEAR(gain("BP 12", "3000", 2) - gain("BP 12", "3000", 1), 6.0, 1.0);
 }
 
+// The eighth harmonic of a saw is moved across the resonance by fine tuning; its level shows where the
+// peak is, and so how far the cutoff is off the pitch that it follows.
+TEST(Synth, FilterTracksThePitchOverFiveOctaves) {
+    const auto offset = [](int key) {
+        CLoadedPlugin plugin("QUIB synth");
+        MakePlain(plugin, "Saw");
+        plugin.Set("Cutoff", "1046.5");
+        plugin.Set("Key > Cutoff", "100");
+        plugin.Set("Resonance", "100");
+        plugin.Set("Osc 1 Octave", "-1");
+        std::vector<double> levels;
+        for (int cents = -50; cents <= 50; cents += 5) {
+            plugin.Set("Osc 1 Fine", std::to_string(cents).c_str());
+            plugin.Resume(static_cast<float>(kRate));
+            const Channels sound = plugin.Render(kSecond, {{0, 0x90, key, 100}});
+            const double hertz = 8.0 * 220.0 * std::exp2((key - 69) / 12.0 + cents / 1200.0);
+            levels.push_back(std::log(AmplitudeAt(sound[0], hertz, kRate, kSecond / 2, kSecond)));
+        }
+        const auto top = std::max_element(levels.begin() + 1, levels.end() - 1) - levels.begin();
+        const auto at = [&](std::ptrdiff_t i) { return levels[static_cast<std::size_t>(i)]; };
+        const double bend = at(top - 1) - 2.0 * at(top) + at(top + 1);
+        return -50.0 + 5.0 * (static_cast<double>(top) + 0.5 * (at(top - 1) - at(top + 1)) / bend);
+    };
+    const double middle = offset(60);
+    EXPECT_NEAR(middle, 0.0, 5.0);
+    for (const int key : {36, 48, 72, 84, 96}) EXPECT_NEAR(offset(key), middle, 5.0) << key;
+}
+
+TEST(Synth, LeavesNoMeanInAnyProgram) {
+    CLoadedPlugin plugin("QUIB synth");
+    for (int program = 0; program < plugin.Effect().numPrograms; ++program) {
+        plugin.Call(vst2::effSetProgram, 0, program);
+        plugin.Resume(static_cast<float>(kRate));
+        const Channels sound = plugin.Render(2 * kSecond, {{0, 0x90, 48, 100}});
+        // At 0 Hz a mean counts twice.
+        EXPECT_LT(AmplitudeAt(sound[0], 0.0, kRate, kSecond / 4, 2 * kSecond), 2.0 * 0.0015)
+            << plugin.Text(vst2::effGetProgramName);
+    }
+}
+
 TEST(Synth, HoldsNotesByPedalAndEndsThemOnDemand) {
     const std::vector<Message> start = {{0, 0x90, 60, 100}, {100, 0xb0, 64, 127}, {2000, 0x80, 60, 0}};
     const auto peakAfter = [&](std::vector<Message> more, long from) {

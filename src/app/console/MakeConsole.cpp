@@ -10,6 +10,7 @@
 #include "app/CSettings.h"
 #include "app/Texts.h"
 #include "app/console/CWinControlMain.h"
+#include "editors/CWinControlArpeggiator.h"
 
 namespace quib {
 
@@ -27,9 +28,17 @@ private:
     const CSettings& store;
 };
 
-QStringList NamesOf(const QList<PluginEntry>& entries) {
-    QStringList names;
-    for (const PluginEntry& entry : entries) names += entry.name;
+// Those of the program's own folders, which are there at once, then what else the machine has.
+QStringList PluginNamesFor(CMainWindow& window, SlotKind kind) {
+    const bool instruments = kind == SlotKind::Instrument;
+    const Folders& folders = window.Workstation().ProgramFolders();
+    QStringList names =
+        ListPlugins(instruments ? folders.pluginInstruments : folders.pluginEffects, {QStringLiteral("so")});
+    names.sort();
+    const CPluginCatalog& catalog = window.Catalog();
+    for (const PluginEntry& entry : instruments ? catalog.Instruments() : catalog.Effects()) {
+        if (!names.contains(entry.name)) names += entry.name;
+    }
     return names;
 }
 
@@ -48,18 +57,50 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
     }
 }
 
-ConsoleActions ActionsFor(CMainWindow& window) {
-    ConsoleActions actions;
-    actions.pluginNames = [&window](SlotKind kind) {
-        const CPluginCatalog& catalog = window.Catalog();
-        return NamesOf(kind == SlotKind::Instrument ? catalog.Instruments() : catalog.Effects());
+constexpr const char* kArpeggiatorWindow = "Arpeggiator";
+
+// Made at its first use; follows the current instrument from then on.
+CWinControlArpeggiator& ArpeggiatorWindow(CMainWindow& window, const CControlSettings& settings) {
+    if (auto* const known = window.findChild<CWinControlArpeggiator*>()) return *known;
+    auto* const made = new CWinControlArpeggiator(settings, &window);
+    CWorkstation& station = window.Workstation();
+    made->onEdited = [&station](CValue& setting, float before, float after, const QString& name) {
+        station.ValueEdited(setting, before, after, name);
     };
+    const auto follow = [made, &station] { made->ShowInstrument(station.Instrument(station.CurrentIndex())); };
+    for (const auto change : {&CWorkstation::InstrumentsChanged, &CWorkstation::ProjectReplaced}) {
+        QObject::connect(&station, change, made, follow);
+    }
+    QObject::connect(&station, &CWorkstation::CurrentChanged, made, follow);
+    QObject::connect(&window, &CMainWindow::Ticked, made, [made] {
+        if (made->isVisible()) made->Tick();
+    });
+    QObject::connect(&window, &CMainWindow::SettingsChanged, made,
+                     [made, &window] { made->SetScale(window.Scale() / 100.0); });
+    made->SetScale(window.Scale() / 100.0);
+    follow();
+    // Its size is its own; only the place is kept.
+    const QRect place = station.Settings().ReadWindowPlacement(
+        nullptr, QString::fromLatin1(kArpeggiatorWindow), CSettings::Centred(made->size(), CSettings::ScreenSize()));
+    made->move(place.topLeft());
+    return *made;
+}
+
+void OpenTool(CMainWindow& window, const CControlSettings& settings, ETool tool) {
+    if (tool == ETool::kTutorial) Q_EMIT window.QuickStartWanted();
+    if (tool != ETool::kArpeggiator) return;
+    CWinControlArpeggiator& arpeggiator = ArpeggiatorWindow(window, settings);
+    arpeggiator.show();
+    arpeggiator.raise();
+}
+
+ConsoleActions ActionsFor(CMainWindow& window, const CControlSettings& settings) {
+    ConsoleActions actions;
+    actions.pluginNames = [&window](SlotKind kind) { return PluginNamesFor(window, kind); };
     actions.openPlugin = [&window](const SlotPlace& place) { window.PluginWindows().Show(place); };
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
-    actions.openTool = [&window](ETool tool) {
-        if (tool == ETool::kTutorial) Q_EMIT window.QuickStartWanted();
-    };
-    actions.hasTool = [](ETool tool) { return tool == ETool::kTutorial; };
+    actions.openTool = [&window, &settings](ETool tool) { OpenTool(window, settings, tool); };
+    actions.hasTool = [](ETool tool) { return tool == ETool::kTutorial || tool == ETool::kArpeggiator; };
     return actions;
 }
 
@@ -67,7 +108,7 @@ ConsoleActions ActionsFor(CMainWindow& window) {
 
 QWidget* MakeConsole(CMainWindow& window) {
     auto settings = std::make_unique<CSettingsForControls>(window.Workstation().Settings());
-    auto* const console = new CWinControlMain(*settings, window.Workstation(), ActionsFor(window), &window);
+    auto* const console = new CWinControlMain(*settings, window.Workstation(), ActionsFor(window, *settings), &window);
     settings.release()->setParent(console);
     console->onMessage = [&window](const QString& caption, const QString& text) { window.ShowMessage(caption, text); };
     const auto applyScale = [&window, console] {

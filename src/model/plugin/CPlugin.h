@@ -73,6 +73,10 @@ public:
     // The text that a request writes, at most `kTextSize` characters.
     std::string Text(std::int32_t opcode, std::int32_t index = 0);
 
+    // Keeps the library in memory for good. To be called before its editor is opened: what the toolkits of
+    // editors register in the process runs on after them.
+    void PinLibrary() noexcept { library.Pin(); }
+
     // Whether it has the rate and block size of the environment.
     bool IsPrepared() const noexcept {
         return preparedRate == environment.sampleRate && preparedBlock == environment.blockSize;

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/CWinControlArpeggiator.h"
+
+#include <cmath>
+
+#include "controls/CArpeggiatorCtrl.h"
+
+namespace quib {
+
+CWinControlArpeggiator::CWinControlArpeggiator(const CControlSettings& controlSettings, QWidget* parent)
+    : CWinControl(controlSettings, Palette().Colour(QStringLiteral("panel")), parent),
+      panel(&Add<CArpeggiatorCtrl>(0U, 0, 0, ArpeggiatorValues())) {
+    setWindowFlag(Qt::Tool);
+    SetScale(1);
+    panel->SetGesture([this](CControl& changed, float before) {
+        if (onEdited) onEdited(*changed.Value(), before, changed.ValueNow(), changed.name);
+    });
+}
+
+void CWinControlArpeggiator::ShowInstrument(const std::shared_ptr<CInstrument>& shown) {
+    instrument = shown;
+    ArpeggiatorValues values;
+    if (instrument) {
+        ArpeggiatorSettings& settings = instrument->arpeggiator;
+        values = {&settings.on,       &settings.mode,     &settings.hole,     &settings.ext,  &settings.extMode,
+                  &settings.velocity, &settings.interval, &settings.gateTime, &settings.tempo};
+        setWindowTitle(QStringLiteral("%1 - Arpeggiator").arg(QString::fromStdString(instrument->title)));
+    }
+    panel->BindTo(values);
+}
+
+void CWinControlArpeggiator::SetScale(qreal scale) {
+    setFixedSize(static_cast<int>(std::ceil(CArpeggiatorCtrl::kWidth * scale)),
+                 static_cast<int>(std::ceil(CArpeggiatorCtrl::kHeight * scale)));
+    SetUiScale(scale);
+}
+
+}  // namespace quib

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Menus, keys, files dropped, and the question about unsaved work, on the window without its console.
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "app/AppFixture.h"
+#include "app/CMainWindow.h"
+#include "app/CPluginCatalog.h"
+#include "app/Commands.h"
+#include "app/Dialogs.h"
+#include "app/Texts.h"
+
+namespace quib {
+namespace {
+
+class MainWindowTest : public AppTest {
+protected:
+    MainWindowTest()
+        : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),
+          window(*workstation, catalog, [](CMainWindow&) { return new QLabel; }) {
+        window.ApplySettings();
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    ~MainWindowTest() override { SetLanguage(ELanguage::kEnglish); }
+
+    // Presses a button of the next message box, once it is there.
+    void Answer(QMessageBox::StandardButton button) {
+        QTimer::singleShot(50, [this, button] {
+            if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                asked = box->text();
+                box->button(button)->click();
+            }
+        });
+    }
+    bool IsOn(int number) { return window.Action(number)->isChecked(); }
+    QStringList RecentFiles() {
+        QStringList paths;
+        for (int i = 0; i < CRecentFiles::kMost; ++i) {
+            if (const QAction* const action = window.Action(command::kRecentFile0 + i)) paths.append(action->text());
+        }
+        return paths;
+    }
+    QString SaveSong(const char* name) {
+        QString error;
+        EXPECT_TRUE(workstation->SaveProject(File(name), error)) << error.toStdString();
+        return File(name);
+    }
+    void Drop(const QString& path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window, &event);
+        QCoreApplication::processEvents();
+    }
+
+    CPluginCatalog catalog;
+    CMainWindow window;
+    QString asked;
+};
+
+TEST_F(MainWindowTest, TogglesAreKeptAndShown) {
+    for (const auto& [number, name] :
+         {std::pair(command::kAutomaticScroll, "AutomaticScroll"), std::pair(command::kPresetOn, "PresetOn"),
+          std::pair(command::kSoloCumul, "SoloCumulMode"), std::pair(command::kLevelOff, "LevelOffWhenLoadingInst")}) {
+        EXPECT_TRUE(window.Run(number));
+        EXPECT_TRUE(IsOn(number) && settings.IsOn(name)) << name;
+        window.Run(number);
+        EXPECT_FALSE(IsOn(number) || settings.IsOn(name)) << name;
+        settings.WriteSettingInt("Settings", name, 5);
+        window.ApplySettings();
+        EXPECT_FALSE(IsOn(number)) << "only 1 is on";
+    }
+    settings.SetOn("KeyboardAZERTYUIOP", true);
+    settings.SetOn("MasterControlDownPosition", true);
+    window.ApplySettings();
+    EXPECT_FALSE(settings.IsOn("KeyboardAZERTYUIOP") || settings.IsOn("MasterControlDownPosition"));
+    EXPECT_FALSE(window.Run(command::kKeyboardAzerty)) << "no menu has it";
+}
+
+TEST_F(MainWindowTest, OneLanguageAtMostIsOnAndTheMenusFollowIt) {
+    const auto choose = [this](int number) {
+        window.Run(number);
+        QCoreApplication::processEvents();
+    };
+    const auto first = [this] { return window.menuBar()->actions().front()->text(); };
+    choose(command::kInfoFrench);
+    EXPECT_FALSE(IsOn(command::kInfoFrench)) << "a flag that was never kept counts as on, and goes off";
+    choose(command::kInfoFrench);
+    EXPECT_TRUE(IsOn(command::kInfoFrench));
+    EXPECT_EQ(first(), "Fichier");
+    EXPECT_EQ(settings.ReadSettingInt("Settings", "French", 0), 1);
+    choose(command::kInfoEnglish);
+    EXPECT_TRUE(IsOn(command::kInfoEnglish));
+    EXPECT_FALSE(IsOn(command::kInfoFrench));
+    EXPECT_EQ(first(), "File");
+    choose(command::kInfoEnglish);
+    EXPECT_FALSE(IsOn(command::kInfoEnglish) || IsOn(command::kInfoFrench));
+}
+
+TEST_F(MainWindowTest, SavingIsGreyUntilTheProjectHasAFileAndTheTitleTellsUnsavedWork) {
+    EXPECT_FALSE(window.Action(command::kSave)->isEnabled());
+    AddSynth();
+    EXPECT_TRUE(window.isWindowModified());
+    const QString path = SaveSong("My song.prg");
+    EXPECT_TRUE(window.Action(command::kSave)->isEnabled());
+    EXPECT_FALSE(window.isWindowModified());
+    EXPECT_TRUE(window.windowTitle().startsWith("My song"));
+    workstation->RenameInstrument(0, "Lead");
+    EXPECT_TRUE(window.isWindowModified());
+    window.Run(command::kSave);
+    workstation->Saver().Finish();
+    EXPECT_FALSE(window.isWindowModified());
+    EXPECT_EQ(RecentFiles(), QStringList(path));
+    workstation->Undo().undo();
+    EXPECT_TRUE(window.isWindowModified()) << "undone beyond what is on disk";
+    workstation->Undo().redo();
+    EXPECT_FALSE(window.isWindowModified());
+    window.Run(command::kNew);
+    EXPECT_FALSE(window.Action(command::kSave)->isEnabled());
+}
+
+TEST_F(MainWindowTest, UnsavedWorkIsAskedForBeforeItIsThrownAway) {
+    AddSynth();
+    const QString path = SaveSong("song.prg");
+    workstation->RenameInstrument(0, "Lead");
+    Answer(QMessageBox::Cancel);
+    window.Run(command::kNew);
+    EXPECT_TRUE(asked.contains("song")) << asked.toStdString();
+    ASSERT_EQ(workstation->Instruments().size(), 1U);
+    Answer(QMessageBox::Save);
+    window.Run(command::kNew);
+    EXPECT_TRUE(workstation->Instruments().empty());
+    Drop(path);
+    ASSERT_EQ(workstation->Instruments().size(), 1U);
+    EXPECT_EQ(At(0)->title, "Lead") << "it was saved";
+    workstation->RenameInstrument(0, "Lost");
+    Answer(QMessageBox::Discard);
+    Drop(path);
+    EXPECT_EQ(At(0)->title, "Lead");
+}
+
+TEST_F(MainWindowTest, FilesGoWhereTheyBelongWhenDropped) {
+    AddSynth();
+    QString error;
+    ASSERT_TRUE(workstation->SaveInstrument(0, File("a.ist"), error));
+    workstation->SetPattern(At(0)->Id(), 3, std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 60, 99}}),
+                            "Draw");
+    ASSERT_TRUE(workstation->SavePattern(0, File("a.ptn"), error));
+    PluginAt(0).SetParameter(0, 0.8F);
+    ASSERT_TRUE(workstation->SaveBank(Place(0), File("a.fxb"), error));
+    Drop(File("a.ist"));
+    ASSERT_EQ(workstation->Instruments().size(), 2U);
+    EXPECT_TRUE(At(1)->patterns[3].ForEdit()->Notes().empty());
+    Drop(File("a.ptn"));
+    EXPECT_EQ(At(1)->patterns[3].ForEdit()->Notes().size(), 1U) << "into the instrument that is shown";
+    Drop(File("a.fxb"));
+    EXPECT_NEAR(PluginAt(1).Effect().getParameter(&PluginAt(1).Effect(), 0), 0.8F, 0.2F);
+    Drop(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments/QUIB synth.so"));
+    EXPECT_EQ(workstation->Instruments().size(), 3U);
+    Drop(QStringLiteral(QUIB_BIN_DIR "/PluginEffects/QUIB reverb.so"));
+    EXPECT_NE(At(2)->inserts[0].ForEdit()->plugin, nullptr);
+    Drop(QStringLiteral(QUIB_BIN_DIR "/PluginEffects/QUIB delay.so"));
+    EXPECT_NE(At(2)->inserts[1].ForEdit()->plugin, nullptr);
+    EXPECT_TRUE(told.isEmpty()) << told.toStdString();
+}
+
+TEST_F(MainWindowTest, SpacePlaysAndStopsButWritesInTextFields) {
+    ASSERT_TRUE(workstation->OpenOutput("Silent"));
+    window.StartTimer();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.centralWidget()->setFocus();
+    const auto becomes = [this](bool playing) {
+        return QTest::qWaitFor([&] { return workstation->IsPlaying() == playing; }, 5000);
+    };
+    QTest::keyClick(&window, Qt::Key_Space);
+    EXPECT_TRUE(becomes(true));
+    QTest::keyClick(&window, Qt::Key_Space);
+    EXPECT_TRUE(becomes(false));
+    QLineEdit field(&window);
+    field.show();
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_Space);
+    EXPECT_EQ(field.text(), " ");
+    QTest::qWait(100);
+    EXPECT_FALSE(workstation->IsPlaying());
+}
+
+TEST_F(MainWindowTest, UndoIsInTheMenuByName) {
+    AddSynth();
+    QAction* const undo = window.Action(command::kUndo);
+    EXPECT_EQ(undo->text(), "Undo Add instrument");
+    QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(workstation->Instruments().empty());
+    QTest::keyClick(&window, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(workstation->Instruments().size(), 1U);
+    QSignalSpy edits(&window, &CMainWindow::EditCommanded);
+    QTest::keyClick(&window, Qt::Key_Delete);
+    ASSERT_EQ(edits.size(), 1);
+    EXPECT_EQ(edits[0][0].toInt(), command::kDelete);
+}
+
+TEST_F(MainWindowTest, ARecentFileThatIsGoneIsToldAndTheProjectStays) {
+    AddSynth();
+    const QString path = SaveSong("song.prg");
+    CRecentFiles(settings).Seed({File("gone.prg")});
+    CMainWindow again(*workstation, catalog, [](CMainWindow&) { return new QLabel; });
+    again.Open(File("gone.prg"));
+    EXPECT_EQ(workstation->ProjectPath(), path);
+    EXPECT_EQ(workstation->Instruments().size(), 1U);
+    const auto boxes = again.findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_TRUE(boxes[0]->text().contains("gone.prg"));
+}
+
+TEST_F(MainWindowTest, TheBackupDialogTakesWhatIsTyped) {
+    for (const auto& [typed, minutes, ticks] : {std::tuple("5", 5, 7500), std::tuple("many", 0, 0),
+                                                std::tuple("-1", -1, -1500), std::tuple("7 mn", 7, 10500)}) {
+        QTimer::singleShot(50, [text = typed] {
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            dialog->findChild<QLineEdit*>("minutes")->setText(text);
+            dialog->accept();
+        });
+        window.Run(command::kBackupTime);
+        EXPECT_EQ(settings.ReadSettingInt("Settings", "BackupTime", 2), minutes);
+        EXPECT_EQ(window.BackupCountdown().Ticks(), ticks);
+    }
+}
+
+}  // namespace
+}  // namespace quib

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A user for tests: runs the whole program on the main thread while a thread of its own moves the mouse
+// and presses keys through the X server, and looks at the windows through the event loop.
+
+#include <QMetaObject>
+#include <QPoint>
+#include <QString>
+#include <atomic>
+#include <functional>
+
+#include "app/CMainWindow.h"
+#include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/CWinControlMain.h"
+
+class QMenu;
+
+namespace quib {
+
+class CDriver {
+public:
+    // Runs the program with these arguments until its window closes; `script` runs on the user's thread
+    // once the window is there. Gives the program's exit code.
+    static int Run(const QStringList& arguments, const std::function<void(CDriver&)>& script);
+
+    CMainWindow& Window() const { return *window; }
+    CWinControlMain& Console() const { return *console; }
+
+    // Runs on the user-interface thread and waits for it.
+    template <class Function>
+    auto Ask(Function function) {
+        using Answer = decltype(function());
+        if constexpr (std::is_void_v<Answer>) {
+            QMetaObject::invokeMethod(window, function, Qt::BlockingQueuedConnection);
+        } else {
+            Answer answer{};
+            QMetaObject::invokeMethod(
+                window, [&] { answer = function(); }, Qt::BlockingQueuedConnection);
+            return answer;
+        }
+    }
+    // Until it is true on the user-interface thread; false after ten seconds.
+    bool WaitFor(const std::function<bool()>& condition);
+
+    // Points are those of the screen.
+    void Move(QPoint point);
+    void Click(QPoint point, int button = 1);
+    void Drag(QPoint from, QPoint to, int button = 1);
+    void Key(const char* name);
+    // Of a control of the console, `share` of its width from the left.
+    QPoint PointOf(const CControl& control, double share = 0.5);
+    // Chooses an entry of a menu of the main window by its words.
+    bool ChooseMenu(const QString& menu, const QString& entry);
+    // Chooses an entry of the menu that is open at the mouse.
+    bool ChooseOpen(const QString& entry);
+    // A child of the strip by the number of its info text; null when there is none.
+    CControl* Find(const CControl& parent, int infoString);
+    // The first top-level panel's child with that info text.
+    CControl* FindInBand(int infoString);
+
+private:
+    bool ClickAction(const std::function<QMenu*()>& menu, const QString& entry);
+
+    CMainWindow* window = nullptr;
+    CWinControlMain* console = nullptr;
+};
+
+}  // namespace quib

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whole sessions of a user, with the mouse and the keys of a real X server: see run-in-display.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <csignal>
+
+#include "CDriver.h"
+#include "app/Commands.h"
+
+namespace quib {
+namespace {
+
+// Numbers of info texts, by which controls are found.
+constexpr int kAddInstrument = 448;
+constexpr int kLevel = 470;
+constexpr int kMute = 471;
+constexpr int kPatterns = 127;
+constexpr int kSubject = 3;
+
+class SessionTest : public testing::Test {
+protected:
+    SessionTest() {
+        QDir(folder.path()).mkdir(QStringLiteral("program"));
+        for (const char* const kind : {"PluginInstruments", "PluginEffects"}) {
+            QFile::link(QStringLiteral(QUIB_BIN_DIR "/") + QLatin1String(kind),
+                        folder.filePath(QStringLiteral("program/") + QLatin1String(kind)));
+        }
+        project = folder.filePath(QStringLiteral("song.prg"));
+        QFile::copy(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), project);
+    }
+    QStringList Arguments(const QStringList& more = {}) const {
+        return QStringList{QStringLiteral("--portable"), folder.filePath(QStringLiteral("program")),
+                           QStringLiteral("--no-audio")} +
+               more;
+    }
+    // The window is there, and what greets the first start is answered.
+    static void SettleIn(CDriver& user) {
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().isVisible() && user.Window().isActiveWindow(); }) ||
+                    user.Ask([] { return QApplication::activeWindow() != nullptr; }));
+        if (user.Ask([&] { return QApplication::activeWindow() != &user.Window(); })) user.Key("Escape");
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().isActiveWindow(); }));
+    }
+    static void Close(CDriver& user) {
+        user.Ask([&] { QMetaObject::invokeMethod(&user.Window(), "close", Qt::QueuedConnection); });
+    }
+    static CInstrument& At(CDriver& user, int index) {
+        return *user.Ask([&] { return user.Window().Workstation().Instrument(index); });
+    }
+
+    QTemporaryDir folder;
+    QString project;
+};
+
+TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
+    float level = 0;
+    std::size_t count = 0;
+    const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
+        SettleIn(user);
+        CWorkstation& station = user.Window().Workstation();
+        count = user.Ask([&] { return station.Instruments().size(); });
+        EXPECT_GE(count, 8U);
+        user.Key("space");
+        EXPECT_TRUE(user.WaitFor([&] { return station.IsPlaying(); })) << "Space plays";
+
+        // One whose level no automation moves.
+        CInstrumentStripCtrl& strip = *user.Ask([&] { return user.Console().Strip(kSubject); });
+        CControl* const fader = user.Find(strip, kLevel);
+        ASSERT_NE(fader, nullptr);
+        const float before = fader->ValueNow();
+        user.Drag(user.PointOf(*fader, static_cast<double>(fader->Share()) * 0.92 + 0.04), user.PointOf(*fader, 0.2));
+        level = fader->ValueNow();
+        EXPECT_LT(level, before - 20);
+
+        user.Click(user.PointOf(*user.Find(strip, kMute)));
+        EXPECT_TRUE(At(user, kSubject).strip.mute.IsOn());
+
+        CControl* const cells = user.Find(strip, kPatterns);
+        user.Drag(user.PointOf(*cells, 0.5 / 16), user.PointOf(*cells, 12.5 / 16), 3);
+        EXPECT_EQ(At(user, kSubject).patterns[12].ForEdit()->Notes(),
+                  At(user, kSubject).patterns[0].ForEdit()->Notes());
+        user.Click(user.PointOf(*cells, 12.5 / 16));
+        EXPECT_EQ(At(user, kSubject).patternSelected.Get(), 12);
+
+        // The button stands below the last strip: the wheel over the scroll bar goes there.
+        const QPoint scrollBar = user.Ask([&] {
+            return user.Console().mapToGlobal(QPoint(user.Console().width() - 5, user.Console().height() - 60));
+        });
+        for (int notch = 0; notch < 30; ++notch) user.Click(scrollBar, 5);
+        user.Click(user.PointOf(*user.FindInBand(kAddInstrument)));
+        EXPECT_TRUE(user.ChooseOpen(QStringLiteral("QUIB synth")));
+        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count + 1; }));
+        user.Key("ctrl+z");
+        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count; })) << "undone";
+
+        EXPECT_TRUE(user.ChooseMenu(QStringLiteral("File"), QStringLiteral("Save")));
+        EXPECT_TRUE(user.WaitFor([&] { return !station.IsModified(); }));
+        Close(user);
+    });
+    EXPECT_EQ(code, 0);
+    CDriver::Run(Arguments(), [&](CDriver& user) {
+        SettleIn(user);
+        CWorkstation& station = user.Window().Workstation();
+        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count; }));
+        EXPECT_NEAR(At(user, kSubject).strip.level.Get(), level, 0.001F);
+        EXPECT_TRUE(At(user, kSubject).strip.mute.IsOn());
+        EXPECT_EQ(At(user, kSubject).patternSelected.Get(), 12);
+        EXPECT_EQ(user.Ask([&] { return station.ProjectPath(); }), project);
+        Close(user);
+    });
+}
+
+// A killed program asks at its next start, and its backup holds the work.
+TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
+    const pid_t child = fork();
+    if (child == 0) {
+        CDriver::Run(Arguments({project}), [&](CDriver& user) {
+            SettleIn(user);
+            user.Key("space");
+            user.Click(user.PointOf(*user.Find(*user.Ask([&] { return user.Console().Strip(1); }), kMute)));
+            user.Ask([&] {
+                user.Window().Workstation().WriteBackup(false);
+                user.Window().Workstation().Saver().Finish();
+            });
+            kill(getpid(), SIGKILL);
+        });
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    CDriver::Run(Arguments(), [&](CDriver& user) {
+        EXPECT_TRUE(user.WaitFor([] {
+            const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            return box != nullptr && box->text().contains(QStringLiteral("Backup"));
+        }));
+        QPoint yes;
+        user.Ask([&] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QAbstractButton* const button = box->button(QMessageBox::Yes);
+            yes = button->mapToGlobal(button->rect().center());
+        });
+        user.Click(yes);
+        EXPECT_TRUE(user.WaitFor([&] { return user.Window().Workstation().Instruments().size() >= 8; }));
+        EXPECT_TRUE(At(user, 1).strip.mute.IsOn());
+        Close(user);
+    });
+}
+
+// Every control of the band and of the first strips, while it plays.
+TEST_F(SessionTest, ClickingEverythingDuringPlaybackHarmsNothing) {
+    const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
+        SettleIn(user);
+        user.Key("space");
+        const auto points = user.Ask([&] {
+            std::vector<QPoint> all;
+            const CInstrumentStripCtrl* const third = user.Console().Strip(2);
+            for (const auto& top : user.Console().Controls()) {
+                if (top.get() == third) break;
+                for (const auto& child : top->Children()) {
+                    const QRect place = user.Console().ToWidget(child->ShownRectangle());
+                    if (!place.isEmpty()) all.push_back(user.Console().mapToGlobal(place.center()));
+                }
+            }
+            return all;
+        });
+        EXPECT_GT(points.size(), 80U);
+        for (const QPoint& point : points) {
+            for (const int button : {1, 3}) {
+                user.Click(point, button);
+                // Whatever opened: a menu, a dialog, the window of a plug-in.
+                for (int turn = 0; turn < 3 && user.Ask([&] {
+                         return QApplication::activePopupWidget() != nullptr ||
+                                QApplication::activeModalWidget() != nullptr;
+                     });
+                     ++turn) {
+                    user.Key("Escape");
+                }
+            }
+        }
+        EXPECT_TRUE(user.WaitFor([&] { return user.Window().isVisible(); }));
+        user.Ask([&] {
+            while (user.Window().Workstation().Undo().canUndo()) user.Window().Workstation().Undo().undo();
+            user.Window().Workstation().NewProject();
+        });
+        Close(user);
+    });
+    EXPECT_EQ(code, 0);
+}
+
+}  // namespace
+}  // namespace quib
