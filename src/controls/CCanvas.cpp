@@ -294,8 +294,8 @@ bool CCanvas::Scroll(const QRect& area, int dx, int dy) {
     const QPoint shift(pixel(dx), pixel(dy));
     const auto bytes = static_cast<std::size_t>(target.width()) * 4;
     const auto copyLine = [&](int y) {
-        std::memmove(image.scanLine(y) + target.x() * 4,
-                     image.constScanLine(y - shift.y()) + (target.x() - shift.x()) * 4, bytes);
+        const auto* const source = reinterpret_cast<const QRgb*>(image.constScanLine(y - shift.y()));
+        std::memmove(reinterpret_cast<QRgb*>(image.scanLine(y)) + target.x(), source + target.x() - shift.x(), bytes);
     };
     if (shift.y() > 0) {
         for (int y = target.bottom(); y >= target.top(); --y) copyLine(y);

@@ -40,7 +40,7 @@ quint64 Key(int number, EState state, ESection section) {
 
 // The group of a state, or what stands in for it.
 QString GroupOf(const QSvgRenderer& renderer, EState state) {
-    const QString name = StateName(state);
+    QString name = StateName(state);
     if (renderer.elementExists(name)) return name;
     if (state == EState::kOnHover && renderer.elementExists(QStringLiteral("on"))) return QStringLiteral("on");
     if (renderer.elementExists(QStringLiteral("normal"))) return QStringLiteral("normal");

@@ -53,6 +53,7 @@ public:
     static constexpr int kHeight = 760;
 
     CGallery();
+    ~CGallery() override { RemoveAll(); }
     // Moves what moves in the product, once.
     void Live();
     // Every control in the state that the page shows it in.
