@@ -21,9 +21,10 @@ void CWinControlArpeggiator::ShowInstrument(const std::shared_ptr<CInstrument>& 
     instrument = shown;
     ArpeggiatorValues values;
     if (instrument) {
-        ArpeggiatorSettings& settings = instrument->arpeggiator;
-        values = {&settings.on,       &settings.mode,     &settings.hole,     &settings.ext,  &settings.extMode,
-                  &settings.velocity, &settings.interval, &settings.gateTime, &settings.tempo};
+        ArpeggiatorSettings& shownSettings = instrument->arpeggiator;
+        values = {&shownSettings.on,       &shownSettings.mode,     &shownSettings.hole,
+                  &shownSettings.ext,      &shownSettings.extMode,  &shownSettings.velocity,
+                  &shownSettings.interval, &shownSettings.gateTime, &shownSettings.tempo};
         setWindowTitle(QStringLiteral("%1 - Arpeggiator").arg(QString::fromStdString(instrument->title)));
     }
     panel->BindTo(values);

@@ -17,7 +17,7 @@ struct InstrumentPicture {
     std::uint32_t id = 0;
     std::int32_t pattern = -1;  // -1 none
     std::int32_t nextPattern = -1;
-    std::int32_t step = -1;  // -1 stopped
+    std::int32_t step = -1;       // -1 stopped
     std::uint32_t midiCount = 0;  // live messages taken since it was made
     std::uint32_t heldKeyCount = 0;
     std::array<std::uint8_t, kShownKeys> heldKeys{};

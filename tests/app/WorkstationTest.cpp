@@ -276,24 +276,26 @@ TEST_F(WorkstationTest, ARecalledPresetChangesEverythingAndUndoTakesItBack) {
     EXPECT_EQ(UndoText(), "Select preset");
 }
 
-TEST_F(WorkstationTest, RecordedPointsSoundAtOnceAndAreOneStep) {
+TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
     AddSynth();
     CAutomationTake take;
     CInstrument& instrument = *At(0);
     auto& graveyard = workstation->Audio().graveyard;
-    for (const float x : {3.0F, 1.0F, 2.0F}) {
-        const EngineNotice point{EngineNotice::Kind::LanePoint, instrument.Id(), 0, kModulationWheelLane, 4, x, 10 * x};
-        take.Add(At(0), instrument.midiLanes, point, graveyard);
-    }
     const PointList expected = {{1, 10}, {2, 20}, {3, 30}};
-    ASSERT_NE(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
-    EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
+    for (std::size_t count = 1; count <= expected.size(); ++count) {
+        take.WillRecord(At(0));
+        const PointList points(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(count));
+        instrument.midiLanes.Publish(
+            std::make_shared<const CEventLanes>(instrument.midiLanes.ForEdit()->With(4, kModulationWheelLane, points)),
+            graveyard);
+    }
     const int steps = workstation->Undo().index();
     take.Finish("Record automation", workstation->Undo(), graveyard);
     EXPECT_EQ(workstation->Undo().index(), steps + 1);
     workstation->Undo().undo();
     EXPECT_EQ(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
     workstation->Undo().redo();
+    ASSERT_NE(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
     EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
 }
 
