@@ -13,7 +13,8 @@ struct FilterCoefficients {
     float damping;  // 1 / Q
     float a1, a2, a3;
 
-    // `tangent` is tan(pi * cutoff / rate), `damping` 1 / Q within 0.02..2.
+    // `tangent` is tan(pi * cutoff / rate), `damping` 1 / Q within -0.1..2. A negative one lets the filter
+    // oscillate and grow: its user has to raise it with StateEnergy().
     static FilterCoefficients FromTangent(float tangent, float damping) noexcept {
         const float a1 = 1.0f / (1.0f + tangent * (tangent + damping));
         return {damping, a1, tangent * a1, tangent * tangent * a1};
@@ -32,6 +33,15 @@ struct FilterOutput {
 class CStateVariableFilter {
 public:
     void Reset() noexcept { m_first = m_second = 0.0f; }
+
+    // Sum of the squares of the states. Without input and damping the trapezoidal rule keeps it from frame to
+    // frame: 1 + tangent^2 times the squared amplitude of a sine at the cutoff.
+    float StateEnergy() const noexcept { return m_first * m_first + m_second * m_second; }
+    // The states of a sine at the cutoff, its low-pass output beginning at zero.
+    void StartSine(float amplitude, float tangent) noexcept {
+        m_first = amplitude;
+        m_second = tangent * amplitude;
+    }
 
     FilterOutput Process(float input, const FilterCoefficients& c) noexcept {
         const float difference = input - m_second;

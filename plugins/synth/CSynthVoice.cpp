@@ -57,6 +57,7 @@ void CSynthVoice::Start(int key, int velocity, float fromPitch, std::uint32_t se
     m_ampEnvelope.Trigger();
     m_modEnvelope.Trigger();
     UpdateTargets(controls, [](Ramp& ramp, float value) { ramp.Set(value); });
+    StartOscillation();
 }
 
 void CSynthVoice::Retune(int key, int velocity, bool retrigger) noexcept {
@@ -86,6 +87,7 @@ void CSynthVoice::Tick(const SynthControls& controls) noexcept {
     m_lfo1Fade = std::min(1.0f, m_lfo1Fade + controls.lfo1FadePerTick);
     UpdateSelection(controls);
     UpdateTargets(controls, [](Ramp& ramp, float value) { ramp.Aim(value); });
+    WakeOscillation();
 }
 
 // Waves and filter types cannot glide: the voice dips to silence, changes them and comes back.
@@ -120,6 +122,7 @@ void CSynthVoice::UpdateTargets(const SynthControls& controls, Move move) noexce
     move(m_drive, controls.drive);
     move(m_tangent, CutoffTangent(controls));
     move(m_damping, controls.damping);
+    move(m_saturation, controls.saturation);
 
     const float velocity = 1.0f - controls.velocityToLevel * (1.0f - m_velocity * m_velocity);
     const float tremolo = 1.0f - controls.lfo2ToLevel * 0.5f * (1.0f - lfo2);
@@ -153,6 +156,22 @@ void CSynthVoice::UpdateCopies(const SynthControls& controls) noexcept {
         m_ratios[copy] = Exp2(place * m_copyDetune * (1.0f / 12.0f));
         m_copyLeft[copy] = share * std::sqrt(1.0f - side);
         m_copyRight[copy] = share * std::sqrt(1.0f + side);
+    }
+}
+
+// A note of an oscillating filter begins at the amplitude where it will stay.
+void CSynthVoice::StartOscillation() noexcept {
+    if (m_damping.end >= 0.0f) return;
+    const float amplitude = std::sqrt(-m_damping.end / m_saturation.end);
+    for (auto& stages : m_filters) stages[0].StartSine(amplitude, m_tangent.end);
+}
+
+// A silent filter that has been turned into the oscillation needs something to grow from.
+void CSynthVoice::WakeOscillation() noexcept {
+    constexpr float kSeed = 0.01f;
+    if (m_damping.end >= 0.0f) return;
+    for (auto& stages : m_filters) {
+        if (stages[0].StateEnergy() < 0.1f * kSeed * kSeed) stages[0].StartSine(kSeed, m_tangent.start);
     }
 }
 

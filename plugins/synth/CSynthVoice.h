@@ -55,6 +55,9 @@ private:
         int filterType;
         bool operator==(const Selection&) const = default;
     };
+    // Of the filter's coefficients: the same throughout a piece, or different from frame to frame, by the ramps
+    // alone or by the filter's own amplitude too.
+    enum class Motion { kStill, kRamped, kSaturating };
     struct Piece;
     struct FilterRows;
 
@@ -70,10 +73,12 @@ private:
     void AddSubAndNoise(Piece& piece) noexcept;
     void Saturation(Piece& piece) const noexcept;
     void TakeMeanAway(Piece& piece) noexcept;
+    void StartOscillation() noexcept;
+    void WakeOscillation() noexcept;
     void Filter(Piece& piece) noexcept;
-    template <int type, bool moving>
+    template <int type, Motion motion>
     void FilterChannel(const FilterRows& rows, float* samples, int frames, int channel) noexcept;
-    template <bool moving>
+    template <Motion motion>
     void FilterAs(const FilterRows& rows, Piece& piece, int channel) noexcept;
     void Amplify(Piece& piece) noexcept;
 
@@ -120,6 +125,7 @@ private:
     Ramp m_drive;
     Ramp m_tangent;
     Ramp m_damping;
+    Ramp m_saturation;
     Ramp m_gainLeft;
     Ramp m_gainRight;
 };

@@ -166,13 +166,15 @@ void CSynthVoice::TakeMeanAway(Piece& piece) noexcept {
 struct CSynthVoice::FilterRows {
     static constexpr float kSecondDamping = 1.6f;  // of the stage that makes 12 dB into 24
 
+    float tangent[kMostFrames];
     float damping[kMostFrames];
+    float saturation[kMostFrames];  // per square of the states, so divided by 1 + tangent^2
     float stages[2][3][kMostFrames];
 
-    void Compute(const float* tangents, int frames) noexcept {
+    void Compute(int frames) noexcept {
         for (int stage = 0; stage < 2; ++stage) {
             for (int i = 0; i < frames; ++i) {
-                const float g = tangents[i];
+                const float g = tangent[i];
                 const FilterCoefficients c =
                     FilterCoefficients::FromTangent(g, stage == 0 ? damping[i] : kSecondDamping);
                 stages[stage][0][i] = c.a1;
@@ -184,18 +186,25 @@ struct CSynthVoice::FilterRows {
     FilterCoefficients At(int stage, int i) const noexcept {
         return {damping[i], stages[stage][0][i], stages[stage][1][i], stages[stage][2][i]};
     }
+    // The first stage's, damped by the square of its amplitude as well. A free oscillation, whose amplitude
+    // does not change, comes to a damping of exactly zero: a sine without harmonics, at the cutoff itself.
+    FilterCoefficients Saturated(const CStateVariableFilter& filter, int i) const noexcept {
+        constexpr float kMost = 2.0f;
+        const float more = saturation[i] * filter.StateEnergy();
+        return FilterCoefficients::FromTangent(tangent[i], std::min(damping[i] + more, kMost));
+    }
 };
 
-// `moving` tells whether the coefficients differ from frame to frame.
-template <int type, bool moving>
+template <int type, CSynthVoice::Motion motion>
 void CSynthVoice::FilterChannel(const FilterRows& rows, float* samples, int frames, int channel) noexcept {
     CStateVariableFilter first = m_filters[channel][0];
     CStateVariableFilter second = m_filters[channel][1];
     for (int i = 0; i < frames; ++i) {
-        const FilterCoefficients c = rows.At(0, moving ? i : 0);
+        const int column = motion == Motion::kStill ? 0 : i;
+        const FilterCoefficients c = motion == Motion::kSaturating ? rows.Saturated(first, i) : rows.At(0, column);
         const FilterOutput output = first.Process(samples[i], c);
         if constexpr (type == kLowPass24) {
-            samples[i] = second.Process(output.lowPass, rows.At(1, moving ? i : 0)).lowPass;
+            samples[i] = second.Process(output.lowPass, rows.At(1, column)).lowPass;
         } else if constexpr (type == kLowPass12) {
             samples[i] = output.lowPass;
         } else if constexpr (type == kBandPass12) {
@@ -208,36 +217,45 @@ void CSynthVoice::FilterChannel(const FilterRows& rows, float* samples, int fram
     m_filters[channel][1] = second;
 }
 
-template <bool moving>
+template <CSynthVoice::Motion motion>
 void CSynthVoice::FilterAs(const FilterRows& rows, Piece& piece, int channel) noexcept {
     float* samples = piece.mix[channel];
     switch (m_selection.filterType) {
         case kLowPass12:
-            return FilterChannel<kLowPass12, moving>(rows, samples, piece.frames, channel);
+            return FilterChannel<kLowPass12, motion>(rows, samples, piece.frames, channel);
         case kBandPass12:
-            return FilterChannel<kBandPass12, moving>(rows, samples, piece.frames, channel);
+            return FilterChannel<kBandPass12, motion>(rows, samples, piece.frames, channel);
         case kHighPass12:
-            return FilterChannel<kHighPass12, moving>(rows, samples, piece.frames, channel);
+            return FilterChannel<kHighPass12, motion>(rows, samples, piece.frames, channel);
         default:
-            return FilterChannel<kLowPass24, moving>(rows, samples, piece.frames, channel);
+            return FilterChannel<kLowPass24, motion>(rows, samples, piece.frames, channel);
     }
 }
 
 void CSynthVoice::Filter(Piece& piece) noexcept {
-    float tangents[kMostFrames];
     FilterRows rows;
-    const bool moving = m_tangent.Moving() || m_damping.Moving();
-    piece.Fill(m_tangent, tangents);
+    const bool saturating = !m_saturation.Zero();
+    const bool moving = saturating || m_tangent.Moving() || m_damping.Moving();
+    piece.Fill(m_tangent, rows.tangent);
     piece.Fill(m_damping, rows.damping);
-    rows.Compute(tangents, moving ? piece.frames : 1);
+    rows.Compute(moving ? piece.frames : 1);
+    if (saturating) {
+        piece.Fill(m_saturation, rows.saturation);
+        for (int i = 0; i < piece.frames; ++i) rows.saturation[i] /= 1.0f + rows.tangent[i] * rows.tangent[i];
+    }
     for (int channel = 0; channel < piece.channels; ++channel) {
         // Half of a resonance's gain is taken back before it, so that sweeps stay within bounds.
         float* samples = piece.mix[channel];
-        for (int i = 0; i < piece.frames; ++i) samples[i] *= std::sqrt(rows.damping[i] * 0.70710678f);
-        if (moving) {
-            FilterAs<true>(rows, piece, channel);
+        for (int i = 0; i < piece.frames; ++i) {
+            const float passive = std::max(rows.damping[i], SynthControls::kHighestResonanceDamping);
+            samples[i] *= std::sqrt(passive * 0.70710678f);
+        }
+        if (saturating) {
+            FilterAs<Motion::kSaturating>(rows, piece, channel);
+        } else if (moving) {
+            FilterAs<Motion::kRamped>(rows, piece, channel);
         } else {
-            FilterAs<false>(rows, piece, channel);
+            FilterAs<Motion::kStill>(rows, piece, channel);
         }
     }
 }

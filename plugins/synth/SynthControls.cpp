@@ -57,7 +57,7 @@ void SynthControls::UpdateFilterAndEnvelopes(const CSmoothedParameters& paramete
     const auto at = [&](int parameter) { return parameters.Real(parameter); };
     filterType = parameters.Step(kFilterType);
     cutoffOctave = Log2(at(kCutoff));
-    damping = 1.41421356f * Exp2(-5.0f * kPercent * at(kResonance));  // Q from 0.7 to 22
+    UpdateResonance(at(kResonance));
     drive = kPercent * at(kDrive);
     filterEnvelope = at(kFilterEnvelope);
     keyTrack = kPercent * at(kKeyTrack);
@@ -68,6 +68,18 @@ void SynthControls::UpdateFilterAndEnvelopes(const CSmoothedParameters& paramete
     velocityToLevel = kPercent * at(kVelocityToLevel);
     modToPitch = at(kModToPitch);
     modToWidth = kPercent * at(kModToWidth);
+}
+
+// Q from 0.7 up to 19 at 95 %. From there on the damping bends down through zero, and in step with it the
+// filter's own amplitude begins to damp it. The amplitude of the free oscillation is the root of -damping /
+// saturation: zero up to 98.6 %, 1 at 100 %.
+void SynthControls::UpdateResonance(float percent) noexcept {
+    constexpr float kSaturationFrom = 95.0f;
+    constexpr float kLeast = 0.05f;  // -damping at 100 %: enough to start at once, little enough to stay a sine
+    const float passive = 1.41421356f * Exp2(-5.0f * kPercent * percent);
+    const float beyond = std::max(0.0f, (percent - kSaturationFrom) / (100.0f - kSaturationFrom));
+    damping = passive - (kLeast + kHighestResonanceDamping) * beyond * beyond;
+    saturation = kLeast * beyond * beyond;
 }
 
 void SynthControls::UpdateModulation(const CSmoothedParameters& parameters) noexcept {

@@ -18,6 +18,9 @@ struct OscillatorControls {
 };
 
 struct SynthControls {
+    // What the resonance of 100 % would have for damping without oscillating.
+    static constexpr float kHighestResonanceDamping = 0.04419417f;
+
     float sampleRate = 44100.0f;
     float meanShare = 0.0f;  // per frame, of a follower of the mean
     float tickRate = 2756.25f;
@@ -38,8 +41,9 @@ struct SynthControls {
 
     int filterType = kLowPass24;
     float cutoffOctave = 14.0f;  // log2 of hertz
-    float damping = 1.4f;
-    float drive = 0.0f;  // 0..1
+    float damping = 1.4f;        // of the filter's first stage, 1 / Q; below zero it oscillates
+    float saturation = 0.0f;     // damping added per square of the filter's amplitude
+    float drive = 0.0f;          // 0..1
     float filterEnvelope = 0.0f;
     float keyTrack = 0.0f;
     float velocityToFilter = 0.0f;
@@ -81,6 +85,7 @@ struct SynthControls {
 
 private:
     void UpdateFilterAndEnvelopes(const CSmoothedParameters& parameters) noexcept;
+    void UpdateResonance(float percent) noexcept;
     void UpdateModulation(const CSmoothedParameters& parameters) noexcept;
 };
 

@@ -70,7 +70,7 @@ TEST(Synth, IsInTuneAtEveryRateAndBendsByItsRange) {
 
 TEST(Synth, FoldsNoAudiblePartialsBackOfAHighSaw) {
     for (const char* wave : {"Saw", "Pulse", "Triangle"}) {
-        for (const int key : {60, 84, 103}) {
+        for (const int key : {60, 84, 96, 103}) {
             CLoadedPlugin plugin("QUIB synth");
             MakePlain(plugin, wave);
             const Channels sound = plugin.Render(kSecond, {{0, 0x90, key, 100}});
@@ -114,32 +114,76 @@ TEST(Synth, FiltersByTheSlopeOfItsType) {
     EXPECT_NEAR(gain("BP 12", "3000", 2) - gain("BP 12", "3000", 1), 6.0, 1.0);
 }
 
-// The eighth harmonic of a saw is moved across the resonance by fine tuning; its level shows where the
-// peak is, and so how far the cutoff is off the pitch that it follows.
-TEST(Synth, FilterTracksThePitchOverFiveOctaves) {
-    const auto offset = [](int key) {
-        CLoadedPlugin plugin("QUIB synth");
-        MakePlain(plugin, "Saw");
-        plugin.Set("Cutoff", "1046.5");
-        plugin.Set("Key > Cutoff", "100");
-        plugin.Set("Resonance", "100");
-        plugin.Set("Osc 1 Octave", "-1");
-        std::vector<double> levels;
-        for (int cents = -50; cents <= 50; cents += 5) {
-            plugin.Set("Osc 1 Fine", std::to_string(cents).c_str());
-            plugin.Resume(static_cast<float>(kRate));
-            const Channels sound = plugin.Render(kSecond, {{0, 0x90, key, 100}});
-            const double hertz = 8.0 * 220.0 * std::exp2((key - 69) / 12.0 + cents / 1200.0);
-            levels.push_back(std::log(AmplitudeAt(sound[0], hertz, kRate, kSecond / 2, kSecond)));
+// All sources silent and the resonance at 100 %: the filter is the oscillator, C4 on key 60.
+void MakeWhistle(CLoadedPlugin& plugin, const char* type, float rate) {
+    MakePlain(plugin, "Saw");
+    plugin.Set("Osc 1 Level", "-oo");
+    plugin.Set("Filter Type", type);
+    plugin.Set("Cutoff", "261.626");
+    plugin.Set("Key > Cutoff", "100");
+    plugin.Set("Resonance", "100");
+    plugin.Resume(rate);
+}
+
+TEST(Synth, WhistlesInTuneAndCleanlyOverFiveOctavesWhenTheResonanceIsFull) {
+    for (const float rate : {22050.0f, 44100.0f, 96000.0f}) {
+        for (const char* type : {"LP 24", "LP 12", "BP 12", "HP 12"}) {
+            for (int key = 36; key <= 96; key += 5) {
+                CLoadedPlugin plugin("QUIB synth");
+                MakeWhistle(plugin, type, rate);
+                const auto second = static_cast<long>(rate);
+                const Channels sound = plugin.Render(second, {{0, 0x90, key, 127}});
+                const double expected = 261.626 * std::exp2((key - 60) / 12.0);
+                const auto at = [&](double hertz, long begin, long end) {
+                    return AmplitudeAt(sound[0], hertz, static_cast<double>(rate), begin, end);
+                };
+                const double pitch = FrequencyNear(sound[0], expected, static_cast<double>(rate), second / 4, second);
+                EXPECT_NEAR(Cents(pitch, expected), 0.0, 5.0) << type << " " << key << " " << rate;
+                const double level = at(expected, second / 2, second);
+                EXPECT_NEAR(level, std::string(type) == "LP 12" || std::string(type) == "HP 12" ? 0.25 : 0.14, 0.03);
+                EXPECT_NEAR(at(expected, second / 8, second / 2), level, 0.01 * level) << "it has not settled";
+                for (const int harmonic : {2, 3}) {
+                    EXPECT_LT(at(harmonic * expected, second / 2, second), 1e-3 * level) << type << " " << key;
+                }
+            }
         }
-        const auto top = std::max_element(levels.begin() + 1, levels.end() - 1) - levels.begin();
-        const auto at = [&](std::ptrdiff_t i) { return levels[static_cast<std::size_t>(i)]; };
-        const double bend = at(top - 1) - 2.0 * at(top) + at(top + 1);
-        return -50.0 + 5.0 * (static_cast<double>(top) + 0.5 * (at(top - 1) - at(top + 1)) / bend);
+    }
+}
+
+TEST(Synth, WhistlesTheSameInAnyBlocksAndAfterATurnOfTheKnob) {
+    CLoadedPlugin plugin("QUIB synth");
+    const auto play = [&](const std::vector<int>& blocks) {
+        MakeWhistle(plugin, "LP 12", static_cast<float>(kRate));
+        plugin.Set("Resonance", "90");
+        plugin.Resume(static_cast<float>(kRate));
+        return plugin.Render(kSecond, {{0, 0x90, 60, 127}}, blocks, [&](long frame) {
+            if (frame == kSecond / 3) plugin.Set("Resonance", "100");
+        })[0];
     };
-    const double middle = offset(60);
-    EXPECT_NEAR(middle, 0.0, 5.0);
-    for (const int key : {36, 48, 72, 84, 96}) EXPECT_NEAR(offset(key), middle, 5.0) << key;
+    const std::vector<float> whole = play({kSecond / 3});
+    EXPECT_EQ(PeakOf(whole, 0, kSecond / 3), 0.0f) << "below the onset nothing sounds by itself";
+    EXPECT_NEAR(AmplitudeAt(whole, 261.626, kRate, kSecond * 2 / 3, kSecond), 0.25, 0.01);
+    EXPECT_EQ(play({1, 7, 300, 392}), whole);
+}
+
+// A step of half a percent of the knob, sound going in: no jump, and no way to a sound out of bounds.
+TEST(Synth, GoesSmoothlyIntoTheOscillation) {
+    CLoadedPlugin plugin("QUIB synth");
+    MakePlain(plugin, "Saw");
+    plugin.Set("Cutoff", "1046.5");  // a partial's frequency, where it is loudest
+    plugin.Set("Sub Level", "0");
+    double before = 0.0;
+    for (double resonance = 92.0; resonance <= 100.0; resonance += 0.5) {
+        plugin.Set("Resonance", std::to_string(resonance).c_str());
+        plugin.Resume(static_cast<float>(kRate));
+        const Channels sound = plugin.Render(kSecond, {{0, 0x90, 48, 127}});
+        const auto peak = static_cast<double>(PeakOf(sound[0], kSecond / 2, kSecond));
+        if (before > 0.0) {
+            EXPECT_NEAR(20.0 * std::log10(peak / before), 0.0, 1.5) << resonance;
+        }
+        EXPECT_LT(PeakOf(sound[0]), 1.0f) << resonance;
+        before = peak;
+    }
 }
 
 TEST(Synth, LeavesNoMeanInAnyProgram) {
