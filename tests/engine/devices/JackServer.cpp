@@ -5,6 +5,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -45,6 +46,19 @@ bool MayUseRealTime() {
     return allowed;
 }
 
+// JACK keeps the names of servers that were killed, and at most eight in all: a few names must do, each for
+// one test program at a time. Gives the descriptor of the lock that holds the name.
+int TakeName(std::string& name) {
+    constexpr int kNames = 3;
+    for (int number = 0;; number = (number + 1) % kNames) {
+        name = "quib-test-" + std::to_string(number);
+        const int lock = open(("/tmp/" + name + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        if (lock >= 0 && flock(lock, LOCK_EX | LOCK_NB) == 0) return lock;
+        if (lock >= 0) close(lock);
+        if (number + 1 == kNames) std::this_thread::sleep_for(kTick);
+    }
+}
+
 bool AnswersClients() {
     jack_status_t status{};
     jack_client_t* const probe = jack_client_open("probe", JackNoStartServer, &status);
@@ -57,7 +71,7 @@ bool AnswersClients() {
 
 bool CJackServer::IsInstalled() { return std::system("command -v jackd >/dev/null 2>&1") == 0; }  // NOLINT
 
-CJackServer::CJackServer(int blockSize, EMode mode) : name("quib-test-" + std::to_string(getpid())) {
+CJackServer::CJackServer(int blockSize, EMode mode) : nameLock(TakeName(name)) {
     arguments = {"setpriv", "--pdeathsig", "KILL", "jackd", "-n", name, MayUseRealTime() ? "-R" : "-r"};
     if (mode == EMode::kPatient) arguments.insert(arguments.end(), {"-S", "-t", "20000"});
     arguments.insert(arguments.end(), {"-d", "dummy", "-r", "48000", "-p", std::to_string(blockSize)});
@@ -65,6 +79,11 @@ CJackServer::CJackServer(int blockSize, EMode mode) : name("quib-test-" + std::t
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);     // NOLINT(concurrency-mt-unsafe)
     jack_set_error_function([](const char*) {});
     jack_set_info_function([](const char*) {});
+}
+
+CJackServer::~CJackServer() {
+    Stop();
+    close(nameLock);
 }
 
 bool CJackServer::Start() {

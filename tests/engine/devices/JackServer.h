@@ -25,7 +25,7 @@ public:
     enum class EMode { kPatient, kRealTime };
 
     explicit CJackServer(int blockSize, EMode mode = EMode::kPatient);
-    ~CJackServer() { Stop(); }
+    ~CJackServer();
     CJackServer(const CJackServer&) = delete;
     CJackServer& operator=(const CJackServer&) = delete;
 
@@ -36,6 +36,7 @@ public:
 
 private:
     std::string name;
+    int nameLock;
     std::vector<std::string> arguments;
     pid_t process = 0;
 };
