@@ -137,9 +137,6 @@ TEST_F(CQuibRenderTest, StemsAddUpToTheMaster) {
 }
 
 TEST_F(CQuibRenderTest, PlayingKeepsTimeRecordsAndCounts) {
-#ifdef QUIB_SANITIZED
-    GTEST_SKIP() << "plays in real time, which a sanitizer's slowness upsets";
-#endif
     Write("song.prg", Project());
     const std::string play = Path("song.prg") + " --play --device Silent --rate 48000 --block 256" + kTestPlugins;
     Outcome outcome = Run("quib-render", play + Path("live.wav") + " --seconds 1.5");

@@ -11,6 +11,8 @@ const CJackLibrary* CJackLibrary::Installed() {
 CJackLibrary::CJackLibrary() {
     std::string reason;
     if (!library.Open(kLibraryName, reason)) return;
+    // It keeps things for as long as the process lives, which would be lost with it.
+    library.Pin();
     const auto find = [&](auto& function, const char* symbol) {
         function = library.Get<std::remove_reference_t<decltype(function)>>(symbol);
         return function != nullptr;
