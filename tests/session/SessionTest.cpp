@@ -15,6 +15,10 @@
 #include "CDriver.h"
 #include "app/Commands.h"
 
+// Libraries of the desktop keep a little until the end.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() { return "leak:libdbus\nleak:libfontconfig\n"; }  // NOLINT
+
 namespace quib {
 namespace {
 
