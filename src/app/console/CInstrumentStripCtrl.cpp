@@ -214,9 +214,6 @@ void CInstrumentStripCtrl::SetSteps(int count) {
         Text("Number of steps"));
 }
 
-void CInstrumentStripCtrl::ToggleCollapsed() {
-    context.station.SetCollapsed(Index(), !collapsed);
-    Q_EMIT context.station.InstrumentChanged(instrument->Id());
-}
+void CInstrumentStripCtrl::ToggleCollapsed() { context.station.SetCollapsed(Index(), !collapsed); }
 
 }  // namespace quib

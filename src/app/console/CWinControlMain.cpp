@@ -50,11 +50,11 @@ CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorks
     setObjectName(QStringLiteral("console"));
     BuildMaster();
     BuildStrips();
-    connect(&station, &CWorkstation::InstrumentsChanged, this, &CWinControlMain::BuildStrips);
+    connect(&station, &CWorkstation::InstrumentsChanged, this, &CWinControlMain::RebuildSoon);
     connect(&station, &CWorkstation::ProjectReplaced, this, [this] {
         scrollPosition.Set(0);
-        BuildStrips();
-        ShowSlots();
+        RebuildSoon();
+        effects->ShowSlots();
     });
     connect(&station, &CWorkstation::InstrumentChanged, this, &CWinControlMain::StripChanged);
     connect(&station, &CWorkstation::SlotChanged, this, &CWinControlMain::ShowSlots);
@@ -102,7 +102,19 @@ void CWinControlMain::BuildMaster() {
     addButton = &add;
 }
 
+// Not at once: a control of a strip may be in the middle of the click that has changed the list.
+void CWinControlMain::RebuildSoon() {
+    if (std::exchange(rebuildWanted, true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (rebuildWanted) BuildStrips();
+        },
+        Qt::QueuedConnection);
+}
+
 void CWinControlMain::BuildStrips() {
+    rebuildWanted = false;
     for (CInstrumentStripCtrl* const strip : strips) Remove(*strip);
     strips.clear();
     const int room = std::max(SkinSize().width(), kNarrowest) - kScrollWidth - 2 * kMargin;

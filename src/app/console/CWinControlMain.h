@@ -42,6 +42,7 @@ protected:
 private:
     void BuildMaster();
     void BuildStrips();
+    void RebuildSoon();
     void ShowSlots();
     void StripChanged(quint32 id);
     void PlaceStrips();
@@ -68,6 +69,7 @@ private:
     std::vector<CInstrumentStripCtrl*> strips;
     int stripsHeight = 0;
     int dropPlace = -1;
+    bool rebuildWanted = false;
     int builtWidth = 0;
 };
 
