@@ -39,6 +39,10 @@ int CDriver::Run(const QStringList& arguments, const std::function<void(CDriver&
         driver.console = static_cast<CWinControlMain*>(made);
         // From within the event loop, a question of the start included.
         QTimer::singleShot(0, &window, [&] { user = std::thread([&] { script(driver); }); });
+        QObject::connect(&window, &CMainWindow::Ticked, &window, [&driver] { driver.started = true; });
+        auto* const jobs = new QTimer(&window);
+        QObject::connect(jobs, &QTimer::timeout, &window, [&driver] { driver.TakeJob(); });
+        jobs->start(2);
         return made;
     };
     const int code = ApplicationMain(static_cast<int>(words.size()), pointers.data(), factory);
@@ -46,8 +50,27 @@ int CDriver::Run(const QStringList& arguments, const std::function<void(CDriver&
     return code;
 }
 
+void CDriver::RunThere(const std::function<void()>& work) {
+    std::unique_lock lock(mutex);
+    job = &work;
+    state = EJob::kWanted;
+    jobDone.wait(lock, [this] { return state == EJob::kNone; });
+}
+
+// A job may open a dialog, whose event loop comes by here again.
+void CDriver::TakeJob() {
+    std::unique_lock lock(mutex);
+    if (state != EJob::kWanted) return;
+    state = EJob::kRunning;
+    lock.unlock();
+    (*job)();
+    lock.lock();
+    state = EJob::kNone;
+    jobDone.notify_all();
+}
+
 bool CDriver::WaitFor(const std::function<bool()>& condition) {
-    for (int turn = 0; turn < 500; ++turn) {
+    for (int turn = 0; turn < 1500; ++turn) {
         if (Ask(condition)) return true;
         Pause(20);
     }

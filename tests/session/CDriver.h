@@ -4,11 +4,11 @@
 // A user for tests: runs the whole program on the main thread while a thread of its own moves the mouse
 // and presses keys through the X server, and looks at the windows through the event loop.
 
-#include <QMetaObject>
 #include <QPoint>
 #include <QString>
-#include <atomic>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 
 #include "app/CMainWindow.h"
 #include "app/console/CInstrumentStripCtrl.h"
@@ -27,32 +27,22 @@ public:
     CMainWindow& Window() const { return *window; }
     CWinControlMain& Console() const { return *console; }
 
-    // Runs on the user-interface thread and waits for it. The atomic says so to ThreadSanitizer, which does
-    // not see how the event loop hands over.
+    // Runs on the user-interface thread and waits for it. Handed over by a mutex of our own: ThreadSanitizer
+    // does not see how the event loop would do it.
     template <class Function>
     auto Ask(Function function) {
-        const auto run = [&](auto&& action) {
-            handOver.store(true, std::memory_order_release);
-            QMetaObject::invokeMethod(
-                window,
-                [&] {
-                    static_cast<void>(handOver.load(std::memory_order_acquire));
-                    action();
-                    handOver.store(false, std::memory_order_release);
-                },
-                Qt::BlockingQueuedConnection);
-            static_cast<void>(handOver.load(std::memory_order_acquire));
-        };
         using Answer = decltype(function());
         if constexpr (std::is_void_v<Answer>) {
-            run(function);
+            RunThere(function);
         } else {
             Answer answer{};
-            run([&] { answer = function(); });
+            RunThere([&] { answer = function(); });
             return answer;
         }
     }
-    // Until it is true on the user-interface thread; false after ten seconds.
+    // Whether the start is over: the window's timer runs. For the user-interface thread.
+    bool IsStarted() const { return started; }
+    // Until it is true on the user-interface thread; false after half a minute.
     bool WaitFor(const std::function<bool()>& condition);
 
     // Points are those of the screen.
@@ -72,11 +62,18 @@ public:
     CControl* FindInBand(int infoString);
 
 private:
+    enum class EJob { kNone, kWanted, kRunning };
+    void RunThere(const std::function<void()>& work);
+    void TakeJob();
     bool ClickAction(const std::function<QMenu*()>& menu, const QString& entry);
 
     CMainWindow* window = nullptr;
     CWinControlMain* console = nullptr;
-    std::atomic<bool> handOver{false};
+    bool started = false;
+    std::mutex mutex;
+    std::condition_variable jobDone;
+    EJob state = EJob::kNone;
+    const std::function<void()>* job = nullptr;
 };
 
 }  // namespace quib

@@ -15,10 +15,6 @@
 #include "CDriver.h"
 #include "app/Commands.h"
 
-// Libraries of the desktop keep a little until the end.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() { return "leak:libdbus\nleak:libfontconfig\n"; }  // NOLINT
-
 namespace quib {
 namespace {
 
@@ -45,12 +41,16 @@ protected:
                            QStringLiteral("--no-audio")} +
                more;
     }
-    // The window is there, and what greets the first start is answered.
+    // The project is there, and what greets the first start is answered.
     static void SettleIn(CDriver& user) {
-        ASSERT_TRUE(user.WaitFor([&] { return user.Window().isVisible() && user.Window().isActiveWindow(); }) ||
-                    user.Ask([] { return QApplication::activeWindow() != nullptr; }));
-        if (user.Ask([&] { return QApplication::activeWindow() != &user.Window(); })) user.Key("Escape");
-        ASSERT_TRUE(user.WaitFor([&] { return user.Window().isActiveWindow(); }));
+        const auto greets = [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; };
+        ASSERT_TRUE(user.WaitFor(
+            [&] { return greets() || (user.Window().isActiveWindow() && user.Console().Strip(kSubject) != nullptr); }));
+        // The greeting comes last of all at a first start.
+        if (!user.Ask(greets)) user.WaitFor([&] { return greets() || user.IsStarted(); });
+        if (user.Ask(greets)) user.Key("Escape");
+        ASSERT_TRUE(
+            user.WaitFor([&] { return user.Window().isActiveWindow() && user.Console().Strip(kSubject) != nullptr; }));
     }
     static void Close(CDriver& user) {
         user.Ask([&] { QMetaObject::invokeMethod(&user.Window(), "close", Qt::QueuedConnection); });
