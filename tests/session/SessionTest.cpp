@@ -43,7 +43,7 @@ protected:
     }
     // The project is there, and what greets the first start is answered.
     static void SettleIn(CDriver& user) {
-        const auto greets = [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; };
+        const auto greets = [] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()) != nullptr; };
         ASSERT_TRUE(user.WaitFor(
             [&] { return greets() || (user.Window().isActiveWindow() && user.Console().Strip(kSubject) != nullptr); }));
         // The greeting comes last of all at a first start.
