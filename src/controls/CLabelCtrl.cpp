@@ -43,6 +43,13 @@ void CLiveLabelCtrl::Tick() {
     if (IsShown()) SetText(source());
 }
 
+void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu) {
+    auto* const menu = new QMenu(&window);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(*menu);
+    menu->popup(QCursor::pos());
+}
+
 CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                int newHeight, const QString& fixedText, std::function<void(QMenu&)> fillMenu)
     : CLabelCtrl(window, number, left, top, newWidth, newHeight, fixedText), buildMenu(std::move(fillMenu)) {
@@ -59,10 +66,7 @@ void CLabelMenuCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 
 void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
     if (!enabled || !buildMenu) return;
-    auto* const menu = new QMenu(&Owner());
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    buildMenu(*menu);
-    menu->popup(QCursor::pos());
+    PopUpMenu(Owner(), buildMenu);
 }
 
 void CLabelMenuCtrl::Draw() {

@@ -45,6 +45,9 @@ private:
     std::function<QString()> source;
 };
 
+// Shows a menu at the mouse, which goes when it is closed.
+void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu);
+
 class CLabelMenuCtrl : public CLabelCtrl {
 public:
     // `fillMenu` fills the menu at each click.

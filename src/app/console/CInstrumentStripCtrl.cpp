@@ -27,10 +27,7 @@ CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<
                                            const ConsoleContext& consoleContext, int newWidth)
     : CControl(window, 0, 0, 0, newWidth, 0), context(consoleContext), instrument(std::move(shown)) {
     onAlternativeClick = [this](CControl&) {
-        auto* const menu = new QMenu(&Owner());
-        menu->setAttribute(Qt::WA_DeleteOnClose);
-        FillInstrumentMenu(*menu, context, instrument->Id(), &Owner());
-        menu->popup(QCursor::pos());
+        PopUpMenu(Owner(), [&](QMenu& menu) { FillInstrumentMenu(menu, context, instrument->Id(), &Owner()); });
     };
     Rebuild(newWidth);
 }

@@ -147,10 +147,9 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
             return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
         };
         send.onAlternativeClick = [this, place](CControl&) {
-            auto* const menu = new QMenu(&Owner());
-            menu->setAttribute(Qt::WA_DeleteOnClose);
-            FillSlotMenu(*menu, context, {SlotPlace::EKind::kEffect, 0, place}, &Owner());
-            menu->popup(QCursor::pos());
+            PopUpMenu(Owner(), [&](QMenu& menu) {
+                FillSlotMenu(menu, context, {SlotPlace::EKind::kEffect, 0, place}, &Owner());
+            });
         };
         sends[index] = &send;
     }
@@ -165,10 +164,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         insert.section = ESection::kEffects;
         BindValue(insert, context, "Insert", 486);
         insert.onAlternativeClick = [this, slot](CControl&) {
-            auto* const menu = new QMenu(&Owner());
-            menu->setAttribute(Qt::WA_DeleteOnClose);
-            FillSlotMenu(*menu, context, slot, &Owner());
-            menu->popup(QCursor::pos());
+            PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };
         inserts[index] = &insert;
         auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 23, 31 + 21 * place, 23, 19, nullptr, picture::kGlyphEdit);
@@ -178,10 +174,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         edit.onChange = [this, slot](CControl&) {
             const auto held = context.station.Slot(slot);
             if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
-            auto* const menu = new QMenu(&Owner());
-            menu->setAttribute(Qt::WA_DeleteOnClose);
-            FillSlotMenu(*menu, context, slot, &Owner());
-            menu->popup(QCursor::pos());
+            PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };
     }
 }

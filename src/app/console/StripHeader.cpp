@@ -93,10 +93,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     presets->onSelect = [this](int preset) { context.station.RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.AddPreset(Index()); };
     presets->onPresetMenu = [this, id](int preset) {
-        auto* const menu = new QMenu(&Owner());
-        menu->setAttribute(Qt::WA_DeleteOnClose);
-        FillPresetMenu(*menu, context, id, preset);
-        menu->popup(QCursor::pos());
+        PopUpMenu(Owner(), [&](QMenu& menu) { FillPresetMenu(menu, context, id, preset); });
     };
     if (collapsed) {
         auto& level = AddChild<CFaderCtrl>(0U, Width() - 240, 5, 120, 18, &instrument->strip.level, false);
