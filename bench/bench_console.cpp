@@ -11,10 +11,10 @@
 #include <QThread>
 #include <memory>
 
-#include "app/CSettings.h"
-#include "app/CWorkstation.h"
 #include "app/console/CWinControlMain.h"
-#include "engine/devices/CSilentOutput.h"
+#include "devices/CSilentOutput.h"
+#include "document/CSettings.h"
+#include "document/CWorkstation.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "engine/devices/SampleConversions.h"
+#include "devices/SampleConversions.h"
 
 namespace {
 

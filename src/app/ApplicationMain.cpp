@@ -16,11 +16,11 @@
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
-#include "app/CSettings.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/StartUp.h"
-#include "engine/devices/CSilentOutput.h"
+#include "devices/CSilentOutput.h"
+#include "document/CSettings.h"
 #include "platform/Paths.h"
 
 namespace quib {

@@ -13,11 +13,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/CSettings.h"
-#include "app/CWorkstation.h"
 #include "app/Dialogs.h"
-#include "app/Texts.h"
-#include "engine/devices/OutputDeviceList.h"
+#include "devices/OutputDeviceList.h"
+#include "document/CSettings.h"
+#include "document/CWorkstation.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -70,7 +70,7 @@ public:
         timer.start(40);
         adjustSize();
         const QRect missing = CSettings::Centred(QDialog::size(), CSettings::ScreenSize());
-        move(settings.ReadWindowPlacement(nullptr, QLatin1String(kPlacement), missing).topLeft());
+        move(settings.ReadWindowPlacement(QLatin1String(kPlacement), missing).topLeft());
     }
     ~CAudioDialog() override { workstation.SetTestTone(false); }
 

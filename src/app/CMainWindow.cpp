@@ -11,9 +11,9 @@
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
-#include "app/CSettings.h"
 #include "app/Commands.h"
-#include "app/Texts.h"
+#include "document/CSettings.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -11,8 +11,8 @@
 #include <memory>
 
 #include "app/CRecentFiles.h"
-#include "app/CWorkstation.h"
 #include "app/StartUp.h"
+#include "document/CWorkstation.h"
 
 class QAction;
 class QMenu;

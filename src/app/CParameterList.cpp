@@ -8,8 +8,8 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "app/CWorkstation.h"
-#include "app/Texts.h"
+#include "document/CWorkstation.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -15,9 +15,9 @@
 #include <algorithm>
 
 #include "app/CParameterList.h"
-#include "app/CWorkstation.h"
 #include "app/FileDialogs.h"
-#include "app/Texts.h"
+#include "document/CWorkstation.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

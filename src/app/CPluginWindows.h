@@ -9,7 +9,7 @@
 #include <QPointer>
 
 #include "app/CPluginWindow.h"
-#include "app/CWorkstation.h"
+#include "document/CWorkstation.h"
 
 namespace quib {
 

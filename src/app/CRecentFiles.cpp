@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CRecentFiles.h"
 
-#include "app/CSettings.h"
+#include "document/CSettings.h"
 
 namespace quib {
 

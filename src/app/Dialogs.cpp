@@ -16,11 +16,11 @@
 #include <QVBoxLayout>
 
 #include "app/CPluginCatalog.h"
-#include "app/CSettings.h"
-#include "app/CWorkstation.h"
-#include "app/Folders.h"
 #include "app/StartUp.h"
-#include "app/Texts.h"
+#include "document/CSettings.h"
+#include "document/CWorkstation.h"
+#include "document/Folders.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -6,8 +6,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
-#include "app/CSettings.h"
-#include "app/Texts.h"
+#include "document/CSettings.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

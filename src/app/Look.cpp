@@ -5,8 +5,8 @@
 #include <QPalette>
 #include <QProxyStyle>
 
-#include "app/CSettings.h"
 #include "controls/CCanvas.h"
+#include "document/CSettings.h"
 
 namespace quib {
 

@@ -3,7 +3,7 @@
 
 // The look of windows and dialogs: dark, in the font of the skin. User-interface thread.
 
-#include "app/Texts.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -10,11 +10,11 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
-#include "app/CSettings.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
-#include "app/Texts.h"
+#include "document/CSettings.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

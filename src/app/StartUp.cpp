@@ -56,7 +56,7 @@ void PrepareToolPlacements(CSettings& settings) {
     for (const ToolWindow& window : windows) {
         const QString name = QLatin1String(window.name);
         const QRect missing = CSettings::Centred(window.size, CSettings::ScreenSize());
-        QRect placement = settings.ReadWindowPlacement(nullptr, name, missing);
+        QRect placement = settings.ReadWindowPlacement(name, missing);
         if (window.fixedWidth) placement.setWidth(window.size.width());
         if (window.fixedHeight) placement.setHeight(window.size.height());
         settings.WriteWindowPlacement(name, placement);
@@ -66,7 +66,7 @@ void PrepareToolPlacements(CSettings& settings) {
 QRect MainPlacement(const CSettings& settings) {
     const QSize screen = CSettings::ScreenSize();
     const QSize usual(std::min(screen.width(), 1280), std::min(screen.height(), 720));
-    QRect placement = settings.ReadWindowPlacement(nullptr, QStringLiteral("Main"), CSettings::Centred(usual, screen));
+    QRect placement = settings.ReadWindowPlacement(QStringLiteral("Main"), CSettings::Centred(usual, screen));
     placement.setWidth(std::max(placement.width(), kMainWidth));
     placement.setHeight(std::max(placement.height(), kMainHeight));
     return placement;

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "app/CSettings.h"
+#include "document/CSettings.h"
 
 namespace quib {
 

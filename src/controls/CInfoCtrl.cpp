@@ -2,7 +2,7 @@
 #include "controls/CInfoCtrl.h"
 
 #include "controls/CWinControl.h"
-#include "controls/StringTable.h"
+#include "texts/StringTable.h"
 
 namespace quib {
 

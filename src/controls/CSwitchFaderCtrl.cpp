@@ -6,8 +6,8 @@
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
-#include "controls/StringTable.h"
 #include "controls/VirtualKeys.h"
+#include "texts/StringTable.h"
 
 namespace quib {
 

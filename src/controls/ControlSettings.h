@@ -3,6 +3,8 @@
 
 // The settings that controls ask for; the application's settings store implements it.
 
+#include "texts/Language.h"
+
 namespace quib {
 
 class CControlSettings {
@@ -11,8 +13,6 @@ public:
     // The stored integer, or `fallback` when there is none.
     virtual int ReadSettingInt(const char* section, const char* name, int fallback) const = 0;
 };
-
-enum class ELanguage { kEnglish, kFrench };
 
 // The language of the info texts: English when it is chosen or nothing is, else French.
 inline ELanguage InfoLanguage(const CControlSettings& settings) {

@@ -13,6 +13,7 @@
 
 #include "engine/Audition.h"
 #include "engine/BlockContext.h"
+#include "engine/CBlockRecorder.h"
 #include "engine/CCpuMeter.h"
 #include "engine/CLevelTables.h"
 #include "engine/CMidiRouter.h"
@@ -32,8 +33,6 @@
 #include "platform/CAudioPlanes.h"
 
 namespace quib {
-
-class CLame;
 
 // What a device decides before it renders.
 struct RenderFormat {
@@ -104,7 +103,7 @@ public:
     // Repeats the same music from the same seed. No block may be rendered meanwhile.
     void Seed(std::uint32_t seed) noexcept { random.Seed(seed); }
     // The recorder that is fed; null for none. No block may be rendered meanwhile.
-    void SetRecorder(CLame* next) noexcept { recorder = next; }
+    void SetRecorder(CBlockRecorder* next) noexcept { recorder = next; }
     CScope& Scope() noexcept { return scope; }
 
     // --- MIDI input thread ------------------------------------------------------------------------
@@ -163,7 +162,7 @@ private:
     std::unique_ptr<CRenderPool> pool;
     CAudioPlanes master{2, RenderFormat::kMaximumBlockSize};
     std::vector<std::int16_t> interleaved;
-    CLame* recorder = nullptr;
+    CBlockRecorder* recorder = nullptr;
     CScope scope;
 
     std::atomic<int> busy{1};            // above 0 while the device is being opened: blocks are silent

@@ -7,7 +7,6 @@
 #include "engine/InstrumentChain.h"
 #include "engine/ParameterChange.h"
 #include "engine/SampleConversion.h"
-#include "engine/devices/CLame.h"
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
 

@@ -10,8 +10,8 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "app/CSettings.h"
-#include "app/CWorkstation.h"
+#include "document/CSettings.h"
+#include "document/CWorkstation.h"
 
 namespace quib {
 

@@ -9,7 +9,7 @@
 
 #include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
-#include "engine/devices/CSilentOutput.h"
+#include "devices/CSilentOutput.h"
 
 namespace quib {
 namespace {

@@ -18,7 +18,7 @@
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
-#include "app/Texts.h"
+#include "texts/Texts.h"
 
 namespace quib {
 namespace {

@@ -7,10 +7,10 @@
 #include <QTemporaryDir>
 
 #include "app/CRecentFiles.h"
-#include "app/CSettings.h"
 #include "app/Dialogs.h"
-#include "app/Folders.h"
 #include "app/StartUp.h"
+#include "document/CSettings.h"
+#include "document/Folders.h"
 
 namespace quib {
 namespace {

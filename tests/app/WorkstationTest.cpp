@@ -8,7 +8,7 @@
 #include <future>
 
 #include "app/AppFixture.h"
-#include "app/CAutomationTake.h"
+#include "document/CAutomationTake.h"
 #include "model/plugin/PluginBank.h"
 #include "platform/CFileBytes.h"
 

@@ -4,8 +4,8 @@
 #include "controls/CEntryDialog.h"
 #include "controls/CInfoCtrl.h"
 #include "controls/ControlFixture.h"
-#include "controls/StringTable.h"
 #include "controls/VirtualKeys.h"
+#include "texts/StringTable.h"
 
 namespace quib {
 

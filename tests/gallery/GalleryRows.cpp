@@ -14,8 +14,8 @@
 #include "controls/CStepLedCtrl.h"
 #include "controls/CZoomCtrl.h"
 #include "controls/SkinNumbers.h"
-#include "controls/StringTable.h"
 #include "gallery/CGallery.h"
+#include "texts/StringTable.h"
 
 namespace quib {
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "devices/CLame.h"
 #include "engine/EngineFixture.h"
-#include "engine/devices/CLame.h"
 #include "platform/Clock.h"
 #include "realtime/ForbiddenCalls.h"
 

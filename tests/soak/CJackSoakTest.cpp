@@ -3,8 +3,8 @@
 #include <csignal>
 
 #include "SoakReport.h"
-#include "engine/devices/DeviceFixture.h"
-#include "engine/devices/JackServer.h"
+#include "devices/DeviceFixture.h"
+#include "devices/JackServer.h"
 
 namespace quib {
 namespace {

@@ -3,9 +3,9 @@
 #include <fstream>
 
 #include "SoakReport.h"
+#include "devices/CMidiFeed.h"
+#include "devices/DeviceFixture.h"
 #include "engine/EngineNotices.h"
-#include "engine/devices/CMidiFeed.h"
-#include "engine/devices/DeviceFixture.h"
 #include "platform/Clock.h"
 
 namespace quib {

@@ -4,7 +4,6 @@
 #include <QMenu>
 #include <algorithm>
 
-#include "app/Texts.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFilterCtrl.h"
 #include "controls/CImageCtrl.h"
@@ -16,6 +15,7 @@
 #include "controls/CSwitchSelectorCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -4,8 +4,6 @@
 #include <QFileInfo>
 #include <QMenu>
 
-#include "app/CSettings.h"
-#include "app/Texts.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
@@ -16,6 +14,8 @@
 #include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "document/CSettings.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cmath>
 
-#include "app/Texts.h"
 #include "app/console/CMasterPanels.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -5,13 +5,13 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "app/Texts.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CInfoCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CScrollCtrl.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

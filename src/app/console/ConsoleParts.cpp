@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/Texts.h"
 #include "controls/CEntryDialog.h"
 #include "controls/CSwitchFaderCtrl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

@@ -8,8 +8,8 @@
 #include <QStringList>
 #include <functional>
 
-#include "app/CWorkstation.h"
 #include "controls/CControl.h"
+#include "document/CWorkstation.h"
 
 namespace quib {
 

@@ -7,10 +7,10 @@
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
-#include "app/CSettings.h"
-#include "app/Texts.h"
 #include "app/console/CWinControlMain.h"
+#include "document/CSettings.h"
 #include "editors/CWinControlArpeggiator.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -81,7 +81,7 @@ CWinControlArpeggiator& ArpeggiatorWindow(CMainWindow& window, const CControlSet
     follow();
     // Its size is its own; only the place is kept.
     const QRect place = station.Settings().ReadWindowPlacement(
-        nullptr, QString::fromLatin1(kArpeggiatorWindow), CSettings::Centred(made->size(), CSettings::ScreenSize()));
+        QString::fromLatin1(kArpeggiatorWindow), CSettings::Centred(made->size(), CSettings::ScreenSize()));
     made->move(place.topLeft());
     return *made;
 }

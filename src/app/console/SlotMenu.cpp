@@ -8,9 +8,9 @@
 #include <QMenu>
 #include <QMessageBox>
 
-#include "app/CSettings.h"
-#include "app/Texts.h"
 #include "controls/SkinNumbers.h"
+#include "document/CSettings.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

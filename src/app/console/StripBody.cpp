@@ -3,7 +3,6 @@
 #include <QInputDialog>
 #include <QMenu>
 
-#include "app/Texts.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
@@ -17,6 +16,7 @@
 #include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

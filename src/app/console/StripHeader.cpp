@@ -2,7 +2,6 @@
 // The header of an instrument's strip and the keyboard below it.
 #include <QMenu>
 
-#include "app/Texts.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
@@ -14,6 +13,7 @@
 #include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "texts/Texts.h"
 
 namespace quib {
 

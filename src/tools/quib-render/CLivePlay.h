@@ -7,9 +7,9 @@
 #include <functional>
 #include <string>
 
+#include "devices/CLame.h"
+#include "devices/COutputManager.h"
 #include "engine/CAudio.h"
-#include "engine/devices/CLame.h"
-#include "engine/devices/COutputManager.h"
 
 namespace quib {
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "devices/CLame.h"
 #include "engine/CAudio.h"
-#include "engine/devices/CLame.h"
 #include "tools/common/CSignalStatistics.h"
 #include "tools/quib-render/CStemWriter.h"
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "devices/CWaveSink.h"
 #include "engine/CAudio.h"
-#include "engine/devices/CWaveSink.h"
 
 namespace quib {
 

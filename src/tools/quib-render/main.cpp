@@ -5,7 +5,7 @@
 #include <atomic>
 #include <csignal>
 
-#include "engine/devices/OutputDeviceList.h"
+#include "devices/OutputDeviceList.h"
 #include "model/plugin/CPluginFinder.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A thing that pulls blocks from the engine in time: a sound device, or a clock. The editing thread opens,
+// starts, stops and closes it; between Start and Stop one thread of the device's own calls
+// CAudio::RenderBlock. State and counters may be read by any thread.
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "devices/AudioSettings.h"
+#include "engine/CAudio.h"
+
+namespace quib {
+
+enum class OutputState {
+    Closed,
+    Open,           // claimed, its format known, not calling the engine
+    Playing,        // calling the engine
+    FormatChanged,  // plays silence until it is stopped and started with the engine in its new format
+    Lost,           // gone; only Close makes sense
+};
+
+struct DeviceFormat {
+    int sampleRate = 0;  // Hz
+    int blockSize = 0;   // frames
+
+    friend bool operator==(const DeviceFormat&, const DeviceFormat&) = default;
+};
+
+class COutputDevice {
+public:
+    explicit COutputDevice(CAudio& engine) : audio(engine) {}
+    COutputDevice(const COutputDevice&) = delete;
+    COutputDevice& operator=(const COutputDevice&) = delete;
+    virtual ~COutputDevice() = default;
+
+    // Claims the device and settles its format. On failure says why in `error` and leaves it closed. Does
+    // not touch the engine: may run on any one thread.
+    virtual bool Open(const AudioSettings& settings, std::string& error) = 0;
+    // Begins to render; the engine has the format of the device.
+    virtual bool Start(std::string& error) = 0;
+    // When it returns no block is being rendered and none will be until the next Start.
+    virtual void Stop() noexcept = 0;
+    // Stops, and gives the device back. Nothing happens to a closed one.
+    virtual void Close() noexcept = 0;
+    // From the 40 ms timer, while it plays.
+    virtual void Watch() {}
+    // Devices that bring MIDI along: the ports that can be listened to, and the name of the one to listen
+    // to besides what the user connects by other means; empty to be deaf.
+    virtual std::vector<std::string> MidiPorts() const { return {}; }
+    virtual void ListenTo(const std::string&) {}
+
+    // Name under which it stands in the device list.
+    virtual const std::string& Name() const noexcept = 0;
+    virtual DeviceFormat Format() const noexcept = 0;
+
+    OutputState State() const noexcept { return state.load(std::memory_order_acquire); }
+    // Blocks that did not reach the device in time, since it was opened.
+    std::uint64_t Xruns() const noexcept { return xruns.load(std::memory_order_relaxed); }
+    // False when the device's thread was refused real-time scheduling.
+    bool IsRealTime() const noexcept { return realTime.load(std::memory_order_relaxed); }
+
+protected:
+    // The device's thread: one block into the master buffers. False when the device is to play silence in
+    // its stead: the user paused, or the engine is being prepared, or an older device ends its last block.
+    bool RenderBlock() noexcept { return !audio.paused.IsOn() && audio.RenderBlock(); }
+    // A device that is lost stays so until it is closed.
+    void SetState(OutputState next) noexcept {
+        OutputState now = State();
+        while (now != OutputState::Lost || next == OutputState::Closed) {
+            if (state.compare_exchange_weak(now, next, std::memory_order_acq_rel)) return;
+        }
+    }
+    // What the device found out by itself; never overrides what the editing thread did meanwhile.
+    void LeavePlaying(OutputState next) noexcept {
+        OutputState playing = OutputState::Playing;
+        state.compare_exchange_strong(playing, next, std::memory_order_acq_rel);
+    }
+
+    CAudio& audio;
+    std::atomic<std::uint64_t> xruns{0};
+    std::atomic<bool> realTime{true};
+
+private:
+    std::atomic<OutputState> state{OutputState::Closed};
+};
+
+}  // namespace quib

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/Folders.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <filesystem>
+
+#include "document/CSettings.h"
+#include "platform/Paths.h"
+
+namespace quib {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A second place that only ever receives a copy of the program folder.
+constexpr const char* kSharedSection = "Shared";
+
+QString WithSlash(const QString& folder) {
+    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+}
+
+bool MakeFolder(const QString& folder) { return QDir().mkpath(folder); }
+
+}  // namespace
+
+Folders::Folders(const QString& programFolder)
+    : program(WithSlash(programFolder)),
+      patterns(program + QStringLiteral("Patterns/")),
+      presets(program + QStringLiteral("Presets/")),
+      instruments(program + QStringLiteral("Instruments/")),
+      pluginInstruments(program + QStringLiteral("PluginInstruments/")),
+      pluginEffects(program + QStringLiteral("PluginEffects/")),
+      programs(program + QStringLiteral("Programs/")),
+      backups(program + QStringLiteral("Backups/")),
+      currentProject(program + QStringLiteral("current.prg")),
+      backupProject(program + QStringLiteral("backup.prg")) {}
+
+QString FindProgramFolder(const CSettings& settings, const QString& wanted) {
+    if (!wanted.isEmpty()) {
+        MakeFolder(wanted);
+        return WithSlash(QFileInfo(wanted).absoluteFilePath());
+    }
+    const QString kept = settings.ReadSettingString(kSettingsSection, QStringLiteral("CurrentDir"));
+    if (!kept.isEmpty() && MakeFolder(kept)) return WithSlash(kept);
+    const QString beside = QString::fromStdString(ExecutableFolder().string());
+    if (!beside.isEmpty() && QFileInfo(beside).isWritable()) return WithSlash(beside);
+    const QString own =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/QUIBSequencer/");
+    MakeFolder(own);
+    return own;
+}
+
+QStringList ListPlugins(const QString& folder, const QStringList& extensions) {
+    QStringList names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder.toStdString(), error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const QString name = QString::fromStdString(entry->path().filename().string());
+        const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+        if (dot >= 0 && extensions.contains(name.mid(dot + 1))) names.append(name.left(dot));
+    }
+    return names;
+}
+
+QStringList AddedPluginFolders(const CSettings& settings) {
+    return settings.ReadSettingString(kSettingsSection, QStringLiteral("PluginFolders"))
+        .split(QLatin1Char(':'), Qt::SkipEmptyParts);
+}
+
+void KeepPluginFolders(CSettings& settings, const QStringList& added) {
+    settings.WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), added.join(QLatin1Char(':')));
+}
+
+QStringList PluginFolders(const Folders& folders, const CSettings& settings) {
+    const QString beside = WithSlash(QString::fromStdString(ExecutableFolder().string()));
+    QStringList all = {folders.pluginInstruments, folders.pluginEffects, beside + QStringLiteral("PluginInstruments/"),
+                       beside + QStringLiteral("PluginEffects/")};
+    all += AddedPluginFolders(settings);
+    for (const fs::path& folder : SystemPluginFolders()) all.append(QString::fromStdString(folder.string()));
+    QStringList existing;
+    for (const QString& folder : all) {
+        const QString real = QFileInfo(folder).canonicalFilePath();
+        if (!real.isEmpty() && !existing.contains(real)) existing.append(real);
+    }
+    return existing;
+}
+
+PluginNames PrepareFolders(const Folders& folders, CSettings& settings) {
+    PluginNames names;
+    for (const QString& folder : {folders.patterns, folders.instruments, folders.pluginInstruments}) {
+        MakeFolder(folder);
+    }
+    names.instruments = ListPlugins(folders.pluginInstruments, {QStringLiteral("so"), QStringLiteral("SO")});
+    MakeFolder(folders.pluginEffects);
+    names.effects = ListPlugins(folders.pluginEffects, {QStringLiteral("so")});
+    std::error_code ignored;
+    fs::current_path(folders.program.toStdString(), ignored);
+
+    settings.WriteSettingString(kSharedSection, QStringLiteral("CurrentDir"), folders.program);
+    settings.WriteSettingString(kSettingsSection, QStringLiteral("CurrentDir"), folders.program);
+    const struct {
+        const QString& folder;
+        const char* name;
+    } written[] = {{folders.patterns, "PatternDir"},       {folders.presets, "PresetDir"},
+                   {folders.instruments, "InstrumentDir"}, {folders.programs, "ProgramDir"},
+                   {folders.pluginEffects, "EffectDir"},   {folders.pluginInstruments, "PluginDir"}};
+    for (const auto& entry : written) {
+        MakeFolder(entry.folder);
+        settings.WriteSettingString(kSettingsSection, QLatin1String(entry.name), entry.folder);
+    }
+    MakeFolder(folders.backups);
+    return names;
+}
+
+}  // namespace quib
