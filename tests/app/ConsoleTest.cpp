@@ -23,7 +23,8 @@ class ConsoleTest : public AppTest {
 protected:
     ConsoleTest() {
         QString error;
-        EXPECT_TRUE(workstation->LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
+        EXPECT_TRUE(
+            workstation->Session().LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
         EXPECT_TRUE(workstation->OpenOutput(QLatin1String(CSilentOutput::kName)));
         console = std::make_unique<CWinControlMain>(noSettings, *workstation, Actions());
         console->resize(1366, 728);
@@ -36,7 +37,7 @@ protected:
         actions.pluginNames = [](SlotKind) { return QStringList{QStringLiteral("QUIB synth")}; };
         actions.addInstrument = [this](const QString& name) {
             QString error;
-            workstation->AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
+            workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
         };
         return actions;
     }
@@ -65,7 +66,7 @@ protected:
 };
 
 TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
-    workstation->Play();
+    workstation->Transport().Play();
     const std::vector<QPoint> points = Points();
     EXPECT_GT(points.size(), 80U);
     for (const QPoint& point : points) {
@@ -76,11 +77,11 @@ TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
             QTest::qWait(25);
         }
     }
-    EXPECT_GT(workstation->Undo().count(), 20) << "the clicks were steps of undo";
-    while (workstation->Undo().canUndo()) workstation->Undo().undo();
+    EXPECT_GT(workstation->Changes().Steps().count(), 20) << "the clicks were steps of undo";
+    while (workstation->Changes().Steps().canUndo()) workstation->Changes().Steps().undo();
     QTest::qWait(50);
-    EXPECT_EQ(workstation->Instruments().size(), 10U);
-    workstation->NewProject();
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 10U);
+    workstation->Session().NewProject();
     QTest::qWait(50);
     EXPECT_EQ(console->Strip(0), nullptr);
 }

@@ -44,13 +44,15 @@ public:
 
     CInstrument& Instrument() const noexcept { return *instrument; }
     // Its place in the list, which may have changed since the strip was made.
-    int Index() const { return context.station.IndexOf(instrument->Id()); }
+    int Index() const { return context.station.Stack().IndexOf(instrument->Id()); }
     // Builds the controls for this width, and its height for what is shown of it.
     void Rebuild(int newWidth);
     // False when the keyboard or the body has been shown or hidden since.
     bool IsHeightRight() const;
     // Takes over names, plug-ins and notes.
     void ShowContent();
+    // Draws the cells of the patterns anew.
+    void PatternsChanged();
     // With each tick, while the strip is on the screen; null when the engine does not play it.
     void Follow(const InstrumentPicture* picture);
 
@@ -113,6 +115,7 @@ private:
     CSwitchCtrl* solo = nullptr;
     CPresetSelectorCtrl* presets = nullptr;
     // Null while the strip is collapsed.
+    CPatternSelCtrl* cells = nullptr;
     CStepLedCtrl* leds = nullptr;
     CSwitchSelectorCtrl* modes = nullptr;
     CLabelMenuCtrl* steps = nullptr;

@@ -49,8 +49,8 @@ void CInstrumentStripCtrl::AddMixer() {
 }
 
 void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
-    auto& cells = AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
-    cells.infoString = 127;
+    cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
+    cells->infoString = 127;
     leds = &AddChild<CStepLedCtrl>(0U, left, 60, 16 * cellWidth - 1, 9, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
@@ -72,7 +72,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     modes->section = ESection::kPattern;
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
-        context.station.SetStepNumberMode(Index(), static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
+        context.station.Contents().SetStepNumberMode(Index(),
+                                                     static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
     };
     auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
     label.textColour = Palette().Colour(QStringLiteral("textMuted"));
@@ -113,21 +114,10 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     filter->infoString = 485;
     for (std::size_t band = 0; band < bands.size(); ++band)
         filter->defaults[band] = {kDefaultEqFreq[band], kDefaultEqQ, 0};
-    CWorkstation& station = context.station;
-    filter->sampleRate = [&station] { return station.Audio().Format().sampleRate; };
-    filter->onBandChange = [&station, &strip](int band) {
-        station.ValueMoved(strip.eqFreq[static_cast<std::size_t>(band)]);
-    };
-    filter->onBandGesture = [&station, &strip](int band, const CFilterCtrl::BandState& before) {
-        const auto index = static_cast<std::size_t>(band);
-        station.Undo().beginMacro(Text("Equaliser"));
-        const auto tell = [&station](CValue& moved, float old) {
-            if (moved.Get() != old) station.ValueEdited(moved, old, moved.Get(), Text("Equaliser"));
-        };
-        tell(strip.eqFreq[index], before.frequency);
-        tell(strip.eqQ[index], before.resonance);
-        tell(strip.eqGain[index], before.gain);
-        station.Undo().endMacro();
+    filter->sampleRate = [&station = context.station] { return station.Audio().Format().sampleRate; };
+    filter->onBandChange = [this](int band) { context.station.Stack().FollowEqualizer(instrument, band); };
+    filter->onBandGesture = [this](int band, const CFilterCtrl::BandState& before) {
+        context.station.Stack().EqualizerEdited(instrument, band, {before.frequency, before.resonance, before.gain});
     };
 }
 
@@ -172,7 +162,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         edit.section = ESection::kEffects;
         edit.infoString = 451;
         edit.onChange = [this, slot](CControl&) {
-            const auto held = context.station.Slot(slot);
+            const auto held = context.station.Places().Slot(slot);
             if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
             PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };
