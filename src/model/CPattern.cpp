@@ -33,4 +33,11 @@ std::span<const std::uint32_t> CPattern::NotesOfStep(int step) const noexcept {
     return {first, last};
 }
 
+std::span<const std::uint32_t> CPattern::NotesByStart() const noexcept {
+    const auto first = std::partition_point(order.begin(), order.end(), [this](std::uint32_t index) {
+        return StepOfPosition(notes[index].position) < 0;
+    });
+    return {first, order.end()};
+}
+
 }  // namespace quib

@@ -34,7 +34,7 @@ public:
     int KeyOfRow(int row) const noexcept;
     // The row of `key`, or of the next lower key shown (0 when there is none).
     int RowOfKey(int key) const noexcept;
-    bool IsShown(int key) const noexcept { return keys.test(static_cast<std::size_t>(key)); }
+    bool IsShown(int key) const noexcept;
 
     friend bool operator==(const CKeyRows&, const CKeyRows&) = default;
 

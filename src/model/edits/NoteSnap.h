@@ -2,7 +2,7 @@
 #pragma once
 
 // Positions on a grid. Files keep four decimals, so what lies that near to a line lies on it. Grids
-// are in steps and double, which keeps triplets exact; one that is not above 0 snaps nothing.
+// are in steps and double, which keeps triplets exact; one that is not finite and above 0 snaps nothing.
 
 namespace quib {
 
