@@ -25,7 +25,10 @@ constexpr int kDragDistance = 4;  // pixels before a press becomes a drag
 
 CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<CInstrument> shown,
                                            const ConsoleContext& consoleContext, int newWidth)
-    : CControl(window, 0, 0, 0, newWidth, 0), context(consoleContext), instrument(std::move(shown)) {
+    : CControl(window, 0, 0, 0, newWidth, 0),
+      context(consoleContext),
+      instrument(std::move(shown)),
+      stepGestures(context.station, instrument) {
     context.owner = instrument;
     onAlternativeClick = [this](CControl&) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillInstrumentMenu(menu, context, instrument->Id(), &Owner()); });
@@ -117,9 +120,7 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
     const float soloNow = context.station.Stack().IsSolo(Index()) ? 1.0F : 0.0F;
     if (soloNow != soloShown.Get()) solo->SetValueAndUpdate(false, true, soloNow);
     if (leds == nullptr) return;
-    const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
-    const auto pattern =
-        instrument->patterns[static_cast<std::size_t>(std::clamp(shown, 0, kPatternCount - 1))].ForEdit();
+    const auto pattern = instrument->patterns[static_cast<std::size_t>(ShownPattern())].ForEdit();
     if (pattern != shownPattern) {
         shownPattern = pattern;
         leds->SetStepCount(pattern->LoopLength());
@@ -168,6 +169,11 @@ void CInstrumentStripCtrl::OnLButtonUp(int /*px*/, int py, int /*button*/) {
 }
 
 void CInstrumentStripCtrl::OnMouseLeave() { Owner().unsetCursor(); }
+
+int CInstrumentStripCtrl::ShownPattern() const {
+    const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
+    return std::clamp(shown, 0, kPatternCount - 1);
+}
 
 // --- Patterns -------------------------------------------------------------------------------------------------
 

@@ -4,6 +4,7 @@
 // The console's strip of one instrument: a container that builds the controls of its header, mixer,
 // patterns, equaliser and effects, with the keyboard below when it is shown. User-interface thread.
 
+#include "app/console/CStepGestures.h"
 #include "app/console/ConsoleParts.h"
 #include "controls/CControl.h"
 #include "controls/CPatternSelCtrl.h"
@@ -78,6 +79,11 @@ private:
     void AddInserts(int left, int room);
     void AddKeyboard();
     void FillSteps(QMenu& menu);
+    void FillStepMenu(QMenu& menu, int step);
+    // Velocity of the loudest note that begins in a step; -1 none.
+    int LoudnessOf(int step) const;
+    // The pattern that plays, else the selected one.
+    int ShownPattern() const;
     void SetSteps(int steps);
     void ToggleCollapsed();
     QRgb Ground() const;
@@ -86,6 +92,7 @@ private:
 
     ConsoleContext context;
     std::shared_ptr<CInstrument> instrument;
+    CStepGestures stepGestures;
     CLevelTables tables;
     bool collapsed = false;
     bool withKeyboard = false;

@@ -51,15 +51,60 @@ void CInstrumentStripCtrl::AddMixer() {
 void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
     cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
     cells->infoString = 127;
-    leds = &AddChild<CStepLedCtrl>(0U, left, 60, 16 * cellWidth - 1, 9, Ground());
+    leds = &AddChild<CStepLedCtrl>(0U, left, 59, 16 * cellWidth - 1, 13, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
     leds->playingStep = [this] { return playingStep; };
-    leds->isUsed = [this](int step) { return shownPattern && !shownPattern->NotesOfStep(step).empty(); };
-    leds->onStep = [this](int step) {
+    leds->loudness = [this](int step) { return LoudnessOf(step); };
+    leds->onRestart = [this](int step) {
         context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
     };
+    leds->onPress = [this](int step) { stepGestures.Press(ShownPattern(), step); };
+    leds->onDrag = [this](int step, int up) { stepGestures.Drag(step, up); };
+    leds->onRelease = [this] { stepGestures.Release(); };
+    leds->onCancel = [this] { stepGestures.Cancel(); };
+    leds->onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { FillStepMenu(menu, leds->HoveredStep()); });
+    };
     AddStepControls(left);
+}
+
+int CInstrumentStripCtrl::LoudnessOf(int step) const {
+    int loudest = -1;
+    if (!shownPattern) return loudest;
+    for (const std::uint32_t note : shownPattern->NotesOfStep(step)) {
+        loudest = std::max(loudest, shownPattern->Notes()[note].velocity);
+    }
+    return std::min(loudest, 127);
+}
+
+void CInstrumentStripCtrl::FillStepMenu(QMenu& menu, int step) {
+    const int pattern = ShownPattern();
+    const auto notes = shownPattern ? shownPattern->NotesOfStep(step) : std::span<const std::uint32_t>();
+    menu.addSection(Text("Step %1").arg(step + 1));
+    if (!notes.empty()) {
+        const Note first = shownPattern->Notes()[notes.front()];
+        const auto ask = [this](const char* text, double now, double least, double most, int decimals, auto set) {
+            bool accepted = false;
+            const double typed =
+                QInputDialog::getDouble(&Owner(), Text(text), Text(text), now, least, most, decimals, &accepted);
+            if (accepted) set(typed);
+        };
+        menu.addAction(Text("Velocity ..."), [this, pattern, step, first, ask] {
+            ask("Velocity", first.velocity, 0, 127, 0,
+                [&](double wanted) { stepGestures.SetVelocity(pattern, step, static_cast<int>(wanted)); });
+        });
+        menu.addAction(Text("Length ..."), [this, pattern, step, first, ask] {
+            ask("Length (steps)", static_cast<double>(first.length), 0.0625, 4096, 4,
+                [&](double wanted) { stepGestures.SetLength(pattern, step, static_cast<float>(wanted)); });
+        });
+        menu.addAction(Text("Clear step"), [this, pattern, step] { stepGestures.Clear(pattern, step); });
+    }
+    if (!context.actions.hasTool || !context.actions.hasTool(ETool::kPianoRoll)) return;
+    menu.addAction(Text("Open in the piano roll"), [this] {
+        context.station.Selection().SetCurrent(Index());
+        context.actions.openTool(ETool::kPianoRoll);
+    });
 }
 
 void CInstrumentStripCtrl::AddStepControls(int left) {
