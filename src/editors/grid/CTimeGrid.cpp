@@ -49,9 +49,7 @@ bool CTimeGrid::SetStepWidth(int pixels, int anchor) noexcept {
     return true;
 }
 
-float CTimeGrid::SnapDown(double step) const noexcept {
-    return quib::SnapDown(static_cast<float>(step), SnapSteps());
-}
+float CTimeGrid::SnapDown(double step) const noexcept { return quib::SnapDown(static_cast<float>(step), SnapSteps()); }
 
 float CTimeGrid::SnapNearest(double step) const noexcept {
     return quib::SnapNearest(static_cast<float>(step), SnapSteps());

@@ -171,7 +171,8 @@ void CPianoRollGestures::AddNoteAt(int x, int y) {
     // A hit of a drum is as long as its cell, whatever its note says.
     const bool isDrums = view.IsDrums();
     if (!isDrums && edit.Index().IsCellCovered(cell, raster, key)) return;
-    if (isDrums && view.NoteAt(edit.Index(), static_cast<int>(std::lround(view.XOf(static_cast<double>(cell)))), y)) return;
+    if (isDrums && view.NoteAt(edit.Index(), static_cast<int>(std::lround(view.XOf(static_cast<double>(cell)))), y))
+        return;
     mode = EMode::kFresh;
     anchor = {cell, NewLength(), key, options.velocity};
     edit.Begin();
@@ -230,7 +231,7 @@ void CPianoRollGestures::Drag(int x, int y) {
     const std::vector<Note>& notes = edit.State().Notes();
     // Copies and a fresh note stand at the end of the list.
     std::size_t shown = mode == EMode::kFresh ? notes.size() - 1 : *hit;
-    if (mode == EMode::kMove && copyByKey && !resizeByKey) {
+    if (notes.size() > edit.Start().Notes().size() && mode != EMode::kFresh) {
         const NoteSelection& taken = edit.Start().selection;
         const auto place = std::lower_bound(taken.begin(), taken.end(), *hit) - taken.begin();
         shown = notes.size() - taken.size() + static_cast<std::size_t>(place);
@@ -361,7 +362,9 @@ void CPianoRollGestures::DoubleClick(int x, int y) {
 
 void CPianoRollGestures::Wheel(const WheelTurn& turn) {
     if (IsDragging()) return;
-    if (turn.alt) return ChangeVelocityAt(turn.x, turn.y, static_cast<int>(std::lround(turn.notches * kVelocityNotch)));
+    if (turn.alt)
+        return ChangeVelocityAt(turn.x, turn.y,
+                                static_cast<int>(std::lround(turn.notches * static_cast<float>(kVelocityNotch))));
     CTimeGrid& time = view.time;
     bool changed = false;
     if (turn.control) {
@@ -374,10 +377,13 @@ void CPianoRollGestures::Wheel(const WheelTurn& turn) {
         }
     } else if (turn.shift) {
         const double steps = kWheelBeats * time.meter.StepsPerBeat();
-        changed = time.ScrollTo(time.Scroll() - static_cast<int>(std::lround(turn.notches * steps * time.StepWidth())));
+        changed =
+            time.ScrollTo(time.Scroll() -
+                          static_cast<int>(std::lround(static_cast<double>(turn.notches) * steps * time.StepWidth())));
     } else {
-        changed = view.ScrollKeysTo(view.KeyScroll() -
-                                    static_cast<int>(std::lround(turn.notches * kWheelRows * view.RowHeight())));
+        changed = view.ScrollKeysTo(
+            view.KeyScroll() -
+            static_cast<int>(std::lround(turn.notches * static_cast<float>(kWheelRows * view.RowHeight()))));
     }
     if (changed) surface.ViewMoved();
 }
@@ -429,7 +435,8 @@ void CPianoRollGestures::Sound(int key, int velocity) {
 }
 
 ERollCursor CPianoRollGestures::CursorAt(int x, int y) const {
-    if (!IsInGrid(x, y)) return LimitAt(x, y) != 0 || y >= PianoRollView::kHeaderHeight ? ERollCursor::kHand : ERollCursor::kArrow;
+    if (!IsInGrid(x, y))
+        return LimitAt(x, y) != 0 || y >= PianoRollView::kHeaderHeight ? ERollCursor::kHand : ERollCursor::kArrow;
     const std::optional<std::uint32_t> note = view.NoteAt(edit.Index(), x, y);
     if (!note) return ERollCursor::kArrow;
     return IsOverEnd(*note, x) ? ERollCursor::kResize : ERollCursor::kHand;

@@ -159,7 +159,10 @@ void CPianoRollKeys::Silence() {
 
 void CPianoRollKeys::Walk(bool back) {
     edit.Settle();
-    const std::span<const std::uint32_t> order = edit.Index().DrawingOrder();
+    NoteSelection order;
+    for (const std::uint32_t index : edit.State().pattern->NotesByStart()) {
+        if (IsPlayable(edit.State().Notes()[index])) order.push_back(index);
+    }
     if (order.empty()) return;
     const NoteSelection& selection = edit.State().selection;
     std::size_t next = back ? order.size() - 1 : 0;

@@ -9,14 +9,14 @@
 namespace quib {
 
 int CVelocityGestures::VelocityAt(int y) const noexcept {
-    const double room = std::max(1, height - 2 * kMargin);
-    const double share = 1 - (y - kMargin) / room;
+    const double room = std::max(1, height - kHead - kFoot);
+    const double share = 1 - (y - kHead) / room;
     return std::clamp(static_cast<int>(std::lround(share * kHighestVelocity)), 0, kHighestVelocity);
 }
 
 double CVelocityGestures::YOf(int velocity) const noexcept {
-    const double room = std::max(1, height - 2 * kMargin);
-    return kMargin + room * (1 - static_cast<double>(velocity) / kHighestVelocity);
+    const double room = std::max(1, height - kHead - kFoot);
+    return kHead + room * (1 - static_cast<double>(velocity) / kHighestVelocity);
 }
 
 std::optional<std::uint32_t> CVelocityGestures::BarAt(int x) const {

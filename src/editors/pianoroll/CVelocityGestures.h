@@ -13,7 +13,8 @@ namespace quib {
 class CVelocityGestures {
 public:
     static constexpr int kBarWidth = 8;
-    static constexpr int kMargin = 2;  // above 127 and below 0, pixels
+    static constexpr int kHead = 8;  // pixels above 127
+    static constexpr int kFoot = 2;  // pixels below 0
 
     CVelocityGestures(CPianoRollEdit& edited, const PianoRollView& shown) : edit(edited), view(shown) {}
 

@@ -84,10 +84,11 @@ std::optional<std::uint32_t> PianoRollView::NoteAt(const CNoteIndex& index, int 
     const auto step = static_cast<float>(StepAt(x + 0.5));
     const int key = KeyAt(y);
     std::optional<std::uint32_t> found;
-    index.VisitRange(std::max(0.0F, step - 1), step + LeastLength(), LeastLength(), [&](std::uint32_t note, const Note& candidate) {
-        const float place = step - candidate.position;
-        if (candidate.key == key && place >= 0 && place < ShownLength(candidate)) found = note;
-    });
+    index.VisitRange(std::max(0.0F, step - 1), step + LeastLength(), LeastLength(),
+                     [&](std::uint32_t note, const Note& candidate) {
+                         const float place = step - candidate.position;
+                         if (candidate.key == key && place >= 0 && place < ShownLength(candidate)) found = note;
+                     });
     return found;
 }
 

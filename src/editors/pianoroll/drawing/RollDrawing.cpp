@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/pianoroll/drawing/RollDrawing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quib {
+
+void RollDrawing::Frame(double left, double top, double width, double height, double line, QRgb colour) const {
+    const double side = std::min({line, width / 2, height / 2});
+    Fill(left, top, width, side, colour);
+    Fill(left, top + height - side, width, side, colour);
+    Fill(left, top, side, height, colour);
+    Fill(left + width - side, top, side, height, colour);
+}
+
+void RollDrawing::DashedFrame(double left, double top, double width, double height, int dash, int gap,
+                              QRgb colour) const {
+    for (double along = 0; along < width; along += dash + gap) {
+        const double length = std::min<double>(dash, width - along);
+        Fill(left + along, top, length, 1, colour);
+        Fill(left + along, top + height - 1, length, 1, colour);
+    }
+    for (double along = 0; along < height; along += dash + gap) {
+        const double length = std::min<double>(dash, height - along);
+        Fill(left, top + along, 1, length, colour);
+        Fill(left + width - 1, top + along, 1, length, colour);
+    }
+}
+
+void DrawPlayheadLine(const RollDrawing& drawing, double x, double top, double bottom) {
+    drawing.Fill(x - 1, top, 2, bottom - top, drawing.colours.transport);
+}
+
+void DrawPlayheadFlag(const RollDrawing& drawing, double x) {
+    const double left = drawing.origin.x() + x - 6;
+    const double top = drawing.origin.y() + 1;
+    const std::array<QPointF, 5> corners = {QPointF(left, top), QPointF(left + 12, top), QPointF(left + 12, top + 5),
+                                            QPointF(left + 6, top + 10), QPointF(left, top + 5)};
+    drawing.canvas.Polygon(corners, drawing.colours.transport);
+}
+
+}  // namespace quib
