@@ -44,8 +44,7 @@ NoteState EditEach(CNoteDraft&& draft, const NoteSelection& notes, Edit&& edit) 
 }
 
 template <class Edit>
-NoteState EditSelected(const NoteState& from, Edit&& edit) {
-    CNoteDraft draft(from);
+NoteState EditSelected(CNoteDraft&& draft, Edit&& edit) {
     const NoteSelection notes = draft.Selection();
     return EditEach(std::move(draft), notes, edit);
 }
@@ -102,7 +101,8 @@ NoteState RemoveSelected(const NoteState& from) { return RemoveNotes(from, from.
 NoteState MoveNotes(const NoteState& from, float steps, int keys) {
     CNoteDraft draft(from);
     if (draft.Selection().empty()) return from;
-    return EditSelected(from, LimitedMove(draft.All(draft.Selection()), steps, keys));
+    const BlockMove move = LimitedMove(draft.All(draft.Selection()), steps, keys);
+    return EditSelected(std::move(draft), move);
 }
 
 NoteState MoveCopies(const NoteState& from, float steps, int keys) {
@@ -125,7 +125,7 @@ NoteState TransposeNotes(const NoteState& from, int keys) {
 }
 
 NoteState ResizeNotes(const NoteState& from, float steps, float minimum) {
-    return EditSelected(from, [=](Note note) {
+    return EditSelected(CNoteDraft(from), [=](Note note) {
         const float least = std::min(note.length, std::max(minimum, kPositionTolerance));
         note.length = std::max(least, note.length + steps);
         return note;
@@ -133,19 +133,19 @@ NoteState ResizeNotes(const NoteState& from, float steps, float minimum) {
 }
 
 NoteState SetNoteLength(const NoteState& from, float length) {
-    return EditSelected(from, [=](Note note) {
+    return EditSelected(CNoteDraft(from), [=](Note note) {
         note.length = length;
         return note;
     });
 }
 
 NoteState SetVelocity(const NoteState& from, int velocity) {
-    return EditSelected(from, WithVelocity([=](const Note&) { return velocity; }));
+    return EditSelected(CNoteDraft(from), WithVelocity([=](const Note&) { return velocity; }));
 }
 
 NoteState ShiftVelocity(const NoteState& from, int change) {
     change = std::clamp(change, -kHighestVelocity, kHighestVelocity);
-    return EditSelected(from, WithVelocity([=](const Note& note) { return note.velocity + change; }));
+    return EditSelected(CNoteDraft(from), WithVelocity([=](const Note& note) { return note.velocity + change; }));
 }
 
 NoteState RampVelocity(const NoteState& from, int first, int last) {
@@ -155,7 +155,8 @@ NoteState RampVelocity(const NoteState& from, int first, int last) {
     const auto [start, end] = std::minmax_element(notes.begin(), notes.end(),
                                                   [](const Note& a, const Note& b) { return a.position < b.position; });
     const VelocityStroke ramp{start->position, first, end->position, last};
-    return EditSelected(from, WithVelocity([&](const Note& note) { return VelocityAt(ramp, note.position); }));
+    return EditSelected(std::move(draft),
+                        WithVelocity([&](const Note& note) { return VelocityAt(ramp, note.position); }));
 }
 
 NoteState PaintVelocity(const NoteState& from, const VelocityStroke& stroke) {

@@ -6,7 +6,8 @@
 
 namespace quib {
 
-constexpr float kPositionTolerance = 0.0001F;  // steps
+// In steps: an end is the sum of two rounded numbers, so one of the last decimal and a little.
+constexpr float kPositionTolerance = 0.00015F;
 
 // Equal within the tolerance, or within the precision of far positions.
 bool IsSamePosition(float a, float b) noexcept;
