@@ -3,6 +3,8 @@
 
 // A document for piano rolls that keeps every step, and writes down what it is told.
 
+#include <gtest/gtest.h>
+
 #include <map>
 #include <string>
 #include <vector>

@@ -13,6 +13,7 @@ constexpr int kLeastNamedRow = 10;  // pixels
 constexpr double kHead = 2;         // pixels of a note's start in full colour
 constexpr double kFrame = 2;
 constexpr double kNameMargin = 3;
+constexpr double kNameEnd = 1;
 constexpr int kHitInset = 2;
 constexpr int kHitHeight = 19;
 constexpr float kHitGround = 0.26F;
@@ -71,7 +72,8 @@ void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const 
     const QRgb frame = drawing.colours.white;
     if (note.velocity <= 0) {
         drawing.Frame(box.left, box.top, width, height, look.selected ? kFrame : 1, look.selected ? frame : look.edge);
-        return DrawName(drawing, note, look, box.left);
+        if (!look.selected) DrawName(drawing, note, look, box.left);
+        return;
     }
     drawing.Fill(box.left, box.top, width, height, look.body);
     drawing.Fill(box.left, box.top, std::min(kHead, width), height, look.edge);
@@ -94,7 +96,7 @@ void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const 
     if (drawing.view.RowHeight() < kLeastNamedRow) return;
     const CNoteNames::Name& name = names.Of(note.key, drawing.canvas.Scale());
     const double left = from + kHead + kNameMargin;
-    if (left + name.width + kNameMargin > look.box.right) return;
+    if (left + name.width + kNameEnd > look.box.right) return;
     const double top = (look.box.top + look.box.bottom - (CNoteNames::kHeight + 2)) / 2;
     const QRgb colour = note.velocity <= 0 ? look.edge : drawing.colours.TextOn(look.body);
     drawing.canvas.Mask(name.mask, drawing.origin.x() + left, drawing.origin.y() + top, colour);
