@@ -340,7 +340,7 @@ void CPianoRollCtrlEx::OnMouseWheel(int px, int py, std::uint32_t word) {
 }
 
 void CPianoRollCtrlEx::OnMouseLeave() {
-    TrackHover(-1, 0);
+    wantedHover = {};
     keys.MouseAt(-1, -1);
     SetCursor(ERollCursor::kArrow);
 }
@@ -375,21 +375,16 @@ void CPianoRollCtrlEx::TrackHover(int left, int top) {
     }
     // What lights a note changes nothing else.
     if (next.note) next.row = 0;
-    if (next == hover) {
-        wantedHover = next;
-        return;
-    }
     wantedHover = next;
-    const QRect lit = HoverPart();
-    if (lit.isEmpty()) return LightHover();
-    // One at a time: first what is dark again, with the next tick what is lit.
-    hover = {};
-    DrawPart(lit);
+    LightHover();
 }
 
+// One at a time: first what is dark again, with the next tick what is lit.
 void CPianoRollCtrlEx::LightHover() {
-    hover = wantedHover;
-    DrawPart(HoverPart());
+    if (hover == wantedHover) return;
+    const QRect lit = HoverPart();
+    hover = lit.isEmpty() ? wantedHover : Hover();
+    DrawPart(lit.isEmpty() ? HoverPart() : lit);
 }
 
 std::uint64_t CPianoRollCtrlEx::SoundingHash() const {
@@ -404,7 +399,7 @@ std::uint64_t CPianoRollCtrlEx::SoundingHash() const {
 void CPianoRollCtrlEx::Tick() {
     if (edit.Pending() != nullptr && ++pendingTicks > kPendingTicks) edit.Settle();
     if (!IsShown()) return;
-    if (hover != wantedHover) LightHover();
+    LightHover();
     const std::uint64_t sounding = SoundingHash();
     if (sounding == drawnSounding) return;
     drawnSounding = sounding;
