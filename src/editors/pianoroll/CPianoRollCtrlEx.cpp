@@ -35,8 +35,9 @@ CPianoRollCtrlEx::CPianoRollCtrlEx(CWinControl& window, std::uint32_t number, in
 
 // --- Drawing ------------------------------------------------------------------------------------------
 
-RollDrawing CPianoRollCtrlEx::Drawing(const QRect& part) const {
-    return {Canvas(), view, options, colours, QPoint(X(), Y()), part, edit.State().pattern->StepCount()};
+RollDrawing CPianoRollCtrlEx::Drawing(const QRect& part) {
+    masks.SetScale(Canvas().Scale());
+    return {Canvas(), view, options, colours, masks, QPoint(X(), Y()), part, edit.State().pattern->StepCount()};
 }
 
 void CPianoRollCtrlEx::Draw() { Paint(QRect(0, 0, Width(), Height())); }

@@ -54,6 +54,7 @@ public:
 
     const RollColours& Colours() const noexcept { return colours; }
     CGridPainter& Ground() noexcept { return ground; }
+    CMasks& Masks() noexcept { return masks; }
 
     // For the lane and the status line.
     std::function<void(const NoteState& before)> onNotes;
@@ -74,7 +75,7 @@ private:
     void MarksChanged() override;
     void ShowNote(const Note* note) override;
 
-    RollDrawing Drawing(const QRect& part) const;
+    RollDrawing Drawing(const QRect& part);
     void DrawPart(const QRect& part);
     void Paint(const QRect& part);
     void PaintGrid(const RollDrawing& drawing);
@@ -99,6 +100,7 @@ private:
     RollColours colours;
     CGridPainter ground;
     CNotePainter notes;
+    CMasks masks;
     KeySet usedKeys;
     QString lengthFormat = QStringLiteral("%1 steps");
     double playhead = -1;

@@ -7,15 +7,15 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
-#include "editors/pianoroll/drawing/HeaderPainter.h"
 #include "model/edits/NoteEdits.h"
 
 namespace quib {
 
 namespace {
-constexpr int kBarInset = 2;  // from the line of the step
+constexpr int kGhostInset = 12;
 constexpr int kGhostWidth = 4;
-constexpr int kNumberWidth = 24;  // beside a bar under the mouse
+constexpr double kBar = CVelocityGestures::kBarWidth;
+constexpr int kNumberWidth = 18;  // beside a bar under the mouse
 constexpr int kWheelNotch = 4;
 constexpr int kSilentHeight = 5;  // of the frame that stands for no velocity
 }  // namespace
@@ -36,9 +36,10 @@ CVelocityLaneCtrl::CVelocityLaneCtrl(CWinControl& window, std::uint32_t number, 
 
 // --- Drawing ------------------------------------------------------------------------------------------
 
-RollDrawing CVelocityLaneCtrl::Drawing(const QRect& part) const {
-    return {
-        Canvas(), roll.view, roll.options, roll.Colours(), QPoint(X(), Y()), part, roll.State().pattern->StepCount()};
+RollDrawing CVelocityLaneCtrl::Drawing(const QRect& part) {
+    roll.Masks().SetScale(Canvas().Scale());
+    return {Canvas(),     roll.view,        roll.options, roll.Colours(),
+            roll.Masks(), QPoint(X(), Y()), part,         roll.State().pattern->StepCount()};
 }
 
 void CVelocityLaneCtrl::Draw() { Paint(QRect(0, 0, Width(), Height())); }
@@ -63,7 +64,6 @@ void CVelocityLaneCtrl::Paint(const QRect& part) {
         drawing.Fill(left, std::floor(gestures.YOf(velocity)), Width() - left, 1, roll.Colours().gridBeat);
     }
     PaintBars(drawing);
-    DrawPatternEnd(drawing, PianoRollView::kHeaderHeight, PianoRollView::kHeaderHeight);
     const double end = drawing.EndX();
     if (end >= left) drawing.Fill(end, 0, 2, Height(), roll.Colours().pattern);
     if (roll.Playhead() >= 0) DrawPlayheadLine(drawing, roll.view.XOf(roll.Playhead()), 0, Height());
@@ -75,58 +75,79 @@ void CVelocityLaneCtrl::PaintScale(const RollDrawing& drawing) const {
     drawing.Fill(0, 0, edge, Height(), roll.Colours().well);
     for (const int velocity : {kHighestVelocity, (kHighestVelocity + 1) / 2, 0}) {
         const double middle = std::clamp(gestures.YOf(velocity), 7.0, Height() - 7.0);
-        drawing.Text(0, middle - 7, edge - 7, 14, QString::number(velocity), roll.Colours().textMuted, 10,
-                     Qt::AlignRight | Qt::AlignVCenter);
+        drawing.TextTo(edge - 7, middle - 7, 14, QString::number(velocity), roll.Colours().textMuted, 10, false);
     }
 }
 
-void CVelocityLaneCtrl::PaintBars(const RollDrawing& drawing) const {
+template <class Visit>
+void CVelocityLaneCtrl::VisitBars(const RollDrawing& drawing, const Visit& visit) const {
     const PianoRollView& view = roll.view;
-    const int left = std::max(drawing.part.left(), view.GridLeft());
-    const auto from = static_cast<float>(view.StepAt(left - CVelocityGestures::kBarWidth - kBarInset - kNumberWidth));
+    const int reach = kBarInset + std::max(CVelocityGestures::kBarWidth, kGhostInset + kGhostWidth);
+    const auto from = static_cast<float>(view.StepAt(std::max(drawing.part.left(), view.GridLeft()) - reach));
     const auto to = static_cast<float>(view.StepAt(drawing.part.right() + 1));
-    const int only = GhostKey();
-    const auto visit = [&](const auto& draw, bool ghosts) {
-        roll.Edit().Index().VisitRange(from, to, 0, [&](std::uint32_t index, const Note& note) {
-            if (note.position < from || (only >= 0 && (note.key != only) != ghosts)) return;
-            draw(index, note);
-        });
-    };
-    if (only >= 0) {
-        visit(
-            [&](std::uint32_t /*index*/, const Note& note) {
-                const double top = std::floor(gestures.YOf(note.velocity));
-                drawing.Fill(view.XOf(static_cast<double>(note.position)) + 12, top, kGhostWidth,
-                             Height() - CVelocityGestures::kFoot - top, drawing.colours.ghost);
-            },
-            true);
-    }
-    visit([&](std::uint32_t index, const Note& note) { PaintBar(drawing, index, note); }, false);
+    roll.Edit().Index().VisitRange(from, to, 0, [&](std::uint32_t index, const Note& note) {
+        if (note.position >= from) visit(index, note);
+    });
 }
 
-void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, std::uint32_t index, const Note& note) const {
-    const RollColours& colours = roll.Colours();
-    const double left = roll.view.XOf(static_cast<double>(note.position)) + kBarInset;
-    const double foot = Height() - CVelocityGestures::kFoot;
-    constexpr double kWidth = CVelocityGestures::kBarWidth;
-    const bool selected = IsSelected(roll.State(), index);
-    const bool beyond = note.position >= static_cast<float>(drawing.stepCount);
-    const QRgb edge = beyond ? colours.Dimmed(colours.pattern) : colours.pattern;
-    if (note.velocity <= 0) {
-        drawing.Frame(left, foot - kSilentHeight, kWidth, kSilentHeight, 1, selected ? colours.white : edge);
-    } else {
-        const double top = std::min(std::floor(gestures.YOf(note.velocity)), foot - 2);
-        QRgb body = colours.OfVelocity(note.velocity);
-        if (beyond) body = colours.Dimmed(body);
-        if (hovered == index) body = colours.Hovered(body);
-        drawing.Fill(left, top, kWidth, foot - top, body);
-        drawing.Fill(left, top, kWidth, 2, edge);
-        if (selected) drawing.Frame(left, top, kWidth, foot - top, 2, colours.white);
+void CVelocityLaneCtrl::PaintGhosts(const RollDrawing& drawing) const {
+    VisitBars(drawing, [&](std::uint32_t /*index*/, const Note& note) {
+        if (note.key == GhostKey()) return;
+        const double top = std::floor(gestures.YOf(note.velocity));
+        drawing.Fill(roll.view.XOf(static_cast<double>(note.position)) + kGhostInset, top, kGhostWidth,
+                     Height() - CVelocityGestures::kFoot - top, drawing.colours.ghost);
+    });
+}
+
+// Bars at the same place stand in front of each other, the lower ones before the higher ones; of each the
+// part is drawn that is seen.
+void CVelocityLaneCtrl::PaintBars(const RollDrawing& drawing) const {
+    if (GhostKey() >= 0) PaintGhosts(drawing);
+    std::vector<Bar> bars;
+    VisitBars(drawing, [&](std::uint32_t index, const Note& note) {
+        if (GhostKey() < 0 || note.key == GhostKey()) bars.push_back({note.position, note.velocity, index});
+    });
+    for (auto first = bars.begin(); first != bars.end();) {
+        const auto last =
+            std::find_if(first, bars.end(), [&](const Bar& bar) { return bar.position != first->position; });
+        std::stable_sort(first, last, [](const Bar& a, const Bar& b) { return a.velocity > b.velocity; });
+        for (auto bar = first; bar != last; ++bar) {
+            const bool isCovered = bar + 1 != last && (bar + 1)->velocity == bar->velocity;
+            const double foot = Height() - CVelocityGestures::kFoot;
+            if (!isCovered)
+                PaintBar(drawing, *bar, bar + 1 == last ? foot : std::floor(gestures.YOf((bar + 1)->velocity)));
+        }
+        for (auto bar = first; bar != last; ++bar) PaintMarks(drawing, *bar);
+        first = last;
     }
-    if (hovered != index) return;
-    const double middle = std::clamp(gestures.YOf(note.velocity), 6.0, foot - 6);
-    drawing.Text(left + kWidth + 3, middle - 6, kNumberWidth, 12, QString::number(note.velocity), colours.text, 9,
-                 Qt::AlignLeft | Qt::AlignVCenter, true);
+}
+
+void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, const Bar& bar, double foot) const {
+    const RollColours& colours = roll.Colours();
+    const double left = BarLeft(bar.position);
+    const bool beyond = bar.position >= static_cast<float>(drawing.stepCount);
+    const QRgb edge = beyond ? colours.Dimmed(colours.pattern) : colours.pattern;
+    if (bar.velocity <= 0) return drawing.Frame(left, foot - kSilentHeight, kBar, kSilentHeight, 1, edge);
+    const double top = std::min(std::floor(gestures.YOf(bar.velocity)), foot - 2);
+    QRgb body = colours.OfVelocity(bar.velocity);
+    if (beyond) body = colours.Dimmed(body);
+    if (hovered == bar.note) body = colours.Hovered(body);
+    drawing.Fill(left, top, kBar, foot - top, body);
+    drawing.Fill(left, top, kBar, 2, edge);
+}
+
+// What stands before the bars: frame and number.
+void CVelocityLaneCtrl::PaintMarks(const RollDrawing& drawing, const Bar& bar) const {
+    const double left = BarLeft(bar.position);
+    const double foot = Height() - CVelocityGestures::kFoot;
+    if (IsSelected(roll.State(), bar.note)) {
+        const double tall =
+            bar.velocity <= 0 ? kSilentHeight : std::max(2.0, foot - std::floor(gestures.YOf(bar.velocity)));
+        drawing.Frame(left, foot - tall, kBar, tall, bar.velocity <= 0 ? 1 : 2, roll.Colours().white);
+    }
+    if (hovered != bar.note) return;
+    const double middle = std::clamp(gestures.YOf(bar.velocity), 6.0, foot - 6);
+    drawing.TextFrom(left + kBar + 3, middle - 6, 12, QString::number(bar.velocity), roll.Colours().text, 9, true);
 }
 
 // --- What is redrawn ----------------------------------------------------------------------------------
@@ -134,7 +155,7 @@ void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, std::uint32_t index
 QRect CVelocityLaneCtrl::BarPart(const Note& note) const {
     const double left = roll.view.XOf(static_cast<double>(note.position));
     if (left < -1000 || left > Width() + 1000) return {};
-    return {static_cast<int>(std::floor(left)), 0, CVelocityGestures::kBarWidth + kBarInset + kNumberWidth + 4,
+    return {static_cast<int>(std::floor(left)), 0, CVelocityGestures::kBarWidth + kBarInset + kNumberWidth + 3,
             Height()};
 }
 

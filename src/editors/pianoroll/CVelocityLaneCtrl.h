@@ -30,18 +30,32 @@ public:
     std::function<void()> onView;
 
 private:
-    RollDrawing Drawing(const QRect& part) const;
+    struct Bar {
+        float position = 0;
+        int velocity = 0;
+        std::uint32_t note = 0;
+    };
+
+    RollDrawing Drawing(const QRect& part);
     void DrawPart(const QRect& wanted);
     void Paint(const QRect& part);
     void PaintScale(const RollDrawing& drawing) const;
     void PaintBars(const RollDrawing& drawing) const;
-    void PaintBar(const RollDrawing& drawing, std::uint32_t index, const Note& note) const;
+    void PaintGhosts(const RollDrawing& drawing) const;
+    template <class Visit>
+    void VisitBars(const RollDrawing& drawing, const Visit& visit) const;
+    // Down to `foot`, where the next lower one begins.
+    void PaintBar(const RollDrawing& drawing, const Bar& bar, double foot) const;
+    void PaintMarks(const RollDrawing& drawing, const Bar& bar) const;
+    double BarLeft(float position) const noexcept { return roll.view.XOf(static_cast<double>(position)) + kBarInset; }
     void NotesChanged(const NoteState& before);
     void PlayheadMoved(double from, double to);
     int GhostKey() const noexcept { return roll.view.IsDrums() ? roll.options.focusedKey : -1; }
     void SetHovered(std::optional<std::uint32_t> note);
     QRect BarPart(const Note& note) const;
     void ShowBar(int px);
+
+    static constexpr int kBarInset = 2;  // from the line of the step
 
     CPianoRollCtrlEx& roll;
     CVelocityGestures gestures;

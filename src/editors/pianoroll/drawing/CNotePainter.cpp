@@ -42,7 +42,7 @@ void CNotePainter::VisitShown(const RollDrawing& drawing, const CNoteIndex& inde
 }
 
 void CNotePainter::Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-                        std::optional<std::uint32_t> hovered) {
+                        std::optional<std::uint32_t> hovered) const {
     const RollColours& colours = drawing.colours;
     const int rowHeight = drawing.view.RowHeight();
     VisitShown(drawing, index, [&](std::uint32_t number, const Note& note, const NoteBox& box) {
@@ -65,7 +65,7 @@ void CNotePainter::Draw(const RollDrawing& drawing, const CNoteIndex& index, con
     });
 }
 
-void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) {
+void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) const {
     const NoteBox& box = look.box;
     const double width = box.Width();
     const double height = box.bottom - box.top;
@@ -92,14 +92,13 @@ double CNotePainter::DrawSwing(const RollDrawing& drawing, const Note& note, con
     return left;
 }
 
-void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) {
+void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const {
     if (drawing.view.RowHeight() < kLeastNamedRow) return;
-    const CNoteNames::Name& name = names.Of(note.key, drawing.canvas.Scale());
+    const TextMask& name = drawing.masks.NoteName(note.key);
     const double left = from + kHead + kNameMargin;
     if (left + name.width + kNameEnd > look.box.right) return;
-    const double top = (look.box.top + look.box.bottom - (CNoteNames::kHeight + 2)) / 2;
     const QRgb colour = note.velocity <= 0 ? look.edge : drawing.colours.TextOn(look.body);
-    drawing.canvas.Mask(name.mask, drawing.origin.x() + left, drawing.origin.y() + top, colour);
+    drawing.Mask(name, left, look.box.top, look.box.bottom - look.box.top, colour);
 }
 
 void CNotePainter::DrawHit(const RollDrawing& drawing, const Note& note, const Look& look) const {

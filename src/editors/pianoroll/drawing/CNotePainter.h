@@ -5,7 +5,6 @@
 
 #include <optional>
 
-#include "editors/pianoroll/drawing/CNoteNames.h"
 #include "editors/pianoroll/drawing/RollDrawing.h"
 
 namespace quib {
@@ -14,7 +13,7 @@ class CNotePainter {
 public:
     // `hovered`: the note under the mouse.
     void Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-              std::optional<std::uint32_t> hovered);
+              std::optional<std::uint32_t> hovered) const;
     void DrawGhosts(const RollDrawing& drawing) const;
 
 private:
@@ -26,12 +25,10 @@ private:
     };
     template <class Visit>
     static void VisitShown(const RollDrawing& drawing, const CNoteIndex& index, Visit&& visit);
-    void DrawNote(const RollDrawing& drawing, const Note& note, const Look& look);
+    void DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) const;
     void DrawHit(const RollDrawing& drawing, const Note& note, const Look& look) const;
     double DrawSwing(const RollDrawing& drawing, const Note& note, const Look& look) const;
-    void DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from);
-
-    CNoteNames names;
+    void DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const;
 };
 
 }  // namespace quib

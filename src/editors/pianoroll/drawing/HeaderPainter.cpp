@@ -42,14 +42,13 @@ void DrawLine(const RollDrawing& drawing, const GridLine& line, bool isBeyond) {
     if (line.kind == ELine::kBar) {
         if (bar % LabelledBars(drawing) != 0) return drawing.Fill(x, kBeatTop, 1, kFoot - kBeatTop, colours.gridBeat);
         if (!isBeyond) drawing.Fill(x, kBarTop, 1, kFoot - kBarTop, colours.gridBar);
-        return drawing.Text(x + 5, 1, kWidestLabel, 20, QString::number(bar + 1),
-                            isBeyond ? colours.textMuted : colours.text, 13, Qt::AlignLeft | Qt::AlignVCenter, true);
+        return drawing.TextFrom(x + 5, 1, 20, QString::number(bar + 1), isBeyond ? colours.textMuted : colours.text, 13,
+                                true);
     }
     drawing.Fill(x, kBeatTop, 1, kFoot - kBeatTop, colours.gridBeat);
     const int beat = static_cast<int>((line.step - bar * meter.StepsPerBar()) / meter.StepsPerBeat());
     if (LabelledBeats(drawing) == 0) return;
-    drawing.Text(x + 4, 2, kWidestLabel, 20, QStringLiteral("%1.%2").arg(bar + 1).arg(beat + 1), colours.textMuted, 10,
-                 Qt::AlignLeft | Qt::AlignVCenter);
+    drawing.TextFrom(x + 4, 2, 20, QStringLiteral("%1.%2").arg(bar + 1).arg(beat + 1), colours.textMuted, 10, false);
 }
 
 }  // namespace
@@ -70,7 +69,7 @@ void DrawHeader(const RollDrawing& drawing, const QString& lengthText) {
     drawing.Fill(left, kHeight - kLengthBar, end - left, kLengthBar - 1, length);
     // Labels of what is scrolled away lie below this.
     drawing.Fill(0, 0, left, kFoot, colours.panel);
-    drawing.Text(8, 1, left - 12, 22, lengthText, colours.pattern, 11, Qt::AlignLeft | Qt::AlignVCenter, true);
+    drawing.TextFrom(8, 1, 22, lengthText, colours.pattern, 11, true);
 }
 
 void DrawPatternEnd(const RollDrawing& drawing, double top, double bottom) {

@@ -2,7 +2,6 @@
 #include "editors/pianoroll/drawing/RollDrawing.h"
 
 #include <algorithm>
-#include <array>
 
 namespace quib {
 
@@ -28,16 +27,24 @@ void RollDrawing::DashedFrame(double left, double top, double width, double heig
     }
 }
 
+void RollDrawing::TextFrom(double left, double top, double height, const QString& text, QRgb colour, int size,
+                           bool strong) const {
+    Mask(masks.Text(text, size, strong), left, top, height, colour);
+}
+
+void RollDrawing::TextTo(double right, double top, double height, const QString& text, QRgb colour, int size,
+                         bool strong) const {
+    const TextMask& mask = masks.Text(text, size, strong);
+    Mask(mask, right - mask.width, top, height, colour);
+}
+
 void DrawPlayheadLine(const RollDrawing& drawing, double x, double top, double bottom) {
     drawing.Fill(x - 1, top, 2, bottom - top, drawing.colours.transport);
 }
 
 void DrawPlayheadFlag(const RollDrawing& drawing, double x) {
-    const double left = drawing.origin.x() + x - 6;
-    const double top = drawing.origin.y() + 1;
-    const std::array<QPointF, 5> corners = {QPointF(left, top), QPointF(left + 12, top), QPointF(left + 12, top + 5),
-                                            QPointF(left + 6, top + 10), QPointF(left, top + 5)};
-    drawing.canvas.Polygon(corners, drawing.colours.transport);
+    drawing.canvas.Mask(drawing.masks.PlayheadFlag(), drawing.origin.x() + x - 6, drawing.origin.y() + 1,
+                        drawing.colours.transport);
 }
 
 }  // namespace quib

@@ -9,6 +9,7 @@
 #include "controls/CCanvas.h"
 #include "editors/pianoroll/PianoRollOptions.h"
 #include "editors/pianoroll/PianoRollView.h"
+#include "editors/pianoroll/drawing/CMasks.h"
 #include "editors/pianoroll/drawing/RollColours.h"
 
 namespace quib {
@@ -18,6 +19,7 @@ struct RollDrawing {
     const PianoRollView& view;
     const PianoRollOptions& options;
     const RollColours& colours;
+    CMasks& masks;
     QPoint origin;  // of the control in the window
     QRect part;     // of the control
     int stepCount;  // of the pattern
@@ -28,9 +30,12 @@ struct RollDrawing {
     // Inside the rectangle.
     void Frame(double left, double top, double width, double height, double line, QRgb colour) const;
     void DashedFrame(double left, double top, double width, double height, int dash, int gap, QRgb colour) const;
-    void Text(double left, double top, double width, double height, const QString& text, QRgb colour, int size,
-              Qt::Alignment alignment, bool strong = false) const {
-        canvas.Text({origin.x() + left, origin.y() + top, width, height}, text, colour, size, alignment, strong);
+    // From `left` on, or up to `right`; the letters in the middle of [top, top + height).
+    void TextFrom(double left, double top, double height, const QString& text, QRgb colour, int size,
+                  bool strong) const;
+    void TextTo(double right, double top, double height, const QString& text, QRgb colour, int size, bool strong) const;
+    void Mask(const TextMask& mask, double left, double top, double height, QRgb colour) const {
+        canvas.Mask(mask.image, origin.x() + left, origin.y() + top + (height - mask.height) / 2, colour);
     }
     bool Touches(double left, double right) const noexcept { return right >= part.left() && left <= part.right() + 1; }
     double EndX() const noexcept { return view.XOf(stepCount); }

@@ -59,8 +59,8 @@ void DrawKeyLabel(const RollDrawing& drawing, int key, int y, bool lit) {
     const int height = drawing.view.RowHeight();
     if (height < kLeastLabelledRow || (key % 12 != 0 && !lit)) return;
     const int right = IsBlackKey(key) ? kBlackLength - 4 : kStrip - 4;
-    drawing.Text(0, y - 1, right, height, QString::fromLatin1(NameOfKey(key).text), drawing.colours.ink, 9,
-                 Qt::AlignRight | Qt::AlignVCenter, true);
+    drawing.Mask(drawing.masks.NoteName(key), right - drawing.masks.NoteName(key).width, y - 1, height,
+                 drawing.colours.ink);
 }
 
 void DrawLimitMarks(const RollDrawing& drawing) {
@@ -93,9 +93,10 @@ void DrawDrumRow(const RollDrawing& drawing, int key, int y, bool used, bool lit
     }
     const std::string& name = drawing.options.rowNames[static_cast<std::size_t>(key)];
     const QString keyName = QString::fromLatin1(NameOfKey(key).text);
-    drawing.Text(22, y, left - 22 - 26, height - 1, name.empty() ? keyName : QString::fromStdString(name),
-                 used ? colours.text : colours.textMuted, 11, Qt::AlignLeft | Qt::AlignVCenter, used);
-    drawing.Text(left - 28, y, 24, height - 1, keyName, colours.textMuted, 9, Qt::AlignRight | Qt::AlignVCenter);
+    drawing.canvas.Text(QRectF(drawing.origin.x() + 22, drawing.origin.y() + y, left - 22 - 26, height - 1),
+                        name.empty() ? keyName : QString::fromStdString(name), used ? colours.text : colours.textMuted,
+                        11, Qt::AlignLeft | Qt::AlignVCenter, used);
+    drawing.TextTo(left - 4, y, height - 1, keyName, colours.textMuted, 9, false);
 }
 
 }  // namespace
