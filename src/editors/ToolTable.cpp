@@ -5,6 +5,7 @@
 #include <array>
 
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
+#include "editors/pianoroll/CWinControlPianoRoll.h"
 
 namespace quib {
 
@@ -16,7 +17,8 @@ std::unique_ptr<CToolWindow> Make(const ToolContext& context, const ToolRow& row
 }
 
 const std::array kRows = {
-    ToolRow{ETool::kPianoRoll, "PianoRoll", "Piano roll", {900, 600}, false, false, Qt::Key_F2, nullptr},
+    ToolRow{
+        ETool::kPianoRoll, "PianoRoll", "Piano roll", {900, 600}, false, false, Qt::Key_F2, Make<CWinControlPianoRoll>},
     ToolRow{ETool::kAutomation, "ParamEvent", "Automation", {900, 500}, false, false, Qt::Key_F3, nullptr},
     ToolRow{ETool::kArpeggiator,
             "Arpeggiator",
