@@ -246,7 +246,7 @@ private:
     void ForEachSlot(const std::function<void(const PluginSlot&, const SlotPlace&)>& visit) const;
     // Values
     Instrumented OwnerOf(const void* value) const;
-    std::function<void()> EqualizerFollows(const Instrumented& owner, const void* value);
+    std::function<void()> EqualizerFollows(const Instrumented& owner, const CValue* value);
     // Presets
     std::vector<std::int32_t> HeldKeysOf(const CInstrument& instrument);
     void SetPresets(const Instrumented& instrument, std::vector<Preset> next, const QString& name);

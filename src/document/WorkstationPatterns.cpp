@@ -189,15 +189,11 @@ std::shared_ptr<CInstrument> CWorkstation::OwnerOf(const void* value) const {
     return nullptr;
 }
 
-std::function<void()> CWorkstation::EqualizerFollows(const Instrumented& owner, const void* value) {
+std::function<void()> CWorkstation::EqualizerFollows(const Instrumented& owner, const CValue* value) {
     if (!owner) return {};
-    for (int band = 0; band < kEqBandCount; ++band) {
-        const auto index = static_cast<std::size_t>(band);
-        const ChannelStrip& strip = owner->strip;
-        if (value != &strip.eqFreq[index] && value != &strip.eqQ[index] && value != &strip.eqGain[index]) continue;
-        return [this, owner, band] { (void)UpdateEqualizer(*owner, band, audio.Format().sampleRate); };
-    }
-    return {};
+    const StripSetting* const setting = StripSettingOf(owner->strip, value);
+    if (setting == nullptr || setting->eqBand < 0) return {};
+    return [this, owner, band = setting->eqBand] { (void)UpdateEqualizer(*owner, band, audio.Format().sampleRate); };
 }
 
 void CWorkstation::ValueMoved(CValue& value) {
