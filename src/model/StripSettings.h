@@ -73,11 +73,11 @@ struct StripKeys {
     std::string_view otherPreset{};  // readers take it as well
 };
 
-// Where the records of a setting stand; in each part in the order of the table.
+// Where the records of a setting stand; in each part in the order of the table. In an instrument, those of an
+// insert stand with its plug-in and are not written without one.
 enum class StripPart : int {
-    Mixer,    // before the arpeggiator in an instrument, before the selected pattern in a preset
-    Insert1,  // with the plug-in of the insert, and only there, in an instrument; after the selected pattern in a
-              // preset
+    Mixer,    // before the selected pattern, in an instrument before the arpeggiator
+    Insert1,  // in a preset after the selected pattern
     Insert2,
     Effects,  // after the selected pattern
 };
@@ -105,7 +105,7 @@ constexpr StripRange kStripEqQ = {0, 1, 0.707F};
 // In the order of the records of a preset. The second side of the crossfader goes by the key of the first.
 // The bands begin at 100 Hz, 500 Hz and 2000 Hz, on the scale 20 Hz x 800^x.
 // clang-format off
-inline constexpr std::array<StripSetting, 26> kStripSettings = {{
+inline constexpr auto kStripSettings = std::to_array<StripSetting>({
     {"Level", {0, "Level", LaneKind::Level}, {0, 127, 73.67F},
      {"LEVEL", "PRESET_LEVEL"}, StripPart::Mixer, [](auto& s) { return &s.level; }},
     {"Pan", {1, "Pan", LaneKind::Continuous}, {-1, 1, 0},
@@ -158,7 +158,7 @@ inline constexpr std::array<StripSetting, 26> kStripSettings = {{
      {"EQ3_RES", "PRESET_EQ3_RES"}, StripPart::Effects, [](auto& s) { return &s.eqQ[2]; }, false, 2},
     {"Equaliser", {12, "HP Gain", LaneKind::Gain}, kStripEqGain,
      {"EQ3_GAIN", "PRESET_EQ3_GAIN"}, StripPart::Effects, [](auto& s) { return &s.eqGain[2]; }, false, 2},
-}};
+});
 // clang-format on
 
 // What a new strip has.

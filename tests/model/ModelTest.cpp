@@ -66,6 +66,20 @@ TEST(MixLanes, AValueReachesTheSettingOfItsLaneWithinItsRange) {
     EXPECT_FALSE(MixValueOf(24, 1.0F)) << "named, but no lane";
 }
 
+TEST(ChannelStrip, AResetLeavesTheSwitchesOfEqualiserAndInsertsAlone) {
+    ChannelStrip old;
+    StripValues all;
+    for (const StripSetting& setting : kStripSettings) setting.member(all) = setting.range.maximum;
+    SetValues(old, all);
+    ChannelStrip fresh;
+    KeepThroughReset(fresh, old);
+    EXPECT_TRUE(fresh.eqOn.IsOn() && fresh.insertOn[0].IsOn() && fresh.insertOn[1].IsOn());
+    fresh.eqOn.Set(0);
+    for (CValue& on : fresh.insertOn) on.Set(0);
+    const StripValues left = ValuesOf(fresh);
+    for (const StripSetting& setting : kStripSettings) EXPECT_EQ(setting.member(left), setting.range.initial);
+}
+
 TEST(CPattern, FindsTheNotesOfAStepInAnyOrderAndSurvivesNonsense) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const CPattern pattern(8, {{2.5F, 1, 60, 1},
