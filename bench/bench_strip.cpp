@@ -34,7 +34,7 @@ struct CMixerBench {
     }
 
     StripTargets MakeTargets(float turn) const {
-        StripSettings settings;
+        StripInput settings;
         settings.level = 80 + turn;
         settings.pan = turn / 40;
         settings.eqOn = scene == off ? 0 : 1;

@@ -128,10 +128,9 @@ void CInstrumentStack::ResetInstrument(int index) {
     fresh->stripColour = old->stripColour;
     fresh->stripCollapsed = old->stripCollapsed;
     fresh->plugin.Prepare(old->plugin.ForEdit());
-    fresh->strip.eqOn.Set(old->strip.eqOn.Get());
+    KeepThroughReset(fresh->strip, old->strip);
     for (std::size_t i = 0; i < old->inserts.size(); ++i) {
         fresh->inserts[i].Prepare(old->inserts[i].ForEdit());
-        fresh->strip.insertOn[i].Set(old->strip.insertOn[i].Get());
     }
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }

@@ -37,10 +37,6 @@ private:
 CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), random(seed) {
     jobs.reserve(kMaximumInstruments);
     jobOfInstrument.reserve(kMaximumInstruments);
-    // Tables that allocate when they are first used.
-    MixParameters();
-    MidiLanes();
-    MasterLanes();
     Prepare(format);
     busy.store(0);
 }
@@ -90,10 +86,7 @@ void CAudio::RebuildInstrument(CInstrument& instrument) const {
         std::make_unique<CAudioPlanes>(StripPlanes::kCount, format.blockSize, static_cast<int>(instrument.Id()));
     for (EqBandUpdate outdated; instrument.eqPending.TryPop(outdated);) {}
     for (int band = 0; band < kEqBandCount; ++band) {
-        const auto index = static_cast<std::size_t>(band);
-        ApplyEqUpdate(instrument.play.strip,
-                      DesignEqBand(band, instrument.strip.eqFreq[index].Get(), instrument.strip.eqQ[index].Get(),
-                                   instrument.strip.eqGain[index].Get(), format.sampleRate));
+        ApplyEqUpdate(instrument.play.strip, DesignEqBand(instrument.strip, band, format.sampleRate));
     }
 }
 

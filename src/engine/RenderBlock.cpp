@@ -176,15 +176,9 @@ void CAudio::PrepareStrip(BlockInstrument& entry, StripJob& job) noexcept {
     while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
 
     const vst2::AEffect& effect = std::as_const(*entry.plugin).Effect();
-    StripSettings values{strip.level.Get(),     strip.pan.Get(),        strip.mute.Get(),
-                         strip.soloMuted.Get(), strip.crossfadeA.Get(), strip.crossfadeB.Get()};
-    values.eqOn = strip.eqOn.IsOn() ? 1.0F : 0.0F;
+    StripInput values{ValuesOf(strip), strip.soloMuted.Get()};
     values.hasSendOutputs = effect.uniqueId == kDrumMachineId && entry.plugin->OutputCount() >= SendOutput(kSendCount);
-    for (int send = 0; send < kSendCount; ++send) {
-        const auto index = static_cast<std::size_t>(send);
-        values.sendOn[send] = strip.sendOn[index].Get();
-        values.sendLevel[send] = strip.sendLevel[index].Get();
-        if (!values.hasSendOutputs) continue;
+    for (int send = 0; values.hasSendOutputs && send < kSendCount; ++send) {
         job.extraLeft[send] = entry.plugin->Output(SendOutput(send));
         job.extraRight[send] = entry.plugin->Output(SendOutput(send) + 1);
     }

@@ -39,10 +39,21 @@ void BindValue(CControl& control, const ConsoleContext& context, const char* val
     };
 }
 
-void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName) {
+void BindSetting(CControl& control, const ConsoleContext& context, const ChannelStrip& strip, int infoString) {
+    const StripSetting& setting = *StripSettingOf(strip, control.Value());
+    control.minimum = setting.range.minimum;
+    control.maximum = setting.range.maximum;
+    if (!setting.IsSwitch()) control.defaultValue = setting.range.initial;
+    BindValue(control, context, setting.name, infoString);
+}
+
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const ChannelStrip& strip) {
     CWorkstation& station = context.station;
-    control.onLevelGesture = [&station, owner = context.owner, name = Text(valueName)](CControl& changed,
-                                                                                       float before) {
+    const StripSetting& setting = *StripSettingOf(strip, control.Level());
+    control.levelMaximum = setting.range.maximum;
+    control.levelDefault = setting.range.initial;
+    control.onLevelGesture = [&station, owner = context.owner, name = Text(setting.name)](CControl& changed,
+                                                                                          float before) {
         CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();
         station.Changes().ValueEdited(Part(owner, *level), before, level->Get(), name);
     };

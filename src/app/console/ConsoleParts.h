@@ -38,8 +38,11 @@ struct ConsoleContext {
 // is run whenever undo moves the value.
 void BindValue(CControl& control, const ConsoleContext& context, const char* valueName, int infoString,
                std::function<void()> afterwards = {});
+// The same for a control that is bound to a setting of the strip: with the setting's name, range and, but
+// for switches, default.
+void BindSetting(CControl& control, const ConsoleContext& context, const ChannelStrip& strip, int infoString);
 // The same for the level of a send.
-void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName);
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const ChannelStrip& strip);
 // Shows and takes decibels: `gain` gives the linear gain of a control value.
 void ShowDecibels(CControl& control, std::function<float(float)> gain);
 

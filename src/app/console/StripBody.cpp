@@ -22,27 +22,23 @@ namespace quib {
 
 void CInstrumentStripCtrl::AddMixer() {
     ChannelStrip& strip = instrument->strip;
-    const auto addSwitch = [this](int place, const char* text, CValue& bound, const char* valueName, int info) {
+    const auto addSwitch = [this](int place, const char* text, CValue& bound, int info) {
         auto& made = AddChild<CSwitchCtrl>(0U, place, 32, 22, 20, &bound, QString::fromLatin1(text));
-        BindValue(made, context, valueName, info);
+        BindSetting(made, context, instrument->strip, info);
         return &made;
     };
-    addSwitch(70, "A", strip.crossfadeA, "Crossfade A", 474);
-    addSwitch(94, "B", strip.crossfadeB, "Crossfade B", 475);
+    addSwitch(70, "A", strip.crossfadeA, 474);
+    addSwitch(94, "B", strip.crossfadeB, 475);
     auto& synchro = AddChild<CSwitchCtrl>(0U, 122, 32, 26, 20, &strip.synchro, picture::kGlyphSynchro);
     synchro.section = ESection::kTransport;
-    BindValue(synchro, context, "Synchro", 476);
+    BindSetting(synchro, context, strip, 476);
     auto& pan = AddChild<CKnobCtrl>(0U, 160, 34, 40, 50, &strip.pan);
-    pan.label = Text("Pan");
-    pan.minimum = -1;
-    pan.defaultValue = 0.0F;
+    BindSetting(pan, context, strip, 473);
+    pan.label = pan.name;
     pan.fillFromCentre = true;
     pan.formatValue = PanText;
-    BindValue(pan, context, "Pan", 473);
     auto& level = AddChild<CFaderCtrl>(0U, 10, 57, 144, 20, &strip.level, false);
-    level.maximum = 127;
-    level.defaultValue = kDefaultLevel;
-    BindValue(level, context, "Level", 470);
+    BindSetting(level, context, strip, 470);
     ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
     auto& meter = AddChild<CVuCtrl>(0U, 12, 82, 140, 8, &strip.peak, nullptr, false);
     meter.infoString = 477;
@@ -150,15 +146,16 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     ChannelStrip& strip = instrument->strip;
     auto& on = AddChild<CSwitchCtrl>(0U, left, 31, 28, 20, &strip.eqOn, QStringLiteral("EQ"));
     on.section = ESection::kEqualiser;
-    BindValue(on, context, "Equaliser", 484);
+    BindSetting(on, context, strip, 484);
     CFilterCtrl::Bands bands;
     for (std::size_t band = 0; band < bands.size(); ++band) {
         bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
     }
     filter = &AddChild<CFilterCtrl>(0U, left + 33, 31, room - 43, 63, &strip.eqOn, bands);
     filter->infoString = 485;
+    constexpr StripValues initial = InitialStripValues();
     for (std::size_t band = 0; band < bands.size(); ++band)
-        filter->defaults[band] = {kDefaultEqFreq[band], kDefaultEqQ, 0};
+        filter->defaults[band] = {initial.eqFreq[band], initial.eqQ[band], initial.eqGain[band]};
     filter->sampleRate = [&station = context.station] { return station.Audio().Format().sampleRate; };
     filter->onBandChange = [this](int band) { context.station.Stack().FollowEqualizer(instrument, band); };
     filter->onBandGesture = [this](int band, const CFilterCtrl::BandState& before) {
@@ -176,8 +173,8 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
         auto& send = AddChild<CSwitchFaderCtrl>(0U, column, 31 + 16 * place, half, 15, &strip.sendOn[index],
                                                 &strip.sendLevel[index]);
         send.section = ESection::kEffects;
-        BindValue(send, context, "Send", 487);
-        BindLevel(send, context, "Send level");
+        BindSetting(send, context, strip, 487);
+        BindLevel(send, context, strip);
         send.formatLevel = [this](float shown) {
             return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
         };
@@ -197,7 +194,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         auto& insert = AddChild<CSwitchFaderCtrl>(0U, left, 31 + 21 * place, room - 26, 19,
                                                   &instrument->strip.insertOn[index], nullptr);
         insert.section = ESection::kEffects;
-        BindValue(insert, context, "Insert", 486);
+        BindSetting(insert, context, instrument->strip, 486);
         insert.onAlternativeClick = [this, slot](CControl&) {
             PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };

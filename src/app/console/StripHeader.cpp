@@ -99,9 +99,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     };
     if (collapsed) {
         auto& level = AddChild<CFaderCtrl>(0U, Width() - 240, 5, 120, 18, &instrument->strip.level, false);
-        level.maximum = 127;
-        level.defaultValue = kDefaultLevel;
-        BindValue(level, context, "Level", 470);
+        BindSetting(level, context, instrument->strip, 470);
         ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
         AddChild<CVuCtrl>(0U, Width() - 114, 10, 80, 8, &instrument->strip.peak, nullptr, false);
     }
@@ -113,7 +111,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     auto& mute = AddChild<CSwitchCtrl>(0U, collapsed ? Width() - 292 : 12, collapsed ? 4 : 32, 24, 20,
                                        &instrument->strip.mute, QStringLiteral("M"));
     mute.onColour = Palette().Colour(QStringLiteral("warning"));
-    BindValue(mute, context, "Mute", 471);
+    BindSetting(mute, context, instrument->strip, 471);
     auto& openClose = AddChild<CSwitchCtrl>(0U, Width() - 28, 4, 22, 20, nullptr,
                                             collapsed ? picture::kGlyphArrowRight : picture::kGlyphArrowDown);
     openClose.momentary = true;

@@ -64,7 +64,7 @@ auto NumbersOf(const StripState& state) {
 void Edit(CMixerRig& rig, CReference& reference, const CLevelTables& tables, std::minstd_rand& random) {
     const std::size_t i = random() % rig.jobs.size();
     StripJob& job = rig.jobs[i];
-    StripSettings settings = RandomSettings(random);
+    StripInput settings = RandomSettings(random);
     settings.hasSendOutputs = i == 1;
     job.targets = MakeStripTargets(settings, tables, 0.7f, 0.5f);
     const EqBandUpdate update = RandomBand(random);
@@ -119,7 +119,7 @@ TEST_P(CStripKernels, giveTheSameSamplesForEverySplitOfTheSameInput) {
         std::copy_n(whole.inputs.Plane(i), kFrames, split.inputs.Plane(i));
     }
     for (std::size_t i = 0; i < 3; ++i) {
-        StripSettings settings = RandomSettings(random);
+        StripInput settings = RandomSettings(random);
         settings.eqOn = i == 1 ? 0 : 1;
         whole.jobs[i].targets = split.jobs[i].targets = MakeStripTargets(settings, tables, 1, 1);
         for (const EqBandUpdate update : {RandomBand(random), RandomBand(random)}) {
@@ -170,7 +170,7 @@ TEST_P(CStripKernels, moveInSmallStepsAndWithoutAClickWhenEverythingIsSwitched) 
     CMixerRig rig(1, kFrames);
     for (int band = 0; band < kEqBandCount; ++band)
         ApplyEqUpdate(rig.states[0], DesignEqBand(band, 0.4f, 0.3f, 0.5f, 44100));
-    StripSettings settings;
+    StripInput settings;
     settings.level = 64;
     float last = 0, largestStep = 0, steadyStep = 0;
     for (int block = 0; block < 400; ++block) {
@@ -212,7 +212,7 @@ TEST_P(CStripKernels, recoverFromAPlugInThatReturnsNoNumbers) {
 
 TEST_P(CStripKernels, keepASendThatIsOffAtAMillionthAndAHeldOneAudible) {
     CMixerRig rig(1, 16384);
-    StripSettings settings;
+    StripInput settings;
     settings.level = 127;
     settings.sendOn[1] = settings.sendOn[2] = 1;
     settings.sendLevel[2] = 64;
