@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "devices/SampleConversions.h"
+#include "devices/DriverSamples.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ void Convert(benchmark::State& state, SampleType type, ByteOrder order) {
     const std::vector<float> from = Noise();
     std::vector<unsigned char> to(from.size() * BytesOf(type));
     for ([[maybe_unused]] auto _ : state) {
-        ConvertSamples(from.data(), to.data(), from.size(), type, order);
+        ToDriverSamples(from.data(), to.data(), from.size(), type, order);
         benchmark::DoNotOptimize(to.data());
         benchmark::ClobberMemory();
     }

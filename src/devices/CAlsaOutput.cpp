@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "devices/AlsaMessages.h"
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 
@@ -146,7 +146,7 @@ int CAlsaOutput::Feed() noexcept {
     const snd_pcm_sframes_t room = snd_pcm_avail_update(pcm);
     for (snd_pcm_sframes_t left = room; left >= format.blockSize; left -= format.blockSize) {
         if (RenderBlock()) {
-            ConvertToInt16(audio.Master(0), audio.Master(1), interleaved.data(), format.blockSize);
+            ToInt16Frames(audio.Master(0), audio.Master(1), interleaved.data(), format.blockSize);
         } else {
             std::fill(interleaved.begin(), interleaved.end(), std::int16_t{0});
         }

@@ -36,11 +36,6 @@ std::vector<std::string> TakeNames(const CJackLibrary& library, const char** nam
 
 }  // namespace
 
-const std::string& CJackOutput::Name() const noexcept {
-    static const std::string name = kName;
-    return name;
-}
-
 bool CJackOutput::Open(const AudioSettings&, std::string& error) {
     Close();
     xruns = 0;

@@ -23,6 +23,9 @@ enum class OutputState {
     Lost,           // gone; only Close makes sense
 };
 
+// Which device to take when there is none of the wanted name.
+enum class EFallback { kNone, kDefaultDevice };
+
 struct DeviceFormat {
     int sampleRate = 0;  // Hz
     int blockSize = 0;   // frames

@@ -10,11 +10,6 @@ namespace {
 constexpr std::int64_t kLongestDelay = 1'000'000'000;  // nanoseconds
 }  // namespace
 
-const std::string& CSilentOutput::Name() const noexcept {
-    static const std::string name = kName;
-    return name;
-}
-
 bool CSilentOutput::Open(const AudioSettings& settings, std::string& error) {
     Close();
     if (!CAudio::IsUsable(settings.sampleRate, settings.bufferSize)) {

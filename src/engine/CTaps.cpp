@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/CTaps.h"
 
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 
 namespace quib {
 
 void CTaps::TakeOutput(const float* left, const float* right, int frames) noexcept {
     scope.Capture(left, right, frames);
     if (recorder == nullptr || !recorder->IsRecording()) return;
-    ConvertToInt16(left, right, interleaved.data(), frames);
+    ToInt16Frames(left, right, interleaved.data(), frames);
     recorder->PushBlock(interleaved);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "devices/SampleConversions.h"
+#include "devices/DriverSamples.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using Bytes = std::vector<unsigned char>;
 
 Bytes Convert(const std::vector<float>& samples, SampleType type, ByteOrder order = ByteOrder::Little) {
     Bytes bytes(samples.size() * BytesOf(type) + 2, 0xee);
-    ConvertSamples(samples.data(), bytes.data() + 1, samples.size(), type, order);  // not aligned
+    ToDriverSamples(samples.data(), bytes.data() + 1, samples.size(), type, order);  // not aligned
     EXPECT_EQ(bytes.front(), 0xee);
     EXPECT_EQ(bytes.back(), 0xee) << "written behind the end";
     return {bytes.begin() + 1, bytes.end() - 1};
@@ -30,7 +30,7 @@ std::int64_t IntegerAt(const Bytes& bytes, std::size_t index, std::size_t size) 
     return static_cast<std::int64_t>(value << unused) >> unused;
 }
 
-TEST(SampleConversionsTest, EdgesBecomeExactlyTheseIntegers) {
+TEST(DriverSamplesTest, EdgesBecomeExactlyTheseIntegers) {
     const std::vector<float> samples = {
         0.0F, 0.99F, -0.99F, 0.5F, -1.0F, 1e-7F, 3.0F / 16777216.0F, std::numeric_limits<float>::quiet_NaN()};
     const struct {
@@ -54,7 +54,7 @@ TEST(SampleConversionsTest, EdgesBecomeExactlyTheseIntegers) {
     }
 }
 
-TEST(SampleConversionsTest, EverySampleIsTheRoundedValueInEitherByteOrder) {
+TEST(DriverSamplesTest, EverySampleIsTheRoundedValueInEitherByteOrder) {
     std::mt19937 random(3);
     std::uniform_real_distribution<float> noise(-0.99F, 0.99F);
     std::vector<float> samples(1003);

@@ -28,6 +28,6 @@ std::size_t BytesOf(SampleType type) noexcept;
 
 // Converts `count` samples of one channel into `to`, which need not be aligned. Ties round to even; what
 // is not a number becomes 0. Expects the processor's default rounding.
-void ConvertSamples(const float* from, void* to, std::size_t count, SampleType type, ByteOrder order) noexcept;
+void ToDriverSamples(const float* from, void* to, std::size_t count, SampleType type, ByteOrder order) noexcept;
 
 }  // namespace quib

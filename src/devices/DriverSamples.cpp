@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "devices/SampleConversions.h"
+#include "devices/DriverSamples.h"
 
 #include <algorithm>
 #include <array>
@@ -139,7 +139,7 @@ std::size_t BytesOf(SampleType type) noexcept {
     }
 }
 
-void ConvertSamples(const float* from, void* to, std::size_t count, SampleType type, ByteOrder order) noexcept {
+void ToDriverSamples(const float* from, void* to, std::size_t count, SampleType type, ByteOrder order) noexcept {
     auto* bytes = static_cast<unsigned char*>(to);
     if (type == SampleType::Float32 && order == ByteOrder::Little) {
         std::memcpy(bytes, from, count * sizeof(float));
