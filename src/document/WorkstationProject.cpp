@@ -75,27 +75,10 @@ void CWorkstation::Publish(ProjectState state, const QString& path) {
 
 ProjectState CWorkstation::GatherState() {
     ProjectState state;
-    const EngineSettings& engine = audio.settings;
-    state.master.tempo = engine.tempo.Get();
-    state.master.level = engine.masterLevel.Get();
+    GatherProject(audio, state);
     state.master.playlistStepNumber = playlistSteps;
-    state.master.songMode = engine.songMode.Get();
-    state.master.synchroOn = engine.synchroOn.Get();
-    state.master.loopOn = engine.loopOn.Get();
-    state.master.loopStart = engine.loopStart.Get();
-    state.master.loopEnd = engine.loopEnd.Get();
-    state.master.crossfade = engine.crossfader.Get();
     state.master.presetSelected = presetSelected.Get();
-    state.master.presetMidi = {audio.presetSelection.channel.Get(), audio.presetSelection.baseNote.Get(),
-                               audio.presetSelection.mode.Get()};
     state.detector = detector;
-    for (std::size_t i = 0; i < state.masterInserts.size(); ++i) {
-        state.masterInserts[i].on = engine.masterInsertOn[i].Get();
-        state.masterInserts[i].slot = audio.masterInserts[i].ForEdit();
-    }
-    for (std::size_t i = 0; i < state.effects.size(); ++i) state.effects[i] = audio.sharedEffects[i].ForEdit();
-    state.masterLanes = *audio.masterLanes.ForEdit();
-    state.instruments = Instruments();
     return state;
 }
 
