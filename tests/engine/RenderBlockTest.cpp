@@ -229,6 +229,20 @@ TEST_F(CRenderBlockTest, BallsWanderOnTheirGridFromTheSeed) {
     EXPECT_NEAR(instrument.strip.level.Get(), 63.5F, 1e-3F);
 }
 
+TEST_F(CRenderBlockTest, ACommandPlacesTheBallItNamesAndNoOther) {
+    CInstrument& instrument = AddInstrument();
+    CInstrument& other = AddInstrument();
+    const auto balls = instrument.play.balls;
+    const auto beyond = static_cast<std::int32_t>(balls.size());
+    for (const std::int32_t ball : {1, -1, beyond})
+        audio.Post({EngineCommand::Kind::MoveBall, instrument.Id(), ball, 12.0F, 100.0F});
+    audio.RenderBlock();
+    auto expected = balls;
+    expected[1] = {12.0F, 100.0F};
+    EXPECT_EQ(instrument.play.balls, expected);
+    EXPECT_EQ(other.play.balls, balls);
+}
+
 TEST_F(CRenderBlockTest, LiveMessagesKeepTheirPlaceInTheBlockAndTheirRules) {
     Prepare(4410);
     CInstrument& instrument = AddInstrument();
