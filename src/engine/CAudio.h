@@ -107,7 +107,8 @@ public:
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
 
 private:
-    void RenderOpenBlock() noexcept;
+    // `start` in nanoseconds.
+    void RenderOpenBlock(std::uint64_t start) noexcept;
     void GatherBlock() noexcept;
     void GatherInstrument(CInstrument& instrument) noexcept;
 

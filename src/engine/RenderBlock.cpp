@@ -22,14 +22,15 @@ bool CAudio::RenderBlock() noexcept {
     const CFloatingPointScope keepMode;
     SetFlushToZero();
     clock.BeginBlock();
-    RenderOpenBlock();
+    RenderOpenBlock(start);
     clock.EndBlock();
     cpuMeter.Add(Nanoseconds() - start, format.blockSize, format.sampleRate);
     return true;
 }
 
-void CAudio::RenderOpenBlock() noexcept {
+void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
     GatherBlock();
+    block.now = ToMilliseconds(start);
     RunCommands(commands, {block, settings, songTime, router});
     midi.Drain(router, block, songTime.Transport());
     songTime.Advance(block, settings, recordAutomation.IsOn());
@@ -61,7 +62,6 @@ void CAudio::GatherBlock() noexcept {
     block.masterLanes = &masterLanes.ForRender();
     block.frames = format.blockSize;
     block.sampleRate = format.sampleRate;
-    block.now = Milliseconds();
 }
 
 void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
