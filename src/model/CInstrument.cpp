@@ -7,9 +7,10 @@ namespace quib {
 
 namespace {
 
+std::atomic<std::uint32_t> lastId{0};
+
 std::uint32_t NextId() noexcept {
-    static std::atomic<std::uint32_t> last{0};
-    return last.fetch_add(1, std::memory_order_relaxed) + 1;
+    return lastId.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
 }  // namespace
