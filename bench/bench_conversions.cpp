@@ -32,7 +32,7 @@ void Copy(benchmark::State& state) {
 }
 BENCHMARK(Copy);
 
-void Convert(benchmark::State& state, SampleType type, ByteOrder order) {
+void Convert(benchmark::State& state, ESampleType type, EByteOrder order) {
     const std::vector<float> from = Noise();
     std::vector<unsigned char> to(from.size() * BytesOf(type));
     for ([[maybe_unused]] auto _ : state) {
@@ -43,9 +43,9 @@ void Convert(benchmark::State& state, SampleType type, ByteOrder order) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(from.size() * sizeof(float)));
 }
 
-#define CONVERSION(type)                                                   \
-    BENCHMARK_CAPTURE(Convert, type, SampleType::type, ByteOrder::Little); \
-    BENCHMARK_CAPTURE(Convert, type##_swapped, SampleType::type, ByteOrder::Big)
+#define CONVERSION(type)                                                      \
+    BENCHMARK_CAPTURE(Convert, type, ESampleType::type, EByteOrder::kLittle); \
+    BENCHMARK_CAPTURE(Convert, type##_swapped, ESampleType::type, EByteOrder::kBig)
 
 CONVERSION(Int16);
 CONVERSION(Int24);

@@ -96,8 +96,8 @@ std::uint64_t COutputManager::Xruns() const noexcept { return formerXruns + (dev
 
 void COutputManager::Poll() {
     if (device) device->Watch();
-    if (device && device->State() == OutputState::FormatChanged) FollowFormat();
-    if (device && device->State() == OutputState::Lost) StandIn();
+    if (device && device->State() == EOutputState::kFormatChanged) FollowFormat();
+    if (device && device->State() == EOutputState::kLost) StandIn();
     if (!lostName.empty()) LookForReturn();
 }
 

@@ -18,13 +18,13 @@ bool CSilentOutput::Open(const AudioSettings& settings, std::string& error) {
     }
     format = {settings.sampleRate, settings.bufferSize};
     xruns = 0;
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
     return true;
 }
 
 bool CSilentOutput::Start(std::string&) {
     Stop();
-    SetState(OutputState::Playing);
+    SetState(EOutputState::kPlaying);
     thread = std::thread([this] { Run(); });
     return true;
 }
@@ -34,12 +34,12 @@ void CSilentOutput::Stop() noexcept {
     stopping.Signal();
     thread.join();
     stopping.Clear();
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
 }
 
 void CSilentOutput::Close() noexcept {
     Stop();
-    SetState(OutputState::Closed);
+    SetState(EOutputState::kClosed);
 }
 
 void CSilentOutput::Run() noexcept {

@@ -105,12 +105,12 @@ bool CWorkstation::OpenOutput(const QString& device) {
     return output.OpenOutput(wanted);
 }
 
-void CWorkstation::Play() { audio.Post({EngineCommand::Kind::Play}); }
+void CWorkstation::Play() { audio.Post({EngineCommand::EKind::kPlay}); }
 
-void CWorkstation::Stop() { audio.Post({EngineCommand::Kind::Stop}); }
+void CWorkstation::Stop() { audio.Post({EngineCommand::EKind::kStop}); }
 
 void CWorkstation::Locate(int step) {
-    audio.Post({EngineCommand::Kind::Locate, 0, std::clamp(step, 0, kMaximumSongStep)});
+    audio.Post({EngineCommand::EKind::kLocate, 0, std::clamp(step, 0, kMaximumSongStep)});
 }
 
 void CWorkstation::TapTempo() {
@@ -155,14 +155,14 @@ void CWorkstation::FollowNotices() {
 
 void CWorkstation::FollowNotice(const EngineNotice& notice) {
     switch (notice.kind) {
-        case EngineNotice::Kind::PresetSelected:
+        case EngineNotice::EKind::kPresetSelected:
             return RecallPresets(notice.value);
-        case EngineNotice::Kind::ProgramSelected:
-        case EngineNotice::Kind::LimitLearned:
+        case EngineNotice::EKind::kProgramSelected:
+        case EngineNotice::EKind::kLimitLearned:
             Touch();
             Q_EMIT InstrumentChanged(notice.instrument);
             return;
-        case EngineNotice::Kind::LanePoint:
+        case EngineNotice::EKind::kLanePoint:
             return;
     }
 }

@@ -35,7 +35,7 @@ void CWorkstation::SelectPattern(int index, int pattern) {
     if (!instrument || !IsPattern(pattern)) return;
     const int before = instrument->patternSelected.Get();
     const auto queue = [this, instrument] {
-        audio.Post({EngineCommand::Kind::SelectPattern, instrument->Id(), instrument->patternSelected.Get()});
+        audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), instrument->patternSelected.Get()});
         Q_EMIT InstrumentChanged(instrument->Id());
     };
     instrument->patternSelected.Set(pattern);

@@ -60,7 +60,7 @@ void CWorkstation::ApplyPreset(const Instrumented& instrument, const Preset& pre
     std::erase_if(recalls, [&](const Recall& recall) { return recall.instrument == instrument; });
     recalls.push_back(
         {instrument, std::make_unique<CPresetRecall>(*instrument, preset, audio.graveyard, audio.Format().sampleRate)});
-    audio.Post({EngineCommand::Kind::SelectPattern, instrument->Id(), preset.patternSelected});
+    audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), preset.patternSelected});
     Q_EMIT InstrumentChanged(instrument->Id());
 }
 

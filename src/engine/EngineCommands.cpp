@@ -24,14 +24,14 @@ void PlaceBall(InstrumentPlayState& play, int ball, float x, float y) noexcept {
 void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
                           const CommandTargets& targets) noexcept {
     switch (command.kind) {
-        case EngineCommand::Kind::SelectPattern:
+        case EngineCommand::EKind::kSelectPattern:
             return SelectPattern(instrument.play, command.value, targets.songTime.Transport().playing);
-        case EngineCommand::Kind::StartPattern:
+        case EngineCommand::EKind::kStartPattern:
             instrument.play.restartStep = std::max(0, command.value);
             return;
-        case EngineCommand::Kind::MoveBall:
+        case EngineCommand::EKind::kMoveBall:
             return PlaceBall(instrument.play, command.value, command.x, command.y);
-        case EngineCommand::Kind::PlayNote:
+        case EngineCommand::EKind::kPlayNote:
             return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x), targets.block.now);
         default:
             return;
@@ -40,13 +40,13 @@ void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
 
 void RunCommand(const EngineCommand& command, const CommandTargets& targets) noexcept {
     switch (command.kind) {
-        case EngineCommand::Kind::Play:
+        case EngineCommand::EKind::kPlay:
             return targets.songTime.Play(targets.block, targets.settings);
-        case EngineCommand::Kind::Stop:
+        case EngineCommand::EKind::kStop:
             return targets.songTime.Stop(targets.block);
-        case EngineCommand::Kind::StopAt:
+        case EngineCommand::EKind::kStopAt:
             return targets.songTime.StopAt(command.value);
-        case EngineCommand::Kind::Locate:
+        case EngineCommand::EKind::kLocate:
             return targets.songTime.Locate(targets.block, command.value);
         default:
             break;

@@ -50,7 +50,7 @@ TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     constexpr int kBlock = 480;
     constexpr std::ptrdiff_t kBlockValues = 2 * kBlock;
     AddSynths(audio, 8);
-    audio.Post({EngineCommand::Kind::Play});
+    audio.Post({EngineCommand::EKind::kPlay});
     ASSERT_TRUE(output.OpenOutput(Settings("file", kBlock)));
     EXPECT_EQ(audio.Format().blockSize, kBlock);
     ASSERT_TRUE(PlayOn(2.0));

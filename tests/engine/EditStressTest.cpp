@@ -192,7 +192,7 @@ public:
         UpdateEqualizer(instrument, band, audio.Format().sampleRate);
     }
     void Drive() {
-        const auto kind = Chance(4) ? EngineCommand::Kind::Play : static_cast<EngineCommand::Kind>(Draw(8));
+        const auto kind = Chance(4) ? EngineCommand::EKind::kPlay : static_cast<EngineCommand::EKind>(Draw(8));
         audio.Post({kind, AnyInstrument().Id(), Draw(20) - 1, DrawWithin(0, 127), DrawWithin(0, 127)});
     }
     void Watch() {

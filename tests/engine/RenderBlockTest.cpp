@@ -198,7 +198,7 @@ TEST_F(CRenderBlockTest, SongAutomationNeedsSongMode) {
     Listen(instrument, 4 * kStep);
     EXPECT_EQ(audio.settings.masterLevel.Get(), 127.0F);
     audio.settings.songMode.Set(1.0F);
-    Command(EngineCommand::Kind::Play);
+    Command(EngineCommand::EKind::kPlay);
     Listen(instrument, 4 * kStep);
     EXPECT_EQ(audio.settings.masterLevel.Get(), 64.0F);
 }
@@ -235,7 +235,7 @@ TEST_F(CRenderBlockTest, ACommandPlacesTheBallItNamesAndNoOther) {
     const auto balls = instrument.play.balls;
     const auto beyond = static_cast<std::int32_t>(balls.size());
     for (const std::int32_t ball : {1, -1, beyond})
-        audio.Post({EngineCommand::Kind::MoveBall, instrument.Id(), ball, 12.0F, 100.0F});
+        audio.Post({EngineCommand::EKind::kMoveBall, instrument.Id(), ball, 12.0F, 100.0F});
     audio.RenderBlock();
     auto expected = balls;
     expected[1] = {12.0F, 100.0F};
@@ -324,7 +324,7 @@ TEST_F(CRenderBlockTest, AnyNumberOfThreadsGivesTheSameSamples) {
         }
         fresh.PublishInstruments(std::move(list));
         fresh.settings.songMode.Set(0.0F);
-        fresh.Post({EngineCommand::Kind::Play});
+        fresh.Post({EngineCommand::EKind::kPlay});
         std::vector<float> samples;
         for (int block = 0; block < 400; ++block) {
             fresh.RenderBlock();

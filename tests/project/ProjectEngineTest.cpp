@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "GeneratedProject.h"
+#include "project/ProjectFields.h"
 
 namespace quib {
 namespace {

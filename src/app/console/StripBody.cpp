@@ -57,7 +57,7 @@ void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
     leds->playingStep = [this] { return playingStep; };
     leds->isUsed = [this](int step) { return shownPattern && !shownPattern->NotesOfStep(step).empty(); };
     leds->onStep = [this](int step) {
-        context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
+        context.station.Audio().Post({EngineCommand::EKind::kStartPattern, instrument->Id(), step});
     };
     AddStepControls(left);
 }
