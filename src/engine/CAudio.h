@@ -13,7 +13,6 @@
 #include "engine/CBlockGuard.h"
 #include "engine/CCpuMeter.h"
 #include "engine/CInstrumentMixer.h"
-#include "engine/CLevelTables.h"
 #include "engine/CLiveMidi.h"
 #include "engine/CMasterSection.h"
 #include "engine/CMidiRouter.h"
@@ -25,6 +24,7 @@
 #include "engine/EngineSettings.h"
 #include "engine/InstrumentPreparation.h"
 #include "engine/RenderFormat.h"
+#include "engine/strip/CLevelTables.h"
 #include "model/sharing/CBoundedQueue.h"
 #include "model/sharing/CPublished.h"
 
