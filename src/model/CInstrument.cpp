@@ -9,9 +9,7 @@ namespace {
 
 std::atomic<std::uint32_t> lastId{0};
 
-std::uint32_t NextId() noexcept {
-    return lastId.fetch_add(1, std::memory_order_relaxed) + 1;
-}
+std::uint32_t NextId() noexcept { return lastId.fetch_add(1, std::memory_order_relaxed) + 1; }
 
 }  // namespace
 

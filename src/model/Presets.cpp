@@ -44,9 +44,7 @@ void PublishLanes(CPublished<CEventLanes>& lanes, const CEventLanes& patterns, C
     lanes.Publish(std::make_shared<const CEventLanes>(patterns.WithSlotOf(song, CEventLanes::kSongSlot)), graveyard);
 }
 
-CEventLanes PatternPoints(const CEventLanes& lanes) {
-    return lanes.WithSlotOf(CEventLanes(), CEventLanes::kSongSlot);
-}
+CEventLanes PatternPoints(const CEventLanes& lanes) { return lanes.WithSlotOf(CEventLanes(), CEventLanes::kSongSlot); }
 
 void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard) {
     const auto empty = std::make_shared<const CPattern>();
