@@ -100,7 +100,7 @@ void ShowAboutBox(QWidget* parent) {
     const QString text =
         QStringLiteral(
             "<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p>"
-            "<p>Qt %4 (LGPL 3), ALSA library (LGPL 2.1), fmt and spdlog (MIT), CLI11 (BSD 3-clause), "
+            "<p>Qt %4 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), "
             "Inter (SIL Open Font License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they "
             "are installed.</p>")
             .arg(QStringLiteral(QUIB_VERSION), Text("Pattern sequencer and host of VST 2 instruments and effects."),

@@ -27,7 +27,7 @@ void CContents::SelectPattern(int index, int pattern) {
     if (!instrument || !IsPattern(pattern)) return;
     const int before = instrument->patternSelected.Get();
     const auto queue = [this, instrument] {
-        context.audio.Post({EngineCommand::Kind::SelectPattern, instrument->Id(), instrument->patternSelected.Get()});
+        context.audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), instrument->patternSelected.Get()});
         context.changes.Tell({EChange::kPatternSelected, instrument->Id()});
     };
     instrument->patternSelected.Set(pattern);

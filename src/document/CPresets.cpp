@@ -47,7 +47,7 @@ void CPresets::ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const
     std::erase_if(recalls, [&](const Recall& recall) { return recall.instrument == instrument; });
     recalls.push_back({instrument, std::make_unique<CPresetRecall>(*instrument, preset, context.changes.Graveyard(),
                                                                    context.audio.Format().sampleRate)});
-    context.audio.Post({EngineCommand::Kind::SelectPattern, instrument->Id(), preset.patternSelected});
+    context.audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), preset.patternSelected});
     TellRecalled(*instrument);
 }
 

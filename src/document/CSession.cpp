@@ -66,27 +66,10 @@ void CSession::Publish(ProjectState state, const QString& path) {
 
 ProjectState CSession::GatherState() {
     ProjectState state;
-    const EngineSettings& engine = context.audio.settings;
-    state.master.tempo = engine.tempo.Get();
-    state.master.level = engine.masterLevel.Get();
+    GatherProject(context.audio, state);
     state.master.playlistStepNumber = parts.contents.PlaylistSteps();
-    state.master.songMode = engine.songMode.Get();
-    state.master.synchroOn = engine.synchroOn.Get();
-    state.master.loopOn = engine.loopOn.Get();
-    state.master.loopStart = engine.loopStart.Get();
-    state.master.loopEnd = engine.loopEnd.Get();
-    state.master.crossfade = engine.crossfader.Get();
     state.master.presetSelected = parts.presets.SelectedPreset().Get();
-    state.master.presetMidi = {context.audio.presetSelection.channel.Get(),
-                               context.audio.presetSelection.baseNote.Get(), context.audio.presetSelection.mode.Get()};
     state.detector = detector;
-    for (std::size_t i = 0; i < state.masterInserts.size(); ++i) {
-        state.masterInserts[i].on = engine.masterInsertOn[i].Get();
-        state.masterInserts[i].slot = context.audio.masterInserts[i].ForEdit();
-    }
-    for (std::size_t i = 0; i < state.effects.size(); ++i) state.effects[i] = context.audio.sharedEffects[i].ForEdit();
-    state.masterLanes = *context.audio.masterLanes.ForEdit();
-    state.instruments = context.Instruments();
     return state;
 }
 

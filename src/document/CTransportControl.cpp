@@ -19,7 +19,7 @@ constexpr float kFastest = 300.0F;
 }  // namespace
 
 void CTransportControl::Locate(int step) {
-    context.audio.Post({EngineCommand::Kind::Locate, 0, std::clamp(step, 0, kMaximumSongStep)});
+    context.audio.Post({EngineCommand::EKind::kLocate, 0, std::clamp(step, 0, kMaximumSongStep)});
 }
 
 void CTransportControl::TapTempo() {

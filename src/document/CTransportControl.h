@@ -14,8 +14,8 @@ class CTransportControl {
 public:
     explicit CTransportControl(const DocumentContext& document) : context(document) {}
 
-    void Play() { context.audio.Post({EngineCommand::Kind::Play}); }
-    void Stop() { context.audio.Post({EngineCommand::Kind::Stop}); }
+    void Play() { context.audio.Post({EngineCommand::EKind::kPlay}); }
+    void Stop() { context.audio.Post({EngineCommand::EKind::kStop}); }
     bool IsPlaying() const { return context.audio.Picture().playing; }
     void Locate(int step);
     // Sets the tempo from the time between two calls or more.

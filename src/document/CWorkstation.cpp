@@ -80,14 +80,14 @@ void CWorkstation::FollowNotices() {
 
 void CWorkstation::FollowNotice(const EngineNotice& notice) {
     switch (notice.kind) {
-        case EngineNotice::Kind::PresetSelected:
+        case EngineNotice::EKind::kPresetSelected:
             return presets.RecallPresets(notice.value);
-        case EngineNotice::Kind::ProgramSelected:
-        case EngineNotice::Kind::LimitLearned:
+        case EngineNotice::EKind::kProgramSelected:
+        case EngineNotice::EKind::kLimitLearned:
             changes.Touch();
             changes.Tell({EChange::kInstrument, notice.instrument});
             return;
-        case EngineNotice::Kind::LanePoint:
+        case EngineNotice::EKind::kLanePoint:
             return;
     }
 }

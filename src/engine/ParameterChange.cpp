@@ -103,6 +103,19 @@ void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block)
     PlayMidiLanes(instrument, instrument.play.currentPattern, position);
 }
 
+void ForgetAutomation(BlockContext& block) noexcept {
+    const auto forget = [](CPlugin* plugin) {
+        if (plugin != nullptr) plugin->ForgetAutomation();
+    };
+    for (BlockInstrument& entry : block.instruments) {
+        entry.instrument->play.ForgetAutomation();
+        forget(entry.plugin);
+        for (CPlugin* const insert : entry.inserts) forget(insert);
+    }
+    for (CPlugin* const insert : block.masterInserts) forget(insert);
+    for (CPlugin* const effect : block.sharedEffects) forget(effect);
+}
+
 void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept {
     if (!block.playing || !block.songMode) return;
     for (const CEventLanes::Lane& lane : block.masterLanes->Lanes(CEventLanes::kSongSlot)) {

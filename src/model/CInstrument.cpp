@@ -7,10 +7,9 @@ namespace quib {
 
 namespace {
 
-std::uint32_t NextId() noexcept {
-    static std::atomic<std::uint32_t> last{0};
-    return last.fetch_add(1, std::memory_order_relaxed) + 1;
-}
+std::atomic<std::uint32_t> lastId{0};
+
+std::uint32_t NextId() noexcept { return lastId.fetch_add(1, std::memory_order_relaxed) + 1; }
 
 }  // namespace
 

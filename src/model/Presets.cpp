@@ -22,13 +22,10 @@ void PublishLanes(CPublished<CEventLanes>& lanes, const CEventLanes& patterns, C
     lanes.Publish(std::make_shared<const CEventLanes>(patterns.WithSlotOf(song, CEventLanes::kSongSlot)), graveyard);
 }
 
-CEventLanes PatternPoints(const CEventLanes& lanes) {
-    static const CEventLanes none;
-    return lanes.WithSlotOf(none, CEventLanes::kSongSlot);
-}
+CEventLanes PatternPoints(const CEventLanes& lanes) { return lanes.WithSlotOf(CEventLanes(), CEventLanes::kSongSlot); }
 
 void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard) {
-    static const auto empty = std::make_shared<const CPattern>();
+    const auto empty = std::make_shared<const CPattern>();
     for (std::size_t i = 0; i < preset.patterns.size(); ++i) {
         instrument.patterns[i].Publish(preset.patterns[i] ? preset.patterns[i] : empty, graveyard);
         instrument.patternUsed[i].Set(preset.patternUsed[i]);

@@ -8,8 +8,8 @@
 #include "app/console/ConsoleParts.h"
 #include "controls/CControl.h"
 #include "controls/CPatternSelCtrl.h"
-#include "engine/CLevelTables.h"
 #include "engine/PlayPicture.h"
+#include "engine/strip/CLevelTables.h"
 
 class QMenu;
 

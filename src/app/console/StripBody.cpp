@@ -53,7 +53,7 @@ void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
     leds->playingStep = [this] { return playingStep; };
     leds->loudness = [this](int step) { return LoudnessOf(step); };
     leds->onRestart = [this](int step) {
-        context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
+        context.station.Audio().Post({EngineCommand::EKind::kStartPattern, instrument->Id(), step});
     };
     leds->onPress = [this](int step) { stepGestures.Press(ShownPattern(), step); };
     leds->onDrag = [this](int step, int up) { stepGestures.Drag(step, up); };

@@ -124,7 +124,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     keyboard->infoString = 469;
     keyboard->onNote = [this](CKeyboardExCtrl&, int note, bool off) {
         context.station.Audio().Post(
-            {EngineCommand::Kind::PlayNote, instrument->Id(), note, off ? 0.0F : static_cast<float>(kVelocity)});
+            {EngineCommand::EKind::kPlayNote, instrument->Id(), note, off ? 0.0F : static_cast<float>(kVelocity)});
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {

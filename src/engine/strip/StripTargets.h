@@ -4,7 +4,7 @@
 // Where the smoothed gains of a strip and of the master go: worked out once a block from plain numbers,
 // constant over the block. Render thread; holds no state.
 
-#include "engine/CLevelTables.h"
+#include "engine/strip/CLevelTables.h"
 #include "model/StripSettings.h"
 #include "model/StripState.h"
 

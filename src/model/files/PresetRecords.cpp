@@ -149,7 +149,7 @@ void WritePreset(CRecordWriter& writer, const Preset& preset) {
     writer.MarkerLine("PRESET_ADD");
     writer.Key("PRESET_STEPNUMBER_MODE").Integer(preset.stepNumber).Integer(preset.stepNumberMode);
     writer.Real(preset.stepNumberModeValue).EndLine();
-    static const CPattern empty;
+    const CPattern empty;
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {
         const auto index = static_cast<std::size_t>(pattern);
         const CPattern& content = preset.patterns[index] ? *preset.patterns[index] : empty;

@@ -17,7 +17,7 @@ constexpr int kBlockSizes[] = {1, 2, 3, 7, 8, 9, 31, 33, 64, 100, 256, 511, 1024
 constexpr int kMinute = 60 * 44100;
 const float* const kNoExtra[kSendCount] = {};
 
-class CStripKernels : public testing::TestWithParam<StripInstructions> {
+class CStripKernels : public testing::TestWithParam<EStripInstructions> {
 protected:
     void SetUp() override {
         kernels = FindStripKernels(GetParam());
@@ -266,12 +266,12 @@ TEST_P(CStripKernels, filterByTheEqualisersCurve) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(all, CStripKernels, testing::Values(StripInstructions::sse2, StripInstructions::avx2),
-                         [](const auto& test) { return test.param == StripInstructions::sse2 ? "sse2" : "avx2"; });
+INSTANTIATE_TEST_SUITE_P(all, CStripKernels, testing::Values(EStripInstructions::kSse2, EStripInstructions::kAvx2),
+                         [](const auto& test) { return test.param == EStripInstructions::kSse2 ? "sse2" : "avx2"; });
 
 TEST(StripKernels, giveIdenticalBitsForEveryInstructionSet) {
-    const StripKernels* narrow = FindStripKernels(StripInstructions::sse2);
-    const StripKernels* wide = FindStripKernels(StripInstructions::avx2);
+    const StripKernels* narrow = FindStripKernels(EStripInstructions::kSse2);
+    const StripKernels* wide = FindStripKernels(EStripInstructions::kAvx2);
     if (!wide) GTEST_SKIP() << "not on this processor";
     const CLevelTables tables;
     CMixerRig first(7), second(7);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "devices/OutputDeviceList.h"
+#include "devices/AlsaDeviceList.h"
 
 #include <alsa/asoundlib.h>
 
@@ -7,8 +7,6 @@
 #include <memory>
 
 #include "devices/AlsaMessages.h"
-#include "devices/CJackOutput.h"
-#include "devices/CSilentOutput.h"
 
 namespace quib {
 
@@ -25,24 +23,18 @@ bool Plays(const void* hint) {
     return !direction || std::string(direction.get()) == "Output";
 }
 
-void AppendAlsaDevices(std::vector<std::string>& names) {
+}  // namespace
+
+std::vector<std::string> ListAlsaDevices() {
     QuietAlsa();
+    std::vector<std::string> names;
     void** hints = nullptr;
-    if (snd_device_name_hint(-1, "pcm", &hints) < 0) return;
+    if (snd_device_name_hint(-1, "pcm", &hints) < 0) return names;
     for (void** hint = hints; *hint != nullptr; ++hint) {
         const HintText name(snd_device_name_get_hint(*hint, "NAME"));
         if (name && Plays(*hint) && std::string(name.get()) != "null") names.emplace_back(name.get());
     }
     snd_device_name_free_hint(hints);
-}
-
-}  // namespace
-
-std::vector<std::string> ListOutputDevices() {
-    std::vector<std::string> names;
-    AppendAlsaDevices(names);
-    if (CJackLibrary::Installed() != nullptr) names.emplace_back(CJackOutput::kName);
-    names.emplace_back(CSilentOutput::kName);
     return names;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/CLevelTables.h"
+#include "engine/strip/CLevelTables.h"
 
 #include <cmath>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 
 #include <gtest/gtest.h>
 
@@ -11,18 +11,18 @@
 namespace quib {
 namespace {
 
-TEST(SampleConversion, meetsFullScaleExactlyAndClampsBeyondIt) {
+TEST(Int16FramesTest, meetsFullScaleExactlyAndClampsBeyondIt) {
     const float left[] = {1, -1, 0.5f, 0, 1.5f, -7, std::numeric_limits<float>::quiet_NaN()};
     const float right[] = {-1, 1, -0.5f, 1e-9f, -INFINITY, INFINITY, 1};
     const std::int16_t expected[] = {32767, -32768, -32768, 32767,  16383, -16384, 0,
                                      0,     32767,  -32768, -32768, 32767, 0,      32767};
     std::int16_t converted[16] = {};
-    ConvertToInt16(left, right, converted, 7);
+    ToInt16Frames(left, right, converted, 7);
     for (std::size_t i = 0; i < 14; ++i) EXPECT_EQ(converted[i], expected[i]) << i;
     EXPECT_EQ(converted[14], 0) << "nothing past the frames";
 }
 
-TEST(SampleConversion, roundsToNearestEvenAtEveryPlaceOfABlock) {
+TEST(Int16FramesTest, roundsToNearestEvenAtEveryPlaceOfABlock) {
     std::minstd_rand random(2);
     std::uniform_real_distribution<float> noise(-1.01f, 1.01f);
     for (const int frames : {1, 3, 4, 5, 1000}) {
@@ -30,7 +30,7 @@ TEST(SampleConversion, roundsToNearestEvenAtEveryPlaceOfABlock) {
         for (float& sample : left) sample = noise(random);
         for (float& sample : right) sample = static_cast<float>(static_cast<int>(random() % 65536) - 32768) / 32768.0f;
         std::vector<std::int16_t> converted(2 * left.size());
-        ConvertToInt16(left.data(), right.data(), converted.data(), frames);
+        ToInt16Frames(left.data(), right.data(), converted.data(), frames);
         const auto expected = [](float x) {
             return static_cast<int>(std::nearbyint(std::min(std::max(x, -1.0f), 1.0f) * 32767.505859375f - 0.5f));
         };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "devices/SampleConversions.h"
+#include "devices/DriverSamples.h"
 
 #include <algorithm>
 #include <array>
@@ -57,19 +57,19 @@ std::uint64_t Swap(std::uint64_t value) noexcept { return __builtin_bswap64(valu
 
 // Writes words in the byte order wanted.
 template <class Word, class Source>
-void Store(const Source& make, unsigned char* to, std::size_t count, ByteOrder order) noexcept {
+void Store(const Source& make, unsigned char* to, std::size_t count, EByteOrder order) noexcept {
     std::array<Word, kChunk> words;
     for (std::size_t i = 0; i < count; ++i) words[i] = make(i);
-    if (order == ByteOrder::Big) {
+    if (order == EByteOrder::kBig) {
         for (std::size_t i = 0; i < count; ++i) words[i] = Swap(words[i]);
     }
     std::memcpy(to, words.data(), count * sizeof(Word));
 }
 
 // Four samples of three bytes make three words.
-void StoreThreeBytes(Integers& values, unsigned char* to, std::size_t count, ByteOrder order) noexcept {
+void StoreThreeBytes(Integers& values, unsigned char* to, std::size_t count, EByteOrder order) noexcept {
     for (std::size_t i = 0; i < count; ++i) {
-        values[i] = order == ByteOrder::Big ? Swap(values[i]) >> 8 : values[i] & 0xffffffU;
+        values[i] = order == EByteOrder::kBig ? Swap(values[i]) >> 8 : values[i] & 0xffffffU;
     }
     std::array<std::uint32_t, kChunk / 4 * 3> words;
     for (std::size_t i = count; i < (count + 3) / 4 * 4; ++i) values[i] = 0;
@@ -82,38 +82,39 @@ void StoreThreeBytes(Integers& values, unsigned char* to, std::size_t count, Byt
 }
 
 // Bits by which a 24-bit value is too wide for the type.
-int ShiftDown(SampleType type) noexcept {
+int ShiftDown(ESampleType type) noexcept {
     switch (type) {
-        case SampleType::Int32Of16:
+        case ESampleType::kInt32Of16:
             return 8;
-        case SampleType::Int32Of18:
+        case ESampleType::kInt32Of18:
             return 6;
-        case SampleType::Int32Of20:
+        case ESampleType::kInt32Of20:
             return 4;
         default:
             return 0;
     }
 }
 
-void ConvertChunk(const float* from, unsigned char* to, std::size_t count, SampleType type, ByteOrder order) noexcept {
+void ConvertChunk(const float* from, unsigned char* to, std::size_t count, ESampleType type,
+                  EByteOrder order) noexcept {
     Integers values;
     const int down = ShiftDown(type);
     switch (type) {
-        case SampleType::Int16:
+        case ESampleType::kInt16:
             RoundAll(from, values, count, kInt16Scale);
             return Store<std::uint16_t>([&](std::size_t i) { return static_cast<std::uint16_t>(values[i]); }, to, count,
                                         order);
-        case SampleType::Int24:
+        case ESampleType::kInt24:
             RoundAll(from, values, count, kInt24Scale);
             return StoreThreeBytes(values, to, count, order);
-        case SampleType::Float32:
+        case ESampleType::kFloat32:
             return Store<std::uint32_t>([&](std::size_t i) { return std::bit_cast<std::uint32_t>(from[i]); }, to, count,
                                         order);
-        case SampleType::Float64:
+        case ESampleType::kFloat64:
             return Store<std::uint64_t>(
                 [&](std::size_t i) { return std::bit_cast<std::uint64_t>(static_cast<double>(from[i])); }, to, count,
                 order);
-        case SampleType::Int32:
+        case ESampleType::kInt32:
             RoundAll(from, values, count, kInt24Scale);
             return Store<std::uint32_t>([&](std::size_t i) { return values[i] << 8; }, to, count, order);
         default:
@@ -126,22 +127,22 @@ void ConvertChunk(const float* from, unsigned char* to, std::size_t count, Sampl
 
 }  // namespace
 
-std::size_t BytesOf(SampleType type) noexcept {
+std::size_t BytesOf(ESampleType type) noexcept {
     switch (type) {
-        case SampleType::Int16:
+        case ESampleType::kInt16:
             return 2;
-        case SampleType::Int24:
+        case ESampleType::kInt24:
             return 3;
-        case SampleType::Float64:
+        case ESampleType::kFloat64:
             return 8;
         default:
             return 4;
     }
 }
 
-void ConvertSamples(const float* from, void* to, std::size_t count, SampleType type, ByteOrder order) noexcept {
+void ToDriverSamples(const float* from, void* to, std::size_t count, ESampleType type, EByteOrder order) noexcept {
     auto* bytes = static_cast<unsigned char*>(to);
-    if (type == SampleType::Float32 && order == ByteOrder::Little) {
+    if (type == ESampleType::kFloat32 && order == EByteOrder::kLittle) {
         std::memcpy(bytes, from, count * sizeof(float));
         return;
     }

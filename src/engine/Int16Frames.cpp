@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 
 #include <bit>
 #include <cstring>
@@ -37,7 +37,7 @@ void ConvertVector(const float* left, const float* right, std::int16_t* to) noex
 
 }  // namespace
 
-void ConvertToInt16(const float* left, const float* right, std::int16_t* interleaved, int frames) noexcept {
+void ToInt16Frames(const float* left, const float* right, std::int16_t* interleaved, int frames) noexcept {
     const auto count = static_cast<std::size_t>(frames);
     std::size_t i = 0;
     for (; i + kLanes <= count; i += kLanes) ConvertVector(left + i, right + i, interleaved + 2 * i);
