@@ -7,7 +7,7 @@
 #include <QObject>
 #include <array>
 
-#include "editors/CEditTarget.h"
+#include "editors/base/CEditTarget.h"
 
 class QAction;
 

@@ -11,7 +11,7 @@
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "document/CSettings.h"
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/CToolWindows.h"
 
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 
 namespace quib {
 

@@ -6,9 +6,7 @@
 
 namespace quib {
 
-CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), songTime(seed) {
-    Prepare(format);
-}
+CAudio::CAudio(std::uint32_t seed) : kernels(BestStripKernels()), songTime(seed) { Prepare(format); }
 
 CAudio::~CAudio() = default;
 

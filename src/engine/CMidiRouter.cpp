@@ -112,6 +112,11 @@ void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::u
                               static_cast<std::uint8_t>(std::clamp(velocity, 0, 127)), time});
 }
 
+void CMidiRouter::Audition(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+    if (key < 0 || key > 127) return;
+    instrument.play.liveEvents.Add(Event(kNoteOn, key, std::clamp(velocity, 0, 127), time));
+}
+
 void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
     MidiInputSettings& midi = instrument.midi;
     const int key = message.data1;

@@ -19,6 +19,7 @@ struct EngineCommand {
         kStartPattern,   // value: step; the current pattern begins there at the next beat
         kMoveBall,       // value: ball; x, y: 0..127
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
+        kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
     };
     EKind kind = EKind::kStop;
     std::uint32_t instrument = 0;

@@ -18,7 +18,7 @@
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {

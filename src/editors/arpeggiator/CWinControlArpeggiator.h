@@ -3,7 +3,7 @@
 
 // The tool window with the arpeggiator of one instrument. User-interface thread.
 
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 
 namespace quib {
 

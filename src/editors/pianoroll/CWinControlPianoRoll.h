@@ -8,7 +8,7 @@
 #include <QTimer>
 #include <map>
 
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 #include "editors/grid/CPlayhead.h"
 #include "editors/pianoroll/CPianoRollCtrlEx.h"
 #include "model/edits/NoteClip.h"

@@ -77,7 +77,7 @@ void CWinControlPianoRoll::RememberSelection(const NoteState& state) {
 
 void CWinControlPianoRoll::Audition(int key, int velocity, bool on) {
     if (!shown) return;
-    Document().Audio().Post({EngineCommand::EKind::kPlayNote, shown->Id(), key, on ? static_cast<float>(velocity) : 0});
+    Document().Audio().Post({EngineCommand::EKind::kAudition, shown->Id(), key, on ? static_cast<float>(velocity) : 0});
 }
 
 int CWinControlPianoRoll::ArmedLimit() const { return shown ? shown->midi.limitLearning.Get() : -1; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editors/CToolWindow.h"
+#include "editors/base/CToolWindow.h"
 
 #include <cmath>
 

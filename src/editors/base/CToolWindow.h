@@ -6,8 +6,8 @@
 // nothing; it takes everything over anew when it is shown. User-interface thread.
 
 #include "controls/CWinControl.h"
-#include "editors/CEditTarget.h"
-#include "editors/ToolTable.h"
+#include "editors/base/CEditTarget.h"
+#include "editors/base/ToolRow.h"
 #include "engine/PlayPicture.h"
 
 namespace quib {
