@@ -22,14 +22,16 @@ constexpr int kPatience = 15;  // seconds for one library
 constexpr int kMargin = 5000;  // milliseconds, for the process itself
 
 bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {
+    if (!entry.isBroken && entry.identity.isEmpty()) return false;  // kept by a version that did not ask for it
     return entry.size == file.size() && entry.changed == file.lastModified().toMSecsSinceEpoch();
 }
 
 QJsonObject ToJson(const PluginEntry& entry) {
-    return {{QStringLiteral("path"), entry.path},       {QStringLiteral("name"), entry.name},
-            {QStringLiteral("vendor"), entry.vendor},   {QStringLiteral("instrument"), entry.isInstrument},
-            {QStringLiteral("broken"), entry.isBroken}, {QStringLiteral("error"), entry.error},
-            {QStringLiteral("changed"), entry.changed}, {QStringLiteral("size"), entry.size}};
+    return {{QStringLiteral("path"), entry.path},        {QStringLiteral("name"), entry.name},
+            {QStringLiteral("vendor"), entry.vendor},    {QStringLiteral("instrument"), entry.isInstrument},
+            {QStringLiteral("broken"), entry.isBroken},  {QStringLiteral("error"), entry.error},
+            {QStringLiteral("changed"), entry.changed},  {QStringLiteral("size"), entry.size},
+            {QStringLiteral("identity"), entry.identity}};
 }
 
 PluginEntry FromJson(const QJsonObject& object) {
@@ -37,6 +39,7 @@ PluginEntry FromJson(const QJsonObject& object) {
     entry.path = object[QStringLiteral("path")].toString();
     entry.name = object[QStringLiteral("name")].toString();
     entry.vendor = object[QStringLiteral("vendor")].toString();
+    entry.identity = object[QStringLiteral("identity")].toString();
     entry.isInstrument = object[QStringLiteral("instrument")].toBool();
     entry.isBroken = object[QStringLiteral("broken")].toBool();
     entry.error = object[QStringLiteral("error")].toString();
@@ -197,6 +200,7 @@ PluginEntry CPluginCatalog::Describe(const QString& path, bool succeeded, const 
     const QString name = object[QStringLiteral("name")].toString();
     if (!name.isEmpty()) entry.name = name;
     entry.vendor = object[QStringLiteral("vendor")].toString();
+    entry.identity = object[QStringLiteral("identity")].toString();
     entry.isInstrument = object[QStringLiteral("category")].toInt() == kSynthesiser;
     return entry;
 }

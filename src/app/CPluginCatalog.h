@@ -18,6 +18,7 @@ struct PluginEntry {
     QString name;
     QString path;  // of the library
     QString vendor;
+    QString identity;  // format and the plug-in's id in it, "vst2:31366378"; empty for a broken one
     bool isInstrument = false;
     bool isBroken = false;  // crashed, hung or refused
     QString error;          // of a broken one

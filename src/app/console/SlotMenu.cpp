@@ -107,9 +107,9 @@ void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_p
     }
 }
 
-void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& name, QWidget* window) {
+void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& path, QWidget* window) {
     QString error;
-    if (!context.station.LoadPlugin(place, name, error)) Tell(window, error);
+    if (!context.station.LoadPlugin(place, path, error)) Tell(window, error);
 }
 
 }  // namespace
@@ -123,11 +123,10 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
         menu.addSeparator();
     }
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const QStringList names = context.actions.pluginNames
-                                  ? context.actions.pluginNames(isInstrument ? SlotKind::Instrument : SlotKind::Effect)
-                                  : QStringList();
-    for (const QString& name : names) {
-        menu.addAction(name, [context, place, name, window] { LoadInto(context, place, name, window); });
+    const SlotKind kind = isInstrument ? SlotKind::Instrument : SlotKind::Effect;
+    for (const PluginChoice& choice : context.actions.pluginChoices(kind)) {
+        menu.addAction(choice.text,
+                       [context, place, choice, window] { LoadInto(context, place, choice.path, window); });
     }
     menu.addSeparator();
     menu.addAction(

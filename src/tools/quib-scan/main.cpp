@@ -69,6 +69,7 @@ void Describe(CPlugin& plugin, const std::filesystem::path& file, double millise
     json.Add("product", identity.product);
     json.Add("version", effect.version);
     json.Add("id", fmt::format("{:08x}", static_cast<std::uint32_t>(effect.uniqueId)));
+    json.Add("identity", fmt::format("vst2:{:08x}", static_cast<std::uint32_t>(effect.uniqueId)));
     json.Add("category", identity.category);
     json.Add("inputs", plugin.InputCount());
     json.Add("outputs", plugin.OutputCount());
