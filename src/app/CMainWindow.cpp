@@ -13,6 +13,7 @@
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "document/CSettings.h"
+#include "model/plugin/PluginFormats.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -27,8 +28,8 @@ QString Extension(const QString& path) { return QFileInfo(path).suffix().toLower
 
 bool IsWelcome(const QString& path) {
     static const QStringList extensions = {QStringLiteral("prg"), QStringLiteral("ist"), QStringLiteral("ptn"),
-                                           QStringLiteral("fxb"), QStringLiteral("fxp"), QStringLiteral("so")};
-    return extensions.contains(Extension(path));
+                                           QStringLiteral("fxb"), QStringLiteral("fxp")};
+    return extensions.contains(Extension(path)) || HasPluginExtension(path.toStdString());
 }
 
 }  // namespace
@@ -45,6 +46,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     connect(&workstation, &CWorkstation::ProjectPathChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
+    const auto tellIdentities = [this] { workstation.SetPluginIdentities(catalog.Identities()); };
+    connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
+    tellIdentities();
     timer.setInterval(kTickMilliseconds);
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
@@ -133,7 +137,7 @@ void CMainWindow::TakeFile(const QString& path) {
     const auto instrument = workstation.Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
-    if (kind == QLatin1String("so")) return TakePluginLibrary(path);
+    if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path);
     if (kind == QLatin1String("ist")) {
         if (workstation.AddInstrument(path, error) >= 0) return ShowWarnings();
     } else if (!instrument) {

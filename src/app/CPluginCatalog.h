@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <memory>
 
+#include "model/plugin/CPluginFinder.h"
+
 namespace quib {
 
 struct PluginEntry {
@@ -47,6 +49,7 @@ public:
     QList<PluginEntry> Instruments() const { return Select(true); }
     QList<PluginEntry> Effects() const { return Select(false); }
     QList<PluginEntry> All() const { return entries; }
+    CPluginFinder::Identities Identities() const;
 
     // What one library is; asks it, and waits, when nobody did yet. False, with `error`, for a broken one.
     bool Ask(const QString& path, PluginEntry& entry, QString& error);

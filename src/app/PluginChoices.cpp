@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/PluginChoices.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
-#include <algorithm>
 
 #include "app/CPluginCatalog.h"
 #include "document/Folders.h"
+#include "model/plugin/PluginFormats.h"
 
 namespace quib {
 
@@ -20,12 +19,11 @@ QList<PluginEntry> OwnPlugins(const Folders& folders, const CPluginCatalog& cata
     for (const PluginEntry& entry : catalog.All()) known.insert(entry.path, entry);
     QList<PluginEntry> own;
     for (const QString& folder : OwnPluginFolders(folders, instruments)) {
-        QStringList files = QDir(folder).entryList({QStringLiteral("*.so")}, QDir::Files);
-        files.sort();
-        for (const QString& file : files) {
+        for (const std::filesystem::path& path : PluginFilesIn(folder.toStdString(), false)) {
+            const QFileInfo file(QString::fromStdString(path.string()));
             PluginEntry entry;
-            entry.path = QFileInfo(folder + file).canonicalFilePath();
-            entry.name = QFileInfo(file).completeBaseName();
+            entry.path = file.canonicalFilePath();
+            entry.name = file.completeBaseName();
             entry.isInstrument = instruments;
             if (const auto asked = known.constFind(entry.path); asked != known.constEnd() && !asked->isBroken) {
                 entry = *asked;
@@ -67,6 +65,14 @@ QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& 
     TellApart(choices, entries, [](const PluginEntry& entry) { return QFileInfo(entry.path).completeBaseName(); });
     TellApart(choices, entries, [](const PluginEntry& entry) { return entry.path; });
     return choices;
+}
+
+QString PluginFilePatterns() {
+    QStringList patterns;
+    for (const PluginFormat& format : PluginFormats()) {
+        patterns.append(QLatin1Char('*') + QString::fromStdString(std::string(format.extension)));
+    }
+    return patterns.join(QLatin1Char(' '));
 }
 
 }  // namespace quib

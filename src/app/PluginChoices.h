@@ -7,7 +7,7 @@
 #include <QList>
 #include <QString>
 
-#include "model/plugin/CPlugin.h"
+#include "model/plugin/PluginIdentity.h"
 
 namespace quib {
 
@@ -23,5 +23,8 @@ struct PluginChoice {
 // Those of the program's own folders, which are there at once, then what else the machine has. Plug-ins of one
 // name are told apart by their makers, else by their files.
 QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, SlotKind kind);
+
+// Of the plug-in files of all formats, as filters of dialogs want them: "*.so".
+QString PluginFilePatterns();
 
 }  // namespace quib

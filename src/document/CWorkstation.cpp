@@ -11,7 +11,6 @@
 #include "document/CSettings.h"
 #include "document/EditCommands.h"
 #include "engine/EngineNotices.h"
-#include "model/plugin/PluginBank.h"
 #include "platform/Clock.h"
 #include "platform/Paths.h"
 #include "texts/Texts.h"
@@ -93,10 +92,14 @@ void CWorkstation::ConnectEnvironment() {
         Q_EMIT EditorSizeWanted(&plugin, width, height);
         return true;
     };
-    environment.currentTime = [this](vst2::VstTimeInfo& time) { time = audio.Picture().time; };
+    environment.currentTime = [this](PlayTime& time) { time = audio.Picture().time; };
 }
 
-void CWorkstation::ReadPluginFolders() { finder = MakeFinder(folders, settings); }
+void CWorkstation::ReadPluginFolders() {
+    CPluginFinder next = MakeFinder(folders, settings);
+    next.SetIdentities(finder.KnownIdentities());
+    finder = std::move(next);
+}
 
 bool CWorkstation::OpenOutput(const QString& device) {
     forcedDevice = device;
@@ -172,7 +175,7 @@ void CWorkstation::IdlePlugins() {
     if (inside) return;
     inside = true;
     ForEachSlot([](const PluginSlot& slot, const SlotPlace&) {
-        if (slot.plugin && slot.plugin->NeedsIdle()) slot.plugin->Dispatch(vst2::effIdle);
+        if (slot.plugin && slot.plugin->NeedsIdle()) slot.plugin->Idle();
     });
     inside = false;
 }

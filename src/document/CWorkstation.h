@@ -115,6 +115,8 @@ public:
     void RefreshPlugins() { finder.Refresh(); }
     // Follows a change of the folders that the user has added.
     void ReadPluginFolders();
+    // What libraries hold, by which a project's plug-ins are found whose libraries have other names here.
+    void SetPluginIdentities(CPluginFinder::Identities known) { finder.SetIdentities(std::move(known)); }
 
     // --- Patterns, playlist, automation -----------------------------------------------------------
 
@@ -233,7 +235,7 @@ private:
     // Plug-ins
     CPublished<PluginSlot>* PublishedSlot(const SlotPlace& place) const;
     CPublished<PluginSlot>* PublishedSlot(const Instrumented& owner, const SlotPlace& place) const;
-    std::shared_ptr<CPlugin> LoadNamed(const std::string& name, SlotKind kind, std::string& error);
+    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error);
     std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error);
     PluginLoader Loader();
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);

@@ -6,7 +6,6 @@
 #include "document/CWorkstation.h"
 #include "document/EditCommands.h"
 #include "model/files/ContentFiles.h"
-#include "model/plugin/PluginBank.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -76,23 +75,25 @@ std::shared_ptr<CPlugin> CWorkstation::Shared(const CPlugin& plugin) const {
     return found;
 }
 
-std::shared_ptr<CPlugin> CWorkstation::LoadNamed(const std::string& name, SlotKind kind, std::string& error) {
-    const auto library = finder.Find(name, kind);
+std::shared_ptr<CPlugin> CWorkstation::LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const auto library = finder.Find(wanted, kind);
     if (library) return CPlugin::Load(*library, kind, audio.environment, error);
     error = Text("not found in any plug-in folder").toStdString();
     return nullptr;
 }
 
 PluginLoader CWorkstation::Loader() {
-    return [this](const std::string& name, SlotKind kind, std::string& error) { return LoadNamed(name, kind, error); };
+    return [this](const PluginReference& wanted, SlotKind kind, std::string& error) {
+        return LoadNamed(wanted, kind, error);
+    };
 }
 
 std::shared_ptr<CPlugin> CWorkstation::LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error) {
     std::string reason;
     messageShown = false;
-    const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo(nameOrPath).isFile();
+    const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo::exists(nameOrPath);
     auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, audio.environment, reason)
-                         : LoadNamed(nameOrPath.toStdString(), kind, reason);
+                         : LoadNamed({nameOrPath.toStdString(), {}}, kind, reason);
     error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
     return plugin;
 }
@@ -131,14 +132,13 @@ void CWorkstation::ClearPlugin(const SlotPlace& place) {
 }
 
 CWorkstation::PluginState CWorkstation::StateOf(CPlugin& plugin) {
-    return {std::make_shared<const StateImage>(quib::SaveBank(plugin)),
-            static_cast<int>(plugin.Dispatch(vst2::effGetProgram))};
+    return {std::make_shared<const StateImage>(plugin.SaveBank()), plugin.CurrentProgram()};
 }
 
 // The program first: selecting one afterwards would make some plug-ins forget the edits in the image.
 void CWorkstation::SetState(CPlugin& plugin, const PluginState& state) {
-    quib::SelectProgram(plugin, state.program);
-    if (!state.bank->empty()) quib::LoadBank(plugin, *state.bank);
+    plugin.SelectProgram(state.program);
+    if (!state.bank->empty()) plugin.LoadBank(*state.bank);
 }
 
 bool CWorkstation::ChangeState(const SlotPlace& place, const QString& name,
@@ -197,9 +197,8 @@ bool CWorkstation::SaveProgram(const SlotPlace& place, const QString& path, QStr
 void CWorkstation::SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program) {
     SlotPlace place;
     if (!FindPlugin(plugin.get(), place)) return;
-    if (plugin->Dispatch(vst2::effGetProgram) == program) return;
-    ChangeState(place, Text("Select program"),
-                [program](CPlugin& owner) { return quib::SelectProgram(owner, program); });
+    if (plugin->CurrentProgram() == program) return;
+    ChangeState(place, Text("Select program"), [program](CPlugin& owner) { return owner.SelectProgram(program); });
 }
 
 void CWorkstation::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after) {
@@ -215,10 +214,7 @@ void CWorkstation::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int p
 void CWorkstation::WatchParameters(const std::shared_ptr<CPlugin>& plugin) {
     std::vector<float>& values = watched[plugin.get()];
     values.resize(plugin->Parameters().size());
-    vst2::AEffect& effect = plugin->Effect();
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = effect.getParameter(&effect, static_cast<std::int32_t>(i));
-    }
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = plugin->Parameter(static_cast<int>(i));
 }
 
 void CWorkstation::UnwatchParameters(const CPlugin* plugin) { watched.erase(plugin); }

@@ -17,7 +17,6 @@ namespace {
 constexpr int kTailBlocks = 100;
 // The rest waits for the next block: an instrument's list takes them all, so no note off is lost on the way.
 constexpr std::size_t kMaximumLiveMessages = kMaximumBlockEvents / 2;
-constexpr std::int32_t kDrumMachineId = 0x31366378;
 // Output pair of the drum machine for a send, behind its main pair.
 constexpr int SendOutput(int send) noexcept { return 2 * send + 2; }
 
@@ -123,26 +122,25 @@ void CAudio::AdvanceSequencer() noexcept {
 }
 
 void CAudio::FillTime() noexcept {
-    using namespace vst2;
     const int beatsPerBar = std::max(1, settings.beatsPerBar.Get());
     const int beatUnit = std::max(1, settings.beatUnit.Get());
     const double quartersPerBar = 4.0 * beatsPerBar / beatUnit;
     const int stepsPerBeat = std::max(1, settings.stepsPerBeat.Get());
-    VstTimeInfo& time = block.time;
-    time.samplePos = static_cast<double>(transport.sampleCounter);
+    PlayTime& time = block.time;
+    time.known = true;
+    time.samplePosition = static_cast<double>(transport.sampleCounter);
     time.sampleRate = format.sampleRate;
     time.tempo = static_cast<double>(SafeTempo(settings));
-    time.ppqPos = transport.QuarterNotes(stepsPerBeat);
-    time.barStartPos = std::floor(time.ppqPos / quartersPerBar) * quartersPerBar;
-    time.cycleStartPos = static_cast<double>(settings.loopStart.Get()) / stepsPerBeat;
-    time.cycleEndPos = static_cast<double>(settings.loopEnd.Get()) / stepsPerBeat;
-    time.timeSigNumerator = beatsPerBar;
-    time.timeSigDenominator = beatUnit;
-    time.flags = kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid | kVstTimeSigValid;
-    if (transport.playing) time.flags |= kVstTransportPlaying;
-    if (transport.changed) time.flags |= kVstTransportChanged;
-    if (settings.loopOn.IsOn() && settings.songMode.IsOn()) time.flags |= kVstTransportCycleActive;
-    if (recordAutomation.IsOn()) time.flags |= kVstTransportRecording;
+    time.quarterNotes = transport.QuarterNotes(stepsPerBeat);
+    time.barStart = std::floor(time.quarterNotes / quartersPerBar) * quartersPerBar;
+    time.loopStart = static_cast<double>(settings.loopStart.Get()) / stepsPerBeat;
+    time.loopEnd = static_cast<double>(settings.loopEnd.Get()) / stepsPerBeat;
+    time.beatsPerBar = beatsPerBar;
+    time.beatUnit = beatUnit;
+    time.playing = transport.playing;
+    time.transportChanged = transport.changed;
+    time.looping = settings.loopOn.IsOn() && settings.songMode.IsOn();
+    time.recording = recordAutomation.IsOn();
 }
 
 void CAudio::RenderInstruments() noexcept {
@@ -175,11 +173,10 @@ void CAudio::PrepareStrip(BlockInstrument& entry, StripJob& job) noexcept {
     EqBandUpdate update;
     while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
 
-    const vst2::AEffect& effect = std::as_const(*entry.plugin).Effect();
     StripSettings values{strip.level.Get(),     strip.pan.Get(),        strip.mute.Get(),
                          strip.soloMuted.Get(), strip.crossfadeA.Get(), strip.crossfadeB.Get()};
     values.eqOn = strip.eqOn.IsOn() ? 1.0F : 0.0F;
-    values.hasSendOutputs = effect.uniqueId == kDrumMachineId && entry.plugin->OutputCount() >= SendOutput(kSendCount);
+    values.hasSendOutputs = entry.plugin->FeedsSends() && entry.plugin->OutputCount() >= SendOutput(kSendCount);
     for (int send = 0; send < kSendCount; ++send) {
         const auto index = static_cast<std::size_t>(send);
         values.sendOn[send] = strip.sendOn[index].Get();

@@ -24,10 +24,7 @@ protected:
         window->resize(600, 400);
         QCoreApplication::processEvents();
     }
-    float Value(int parameter) {
-        vst2::AEffect& effect = PluginAt(0).Effect();
-        return effect.getParameter(&effect, parameter);
-    }
+    float Value(int parameter) { return PluginAt(0).Parameter(parameter); }
     void Mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers keys = {}) {
         QWidget* const view = window->Parameters().viewport();
         const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;

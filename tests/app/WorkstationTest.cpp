@@ -9,7 +9,6 @@
 
 #include "app/AppFixture.h"
 #include "document/CAutomationTake.h"
-#include "model/plugin/PluginBank.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
@@ -97,7 +96,7 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
                    [&] { EXPECT_TRUE(workstation->LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString(); });
     ExpectUndoable("Plug-in parameter", [&] {
         const auto plugin = workstation->Slot(insert)->plugin;
-        const float before = plugin->Effect().getParameter(&plugin->Effect(), 0);
+        const float before = plugin->Parameter(0);
         plugin->SetParameter(0, before > 0.5F ? 0.1F : 0.9F);
         workstation->ParameterEdited(plugin, 0, before, before > 0.5F ? 0.1F : 0.9F);
     });
@@ -127,7 +126,7 @@ TEST_F(WorkstationTest, UndoOfARemovalBringsTheSamePluginBackInItsState) {
     EXPECT_TRUE(workstation->Instruments().empty());
     workstation->Undo().undo();
     ASSERT_EQ(&PluginAt(index), plugin);
-    EXPECT_NEAR(plugin->Effect().getParameter(&plugin->Effect(), 1), 0.125F, 1e-3F);
+    EXPECT_NEAR(plugin->Parameter(1), 0.125F, 1e-3F);
     EXPECT_TRUE(plugin->IsPrepared());
 }
 
@@ -235,20 +234,20 @@ TEST_F(WorkstationTest, BanksGoToFilesAndBackWithUndo) {
     QString error;
     ASSERT_TRUE(workstation->SaveBank(Place(0), File("a.fxb"), error)) << error.toStdString();
     ASSERT_TRUE(workstation->SaveProgram(Place(0), File("a.fxp"), error));
-    const StateImage original = SaveBank(PluginAt(0));
+    const StateImage original = PluginAt(0).SaveBank();
     for (const bool bank : {true, false}) {
         PluginAt(0).SetParameter(0, 0.9F);
         PluginAt(0).SetParameter(1, 0.1F);
-        const StateImage changed = SaveBank(PluginAt(0));
+        const StateImage changed = PluginAt(0).SaveBank();
         ASSERT_NE(changed, original);
         const bool loaded = bank ? workstation->LoadBank(Place(0), File("a.fxb"), error)
                                  : workstation->LoadProgram(Place(0), File("a.fxp"), error);
         ASSERT_TRUE(loaded) << error.toStdString();
-        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+        EXPECT_EQ(PluginAt(0).SaveBank(), original);
         workstation->Undo().undo();
-        EXPECT_EQ(SaveBank(PluginAt(0)), changed);
+        EXPECT_EQ(PluginAt(0).SaveBank(), changed);
         workstation->Undo().redo();
-        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+        EXPECT_EQ(PluginAt(0).SaveBank(), original);
     }
 }
 

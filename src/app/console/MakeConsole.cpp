@@ -33,7 +33,7 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
         const QString folder = station.Settings().ReadSettingString(QString::fromLatin1(kSettingsSection),
                                                                     QStringLiteral("InstrumentDir"));
         nameOrPath = QFileDialog::getOpenFileName(&window, Text("Choose an instrument or a plug-in"), folder,
-                                                  QStringLiteral("QUIB (*.ist *.so)"));
+                                                  QStringLiteral("QUIB (*.ist %1)").arg(PluginFilePatterns()));
         if (nameOrPath.isEmpty()) return;
     }
     QString error;

@@ -91,13 +91,13 @@ void AddFileItems(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
 }
 
 void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_ptr<CPlugin>& plugin) {
-    const int count = plugin->Effect().numPrograms;
+    const int count = plugin->ProgramCount();
     if (count < 2) return;
     QMenu* const programs = menu.addMenu(Text("Program"));
-    const auto now = static_cast<int>(plugin->Dispatch(vst2::effGetProgram));
+    const int now = plugin->CurrentProgram();
     CWorkstation& station = context.station;
     for (int program = 0; program < std::min(count, 128); ++program) {
-        QString name = QString::fromStdString(plugin->Text(vst2::effGetProgramNameIndexed, program)).trimmed();
+        QString name = QString::fromStdString(plugin->ProgramName(program)).trimmed();
         if (name.isEmpty()) name = Text("Program %1").arg(program + 1);
         QAction* const action = programs->addAction(QStringLiteral("%1  %2").arg(program + 1).arg(name));
         action->setCheckable(true);
@@ -132,9 +132,10 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
     menu.addAction(
         isInstrument ? Text("Select Plugin") : Text("Load Plugin..."), [context, place, window, isInstrument] {
             const QString setting = isInstrument ? QStringLiteral("PluginDir") : QStringLiteral("EffectDir");
-            const QString path = QFileDialog::getOpenFileName(
-                window, Text("Choose the VST Plugin"),
-                context.station.Settings().ReadSettingString(kSettingsSection, setting), QStringLiteral("VST (*.so)"));
+            const QString path =
+                QFileDialog::getOpenFileName(window, Text("Choose the VST Plugin"),
+                                             context.station.Settings().ReadSettingString(kSettingsSection, setting),
+                                             QStringLiteral("VST (%1)").arg(PluginFilePatterns()));
             if (!path.isEmpty()) LoadInto(context, place, path, window);
         });
     if (slot && (slot->plugin || slot->missing)) {
