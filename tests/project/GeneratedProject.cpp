@@ -82,7 +82,7 @@ std::shared_ptr<CInstrument> FullInstrument() {
     instrument->plugin.Prepare(Slot(synth));
     instrument->inserts[0].Prepare(Slot(insert));
     auto missing = std::make_shared<MissingPlugin>(
-        MissingPlugin{"Vanished.dll", "Vanished", Image("PRESET;END;\r\n"), 5, *Points(2, 40, 0.0F)});
+        MissingPlugin{"Vanished.dll", "vst2:56616e69", "Vanished", Image("PRESET;END;\r\n"), 5, *Points(2, 40, 0.0F)});
     instrument->inserts[1].Prepare(std::make_shared<const PluginSlot>(PluginSlot{nullptr, std::move(missing)}));
     instrument->title = "Bass";
     instrument->icon = 4;
