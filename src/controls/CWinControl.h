@@ -55,6 +55,7 @@ public:
 
     // Modifiers of the event that is being handled.
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
+    bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
 
     void ShowBubble(CControl& control, const QString& text);

@@ -33,16 +33,18 @@ void BindValue(CControl& control, const ConsoleContext& context, const char* val
     control.name = Text(valueName);
     control.infoString = infoString;
     CWorkstation& station = context.station;
-    control.onGesture = [&station, afterwards](CControl& changed, float before) {
-        station.ValueEdited(*changed.Value(), before, changed.ValueNow(), changed.name, afterwards);
+    control.onGesture = [&station, owner = context.owner, afterwards](CControl& changed, float before) {
+        station.Changes().ValueEdited(Part(owner, *changed.Value()), before, changed.ValueNow(), changed.name,
+                                      afterwards);
     };
 }
 
 void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName) {
     CWorkstation& station = context.station;
-    control.onLevelGesture = [&station, name = Text(valueName)](CControl& changed, float before) {
+    control.onLevelGesture = [&station, owner = context.owner, name = Text(valueName)](CControl& changed,
+                                                                                       float before) {
         CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();
-        station.ValueEdited(*level, before, level->Get(), name);
+        station.Changes().ValueEdited(Part(owner, *level), before, level->Get(), name);
     };
 }
 

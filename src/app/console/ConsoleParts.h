@@ -10,12 +10,11 @@
 #include "app/PluginChoices.h"
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
+#include "editors/ToolTable.h"
 
 namespace quib {
 
 class CSwitchFaderCtrl;
-
-enum class ETool { kPianoRoll, kAutomation, kArpeggiator, kBall, kPlaylist, kTutorial };
 
 // What the console asks its window for.
 struct ConsoleActions {
@@ -32,6 +31,7 @@ struct ConsoleActions {
 struct ConsoleContext {
     CWorkstation& station;
     ConsoleActions& actions;
+    std::shared_ptr<CInstrument> owner;  // of the values that the controls are bound to; null: the master section
 };
 
 // Names the control's value, explains it, and makes each finished gesture a step of undo. `afterwards`

@@ -49,17 +49,62 @@ void CInstrumentStripCtrl::AddMixer() {
 }
 
 void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
-    auto& cells = AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
-    cells.infoString = 127;
-    leds = &AddChild<CStepLedCtrl>(0U, left, 60, 16 * cellWidth - 1, 9, Ground());
+    cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
+    cells->infoString = 127;
+    leds = &AddChild<CStepLedCtrl>(0U, left, 59, 16 * cellWidth - 1, 13, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
     leds->playingStep = [this] { return playingStep; };
-    leds->isUsed = [this](int step) { return shownPattern && !shownPattern->NotesOfStep(step).empty(); };
-    leds->onStep = [this](int step) {
+    leds->loudness = [this](int step) { return LoudnessOf(step); };
+    leds->onRestart = [this](int step) {
         context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
     };
+    leds->onPress = [this](int step) { stepGestures.Press(ShownPattern(), step); };
+    leds->onDrag = [this](int step, int up) { stepGestures.Drag(step, up); };
+    leds->onRelease = [this] { stepGestures.Release(); };
+    leds->onCancel = [this] { stepGestures.Cancel(); };
+    leds->onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { FillStepMenu(menu, leds->HoveredStep()); });
+    };
     AddStepControls(left);
+}
+
+int CInstrumentStripCtrl::LoudnessOf(int step) const {
+    int loudest = -1;
+    if (!shownPattern) return loudest;
+    for (const std::uint32_t note : shownPattern->NotesOfStep(step)) {
+        loudest = std::max(loudest, shownPattern->Notes()[note].velocity);
+    }
+    return std::min(loudest, 127);
+}
+
+void CInstrumentStripCtrl::FillStepMenu(QMenu& menu, int step) {
+    const int pattern = ShownPattern();
+    const auto notes = shownPattern ? shownPattern->NotesOfStep(step) : std::span<const std::uint32_t>();
+    menu.addSection(Text("Step %1").arg(step + 1));
+    if (!notes.empty()) {
+        const Note first = shownPattern->Notes()[notes.front()];
+        const auto ask = [this](const char* text, double now, double least, double most, int decimals, auto set) {
+            bool accepted = false;
+            const double typed =
+                QInputDialog::getDouble(&Owner(), Text(text), Text(text), now, least, most, decimals, &accepted);
+            if (accepted) set(typed);
+        };
+        menu.addAction(Text("Velocity ..."), [this, pattern, step, first, ask] {
+            ask("Velocity", first.velocity, 0, 127, 0,
+                [&](double wanted) { stepGestures.SetVelocity(pattern, step, static_cast<int>(wanted)); });
+        });
+        menu.addAction(Text("Length ..."), [this, pattern, step, first, ask] {
+            ask("Length (steps)", static_cast<double>(first.length), 0.0625, 4096, 4,
+                [&](double wanted) { stepGestures.SetLength(pattern, step, static_cast<float>(wanted)); });
+        });
+        menu.addAction(Text("Clear step"), [this, pattern, step] { stepGestures.Clear(pattern, step); });
+    }
+    if (!context.actions.hasTool || !context.actions.hasTool(ETool::kPianoRoll)) return;
+    menu.addAction(Text("Open in the piano roll"), [this] {
+        context.station.Selection().SetCurrent(Index());
+        context.actions.openTool(ETool::kPianoRoll);
+    });
 }
 
 void CInstrumentStripCtrl::AddStepControls(int left) {
@@ -72,7 +117,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     modes->section = ESection::kPattern;
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
-        context.station.SetStepNumberMode(Index(), static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
+        context.station.Contents().SetStepNumberMode(Index(),
+                                                     static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
     };
     auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
     label.textColour = Palette().Colour(QStringLiteral("textMuted"));
@@ -113,21 +159,10 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     filter->infoString = 485;
     for (std::size_t band = 0; band < bands.size(); ++band)
         filter->defaults[band] = {kDefaultEqFreq[band], kDefaultEqQ, 0};
-    CWorkstation& station = context.station;
-    filter->sampleRate = [&station] { return station.Audio().Format().sampleRate; };
-    filter->onBandChange = [&station, &strip](int band) {
-        station.ValueMoved(strip.eqFreq[static_cast<std::size_t>(band)]);
-    };
-    filter->onBandGesture = [&station, &strip](int band, const CFilterCtrl::BandState& before) {
-        const auto index = static_cast<std::size_t>(band);
-        station.Undo().beginMacro(Text("Equaliser"));
-        const auto tell = [&station](CValue& moved, float old) {
-            if (moved.Get() != old) station.ValueEdited(moved, old, moved.Get(), Text("Equaliser"));
-        };
-        tell(strip.eqFreq[index], before.frequency);
-        tell(strip.eqQ[index], before.resonance);
-        tell(strip.eqGain[index], before.gain);
-        station.Undo().endMacro();
+    filter->sampleRate = [&station = context.station] { return station.Audio().Format().sampleRate; };
+    filter->onBandChange = [this](int band) { context.station.Stack().FollowEqualizer(instrument, band); };
+    filter->onBandGesture = [this](int band, const CFilterCtrl::BandState& before) {
+        context.station.Stack().EqualizerEdited(instrument, band, {before.frequency, before.resonance, before.gain});
     };
 }
 
@@ -172,7 +207,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         edit.section = ESection::kEffects;
         edit.infoString = 451;
         edit.onChange = [this, slot](CControl&) {
-            const auto held = context.station.Slot(slot);
+            const auto held = context.station.Places().Slot(slot);
             if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
             PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };

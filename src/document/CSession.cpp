@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The project as a whole: new, loading, saving, backups.
+#include "document/CSession.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <utility>
 
-#include "document/CAutomationTake.h"
-#include "document/CWorkstation.h"
 #include "project/ProjectEngine.h"
 #include "texts/Texts.h"
 
@@ -21,19 +20,19 @@ constexpr qint64 kTimedInterval = 60;  // seconds
 
 }  // namespace
 
-QString CWorkstation::ProjectName() const {
+QString CSession::ProjectName() const {
     return projectPath.isEmpty() ? Text("Untitled") : QFileInfo(projectPath).completeBaseName();
 }
 
-void CWorkstation::NewProject() {
+void CSession::NewProject() {
     warnings.clear();
     Publish({}, {});
 }
 
-bool CWorkstation::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {
+bool CSession::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {
     ProjectState state;
     std::string reason;
-    if (!ReadProjectFile(path.toStdString(), Loader(), state, reason, progress)) {
+    if (!ReadProjectFile(path.toStdString(), parts.places.Loader(), state, reason, progress)) {
         error = QString::fromStdString(reason);
         return false;
     }
@@ -42,87 +41,76 @@ bool CWorkstation::LoadProject(const QString& path, QString& error, const LoadPr
     return true;
 }
 
-bool CWorkstation::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error) {
+bool CSession::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error) {
     if (!LoadProject(path, error)) return false;
     SetSaved(projectFile);
-    if (modified) Touch();
+    if (modified) context.changes.Touch();
     return true;
 }
 
-void CWorkstation::Publish(ProjectState state, const QString& path) {
-    Stop();
-    Locate(0);
-    recalls.clear();
-    take = std::make_unique<CAutomationTake>();
-    undo.clear();
-    watched.clear();
-    soloed.clear();
-    loadedKeys.clear();
-    for (const auto& instrument : state.instruments) {
-        loadedKeys[instrument->Id()] = instrument->play.heldKeys.Items();
-    }
-    PublishProject(state, audio);
-    presetSelected.Set(state.master.presetSelected);
-    playlistSteps = state.master.playlistStepNumber;
+void CSession::Publish(ProjectState state, const QString& path) {
+    parts.transport.Stop();
+    parts.transport.Locate(0);
+    Q_EMIT AboutToReplace();
+    context.changes.Clear();
+    parts.places.Clear();
+    PublishProject(state, context.audio);
+    parts.stack.ProjectReplaced();
+    parts.presets.ProjectReplaced(state.master.presetSelected);
+    parts.contents.ProjectReplaced(state.master.playlistStepNumber);
     detector = state.detector;
-    ApplySolo();
     SetSaved(path);
-    current = -2;
-    Q_EMIT ProjectReplaced();
-    Q_EMIT InstrumentsChanged();
-    SetCurrent(state.instruments.empty() ? -1 : 0);
+    context.changes.Tell({EChange::kProject});
+    parts.selection.Renew(state.instruments.empty() ? -1 : 0);
 }
 
-ProjectState CWorkstation::GatherState() {
+ProjectState CSession::GatherState() {
     ProjectState state;
-    const EngineSettings& engine = audio.settings;
+    const EngineSettings& engine = context.audio.settings;
     state.master.tempo = engine.tempo.Get();
     state.master.level = engine.masterLevel.Get();
-    state.master.playlistStepNumber = playlistSteps;
+    state.master.playlistStepNumber = parts.contents.PlaylistSteps();
     state.master.songMode = engine.songMode.Get();
     state.master.synchroOn = engine.synchroOn.Get();
     state.master.loopOn = engine.loopOn.Get();
     state.master.loopStart = engine.loopStart.Get();
     state.master.loopEnd = engine.loopEnd.Get();
     state.master.crossfade = engine.crossfader.Get();
-    state.master.presetSelected = presetSelected.Get();
-    state.master.presetMidi = {audio.presetSelection.channel.Get(), audio.presetSelection.baseNote.Get(),
-                               audio.presetSelection.mode.Get()};
+    state.master.presetSelected = parts.presets.SelectedPreset().Get();
+    state.master.presetMidi = {context.audio.presetSelection.channel.Get(),
+                               context.audio.presetSelection.baseNote.Get(), context.audio.presetSelection.mode.Get()};
     state.detector = detector;
     for (std::size_t i = 0; i < state.masterInserts.size(); ++i) {
         state.masterInserts[i].on = engine.masterInsertOn[i].Get();
-        state.masterInserts[i].slot = audio.masterInserts[i].ForEdit();
+        state.masterInserts[i].slot = context.audio.masterInserts[i].ForEdit();
     }
-    for (std::size_t i = 0; i < state.effects.size(); ++i) state.effects[i] = audio.sharedEffects[i].ForEdit();
-    state.masterLanes = *audio.masterLanes.ForEdit();
-    state.instruments = Instruments();
+    for (std::size_t i = 0; i < state.effects.size(); ++i) state.effects[i] = context.audio.sharedEffects[i].ForEdit();
+    state.masterLanes = *context.audio.masterLanes.ForEdit();
+    state.instruments = context.Instruments();
     return state;
 }
 
-std::string CWorkstation::Bytes() {
+std::string CSession::Bytes() {
     CRecordWriter writer;
-    WriteProject(writer, GatherState(), [this](const CInstrument& instrument) { return HeldKeysOf(instrument); });
+    WriteProject(writer, GatherState(),
+                 [this](const CInstrument& instrument) { return parts.stack.HeldKeysOf(instrument); });
     return {writer.Bytes().data(), writer.Bytes().size()};
 }
 
-void CWorkstation::SetSaved(const QString& path) {
-    touched = false;
-    undo.setClean();
-    TellModified();
+void CSession::SetSaved(const QString& path) {
+    context.changes.SetClean();
     if (projectPath == path) return;
     projectPath = path;
     Q_EMIT ProjectPathChanged();
 }
 
 // Saved counts from the moment of gathering: what is edited while the disk works is not in the file.
-void CWorkstation::SaveProject(const QString& path, std::function<void(const QString& error)> done) {
+void CSession::SaveProject(const QString& path, std::function<void(const QString& error)> done) {
     std::string bytes = Bytes();
-    touched = false;
-    undo.setClean();
-    TellModified();
+    context.changes.SetClean();
     saver.Write(path.toStdString(), std::move(bytes), [this, path, done = std::move(done)](const std::string& reason) {
         if (!reason.empty()) {
-            Touch();
+            context.changes.Touch();
         } else if (projectPath != path) {
             projectPath = path;
             Q_EMIT ProjectPathChanged();
@@ -131,42 +119,42 @@ void CWorkstation::SaveProject(const QString& path, std::function<void(const QSt
     });
 }
 
-bool CWorkstation::SaveProject(const QString& path, QString& error) {
+bool CSession::SaveProject(const QString& path, QString& error) {
     SaveProject(path, [&error](const QString& reason) { error = reason; });
     saver.Finish();
     return error.isEmpty();
 }
 
-void CWorkstation::WriteCopy(const QString& path, CAsyncSave::Done done) {
+void CSession::WriteCopy(const QString& path, CAsyncSave::Done done) {
     saver.Write(path.toStdString(), Bytes(), std::move(done));
 }
 
-void CWorkstation::WriteBackup(bool timed) {
+void CSession::WriteBackup(bool timed) {
     std::string bytes = Bytes();
     const std::size_t fingerprint = std::hash<std::string>()(bytes);
     const QDateTime now = QDateTime::currentDateTime();
     const bool isDue = !lastTimedBackup.isValid() || lastTimedBackup.secsTo(now) >= kTimedInterval;
     if (timed && isDue && fingerprint != backedUp) {
         const QString name = QLatin1String(kTimedPrefix) + now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
-        saver.Write((folders.backups + name + QLatin1String(kTimedSuffix)).toStdString(), bytes);
-        saver.Prune(folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
+        saver.Write((context.folders.backups + name + QLatin1String(kTimedSuffix)).toStdString(), bytes);
+        saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
         lastTimedBackup = now;
         backedUp = fingerprint;
     }
-    saver.Write(folders.backupProject.toStdString(), std::move(bytes));
+    saver.Write(context.folders.backupProject.toStdString(), std::move(bytes));
 }
 
-void CWorkstation::KeepCopy(const QString& path) {
+void CSession::KeepCopy(const QString& path) {
     const QFileInfo file(path);
     if (!file.exists()) return;
     const QString name = file.lastModified().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QFile::copy(path, folders.backups + QLatin1String(kTimedPrefix) + name + QLatin1String(kTimedSuffix));
-    saver.Prune(folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
+    QFile::copy(path, context.folders.backups + QLatin1String(kTimedPrefix) + name + QLatin1String(kTimedSuffix));
+    saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
 }
 
-QStringList CWorkstation::TimedBackups() const {
+QStringList CSession::TimedBackups() const {
     QStringList paths;
-    const QDir folder(folders.backups);
+    const QDir folder(context.folders.backups);
     const QStringList names = folder.entryList({QStringLiteral("backup-*.prg")}, QDir::Files, QDir::Name);
     for (const QString& name : names) paths.prepend(folder.filePath(name));
     return paths;
