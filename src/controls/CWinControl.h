@@ -59,6 +59,8 @@ public:
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
 
     void ShowBubble(CControl& control, const QString& text);
+    // Above a part of a control.
+    void ShowBubble(const QRect& place, const QString& text, QRgb accent);
     void HideBubble();
     void RunManualEntry(CControl& control);
     void ShowPopupMenu(CControl& control);
