@@ -168,7 +168,7 @@ TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
     AddSynth();
     const SlotPlace place{SlotPlace::EKind::kInsert, At(0)->Id(), 0};
     QMenu menu;
-    FillSlotMenu(menu, {*workstation, actions}, place, nullptr);
+    FillSlotMenu(menu, {*workstation, actions, nullptr}, place, nullptr);
     QStringList texts;
     for (QAction* const action : menu.actions()) {
         texts.append(action->text());
