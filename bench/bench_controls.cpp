@@ -53,7 +53,7 @@ struct CBusyConsole {
             auto& row = window.Add<CStepLedCtrl>(0U, 10 + strip % 4 * 330, 150 + strip / 4 * 30, 320, 6,
                                                  qRgb(0x38, 0x38, 0x38));
             row.playingStep = [this] { return step % 16; };
-            row.isUsed = [](int index) { return index % 3 == 0; };
+            row.loudness = [](int index) { return index % 3 == 0 ? 100 : -1; };
             rows.push_back(&row);
         }
         window.Add<CScopeCtrl>(0U, 10, 650, 400, 100, scope);

@@ -43,9 +43,9 @@ void Convert(benchmark::State& state, ESampleType type, EByteOrder order) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(from.size() * sizeof(float)));
 }
 
-#define CONVERSION(type)                                                      \
-    BENCHMARK_CAPTURE(Convert, type, ESampleType::type, EByteOrder::kLittle); \
-    BENCHMARK_CAPTURE(Convert, type##_swapped, ESampleType::type, EByteOrder::kBig)
+#define CONVERSION(type)                                                         \
+    BENCHMARK_CAPTURE(Convert, type, ESampleType::k##type, EByteOrder::kLittle); \
+    BENCHMARK_CAPTURE(Convert, type##_swapped, ESampleType::k##type, EByteOrder::kBig)
 
 CONVERSION(Int16);
 CONVERSION(Int24);

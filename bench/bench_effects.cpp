@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "model/plugin/Vst2.h"
+#include "model/plugin/vst2/Vst2.h"
 #include "platform/FloatingPointMode.h"
 
 namespace {

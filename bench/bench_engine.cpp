@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "engine/CAudio.h"
+#include "model/plugin/vst2/CVst2Plugin.h"
 #include "platform/CDynamicLibrary.h"
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
@@ -98,7 +99,7 @@ struct CBareLoop {
         for (int block = 0; block < blocks; ++block, ++position) {
             for (const auto& plugin : plugins) {
                 if (position % kBlocksPerChord == 0) plugin->SendEvents(events);
-                vst2::AEffect& effect = plugin->Effect();
+                vst2::AEffect& effect = static_cast<CVst2Plugin&>(*plugin).Effect();
                 float* out[] = {const_cast<float*>(plugin->Output(0)), const_cast<float*>(plugin->Output(1))};
                 float* in[] = {plugin->Input(0), plugin->Input(1)};
                 effect.processReplacing(&effect, in, out, kBlock);

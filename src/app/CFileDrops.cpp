@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 
+#include "model/plugin/PluginFormats.h"
+
 namespace quib {
 
 namespace {
@@ -32,9 +34,10 @@ void CFileDrops::Serve(QWidget* window) {
 }
 
 bool CFileDrops::IsWelcome(const QString& path) {
-    static constexpr std::array kExtensions = {"prg", "ist", "ptn", "fxb", "fxp", "so"};
+    static constexpr std::array kExtensions = {"prg", "ist", "ptn", "fxb", "fxp"};
     const QString extension = QFileInfo(path).suffix().toLower();
-    return std::any_of(kExtensions.begin(), kExtensions.end(),
+    return HasPluginExtension(path.toStdString()) ||
+           std::any_of(kExtensions.begin(), kExtensions.end(),
                        [&](const char* known) { return extension == QLatin1String(known); });
 }
 

@@ -12,6 +12,7 @@
 #include "app/Commands.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
+#include "model/plugin/PluginFormats.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -42,6 +43,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation.Changes(), &CChanges::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
+    const auto tellIdentities = [this] { workstation.Places().SetPluginIdentities(catalog.Identities()); };
+    connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
+    tellIdentities();
     timer.setInterval(kTickMilliseconds);
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
@@ -124,7 +128,7 @@ void CMainWindow::TakeFile(const QString& path) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
-    if (kind == QLatin1String("so")) return TakePluginLibrary(path);
+    if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path);
     if (kind == QLatin1String("ist")) {
         if (workstation.Stack().AddInstrument(path, error) >= 0)
             return ShowWarnings(workstation.Stack().TakeWarnings());

@@ -29,8 +29,7 @@ CParameterList::CParameterList(CWorkstation& projectOwner, std::shared_ptr<CPlug
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
     const int count = static_cast<int>(plugin->Parameters().size());
-    vst2::AEffect& effect = plugin->Effect();
-    for (int i = 0; i < count; ++i) opening.push_back(effect.getParameter(&effect, i));
+    for (int i = 0; i < count; ++i) opening.push_back(plugin->Parameter(i));
     lastSeen = opening;
     SetFilter({});
 }
@@ -69,15 +68,12 @@ QRect CParameterList::SliderOf(int row) const {
     return {left, top + 5, std::max(20, width - left - width / 4 - kMargin), RowHeight() - 10};
 }
 
-float CParameterList::Value(int row) const {
-    vst2::AEffect& effect = plugin->Effect();
-    return effect.getParameter(&effect, rows[static_cast<std::size_t>(row)]);
-}
+float CParameterList::Value(int row) const { return plugin->Parameter(rows[static_cast<std::size_t>(row)]); }
 
 QString CParameterList::ValueText(int row) const {
     const int parameter = rows[static_cast<std::size_t>(row)];
-    const QString value = QString::fromStdString(plugin->Text(vst2::effGetParamDisplay, parameter)).trimmed();
-    const QString unit = QString::fromStdString(plugin->Text(vst2::effGetParamLabel, parameter)).trimmed();
+    const QString value = QString::fromStdString(plugin->ParameterText(parameter)).trimmed();
+    const QString unit = QString::fromStdString(plugin->ParameterUnit(parameter)).trimmed();
     return unit.isEmpty() ? value : value + QLatin1Char(' ') + unit;
 }
 
@@ -173,9 +169,8 @@ void CParameterList::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void CParameterList::SetByText(int row, const QString& text) {
     const float before = Value(row);
-    QByteArray bytes = text.toUtf8();
     const int parameter = rows[static_cast<std::size_t>(row)];
-    if (plugin->Dispatch(vst2::effString2Parameter, parameter, 0, bytes.data()) == 0) {
+    if (!plugin->SetParameterText(parameter, text.toStdString())) {
         bool isNumber = false;
         const float value = text.toFloat(&isNumber);
         if (isNumber) Set(row, value);

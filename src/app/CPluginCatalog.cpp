@@ -2,7 +2,6 @@
 #include "app/CPluginCatalog.h"
 
 #include <QDateTime>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -10,26 +9,26 @@
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QSet>
-#include <algorithm>
 #include <utility>
 
 namespace quib {
 
 namespace {
 
-constexpr int kSynthesiser = 2;
 constexpr int kPatience = 15;  // seconds for one library
 constexpr int kMargin = 5000;  // milliseconds, for the process itself
 
 bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {
+    if (!entry.isBroken && entry.identity.isEmpty()) return false;  // kept by a version that did not ask for it
     return entry.size == file.size() && entry.changed == file.lastModified().toMSecsSinceEpoch();
 }
 
 QJsonObject ToJson(const PluginEntry& entry) {
-    return {{QStringLiteral("path"), entry.path},       {QStringLiteral("name"), entry.name},
-            {QStringLiteral("vendor"), entry.vendor},   {QStringLiteral("instrument"), entry.isInstrument},
-            {QStringLiteral("broken"), entry.isBroken}, {QStringLiteral("error"), entry.error},
-            {QStringLiteral("changed"), entry.changed}, {QStringLiteral("size"), entry.size}};
+    return {{QStringLiteral("path"), entry.path},        {QStringLiteral("name"), entry.name},
+            {QStringLiteral("vendor"), entry.vendor},    {QStringLiteral("instrument"), entry.isInstrument},
+            {QStringLiteral("broken"), entry.isBroken},  {QStringLiteral("error"), entry.error},
+            {QStringLiteral("changed"), entry.changed},  {QStringLiteral("size"), entry.size},
+            {QStringLiteral("identity"), entry.identity}};
 }
 
 PluginEntry FromJson(const QJsonObject& object) {
@@ -37,6 +36,7 @@ PluginEntry FromJson(const QJsonObject& object) {
     entry.path = object[QStringLiteral("path")].toString();
     entry.name = object[QStringLiteral("name")].toString();
     entry.vendor = object[QStringLiteral("vendor")].toString();
+    entry.identity = object[QStringLiteral("identity")].toString();
     entry.isInstrument = object[QStringLiteral("instrument")].toBool();
     entry.isBroken = object[QStringLiteral("broken")].toBool();
     entry.error = object[QStringLiteral("error")].toString();
@@ -97,19 +97,22 @@ QStringList CPluginCatalog::FindLibraries() const {
     QStringList found;
     QSet<QString> seen;
     for (const QString& folder : folders) {
-        QStringList names;
-        QDirIterator iterator(folder, {QStringLiteral("*.so")}, QDir::Files,
-                              QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
-        while (iterator.hasNext()) names.append(iterator.next());
-        std::sort(names.begin(), names.end());
-        for (const QString& name : names) {
-            const QString real = QFileInfo(name).canonicalFilePath();
+        for (const std::filesystem::path& file : PluginFilesIn(folder.toStdString(), true)) {
+            const QString real = QFileInfo(QString::fromStdString(file.string())).canonicalFilePath();
             if (real.isEmpty() || seen.contains(real)) continue;
             seen.insert(real);
             found.append(real);
         }
     }
     return found;
+}
+
+CPluginFinder::Identities CPluginCatalog::Identities() const {
+    CPluginFinder::Identities identities;
+    for (const PluginEntry& entry : entries) {
+        if (!entry.isBroken) identities.emplace(entry.path.toStdString(), entry.identity.toStdString());
+    }
+    return identities;
 }
 
 void CPluginCatalog::Scan() {
@@ -197,7 +200,8 @@ PluginEntry CPluginCatalog::Describe(const QString& path, bool succeeded, const 
     const QString name = object[QStringLiteral("name")].toString();
     if (!name.isEmpty()) entry.name = name;
     entry.vendor = object[QStringLiteral("vendor")].toString();
-    entry.isInstrument = object[QStringLiteral("category")].toInt() == kSynthesiser;
+    entry.identity = object[QStringLiteral("identity")].toString();
+    entry.isInstrument = object[QStringLiteral("instrument")].toBool();
     return entry;
 }
 

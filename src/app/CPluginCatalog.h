@@ -12,12 +12,15 @@
 #include <QStringList>
 #include <memory>
 
+#include "model/plugin/CPluginFinder.h"
+
 namespace quib {
 
 struct PluginEntry {
     QString name;
     QString path;  // of the library
     QString vendor;
+    QString identity;  // format and the plug-in's id in it, "vst2:31366378"; empty for a broken one
     bool isInstrument = false;
     bool isBroken = false;  // crashed, hung or refused
     QString error;          // of a broken one
@@ -46,6 +49,7 @@ public:
     QList<PluginEntry> Instruments() const { return Select(true); }
     QList<PluginEntry> Effects() const { return Select(false); }
     QList<PluginEntry> All() const { return entries; }
+    CPluginFinder::Identities Identities() const;
 
     // What one library is; asks it, and waits, when nobody did yet. False, with `error`, for a broken one.
     bool Ask(const QString& path, PluginEntry& entry, QString& error);

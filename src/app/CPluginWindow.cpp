@@ -28,7 +28,7 @@ constexpr int kMostPrograms = 4096;
 bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
 QString ProgramName(CPlugin& plugin, int program) {
-    const QString name = QString::fromStdString(plugin.Text(vst2::effGetProgramNameIndexed, program)).trimmed();
+    const QString name = QString::fromStdString(plugin.ProgramName(program)).trimmed();
     const QString number = QString::number(program + 1);
     return name.isEmpty() ? number : number + QStringLiteral("  ") + name;
 }
@@ -153,24 +153,21 @@ void CPluginWindow::OpenEditor() {
     QGuiApplication::sync();
     editorOpen = true;
     plugin->PinLibrary();
-    plugin->Dispatch(vst2::effEditOpen, 0, 0, reinterpret_cast<void*>(id));
+    plugin->OpenEditor(id);
     FitEditor();
 }
 
 void CPluginWindow::CloseEditor() {
     if (!editorOpen) return;
     editorOpen = false;
-    plugin->Dispatch(vst2::effEditClose);
+    plugin->CloseEditor();
     pages->removeWidget(editor);
     delete editor;
     editor = nullptr;
 }
 
 void CPluginWindow::FitEditor() {
-    vst2::ERect* rectangle = nullptr;
-    plugin->Dispatch(vst2::effEditGetRect, 0, 0, static_cast<void*>(&rectangle));
-    if (rectangle == nullptr) return;
-    ResizeEditor(rectangle->right - rectangle->left, rectangle->bottom - rectangle->top);
+    if (const auto size = plugin->AskEditorSize()) ResizeEditor(size->width, size->height);
 }
 
 void CPluginWindow::ResizeEditor(int width, int height) {
@@ -183,11 +180,11 @@ void CPluginWindow::ResizeEditor(int width, int height) {
 
 void CPluginWindow::Tick() {
     if (editorOpen) {
-        plugin->Dispatch(vst2::effEditIdle);
+        plugin->IdleEditor();
     } else if (isVisible()) {
         list->Refresh();
     }
-    const auto program = static_cast<int>(plugin->Dispatch(vst2::effGetProgram));
+    const int program = plugin->CurrentProgram();
     if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;
     programs->setCurrentIndex(program);
 }

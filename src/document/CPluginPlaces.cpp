@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "model/files/ContentFiles.h"
-#include "model/plugin/PluginBank.h"
 #include "platform/Paths.h"
 #include "texts/Texts.h"
 
@@ -51,10 +50,14 @@ void CPluginPlaces::ConnectEnvironment() {
         Q_EMIT EditorSizeWanted(&plugin, width, height);
         return true;
     };
-    environment.currentTime = [this](vst2::VstTimeInfo& time) { time = context.audio.Picture().time; };
+    environment.currentTime = [this](PlayTime& time) { time = context.audio.Picture().time; };
 }
 
-void CPluginPlaces::ReadPluginFolders() { finder = MakeFinder(context.folders, context.settings); }
+void CPluginPlaces::ReadPluginFolders() {
+    CPluginFinder next = MakeFinder(context.folders, context.settings);
+    next.SetIdentities(finder.KnownIdentities());
+    finder = std::move(next);
+}
 
 void CPluginPlaces::Tick() {
     IdlePlugins();
@@ -119,23 +122,25 @@ std::shared_ptr<CPlugin> CPluginPlaces::Shared(const CPlugin& plugin) const {
     return found;
 }
 
-std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const std::string& name, SlotKind kind, std::string& error) {
-    const auto library = finder.Find(name, kind);
+std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const auto library = finder.Find(wanted, kind);
     if (library) return CPlugin::Load(*library, kind, context.audio.environment, error);
     error = Text("not found in any plug-in folder").toStdString();
     return nullptr;
 }
 
 PluginLoader CPluginPlaces::Loader() {
-    return [this](const std::string& name, SlotKind kind, std::string& error) { return LoadNamed(name, kind, error); };
+    return [this](const PluginReference& wanted, SlotKind kind, std::string& error) {
+        return LoadNamed(wanted, kind, error);
+    };
 }
 
 std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error) {
     std::string reason;
     messageShown = false;
-    const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo(nameOrPath).isFile();
+    const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo::exists(nameOrPath);
     auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, context.audio.environment, reason)
-                         : LoadNamed(nameOrPath.toStdString(), kind, reason);
+                         : LoadNamed({nameOrPath.toStdString(), {}}, kind, reason);
     error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
     return plugin;
 }
@@ -174,14 +179,13 @@ void CPluginPlaces::ClearPlugin(const SlotPlace& place) {
 }
 
 CPluginPlaces::State CPluginPlaces::StateOf(CPlugin& plugin) {
-    return {std::make_shared<const StateImage>(quib::SaveBank(plugin)),
-            static_cast<int>(plugin.Dispatch(vst2::effGetProgram))};
+    return {std::make_shared<const StateImage>(plugin.SaveBank()), plugin.CurrentProgram()};
 }
 
 // The program first: selecting one afterwards would make some plug-ins forget the edits in the image.
 void CPluginPlaces::SetState(CPlugin& plugin, const State& state) {
-    quib::SelectProgram(plugin, state.program);
-    if (!state.bank->empty()) quib::LoadBank(plugin, *state.bank);
+    plugin.SelectProgram(state.program);
+    if (!state.bank->empty()) plugin.LoadBank(*state.bank);
 }
 
 bool CPluginPlaces::ChangeState(const SlotPlace& place, const QString& name,
@@ -240,9 +244,8 @@ bool CPluginPlaces::SaveProgram(const SlotPlace& place, const QString& path, QSt
 void CPluginPlaces::SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program) {
     SlotPlace place;
     if (!FindPlugin(plugin.get(), place)) return;
-    if (plugin->Dispatch(vst2::effGetProgram) == program) return;
-    ChangeState(place, Text("Select program"),
-                [program](CPlugin& owner) { return quib::SelectProgram(owner, program); });
+    if (plugin->CurrentProgram() == program) return;
+    ChangeState(place, Text("Select program"), [program](CPlugin& owner) { return owner.SelectProgram(program); });
 }
 
 void CPluginPlaces::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after) {
@@ -258,10 +261,7 @@ void CPluginPlaces::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int 
 void CPluginPlaces::WatchParameters(const std::shared_ptr<CPlugin>& plugin) {
     std::vector<float>& values = watched[plugin.get()];
     values.resize(plugin->Parameters().size());
-    vst2::AEffect& effect = plugin->Effect();
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        values[i] = effect.getParameter(&effect, static_cast<std::int32_t>(i));
-    }
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = plugin->Parameter(static_cast<int>(i));
 }
 
 void CPluginPlaces::UnwatchParameters(const CPlugin* plugin) { watched.erase(plugin); }
@@ -278,7 +278,7 @@ void CPluginPlaces::ParameterMovedInWindow(CPlugin& plugin, int parameter, float
 void CPluginPlaces::IdlePlugins() {
     if (std::exchange(idling, true)) return;  // a plug-in that idles may ask for more of it
     ForEachSlot([](const PluginSlot& slot, const SlotPlace&) {
-        if (slot.plugin && slot.plugin->NeedsIdle()) slot.plugin->Dispatch(vst2::effIdle);
+        if (slot.plugin && slot.plugin->NeedsIdle()) slot.plugin->Idle();
     });
     idling = false;
 }

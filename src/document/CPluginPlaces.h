@@ -54,6 +54,8 @@ public:
     void RefreshPlugins() { finder.Refresh(); }
     // Follows a change of the folders that the user has added.
     void ReadPluginFolders();
+    // What libraries hold, by which a project's plug-ins are found whose libraries have other names here.
+    void SetPluginIdentities(CPluginFinder::Identities known) { finder.SetIdentities(std::move(known)); }
     // Forgets what belongs to the steps of the last project.
     void Clear() { watched.clear(); }
     // Gives plug-ins that ask for it their idle time, and tells of those that gave no sound; from the timer.
@@ -70,7 +72,7 @@ private:
 
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
-    std::shared_ptr<CPlugin> LoadNamed(const std::string& name, SlotKind kind, std::string& error);
+    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
     static State StateOf(CPlugin& plugin);
     static void SetState(CPlugin& plugin, const State& state);

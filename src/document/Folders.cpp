@@ -74,10 +74,14 @@ void KeepPluginFolders(CSettings& settings, const QStringList& added) {
     settings.WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), added.join(QLatin1Char(':')));
 }
 
-QStringList PluginFolders(const Folders& folders, const CSettings& settings) {
+QStringList OwnPluginFolders(const Folders& folders, bool instruments) {
     const QString beside = WithSlash(QString::fromStdString(ExecutableFolder().string()));
-    QStringList all = {folders.pluginInstruments, folders.pluginEffects, beside + QStringLiteral("PluginInstruments/"),
-                       beside + QStringLiteral("PluginEffects/")};
+    if (instruments) return {folders.pluginInstruments, beside + QStringLiteral("PluginInstruments/")};
+    return {folders.pluginEffects, beside + QStringLiteral("PluginEffects/")};
+}
+
+QStringList PluginFolders(const Folders& folders, const CSettings& settings) {
+    QStringList all = OwnPluginFolders(folders, true) + OwnPluginFolders(folders, false);
     all += AddedPluginFolders(settings);
     for (const fs::path& folder : SystemPluginFolders()) all.append(QString::fromStdString(folder.string()));
     QStringList existing;

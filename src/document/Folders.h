@@ -44,6 +44,8 @@ PluginNames PrepareFolders(const Folders& folders, CSettings& settings);
 // Folders with plug-ins that the user has added.
 QStringList AddedPluginFolders(const CSettings& settings);
 void KeepPluginFolders(CSettings& settings, const QStringList& added);
+// The folders of the program's own instruments, or effects: those of its folder, then those beside it.
+QStringList OwnPluginFolders(const Folders& folders, bool instruments);
 // Every folder in which plug-ins are looked for, those of the program first. Existing ones only.
 QStringList PluginFolders(const Folders& folders, const CSettings& settings);
 

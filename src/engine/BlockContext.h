@@ -38,7 +38,7 @@ struct BlockContext {
     float songPosition = 0;  // steps
     float stepFraction = 0;  // of the current step
     std::uint32_t now = 0;   // milliseconds
-    vst2::VstTimeInfo time{};
+    PlayTime time;
 };
 
 }  // namespace quib

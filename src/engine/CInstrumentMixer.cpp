@@ -10,7 +10,6 @@ namespace quib {
 
 namespace {
 
-constexpr std::int32_t kDrumMachineId = 0x31366378;
 // Output pair of the drum machine for a send, behind its main pair.
 constexpr int SendOutput(int send) noexcept { return 2 * send + 2; }
 
@@ -64,9 +63,8 @@ void CInstrumentMixer::PrepareStrip(const BlockInstrument& entry, StripJob& job)
     EqBandUpdate update;
     while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
 
-    const vst2::AEffect& effect = std::as_const(*entry.plugin).Effect();
     StripInput values{ValuesOf(strip), strip.soloMuted.Get()};
-    values.hasSendOutputs = effect.uniqueId == kDrumMachineId && entry.plugin->OutputCount() >= SendOutput(kSendCount);
+    values.hasSendOutputs = entry.plugin->FeedsSends() && entry.plugin->OutputCount() >= SendOutput(kSendCount);
     for (int send = 0; values.hasSendOutputs && send < kSendCount; ++send) {
         job.extraLeft[send] = entry.plugin->Output(SendOutput(send));
         job.extraRight[send] = entry.plugin->Output(SendOutput(send) + 1);

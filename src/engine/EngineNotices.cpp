@@ -5,8 +5,6 @@
 #include <map>
 #include <tuple>
 
-#include "model/plugin/PluginBank.h"
-
 namespace quib {
 
 namespace {
@@ -42,7 +40,7 @@ void AppendPoints(CAudio& audio, const LaneKey& key, const PointList& recorded, 
 void SetProgram(const CAudio& audio, std::uint32_t id, int program) {
     const auto instrument = Find(audio, id);
     if (!instrument) return;
-    if (const auto& plugin = instrument->plugin.ForEdit()->plugin) SelectProgram(*plugin, program);
+    if (const auto& plugin = instrument->plugin.ForEdit()->plugin) plugin->SelectProgram(program);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ struct PlayPicture {
     float stepFraction = 0;
     std::int64_t sampleCounter = 0;
     std::uint32_t midiCount = 0;  // live messages that came in
-    vst2::VstTimeInfo time{};
+    PlayTime time;
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};
 };

@@ -5,14 +5,13 @@
 #include <utility>
 
 #include "model/plugin/CPlugin.h"
-#include "model/plugin/PluginBank.h"
 
 namespace quib {
 
 namespace {
 
 std::shared_ptr<const StateImage> StateOf(const PluginSlot& slot) {
-    if (slot.plugin) return std::make_shared<const StateImage>(SaveBank(*slot.plugin));
+    if (slot.plugin) return std::make_shared<const StateImage>(slot.plugin->SaveBank());
     return slot.missing ? slot.missing->state : nullptr;
 }
 
@@ -70,18 +69,6 @@ Preset TakePreset(CInstrument& instrument, std::span<const std::int32_t> heldKey
     return preset;
 }
 
-bool PastePreset(CInstrument& instrument, std::size_t index, std::span<const std::int32_t> heldKeys) {
-    if (index >= instrument.presets.size()) return false;
-    instrument.presets[index] = TakePreset(instrument, heldKeys);
-    return true;
-}
-
-bool RemovePreset(CInstrument& instrument, std::size_t index) {
-    if (index >= instrument.presets.size()) return false;
-    instrument.presets.erase(instrument.presets.begin() + static_cast<std::ptrdiff_t>(index));
-    return true;
-}
-
 CPresetRecall::CPresetRecall(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard, double sampleRate) {
     SetValues(instrument.strip, preset.strip);
     for (int band = 0; band < kEqBandCount; ++band) (void)UpdateEqualizer(instrument, band, sampleRate);
@@ -99,13 +86,13 @@ CPresetRecall::CPresetRecall(CInstrument& instrument, const Preset& preset, CGra
 // A plug-in that is in the wanted state already is left alone. One whose images differ from time to
 // time is set once too often, which is no harm.
 void CPresetRecall::AddState(const PluginSlot& slot, const std::shared_ptr<const StateImage>& image) {
-    if (!slot.plugin || !image || image->empty() || SaveBank(*slot.plugin) == *image) return;
+    if (!slot.plugin || !image || image->empty() || slot.plugin->SaveBank() == *image) return;
     slot.plugin->FadeOut();
     pending.push_back({slot.plugin, image});
 }
 
 void CPresetRecall::SetState(const PendingState& state) {
-    const BankResult result = LoadBank(*state.plugin, *state.image);
+    const BankResult result = state.plugin->LoadBank(*state.image);
     if (result != BankResult::Done) warnings.push_back(state.plugin->Identity().displayName + ": " + Describe(result));
     state.plugin->FadeIn();
 }

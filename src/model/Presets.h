@@ -18,10 +18,6 @@ namespace quib {
 // The instrument's present values. `heldKeys`: those of its on-screen keyboard.
 Preset TakePreset(CInstrument& instrument, std::span<const std::int32_t> heldKeys);
 
-// False, and nothing done, when there is no preset of that index.
-bool PastePreset(CInstrument& instrument, std::size_t index, std::span<const std::int32_t> heldKeys);
-bool RemovePreset(CInstrument& instrument, std::size_t index);
-
 // Brings a preset back. Values and patterns change at once, smoothed by the engine. The states of the
 // plug-ins follow when the render thread has faded them out, so that nothing clicks; neither thread
 // waits for the other. The keys of the preset's keyboard are its caller's to press, and its selected

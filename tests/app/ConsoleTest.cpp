@@ -34,7 +34,10 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginNames = [](SlotKind) { return QStringList{QStringLiteral("QUIB synth")}; };
+        actions.pluginChoices = [](SlotKind) {
+            const QString name = QStringLiteral("QUIB synth");
+            return QList<PluginChoice>{{name, QString(), name}};
+        };
         actions.addInstrument = [this](const QString& name) {
             QString error;
             workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);

@@ -169,7 +169,7 @@ TEST_F(MainWindowTest, FilesGoWhereTheyBelongWhenDropped) {
     Drop(File("a.ptn"));
     EXPECT_EQ(At(1)->patterns[3].ForEdit()->Notes().size(), 1U) << "into the instrument that is shown";
     Drop(File("a.fxb"));
-    EXPECT_NEAR(PluginAt(1).Effect().getParameter(&PluginAt(1).Effect(), 0), 0.8F, 0.2F);
+    EXPECT_NEAR(PluginAt(1).Parameter(0), 0.8F, 0.2F);
     Drop(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments/QUIB synth.so"));
     EXPECT_EQ(workstation->Stack().Instruments().size(), 3U);
     Drop(QStringLiteral(QUIB_BIN_DIR "/PluginEffects/QUIB reverb.so"));

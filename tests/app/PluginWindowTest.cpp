@@ -2,6 +2,7 @@
 // The page of a plug-in's parameters, its programs, and the catalogue of plug-ins.
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QWheelEvent>
@@ -10,6 +11,7 @@
 #include "app/CParameterList.h"
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
+#include "app/console/SlotMenu.h"
 
 namespace quib {
 namespace {
@@ -22,10 +24,7 @@ protected:
         window->resize(600, 400);
         QCoreApplication::processEvents();
     }
-    float Value(int parameter) {
-        vst2::AEffect& effect = PluginAt(0).Effect();
-        return effect.getParameter(&effect, parameter);
-    }
+    float Value(int parameter) { return PluginAt(0).Parameter(parameter); }
     void Mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers keys = {}) {
         QWidget* const view = window->Parameters().viewport();
         const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
@@ -154,6 +153,39 @@ TEST_F(CatalogTest, AsksEachLibraryOnceAndSurvivesBrokenOnes) {
     ASSERT_TRUE(nonsense.open(QIODevice::Append) && nonsense.write("!") > 0);
     nonsense.close();
     EXPECT_EQ(Scan(*again), 1) << "only what has changed";
+}
+
+TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
+    ASSERT_TRUE(QDir().mkpath(File("plugins/deep")));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/ParameterBank.so"), File("plugins/library.so"));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Gain.so"), File("plugins/one.so"));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Gain.so"), File("plugins/two.so"));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Gain.so"), File("plugins/deep/two.so"));
+    const auto catalog = Make();
+    Scan(*catalog);
+    ConsoleActions actions;
+    actions.pluginChoices = [&](SlotKind kind) { return PluginChoices(folders, *catalog, kind); };
+    AddSynth();
+    const SlotPlace place{SlotPlace::EKind::kInsert, At(0)->Id(), 0};
+    QMenu menu;
+    FillSlotMenu(menu, {*workstation, actions, nullptr}, place, nullptr);
+    QStringList texts;
+    for (QAction* const action : menu.actions()) {
+        texts.append(action->text());
+        if (action->text() == QLatin1String("Parameter bank")) action->trigger();
+    }
+    const auto slot = workstation->Places().Slot(place);
+    ASSERT_TRUE(slot->plugin);
+    EXPECT_EQ(slot->plugin->Identity().effectName, "Parameter bank");
+    EXPECT_TRUE(texts.front().startsWith("QUIB ")) << "the built-in ones come first";
+    EXPECT_EQ(texts.count("QUIB delay"), 1);
+    // One maker: told apart by their files, and by their folders where that is not enough.
+    EXPECT_EQ(texts.filter("Gain"),
+              QStringList({"Gain (" + QFileInfo(File("plugins/deep/two.so")).canonicalFilePath() + ")", "Gain (one)",
+                           "Gain (" + QFileInfo(File("plugins/two.so")).canonicalFilePath() + ")"}));
+    for (const PluginChoice& choice : actions.pluginChoices(SlotKind::Effect)) {
+        EXPECT_EQ(choice.identity == "vst2:74735042", choice.text == "Parameter bank") << choice.text.toStdString();
+    }
 }
 
 TEST_F(CatalogTest, CancelEndsALibraryThatHangs) {

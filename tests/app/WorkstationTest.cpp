@@ -9,7 +9,6 @@
 
 #include "app/AppFixture.h"
 #include "document/CAutomationTake.h"
-#include "model/plugin/PluginBank.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
@@ -101,7 +100,7 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     });
     ExpectUndoable("Plug-in parameter", [&] {
         const auto plugin = workstation->Places().Slot(insert)->plugin;
-        const float before = plugin->Effect().getParameter(&plugin->Effect(), 0);
+        const float before = plugin->Parameter(0);
         plugin->SetParameter(0, before > 0.5F ? 0.1F : 0.9F);
         workstation->Places().ParameterEdited(plugin, 0, before, before > 0.5F ? 0.1F : 0.9F);
     });
@@ -132,7 +131,7 @@ TEST_F(WorkstationTest, UndoOfARemovalBringsTheSamePluginBackInItsState) {
     EXPECT_TRUE(workstation->Stack().Instruments().empty());
     workstation->Changes().Steps().undo();
     ASSERT_EQ(&PluginAt(index), plugin);
-    EXPECT_NEAR(plugin->Effect().getParameter(&plugin->Effect(), 1), 0.125F, 1e-3F);
+    EXPECT_NEAR(plugin->Parameter(1), 0.125F, 1e-3F);
     EXPECT_TRUE(plugin->IsPrepared());
 }
 
@@ -242,20 +241,20 @@ TEST_F(WorkstationTest, BanksGoToFilesAndBackWithUndo) {
     QString error;
     ASSERT_TRUE(workstation->Places().SaveBank(Place(0), File("a.fxb"), error)) << error.toStdString();
     ASSERT_TRUE(workstation->Places().SaveProgram(Place(0), File("a.fxp"), error));
-    const StateImage original = SaveBank(PluginAt(0));
+    const StateImage original = PluginAt(0).SaveBank();
     for (const bool bank : {true, false}) {
         PluginAt(0).SetParameter(0, 0.9F);
         PluginAt(0).SetParameter(1, 0.1F);
-        const StateImage changed = SaveBank(PluginAt(0));
+        const StateImage changed = PluginAt(0).SaveBank();
         ASSERT_NE(changed, original);
         const bool loaded = bank ? workstation->Places().LoadBank(Place(0), File("a.fxb"), error)
                                  : workstation->Places().LoadProgram(Place(0), File("a.fxp"), error);
         ASSERT_TRUE(loaded) << error.toStdString();
-        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+        EXPECT_EQ(PluginAt(0).SaveBank(), original);
         workstation->Changes().Steps().undo();
-        EXPECT_EQ(SaveBank(PluginAt(0)), changed);
+        EXPECT_EQ(PluginAt(0).SaveBank(), changed);
         workstation->Changes().Steps().redo();
-        EXPECT_EQ(SaveBank(PluginAt(0)), original);
+        EXPECT_EQ(PluginAt(0).SaveBank(), original);
     }
 }
 

@@ -150,14 +150,14 @@ public:
             case 5:
                 return plugin->Prepare();
             case 6: {
+                plugin->SelectProgram(Draw(3));
                 const CPlugin::CExclusive exclusive(*plugin);
-                plugin->Dispatch(vst2::effSetProgram, 0, Draw(3));
                 plugin->SetParameter(0, DrawWithin(0, 0.4F));
                 return;
             }
             default:
                 plugin->SetParameter(Draw(4), DrawWithin(0, 0.4F));
-                plugin->Dispatch(vst2::effEditIdle);
+                plugin->IdleEditor();
                 plugin->TakeFaultReport();
                 return;
         }

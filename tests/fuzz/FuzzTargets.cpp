@@ -10,7 +10,6 @@
 
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
-#include "model/plugin/PluginBank.h"
 #include "project/GeneratedProject.h"
 
 namespace quib::fuzz {
@@ -29,7 +28,7 @@ CPlugin& PluginNamed(const char* name, SlotKind kind) {
     std::string error;
     static std::map<std::string, std::shared_ptr<CPlugin>> loaded;
     auto& plugin = loaded[name];
-    if (!plugin) plugin = generated::TestPluginLoader()(name, kind, error);
+    if (!plugin) plugin = generated::TestPluginLoader()({name, {}}, kind, error);
     Require(plugin != nullptr, "the test plug-ins are there");
     return *plugin;
 }
@@ -60,14 +59,14 @@ template <class Load, class Save>
 void LoadInto(std::string_view bytes, Load load, Save save) {
     const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
     for (CPlugin* const plugin : {&ChunkPlugin(), &ParameterPlugin()}) {
-        const StateImage before = save(*plugin);
-        if (load(*plugin, image) != BankResult::Done) {
-            Require(save(*plugin) == before, "a refused image changes nothing");
+        const StateImage before = (plugin->*save)();
+        if ((plugin->*load)(image) != BankResult::Done) {
+            Require((plugin->*save)() == before, "a refused image changes nothing");
             continue;
         }
-        const StateImage first = save(*plugin);
-        Require(load(*plugin, first) == BankResult::Done, "an image of our own loads");
-        Require(save(*plugin) == first, "an image of our own gives the same state");
+        const StateImage first = (plugin->*save)();
+        Require((plugin->*load)(first) == BankResult::Done, "an image of our own loads");
+        Require((plugin->*save)() == first, "an image of our own gives the same state");
     }
 }
 
@@ -113,7 +112,7 @@ void Pattern(std::string_view bytes) {
     });
 }
 
-void Bank(std::string_view bytes) { LoadInto(bytes, LoadBank, SaveBank); }
-void Program(std::string_view bytes) { LoadInto(bytes, LoadProgram, SaveProgram); }
+void Bank(std::string_view bytes) { LoadInto(bytes, &CPlugin::LoadBank, &CPlugin::SaveBank); }
+void Program(std::string_view bytes) { LoadInto(bytes, &CPlugin::LoadProgram, &CPlugin::SaveProgram); }
 
 }  // namespace quib::fuzz

@@ -7,7 +7,6 @@
 
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
-#include "model/plugin/PluginBank.h"
 #include "project/GeneratedProject.h"
 
 namespace {
@@ -40,9 +39,9 @@ int main(int count, char** arguments) {
     Save(folder / "pattern" / "every-record.ptn", writer.Bytes());
     CPlugin& chunks = *instrument.plugin.ForEdit()->plugin;
     CPlugin& parameters = *instrument.inserts[0].ForEdit()->plugin;
-    Save(folder / "bank" / "chunk.fxb", SaveBank(chunks));
-    Save(folder / "bank" / "parameters.fxb", SaveBank(parameters));
-    Save(folder / "program" / "chunk.fxp", SaveProgram(chunks));
-    Save(folder / "program" / "parameters.fxp", SaveProgram(parameters));
+    Save(folder / "bank" / "chunk.fxb", chunks.SaveBank());
+    Save(folder / "bank" / "parameters.fxb", parameters.SaveBank());
+    Save(folder / "program" / "chunk.fxp", chunks.SaveProgram());
+    Save(folder / "program" / "parameters.fxp", parameters.SaveProgram());
     return 0;
 }

@@ -9,7 +9,6 @@
 #include <thread>
 
 #include "model/plugin/CPlugin.h"
-#include "model/plugin/PluginBank.h"
 
 namespace quib {
 namespace {
@@ -61,14 +60,9 @@ TEST_F(CPresetsTest, RecallBringsBackEverythingButTheSong) {
     EXPECT_EQ(synth->lanes.ForEdit()->Find(4, 0)->front().y, 0.75F);
     EXPECT_FALSE(recall.Poll());  // nothing renders: patience first
     EXPECT_TRUE(recall.Poll());
-    EXPECT_EQ(synth->Effect().getParameter(&synth->Effect(), 3), 0.5F);
+    EXPECT_EQ(synth->Parameter(3), 0.5F);
     EXPECT_TRUE(recall.Warnings().empty());
     EXPECT_EQ(instrument.presets[0].keyboardKeys, (std::vector<std::int32_t>{60, 64}));
-
-    EXPECT_TRUE(PastePreset(instrument, 0, {}));
-    EXPECT_FALSE(PastePreset(instrument, 1, {}));
-    EXPECT_TRUE(RemovePreset(instrument, 0));
-    EXPECT_FALSE(RemovePreset(instrument, 0));
 }
 
 // The output of the plug-in is a constant while a note is held, so any jump is a click of ours.

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "model/MixLanes.h"
-#include "model/plugin/PluginBank.h"
 
 namespace quib::generated {
 
@@ -17,7 +16,7 @@ PluginEnvironment& Environment() {
 
 std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
     std::string error;
-    return TestPluginLoader()(name, kind, error);
+    return TestPluginLoader()({name, {}}, kind, error);
 }
 
 std::shared_ptr<const PluginSlot> Slot(std::shared_ptr<CPlugin> plugin) {
@@ -83,7 +82,7 @@ std::shared_ptr<CInstrument> FullInstrument() {
     instrument->plugin.Prepare(Slot(synth));
     instrument->inserts[0].Prepare(Slot(insert));
     auto missing = std::make_shared<MissingPlugin>(
-        MissingPlugin{"Vanished.dll", "Vanished", Image("PRESET;END;\r\n"), 5, *Points(2, 40, 0.0F)});
+        MissingPlugin{"Vanished.dll", "vst2:56616e69", "Vanished", Image("PRESET;END;\r\n"), 5, *Points(2, 40, 0.0F)});
     instrument->inserts[1].Prepare(std::make_shared<const PluginSlot>(PluginSlot{nullptr, std::move(missing)}));
     instrument->title = "Bass";
     instrument->icon = 4;
@@ -110,8 +109,8 @@ std::shared_ptr<CInstrument> FullInstrument() {
 }  // namespace
 
 PluginLoader TestPluginLoader() {
-    return [](const std::string& name, SlotKind kind, std::string& error) -> std::shared_ptr<CPlugin> {
-        const std::string library = name.substr(0, name.find('.'));
+    return [](const PluginReference& wanted, SlotKind kind, std::string& error) -> std::shared_ptr<CPlugin> {
+        const std::string library = wanted.fileName.substr(0, wanted.fileName.find('.'));
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + library + ".so", kind, Environment(), error);
     };
 }

@@ -47,8 +47,8 @@ TEST(ProjectFile, LoadAndSaveTwiceGivesTheSameBytes) {
 TEST(ProjectFile, EveryExampleProjectStaysTheSameWhenItIsSavedAgain) {
     CPluginFinder finder(QUIB_BIN_DIR, {}, {});
     PluginEnvironment environment;
-    const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
-        const auto library = finder.Find(name, kind);
+    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+        const auto library = finder.Find(wanted, kind);
         return library ? CPlugin::Load(*library, kind, environment, error) : nullptr;
     };
     for (const auto& file : fs::directory_iterator(QUIB_SOURCE_DIR "/examples")) {
@@ -178,7 +178,7 @@ TEST(ProjectFile, OnlyTheFourEffectSlotsAndKnownKeysCount) {
     EXPECT_EQ(lanes.size(), 1U) << "the plug-in has one parameter";
     ASSERT_EQ(state.instruments.size(), 1U);
     // A state block without an image selects a program.
-    EXPECT_EQ(state.instruments[0]->plugin.ForEdit()->plugin->Dispatch(vst2::effGetProgram), 5);
+    EXPECT_EQ(state.instruments[0]->plugin.ForEdit()->plugin->CurrentProgram(), 5);
     EXPECT_EQ(state.masterLanes.Lanes(CEventLanes::kSongSlot).size(), 1U);
     EXPECT_TRUE(state.warnings.empty());
 }
@@ -196,15 +196,42 @@ TEST(ProjectFile, PluginsOfTheWrongKindAndForeignStatesBecomeWarnings) {
                                   "Gain.dll: there is no program 9", "Gain.dll: No Compatible File !"}));
 }
 
+TEST(ProjectFile, AnIdentityStandsBesideEachNameAndIsAskedForAndKept) {
+    std::vector<std::string> asked;
+    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+        asked.push_back(wanted.fileName + ' ' + wanted.identity);
+        const bool isHere = wanted.identity == "vst2:74735042";
+        return isHere ? TestPluginLoader()({"ParameterBank", {}}, kind, error) : nullptr;
+    };
+    const ProjectState state = Read(
+        "MASTER_INSERT1_PLUGIN;Renamed.so;\r\nMASTER_INSERT1_PLUGIN_ID;vst2:74735042;\r\nEFFECT_1;Gone.dll;\r\n"
+        "EFFECT_1_ID;other:x.y;\r\nEFFECT_2;Old.dll;\r\nPLUGIN;Lost.so;\r\nPLUGIN_ID;vst2:00000001;\r\nLEVEL;7;\r\n"
+        "INSERT2_PLUGIN;Renamed.so;\r\nINSERT2_PLUGIN_ID;vst2:74735042;\r\nINSERT2_ON;1;\r\nPLUGIN;END;\r\n"
+        "PLUGIN;Old.so;\r\nLEVEL;5;\r\nPLUGIN;END;\r\n",
+        load);
+    EXPECT_EQ(asked, (std::vector<std::string>{"Renamed.so vst2:74735042", "Gone.dll other:x.y", "Old.dll ",
+                                               "Lost.so vst2:00000001", "Renamed.so vst2:74735042", "Old.so "}));
+    EXPECT_EQ(state.instruments.at(0)->strip.level.Get(), 7.0F);
+    EXPECT_EQ(state.instruments.at(1)->strip.level.Get(), 5.0F) << "the line after a name without identity counts";
+    const std::string bytes = generated::BytesOf(state);
+    for (const char* const lines :
+         {"MASTER_INSERT1_PLUGIN;ParameterBank.so;\r\nMASTER_INSERT1_PLUGIN_ID;vst2:74735042;\r\n",
+          "EFFECT_1;Gone.dll;\r\nEFFECT_1_ID;other:x.y;\r\n", "EFFECT_2;Old.dll;\r\nEFFECT_PRESET_2;",
+          "PLUGIN;Lost.so;\r\nPLUGIN_ID;vst2:00000001;\r\nTITLE;", "PLUGIN;Old.so;\r\nTITLE;",
+          "INSERT2_PLUGIN;ParameterBank.so;\r\nINSERT2_PLUGIN_ID;vst2:74735042;\r\nINSERT2_ON;"}) {
+        EXPECT_NE(bytes.find(lines), std::string::npos) << lines;
+    }
+}
+
 TEST(ProjectFile, TheEditsOfAProgramOutliveItsSelection) {
     const ProjectState state = Read("PLUGIN;PatchSynth;\r\nPLUGIN_PRESET;START;\r\nPRESET_INDEX;3;\r\nPRESET;END;\r\n");
     CPlugin& plugin = *state.instruments.at(0)->plugin.ForEdit()->plugin;
     plugin.SetParameter(2, 0.875F);
     const ProjectState again = Read(BytesOf(state));
     CPlugin& loaded = *again.instruments.at(0)->plugin.ForEdit()->plugin;
-    EXPECT_EQ(loaded.Dispatch(vst2::effGetProgram), 3);
-    EXPECT_EQ(loaded.Effect().getParameter(&loaded.Effect(), 2), 0.875F);
-    EXPECT_FLOAT_EQ(loaded.Effect().getParameter(&loaded.Effect(), 1), 0.3F);
+    EXPECT_EQ(loaded.CurrentProgram(), 3);
+    EXPECT_EQ(loaded.Parameter(2), 0.875F);
+    EXPECT_FLOAT_EQ(loaded.Parameter(1), 0.3F);
 }
 
 // Whatever happens to the file: no crash, and either a state that saves again or the state as before.

@@ -2,6 +2,6 @@
 // A plug-in that ends the process while it loads.
 #include <cstdlib>
 
-#include "model/plugin/Vst2.h"
+#include "model/plugin/vst2/Vst2.h"
 
 VST2_EXPORT vst2::AEffect* VSTPluginMain(vst2::HostCallback) { std::exit(0); }

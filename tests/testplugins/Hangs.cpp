@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-#include "model/plugin/Vst2.h"
+#include "model/plugin/vst2/Vst2.h"
 
 VST2_EXPORT vst2::AEffect* VSTPluginMain(vst2::HostCallback) {
     for (;;) std::this_thread::sleep_for(std::chrono::hours(1));

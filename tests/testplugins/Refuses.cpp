@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A plug-in whose entry point returns nothing.
-#include "model/plugin/Vst2.h"
+#include "model/plugin/vst2/Vst2.h"
 
 VST2_EXPORT vst2::AEffect* VSTPluginMain(vst2::HostCallback) { return nullptr; }

@@ -84,9 +84,8 @@ void CWinControlMain::BuildMaster() {
     scrollBar->onChange = [this](CControl&) { Scroll(); };
     auto& add =
         Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"), [this](QMenu& menu) {
-            for (const QString& name :
-                 actions.pluginNames ? actions.pluginNames(SlotKind::Instrument) : QStringList()) {
-                menu.addAction(name, [this, name] { actions.addInstrument(name); });
+            for (const PluginChoice& choice : actions.pluginChoices(SlotKind::Instrument)) {
+                menu.addAction(choice.text, [this, choice] { actions.addInstrument(choice.path); });
             }
             menu.addSeparator();
             menu.addAction(Text("From a file ..."), [this] { actions.addInstrument(QString()); });

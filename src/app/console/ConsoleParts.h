@@ -5,9 +5,9 @@
 // values are told. User-interface thread.
 
 #include <QString>
-#include <QStringList>
 #include <functional>
 
+#include "app/PluginChoices.h"
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
 #include "editors/ToolTable.h"
@@ -18,8 +18,8 @@ class CSwitchFaderCtrl;
 
 // What the console asks its window for.
 struct ConsoleActions {
-    // Names of the plug-in folders of the program.
-    std::function<QStringList(SlotKind)> pluginNames;
+    // The plug-ins to choose from.
+    std::function<QList<PluginChoice>(SlotKind)> pluginChoices;
     // Opens the window of the plug-in in a place.
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;

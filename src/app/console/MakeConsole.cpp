@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "app/CMainWindow.h"
-#include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/console/CWinControlMain.h"
 #include "document/CSettings.h"
@@ -15,27 +14,13 @@ namespace quib {
 
 namespace {
 
-// Those of the program's own folders, which are there at once, then what else the machine has.
-QStringList PluginNamesFor(CMainWindow& window, SlotKind kind) {
-    const bool instruments = kind == SlotKind::Instrument;
-    const Folders& folders = window.Workstation().ProgramFolders();
-    QStringList names =
-        ListPlugins(instruments ? folders.pluginInstruments : folders.pluginEffects, {QStringLiteral("so")});
-    names.sort();
-    const CPluginCatalog& catalog = window.Catalog();
-    for (const PluginEntry& entry : instruments ? catalog.Instruments() : catalog.Effects()) {
-        if (!names.contains(entry.name)) names += entry.name;
-    }
-    return names;
-}
-
 void AddInstrument(CMainWindow& window, QString nameOrPath) {
     CWorkstation& station = window.Workstation();
     if (nameOrPath.isEmpty()) {
         const QString folder = station.Settings().ReadSettingString(QString::fromLatin1(kSettingsSection),
                                                                     QStringLiteral("InstrumentDir"));
         nameOrPath = QFileDialog::getOpenFileName(&window, Text("Choose an instrument or a plug-in"), folder,
-                                                  QStringLiteral("QUIB (*.ist *.so)"));
+                                                  QStringLiteral("QUIB (*.ist %1)").arg(PluginFilePatterns()));
         if (nameOrPath.isEmpty()) return;
     }
     QString error;
@@ -46,7 +31,9 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
 
 ConsoleActions ActionsFor(CMainWindow& window) {
     ConsoleActions actions;
-    actions.pluginNames = [&window](SlotKind kind) { return PluginNamesFor(window, kind); };
+    actions.pluginChoices = [&window](SlotKind kind) {
+        return PluginChoices(window.Workstation().ProgramFolders(), window.Catalog(), kind);
+    };
     actions.openPlugin = [&window](const SlotPlace& place) { window.PluginWindows().Show(place); };
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };

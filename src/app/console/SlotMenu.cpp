@@ -93,13 +93,13 @@ void AddFileItems(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
 }
 
 void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_ptr<CPlugin>& plugin) {
-    const int count = plugin->Effect().numPrograms;
+    const int count = plugin->ProgramCount();
     if (count < 2) return;
     QMenu* const programs = menu.addMenu(Text("Program"));
-    const auto now = static_cast<int>(plugin->Dispatch(vst2::effGetProgram));
+    const int now = plugin->CurrentProgram();
     CWorkstation& station = context.station;
     for (int program = 0; program < std::min(count, 128); ++program) {
-        QString name = QString::fromStdString(plugin->Text(vst2::effGetProgramNameIndexed, program)).trimmed();
+        QString name = QString::fromStdString(plugin->ProgramName(program)).trimmed();
         if (name.isEmpty()) name = Text("Program %1").arg(program + 1);
         QAction* const action = programs->addAction(QStringLiteral("%1  %2").arg(program + 1).arg(name));
         action->setCheckable(true);
@@ -109,9 +109,9 @@ void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_p
     }
 }
 
-void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& name, QWidget* window) {
+void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& path, QWidget* window) {
     QString error;
-    if (!context.station.Places().LoadPlugin(place, name, error)) Tell(window, error);
+    if (!context.station.Places().LoadPlugin(place, path, error)) Tell(window, error);
 }
 
 }  // namespace
@@ -125,19 +125,19 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
         menu.addSeparator();
     }
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const QStringList names = context.actions.pluginNames
-                                  ? context.actions.pluginNames(isInstrument ? SlotKind::Instrument : SlotKind::Effect)
-                                  : QStringList();
-    for (const QString& name : names) {
-        menu.addAction(name, [context, place, name, window] { LoadInto(context, place, name, window); });
+    const SlotKind kind = isInstrument ? SlotKind::Instrument : SlotKind::Effect;
+    for (const PluginChoice& choice : context.actions.pluginChoices(kind)) {
+        menu.addAction(choice.text,
+                       [context, place, choice, window] { LoadInto(context, place, choice.path, window); });
     }
     menu.addSeparator();
     menu.addAction(
         isInstrument ? Text("Select Plugin") : Text("Load Plugin..."), [context, place, window, isInstrument] {
             const QString setting = isInstrument ? QStringLiteral("PluginDir") : QStringLiteral("EffectDir");
-            const QString path = QFileDialog::getOpenFileName(
-                window, Text("Choose the VST Plugin"),
-                context.station.Settings().ReadSettingString(kSettingsSection, setting), QStringLiteral("VST (*.so)"));
+            const QString path =
+                QFileDialog::getOpenFileName(window, Text("Choose the VST Plugin"),
+                                             context.station.Settings().ReadSettingString(kSettingsSection, setting),
+                                             QStringLiteral("VST (%1)").arg(PluginFilePatterns()));
             if (!path.isEmpty()) LoadInto(context, place, path, window);
         });
     if (slot && (slot->plugin || slot->missing)) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/files/ContentFiles.h"
 
-#include "model/plugin/PluginBank.h"
+#include "model/plugin/CPlugin.h"
 #include "platform/CAtomicFile.h"
 #include "platform/CFileBytes.h"
 
@@ -17,11 +17,11 @@ bool SaveImage(const fs::path& path, const StateImage& image, std::string& error
     return CAtomicFile().Replace(path, {reinterpret_cast<const char*>(image.data()), image.size()}, error);
 }
 
-bool LoadImage(const fs::path& path, CPlugin& plugin, BankResult (*load)(CPlugin&, std::span<const std::byte>),
+bool LoadImage(const fs::path& path, CPlugin& plugin, BankResult (CPlugin::*load)(std::span<const std::byte>),
                std::string& error) {
     CFileBytes file;
     if (!file.Read(path, error)) return false;
-    const BankResult result = load(plugin, std::as_bytes(std::span(file.View().data(), file.View().size())));
+    const BankResult result = (plugin.*load)(std::as_bytes(std::span(file.View().data(), file.View().size())));
     if (result != BankResult::Done) error = Describe(result);
     return result == BankResult::Done;
 }
@@ -58,19 +58,19 @@ bool SavePatternFile(const fs::path& path, const CInstrument& instrument, std::s
 }
 
 bool LoadBankFile(const fs::path& path, CPlugin& plugin, std::string& error) {
-    return LoadImage(path, plugin, LoadBank, error);
+    return LoadImage(path, plugin, &CPlugin::LoadBank, error);
 }
 
 bool SaveBankFile(const fs::path& path, CPlugin& plugin, std::string& error) {
-    return SaveImage(path, SaveBank(plugin), error);
+    return SaveImage(path, plugin.SaveBank(), error);
 }
 
 bool LoadProgramFile(const fs::path& path, CPlugin& plugin, std::string& error) {
-    return LoadImage(path, plugin, LoadProgram, error);
+    return LoadImage(path, plugin, &CPlugin::LoadProgram, error);
 }
 
 bool SaveProgramFile(const fs::path& path, CPlugin& plugin, std::string& error) {
-    return SaveImage(path, SaveProgram(plugin), error);
+    return SaveImage(path, plugin.SaveProgram(), error);
 }
 
 }  // namespace quib

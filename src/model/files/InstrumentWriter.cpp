@@ -51,7 +51,7 @@ void WriteInsert(CRecordWriter& writer, CInstrument& instrument, std::size_t ind
     const PluginSlot& slot = *instrument.inserts[index].ForEdit();
     if (IsEmpty(slot)) return;
     const std::string number = std::to_string(index + 1);
-    writer.TextLine("INSERT" + number + "_PLUGIN", SlotFileName(slot));
+    WriteSlotName(writer, "INSERT" + number + "_PLUGIN", slot);
     WriteStrip(writer, index == 0 ? StripPart::Insert1 : StripPart::Insert2, instrument.strip);
     WriteState(writer, "INSERT_PRESET_" + number, slot);
     WriteEvents(writer, "INSERT_PARAM_EVENTS_" + number, slot);
@@ -68,7 +68,7 @@ void WriteLook(CRecordWriter& writer, const CInstrument& instrument) {
 void WriteInstrument(CRecordWriter& writer, CInstrument& instrument, std::span<const std::int32_t> heldKeys,
                      bool withPresets) {
     const PluginSlot& slot = *instrument.plugin.ForEdit();
-    writer.TextLine("PLUGIN", SlotFileName(slot));
+    WriteSlotName(writer, "PLUGIN", slot);
     writer.TextLine("TITLE", instrument.title);
     writer.IntegerLine("ICONE", instrument.icon);
     WriteFields(writer, MidiInputFields(), instrument);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "model/files/EventRecords.h"
-#include "model/plugin/PluginBank.h"
 
 namespace quib {
 
@@ -16,6 +15,20 @@ const CEventLanes noLanes;
 
 // No block holds a line with this key: where one comes, the end of the block got lost.
 bool BelongsOutside(const CRecordReader& line) noexcept { return line.Key() == "PLUGIN" && line.HasFields(2); }
+
+// Beside the name of a plug-in stands, under a key of its own that programs which do not know it pass over,
+// who it is.
+std::string IdentityKey(std::string_view nameKey) { return std::string(nameKey) + "_ID"; }
+
+// The identity in the line after the current one, which names the plug-in; the line is left to others if it is
+// none.
+std::string ReadIdentity(CRecordReader& reader) {
+    const std::string key = IdentityKey(reader.Key());
+    if (!reader.NextLine()) return {};
+    if (reader.Key() == key) return std::string(reader.Text(1));
+    reader.RepeatLine();
+    return {};
+}
 
 std::shared_ptr<const StateImage> CopyOf(std::string_view bytes) {
     const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
@@ -27,16 +40,18 @@ std::shared_ptr<const StateImage> CopyOf(std::string_view bytes) {
 bool OpensBracket(const CRecordReader& line) noexcept { return line.Text(1) == "START"; }
 bool ClosesBracket(const CRecordReader& line) noexcept { return line.Text(1) == "END"; }
 
-void CSlotReader::Load(std::string_view name, SlotKind kind, LoadContext& context) {
+void CSlotReader::Load(CRecordReader& reader, SlotKind kind, LoadContext& context) {
     *this = CSlotReader();
-    if (name.empty()) return;
-    fileName = name;
+    fileName = reader.Text(1);
+    PluginReference wanted{fileName, ReadIdentity(reader)};
+    if (fileName.empty()) return;
     std::string error = "cannot be loaded here";
-    if (context.load) plugin = context.load(fileName, kind, error);
+    if (context.load) plugin = context.load(wanted, kind, error);
     if (plugin) return;
     context.Warn(fileName, error + "; its settings are kept");
     missing = std::make_shared<MissingPlugin>();
     missing->fileName = fileName;
+    missing->identity = std::move(wanted.identity);
 }
 
 void CSlotReader::SetDisplayName(std::string_view name) {
@@ -76,14 +91,14 @@ void CSlotReader::ApplyState(std::string_view image, LoadContext& context) {
     if (image.empty()) return;
     if (missing) missing->state = CopyOf(image);
     if (!plugin) return;
-    const BankResult result = LoadBank(*plugin, std::as_bytes(std::span(image.data(), image.size())));
+    const BankResult result = plugin->LoadBank(std::as_bytes(std::span(image.data(), image.size())));
     if (result != BankResult::Done) context.Warn(fileName, Describe(result));
 }
 
 void CSlotReader::ApplyProgram(int program, LoadContext& context) {
     if (missing) missing->program = program;
     // A plug-in without programs writes program 0 all the same.
-    if (plugin && !SelectProgram(*plugin, program) && program != 0) {
+    if (plugin && !plugin->SelectProgram(program) && program != 0) {
         context.Warn(fileName, "there is no program " + std::to_string(program));
     }
 }
@@ -118,6 +133,14 @@ std::string SlotFileName(const PluginSlot& slot) {
     return slot.missing ? slot.missing->fileName : std::string();
 }
 
+void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot) {
+    writer.TextLine(key, SlotFileName(slot));
+    std::string identity;
+    if (slot.plugin) identity = slot.plugin->Identity().Key();
+    if (slot.missing) identity = slot.missing->identity;
+    if (!identity.empty()) writer.TextLine(IdentityKey(key), identity);
+}
+
 const CEventLanes& SlotLanes(const PluginSlot& slot) {
     if (slot.plugin) return *slot.plugin->lanes.ForEdit();
     return slot.missing ? slot.missing->lanes : noLanes;
@@ -128,8 +151,8 @@ void WriteState(CRecordWriter& writer, std::string_view openKey, const PluginSlo
     StateImage image;
     std::int32_t program = 0;
     if (slot.plugin) {
-        image = SaveBank(*slot.plugin);
-        program = static_cast<std::int32_t>(slot.plugin->Dispatch(vst2::effGetProgram));
+        image = slot.plugin->SaveBank();
+        program = slot.plugin->CurrentProgram();
     } else if (slot.missing) {
         if (slot.missing->state) image = *slot.missing->state;
         program = slot.missing->program;

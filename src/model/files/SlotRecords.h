@@ -22,8 +22,9 @@ bool ClosesBracket(const CRecordReader& line) noexcept;
 
 class CSlotReader {
 public:
-    // Loads the named plug-in; one that cannot be loaded is remembered as missing, with a warning.
-    void Load(std::string_view fileName, SlotKind kind, LoadContext& context);
+    // Loads the plug-in that the current line names, with the line of its identity if that comes next; one
+    // that cannot be loaded is remembered as missing, with a warning.
+    void Load(CRecordReader& reader, SlotKind kind, LoadContext& context);
     bool IsEmpty() const noexcept { return plugin == nullptr && missing == nullptr; }
 
     // The name that the file shows for the plug-in; kept for a missing one.
@@ -53,6 +54,8 @@ private:
 // Name of the library that a slot has or misses; empty for an empty slot.
 std::string SlotFileName(const PluginSlot& slot);
 bool IsEmpty(const PluginSlot& slot) noexcept;
+// The line "`key`;name;" of a slot, and the line of its identity.
+void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot);
 // Automation of a slot's plug-in, loaded or missing.
 const CEventLanes& SlotLanes(const PluginSlot& slot);
 

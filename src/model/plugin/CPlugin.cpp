@@ -2,22 +2,21 @@
 #include "model/plugin/CPlugin.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "model/plugin/PluginCalls.h"
+#include "model/plugin/PluginFormats.h"
 #include "platform/FloatingPointMode.h"
 
 namespace quib {
 
-using namespace vst2;
-
 namespace {
 
-constexpr int kMaximumChannels = 512;
-constexpr int kMaximumPrograms = 1 << 16;
+// Its outputs behind the main pair are made for the sends.
+constexpr const char* kDrumMachine = "vst2:31366378";
 // Longest fade around a change of state, in samples.
 constexpr int kFadeFrames = 256;
 // Largest sample that counts as sound: +24 dBFS.
@@ -25,104 +24,68 @@ constexpr float kLoudest = 15.848932F;
 // Outputs that the strip can use: a main pair and one pair for each send.
 constexpr int kCheckedOutputs = 10;
 
-bool Sane(const AEffect& effect) {
-    return effect.dispatcher != nullptr && effect.setParameter != nullptr && effect.getParameter != nullptr &&
-           effect.numInputs >= 0 && effect.numInputs <= kMaximumChannels && effect.numOutputs >= 0 &&
-           effect.numOutputs <= kMaximumChannels && effect.numParams >= 0 &&
-           effect.numParams <= CPlugin::kMaximumParameters &&
-           ((effect.flags & effFlagsCanReplacing) == 0 || effect.processReplacing != nullptr);
-}
-
 }  // namespace
-
-CPlugin::CPlugin(PluginEnvironment& pluginEnvironment) : environment(pluginEnvironment) {}
-
-CPlugin::~CPlugin() {
-    if (effect == nullptr) return;
-    if (opened) Dispatch(effMainsChanged, 0, 0);
-    Dispatch(effClose);
-}
 
 std::shared_ptr<CPlugin> CPlugin::Load(const std::filesystem::path& path, SlotKind kind, PluginEnvironment& environment,
                                        std::string& error) {
-    std::shared_ptr<CPlugin> plugin(new CPlugin(environment));
-    if (!plugin->LoadLibrary(path, error) || !plugin->CheckCategory(kind, error)) return nullptr;
-    plugin->Open();
+    auto plugin = LoadLibrary(path, environment, error);
+    if (!plugin || !plugin->CheckCategory(kind, error)) return nullptr;
+    plugin->Finish();
     return plugin;
 }
 
 std::shared_ptr<CPlugin> CPlugin::LoadAny(const std::filesystem::path& path, PluginEnvironment& environment,
                                           std::string& error) {
-    std::shared_ptr<CPlugin> plugin(new CPlugin(environment));
-    if (!plugin->LoadLibrary(path, error)) return nullptr;
-    plugin->identity.category = plugin->Dispatch(effGetPlugCategory);
-    plugin->Open();
+    auto plugin = LoadLibrary(path, environment, error);
+    if (!plugin) return nullptr;
+    plugin->identity.isInstrument = plugin->IsInstrument();
+    plugin->Finish();
     return plugin;
 }
 
-bool CPlugin::LoadLibrary(const std::filesystem::path& path, std::string& error) {
+std::shared_ptr<CPlugin> CPlugin::LoadLibrary(const std::filesystem::path& path, PluginEnvironment& environment,
+                                              std::string& error) {
     const CFloatingPointScope keepMode;
-    identity.fileName = path.filename().string();
     if (!environment.applicationFolder.empty()) {
         std::error_code ignored;
         std::filesystem::current_path(environment.applicationFolder, ignored);
     }
-    if (!library.Open(path, error)) return false;
-    auto entry = library.Get<EntryProc>("VSTPluginMain");
-    if (entry == nullptr) entry = library.Get<EntryProc>("main");
-    if (entry == nullptr) {
-        error = "no plug-in entry point";
-        return false;
+    error = "no plug-in format has files of this name";
+    for (const PluginFormat& format : PluginFormats()) {
+        if (!HasExtension(path.filename().string(), format.extension)) continue;
+        const auto plugin = format.load(path, environment, error);
+        if (!plugin) continue;
+        plugin->identity.format = format.name;
+        plugin->identity.fileName = path.filename().string();
+        return plugin;
     }
-    AEffect* const made = CallEntry(entry, &CPlugin::HostCallback);
-    if (made == nullptr || made->magic != kEffectMagic || !Sane(*made)) {
-        error = made == nullptr ? "the plug-in refused to start" : "not a VST 2 plug-in";
-        return false;
-    }
-    effect = made;
-    SetOwner(*effect, this);
-    return true;
+    return nullptr;
 }
 
 bool CPlugin::CheckCategory(SlotKind kind, std::string& error) {
-    identity.category = Dispatch(effGetPlugCategory);
-    const bool synthesiser = identity.category == kPlugCategSynth;
-    if (synthesiser == (kind == SlotKind::Instrument)) return true;
-    error = synthesiser ? "This plugin is not a compatible category !" : "This plugin is not a synth category !";
+    identity.isInstrument = IsInstrument();
+    if (identity.isInstrument == (kind == SlotKind::Instrument)) return true;
+    error =
+        identity.isInstrument ? "This plugin is not a compatible category !" : "This plugin is not a synth category !";
     environment.Message(error, "QUIB");
     return false;
 }
 
-void CPlugin::Open() {
-    Dispatch(effOpen);
-    SendFormat();
-    identity.vendor = Text(effGetVendorString);
-    identity.product = Text(effGetProductString);
-    identity.vendorVersion = Dispatch(effGetVendorVersion);
-    identity.effectName = Text(effGetEffectName);
-    if (identity.effectName.empty()) identity.effectName = Text(effGetEffectName);
+void CPlugin::Finish() {
+    RememberFormat();
+    Open(identity);
     identity.displayName = identity.effectName;
     RecogniseBuiltIn();
-
-    identity.programCount = std::clamp(effect->numPrograms, 0, kMaximumPrograms);
-    inputCount = effect->numInputs;
-    outputCount = effect->numOutputs;
+    const Ports ports = AskPorts();
+    canReplace = ports.canReplace;
+    inputCount = ports.inputs;
+    outputCount = ports.outputs;
     inputs = CPluginBuffers(std::max(2, inputCount));
     outputs = CPluginBuffers(std::max(2, outputCount));
     foreignInputs.assign(inputs.Pointers(), inputs.Pointers() + inputs.Channels());
-    eventMemory = CGuardedMemory(EventBlockBytes(kMaximumBlockEvents));
-
-    char midiEvents[] = "receiveVstMidiEvent";
-    char events[] = "receiveVstEvents";
-    char programNames[] = "midiProgramNames";
-    identity.acceptsMidi = Dispatch(effCanDo, 0, 0, midiEvents) == 1;
-    Dispatch(effCanDo, 0, 0, events);
-    Dispatch(effCanDo, 0, 0, programNames);
-
-    Dispatch(effMainsChanged, 0, 1);
-    BuildParameters();
-    latency.store(effect->initialDelay, std::memory_order_relaxed);
-    opened = true;
+    Start(identity);
+    parameters = DescribeParameters();
+    lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
 }
 
 void CPlugin::RecogniseBuiltIn() {
@@ -141,51 +104,33 @@ void CPlugin::RecogniseBuiltIn() {
     }
     identity.isDrumMachine = identity.effectName == "QUIB drums";
     identity.isLoopPlayer = identity.effectName == "QUIB Loops";
+    feedsSends = identity.Key() == kDrumMachine;
     if (!identity.isLoopPlayer) return;
-    loops.waveBegin = library.Symbol("GetWaveBegin");
-    loops.waveInfos = library.Symbol("GetWaveInfos");
-    loops.waveCounter = library.Symbol("GetWaveCompter");
-    if (const auto count = library.Get<std::intptr_t (*)()>("GetWaveNumber")) loops.waveNumber = count();
-}
-
-void CPlugin::BuildParameters() {
-    const auto count = static_cast<std::size_t>(effect->numParams);
-    parameters.resize(count);
-    for (std::size_t index = 0; index < count; ++index) {
-        parameters[index].name = Text(effGetParamName, static_cast<std::int32_t>(index));
+    loops.waveBegin = Export("GetWaveBegin");
+    loops.waveInfos = Export("GetWaveInfos");
+    loops.waveCounter = Export("GetWaveCompter");
+    if (void* const count = Export("GetWaveNumber")) {
+        loops.waveNumber = reinterpret_cast<std::intptr_t (*)()>(count)();
     }
-    lastAutomation.assign(count, std::numeric_limits<float>::quiet_NaN());
 }
 
-std::intptr_t CPlugin::Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
-                                float option) {
-    if (effect == nullptr) return 0;
-    const CFloatingPointScope keepMode;
-    // What its window does while idling is the user's doing.
-    const CPluginCallScope inside(opcode == effEditIdle ? nullptr : this);
-    return effect->dispatcher(effect, opcode, index, value, pointer, option);
-}
-
-std::string CPlugin::Text(std::int32_t opcode, std::int32_t index) {
-    std::array<char, kTextSize> buffer{};
-    Dispatch(opcode, index, 0, buffer.data());
-    buffer.back() = '\0';
-    return buffer.data();
-}
-
-void CPlugin::SendFormat() {
+void CPlugin::RememberFormat() noexcept {
     preparedRate = environment.sampleRate;
     preparedBlock = environment.blockSize;
-    Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(preparedRate));
-    Dispatch(effSetBlockSize, 0, preparedBlock);
 }
 
 void CPlugin::Prepare() {
     const CExclusive exclusive(*this);
-    Dispatch(effMainsChanged, 0, 0);
-    SendFormat();
-    Dispatch(effMainsChanged, 0, 1);
-    latency.store(effect->initialDelay, std::memory_order_relaxed);
+    RememberFormat();
+    Restart();
+}
+
+bool CPlugin::SelectProgram(int program) {
+    if (program < 0 || program >= ProgramCount()) return false;
+    if (CurrentProgram() == program) return true;
+    const CExclusive exclusive(*this);
+    ChangeProgram(program);
+    return true;
 }
 
 bool CPlugin::TakeFaultReport() noexcept {
@@ -221,22 +166,24 @@ bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
     if (events.empty()) return true;
     const CRenderCall call(*this);
     if (!call.Entered()) return false;
-    VstEvents* const block =
-        FillEventBlock(eventMemory.Data(), events.first(std::min(events.size(), kMaximumBlockEvents)));
-    effect->dispatcher(effect, effProcessEvents, 0, 0, block, 0.0F);
+    TakeEvents(events.first(std::min(events.size(), kMaximumBlockEvents)));
     return true;
+}
+
+float CPlugin::Parameter(int index) noexcept {
+    return index >= 0 && index < static_cast<int>(parameters.size()) ? ReadParameter(index) : 0.0F;
 }
 
 void CPlugin::SetParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(parameters.size()) || std::isnan(value)) return;
     const CPluginCallScope inside(this);
-    effect->setParameter(effect, index, std::clamp(value, 0.0F, 1.0F));
+    WriteParameter(index, std::clamp(value, 0.0F, 1.0F));
 }
 
 void CPlugin::SendInternalCode(std::int32_t code, float value) noexcept {
     if (!identity.effectName.starts_with("QUIB ")) return;
     const CPluginCallScope inside(this);
-    effect->setParameter(effect, code, value);
+    WriteParameter(code, value);
 }
 
 bool CPlugin::PlayParameter(int index, float value) noexcept {
@@ -257,35 +204,31 @@ void CPlugin::ForgetAutomation() noexcept {
 
 void CPlugin::Process(int frames) noexcept {
     if (inputCount == 1) return Process(inputs.Channel(0), inputs.Channel(1), frames);
-    CallProcess(inputs.Pointers(), frames);
+    CallRender(inputs.Pointers(), frames);
 }
 
 void CPlugin::Process(const float* left, const float* right, int frames) noexcept {
     if (inputCount == 1) {
         float* const mono = inputs.Channel(0);
         for (int i = 0; i < frames; ++i) mono[i] = 0.5F * (left[i] + right[i]);
-        return CallProcess(inputs.Pointers(), frames);
+        return CallRender(inputs.Pointers(), frames);
     }
-    // The interface has no const; a plug-in that writes its inputs changes what nobody reads again.
-    foreignInputs[0] = const_cast<float*>(left);
-    foreignInputs[1] = const_cast<float*>(right);
-    CallProcess(foreignInputs.data(), frames);
+    foreignInputs[0] = left;
+    foreignInputs[1] = right;
+    CallRender(foreignInputs.data(), frames);
 }
 
-void CPlugin::CallProcess(float** in, int frames) noexcept {
+void CPlugin::CallRender(const float* const* from, int frames) noexcept {
     const CRenderCall call(*this);
     if (!call.Entered()) return outputs.Clear(frames);
     const unsigned mode = ReadFloatingPointMode();
-    effect->processReplacing(effect, in, outputs.Pointers(), frames);
+    Render(from, outputs.Pointers(), frames);
     if (ReadFloatingPointMode() != mode) WriteFloatingPointMode(mode);
     if (!OutputsAreSane(frames)) {
         outputs.Clear(frames);
         faulty.store(true, std::memory_order_relaxed);
     }
     if (fade.load(std::memory_order_relaxed) != Fade::None) ApplyFade(frames);
-    if (effect->initialDelay != latency.load(std::memory_order_relaxed)) {
-        latency.store(effect->initialDelay, std::memory_order_relaxed);
-    }
 }
 
 // The editing thread may ask for the other direction at any time: then its wish stands, not the end of
@@ -319,6 +262,37 @@ bool CPlugin::OutputsAreSane(int frames) const noexcept {
         if (beyond != 0) return false;
     }
     return true;
+}
+
+void CPlugin::ReportParameter(int index, float value) {
+    // Reports from inside a call of ours (a whole bank may send a thousand) are not the user's doing.
+    if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return;
+    if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
+}
+
+void CPlugin::ReportTouch(int index) {
+    if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return;
+    if (environment.parameterTouched) environment.parameterTouched(*this, index);
+}
+
+void CPlugin::RunApplicationIdle() {
+    if (environment.idle && editingThread == std::this_thread::get_id()) environment.idle();
+}
+
+bool CPlugin::RequestEditorSize(std::intptr_t width, std::intptr_t height) {
+    constexpr int kLargest = 1 << 14;  // pixels
+    if (!environment.sizeWindow || editingThread != std::this_thread::get_id()) return false;
+    if (width < 1 || width > kLargest || height < 1 || height > kLargest) return false;
+    return environment.sizeWindow(*this, static_cast<int>(width), static_cast<int>(height));
+}
+
+const PlayTime* CPlugin::AskTime() {
+    if (IsRenderThread()) return &blockTime;
+    if (editingThread != std::this_thread::get_id()) return nullptr;
+    if (environment.currentTime) environment.currentTime(editingTime);
+    return &editingTime;
 }
 
 }  // namespace quib

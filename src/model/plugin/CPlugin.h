@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// One loaded VST 2 plug-in with its buffers and parameter lanes. Loaded, asked and closed on the
+// One loaded plug-in of any format, with its buffers and parameter lanes. Loaded, asked and closed on the
 // editing thread; while published, one render thread at a time feeds and processes it. Rendering never
 // allocates. Foreign code runs inside: its floating-point mode is contained, its numbers are checked.
+//
+// It is long because it is the one face of plug-ins; a format derives from it and answers the virtual
+// functions, which are all that knows its interface.
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <thread>
@@ -17,31 +20,15 @@
 
 #include "model/CEventLanes.h"
 #include "model/MidiEvents.h"
+#include "model/Preset.h"
+#include "model/plugin/BankResult.h"
 #include "model/plugin/CPluginBuffers.h"
+#include "model/plugin/PlayTime.h"
 #include "model/plugin/PluginEnvironment.h"
-#include "model/plugin/Vst2.h"
+#include "model/plugin/PluginIdentity.h"
 #include "model/sharing/CPublished.h"
-#include "platform/CDynamicLibrary.h"
-#include "platform/CGuardedMemory.h"
 
 namespace quib {
-
-enum class SlotKind { Instrument, Effect };
-
-// What a plug-in said when it was loaded.
-struct PluginIdentity {
-    std::string fileName;     // of the library, without its folder
-    std::string displayName;  // effect name, or what replaces it for a built-in plug-in
-    std::string effectName;
-    std::string vendor;
-    std::string product;
-    std::intptr_t vendorVersion = 0;
-    std::intptr_t category = 0;
-    int programCount = 0;  // when it was loaded; banks may select fewer
-    bool acceptsMidi = false;
-    bool isDrumMachine = false;
-    bool isLoopPlayer = false;
-};
 
 class CPlugin {
 public:
@@ -53,29 +40,60 @@ public:
     // Loads whatever it is; for scanners.
     static std::shared_ptr<CPlugin> LoadAny(const std::filesystem::path& path, PluginEnvironment& environment,
                                             std::string& error);
-    ~CPlugin();
+    virtual ~CPlugin() = default;
     CPlugin(const CPlugin&) = delete;
     CPlugin& operator=(const CPlugin&) = delete;
 
     // --- Editing thread -------------------------------------------------------------------------
 
     const PluginIdentity& Identity() const noexcept { return identity; }
-    const std::vector<LaneDescription>& Parameters() const noexcept { return parameters; }
-    bool HasChunks() const noexcept { return (effect->flags & vst2::effFlagsProgramChunks) != 0; }
-    bool HasEditor() const noexcept { return (effect->flags & vst2::effFlagsHasEditor) != 0; }
-    vst2::AEffect& Effect() noexcept { return *effect; }
-    const vst2::AEffect& Effect() const noexcept { return *effect; }
     PluginEnvironment& Environment() noexcept { return environment; }
 
-    // One request to the plug-in. What it reports back meanwhile counts as ours, not the user's.
-    std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
-                           void* pointer = nullptr, float option = 0.0F);
-    // The text that a request writes, at most `kTextSize` characters.
-    std::string Text(std::int32_t opcode, std::int32_t index = 0);
+    const std::vector<PluginParameter>& Parameters() const noexcept { return parameters; }
+    // Value (0..1) of a parameter; 0 for one that the plug-in does not have.
+    float Parameter(int index) noexcept;
+    // Sets a parameter (0..1) if the plug-in has it; rendering goes on meanwhile.
+    void SetParameter(int index, float value) noexcept;
+    // The value as the plug-in writes it, and the unit of that text.
+    virtual std::string ParameterText(int index) = 0;
+    virtual std::string ParameterUnit(int index) = 0;
+    // Sets a parameter by a text in the plug-in's own way. False when it understands none.
+    virtual bool SetParameterText(int index, const std::string& text) = 0;
 
+    // Programs that can be selected now.
+    virtual int ProgramCount() const noexcept = 0;
+    virtual int CurrentProgram() = 0;
+    virtual std::string ProgramName(int program) = 0;
+    // Selects a program unless it is selected already. False when the plug-in has no such program.
+    bool SelectProgram(int program);
+
+    // Whole state, and current program, as images in the layout of the format's files. Every length is checked
+    // before the plug-in sees a byte; nothing changes unless the result is Done. Programs are walked where that
+    // is the only way; the current one is as before afterwards, edits included. An open editor wants IdleEditor
+    // after a change.
+    virtual BankResult LoadBank(std::span<const std::byte> image) = 0;
+    virtual BankResult LoadProgram(std::span<const std::byte> image) = 0;
+    virtual StateImage SaveBank() = 0;
+    virtual StateImage SaveProgram() = 0;
+
+    // The plug-in's own window, inside a window of the display (its native number).
+    struct EditorSize {
+        int width = 0;  // pixels of the screen
+        int height = 0;
+    };
+    virtual bool HasEditor() const noexcept = 0;
+    virtual void OpenEditor(std::uintptr_t parentWindow) = 0;
+    virtual void CloseEditor() = 0;
+    virtual void IdleEditor() = 0;
+    // Nothing when the plug-in does not tell.
+    virtual std::optional<EditorSize> AskEditorSize() = 0;
     // Keeps the library in memory for good. To be called before its editor is opened: what the toolkits of
     // editors register in the process runs on after them.
-    void PinLibrary() noexcept { library.Pin(); }
+    virtual void PinLibrary() noexcept = 0;
+
+    // It has asked for idle calls; they may be made at any time.
+    bool NeedsIdle() const noexcept { return needsIdle.load(std::memory_order_relaxed); }
+    virtual void Idle() = 0;
 
     // Whether it has the rate and block size of the environment.
     bool IsPrepared() const noexcept {
@@ -94,9 +112,6 @@ public:
     };
     const LoopEntryPoints& Loops() const noexcept { return loops; }
 
-    bool NeedsIdle() const noexcept { return needsIdle.load(std::memory_order_relaxed); }
-    // Sets a parameter (0..1) if the plug-in has it; rendering goes on meanwhile.
-    void SetParameter(int index, float value) noexcept;
     // Values that only plug-ins of this program's own understand; others are not told.
     static constexpr std::int32_t kPatternMaskCode = 0x500008;  // marks of the patterns, pattern 0 in bit 15
     void SendInternalCode(std::int32_t code, float value) noexcept;
@@ -127,14 +142,17 @@ public:
 
     // --- Render thread --------------------------------------------------------------------------
 
-    bool CanReplace() const noexcept { return (effect->flags & vst2::effFlagsCanReplacing) != 0; }
+    // False for one that cannot fill output buffers; it is not processed.
+    bool CanReplace() const noexcept { return canReplace; }
     int InputCount() const noexcept { return inputCount; }
     int OutputCount() const noexcept { return outputCount; }
+    // Behind the main pair stands one pair of outputs for each send, in place of the strip's own.
+    bool FeedsSends() const noexcept { return feedsSends; }
     // Largest block that the buffers hold.
     static constexpr int kMaximumFrames = CPluginBuffers::kFrames;
 
     // Time that the plug-in is told when it asks during this block.
-    void SetBlockTime(const vst2::VstTimeInfo& time) noexcept { blockTime = time; }
+    void SetBlockTime(const PlayTime& time) noexcept { blockTime = time; }
     // Hands over the events of the block, earliest first; those beyond kMaximumBlockEvents are left out.
     // False, and nothing is handed over, while the editing thread changes the plug-in's whole state.
     bool SendEvents(std::span<const BlockEvent> events) noexcept;
@@ -160,55 +178,85 @@ public:
     // Latency in samples as the plug-in told it after the last block. Any thread.
     int Latency() const noexcept { return latency.load(std::memory_order_relaxed); }
 
-    // The function that plug-ins call.
-    static std::intptr_t VST2_CALL HostCallback(vst2::AEffect* effect, std::int32_t opcode, std::int32_t index,
-                                                std::intptr_t value, void* pointer, float option) noexcept;
-
-    static constexpr std::size_t kTextSize = 1024;
     // Plug-ins with more are refused.
     static constexpr int kMaximumParameters = 1 << 16;
+
+protected:
+    explicit CPlugin(PluginEnvironment& pluginEnvironment) : environment(pluginEnvironment) {}
+
+    struct Ports {
+        int inputs = 0;
+        int outputs = 0;
+        bool canReplace = true;
+    };
+
+    // --- For formats: what the plug-in reports and asks, on whatever thread it does ---------------
+
+    void ReportParameter(int index, float value);
+    void ReportTouch(int index);
+    void ReportIdleWanted() noexcept { needsIdle.store(true, std::memory_order_relaxed); }
+    void RunApplicationIdle();
+    // Gives whether the window gets that size (pixels).
+    bool RequestEditorSize(std::intptr_t width, std::intptr_t height);
+    // The block's time on a thread that renders, the song's on the editing thread. Null on threads of the
+    // plug-in's own: nothing could keep it from changing meanwhile.
+    const PlayTime* AskTime();
+    void SetLatency(int samples) noexcept {
+        if (samples != latency.load(std::memory_order_relaxed)) latency.store(samples, std::memory_order_relaxed);
+    }
 
 private:
     class CRenderCall;
 
-    explicit CPlugin(PluginEnvironment& pluginEnvironment);
+    // --- What a format answers ---------------------------------------------------------------------
 
-    bool LoadLibrary(const std::filesystem::path& path, std::string& error);
+    // In this order, once: what it is good for; opening it with the environment's rate and block size, and who
+    // it is (all of `described` but format, file and display name); its ports; switching it on.
+    virtual bool IsInstrument() = 0;
+    virtual void Open(PluginIdentity& described) = 0;
+    virtual Ports AskPorts() = 0;
+    virtual void Start(PluginIdentity& described) = 0;
+    virtual std::vector<PluginParameter> DescribeParameters() = 0;
+    // Off, with the environment's rate and block size, on. The render thread is kept out.
+    virtual void Restart() = 0;
+    virtual void ChangeProgram(int program) = 0;  // likewise
+    // An exported symbol of the plug-in's library, or null.
+    virtual void* Export(const char* name) const noexcept = 0;
+    // Any thread that may call the plug-in; `value` is 0..1 but for internal codes.
+    virtual float ReadParameter(int index) noexcept = 0;
+    virtual void WriteParameter(std::int32_t index, float value) noexcept = 0;
+    // Render thread. At most kMaximumBlockEvents events; both sides have at least two channels.
+    virtual void TakeEvents(std::span<const BlockEvent> events) noexcept = 0;
+    virtual void Render(const float* const* from, float* const* to, int frames) noexcept = 0;
+
+    static std::shared_ptr<CPlugin> LoadLibrary(const std::filesystem::path& path, PluginEnvironment& environment,
+                                                std::string& error);
     bool CheckCategory(SlotKind kind, std::string& error);
-    void Open();
-    void SendFormat();
+    void Finish();
     void RecogniseBuiltIn();
-    void BuildParameters();
-    void CallProcess(float** in, int frames) noexcept;
+    void CallRender(const float* const* from, int frames) noexcept;
     void ApplyFade(int frames) noexcept;
     bool OutputsAreSane(int frames) const noexcept;
-    void OnParameterReport(std::int32_t opcode, std::int32_t index, float value);
-    bool OnSizeRequest(std::int32_t width, std::intptr_t height);
-    std::intptr_t OnTimeRequest();
+    void RememberFormat() noexcept;
 
     PluginEnvironment& environment;
-    CDynamicLibrary library;
-    vst2::AEffect* effect = nullptr;
     PluginIdentity identity;
     LoopEntryPoints loops;
-    std::vector<LaneDescription> parameters;
+    std::vector<PluginParameter> parameters;
     double preparedRate = 0;
     int preparedBlock = 0;
     int inputCount = 0;
     int outputCount = 0;
-    bool opened = false;
+    bool canReplace = false;
+    bool feedsSends = false;
 
     CPluginBuffers inputs;
     CPluginBuffers outputs;
-    std::vector<float*> foreignInputs;  // input pointers when the signal belongs to somebody else
-    std::vector<float> lastAutomation;  // render thread; NaN: none
+    std::vector<const float*> foreignInputs;  // input pointers when the signal belongs to somebody else
+    std::vector<float> lastAutomation;        // render thread; NaN: none
 
-    // Events of the block in the layout of the interface: header with pointers, then the events.
-    // Pages of it cost memory only once a block has had that many events.
-    CGuardedMemory eventMemory;
-
-    vst2::VstTimeInfo blockTime{};    // render thread
-    vst2::VstTimeInfo editingTime{};  // editing thread
+    PlayTime blockTime;    // render thread
+    PlayTime editingTime;  // editing thread
     std::thread::id editingThread = std::this_thread::get_id();
 
     enum class Fade { None, Out, Silent, In };

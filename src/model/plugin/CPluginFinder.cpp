@@ -2,8 +2,10 @@
 #include "model/plugin/CPluginFinder.h"
 
 #include <algorithm>
-#include <array>
+#include <string_view>
 #include <system_error>
+
+#include "model/plugin/PluginFormats.h"
 
 namespace quib {
 
@@ -11,7 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view kLibraryExtension = ".so";
 constexpr int kDeepestFolder = 8;
 constexpr std::size_t kMostFiles = 100000;
 
@@ -23,36 +24,57 @@ std::string LowerCase(std::string text) {
     return text;
 }
 
-// The last part of a path of any system, without the extension of a library.
-std::string NameOf(std::string_view fileName) {
-    if (const auto slash = fileName.find_last_of("/\\"); slash != std::string_view::npos) {
-        fileName.remove_prefix(slash + 1);
-    }
-    const std::string folded = LowerCase(std::string(fileName));
-    for (const std::string_view extension : {".so", ".dll", ".dylib", ".vst"}) {
-        if (folded.ends_with(extension)) return std::string(fileName.substr(0, fileName.size() - extension.size()));
-    }
-    return std::string(fileName);
+// The last part of a path of any system.
+std::string_view LastPart(std::string_view fileName) {
+    const auto slash = fileName.find_last_of("/\\");
+    return slash == std::string_view::npos ? fileName : fileName.substr(slash + 1);
 }
 
-// The libraries of a folder by their path, in the order of their names, so that the result does not
-// depend on the order in which the disk keeps them.
-std::vector<fs::path> Libraries(const fs::path& folder, bool deep) {
+// What the libraries that a name may mean are listed under: the name with the extension that its format has
+// here. One without the extension of any format may be of each.
+std::vector<std::string> NamesOf(std::string_view fileName) {
+    const std::string_view name = LastPart(fileName);
+    const auto stem = [name](std::string_view extension) {
+        return std::string(name.substr(0, name.size() - extension.size()));
+    };
+    std::vector<std::string> names;
+    std::vector<std::string> any;
+    for (const PluginFormat& format : PluginFormats()) {
+        any.push_back(std::string(name).append(format.extension));
+        std::vector<std::string_view> own = {format.extension};
+        own.insert(own.end(), format.foreignExtensions.begin(), format.foreignExtensions.end());
+        for (const std::string_view extension : own) {
+            if (HasExtension(name, extension)) names.push_back(stem(extension).append(format.extension));
+        }
+    }
+    return names.empty() && !name.empty() ? any : names;
+}
+
+bool IsPluginFile(const fs::directory_entry& entry) {
+    std::error_code error;
+    const std::string name = entry.path().filename().string();
+    for (const PluginFormat& format : PluginFormats()) {
+        if (!HasExtension(name, format.extension)) continue;
+        if (format.isFolder ? entry.is_directory(error) : entry.is_regular_file(error)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+std::vector<fs::path> PluginFilesIn(const fs::path& folder, bool deep) {
     std::vector<fs::path> found;
     std::error_code error;
     fs::recursive_directory_iterator entry(
         folder, fs::directory_options::follow_directory_symlink | fs::directory_options::skip_permission_denied, error);
     for (; !error && entry != fs::recursive_directory_iterator() && found.size() < kMostFiles; entry.increment(error)) {
-        if (!deep || entry.depth() >= kDeepestFolder) entry.disable_recursion_pending();
-        std::error_code ignored;
-        if (LowerCase(entry->path().extension().string()) != kLibraryExtension) continue;
-        if (entry->is_regular_file(ignored)) found.push_back(entry->path());
+        const bool isPlugin = IsPluginFile(*entry);
+        if (isPlugin) found.push_back(entry->path());
+        if (!deep || isPlugin || entry.depth() >= kDeepestFolder) entry.disable_recursion_pending();
     }
     std::sort(found.begin(), found.end());
     return found;
 }
-
-}  // namespace
 
 CPluginFinder::CPluginFinder(const fs::path& programFolder, std::vector<fs::path> userFolders,
                              std::vector<fs::path> systemFolders)
@@ -65,33 +87,48 @@ const CPluginFinder::Listing& CPluginFinder::ListingOf(const Folder& folder) {
     const auto [place, isNew] = listings.try_emplace(folder.path);
     Listing& listing = place->second;
     if (!isNew) return listing;
-    for (const fs::path& file : Libraries(folder.path, folder.deep)) {
-        std::string name = NameOf(file.filename().string());
-        listing.folded.try_emplace(LowerCase(name), file);
-        listing.exact.try_emplace(std::move(name), file);
+    for (const fs::path& file : PluginFilesIn(folder.path, folder.deep)) {
+        for (std::string& name : NamesOf(file.filename().string())) {
+            listing.folded.try_emplace(LowerCase(name), file);
+            listing.exact.try_emplace(std::move(name), file);
+        }
     }
     return listing;
 }
 
 std::optional<fs::path> CPluginFinder::Find(std::string_view fileName, SlotKind kind) {
-    const std::string name = NameOf(fileName);
-    if (name.empty()) return std::nullopt;
     std::vector<Folder> folders = {{instrumentFolder, false}, {effectFolder, false}};
     if (kind == SlotKind::Effect) std::swap(folders[0], folders[1]);
     folders.insert(folders.end(), others.begin(), others.end());
+    const std::vector<std::string> wanted = NamesOf(fileName);
     for (const bool exactly : {true, false}) {
-        const std::string wanted = exactly ? name : LowerCase(name);
         for (const Folder& folder : folders) {
             const Listing& listing = ListingOf(folder);
             const auto& names = exactly ? listing.exact : listing.folded;
-            const auto place = names.find(wanted);
-            if (place == names.end()) continue;
-            std::error_code error;
-            const fs::path real = fs::canonical(place->second, error);
-            if (!error) return real;
+            for (const std::string& name : wanted) {
+                const auto place = names.find(exactly ? name : LowerCase(name));
+                if (place == names.end()) continue;
+                std::error_code error;
+                const fs::path real = fs::canonical(place->second, error);
+                if (!error) return real;
+            }
         }
     }
     return std::nullopt;
+}
+
+std::optional<fs::path> CPluginFinder::Find(const PluginReference& wanted, SlotKind kind) {
+    auto named = Find(wanted.fileName, kind);
+    if (wanted.identity.empty()) return named;
+    if (named) {
+        const auto known = identities.find(*named);
+        if (known == identities.end() || known->second == wanted.identity) return named;
+    }
+    for (const auto& [path, identity] : identities) {
+        std::error_code error;
+        if (identity == wanted.identity && fs::exists(path, error)) return path;
+    }
+    return named;
 }
 
 }  // namespace quib

@@ -1,26 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Pieces that CPlugin's calls in both directions share: which plug-in a thread is inside of, how an
-// effect finds its owner, the memory layout of an event block. Used by the plug-in host alone.
-
-#include <cstddef>
-#include <span>
-
-#include "model/MidiEvents.h"
-#include "model/plugin/Vst2.h"
+// Which plug-in a thread is inside of, and whether it renders. Used by the plug-in host and its formats alone.
 
 namespace quib {
 
 class CPlugin;
-
-// Calls a library's entry point; until it returns, callbacks of this thread belong to no plug-in.
-vst2::AEffect* CallEntry(vst2::EntryProc entry, vst2::HostCallback host);
-
-// Stores the owner in the fields of the effect that belong to the host, and finds it again. Null for
-// an effect that is null, still being made, or not one of ours.
-void SetOwner(vst2::AEffect& effect, CPlugin* owner) noexcept;
-CPlugin* OwnerOf(const vst2::AEffect* effect) noexcept;
 
 // The calling thread is inside a call of ours into `plugin` (null: a call whose reports count as the
 // user's) until the end of the scope.
@@ -39,9 +24,5 @@ private:
 
 // True on a thread that renders.
 bool IsRenderThread() noexcept;
-
-// Memory that a block of `count` events takes, and the block itself, built there.
-std::size_t EventBlockBytes(std::size_t count) noexcept;
-vst2::VstEvents* FillEventBlock(std::byte* memory, std::span<const BlockEvent> events) noexcept;
 
 }  // namespace quib

@@ -10,7 +10,7 @@
 #include <functional>
 #include <string>
 
-#include "model/plugin/Vst2.h"
+#include "model/plugin/PlayTime.h"
 
 namespace quib {
 
@@ -35,7 +35,7 @@ struct PluginEnvironment {
     // A plug-in wants its own window in this size (pixels); gives whether it gets it.
     std::function<bool(CPlugin& plugin, int width, int height)> sizeWindow;
     // Where the song is, for a plug-in that asks outside rendering.
-    std::function<void(vst2::VstTimeInfo& time)> currentTime;
+    std::function<void(PlayTime& time)> currentTime;
 
     void Message(const std::string& text, const std::string& caption) const {
         if (showMessage) showMessage(text, caption);

@@ -18,6 +18,7 @@ class CPlugin;
 // Kept so that a project can be saved again without loss.
 struct MissingPlugin {
     std::string fileName;     // as in the file that named it
+    std::string identity;     // likewise; empty if it told none
     std::string displayName;  // likewise; empty if it told none
     std::shared_ptr<const StateImage> state;
     std::int32_t program = 0;

@@ -77,9 +77,9 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
     return json.Text();
 }
 
-std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const std::string& name, SlotKind kind,
+std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference& wanted, SlotKind kind,
                                     PluginEnvironment& environment, std::string& error) {
-    const auto library = finder.Find(name, kind);
+    const auto library = finder.Find(wanted, kind);
     if (library) return CPlugin::Load(*library, kind, environment, error);
     error = "not found in any plug-in folder";
     return nullptr;
@@ -88,8 +88,8 @@ std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const std::string& na
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
     CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
-    const PluginLoader load = [&](const std::string& name, SlotKind kind, std::string& error) {
-        return LoadByName(finder, name, kind, audio.environment, error);
+    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+        return LoadByName(finder, wanted, kind, audio.environment, error);
     };
     std::string error;
     if (!ReadProjectFile(options.project, load, state, error)) {

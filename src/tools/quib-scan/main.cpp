@@ -62,19 +62,20 @@ private:
 
 void Describe(CPlugin& plugin, const std::filesystem::path& file, double milliseconds, CJsonObject& json) {
     const PluginIdentity& identity = plugin.Identity();
-    const vst2::AEffect& effect = plugin.Effect();
     json.Add("file", file.string());
     json.Add("name", identity.effectName);
     json.Add("vendor", identity.vendor);
     json.Add("product", identity.product);
-    json.Add("version", effect.version);
-    json.Add("id", fmt::format("{:08x}", static_cast<std::uint32_t>(effect.uniqueId)));
+    json.Add("version", identity.version);
+    json.Add("id", identity.id);
+    json.Add("identity", identity.Key());
+    json.Add("instrument", identity.isInstrument);
     json.Add("category", identity.category);
     json.Add("inputs", plugin.InputCount());
     json.Add("outputs", plugin.OutputCount());
-    json.Add("parameters", effect.numParams);
-    json.Add("programs", effect.numPrograms);
-    json.Add("flags", effect.flags);
+    json.Add("parameters", plugin.Parameters().size());
+    json.Add("programs", plugin.ProgramCount());
+    json.Add("flags", identity.flags);
     json.Add("midi", identity.acceptsMidi);
     json.Add("load_ms", milliseconds);
 }
@@ -130,7 +131,7 @@ int Scan(const std::filesystem::path& file, bool render) {
 }  // namespace quib
 
 int main(int argc, char** argv) {
-    CLI::App app{"Says what a VST 2 plug-in is, as one JSON object", "quib-scan"};
+    CLI::App app{"Says what a plug-in is, as one JSON object", "quib-scan"};
     std::string file;
     bool render = false;
     double timeout = 20.0;

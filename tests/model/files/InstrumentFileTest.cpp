@@ -204,7 +204,7 @@ TEST(ContentFiles, EveryKindSavesAndLoadsAlone) {
     const std::filesystem::path folder = ::mkdtemp(pattern.data());
     PluginEnvironment environment;
     std::string error;
-    const auto load = [&environment](const std::string&, SlotKind kind, std::string& why) {
+    const auto load = [&environment](const PluginReference&, SlotKind kind, std::string& why) {
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/ChunkSynth.so", kind, environment, why);
     };
     LoadContext context;
@@ -229,7 +229,7 @@ TEST(ContentFiles, EveryKindSavesAndLoadsAlone) {
     for (const auto& [file, read] : {std::pair{"a.fxb", &LoadBankFile}, std::pair{"a.fxp", &LoadProgramFile}}) {
         other.SetParameter(1, 0.0F);
         EXPECT_TRUE(read(folder / file, other, error)) << error;
-        EXPECT_EQ(other.Effect().getParameter(&other.Effect(), 1), 0.75F) << file;
+        EXPECT_EQ(other.Parameter(1), 0.75F) << file;
         EXPECT_FALSE(read(folder / "a.ptn", other, error));
         EXPECT_EQ(error, "No Compatible File !");
     }

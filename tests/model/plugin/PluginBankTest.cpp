@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/plugin/PluginBank.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <bit>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "model/plugin/CPlugin.h"
 #include "model/plugin/CPluginFinder.h"
+#include "model/plugin/vst2/CVst2Plugin.h"
 
 namespace quib {
 namespace {
@@ -30,7 +30,7 @@ protected:
     PluginEnvironment environment;
 };
 
-float Parameter(CPlugin& plugin, int index) { return plugin.Effect().getParameter(&plugin.Effect(), index); }
+CVst2Plugin& Vst2(CPlugin& plugin) { return dynamic_cast<CVst2Plugin&>(plugin); }
 
 // First sample of a block with a note held (the synth) or an input of 1 (the effect).
 float Sound(CPlugin& plugin) {
@@ -80,95 +80,95 @@ TEST_F(CPluginBankTest, ABankOfEitherKindSoundsTheSameInAnotherInstance) {
     for (const bool chunks : {true, false}) {
         auto source = chunks ? Synth() : Effect();
         for (int program = 0; program < 3; ++program) {
-            EXPECT_TRUE(SelectProgram(*source, program));
+            EXPECT_TRUE(source->SelectProgram(program));
             source->SetParameter(1, 0.25F * static_cast<float>(program + 1));
         }
-        const StateImage bank = SaveBank(*source);
-        EXPECT_EQ(bank, SaveBank(*source));
+        const StateImage bank = source->SaveBank();
+        EXPECT_EQ(bank, source->SaveBank());
         auto target = chunks ? Synth() : Effect();
-        ASSERT_EQ(LoadBank(*target, bank), BankResult::Done);
-        EXPECT_EQ(SaveBank(*target), bank);
-        EXPECT_TRUE(SelectProgram(*target, 2));
+        ASSERT_EQ(target->LoadBank(bank), BankResult::Done);
+        EXPECT_EQ(target->SaveBank(), bank);
+        EXPECT_TRUE(target->SelectProgram(2));
         EXPECT_EQ(Sound(*target), Sound(*source));
         EXPECT_GT(Sound(*target), 0.7F);
-        const StateImage program = SaveProgram(*source);
+        const StateImage program = source->SaveProgram();
         auto third = chunks ? Synth() : Effect();
-        ASSERT_EQ(LoadProgram(*third, program), BankResult::Done);
+        ASSERT_EQ(third->LoadProgram(program), BankResult::Done);
         EXPECT_EQ(Sound(*third), Sound(*source));
     }
 }
 
 TEST_F(CPluginBankTest, SavingABankKeepsTheEditsOfTheCurrentProgram) {
     auto effect = Effect();  // forgets them when another program is selected
-    ASSERT_TRUE(SelectProgram(*effect, 1));
+    ASSERT_TRUE(effect->SelectProgram(1));
     effect->SetParameter(4, 0.875F);
-    const StateImage bank = SaveBank(*effect);
-    EXPECT_EQ(Parameter(*effect, 4), 0.875F);
-    EXPECT_EQ(effect->Dispatch(effGetProgram), 1);
+    const StateImage bank = effect->SaveBank();
+    EXPECT_EQ(effect->Parameter(4), 0.875F);
+    EXPECT_EQ(effect->CurrentProgram(), 1);
     auto other = Effect();
-    ASSERT_EQ(LoadBank(*other, bank), BankResult::Done);
-    ASSERT_TRUE(SelectProgram(*other, 1));
-    EXPECT_EQ(Parameter(*other, 4), 0.875F);
+    ASSERT_EQ(other->LoadBank(bank), BankResult::Done);
+    ASSERT_TRUE(other->SelectProgram(1));
+    EXPECT_EQ(other->Parameter(4), 0.875F);
 }
 
 TEST_F(CPluginBankTest, HandMadeImagesLoadInEitherByteOrder) {
     auto effect = Effect();
-    ASSERT_EQ(LoadBank(*effect, HandMadeParameterBank()), BankResult::Done);
-    EXPECT_EQ(effect->Dispatch(effGetProgram), 0);
-    ASSERT_TRUE(SelectProgram(*effect, 3));
-    EXPECT_FLOAT_EQ(Parameter(*effect, 5), 0.35F);
-    EXPECT_EQ(effect->Text(effGetProgramName), "Made 3");
+    ASSERT_EQ(effect->LoadBank(HandMadeParameterBank()), BankResult::Done);
+    EXPECT_EQ(effect->CurrentProgram(), 0);
+    ASSERT_TRUE(effect->SelectProgram(3));
+    EXPECT_FLOAT_EQ(effect->Parameter(5), 0.35F);
+    EXPECT_EQ(Vst2(*effect).Text(effGetProgramName), "Made 3");
 
     StateImage turned = HandMadeParameterBank();
     std::swap(turned[0], turned[3]);  // the magic alone, as some programs write it
     std::swap(turned[1], turned[2]);
-    EXPECT_EQ(LoadBank(*effect, turned), BankResult::Done);
+    EXPECT_EQ(effect->LoadBank(turned), BankResult::Done);
 
     auto synth = Synth();
-    const StateImage own = SaveBank(*synth);
+    const StateImage own = synth->SaveBank();
     CHandMadeImage chunk;
     chunk.Code("CcnK").Number(0).Code("FBCh").Number(1).Code("tsCh").Number(1).Number(16).Zeros(128);
     chunk.Number(static_cast<std::uint32_t>(own.size() - 160));
     chunk.bytes.insert(chunk.bytes.end(), own.begin() + 160, own.end());
-    EXPECT_EQ(LoadBank(*synth, chunk.bytes), BankResult::Done);
-    EXPECT_EQ(SaveBank(*synth), own);
+    EXPECT_EQ(synth->LoadBank(chunk.bytes), BankResult::Done);
+    EXPECT_EQ(synth->SaveBank(), own);
 }
 
 TEST_F(CPluginBankTest, WhatDoesNotFitNeverReachesThePlugin) {
     auto synth = Synth();
     auto effect = Effect();
-    const StateImage bank = SaveBank(*synth);
+    const StateImage bank = synth->SaveBank();
     for (std::size_t length = 0; length < bank.size(); ++length) {
-        EXPECT_NE(LoadBank(*synth, std::span(bank).first(length)), BankResult::Done) << length;
+        EXPECT_NE(synth->LoadBank(std::span(bank).first(length)), BankResult::Done) << length;
     }
     StateImage changed = bank;
     changed[156] = std::byte{0x7f};  // the chunk's size
-    EXPECT_EQ(LoadBank(*synth, changed), BankResult::Damaged);
+    EXPECT_EQ(synth->LoadBank(changed), BankResult::Damaged);
     changed[156] = std::byte{0xff};
-    EXPECT_EQ(LoadBank(*synth, changed), BankResult::Damaged);
-    EXPECT_EQ(LoadBank(*synth, SaveProgram(*synth)), BankResult::Unsuited);
-    EXPECT_EQ(LoadProgram(*synth, bank), BankResult::Unsuited);
+    EXPECT_EQ(synth->LoadBank(changed), BankResult::Damaged);
+    EXPECT_EQ(synth->LoadBank(synth->SaveProgram()), BankResult::Unsuited);
+    EXPECT_EQ(synth->LoadProgram(bank), BankResult::Unsuited);
     for (const std::size_t place : {0U, 15U, 19U}) {  // magic, version, identifier
         changed = bank;
         changed[place] ^= std::byte{1};
-        const BankResult result = LoadBank(*synth, changed);
+        const BankResult result = synth->LoadBank(changed);
         EXPECT_STREQ(Describe(result), "No Compatible File !");
     }
-    EXPECT_EQ(LoadBank(*effect, bank), BankResult::Incompatible);
-    EXPECT_EQ(synth->Dispatch(effVendorSpecific), 0);  // chunks that it was given
+    EXPECT_EQ(effect->LoadBank(bank), BankResult::Incompatible);
+    EXPECT_EQ(Vst2(*synth).Dispatch(effVendorSpecific), 0);  // chunks that it was given
 }
 
 TEST_F(CPluginBankTest, ABankSelectsNoProgramThatThePluginDoesNotHave) {
     StateImage bank = HandMadeParameterBank();
     bank[26] = std::byte{0x10};  // 4100 programs
     auto effect = Effect();
-    ASSERT_EQ(LoadBank(*effect, bank), BankResult::Done);
-    EXPECT_EQ(effect->Effect().numPrograms, 4);
-    EXPECT_FALSE(SelectProgram(*effect, 4));
+    ASSERT_EQ(effect->LoadBank(bank), BankResult::Done);
+    EXPECT_EQ(effect->ProgramCount(), 4);
+    EXPECT_FALSE(effect->SelectProgram(4));
     bank[26] = std::byte{0};
     bank[27] = std::byte{2};
-    ASSERT_EQ(LoadBank(*effect, bank), BankResult::Done);
-    EXPECT_EQ(effect->Effect().numPrograms, 2);
+    ASSERT_EQ(effect->LoadBank(bank), BankResult::Done);
+    EXPECT_EQ(effect->ProgramCount(), 2);
 }
 
 class CPluginFinderTest : public testing::Test {
@@ -212,6 +212,22 @@ TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
           Case{"Linked.dll", SlotKind::Effect, "user/Only.so"}, Case{"Readme", SlotKind::Effect, "none"},
           Case{"", SlotKind::Effect, "none"}, Case{"../user/", SlotKind::Effect, "none"}}) {
         EXPECT_EQ(Find(finder, example.name, example.kind), example.found) << example.name;
+    }
+    // A library that is known to hold the wanted plug-in goes before one of the same name that does not.
+    const std::string other = (folder / "user" / "Only.so").string();
+    const auto identified = [&](const char* name, const char* identity) {
+        const auto found = finder.Find(PluginReference{name, identity}, SlotKind::Effect);
+        return found ? found->lexically_relative(folder).string() : "none";
+    };
+    EXPECT_EQ(identified("Renamed.dll", "vst2:1"), "none");
+    finder.SetIdentities(
+        {{folder / "PluginEffects" / "Synth.so", "vst2:2"}, {other, "vst2:1"}, {folder / "gone.so", "vst2:3"}});
+    for (const auto& [name, identity, found] :
+         {std::tuple("Renamed.dll", "vst2:1", "user/Only.so"), std::tuple("Synth.so", "vst2:1", "user/Only.so"),
+          std::tuple("Synth.so", "vst2:2", "PluginEffects/Synth.so"),
+          std::tuple("Synth.so", "vst2:9", "PluginEffects/Synth.so"), std::tuple("Renamed", "vst2:3", "none"),
+          std::tuple("Far-vst.so", "vst2:1", "system/deep/er/Far-vst.so"), std::tuple("Renamed", "", "none")}) {
+        EXPECT_EQ(identified(name, identity), found) << name << ' ' << identity;
     }
     Touch("user/Later.so");
     EXPECT_EQ(Find(finder, "Later.dll", SlotKind::Effect), "none");

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "model/plugin/CPlugin.h"
+#include "model/plugin/vst2/CVst2Plugin.h"
 #include "platform/FloatingPointMode.h"
 
 namespace quib {
@@ -26,14 +26,14 @@ protected:
             reports.emplace_back(parameter, value);
         };
         environment.parameterTouched = [this](CPlugin&, int) { ++touches; };
-        environment.currentTime = [](VstTimeInfo& time) { time.tempo = 133.0; };
+        environment.currentTime = [](PlayTime& time) { time.tempo = 133.0; };
     }
 
     std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
     }
     static std::intptr_t Ask(CPlugin& asker, int hostOpcode, void* pointer = nullptr) {
-        return asker.Dispatch(effVendorSpecific, hostOpcode, 0, pointer);
+        return dynamic_cast<CVst2Plugin&>(asker).Dispatch(effVendorSpecific, hostOpcode, 0, pointer);
     }
 
     PluginEnvironment environment;
@@ -124,7 +124,7 @@ TEST_F(CPluginHostTest, TheTimeToldDependsOnTheThreadThatAsks) {
     EXPECT_EQ(own, 0) << "a thread of the plug-in's own";
     std::thread([&] {
         const CRenderThreadScope renderThread;
-        VstTimeInfo block{};
+        PlayTime block;
         block.tempo = 97.0;
         asker->SetBlockTime(block);
         asker->Process(64);
@@ -139,16 +139,16 @@ TEST_F(CPluginHostTest, OnlyWhatTheUserMovesInThePluginsWindowIsReported) {
     const auto trouble = Load("Trouble", SlotKind::Instrument);
     const auto asker = Load("Asker", SlotKind::Instrument);
     ASSERT_TRUE(trouble && asker) << error;
-    trouble->Dispatch(effSetProgram, 0, 0);
+    dynamic_cast<CVst2Plugin&>(*trouble).Dispatch(effSetProgram, 0, 0);
     asker->SetParameter(0, 0.2F);
     asker->Process(64);
-    std::thread([&] { asker->Dispatch(effEditIdle); }).join();
+    std::thread([&] { asker->IdleEditor(); }).join();
     EXPECT_TRUE(reports.empty());
     EXPECT_EQ(touches, 0);
-    asker->Dispatch(effEditIdle);
+    asker->IdleEditor();
     EXPECT_EQ(reports, (std::vector<std::pair<int, float>>{{0, 0.75F}}));
     EXPECT_EQ(touches, 1);
-    trouble->Dispatch(effEditIdle);
+    trouble->IdleEditor();
     EXPECT_EQ(reports.size(), 9U);
 }
 
@@ -184,9 +184,9 @@ TEST_F(CPluginHostTest, AnExclusiveChangeKeepsTheRenderThreadOut) {
         asker->Process(64);
         EXPECT_EQ(Ask(*asker, -3), 0) << "it was not called";
     }
-    EXPECT_EQ(asker->Effect().getParameter(&asker->Effect(), 1), 0.0F);
+    EXPECT_EQ(asker->Parameter(1), 0.0F);
     asker->AutomateParameter(1, 0.5F);
-    EXPECT_EQ(asker->Effect().getParameter(&asker->Effect(), 1), 0.5F) << "automation comes when it can";
+    EXPECT_EQ(asker->Parameter(1), 0.5F) << "automation comes when it can";
     EXPECT_TRUE(asker->SendEvents(events));
     asker->Process(64);
     EXPECT_EQ(Ask(*asker, -4), 3);

@@ -11,7 +11,6 @@
 #include <random>
 
 #include "model/plugin/CPlugin.h"
-#include "model/plugin/PluginBank.h"
 #include "platform/FloatingPointMode.h"
 #include "platform/Paths.h"
 
@@ -110,7 +109,7 @@ protected:
     static std::vector<float> Parameters(CPlugin& plugin) {
         std::vector<float> values(plugin.Parameters().size());
         for (std::size_t index = 0; index < values.size(); ++index)
-            values[index] = plugin.Effect().getParameter(&plugin.Effect(), static_cast<int>(index));
+            values[index] = plugin.Parameter(static_cast<int>(index));
         return values;
     }
 
@@ -139,11 +138,11 @@ TEST_P(CRealPluginsTest, ItsStateGoesToAnImageAndBack) {
     const auto target = Load();
     ASSERT_TRUE(source && target) << error;
     // Not the first: amsynth does not read that one back for a program without a name.
-    for (int index = 1; index < std::min(5, source->Effect().numParams); ++index)
+    for (int index = 1; index < std::min(5, static_cast<int>(source->Parameters().size())); ++index)
         source->SetParameter(index, index % 2 == 0 ? 0.25F : 0.75F);
     const auto wanted = Parameters(*source);
-    const StateImage image = SaveBank(*source);
-    ASSERT_EQ(LoadBank(*target, image), BankResult::Done);
+    const StateImage image = source->SaveBank();
+    ASSERT_EQ(target->LoadBank(image), BankResult::Done);
     const auto found = Parameters(*target);
     ASSERT_EQ(found.size(), wanted.size());
     for (std::size_t index = 0; index < wanted.size(); ++index)

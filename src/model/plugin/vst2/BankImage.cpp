@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/plugin/BankImage.h"
+#include "model/plugin/vst2/BankImage.h"
 
 #include <algorithm>
 #include <array>

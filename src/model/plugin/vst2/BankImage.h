@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "model/Preset.h"
-#include "model/plugin/Vst2.h"
+#include "model/plugin/vst2/Vst2.h"
 
 namespace quib {
 
