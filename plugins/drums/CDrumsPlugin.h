@@ -8,6 +8,7 @@
 #include <array>
 
 #include "drums/CDrumVoice.h"
+#include "drums/DrumParameters.h"
 #include "dsp/CPluginBase.h"
 #include "dsp/Ramp.h"
 
@@ -35,6 +36,7 @@ private:
     void NoteOn(int key, int velocity) noexcept override;
     void ControlChange(int controller, int value) noexcept override;
     const char* OutputPairName(int pair) const noexcept override;
+    const char* KeyName(int key) const noexcept override { return NameOfDrum(DrumOfKey(key)); }
 
     DrumSetting SettingOf(int drum, int velocity) const noexcept;
     template <typename Move>

@@ -50,6 +50,8 @@ struct ParameterTable {
 
 }  // namespace
 
+const char* NameOfDrum(int drum) noexcept { return drum >= 0 && drum < kDrumCount ? kDrumNames[drum] : nullptr; }
+
 int DrumOfKey(int key) noexcept {
     switch (key) {
         case 35:

@@ -59,6 +59,9 @@ constexpr int IndexOf(int drum, int parameter) noexcept { return drum * kDrumPar
 // The drum of a General MIDI key, or -1.
 int DrumOfKey(int key) noexcept;
 
+// Null for no drum.
+const char* NameOfDrum(int drum) noexcept;
+
 std::span<const ParameterSpec> DrumsParameters();
 std::span<const ProgramSpec> DrumKits();
 

@@ -2,6 +2,7 @@
 #include "dsp/CPluginBase.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "dsp/CFlushToZero.h"
@@ -85,6 +86,8 @@ void CPluginBase::WakeUp() noexcept {}
 int CPluginBase::FramesToSleep(const float* const*, int frames) const noexcept { return frames; }
 std::int32_t CPluginBase::TailFrames() const noexcept { return 0; }
 
+const char* CPluginBase::KeyName(int) const noexcept { return nullptr; }
+
 const char* CPluginBase::OutputPairName(int) const noexcept { return "Main"; }
 
 float CPluginBase::SetTo(int parameter) const noexcept {
@@ -117,6 +120,8 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
         case vst2::effGetInputProperties:
         case vst2::effGetOutputProperties:
             return DescribePin(opcode, index, pointer);
+        case vst2::effGetMidiKeyName:
+            return NameKey(static_cast<vst2::MidiKeyName*>(pointer));
         case vst2::effSetProgram:
         case vst2::effGetProgram:
         case vst2::effSetProgramName:
@@ -127,6 +132,13 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
         default:
             return DispatchText(opcode, index, pointer);
     }
+}
+
+std::intptr_t CPluginBase::NameKey(vst2::MidiKeyName* asked) const noexcept {
+    const char* const name = asked != nullptr ? KeyName(asked->key) : nullptr;
+    if (name == nullptr) return 0;
+    std::snprintf(asked->name, sizeof(asked->name), "%s", name);
+    return 1;
 }
 
 std::intptr_t CPluginBase::DispatchState(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer) {

@@ -75,6 +75,8 @@ protected:
     virtual std::int32_t TailFrames() const noexcept;
     // Any thread: what the outputs 2 * pair and 2 * pair + 1 carry.
     virtual const char* OutputPairName(int pair) const noexcept;
+    // Any thread: what a key is called; null for one without a name.
+    virtual const char* KeyName(int key) const noexcept;
     // Any thread: the real value that the host has set.
     float SetTo(int parameter) const noexcept;
 
@@ -90,6 +92,7 @@ private:
     std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer, float option);
     std::intptr_t DispatchText(std::int32_t opcode, std::int32_t index, void* pointer);
     std::intptr_t DispatchState(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer);
+    std::intptr_t NameKey(vst2::MidiKeyName* asked) const noexcept;
     std::intptr_t DescribePin(std::int32_t opcode, std::int32_t index, void* pointer) const noexcept;
     std::intptr_t QueueEvents(const vst2::VstEvents* events) noexcept;
     void Resume() noexcept;

@@ -159,6 +159,7 @@ void CWinControlPianoRoll::ShowSelection() {
         ghosts = {};
         const auto plugin = shown ? shown->plugin.ForEdit()->plugin : nullptr;
         roll->view.SetDrums(plugin && plugin->Identity().isDrumMachine);
+        ShowKeyNames();
     }
     ShowMeter();
     ShowInput();
@@ -195,6 +196,7 @@ void CWinControlPianoRoll::ShowChange(const Change& change) {
         case EChange::kValue:
             return ShowInput();
         case EChange::kSlot:
+            ShowKeyNames();
             return ShowRows();
         default:
             return;
@@ -234,9 +236,21 @@ void CWinControlPianoRoll::ShowRows() {
         rows = roll->view.IsDrums() || roll->options.scale.type == ScaleType::Chromatic
                    ? CKeyRows::FoldToUsed(notes)
                    : CKeyRows::FoldToScale(roll->options.scale, notes);
+    } else if (roll->view.IsDrums() && namedKeys.any()) {
+        rows = CKeyRows(namedKeys | UsedKeys(notes));
     }
     roll->view.SetRows(CRowOrder(rows));
     OptionsChanged();
+}
+
+void CWinControlPianoRoll::ShowKeyNames() {
+    const auto plugin = shown ? shown->plugin.ForEdit()->plugin : nullptr;
+    namedKeys.reset();
+    for (int key = 0; key <= kHighestKey; ++key) {
+        std::string& name = roll->options.rowNames[static_cast<std::size_t>(key)];
+        name = plugin ? plugin->KeyName(key) : std::string();
+        namedKeys.set(static_cast<std::size_t>(key), !name.empty());
+    }
 }
 
 void CWinControlPianoRoll::ShowGhosts() {

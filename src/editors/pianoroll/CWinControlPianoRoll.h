@@ -92,6 +92,7 @@ private:
     void ShowMeter();
     void ShowInput();
     void ShowRows();
+    void ShowKeyNames();
     void ShowGhosts();
     void CentreKeys();
     void UpdateScrollBars();
@@ -102,6 +103,7 @@ private:
     std::shared_ptr<CInstrument> shown;
     int pattern = 0;
     bool folded = false;
+    KeySet namedKeys;  // of the plug-in
     Ghosts ghosts;
     std::unique_ptr<CGesture> gesture;
     bool publishing = false;  // the change that is told is our own

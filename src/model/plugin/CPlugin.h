@@ -64,6 +64,8 @@ public:
     virtual int ProgramCount() const noexcept = 0;
     virtual int CurrentProgram() = 0;
     virtual std::string ProgramName(int program) = 0;
+    // What the plug-in calls a key, such as a drum; empty when it has no name for it.
+    virtual std::string KeyName(int key) = 0;
     // Selects a program unless it is selected already. False when the plug-in has no such program.
     bool SelectProgram(int program);
 

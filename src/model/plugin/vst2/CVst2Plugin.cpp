@@ -138,6 +138,15 @@ std::string CVst2Plugin::Text(std::int32_t opcode, std::int32_t index) {
     return buffer.data();
 }
 
+std::string CVst2Plugin::KeyName(int key) {
+    vst2::MidiKeyName asked{};
+    asked.program = static_cast<std::int32_t>(Dispatch(vst2::effGetProgram));
+    asked.key = key;
+    if (Dispatch(vst2::effGetMidiKeyName, 0, 0, &asked) != 1) return {};
+    asked.name[sizeof(asked.name) - 1] = 0;
+    return asked.name;
+}
+
 bool CVst2Plugin::SetParameterText(int index, const std::string& text) {
     std::string copy = text;  // the interface has no const
     return Dispatch(effString2Parameter, index, 0, copy.data()) != 0;

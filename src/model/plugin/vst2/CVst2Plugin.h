@@ -44,6 +44,7 @@ public:
     bool SetParameterText(int index, const std::string& text) override;
     int ProgramCount() const noexcept override { return effect->numPrograms; }
     int CurrentProgram() override { return static_cast<int>(Dispatch(vst2::effGetProgram)); }
+    std::string KeyName(int key) override;
     std::string ProgramName(int program) override { return Text(vst2::effGetProgramNameIndexed, program); }
     BankResult LoadBank(std::span<const std::byte> image) override;
     BankResult LoadProgram(std::span<const std::byte> image) override;

@@ -117,11 +117,21 @@ enum EffectOpcodes : std::int32_t {
     effGetTailSize = 52,
     effIdle = 53,
     effGetVstVersion = 58,
+    effGetMidiKeyName = 66,  // pointer: MidiKeyName; returns 1 when the key has a name
     effBeginSetProgram = 67,
     effEndSetProgram = 68,
     effStartProcess = 71,
     effStopProcess = 72,
     effSetProcessPrecision = 77,
+};
+
+// What a key of a program is called, such as a drum.
+struct MidiKeyName {
+    std::int32_t program;
+    std::int32_t key;
+    char name[64];
+    std::int32_t reserved;
+    std::int32_t flags;
 };
 
 // Requests of the plug-in to the host.
