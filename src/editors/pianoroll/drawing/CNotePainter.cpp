@@ -14,7 +14,7 @@ constexpr int kLeastNamedRow = 10;  // pixels
 constexpr double kHead = 2;         // pixels of a note's start in full colour
 constexpr double kFrame = 2;
 constexpr double kNameMargin = 3;
-constexpr double kNameEnd = 1;
+constexpr double kLeastNameMargin = 0.5;
 constexpr int kHitInset = 2;
 constexpr int kHitHeight = 19;
 constexpr float kHitGround = 0.26F;
@@ -129,8 +129,9 @@ double CNotePainter::DrawSwing(const RollDrawing& drawing, const Note& note, con
 void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const {
     if (drawing.view.RowHeight() < kLeastNamedRow) return;
     const TextMask& name = drawing.masks.NoteName(note.key);
-    const double left = from + kHead + kNameMargin;
-    if (left + name.width + kNameEnd > look.box.right) return;
+    const double room = look.box.right - from - kHead - name.width;
+    if (room < 2 * kLeastNameMargin) return;
+    const double left = from + kHead + std::min(kNameMargin, room / 2);
     const QRgb colour = note.velocity <= 0 ? look.edge : drawing.colours.TextOn(look.body);
     drawing.Mask(name, left, look.box.top, look.box.bottom - look.box.top, colour);
 }
