@@ -106,6 +106,7 @@ void CCanvas::Mask(const QImage& mask, qreal x, qreal y, QRgb colour) {
         auto* const target = reinterpret_cast<QRgb*>(image.scanLine(line));
         for (int column = area.left(); column <= area.right(); ++column) {
             const int alpha = qAlpha(source[column - corner.x()]);
+            if (alpha == 0) continue;
             const QRgb under = target[column];
             const auto mix = [alpha](int from, int to) { return from + (to - from) * alpha / 255; };
             target[column] = qRgb(mix(qRed(under), qRed(colour)), mix(qGreen(under), qGreen(colour)),
@@ -127,7 +128,8 @@ void CCanvas::SetClip(const QRect& rectangle) {
 }
 
 QRect CCanvas::Pixels(const QRectF& rectangle) const noexcept {
-    const auto pixel = [this](qreal place) { return static_cast<int>(std::lround(place * scale)); };
+    // As std::lround, which is a call each.
+    const auto pixel = [this](qreal place) { return static_cast<int>(place * scale + std::copysign(0.5, place)); };
     const QPoint first(pixel(rectangle.left()), pixel(rectangle.top()));
     return {first, QPoint(pixel(rectangle.right()) - 1, pixel(rectangle.bottom()) - 1)};
 }

@@ -20,7 +20,7 @@ constexpr int kHeader = PianoRollView::kHeaderHeight;
 
 CPianoRollCtrlEx::CPianoRollCtrlEx(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                    int newHeight, IPianoRollHost& host)
-    : CControl(window, number, left, top, newWidth, newHeight),
+    : CPaneCtrl(window, number, left, top, newWidth, newHeight),
       CTicked(window),
       edit(host),
       gestures(edit, view, options, *this),
@@ -40,43 +40,31 @@ RollDrawing CPianoRollCtrlEx::Drawing(const QRect& part) {
     return {Canvas(), view, options, colours, masks, QPoint(X(), Y()), part, edit.State().pattern->StepCount()};
 }
 
-void CPianoRollCtrlEx::Draw() { Paint(QRect(0, 0, Width(), Height())); }
-
-void CPianoRollCtrlEx::DrawPart(const QRect& wanted) {
-    const QRect part = wanted.intersected(QRect(0, 0, Width(), Height()));
-    const QRect area = part.translated(X(), Y()).intersected(ShownRectangle());
-    if (area.isEmpty() || !IsShown() || !Owner().HasBackBuffer()) return;
-    Canvas().SetClip(area);
-    Paint(part);
-    Owner().BlitRectangle(area);
-}
-
 void CPianoRollCtrlEx::Paint(const QRect& part) {
-    const QRect whole = ShownRectangle();
-    const QRect area = part.translated(X(), Y()).intersected(whole);
     const RollDrawing drawing = Drawing(part);
-    if (part.bottom() >= kHeader && part.right() >= view.GridLeft()) {
-        const QRect grid(X() + view.GridLeft(), Y() + kHeader, Width() - view.GridLeft(), view.GridHeight());
-        Canvas().SetClip(area.intersected(grid));
-        PaintGrid(drawing);
-    }
-    if (part.bottom() >= kHeader && part.left() < view.GridLeft()) {
-        Canvas().SetClip(area.intersected(QRect(X(), Y() + kHeader, view.GridLeft(), view.GridHeight())));
+    const int left = view.GridLeft();
+    Canvas().SetClip(OnCanvas(part.intersected(QRect(left, kHeader, Width() - left, view.GridHeight()))));
+    if (part.bottom() >= kHeader && part.right() >= left) PaintGrid(drawing);
+    Canvas().SetClip(OnCanvas(part.intersected(QRect(0, kHeader, left, view.GridHeight()))));
+    if (part.bottom() >= kHeader && part.left() < left) {
         if (view.IsDrums()) {
             DrawDrumStrip(drawing, usedKeys, gestures.SoundingKey());
         } else {
             DrawKeyStrip(drawing, gestures.SoundingKey());
         }
     }
-    Canvas().SetClip(area);
-    if (part.top() < kHeader) {
-        DrawHeader(drawing, lengthFormat.arg(drawing.stepCount));
-        Canvas().SetClip(area.intersected(QRect(X() + view.GridLeft() - kPlayheadHalf, Y(), Width(), kHeader)));
-        DrawPatternEnd(drawing, 0, kHeader);
-        const double place = view.XOf(playhead);
-        if (playhead >= 0 && place >= view.GridLeft()) DrawPlayheadFlag(drawing, place);
-        Canvas().SetClip(area);
-    }
+    Canvas().SetClip(OnCanvas(part));
+    if (part.top() < kHeader) PaintHeader(drawing);
+}
+
+void CPianoRollCtrlEx::PaintHeader(const RollDrawing& drawing) const {
+    DrawHeader(drawing, lengthFormat.arg(drawing.stepCount));
+    const int left = view.GridLeft() - kPlayheadHalf;
+    Canvas().SetClip(OnCanvas(drawing.part.intersected(QRect(left, 0, Width() - left, kHeader))));
+    DrawPatternEnd(drawing, 0, kHeader);
+    const double place = view.XOf(playhead);
+    if (playhead >= 0 && place >= view.GridLeft()) DrawPlayheadFlag(drawing, place);
+    Canvas().SetClip(OnCanvas(drawing.part));
 }
 
 void CPianoRollCtrlEx::PaintGrid(const RollDrawing& drawing) {

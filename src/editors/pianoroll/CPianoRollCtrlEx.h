@@ -5,19 +5,18 @@
 // changed, and hands the events on to the gestures; what they do to the document goes to the host. The
 // window publishes and undoes, scrolls by its bars, and tells where the playhead is. User-interface thread.
 
-#include "controls/CControl.h"
+#include "editors/pianoroll/CPaneCtrl.h"
 #include "editors/pianoroll/CPianoRollKeys.h"
 #include "editors/pianoroll/drawing/CGridPainter.h"
 #include "editors/pianoroll/drawing/CNotePainter.h"
 
 namespace quib {
 
-class CPianoRollCtrlEx : public CControl, public CTicked, private IPianoRollSurface {
+class CPianoRollCtrlEx : public CPaneCtrl, public CTicked, private IPianoRollSurface {
 public:
     CPianoRollCtrlEx(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                      IPianoRollHost& host);
 
-    void Draw() override;
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnLButtonUp(int px, int py, int button) override;
@@ -76,8 +75,8 @@ private:
     void ShowNote(const Note* note) override;
 
     RollDrawing Drawing(const QRect& part);
-    void DrawPart(const QRect& part);
-    void Paint(const QRect& part);
+    void Paint(const QRect& part) override;
+    void PaintHeader(const RollDrawing& drawing) const;
     void PaintGrid(const RollDrawing& drawing);
     void PaintMarks(const RollDrawing& drawing) const;
     void PaintHover(const RollDrawing& drawing) const;

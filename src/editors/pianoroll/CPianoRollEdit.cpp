@@ -4,7 +4,16 @@
 #include <cstring>
 #include <utility>
 
+#include "model/edits/NoteEdits.h"
+
 namespace quib {
+
+NoteState StressAt(const NoteState& from, std::optional<std::uint32_t> under, int change) {
+    if (!under || IsSelected(from, *under)) return ShiftVelocity(from, change);
+    NoteState next = ShiftVelocity(Select(from, {*under}), change);
+    next.selection = from.selection;
+    return next;
+}
 
 CPianoRollEdit::CPianoRollEdit(IPianoRollHost& window)
     : host(window),

@@ -7,11 +7,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "editors/pianoroll/IPianoRollHost.h"
 #include "model/edits/CNoteIndex.h"
 
 namespace quib {
+
+// Another velocity for the note under the mouse; for the selection when it is one of it, or none is there.
+NoteState StressAt(const NoteState& from, std::optional<std::uint32_t> under, int change);
 
 class CPianoRollEdit {
 public:

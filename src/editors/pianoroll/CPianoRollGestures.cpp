@@ -392,15 +392,7 @@ void CPianoRollGestures::ChangeVelocityAt(int x, int y, int change) {
     if (change == 0) return;
     const std::optional<std::uint32_t> under =
         IsInGrid(x, y) ? view.NoteAt(edit.Index(), x, y) : std::optional<std::uint32_t>();
-    const NoteState& now = edit.State();
-    NoteState next;
-    if (under && !IsSelected(now, *under)) {
-        next = ShiftVelocity(Select(now, {*under}), change);
-        next.selection = now.selection;
-    } else {
-        next = ShiftVelocity(now, change);
-    }
-    edit.Accumulate(next, "Velocity");
+    edit.Accumulate(StressAt(edit.State(), under, change), "Velocity");
     if (under) surface.ShowNote(&edit.State().Notes()[*under]);
 }
 

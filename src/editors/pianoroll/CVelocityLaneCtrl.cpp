@@ -7,7 +7,6 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
-#include "model/edits/NoteEdits.h"
 
 namespace quib {
 
@@ -22,7 +21,7 @@ constexpr int kSilentHeight = 5;  // of the frame that stands for no velocity
 
 CVelocityLaneCtrl::CVelocityLaneCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                      int newHeight, CPianoRollCtrlEx& pianoRoll)
-    : CControl(window, number, left, top, newWidth, newHeight), roll(pianoRoll), gestures(roll.Edit(), roll.view) {
+    : CPaneCtrl(window, number, left, top, newWidth, newHeight), roll(pianoRoll), gestures(roll.Edit(), roll.view) {
     section = ESection::kPattern;
     takesWheel = true;
     gestures.Resize(newHeight);
@@ -42,23 +41,11 @@ RollDrawing CVelocityLaneCtrl::Drawing(const QRect& part) {
             roll.Masks(), QPoint(X(), Y()), part,         roll.State().pattern->StepCount()};
 }
 
-void CVelocityLaneCtrl::Draw() { Paint(QRect(0, 0, Width(), Height())); }
-
-void CVelocityLaneCtrl::DrawPart(const QRect& wanted) {
-    const QRect part = wanted.intersected(QRect(0, 0, Width(), Height()));
-    const QRect area = part.translated(X(), Y()).intersected(ShownRectangle());
-    if (area.isEmpty() || !IsShown() || !Owner().HasBackBuffer()) return;
-    Canvas().SetClip(area);
-    Paint(part);
-    Owner().BlitRectangle(area);
-}
-
 void CVelocityLaneCtrl::Paint(const QRect& part) {
     const RollDrawing drawing = Drawing(part);
     const int left = roll.view.GridLeft();
-    const QRect area = part.translated(X(), Y()).intersected(ShownRectangle());
     if (part.left() < left) PaintScale(drawing);
-    Canvas().SetClip(area.intersected(QRect(X() + left, Y(), Width() - left, Height())));
+    Canvas().SetClip(OnCanvas(part.intersected(QRect(left, 0, Width() - left, Height()))));
     Canvas().FillLines(QRectF(X() + left, Y(), roll.view.time.Width(), Height()), roll.Ground().LaneLine(drawing));
     for (const int velocity : {kHighestVelocity, (kHighestVelocity + 1) / 2}) {
         drawing.Fill(left, std::floor(gestures.YOf(velocity)), Width() - left, 1, roll.Colours().gridBeat);
@@ -67,7 +54,7 @@ void CVelocityLaneCtrl::Paint(const QRect& part) {
     const double end = drawing.EndX();
     if (end >= left) drawing.Fill(end, 0, 2, Height(), roll.Colours().pattern);
     if (roll.Playhead() >= 0) DrawPlayheadLine(drawing, roll.view.XOf(roll.Playhead()), 0, Height());
-    Canvas().SetClip(area);
+    Canvas().SetClip(OnCanvas(part));
 }
 
 void CVelocityLaneCtrl::PaintScale(const RollDrawing& drawing) const {
@@ -94,8 +81,8 @@ void CVelocityLaneCtrl::PaintGhosts(const RollDrawing& drawing) const {
     VisitBars(drawing, [&](std::uint32_t /*index*/, const Note& note) {
         if (note.key == GhostKey()) return;
         const double top = std::floor(gestures.YOf(note.velocity));
-        drawing.Fill(roll.view.XOf(static_cast<double>(note.position)) + kGhostInset, top, kGhostWidth,
-                     Height() - CVelocityGestures::kFoot - top, drawing.colours.ghost);
+        drawing.Fill(roll.view.XOf(static_cast<double>(note.position)) + kGhostInset, top, kGhostWidth, Foot() - top,
+                     drawing.colours.ghost);
     });
 }
 
@@ -112,42 +99,45 @@ void CVelocityLaneCtrl::PaintBars(const RollDrawing& drawing) const {
             std::find_if(first, bars.end(), [&](const Bar& bar) { return bar.position != first->position; });
         std::stable_sort(first, last, [](const Bar& a, const Bar& b) { return a.velocity > b.velocity; });
         for (auto bar = first; bar != last; ++bar) {
-            const bool isCovered = bar + 1 != last && (bar + 1)->velocity == bar->velocity;
-            const double foot = Height() - CVelocityGestures::kFoot;
-            if (!isCovered)
-                PaintBar(drawing, *bar, bar + 1 == last ? foot : std::floor(gestures.YOf((bar + 1)->velocity)));
+            const bool isLast = bar + 1 == last;
+            const double foot = isLast ? Foot() : std::floor(gestures.YOf((bar + 1)->velocity));
+            if (isLast || (bar + 1)->velocity != bar->velocity) PaintBar(drawing, *bar, foot, isLast);
         }
-        for (auto bar = first; bar != last; ++bar) PaintMarks(drawing, *bar);
         first = last;
     }
 }
 
-void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, const Bar& bar, double foot) const {
+void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const {
     const RollColours& colours = roll.Colours();
     const double left = BarLeft(bar.position);
     const bool beyond = bar.position >= static_cast<float>(drawing.stepCount);
     const QRgb edge = beyond ? colours.Dimmed(colours.pattern) : colours.pattern;
-    if (bar.velocity <= 0) return drawing.Frame(left, foot - kSilentHeight, kBar, kSilentHeight, 1, edge);
-    const double top = std::min(std::floor(gestures.YOf(bar.velocity)), foot - 2);
-    QRgb body = colours.OfVelocity(bar.velocity);
-    if (beyond) body = colours.Dimmed(body);
-    if (hovered == bar.note) body = colours.Hovered(body);
-    drawing.Fill(left, top, kBar, foot - top, body);
-    drawing.Fill(left, top, kBar, 2, edge);
-}
-
-// What stands before the bars: frame and number.
-void CVelocityLaneCtrl::PaintMarks(const RollDrawing& drawing, const Bar& bar) const {
-    const double left = BarLeft(bar.position);
-    const double foot = Height() - CVelocityGestures::kFoot;
-    if (IsSelected(roll.State(), bar.note)) {
-        const double tall =
-            bar.velocity <= 0 ? kSilentHeight : std::max(2.0, foot - std::floor(gestures.YOf(bar.velocity)));
-        drawing.Frame(left, foot - tall, kBar, tall, bar.velocity <= 0 ? 1 : 2, roll.Colours().white);
+    if (bar.velocity > 0) {
+        const double top = std::min(std::floor(gestures.YOf(bar.velocity)), foot - 2);
+        QRgb body = colours.OfVelocity(bar.velocity);
+        if (beyond) body = colours.Dimmed(body);
+        if (hovered == bar.note) body = colours.Hovered(body);
+        drawing.Fill(left, top, kBar, foot - top, body);
+        drawing.Fill(left, top, kBar, 2, edge);
+        if (IsSelected(roll.State(), bar.note)) PaintBarFrame(drawing, bar, foot, isLast);
+    } else {
+        const QRgb frame = IsSelected(roll.State(), bar.note) ? colours.white : edge;
+        drawing.Frame(left, foot - kSilentHeight, kBar, kSilentHeight, 1, frame);
     }
     if (hovered != bar.note) return;
-    const double middle = std::clamp(gestures.YOf(bar.velocity), 6.0, foot - 6);
-    drawing.TextFrom(left + kBar + 3, middle - 6, 12, QString::number(bar.velocity), roll.Colours().text, 9, true);
+    const double middle = std::clamp(gestures.YOf(bar.velocity), 6.0, Foot() - 6);
+    drawing.TextFrom(left + kBar + 3, middle - 6, 12, QString::number(bar.velocity), colours.text, 9, true);
+}
+
+// Open below where another bar stands before it.
+void CVelocityLaneCtrl::PaintBarFrame(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const {
+    const QRgb colour = roll.Colours().white;
+    const double left = BarLeft(bar.position);
+    const double top = std::min(std::floor(gestures.YOf(bar.velocity)), foot - 2);
+    if (isLast) return drawing.Frame(left, top, kBar, foot - top, 2, colour);
+    drawing.Fill(left, top, kBar, 2, colour);
+    drawing.Fill(left, top, 2, foot - top, colour);
+    drawing.Fill(left + kBar - 2, top, 2, foot - top, colour);
 }
 
 // --- What is redrawn ----------------------------------------------------------------------------------
@@ -230,14 +220,7 @@ void CVelocityLaneCtrl::OnMouseWheel(int px, int /*py*/, std::uint32_t word) {
     if (gestures.IsBusy()) return;
     const int change = static_cast<int>(std::lround(NotchesOf(word) * kWheelNotch));
     const std::optional<std::uint32_t> bar = gestures.BarAt(px - X() - kBarInset);
-    const NoteState now = roll.State();
-    if (bar && !IsSelected(now, *bar)) {
-        NoteState next = ShiftVelocity(Select(now, {*bar}), change);
-        next.selection = now.selection;
-        roll.Edit().Accumulate(next, "Velocity");
-    } else {
-        roll.Edit().Accumulate(ShiftVelocity(now, change), "Velocity");
-    }
+    roll.Edit().Accumulate(StressAt(roll.State(), bar, change), "Velocity");
     ShowBar(px);
 }
 

@@ -10,13 +10,12 @@
 
 namespace quib {
 
-class CVelocityLaneCtrl : public CControl {
+class CVelocityLaneCtrl : public CPaneCtrl {
 public:
     // `pianoRoll` stays as long as this; its onNotes, onView and onPlayhead are the lane's.
     CVelocityLaneCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                       CPianoRollCtrlEx& pianoRoll);
 
-    void Draw() override;
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnLButtonUp(int px, int py, int button) override;
@@ -37,16 +36,16 @@ private:
     };
 
     RollDrawing Drawing(const QRect& part);
-    void DrawPart(const QRect& wanted);
-    void Paint(const QRect& part);
+    void Paint(const QRect& part) override;
     void PaintScale(const RollDrawing& drawing) const;
     void PaintBars(const RollDrawing& drawing) const;
     void PaintGhosts(const RollDrawing& drawing) const;
     template <class Visit>
     void VisitBars(const RollDrawing& drawing, const Visit& visit) const;
-    // Down to `foot`, where the next lower one begins.
-    void PaintBar(const RollDrawing& drawing, const Bar& bar, double foot) const;
-    void PaintMarks(const RollDrawing& drawing, const Bar& bar) const;
+    // Down to `foot`, where the next lower one begins: of the last one its own.
+    void PaintBar(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const;
+    void PaintBarFrame(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const;
+    double Foot() const noexcept { return Height() - CVelocityGestures::kFoot; }
     double BarLeft(float position) const noexcept { return roll.view.XOf(static_cast<double>(position)) + kBarInset; }
     void NotesChanged(const NoteState& before);
     void PlayheadMoved(double from, double to);

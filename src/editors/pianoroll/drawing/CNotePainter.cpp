@@ -2,6 +2,7 @@
 #include "editors/pianoroll/drawing/CNotePainter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "controls/CPalette.h"
@@ -13,7 +14,7 @@ constexpr int kLeastNamedRow = 10;  // pixels
 constexpr double kHead = 2;         // pixels of a note's start in full colour
 constexpr double kFrame = 2;
 constexpr double kNameMargin = 3;
-constexpr double kNameEnd = 1;
+constexpr double kLeastNameMargin = 0.5;
 constexpr int kHitInset = 2;
 constexpr int kHitHeight = 19;
 constexpr float kHitGround = 0.26F;
@@ -42,27 +43,60 @@ void CNotePainter::VisitShown(const RollDrawing& drawing, const CNoteIndex& inde
 }
 
 void CNotePainter::Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-                        std::optional<std::uint32_t> hovered) const {
-    const RollColours& colours = drawing.colours;
+                        std::optional<std::uint32_t> hovered) {
+    shown.clear();
     const int rowHeight = drawing.view.RowHeight();
     VisitShown(drawing, index, [&](std::uint32_t number, const Note& note, const NoteBox& box) {
-        const bool recorded = drawing.options.isBeingRecorded && drawing.options.isBeingRecorded(number);
-        Look look;
-        look.box = Painted(box, rowHeight);
-        look.body = recorded ? colours.record : colours.OfVelocity(note.velocity);
-        look.edge = recorded ? colours.record : colours.pattern;
-        if (note.position >= static_cast<float>(drawing.stepCount)) {
-            look.body = colours.Dimmed(look.body);
-            look.edge = colours.Dimmed(look.edge);
-        }
-        if (hovered == number) look.body = colours.Hovered(look.body);
-        look.selected = std::binary_search(selection.begin(), selection.end(), number);
-        if (drawing.view.IsDrums()) {
-            DrawHit(drawing, note, look);
-        } else {
-            DrawNote(drawing, note, look);
-        }
+        shown.push_back({number, &note, Painted(box, rowHeight)});
     });
+    if (!drawing.view.IsDrums()) CutCovered();
+    for (const Shown& entry : shown) {
+        if (entry.box.Width() <= 0) continue;
+        const Look look = LookOf(drawing, entry, selection, hovered == entry.number);
+        if (drawing.view.IsDrums()) {
+            DrawHit(drawing, *entry.note, look);
+        } else {
+            DrawNote(drawing, *entry.note, look);
+        }
+    }
+}
+
+CNotePainter::Look CNotePainter::LookOf(const RollDrawing& drawing, const Shown& entry, const NoteSelection& selection,
+                                        bool isHovered) {
+    const RollColours& colours = drawing.colours;
+    const bool recorded = drawing.options.isBeingRecorded && drawing.options.isBeingRecorded(entry.number);
+    Look look;
+    look.box = entry.box;
+    look.body = recorded ? colours.record : colours.OfVelocity(entry.note->velocity);
+    look.edge = recorded ? colours.record : colours.pattern;
+    if (entry.note->position >= static_cast<float>(drawing.stepCount)) {
+        look.body = colours.Dimmed(look.body);
+        look.edge = colours.Dimmed(look.edge);
+    }
+    if (isHovered) look.body = colours.Hovered(look.body);
+    look.selected = std::binary_search(selection.begin(), selection.end(), entry.number);
+    return look;
+}
+
+// Later notes lie over earlier ones of their row: what they cover is not painted, nor named.
+void CNotePainter::CutCovered() {
+    struct Cover {
+        double left = 1e9;
+        double right = -1e9;
+    };
+    std::array<Cover, kHighestKey + 1> covers;
+    for (auto entry = shown.rbegin(); entry != shown.rend(); ++entry) {
+        // One sees through a silent note.
+        if (entry->note->velocity <= 0) continue;
+        Cover& cover = covers[static_cast<std::size_t>(entry->note->key)];
+        const double right = entry->box.right;
+        if (right > cover.right || right < cover.left) {
+            cover.right = right;
+        } else {
+            entry->box.right = cover.left;
+        }
+        cover.left = entry->box.left;
+    }
 }
 
 void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) const {
@@ -95,8 +129,9 @@ double CNotePainter::DrawSwing(const RollDrawing& drawing, const Note& note, con
 void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const {
     if (drawing.view.RowHeight() < kLeastNamedRow) return;
     const TextMask& name = drawing.masks.NoteName(note.key);
-    const double left = from + kHead + kNameMargin;
-    if (left + name.width + kNameEnd > look.box.right) return;
+    const double room = look.box.right - from - kHead - name.width;
+    if (room < 2 * kLeastNameMargin) return;
+    const double left = from + kHead + std::min(kNameMargin, room / 2);
     const QRgb colour = note.velocity <= 0 ? look.edge : drawing.colours.TextOn(look.body);
     drawing.Mask(name, left, look.box.top, look.box.bottom - look.box.top, colour);
 }

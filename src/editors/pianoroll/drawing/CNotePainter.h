@@ -4,6 +4,7 @@
 // Draws notes, hits and ghosts, filling pixels directly: thousands of them in a drag. User-interface thread.
 
 #include <optional>
+#include <vector>
 
 #include "editors/pianoroll/drawing/RollDrawing.h"
 
@@ -13,7 +14,7 @@ class CNotePainter {
 public:
     // `hovered`: the note under the mouse.
     void Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-              std::optional<std::uint32_t> hovered) const;
+              std::optional<std::uint32_t> hovered);
     void DrawGhosts(const RollDrawing& drawing) const;
 
 private:
@@ -23,12 +24,21 @@ private:
         QRgb edge = 0;
         bool selected = false;
     };
+    struct Shown {
+        std::uint32_t number = 0;
+        const Note* note = nullptr;
+        NoteBox box;  // the part that is painted
+    };
+    static Look LookOf(const RollDrawing& drawing, const Shown& entry, const NoteSelection& selection, bool isHovered);
+    void CutCovered();
     template <class Visit>
     static void VisitShown(const RollDrawing& drawing, const CNoteIndex& index, Visit&& visit);
     void DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) const;
     void DrawHit(const RollDrawing& drawing, const Note& note, const Look& look) const;
     double DrawSwing(const RollDrawing& drawing, const Note& note, const Look& look) const;
     void DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const;
+
+    std::vector<Shown> shown;
 };
 
 }  // namespace quib
