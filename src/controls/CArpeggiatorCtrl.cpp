@@ -9,6 +9,7 @@
 #include "controls/CSelectorCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -26,17 +27,17 @@ struct KnobPlan {
 QString Whole(float value) { return QString::number(std::lround(value)); }
 // A unit makes a note up to 32 softer.
 QString Softer(float value) { return QStringLiteral("127..%1").arg(std::max(0L, 127 - std::lround(32 * value))); }
-QString Semitones(float value) { return QStringLiteral("%1 semitones").arg(std::lround(value)); }
-QString Gate(float value) { return QStringLiteral("1/%1 step").arg(1 << std::lround(value)); }
-QString Speed(float value) { return QStringLiteral("every %1 steps").arg(1 << std::lround(value)); }
+QString Semitones(float value) { return Text("%1 semitones").arg(std::lround(value)); }
+QString Gate(float value) { return Text("1/%1 step").arg(1 << std::lround(value)); }
+QString Speed(float value) { return Text("every %1 steps").arg(1 << std::lround(value)); }
 
 constexpr std::array<KnobPlan, 6> kKnobs = {{
-    {&ArpeggiatorValues::hole, "Holes", "Arpeggiator holes", 8, 412, Whole},
-    {&ArpeggiatorValues::ext, "Extend", "Arpeggiator extension", 8, 413, Whole},
-    {&ArpeggiatorValues::interval, "Interval", "Arpeggiator interval", 24, 415, Semitones},
-    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 4, 416, Softer},
-    {&ArpeggiatorValues::gateTime, "Gate", "Arpeggiator gate time", 4, 417, Gate},
-    {&ArpeggiatorValues::tempo, "Tempo", "Arpeggiator tempo", 4, 418, Speed},
+    {&ArpeggiatorValues::hole, TextKey("Holes"), TextKey("Arpeggiator holes"), 8, 412, Whole},
+    {&ArpeggiatorValues::ext, TextKey("Extend"), TextKey("Arpeggiator extension"), 8, 413, Whole},
+    {&ArpeggiatorValues::interval, TextKey("Interval"), TextKey("Arpeggiator interval"), 24, 415, Semitones},
+    {&ArpeggiatorValues::velocity, TextKey("Velocity"), TextKey("Arpeggiator velocity"), 4, 416, Softer},
+    {&ArpeggiatorValues::gateTime, TextKey("Gate"), TextKey("Arpeggiator gate time"), 4, 417, Gate},
+    {&ArpeggiatorValues::tempo, TextKey("Tempo"), TextKey("Arpeggiator tempo"), 4, 418, Speed},
 }};
 
 }  // namespace
@@ -44,27 +45,25 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
 CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
                                    const ArpeggiatorValues& values)
     : CControl(window, number, left, top, kWidth, kHeight) {
-    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, QStringLiteral("ON"));
+    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, Text("ON"));
     on.infoString = 410;
-    on.name = QStringLiteral("Arpeggiator");
+    on.name = Text("Arpeggiator");
     bound.push_back({&on, &ArpeggiatorValues::on});
     auto& mode = AddChild<CSelectorCtrl>(0U, 74, 14, 90, 22, nullptr,
-                                         QStringList{QStringLiteral("Up"), QStringLiteral("Down"),
-                                                     QStringLiteral("Up & down"), QStringLiteral("Random")});
+                                         QStringList{Text("Up"), Text("Down"), Text("Up & down"), Text("Random")});
     mode.infoString = 411;
-    mode.name = QStringLiteral("Arpeggiator mode");
+    mode.name = Text("Arpeggiator mode");
     bound.push_back({&mode, &ArpeggiatorValues::mode});
-    auto& extMode = AddChild<CSelectorCtrl>(0U, 170, 14, 90, 22, nullptr,
-                                            QStringList{QStringLiteral("Each key"), QStringLiteral("Pass"),
-                                                        QStringLiteral("Pass, back"), QStringLiteral("Random")});
+    auto& extMode = AddChild<CSelectorCtrl>(
+        0U, 170, 14, 90, 22, nullptr, QStringList{Text("Each key"), Text("Pass"), Text("Pass, back"), Text("Random")});
     extMode.infoString = 414;
-    extMode.name = QStringLiteral("Arpeggiator extension mode");
+    extMode.name = Text("Arpeggiator extension mode");
     bound.push_back({&extMode, &ArpeggiatorValues::extMode});
     int place = 7;
     for (const KnobPlan& plan : kKnobs) {
         auto& knob = AddChild<CKnobCtrl>(0U, place, 64, 42, 58, nullptr);
-        knob.label = QString::fromLatin1(plan.label);
-        knob.name = QString::fromLatin1(plan.name);
+        knob.label = Text(plan.label);
+        knob.name = Text(plan.name);
         knob.maximum = plan.maximum;
         knob.defaultValue = 0.0F;
         knob.infoString = plan.infoString;

@@ -132,7 +132,7 @@ bool CWorkstation::StartRecording(const QString& path) {
     return recorder.Start(path.toStdString(), recordedRate);
 }
 
-QString CWorkstation::RecorderText() const { return QString::fromStdString(recorder.Now().text); }
+QString CWorkstation::RecorderText() const { return Text(recorder.Now().text.c_str()); }
 
 void CWorkstation::Tick() {
     output.Poll();

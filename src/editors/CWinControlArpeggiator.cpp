@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "controls/CArpeggiatorCtrl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -25,7 +26,7 @@ void CWinControlArpeggiator::ShowInstrument(const std::shared_ptr<CInstrument>& 
         values = {&shownSettings.on,       &shownSettings.mode,     &shownSettings.hole,
                   &shownSettings.ext,      &shownSettings.extMode,  &shownSettings.velocity,
                   &shownSettings.interval, &shownSettings.gateTime, &shownSettings.tempo};
-        setWindowTitle(QStringLiteral("%1 - Arpeggiator").arg(QString::fromStdString(instrument->title)));
+        setWindowTitle(Text("%1 - Arpeggiator").arg(QString::fromStdString(instrument->title)));
     }
     panel->BindTo(values);
 }

@@ -27,8 +27,8 @@ void CInstrumentStripCtrl::AddMixer() {
         BindValue(made, context, valueName, info);
         return &made;
     };
-    addSwitch(70, "A", strip.crossfadeA, "Crossfade A", 474);
-    addSwitch(94, "B", strip.crossfadeB, "Crossfade B", 475);
+    addSwitch(70, "A", strip.crossfadeA, TextKey("Crossfade A"), 474);
+    addSwitch(94, "B", strip.crossfadeB, TextKey("Crossfade B"), 475);
     auto& synchro = AddChild<CSwitchCtrl>(0U, 122, 32, 26, 20, &strip.synchro, picture::kGlyphSynchro);
     synchro.section = ESection::kTransport;
     BindValue(synchro, context, "Synchro", 476);
