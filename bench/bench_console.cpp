@@ -37,11 +37,12 @@ struct CPlayingConsole {
         workstation = std::make_unique<CWorkstation>(settings, folders);
         QString error;
         for (int index = 0; index < kInstruments; ++index) {
-            workstation->AddInstrument(plugin, error);
+            workstation->Stack().AddInstrument(plugin, error);
             std::vector<Note> notes;
             for (int step = 0; step < 16; ++step) notes.push_back({static_cast<float>(step), 0.5F, 48 + index, 90});
-            workstation->SetPattern(workstation->Instrument(index)->Id(), 0,
-                                    std::make_shared<const CPattern>(16, std::move(notes)), QStringLiteral("Notes"));
+            workstation->Contents().SetPattern(workstation->Stack().Instrument(index)->Id(), 0,
+                                               std::make_shared<const CPattern>(16, std::move(notes)),
+                                               QStringLiteral("Notes"));
         }
         workstation->Audio().settings.songMode.Set(0);
         workstation->OpenOutput(QLatin1String(CSilentOutput::kName));
@@ -49,7 +50,7 @@ struct CPlayingConsole {
         console->resize(1366, 728);
         console->show();
         QCoreApplication::processEvents();
-        workstation->Play();
+        workstation->Transport().Play();
     }
     void Tick() {
         workstation->Tick();

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "devices/SampleConversions.h"
+#include "devices/DriverSamples.h"
 
 namespace {
 
@@ -32,20 +32,20 @@ void Copy(benchmark::State& state) {
 }
 BENCHMARK(Copy);
 
-void Convert(benchmark::State& state, SampleType type, ByteOrder order) {
+void Convert(benchmark::State& state, ESampleType type, EByteOrder order) {
     const std::vector<float> from = Noise();
     std::vector<unsigned char> to(from.size() * BytesOf(type));
     for ([[maybe_unused]] auto _ : state) {
-        ConvertSamples(from.data(), to.data(), from.size(), type, order);
+        ToDriverSamples(from.data(), to.data(), from.size(), type, order);
         benchmark::DoNotOptimize(to.data());
         benchmark::ClobberMemory();
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(from.size() * sizeof(float)));
 }
 
-#define CONVERSION(type)                                                   \
-    BENCHMARK_CAPTURE(Convert, type, SampleType::type, ByteOrder::Little); \
-    BENCHMARK_CAPTURE(Convert, type##_swapped, SampleType::type, ByteOrder::Big)
+#define CONVERSION(type)                                                      \
+    BENCHMARK_CAPTURE(Convert, type, ESampleType::type, EByteOrder::kLittle); \
+    BENCHMARK_CAPTURE(Convert, type##_swapped, ESampleType::type, EByteOrder::kBig)
 
 CONVERSION(Int16);
 CONVERSION(Int24);

@@ -69,7 +69,7 @@ struct CChordEngine {
         audio.PublishInstruments(std::move(list));
         audio.settings.songMode.Set(0.0F);
         audio.settings.tempo.Set(static_cast<float>(kRate * 15.0 / (kBlock * kBlocksPerStep)));
-        audio.Post({EngineCommand::Kind::Play});
+        audio.Post({EngineCommand::EKind::kPlay});
     }
     void Run(int blocks) {
         for (int block = 0; block < blocks; ++block) audio.RenderBlock();

@@ -34,7 +34,7 @@ struct CMixerBench {
     }
 
     StripTargets MakeTargets(float turn) const {
-        StripSettings settings;
+        StripInput settings;
         settings.level = 80 + turn;
         settings.pan = turn / 40;
         settings.eqOn = scene == off ? 0 : 1;
@@ -87,7 +87,7 @@ void Scalar(benchmark::State& state) {
     state.counters["ns_per_frame_per_instrument"] = sum / static_cast<double>(state.iterations());
 }
 
-void Kernels(benchmark::State& state, StripInstructions instructions) {
+void Kernels(benchmark::State& state, EStripInstructions instructions) {
     const StripKernels* kernels = FindStripKernels(instructions);
     if (!kernels) return state.SkipWithError("not on this processor");
     CMixerBench bench(static_cast<Scene>(state.range(0)));
@@ -105,6 +105,6 @@ void Kernels(benchmark::State& state, StripInstructions instructions) {
 
 #define QUIB_SCENES ArgName("moving0_settled1_off2")->Arg(moving)->Arg(settled)->Arg(off)->Unit(benchmark::kMillisecond)
 BENCHMARK(Scalar)->QUIB_SCENES;
-BENCHMARK_CAPTURE(Kernels, SSE2, StripInstructions::sse2)->QUIB_SCENES;
-BENCHMARK_CAPTURE(Kernels, AVX2, StripInstructions::avx2)->QUIB_SCENES;
+BENCHMARK_CAPTURE(Kernels, SSE2, EStripInstructions::kSse2)->QUIB_SCENES;
+BENCHMARK_CAPTURE(Kernels, AVX2, EStripInstructions::kAvx2)->QUIB_SCENES;
 BENCHMARK_MAIN();

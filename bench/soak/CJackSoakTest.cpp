@@ -94,7 +94,7 @@ TEST_F(CJackSoakTest, KillingTheServerLeavesThePlayingOnAndItsReturnBringsTheSou
     EXPECT_TRUE(audio.Picture().playing);
 
     // No key hangs: after the stop none is down.
-    Command(EngineCommand::Kind::Stop);
+    Command(EngineCommand::EKind::kStop);
     ASSERT_TRUE(TurnUntil([&] { return !audio.Picture().playing; }));
     CJackPeer peer(8192);
     ASSERT_TRUE(peer.RecordProgram());

@@ -154,18 +154,18 @@ void CRun::LoadProject() {
     if (choice == EStartProject::kAsk && UserWantsBackup()) {
         LoadSession(folders.backupProject, true);
     } else if (!file.isEmpty() && marks.errorClosed == 0 && !SessionIsOf(file)) {
-        if (settings.IsOn(QStringLiteral("ProjectModified"))) workstation.KeepCopy(folders.currentProject);
+        if (settings.IsOn(QStringLiteral("ProjectModified"))) workstation.Session().KeepCopy(folders.currentProject);
         window->Open(file);
     } else if (choice == EStartProject::kCurrent) {
         LoadSession(folders.currentProject, false);
     }
-    workstation.WriteBackup(false);
+    workstation.Session().WriteBackup(false);
     MarkLoaded(settings);
 }
 
 // Whatever the user answers, the work before the crash can be restored later.
 void CRun::KeepCrashBackup(const CrashMarks& marks) {
-    if (marks.backupClosed == 0) workstation.KeepCopy(folders.backupProject);
+    if (marks.backupClosed == 0) workstation.Session().KeepCopy(folders.backupProject);
 }
 
 bool CRun::UserWantsBackup() {
@@ -184,7 +184,7 @@ void CRun::LoadSession(const QString& path, bool isBackup) {
     const QString file = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
     const bool modified = isBackup || settings.IsOn(QStringLiteral("ProjectModified"));
     QString error;
-    if (!workstation.LoadSession(path, QFileInfo::exists(file) ? file : QString(), modified, error)) {
+    if (!workstation.Session().LoadSession(path, QFileInfo::exists(file) ? file : QString(), modified, error)) {
         return window->ShowMessage(QStringLiteral("QUIB Sequencer"), error);
     }
     window->ShowWarnings();
@@ -193,18 +193,19 @@ void CRun::LoadSession(const QString& path, bool isBackup) {
 // Name and mark of the project, so that the next start has them.
 void CRun::FollowSession() {
     const auto keep = [this] {
-        settings.WriteSettingString(kSettingsSection, QStringLiteral("ProjectFile"), workstation.ProjectPath());
-        settings.SetOn(QStringLiteral("ProjectModified"), workstation.IsModified());
+        settings.WriteSettingString(kSettingsSection, QStringLiteral("ProjectFile"),
+                                    workstation.Session().ProjectPath());
+        settings.SetOn(QStringLiteral("ProjectModified"), workstation.Session().IsModified());
     };
-    QObject::connect(&workstation, &CWorkstation::ProjectPathChanged, window.get(), keep);
-    QObject::connect(&workstation, &CWorkstation::ModifiedChanged, window.get(), keep);
+    QObject::connect(&workstation.Session(), &CSession::ProjectPathChanged, window.get(), keep);
+    QObject::connect(&workstation.Changes(), &CChanges::ModifiedChanged, window.get(), keep);
     keep();
 }
 
 bool CRun::SaveSession() {
     std::string error;
-    workstation.WriteCopy(folders.currentProject, [&error](const std::string& reason) { error = reason; });
-    workstation.Saver().Finish();
+    workstation.Session().WriteCopy(folders.currentProject, [&error](const std::string& reason) { error = reason; });
+    workstation.Session().Saver().Finish();
     if (error.empty()) return true;
     QMessageBox::warning(nullptr, QStringLiteral("QUIB Sequencer"), QString::fromStdString(error));
     return false;
@@ -231,7 +232,7 @@ int CRun::Run() {
 
     const int code = QApplication::exec();
     catalog.Cancel();
-    workstation.Recorder().Finish();
+    workstation.Recording().Finish();
     // Without a whole session the next start offers the backup.
     if (SaveSession()) MarkEnd(settings);
     workstation.Output().CloseOutput();

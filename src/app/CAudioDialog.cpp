@@ -72,7 +72,7 @@ public:
         const QRect missing = CSettings::Centred(QDialog::size(), CSettings::ScreenSize());
         move(settings.ReadWindowPlacement(QLatin1String(kPlacement), missing).topLeft());
     }
-    ~CAudioDialog() override { workstation.SetTestTone(false); }
+    ~CAudioDialog() override { workstation.Transport().SetTestTone(false); }
 
 protected:
     void done(int result) override {
@@ -86,7 +86,9 @@ private:
     void Apply();
     void Refresh();
     void ShowChannel();
-    std::shared_ptr<CInstrument> Shown() const { return workstation.Instrument(workstation.CurrentIndex()); }
+    std::shared_ptr<CInstrument> Shown() const {
+        return workstation.Stack().Instrument(workstation.Selection().CurrentIndex());
+    }
 
     CWorkstation& workstation;
     CSettings& settings;
@@ -120,7 +122,7 @@ void CAudioDialog::BuildLayout() {
 
     auto* const tone = new QPushButton(Text("Test tone"));
     tone->setCheckable(true);
-    connect(tone, &QPushButton::toggled, this, [this](bool on) { workstation.SetTestTone(on); });
+    connect(tone, &QPushButton::toggled, this, [this](bool on) { workstation.Transport().SetTestTone(on); });
     level = new QProgressBar;
     level->setRange(0, 60);
     level->setTextVisible(false);
@@ -160,9 +162,10 @@ void CAudioDialog::Apply() {
     workstation.Audio().settings.timebase.Set(changes.timebase);
     const auto instrument = Shown();
     if (!instrument || channel->currentIndex() < 0) return;
-    const int before = instrument->midi.channel.Get();
-    instrument->midi.channel.Set(channel->currentIndex() + 2);
-    workstation.ValueEdited(instrument->midi.channel, before, channel->currentIndex() + 2, Text("MIDI channel"));
+    CIntegerValue& selector = instrument->midi.channel;
+    const int before = selector.Get();
+    selector.Set(channel->currentIndex() + 2);
+    workstation.Changes().ValueEdited(Part(instrument, selector), before, selector.Get(), Text("MIDI channel"));
 }
 
 void CAudioDialog::Refresh() {

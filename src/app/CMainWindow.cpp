@@ -3,16 +3,15 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QMimeData>
 #include <algorithm>
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "document/CSettings.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -25,12 +24,6 @@ constexpr int kShowMaximised = 3;
 
 QString Extension(const QString& path) { return QFileInfo(path).suffix().toLower(); }
 
-bool IsWelcome(const QString& path) {
-    static const QStringList extensions = {QStringLiteral("prg"), QStringLiteral("ist"), QStringLiteral("ptn"),
-                                           QStringLiteral("fxb"), QStringLiteral("fxp"), QStringLiteral("so")};
-    return extensions.contains(Extension(path));
-}
-
 }  // namespace
 
 CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatalog, const ConsoleFactory& makeConsole)
@@ -38,12 +31,16 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       catalog(pluginCatalog),
       settings(projectOwner.Settings()),
       recentFiles(settings),
-      pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)) {
-    setAcceptDrops(true);
+      pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
+      controlSettings(settings),
+      tools(ToolContext{projectOwner, controlSettings}, this),
+      edits(this),
+      drops([this](const QString& path) { TakeFile(path); }, this) {
+    drops.Serve(this);
     countdown.Start(BackupMinutes(settings));
     BuildMenus();
-    connect(&workstation, &CWorkstation::ProjectPathChanged, this, &CMainWindow::ShowTitle);
-    connect(&workstation, &CWorkstation::ModifiedChanged, this, &CMainWindow::ShowTitle);
+    connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
+    connect(&workstation.Changes(), &CChanges::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
     timer.setInterval(kTickMilliseconds);
     timer.setTimerType(Qt::PreciseTimer);
@@ -55,20 +52,22 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
 CMainWindow::~CMainWindow() = default;
 
 void CMainWindow::ShowTitle() {
-    setWindowTitle(workstation.ProjectName() + QStringLiteral("[*] - QUIB Sequencer"));
-    setWindowModified(workstation.IsModified());
-    if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.ProjectPath().isEmpty());
+    setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer"));
+    setWindowModified(workstation.Session().IsModified());
+    if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.Session().ProjectPath().isEmpty());
 }
 
 // The backup comes before all else. A project that is being loaded is not a whole one yet.
 void CMainWindow::OnTick() {
     if (loading) return;
     if (countdown.Tick()) {
-        workstation.WriteBackup(true);
+        workstation.Session().WriteBackup(true);
         countdown.Start(BackupMinutes(settings));
     }
     workstation.Tick();
     pluginWindows->Tick();
+    tools.FollowEngine();
+    edits.Update();
     Q_EMIT Ticked();
 }
 
@@ -78,8 +77,9 @@ void CMainWindow::ShowMessage(const QString& caption, const QString& text) {
     box->open();
 }
 
-void CMainWindow::ShowWarnings() {
-    const auto& warnings = workstation.Warnings();
+void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
+
+void CMainWindow::ShowWarnings(const std::vector<std::string>& warnings) {
     if (warnings.empty()) return;
     constexpr std::size_t kMostLines = 20;
     QStringList lines;
@@ -91,11 +91,11 @@ void CMainWindow::ShowWarnings() {
 }
 
 bool CMainWindow::MayDiscard() {
-    if (!workstation.IsModified()) return true;
-    const auto answer =
-        QMessageBox::question(this, QStringLiteral("QUIB Sequencer"),
-                              Text("\"%1\" has changes that are not saved. Save them?").arg(workstation.ProjectName()),
-                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (!workstation.Session().IsModified()) return true;
+    const auto answer = QMessageBox::question(
+        this, QStringLiteral("QUIB Sequencer"),
+        Text("\"%1\" has changes that are not saved. Save them?").arg(workstation.Session().ProjectName()),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Cancel) return false;
     return answer == QMessageBox::Discard || SaveNow();
 }
@@ -104,6 +104,7 @@ bool CMainWindow::MayDiscard() {
 void CMainWindow::closeEvent(QCloseEvent* event) {
     timer.stop();
     pluginWindows->CloseAll();
+    tools.KeepPlacements();
     settings.WriteWindowPlacement(QStringLiteral("Main"), normalGeometry());
     const int show = isMinimized() ? kShowMinimised : isMaximized() ? kShowMaximised : kShowNormal;
     settings.WriteSettingInt(kWindowsSection, QStringLiteral("MainShow"), show);
@@ -111,39 +112,30 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
     QCoreApplication::quit();
 }
 
-void CMainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    const bool welcome = std::any_of(urls.begin(), urls.end(),
-                                     [](const QUrl& url) { return url.isLocalFile() && IsWelcome(url.toLocalFile()); });
-    if (welcome) event->acceptProposedAction();
-}
-
-void CMainWindow::dropEvent(QDropEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    event->acceptProposedAction();
-    for (const QUrl& url : urls) {
-        if (url.isLocalFile()) TakeFile(url.toLocalFile());
-    }
+void CMainWindow::OpenTool(ETool tool) {
+    if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
+    if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
 }
 
 void CMainWindow::TakeFile(const QString& path) {
     const QString kind = Extension(path);
     QString error;
-    const int current = workstation.CurrentIndex();
-    const auto instrument = workstation.Instrument(current);
+    const int current = workstation.Selection().CurrentIndex();
+    const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
     if (kind == QLatin1String("so")) return TakePluginLibrary(path);
     if (kind == QLatin1String("ist")) {
-        if (workstation.AddInstrument(path, error) >= 0) return ShowWarnings();
+        if (workstation.Stack().AddInstrument(path, error) >= 0)
+            return ShowWarnings(workstation.Stack().TakeWarnings());
     } else if (!instrument) {
         error = Text("There is no instrument to load this file into.");
     } else if (kind == QLatin1String("ptn")) {
-        workstation.LoadPattern(current, path, error);
+        workstation.Contents().LoadPattern(current, path, error);
     } else if (kind == QLatin1String("fxb")) {
-        workstation.LoadBank(place, path, error);
+        workstation.Places().LoadBank(place, path, error);
     } else if (kind == QLatin1String("fxp")) {
-        workstation.LoadProgram(place, path, error);
+        workstation.Places().LoadProgram(place, path, error);
     }
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
 }
@@ -154,12 +146,12 @@ void CMainWindow::TakePluginLibrary(const QString& path) {
     QString error;
     if (!catalog.Ask(path, entry, error)) return ShowMessage(QStringLiteral("QUIB"), error);
     if (entry.isInstrument) {
-        workstation.AddInstrument(path, error);
-    } else if (const auto instrument = workstation.Instrument(workstation.CurrentIndex())) {
+        workstation.Stack().AddInstrument(path, error);
+    } else if (const auto instrument = workstation.Stack().Instrument(workstation.Selection().CurrentIndex())) {
         SlotPlace place{SlotPlace::EKind::kInsert, instrument->Id(), 0};
-        const auto first = workstation.Slot(place);
+        const auto first = workstation.Places().Slot(place);
         if (first->plugin || first->missing) place.index = 1;
-        if (workstation.LoadPlugin(place, path, error)) {
+        if (workstation.Places().LoadPlugin(place, path, error)) {
             instrument->strip.insertOn[static_cast<std::size_t>(place.index)].Set(1.0F);
         }
     } else {

@@ -10,9 +10,13 @@
 #include <map>
 #include <memory>
 
+#include "app/CEditCommands.h"
+#include "app/CFileDrops.h"
 #include "app/CRecentFiles.h"
+#include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "document/CWorkstation.h"
+#include "editors/CToolWindows.h"
 
 class QAction;
 class QMenu;
@@ -38,6 +42,9 @@ public:
     CWorkstation& Workstation() noexcept { return workstation; }
     CPluginCatalog& Catalog() noexcept { return catalog; }
     CPluginWindows& PluginWindows() noexcept { return *pluginWindows; }
+    CToolWindows& Tools() noexcept { return tools; }
+    const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
+    void OpenTool(ETool tool);
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -57,28 +64,27 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells what a loading left out.
     void ShowWarnings();
+    void ShowWarnings(const std::vector<std::string>& warnings);
 
     // Percent; 75 to 300.
     int Scale() const;
     void SetScale(int percent);
 
 Q_SIGNALS:
-    void Ticked();                   // every 40 ms, after the work of the workstation
-    void EditCommanded(int number);  // cut, copy, paste, delete, select all: for the editor in use
-    void SettingsChanged();          // toggles, language, scale
+    void Ticked();           // every 40 ms, after the work of the workstation
+    void SettingsChanged();  // toggles, language, scale
     void QuickStartWanted();
     void TimebaseChanged();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
     void BuildMenus();
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildSettingsMenu();
+    void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
     void RebuildRecentFiles();
@@ -110,6 +116,10 @@ private:
     CSettings& settings;
     CRecentFiles recentFiles;
     std::unique_ptr<CPluginWindows> pluginWindows;
+    CSettingsForControls controlSettings;
+    CToolWindows tools;
+    CEditCommands edits;
+    CFileDrops drops;
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;

@@ -124,7 +124,7 @@ void CParameterList::Set(int row, float value) {
 }
 
 void CParameterList::Edit(int row, float before) {
-    workstation.ParameterEdited(plugin, rows[static_cast<std::size_t>(row)], before, Value(row));
+    workstation.Places().ParameterEdited(plugin, rows[static_cast<std::size_t>(row)], before, Value(row));
 }
 
 void CParameterList::mousePressEvent(QMouseEvent* event) {

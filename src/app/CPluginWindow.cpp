@@ -46,22 +46,24 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     BuildPage();
     layout->addWidget(pages, 1);
     FillPrograms();
-    workstation.WatchParameters(plugin);
+    workstation.Places().WatchParameters(plugin);
     ShowTitle();
-    connect(&workstation, &CWorkstation::InstrumentChanged, this, &CPluginWindow::ShowTitle);
+    connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
+        if (change.kind == EChange::kInstrument) ShowTitle();
+    });
     resize(560, 480);
 }
 
 CPluginWindow::~CPluginWindow() {
     CloseEditor();
-    workstation.UnwatchParameters(plugin.get());
+    workstation.Places().UnwatchParameters(plugin.get());
 }
 
 void CPluginWindow::ShowTitle() {
     SlotPlace place;
     QString title = QString::fromStdString(plugin->Identity().displayName);
-    if (workstation.FindPlugin(plugin.get(), place)) {
-        if (const auto instrument = workstation.InstrumentById(place.instrument)) {
+    if (workstation.Places().FindPlugin(plugin.get(), place)) {
+        if (const auto instrument = workstation.Stack().InstrumentById(place.instrument)) {
             title += QStringLiteral(" - ") + QString::fromStdString(instrument->title);
         }
     }
@@ -74,7 +76,8 @@ void CPluginWindow::BuildBar() {
     programs = new QComboBox;
     programs->setObjectName(QStringLiteral("programs"));
     programs->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(programs, &QComboBox::activated, this, [this](int program) { workstation.SelectProgram(plugin, program); });
+    connect(programs, &QComboBox::activated, this,
+            [this](int program) { workstation.Places().SelectProgram(plugin, program); });
     bar->addWidget(programs, 1);
     const struct {
         const char* text;
@@ -191,24 +194,24 @@ void CPluginWindow::Tick() {
 
 void CPluginWindow::Load(EFileKind kind) {
     SlotPlace place;
-    if (!workstation.FindPlugin(plugin.get(), place)) return;
+    if (!workstation.Places().FindPlugin(plugin.get(), place)) return;
     const QString path = ChooseFileToOpen(this, workstation.Settings(), kind);
     if (path.isEmpty()) return;
     QString error;
-    const bool loaded = kind == EFileKind::kBank ? workstation.LoadBank(place, path, error)
-                                                 : workstation.LoadProgram(place, path, error);
+    const bool loaded = kind == EFileKind::kBank ? workstation.Places().LoadBank(place, path, error)
+                                                 : workstation.Places().LoadProgram(place, path, error);
     if (!loaded) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
     FillPrograms();
 }
 
 void CPluginWindow::Save(EFileKind kind) {
     SlotPlace place;
-    if (!workstation.FindPlugin(plugin.get(), place)) return;
+    if (!workstation.Places().FindPlugin(plugin.get(), place)) return;
     const QString path = ChooseFileToSave(this, workstation.Settings(), kind);
     if (path.isEmpty()) return;
     QString error;
-    const bool saved = kind == EFileKind::kBank ? workstation.SaveBank(place, path, error)
-                                                : workstation.SaveProgram(place, path, error);
+    const bool saved = kind == EFileKind::kBank ? workstation.Places().SaveBank(place, path, error)
+                                                : workstation.Places().SaveProgram(place, path, error);
     if (!saved) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
 }
 

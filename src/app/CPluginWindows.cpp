@@ -5,14 +5,16 @@ namespace quib {
 
 CPluginWindows::CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent)
     : workstation(projectOwner), parent(windowParent) {
-    connect(&workstation, &CWorkstation::SlotChanged, this, &CPluginWindows::CloseLost);
-    connect(&workstation, &CWorkstation::InstrumentsChanged, this, &CPluginWindows::CloseLost);
-    connect(&workstation, &CWorkstation::ProjectReplaced, this, &CPluginWindows::CloseLost);
-    connect(&workstation, &CWorkstation::EditorSizeWanted, this, &CPluginWindows::ResizeEditor);
+    connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
+        if (change.kind == EChange::kSlot || change.kind == EChange::kStack || change.kind == EChange::kProject) {
+            CloseLost();
+        }
+    });
+    connect(&workstation.Places(), &CPluginPlaces::EditorSizeWanted, this, &CPluginWindows::ResizeEditor);
 }
 
 CPluginWindow* CPluginWindows::WindowOf(const SlotPlace& place) {
-    const auto slot = workstation.Slot(place);
+    const auto slot = workstation.Places().Slot(place);
     if (!slot || !slot->plugin) return nullptr;
     QPointer<CPluginWindow>& window = windows[slot->plugin.get()];
     if (window == nullptr) window = new CPluginWindow(workstation, slot->plugin, parent);
@@ -48,7 +50,7 @@ void CPluginWindows::CloseLost() {
     for (auto entry = windows.begin(); entry != windows.end();) {
         SlotPlace place;
         const QPointer<CPluginWindow> window = entry.value();
-        if (window != nullptr && workstation.FindPlugin(&window->Plugin(), place)) {
+        if (window != nullptr && workstation.Places().FindPlugin(&window->Plugin(), place)) {
             ++entry;
             continue;
         }

@@ -98,7 +98,7 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
 
 void ShowAboutBox(QWidget* parent) {
     const QString libraries = Text(
-        "Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt and spdlog (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
+        "Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
         "License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they are installed.");
     const QString text =
         QStringLiteral("<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p><p>%4</p>")

@@ -32,7 +32,7 @@ QString BackupTitle(const QString& path) {
 void CMainWindow::New() {
     if (!MayDiscard()) return;
     pluginWindows->CloseAll();
-    workstation.NewProject();
+    workstation.Session().NewProject();
 }
 
 void CMainWindow::ChooseAndOpen() {
@@ -54,28 +54,31 @@ bool CMainWindow::LoadWithProgress(const QString& path) {
     progress.setMinimumDuration(kPatience);
     QString error;
     loading = true;
-    const bool loaded =
-        workstation.LoadProject(QFileInfo(path).absoluteFilePath(), error, [&](float share, const std::string& what) {
-            progress.setLabelText(QString::fromStdString(what));
-            progress.setValue(static_cast<int>(share * 99.0F));
-            return !progress.wasCanceled();
-        });
+    const bool loaded = workstation.Session().LoadProject(QFileInfo(path).absoluteFilePath(), error,
+                                                          [&](float share, const std::string& what) {
+                                                              progress.setLabelText(QString::fromStdString(what));
+                                                              progress.setValue(static_cast<int>(share * 99.0F));
+                                                              return !progress.wasCanceled();
+                                                          });
     loading = false;
     if (!loaded && !progress.wasCanceled()) ShowMessage(QStringLiteral("QUIB Sequencer"), error);
     return loaded;
 }
 
 QString CMainWindow::PathToSave() {
-    return ChooseFileToSave(this, settings, EFileKind::kProject, workstation.ProjectName() + QStringLiteral(".prg"));
+    return ChooseFileToSave(this, settings, EFileKind::kProject,
+                            workstation.Session().ProjectName() + QStringLiteral(".prg"));
 }
 
-void CMainWindow::Save() { SaveTo(workstation.ProjectPath().isEmpty() ? PathToSave() : workstation.ProjectPath()); }
+void CMainWindow::Save() {
+    SaveTo(workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath());
+}
 
 void CMainWindow::SaveAs() { SaveTo(PathToSave()); }
 
 void CMainWindow::SaveTo(const QString& path) {
     if (path.isEmpty()) return;
-    workstation.SaveProject(path, [this, path](const QString& error) {
+    workstation.Session().SaveProject(path, [this, path](const QString& error) {
         if (!error.isEmpty()) return ShowMessage(QStringLiteral("QUIB Sequencer"), error);
         Remember(path);
     });
@@ -83,10 +86,11 @@ void CMainWindow::SaveTo(const QString& path) {
 
 // Waits for the disk: what is not saved is thrown away next.
 bool CMainWindow::SaveNow() {
-    const QString path = workstation.ProjectPath().isEmpty() ? PathToSave() : workstation.ProjectPath();
+    const QString path =
+        workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath();
     QString error;
     if (path.isEmpty()) return false;
-    if (workstation.SaveProject(path, error)) {
+    if (workstation.Session().SaveProject(path, error)) {
         Remember(path);
         return true;
     }
@@ -101,7 +105,7 @@ void CMainWindow::Remember(const QString& path) {
 
 void CMainWindow::RebuildRestoreMenu() {
     restoreMenu->clear();
-    const QStringList paths = workstation.TimedBackups();
+    const QStringList paths = workstation.Session().TimedBackups();
     int number = command::kRestore0;
     for (const QString& path : paths) {
         QAction* const action = restoreMenu->addAction(BackupTitle(path));
@@ -116,7 +120,7 @@ void CMainWindow::Restore(const QString& path) {
     if (!MayDiscard()) return;
     pluginWindows->CloseAll();
     QString error;
-    if (!workstation.LoadSession(path, workstation.ProjectPath(), true, error)) {
+    if (!workstation.Session().LoadSession(path, workstation.Session().ProjectPath(), true, error)) {
         return ShowMessage(QStringLiteral("QUIB Sequencer"), error);
     }
     ShowWarnings();
@@ -124,12 +128,12 @@ void CMainWindow::Restore(const QString& path) {
 
 void CMainWindow::ScanPlugins() {
     RunScanDialog(this, catalog);
-    workstation.RefreshPlugins();
+    workstation.Places().RefreshPlugins();
 }
 
 void CMainWindow::ChoosePluginFolders() {
     if (!RunPluginFoldersDialog(this, settings)) return;
-    workstation.ReadPluginFolders();
+    workstation.Places().ReadPluginFolders();
     catalog.SetFolders(PluginFolders(workstation.ProgramFolders(), settings));
     ScanPlugins();
 }

@@ -111,6 +111,7 @@ void CMainWindow::BuildMenus() {
     recentActions.clear();
     BuildFileMenu();
     BuildEditMenu();
+    BuildWindowsMenu();
     BuildSettingsMenu();
     BuildHelpMenu();
 
@@ -120,10 +121,10 @@ void CMainWindow::BuildMenus() {
     play->setShortcutContext(Qt::ApplicationShortcut);
     play->setAutoRepeat(false);
     connect(play, &QAction::triggered, this, [this] {
-        if (workstation.IsPlaying()) {
-            workstation.Stop();
+        if (workstation.Transport().IsPlaying()) {
+            workstation.Transport().Stop();
         } else {
-            workstation.Play();
+            workstation.Transport().Play();
         }
     });
     addAction(play);
@@ -146,7 +147,7 @@ void CMainWindow::BuildFileMenu() {
 
 void CMainWindow::BuildEditMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Edit"));
-    QUndoStack& undo = workstation.Undo();
+    QUndoStack& undo = workstation.Changes().Steps();
     QAction* const undoAction = undo.createUndoAction(menu, Text("Undo"));
     undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* const redoAction = undo.createRedoAction(menu, Text("Redo"));
@@ -162,15 +163,30 @@ void CMainWindow::BuildEditMenu() {
         int number;
         const char* text;
         QKeySequence key;
-    } edits[] = {{command::kCut, TextKey("Cut"), Qt::CTRL | Qt::Key_X},
-                 {command::kCopy, TextKey("Copy"), Qt::CTRL | Qt::Key_C},
-                 {command::kPaste, TextKey("Paste"), Qt::CTRL | Qt::Key_V},
-                 {command::kDelete, TextKey("Delete"), Qt::Key_Delete},
-                 {command::kSelectAll, TextKey("Select All"), Qt::CTRL | Qt::Key_A}};
-    for (const auto& edit : edits) {
-        const int number = edit.number;
-        QAction* const action = Add(*menu, number, edit.text, [this, number] { Q_EMIT EditCommanded(number); });
-        action->setShortcut(edit.key);
+        EEdit edit;
+    } rows[] = {{command::kCut, TextKey("Cut"), Qt::CTRL | Qt::Key_X, EEdit::kCut},
+                {command::kCopy, TextKey("Copy"), Qt::CTRL | Qt::Key_C, EEdit::kCopy},
+                {command::kPaste, TextKey("Paste"), Qt::CTRL | Qt::Key_V, EEdit::kPaste},
+                {command::kDelete, TextKey("Delete"), Qt::Key_Delete, EEdit::kDelete},
+                {command::kSelectAll, TextKey("Select All"), Qt::CTRL | Qt::Key_A, EEdit::kSelectAll}};
+    for (const auto& row : rows) {
+        QAction* const action = Add(*menu, row.number, row.text, [] {});
+        action->setShortcut(row.key);
+        action->setShortcutContext(Qt::ApplicationShortcut);
+        edits.Connect(row.edit, action);
+    }
+    connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
+    edits.Update();
+}
+
+void CMainWindow::BuildWindowsMenu() {
+    QMenu* const menu = menuBar()->addMenu(Text("Windows"));
+    for (const ToolRow& row : ToolTable()) {
+        if (!CToolWindows::Has(row.tool)) continue;
+        QAction* const action = Add(*menu, command::kTool0 + static_cast<int>(row.tool), row.title,
+                                    [this, tool = row.tool] { OpenTool(tool); });
+        if (row.key == Qt::Key_unknown) continue;
+        action->setShortcut(row.key);
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
 }

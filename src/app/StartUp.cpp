@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "editors/ToolTable.h"
+
 namespace quib {
 
 namespace {
@@ -11,13 +13,6 @@ constexpr int kMainWidth = 977;
 constexpr int kMainHeight = 300;
 constexpr const char* kErrorClosed = "ErrorClosed";
 constexpr const char* kBackupClosed = "BackupClosed";
-
-struct ToolWindow {
-    const char* name;
-    QSize size;
-    bool fixedWidth;
-    bool fixedHeight;
-};
 
 }  // namespace
 
@@ -48,17 +43,11 @@ void MarkEnd(CSettings& settings) {
 }
 
 void PrepareToolPlacements(CSettings& settings) {
-    static constexpr ToolWindow windows[] = {{"PianoRoll", {900, 600}, false, false},
-                                             {"ParamEvent", {900, 500}, false, false},
-                                             {"Arpeggiator", {270, 150}, true, true},
-                                             {"Ball", {445, 436}, true, false},
-                                             {"Tutorial", {640, 580}, true, true}};
-    for (const ToolWindow& window : windows) {
-        const QString name = QLatin1String(window.name);
-        const QRect missing = CSettings::Centred(window.size, CSettings::ScreenSize());
-        QRect placement = settings.ReadWindowPlacement(name, missing);
-        if (window.fixedWidth) placement.setWidth(window.size.width());
-        if (window.fixedHeight) placement.setHeight(window.size.height());
+    for (const ToolRow& row : ToolTable()) {
+        const QString name = QLatin1String(row.placement);
+        QRect placement = settings.ReadWindowPlacement(name, CSettings::Centred(row.size, CSettings::ScreenSize()));
+        if (row.fixedWidth) placement.setWidth(row.size.width());
+        if (row.fixedHeight) placement.setHeight(row.size.height());
         settings.WriteWindowPlacement(name, placement);
     }
 }

@@ -87,6 +87,33 @@ void CCanvas::SetPainterClip() {
     painter.scale(scale, scale);
 }
 
+void CCanvas::FillLines(const QRectF& rectangle, std::span<const QRgb> line) {
+    const QRect whole = Pixels(rectangle);
+    const QRect area =
+        whole.intersected(clipPixels).intersected(QRect(whole.topLeft(), QSize(int(line.size()), whole.height())));
+    if (area.isEmpty()) return;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        auto* const target = reinterpret_cast<QRgb*>(image.scanLine(y)) + area.left();
+        std::copy_n(line.data() + (area.left() - whole.left()), area.width(), target);
+    }
+}
+
+void CCanvas::Mask(const QImage& mask, qreal x, qreal y, QRgb colour) {
+    const QPoint corner = Pixels({x, y, 1, 1}).topLeft();
+    const QRect area = QRect(corner, mask.size()).intersected(clipPixels);
+    for (int line = area.top(); line <= area.bottom(); ++line) {
+        const auto* const source = reinterpret_cast<const QRgb*>(mask.constScanLine(line - corner.y()));
+        auto* const target = reinterpret_cast<QRgb*>(image.scanLine(line));
+        for (int column = area.left(); column <= area.right(); ++column) {
+            const int alpha = qAlpha(source[column - corner.x()]);
+            const QRgb under = target[column];
+            const auto mix = [alpha](int from, int to) { return from + (to - from) * alpha / 255; };
+            target[column] = qRgb(mix(qRed(under), qRed(colour)), mix(qGreen(under), qGreen(colour)),
+                                  mix(qBlue(under), qBlue(colour)));
+        }
+    }
+}
+
 const QImage& CCanvas::Image() {
     if (painter.isActive()) painter.end();
     return image;

@@ -61,6 +61,12 @@ public:
     qreal Paragraph(const QRectF& rectangle, const QString& text, QRgb colour, int height);
     static qreal TextWidth(const QString& text, int height, bool strong = false);
 
+    // The same line of pixels of the back buffer in every row of the rectangle, from its left edge on. Nothing
+    // where the rectangle is wider than the line.
+    void FillLines(const QRectF& rectangle, std::span<const QRgb> line);
+    // The opacity of a picture, its upper left corner at that place, in a colour. Premultiplied 32 bits a pixel.
+    void Mask(const QImage& mask, qreal x, qreal y, QRgb colour);
+
     // The picture so far. Drawing goes on afterwards.
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.

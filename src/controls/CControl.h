@@ -36,7 +36,7 @@ public:
 
     virtual void Draw() {}
     virtual void OnMouseMove(int /*x*/, int /*y*/) {}
-    // Buttons: 0 left, 1 right.
+    // Buttons: 0 left, 1 right, 2 middle where takesMiddleButton is set.
     virtual void OnLButtonDown(int /*x*/, int /*y*/, int /*button*/) {}
     virtual void OnLButtonUp(int /*x*/, int /*y*/, int /*button*/) {}
     virtual void OnDoubleClick(int /*x*/, int /*y*/) {}
@@ -135,6 +135,7 @@ public:
     bool enabled = true;
     bool alternativeClickAlways = false;
     bool captureOnClick = true;
+    bool takesMiddleButton = false;  // others are not told of it
     int primaryButton = 0;
     int popupMenu = -1;
     int infoString = -1;

@@ -12,7 +12,8 @@ namespace quib {
 
 namespace {
 constexpr std::uint64_t kDebounce = 20'000'000;  // nanoseconds
-}
+constexpr int kMiddleButton = 2;
+}  // namespace
 
 CMouseRouter::Hit CMouseRouter::Find(int x, int y) const {
     for (const auto& top : owner.Controls()) {
@@ -75,8 +76,10 @@ void CMouseRouter::Leave() {
 
 bool CMouseRouter::Press(int button, int x, int y) {
     if (Nanoseconds() < earliestPress) return false;
+    const Hit hit = Find(x, y);
+    if (button == kMiddleButton && (hit.control == nullptr || !hit.control->takesMiddleButton)) return false;
     captured = nullptr;
-    if (const Hit hit = Find(x, y); hit.control != nullptr) Click(hit, button, x, y);
+    if (hit.control != nullptr) Click(hit, button, x, y);
     return true;
 }
 
@@ -112,6 +115,8 @@ bool CMouseRouter::TakeAlternativePath(CControl& control) {
 }
 
 void CMouseRouter::Release(int button, int x, int y) {
+    // The others know nothing of this button: their own one may be down.
+    if (button == kMiddleButton && (captured == nullptr || !captured->takesMiddleButton)) return;
     earliestPress = Nanoseconds() + kDebounce;
     released.clear();
     for (const auto& control : owner.Controls()) CollectPressed(*control);

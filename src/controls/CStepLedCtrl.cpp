@@ -4,14 +4,13 @@
 #include <algorithm>
 
 #include "controls/CWinControl.h"
+#include "controls/VirtualKeys.h"
 
 namespace quib {
 
 CStepLedCtrl::CStepLedCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                            QRgb groundColour)
-    : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), ground(groundColour) {
-    captureOnClick = false;
-}
+    : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), ground(groundColour) {}
 
 void CStepLedCtrl::SetStepCount(int newCount) {
     newCount = std::max(1, newCount);
@@ -27,8 +26,33 @@ QRectF CStepLedCtrl::LedArea(int step) const {
     return {qreal(edge(step)), qreal(Y()), qreal(std::max(1, edge(step + 1) - edge(step) - gap)), qreal(Height())};
 }
 
-void CStepLedCtrl::OnLButtonDown(int px, int /*py*/, int button) {
-    if (button == 0 && onStep) onStep(std::clamp((px - X()) * stepCount / std::max(1, Width()), 0, stepCount - 1));
+int CStepLedCtrl::StepAt(int px) const noexcept {
+    return std::clamp((px - X()) * stepCount / std::max(1, Width()), 0, stepCount - 1);
+}
+
+void CStepLedCtrl::OnLButtonDown(int px, int py, int button) {
+    hoveredStep = StepAt(px);
+    if (button != 0) return;
+    if (Owner().IsControlHeld()) {
+        if (onRestart) onRestart(hoveredStep);
+        return;
+    }
+    held = true;
+    pressY = py;
+    if (onPress) onPress(hoveredStep);
+}
+
+void CStepLedCtrl::OnMouseMove(int px, int py) {
+    hoveredStep = StepAt(px);
+    if (held && pressed && onDrag) onDrag(hoveredStep, pressY - py);
+}
+
+void CStepLedCtrl::OnLButtonUp(int /*px*/, int /*py*/, int button) {
+    if (button == 0 && std::exchange(held, false) && onRelease) onRelease();
+}
+
+void CStepLedCtrl::OnKeyDown(int virtualKey) {
+    if (virtualKey == virtualKey::kEscape && std::exchange(held, false) && onCancel) onCancel();
 }
 
 void CStepLedCtrl::Tick() {
@@ -55,14 +79,16 @@ void CStepLedCtrl::Draw() {
 }
 
 void CStepLedCtrl::DrawLed(int step) {
-    static const QRgb off = Palette().Colour(QStringLiteral("wellDeep"));
-    static const QRgb beat = Palette().Colour(QStringLiteral("well"));
-    static const QRgb light = Palette().Colour(QStringLiteral("text"));
+    const QRgb off = Palette().Colour(QStringLiteral("wellDeep"));
     const QRgb accent = Palette().Accent(section);
-    QRgb colour = step % 4 == 0 ? beat : off;
-    if (isUsed && isUsed(step)) colour = Mix(off, accent, 0.55F);
-    if (step == playing) colour = Mix(accent, light, 0.55F);
-    Canvas().Fill(LedArea(step), colour);
+    const int velocity = loudness ? loudness(step) : -1;
+    const QRectF area = LedArea(step);
+    QRgb colour = step % 4 == 0 ? Palette().Colour(QStringLiteral("well")) : off;
+    if (velocity >= 0) colour = Mix(off, accent, 0.30F + 0.70F * static_cast<float>(velocity) / 127.0F);
+    if (step == playing) colour = Mix(accent, Palette().Colour(QStringLiteral("text")), 0.55F);
+    Canvas().Fill(area, colour);
+    // The quietest note is seen.
+    if (velocity >= 0 && step != playing) Canvas().Fill({area.left(), area.top(), area.width(), 2}, accent);
 }
 
 }  // namespace quib

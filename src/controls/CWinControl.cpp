@@ -18,6 +18,7 @@ namespace {
 
 int ButtonOf(const QMouseEvent& event) {
     if (event.button() == Qt::LeftButton) return 0;
+    if (event.button() == Qt::MiddleButton) return 2;
     return event.button() == Qt::RightButton ? 1 : -1;
 }
 
@@ -94,6 +95,10 @@ void CWinControl::Tick() {
 
 void CWinControl::ShowBubble(CControl& control, const QString& text) {
     bubble->ShowText(text, ToWidget(control.Rectangle()), Palette().Accent(control.section), uiScale);
+}
+
+void CWinControl::ShowBubble(const QRect& place, const QString& text, QRgb accent) {
+    bubble->ShowText(text, ToWidget(place), accent, uiScale);
 }
 
 void CWinControl::HideBubble() { bubble->hide(); }

@@ -55,9 +55,12 @@ public:
 
     // Modifiers of the event that is being handled.
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
+    bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
 
     void ShowBubble(CControl& control, const QString& text);
+    // Above a part of a control.
+    void ShowBubble(const QRect& place, const QString& text, QRgb accent);
     void HideBubble();
     void RunManualEntry(CControl& control);
     void ShowPopupMenu(CControl& control);

@@ -41,6 +41,12 @@ int VirtualKeyOf(const QKeyEvent& event) {
             return virtualKey::kRight;
         case Qt::Key_Down:
             return virtualKey::kDown;
+        case Qt::Key_Plus:
+            return virtualKey::kPlus;
+        case Qt::Key_Minus:
+            return virtualKey::kMinus;
+        case Qt::Key_Backtab:
+            return virtualKey::kTab;
         case Qt::Key_Delete:
             return virtualKey::kDelete;
         default:

@@ -27,6 +27,8 @@ constexpr int kRight = 39;
 constexpr int kDown = 40;
 constexpr int kDelete = 46;
 constexpr int kA = 65;
+constexpr int kPlus = 107;
+constexpr int kMinus = 109;
 }  // namespace virtualKey
 
 // Letters and digits are their upper-case ASCII codes; 0 for a key that controls are not told.

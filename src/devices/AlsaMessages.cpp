@@ -3,15 +3,18 @@
 
 #include <alsa/asoundlib.h>
 
+#include <mutex>
+
 namespace quib {
 
 namespace {
+std::once_flag quieted;
+
 void Ignore(const char*, int, const char*, int, const char*, ...) {}
 }  // namespace
 
 void QuietAlsa() {
-    static const int result = snd_lib_error_set_handler(&Ignore);
-    static_cast<void>(result);
+    std::call_once(quieted, [] { snd_lib_error_set_handler(&Ignore); });
 }
 
 }  // namespace quib

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "devices/AlsaMessages.h"
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 
@@ -49,7 +49,7 @@ bool CAlsaOutput::Open(const AudioSettings& settings, std::string& error) {
     }
     interleaved.assign(static_cast<std::size_t>(format.blockSize) * 2, 0);
     xruns = 0;
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
     return true;
 }
 
@@ -100,7 +100,7 @@ bool CAlsaOutput::Start(std::string& error) {
         error = Describe(result);
         return false;
     }
-    SetState(OutputState::Playing);
+    SetState(EOutputState::kPlaying);
     thread = std::thread([this] { Run(); });
     return true;
 }
@@ -111,13 +111,13 @@ void CAlsaOutput::Stop() noexcept {
     thread.join();
     stopping.Clear();
     snd_pcm_drop(pcm);
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
 }
 
 void CAlsaOutput::Close() noexcept {
     Stop();
     if (pcm != nullptr) snd_pcm_close(std::exchange(pcm, nullptr));
-    SetState(OutputState::Closed);
+    SetState(EOutputState::kClosed);
 }
 
 int CAlsaOutput::FillWithSilence() noexcept {
@@ -135,8 +135,8 @@ void CAlsaOutput::Run() noexcept {
     ownClock = false;
     while (WaitForRoom()) {
         const int result = Feed();
-        if (result < 0 && Recover(result) < 0) return LeavePlaying(OutputState::Lost);
-        if (Nanoseconds() - progressTime > kLongestStall) return LeavePlaying(OutputState::Lost);
+        if (result < 0 && Recover(result) < 0) return LeavePlaying(EOutputState::kLost);
+        if (Nanoseconds() - progressTime > kLongestStall) return LeavePlaying(EOutputState::kLost);
         PaceWithoutClock();
     }
 }
@@ -146,7 +146,7 @@ int CAlsaOutput::Feed() noexcept {
     const snd_pcm_sframes_t room = snd_pcm_avail_update(pcm);
     for (snd_pcm_sframes_t left = room; left >= format.blockSize; left -= format.blockSize) {
         if (RenderBlock()) {
-            ConvertToInt16(audio.Master(0), audio.Master(1), interleaved.data(), format.blockSize);
+            ToInt16Frames(audio.Master(0), audio.Master(1), interleaved.data(), format.blockSize);
         } else {
             std::fill(interleaved.begin(), interleaved.end(), std::int16_t{0});
         }

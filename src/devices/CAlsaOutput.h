@@ -21,9 +21,6 @@ public:
     static constexpr const char* kDefaultDevice = "default";
     static constexpr unsigned kBlocks = 5;
 
-    // Which device to take when there is none of the wanted name.
-    enum class EFallback { kNone, kDefaultDevice };
-
     CAlsaOutput(CAudio& engine, EFallback whenAbsent) : COutputDevice(engine), fallback(whenAbsent) {}
     ~CAlsaOutput() override { Close(); }
 

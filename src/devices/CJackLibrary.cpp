@@ -3,9 +3,9 @@
 
 namespace quib {
 
-const CJackLibrary* CJackLibrary::Installed() {
-    static const CJackLibrary library;
-    return library.complete ? &library : nullptr;
+std::shared_ptr<const CJackLibrary> CJackLibrary::Load() {
+    std::shared_ptr<const CJackLibrary> loaded(new CJackLibrary);
+    return loaded->complete ? loaded : nullptr;
 }
 
 CJackLibrary::CJackLibrary() {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "platform/CDynamicLibrary.h"
 
@@ -41,7 +42,7 @@ public:
     static constexpr const char* kLibraryName = "libjack.so.0";
 
     // The library, or null where it is not installed. Any thread.
-    static const CJackLibrary* Installed();
+    static std::shared_ptr<const CJackLibrary> Load();
 
     jack::Client* (*open)(const char* name, int options, int* status, ...) = nullptr;
     int (*close)(jack::Client*) = nullptr;

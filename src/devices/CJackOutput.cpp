@@ -36,11 +36,6 @@ std::vector<std::string> TakeNames(const CJackLibrary& library, const char** nam
 
 }  // namespace
 
-const std::string& CJackOutput::Name() const noexcept {
-    static const std::string name = kName;
-    return name;
-}
-
 bool CJackOutput::Open(const AudioSettings&, std::string& error) {
     Close();
     xruns = 0;
@@ -54,7 +49,7 @@ bool CJackOutput::Open(const AudioSettings&, std::string& error) {
         Close();
         return false;
     }
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
     return true;
 }
 
@@ -83,7 +78,7 @@ bool CJackOutput::Prepare(std::string& error) {
 bool CJackOutput::Start(std::string& error) {
     Stop();
     engineBlock = audio.Format().blockSize;
-    SetState(OutputState::Playing);
+    SetState(EOutputState::kPlaying);
     gate.Open();
     if (active) return true;
     if (library.activate(client) != 0) {
@@ -98,7 +93,7 @@ bool CJackOutput::Start(std::string& error) {
 
 void CJackOutput::Stop() noexcept {
     gate.Shut();
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
 }
 
 void CJackOutput::Close() noexcept {
@@ -106,7 +101,7 @@ void CJackOutput::Close() noexcept {
     active = false;
     midiFeed.ReleaseAll(Milliseconds());
     if (client != nullptr) library.close(std::exchange(client, nullptr));
-    SetState(OutputState::Closed);
+    SetState(EOutputState::kClosed);
 }
 
 void CJackOutput::Connect() {
@@ -136,7 +131,7 @@ void CJackOutput::ConnectToPlayback() {
 }
 
 void CJackOutput::Watch() {
-    if (State() != OutputState::Playing || Nanoseconds() < nextWatch) return;
+    if (State() != EOutputState::kPlaying || Nanoseconds() < nextWatch) return;
     nextWatch = Nanoseconds() + kWatchInterval;
     WatchWiring();
     WatchMidi();
@@ -148,7 +143,7 @@ void CJackOutput::WatchWiring() {
     for (std::size_t index = 0; index < ports.size(); ++index) {
         now[index] = TakeNames(library, library.connections(client, ports[index]));
     }
-    if (State() != OutputState::Playing) return;
+    if (State() != EOutputState::kPlaying) return;
     if (now == wiring->observed) {
         wiring->targets = now;
         wiring->known = true;
@@ -157,7 +152,7 @@ void CJackOutput::WatchWiring() {
 }
 
 std::vector<std::string> CJackOutput::MidiPorts() const {
-    if (client == nullptr || State() == OutputState::Lost) return {};
+    if (client == nullptr || State() == EOutputState::kLost) return {};
     return TakeNames(library, library.ports(client, nullptr, jack::kMidiType, jack::kPortIsOutput));
 }
 
@@ -185,14 +180,14 @@ int CJackOutput::OnProcess(std::uint32_t frames, void* self) {
 int CJackOutput::OnBlockSize(std::uint32_t frames, void* self) {
     auto& output = *static_cast<CJackOutput*>(self);
     output.blockSize = static_cast<int>(frames);
-    if (output.blockSize != output.engineBlock) output.LeavePlaying(OutputState::FormatChanged);
+    if (output.blockSize != output.engineBlock) output.LeavePlaying(EOutputState::kFormatChanged);
     return 0;
 }
 
 int CJackOutput::OnSampleRate(std::uint32_t rate, void* self) {
     auto& output = *static_cast<CJackOutput*>(self);
     const auto next = static_cast<int>(rate);
-    if (output.sampleRate.exchange(next) != next) output.LeavePlaying(OutputState::FormatChanged);
+    if (output.sampleRate.exchange(next) != next) output.LeavePlaying(EOutputState::kFormatChanged);
     return 0;
 }
 
@@ -201,7 +196,7 @@ int CJackOutput::OnXrun(void* self) {
     return 0;
 }
 
-void CJackOutput::OnShutdown(void* self) { static_cast<CJackOutput*>(self)->SetState(OutputState::Lost); }
+void CJackOutput::OnShutdown(void* self) { static_cast<CJackOutput*>(self)->SetState(EOutputState::kLost); }
 
 void CJackOutput::Process(std::uint32_t frames) noexcept {
     const CNoCancellation whole;
@@ -222,7 +217,7 @@ void CJackOutput::Process(std::uint32_t frames) noexcept {
 bool CJackOutput::Render(int frames) noexcept {
     if (frames != engineBlock) {
         blockSize = frames;
-        LeavePlaying(OutputState::FormatChanged);
+        LeavePlaying(EOutputState::kFormatChanged);
         return false;
     }
     if (midiPort != nullptr) ReceiveMidi(frames);

@@ -29,9 +29,10 @@ public:
     static constexpr const char* kName = "JACK";
     static constexpr const char* kClientName = "QUIB Sequencer";
 
-    CJackOutput(CAudio& engine, const CJackLibrary& jackLibrary, std::shared_ptr<JackWiring> userWiring)
+    CJackOutput(CAudio& engine, std::shared_ptr<const CJackLibrary> jackLibrary, std::shared_ptr<JackWiring> userWiring)
         : COutputDevice(engine),
-          library(jackLibrary),
+          loaded(std::move(jackLibrary)),
+          library(*loaded),
           wiring(std::move(userWiring)),
           midiFeed(engine.DeviceMidiQueue()) {}
     ~CJackOutput() override { Close(); }
@@ -44,7 +45,7 @@ public:
     void Watch() override;
     std::vector<std::string> MidiPorts() const override;
     void ListenTo(const std::string& portName) override;
-    const std::string& Name() const noexcept override;
+    const std::string& Name() const noexcept override { return name; }
     DeviceFormat Format() const noexcept override { return {sampleRate.load(), blockSize.load()}; }
 
 private:
@@ -64,6 +65,7 @@ private:
     void WatchWiring();
     void WatchMidi();
 
+    std::shared_ptr<const CJackLibrary> loaded;
     const CJackLibrary& library;
     std::shared_ptr<JackWiring> wiring;
     jack::Client* client = nullptr;
@@ -72,6 +74,7 @@ private:
     std::string midiSource;
     bool midiSourceSeen = false;
     bool active = false;
+    std::string name = kName;
     std::uint64_t nextWatch = 0;  // nanoseconds
 
     CMidiFeed midiFeed;  // of whoever is behind the gate

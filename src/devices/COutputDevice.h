@@ -15,13 +15,16 @@
 
 namespace quib {
 
-enum class OutputState {
-    Closed,
-    Open,           // claimed, its format known, not calling the engine
-    Playing,        // calling the engine
-    FormatChanged,  // plays silence until it is stopped and started with the engine in its new format
-    Lost,           // gone; only Close makes sense
+enum class EOutputState {
+    kClosed,
+    kOpen,           // claimed, its format known, not calling the engine
+    kPlaying,        // calling the engine
+    kFormatChanged,  // plays silence until it is stopped and started with the engine in its new format
+    kLost,           // gone; only Close makes sense
 };
+
+// Which device to take when there is none of the wanted name.
+enum class EFallback { kNone, kDefaultDevice };
 
 struct DeviceFormat {
     int sampleRate = 0;  // Hz
@@ -57,7 +60,7 @@ public:
     virtual const std::string& Name() const noexcept = 0;
     virtual DeviceFormat Format() const noexcept = 0;
 
-    OutputState State() const noexcept { return state.load(std::memory_order_acquire); }
+    EOutputState State() const noexcept { return state.load(std::memory_order_acquire); }
     // Blocks that did not reach the device in time, since it was opened.
     std::uint64_t Xruns() const noexcept { return xruns.load(std::memory_order_relaxed); }
     // False when the device's thread was refused real-time scheduling.
@@ -68,15 +71,15 @@ protected:
     // its stead: the user paused, or the engine is being prepared, or an older device ends its last block.
     bool RenderBlock() noexcept { return !audio.paused.IsOn() && audio.RenderBlock(); }
     // A device that is lost stays so until it is closed.
-    void SetState(OutputState next) noexcept {
-        OutputState now = State();
-        while (now != OutputState::Lost || next == OutputState::Closed) {
+    void SetState(EOutputState next) noexcept {
+        EOutputState now = State();
+        while (now != EOutputState::kLost || next == EOutputState::kClosed) {
             if (state.compare_exchange_weak(now, next, std::memory_order_acq_rel)) return;
         }
     }
     // What the device found out by itself; never overrides what the editing thread did meanwhile.
-    void LeavePlaying(OutputState next) noexcept {
-        OutputState playing = OutputState::Playing;
+    void LeavePlaying(EOutputState next) noexcept {
+        EOutputState playing = EOutputState::kPlaying;
         state.compare_exchange_strong(playing, next, std::memory_order_acq_rel);
     }
 
@@ -85,7 +88,7 @@ protected:
     std::atomic<bool> realTime{true};
 
 private:
-    std::atomic<OutputState> state{OutputState::Closed};
+    std::atomic<EOutputState> state{EOutputState::kClosed};
 };
 
 }  // namespace quib

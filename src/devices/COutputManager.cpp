@@ -3,9 +3,6 @@
 
 #include <fmt/format.h>
 
-#include "devices/CAlsaOutput.h"
-#include "devices/CJackOutput.h"
-#include "devices/CSilentOutput.h"
 #include "platform/Clock.h"
 
 namespace quib {
@@ -39,23 +36,22 @@ void COutputManager::CloseOutput() noexcept {
 }
 
 bool COutputManager::OpenNamed() {
-    if (settings.outputDevice == CSilentOutput::kName) {
-        if (TryDevice(std::make_unique<CSilentOutput>(audio))) return true;
-    } else {
-        if (settings.outputDevice == CJackOutput::kName && jackLibrary != nullptr) {
-            if (TryDevice(MakeJack())) return true;
-            message(kCaption, fmt::format("{} JACK: {}", texts.cannotOpen, settings.outputDevice));
-        }
-        for (int attempt = 0; attempt < 2; ++attempt) {
-            if (TryDevice(std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kDefaultDevice))) return true;
-        }
+    const OutputBackEnd& named = backEnds.Of(settings.outputDevice);
+    if (OpenOf(named)) return true;
+    if (named.hasSubstitute) {
+        message(kCaption, fmt::format("{} {}: {}", texts.cannotOpen, named.device, settings.outputDevice));
+        if (OpenOf(backEnds.General())) return true;
     }
-    message(kCaption, fmt::format("{}: {}", texts.cannotOpen, DeviceName()));
+    const std::string& name = settings.outputDevice.empty() ? backEnds.General().defaultDevice : settings.outputDevice;
+    message(kCaption, fmt::format("{}: {}", texts.cannotOpen, name));
     return false;
 }
 
-std::string COutputManager::DeviceName() const {
-    return settings.outputDevice.empty() ? CAlsaOutput::kDefaultDevice : settings.outputDevice;
+bool COutputManager::OpenOf(const OutputBackEnd& backEnd) {
+    for (int attempt = 0; attempt < backEnd.attempts; ++attempt) {
+        if (TryDevice(backEnd.make(audio, EFallback::kDefaultDevice))) return true;
+    }
+    return false;
 }
 
 bool COutputManager::TryDevice(Made candidate) {
@@ -100,8 +96,8 @@ std::uint64_t COutputManager::Xruns() const noexcept { return formerXruns + (dev
 
 void COutputManager::Poll() {
     if (device) device->Watch();
-    if (device && device->State() == OutputState::FormatChanged) FollowFormat();
-    if (device && device->State() == OutputState::Lost) StandIn();
+    if (device && device->State() == EOutputState::kFormatChanged) FollowFormat();
+    if (device && device->State() == EOutputState::kLost) StandIn();
     if (!lostName.empty()) LookForReturn();
 }
 
@@ -122,7 +118,7 @@ void COutputManager::StandIn() {
     AudioSettings same = settings;
     same.sampleRate = static_cast<int>(audio.Format().sampleRate);
     same.bufferSize = audio.Format().blockSize;
-    auto silent = std::make_unique<CSilentOutput>(audio);
+    auto silent = backEnds.StandIn().make(audio, EFallback::kNone);
     std::string error;
     if (silent->Open(same, error) && silent->Start(error)) device = std::move(silent);
     nextAttempt = Nanoseconds() + kAttemptInterval;
@@ -135,11 +131,12 @@ void COutputManager::LookForReturn() {
         if (Nanoseconds() < nextAttempt) return;
         AudioSettings strict = settings;
         strict.outputDevice = lostName;
-        comeback = std::async(std::launch::async, [candidate = MakeLost(), strict]() mutable {
-            std::string error;
-            if (!candidate->Open(strict, error)) candidate.reset();
-            return std::move(candidate);
-        });
+        comeback = std::async(std::launch::async,
+                              [candidate = backEnds.Of(lostName).make(audio, EFallback::kNone), strict]() mutable {
+                                  std::string error;
+                                  if (!candidate->Open(strict, error)) candidate.reset();
+                                  return std::move(candidate);
+                              });
         return;
     }
     if (comeback.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return;
@@ -155,15 +152,6 @@ void COutputManager::LookForReturn() {
     if (!device->Start(error)) return StandIn();
     if (settings.midiInDevice != kMidiOff) device->ListenTo(settings.midiInDevice);
     lostName.clear();
-}
-
-COutputManager::Made COutputManager::MakeJack() const {
-    return std::make_unique<CJackOutput>(audio, *jackLibrary, wiring);
-}
-
-COutputManager::Made COutputManager::MakeLost() const {
-    if (lostName == CJackOutput::kName && jackLibrary != nullptr) return MakeJack();
-    return std::make_unique<CAlsaOutput>(audio, CAlsaOutput::EFallback::kNone);
 }
 
 }  // namespace quib

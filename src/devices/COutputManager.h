@@ -10,8 +10,8 @@
 #include <string>
 
 #include "devices/CAlsaMidiInput.h"
-#include "devices/CJackOutput.h"
 #include "devices/COutputDevice.h"
+#include "devices/OutputBackEnds.h"
 #include "engine/CAudio.h"
 
 namespace quib {
@@ -33,10 +33,10 @@ public:
     COutputManager(const COutputManager&) = delete;
     COutputManager& operator=(const COutputManager&) = delete;
 
-    // Closes what is open, then opens and starts what the settings name: JACK when they name it, else, or
-    // when that fails, the ALSA device, or the default one where none has the name; a second attempt after a
-    // failed one. Plug-ins are told the format before the device starts. False when no device could be opened: the user
-    // has been told and the engine stays held.
+    // Closes what is open, then opens and starts what the settings name: the device of the back end that the
+    // name belongs to, or, when that fails and has a substitute, one of any name; as often as the back end
+    // wants to be tried. Plug-ins are told the format before the device starts. False when no device could
+    // be opened: the user has been told and the engine stays held.
     bool OpenOutput(const AudioSettings& settings);
     void CloseOutput() noexcept;
 
@@ -57,11 +57,9 @@ public:
 private:
     using Made = std::unique_ptr<COutputDevice>;
 
-    std::string DeviceName() const;
     bool OpenNamed();
+    bool OpenOf(const OutputBackEnd& backEnd);
     bool TryDevice(Made candidate);
-    Made MakeJack() const;
-    Made MakeLost() const;
     void PrepareEngine(const DeviceFormat& format);
     void DropDevice() noexcept;
     void FollowFormat();
@@ -71,8 +69,7 @@ private:
     CAudio& audio;
     Texts texts;
     Message message;
-    const CJackLibrary* jackLibrary = CJackLibrary::Installed();
-    std::shared_ptr<JackWiring> wiring = std::make_shared<JackWiring>();
+    COutputBackEnds backEnds;
     AudioSettings settings;
     CAlsaMidiInput midiInput{audio};
     Made device;

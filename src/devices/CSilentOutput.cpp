@@ -10,11 +10,6 @@ namespace {
 constexpr std::int64_t kLongestDelay = 1'000'000'000;  // nanoseconds
 }  // namespace
 
-const std::string& CSilentOutput::Name() const noexcept {
-    static const std::string name = kName;
-    return name;
-}
-
 bool CSilentOutput::Open(const AudioSettings& settings, std::string& error) {
     Close();
     if (!CAudio::IsUsable(settings.sampleRate, settings.bufferSize)) {
@@ -23,13 +18,13 @@ bool CSilentOutput::Open(const AudioSettings& settings, std::string& error) {
     }
     format = {settings.sampleRate, settings.bufferSize};
     xruns = 0;
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
     return true;
 }
 
 bool CSilentOutput::Start(std::string&) {
     Stop();
-    SetState(OutputState::Playing);
+    SetState(EOutputState::kPlaying);
     thread = std::thread([this] { Run(); });
     return true;
 }
@@ -39,12 +34,12 @@ void CSilentOutput::Stop() noexcept {
     stopping.Signal();
     thread.join();
     stopping.Clear();
-    SetState(OutputState::Open);
+    SetState(EOutputState::kOpen);
 }
 
 void CSilentOutput::Close() noexcept {
     Stop();
-    SetState(OutputState::Closed);
+    SetState(EOutputState::kClosed);
 }
 
 void CSilentOutput::Run() noexcept {

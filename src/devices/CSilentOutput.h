@@ -22,12 +22,13 @@ public:
     bool Start(std::string& error) override;
     void Stop() noexcept override;
     void Close() noexcept override;
-    const std::string& Name() const noexcept override;
+    const std::string& Name() const noexcept override { return name; }
     DeviceFormat Format() const noexcept override { return format; }
 
 private:
     void Run() noexcept;
 
+    std::string name = kName;
     DeviceFormat format;
     CWakeEvent stopping;
     std::thread thread;

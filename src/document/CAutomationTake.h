@@ -10,23 +10,23 @@
 
 #include "model/CInstrument.h"
 
-class QUndoStack;
-
 namespace quib {
+
+class CChanges;
 
 class CAutomationTake {
 public:
     // The instrument's MIDI lanes are about to take points.
     void WillRecord(const std::shared_ptr<CInstrument>& instrument);
-    bool IsEmpty() const noexcept { return changes.empty(); }
-    void Finish(const QString& name, QUndoStack& undo, CGraveyard& graveyard);
+    bool IsEmpty() const noexcept { return recorded.empty(); }
+    void Finish(const QString& name, CChanges& changes);
 
 private:
-    struct Change {
+    struct Recorded {
         std::shared_ptr<CInstrument> instrument;
         std::shared_ptr<const CEventLanes> before;
     };
-    std::vector<Change> changes;
+    std::vector<Recorded> recorded;
 };
 
 }  // namespace quib

@@ -7,8 +7,22 @@
 
 namespace quib {
 
-CChangeCommand::CChangeCommand(const QString& name, Change forthChange, Change backChange, bool isDone)
-    : QUndoCommand(name), forth(std::move(forthChange)), back(std::move(backChange)), done(isDone) {}
+CChangeCommand::CChangeCommand(const QString& name, Change forthChange, Change backChange, bool isDone,
+                               const void* mergeThing)
+    : QUndoCommand(name),
+      forth(std::move(forthChange)),
+      back(std::move(backChange)),
+      done(isDone),
+      thing(mergeThing),
+      time(Milliseconds()) {}
+
+bool CChangeCommand::mergeWith(const QUndoCommand* other) {
+    const auto* const next = static_cast<const CChangeCommand*>(other);
+    if (next->thing != thing || next->text() != text() || next->time - time > kMergeMilliseconds) return false;
+    forth = next->forth;
+    time = next->time;
+    return true;
+}
 
 void CChangeCommand::redo() {
     if (!std::exchange(done, false)) forth();

@@ -16,9 +16,13 @@ constexpr std::uint32_t kMergeMilliseconds = 600;
 class CChangeCommand : public QUndoCommand {
 public:
     using Change = std::function<void()>;
-    // `forth` is run at once when the step is pushed, unless `isDone` says that it has happened.
-    CChangeCommand(const QString& name, Change forthChange, Change backChange, bool isDone = false);
+    // `forth` is run at once when the step is pushed, unless `isDone` says that it has happened. Steps of
+    // the same `mergeThing`, which null is not, merge when they follow within the time above.
+    CChangeCommand(const QString& name, Change forthChange, Change backChange, bool isDone = false,
+                   const void* mergeThing = nullptr);
 
+    int id() const override { return thing != nullptr ? 2 : -1; }
+    bool mergeWith(const QUndoCommand* other) override;
     void redo() override;
     void undo() override { back(); }
 
@@ -26,6 +30,8 @@ private:
     Change forth;
     Change back;
     bool done;
+    const void* thing;
+    std::uint32_t time;
 };
 
 // A value that a gesture has changed. Gestures of the same thing that follow within the time above merge.

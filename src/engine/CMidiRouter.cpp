@@ -65,7 +65,7 @@ void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, cons
 
 void CMidiRouter::SelectPreset(const MidiMessage& message) noexcept {
     if (!Matches(presets.channel.Get(), message)) return;
-    EngineNotice notice{EngineNotice::Kind::PresetSelected};
+    EngineNotice notice{EngineNotice::EKind::kPresetSelected};
     if (presets.mode.Get() == 0 && Type(message) == kNoteOn && message.data2 > 0) {
         notice.value = message.data1 - presets.baseNote.Get();
     } else if (presets.mode.Get() == 1 && Type(message) == kProgramChange) {
@@ -92,7 +92,7 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
             return OfferToLane(instrument, kAftertouchLane, message.data1, position);
         case kProgramChange:
             if (!midi.programChange.IsOn()) return;
-            notices.TryPush({EngineNotice::Kind::ProgramSelected, instrument.Id(), message.data1});
+            notices.TryPush({EngineNotice::EKind::kProgramSelected, instrument.Id(), message.data1});
             return OfferToLane(instrument, kProgramChangeLane, message.data1, position);
         case kControlChange:
             if (!midi.modulationWheel.IsOn() || message.data1 != kModulationController) return;
@@ -112,6 +112,11 @@ void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::u
                               static_cast<std::uint8_t>(std::clamp(velocity, 0, 127)), time});
 }
 
+void CMidiRouter::Audition(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+    if (key < 0 || key > 127) return;
+    instrument.play.liveEvents.Add(Event(kNoteOn, key, std::clamp(velocity, 0, 127), time));
+}
+
 void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
     MidiInputSettings& midi = instrument.midi;
     const int key = message.data1;
@@ -119,7 +124,7 @@ void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& messa
     if (midi.limitLearning.Get() >= 0) {
         (midi.limitLearning.Get() == 0 ? midi.keyFrom : midi.keyTo).Set(key);
         midi.limitLearning.Set(-1);
-        notices.TryPush({EngineNotice::Kind::LimitLearned, instrument.Id()});
+        notices.TryPush({EngineNotice::EKind::kLimitLearned, instrument.Id()});
         return;
     }
     if (instrument.keyboardOn.IsOn()) {
@@ -137,7 +142,7 @@ void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& messa
 
 void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {
     if (!recording.IsOn() || position < 0.0F) return;
-    notices.TryPush({EngineNotice::Kind::LanePoint, instrument.Id(), value, lane, instrument.play.currentPattern,
+    notices.TryPush({EngineNotice::EKind::kLanePoint, instrument.Id(), value, lane, instrument.play.currentPattern,
                      position, static_cast<float>(value)});
 }
 

@@ -29,6 +29,8 @@ public:
     void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
     // A key of one instrument, whatever its channel: of its on-screen keyboard. Velocity 0 ends it.
     void PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    // A key straight to the plug-in, as it stands: no key range, transposition or arpeggiator.
+    static void Audition(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
     // Messages dispatched so far.
     std::uint32_t Count() const noexcept { return count; }
 

@@ -22,4 +22,8 @@ void CTransport::UpdateStepFraction() noexcept {
     stepFraction = 1.0F - static_cast<float>(samplesToNextStep) / samplesPerStep;
 }
 
+double CTransport::SamplePlace() const noexcept {
+    return std::trunc((soundingStep + static_cast<double>(stepFraction)) * static_cast<double>(samplesPerStep));
+}
+
 }  // namespace quib

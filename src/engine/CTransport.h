@@ -12,13 +12,12 @@ struct CTransport {
     bool changed = true;             // started, stopped or jumped since the last block
     std::int64_t sampleCounter = 0;  // samples since the start of playing
     std::int32_t samplesToNextStep = 0;
-    std::int32_t globalStep = 0;       // song step that the next boundary runs
-    std::int32_t soundingStep = -1;    // step that the last boundary ran, counted on outside song mode
-    std::int32_t stopStep = -1;        // playing ends where this step would begin; -1 none
-    std::int32_t maxStepCount = 1;     // longest playing pattern + 1
-    std::uint32_t stepTime = 0;        // milliseconds at which the last step began
-    std::uint32_t blockStartTime = 0;  // milliseconds
-    bool loopJumped = false;           // sounding notes end at the next boundary
+    std::int32_t globalStep = 0;     // song step that the next boundary runs
+    std::int32_t soundingStep = -1;  // step that the last boundary ran, counted on outside song mode
+    std::int32_t stopStep = -1;      // playing ends where this step would begin; -1 none
+    std::int32_t maxStepCount = 1;   // longest playing pattern + 1
+    std::uint32_t stepTime = 0;      // milliseconds at which the last step began
+    bool loopJumped = false;         // sounding notes end at the next boundary
 
     // Timing of the current block, set once its tempo is known.
     double sampleRate = 44100.0;
@@ -32,6 +31,8 @@ struct CTransport {
     // Position in quarter notes at the start of the block that is about to run.
     double QuarterNotes(int stepsPerBeat) const noexcept;
     void UpdateStepFraction() noexcept;
+    // The step that sounds and its share that has passed, in whole samples from the start of the song.
+    double SamplePlace() const noexcept;
 };
 
 }  // namespace quib

@@ -10,17 +10,18 @@ namespace quib {
 
 // Editing thread to render thread.
 struct EngineCommand {
-    enum class Kind : std::uint8_t {
-        Play,           // from the current song step, patterns from their start
-        Stop,           // sounding notes end
-        StopAt,         // value: step where the next playing ends, of the song or counted from its start
-        Locate,         // value: song step
-        SelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
-        StartPattern,   // value: step; the current pattern begins there at the next beat
-        MoveBall,       // value: ball; x, y: 0..127
-        PlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
+    enum class EKind : std::uint8_t {
+        kPlay,           // from the current song step, patterns from their start
+        kStop,           // sounding notes end
+        kStopAt,         // value: step where the next playing ends, of the song or counted from its start
+        kLocate,         // value: song step
+        kSelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
+        kStartPattern,   // value: step; the current pattern begins there at the next beat
+        kMoveBall,       // value: ball; x, y: 0..127
+        kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
+        kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
     };
-    Kind kind = Kind::Stop;
+    EKind kind = EKind::kStop;
     std::uint32_t instrument = 0;
     std::int32_t value = 0;
     float x = 0;
@@ -29,13 +30,13 @@ struct EngineCommand {
 
 // Render thread to editing thread.
 struct EngineNotice {
-    enum class Kind : std::uint8_t {
-        PresetSelected,   // value: preset number
-        ProgramSelected,  // instrument, value: program to set in its plug-in
-        LanePoint,        // instrument, lane, pattern, x, y: recorded automation of a MIDI lane
-        LimitLearned,     // instrument: its key range has changed
+    enum class EKind : std::uint8_t {
+        kPresetSelected,   // value: preset number
+        kProgramSelected,  // instrument, value: program to set in its plug-in
+        kLanePoint,        // instrument, lane, pattern, x, y: recorded automation of a MIDI lane
+        kLimitLearned,     // instrument: its key range has changed
     };
-    Kind kind = Kind::PresetSelected;
+    EKind kind = EKind::kPresetSelected;
     std::uint32_t instrument = 0;
     std::int32_t value = 0;
     std::int32_t lane = 0;

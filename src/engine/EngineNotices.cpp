@@ -53,9 +53,9 @@ void FollowNotices(CAudio& audio, const std::function<void(const EngineNotice&)>
     std::vector<EngineNotice> notices;
     for (EngineNotice notice; audio.Fetch(notice);) {
         notices.push_back(notice);
-        if (notice.kind == EngineNotice::Kind::LanePoint) {
+        if (notice.kind == EngineNotice::EKind::kLanePoint) {
             recorded[{notice.instrument, notice.pattern, notice.lane}].push_back({notice.x, notice.y});
-        } else if (notice.kind == EngineNotice::Kind::ProgramSelected) {
+        } else if (notice.kind == EngineNotice::EKind::kProgramSelected) {
             programs[notice.instrument] = notice.value;
         }
     }

@@ -10,7 +10,7 @@ namespace {
 
 void PlayMixLanes(CInstrument& instrument, int slot, float position, double sampleRate) noexcept {
     for (const CEventLanes::Lane& lane : instrument.mixLanes.ForRender().Lanes(slot)) {
-        if (lane.index >= kMixLaneCount) break;
+        if (!IsMixLane(lane.index)) continue;
         const auto index = static_cast<std::size_t>(lane.index);
         const auto value = ValueAt(*lane.points, position, MixParameters()[index].kind);
         if (!value || *value == instrument.play.lastMixValue[index]) continue;
@@ -59,13 +59,9 @@ void PlayMidiLanes(CInstrument& instrument, int slot, float position) noexcept {
 }  // namespace
 
 void ChangeMixValue(CInstrument& instrument, int lane, float value, double sampleRate) noexcept {
-    if (!SetMixValue(instrument.strip, lane, value)) return;
-    const int band = EqBandOfMixParameter(lane);
-    if (band < 0) return;
-    const auto index = static_cast<std::size_t>(band);
-    ApplyEqUpdate(instrument.play.strip,
-                  DesignEqBand(band, instrument.strip.eqFreq[index].Get(), instrument.strip.eqQ[index].Get(),
-                               instrument.strip.eqGain[index].Get(), sampleRate));
+    const StripSetting* const setting = SetMixValue(instrument.strip, lane, value);
+    if (setting == nullptr || setting->eqBand < 0) return;
+    ApplyEqUpdate(instrument.play.strip, DesignEqBand(instrument.strip, setting->eqBand, sampleRate));
 }
 
 void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignments, float place,
@@ -78,10 +74,8 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
                 entry.plugin->PlayParameter(assignment.parameter, value);
                 break;
             case BallTarget::Mix:
-                if (assignment.parameter >= 0 && assignment.parameter < kMixLaneCount) {
-                    const LaneDescription& range = MixParameters()[static_cast<std::size_t>(assignment.parameter)];
-                    ChangeMixValue(*entry.instrument, assignment.parameter,
-                                   range.minimum + (range.maximum - range.minimum) * value, sampleRate);
+                if (const auto scaled = MixValueOf(assignment.parameter, value)) {
+                    ChangeMixValue(*entry.instrument, assignment.parameter, *scaled, sampleRate);
                 }
                 break;
             case BallTarget::Insert1:
@@ -107,6 +101,19 @@ void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block)
     const float position = static_cast<float>(instrument.play.currentStep) + block.stepFraction;
     play(instrument.play.currentPattern, position);
     PlayMidiLanes(instrument, instrument.play.currentPattern, position);
+}
+
+void ForgetAutomation(BlockContext& block) noexcept {
+    const auto forget = [](CPlugin* plugin) {
+        if (plugin != nullptr) plugin->ForgetAutomation();
+    };
+    for (BlockInstrument& entry : block.instruments) {
+        entry.instrument->play.ForgetAutomation();
+        forget(entry.plugin);
+        for (CPlugin* const insert : entry.inserts) forget(insert);
+    }
+    for (CPlugin* const insert : block.masterInserts) forget(insert);
+    for (CPlugin* const effect : block.sharedEffects) forget(effect);
 }
 
 void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept {

@@ -21,6 +21,9 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
 // pattern. MIDI lanes become events at the start of the block.
 void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block) noexcept;
 
+// Lets the next values of all automation count as new.
+void ForgetAutomation(BlockContext& block) noexcept;
+
 // Plays the automation of the master section for the block.
 void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept;
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "engine/BlockContext.h"
+#include "engine/CTransport.h"
 
 namespace quib {
 
@@ -35,5 +36,8 @@ struct PlayPicture {
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};
 };
+
+// Render thread: everything but the count of live messages.
+void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport& transport) noexcept;
 
 }  // namespace quib

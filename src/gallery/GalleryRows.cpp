@@ -27,7 +27,7 @@ void CGallery::BuildPatterns() {
     auto& leds =
         Place<CStepLedCtrl>(ESection::kPattern, at.x(), at.y() + 26, 352, 6, Palette().Colour(QStringLiteral("panel")));
     leds.playingStep = [this] { return playingStep; };
-    leds.isUsed = [](int step) { return step % 4 == 0 || step == 5 || step == 11 || step == 14; };
+    leds.loudness = [](int step) { return step % 4 == 0 || step == 5 || step == 11 || step == 14 ? 100 : -1; };
     leds.NotesChanged();
     auto& presets = Place<CPresetSelectorCtrl>(ESection::kMix, at.x(), at.y() + 37, 176, 20, Value(3));
     presets.presetCount = [] { return 6; };
@@ -38,7 +38,7 @@ void CGallery::BuildPatterns() {
                                       Palette().Colour(QStringLiteral("panel")));
     steps.SetStepCount(32);
     steps.playingStep = [this] { return playingStep * 2 + 1; };
-    steps.isUsed = [](int step) { return step % 3 == 0; };
+    steps.loudness = [](int step) { return step % 3 == 0 ? 60 : -1; };
 }
 
 void CGallery::BuildTexts() {

@@ -7,19 +7,13 @@ namespace quib {
 
 namespace {
 
-std::uint32_t NextId() noexcept {
-    static std::atomic<std::uint32_t> last{0};
-    return last.fetch_add(1, std::memory_order_relaxed) + 1;
-}
+std::atomic<std::uint32_t> lastId{0};
+
+std::uint32_t NextId() noexcept { return lastId.fetch_add(1, std::memory_order_relaxed) + 1; }
 
 }  // namespace
 
-CInstrument::CInstrument() : id(NextId()) {
-    for (std::size_t band = 0; band < kEqBandCount; ++band) {
-        strip.eqFreq[band].Set(kDefaultEqFreq[band]);
-        strip.eqQ[band].Set(kDefaultEqQ);
-    }
-}
+CInstrument::CInstrument() : id(NextId()) {}
 
 StepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept {
     for (int mode = 3; mode >= 1; --mode) {
@@ -38,10 +32,7 @@ void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept
 }
 
 bool UpdateEqualizer(CInstrument& instrument, int band, double sampleRate) noexcept {
-    const auto index = static_cast<std::size_t>(band);
-    return instrument.eqPending.TryPush(DesignEqBand(band, instrument.strip.eqFreq[index].Get(),
-                                                     instrument.strip.eqQ[index].Get(),
-                                                     instrument.strip.eqGain[index].Get(), sampleRate));
+    return instrument.eqPending.TryPush(DesignEqBand(instrument.strip, band, sampleRate));
 }
 
 }  // namespace quib

@@ -2,7 +2,7 @@
 #include "model/CPattern.h"
 
 #include <algorithm>
-#include <numeric>
+#include <bit>
 #include <utility>
 
 namespace quib {
@@ -11,17 +11,26 @@ int StepOfPosition(float position) noexcept {
     return position >= 0.0F && position < static_cast<float>(kMaximumStepCount) ? static_cast<int>(position) : -1;
 }
 
+namespace {
+
+// By position, then as added; what lies in no step, positions that are no number too, comes first. The
+// bits of floats that are not negative have the order of the floats, and whole numbers sort fast.
+std::uint64_t OrderKey(const Note& note, std::size_t index) noexcept {
+    const bool inStep = StepOfPosition(note.position) >= 0;
+    const std::uint64_t place = inStep ? std::bit_cast<std::uint32_t>(note.position + 0.0F) + 1U : 0U;
+    return place << 32 | index;
+}
+
+}  // namespace
+
 CPattern::CPattern(int steps, std::vector<Note> noteList, int firstStep)
     : stepCount(std::clamp(steps, 0, kMaximumStepCount)), notes(std::move(noteList)), order(notes.size()) {
     loopStart = std::clamp(firstStep, 0, LoopLength() - 1);
-    std::iota(order.begin(), order.end(), 0U);
-    // By step first: positions that are no number share step -1, which keeps the order total.
-    const auto before = [this](std::uint32_t a, std::uint32_t b) {
-        const int stepA = StepOfPosition(notes[a].position);
-        const int stepB = StepOfPosition(notes[b].position);
-        return stepA != stepB ? stepA < stepB : stepA >= 0 && notes[a].position < notes[b].position;
-    };
-    if (!std::is_sorted(order.begin(), order.end(), before)) std::stable_sort(order.begin(), order.end(), before);
+    std::vector<std::uint64_t> keys(notes.size());
+    for (std::size_t index = 0; index < notes.size(); ++index) keys[index] = OrderKey(notes[index], index);
+    if (!std::is_sorted(keys.begin(), keys.end())) std::sort(keys.begin(), keys.end());
+    std::transform(keys.begin(), keys.end(), order.begin(),
+                   [](std::uint64_t key) { return static_cast<std::uint32_t>(key); });
 }
 
 std::span<const std::uint32_t> CPattern::NotesOfStep(int step) const noexcept {
@@ -31,6 +40,12 @@ std::span<const std::uint32_t> CPattern::NotesOfStep(int step) const noexcept {
     const auto last = std::upper_bound(first, order.end(), step,
                                        [&](int wanted, std::uint32_t index) { return wanted < stepOf(index); });
     return {first, last};
+}
+
+std::span<const std::uint32_t> CPattern::NotesByStart() const noexcept {
+    const auto first = std::partition_point(
+        order.begin(), order.end(), [this](std::uint32_t index) { return StepOfPosition(notes[index].position) < 0; });
+    return {first, order.end()};
 }
 
 }  // namespace quib

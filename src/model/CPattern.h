@@ -42,6 +42,8 @@ public:
 
     // Indices into Notes() of the notes that start inside `step`, earlier position first.
     std::span<const std::uint32_t> NotesOfStep(int step) const noexcept;
+    // Indices into Notes() of the notes that start inside any step, earlier position first, then as added.
+    std::span<const std::uint32_t> NotesByStart() const noexcept;
 
 private:
     int stepCount = kDefaultStepCount;

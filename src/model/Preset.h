@@ -13,31 +13,14 @@
 #include "model/BallSound.h"
 #include "model/CEventLanes.h"
 #include "model/CPattern.h"
-#include "model/ChannelStrip.h"
+#include "model/StripSettings.h"
 
 namespace quib {
 
 using StateImage = std::vector<std::byte>;
 
-// The values of a channel strip at one moment.
-struct StripValues {
-    float level = kDefaultLevel;
-    float pan = 0;
-    float mute = 0;
-    float crossfadeA = 0;
-    float crossfadeB = 0;
-    float synchro = 0;
-    std::array<float, kInsertCount> insertOn{};
-    std::array<float, kSendCount> sendOn{};
-    std::array<float, kSendCount> sendLevel{};
-    float eqOn = 0;
-    std::array<float, kEqBandCount> eqFreq = kDefaultEqFreq;
-    std::array<float, kEqBandCount> eqQ = {kDefaultEqQ, kDefaultEqQ, kDefaultEqQ};
-    std::array<float, kEqBandCount> eqGain{};
-};
-
 struct Preset {
-    StripValues strip;
+    StripValues strip = InitialStripValues();
     std::int32_t stepNumber = kDefaultStepCount;
     std::int32_t stepNumberMode = 0;  // 0 none, 1..3 the switch that is on
     float stepNumberModeValue = 0;

@@ -11,28 +11,6 @@ namespace quib {
 
 namespace {
 
-// Calls `pair(setting, value)` for each setting of a strip with its place in the snapshot.
-template <class Strip, class Values, class Pair>
-void ForEachStripValue(Strip& strip, Values& values, Pair pair) {
-    pair(strip.level, values.level);
-    pair(strip.pan, values.pan);
-    pair(strip.mute, values.mute);
-    pair(strip.crossfadeA, values.crossfadeA);
-    pair(strip.crossfadeB, values.crossfadeB);
-    pair(strip.synchro, values.synchro);
-    pair(strip.eqOn, values.eqOn);
-    for (std::size_t i = 0; i < kInsertCount; ++i) pair(strip.insertOn[i], values.insertOn[i]);
-    for (std::size_t i = 0; i < kSendCount; ++i) {
-        pair(strip.sendOn[i], values.sendOn[i]);
-        pair(strip.sendLevel[i], values.sendLevel[i]);
-    }
-    for (std::size_t i = 0; i < kEqBandCount; ++i) {
-        pair(strip.eqFreq[i], values.eqFreq[i]);
-        pair(strip.eqQ[i], values.eqQ[i]);
-        pair(strip.eqGain[i], values.eqGain[i]);
-    }
-}
-
 std::shared_ptr<const StateImage> StateOf(const PluginSlot& slot) {
     if (slot.plugin) return std::make_shared<const StateImage>(SaveBank(*slot.plugin));
     return slot.missing ? slot.missing->state : nullptr;
@@ -44,13 +22,10 @@ void PublishLanes(CPublished<CEventLanes>& lanes, const CEventLanes& patterns, C
     lanes.Publish(std::make_shared<const CEventLanes>(patterns.WithSlotOf(song, CEventLanes::kSongSlot)), graveyard);
 }
 
-CEventLanes PatternPoints(const CEventLanes& lanes) {
-    static const CEventLanes none;
-    return lanes.WithSlotOf(none, CEventLanes::kSongSlot);
-}
+CEventLanes PatternPoints(const CEventLanes& lanes) { return lanes.WithSlotOf(CEventLanes(), CEventLanes::kSongSlot); }
 
 void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard) {
-    static const auto empty = std::make_shared<const CPattern>();
+    const auto empty = std::make_shared<const CPattern>();
     for (std::size_t i = 0; i < preset.patterns.size(); ++i) {
         instrument.patterns[i].Publish(preset.patterns[i] ? preset.patterns[i] : empty, graveyard);
         instrument.patternUsed[i].Set(preset.patternUsed[i]);
@@ -70,7 +45,7 @@ void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& g
 
 Preset TakePreset(CInstrument& instrument, std::span<const std::int32_t> heldKeys) {
     Preset preset;
-    ForEachStripValue(instrument.strip, preset.strip, [](CValue& setting, float& value) { value = setting.Get(); });
+    preset.strip = ValuesOf(instrument.strip);
     preset.stepNumber = instrument.stepNumber.Get();
     preset.stepNumberMode = static_cast<std::int32_t>(SelectedStepNumberMode(instrument));
     preset.stepNumberModeValue = instrument.swing.Get();
@@ -108,7 +83,7 @@ bool RemovePreset(CInstrument& instrument, std::size_t index) {
 }
 
 CPresetRecall::CPresetRecall(CInstrument& instrument, const Preset& preset, CGraveyard& graveyard, double sampleRate) {
-    ForEachStripValue(instrument.strip, preset.strip, [](CValue& setting, const float& value) { setting.Set(value); });
+    SetValues(instrument.strip, preset.strip);
     for (int band = 0; band < kEqBandCount; ++band) (void)UpdateEqualizer(instrument, band, sampleRate);
     RecallPatterns(instrument, preset, graveyard);
     instrument.eventPluginParameters = preset.eventPluginParameters;

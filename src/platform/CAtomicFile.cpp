@@ -18,12 +18,14 @@ constexpr mode_t kPermissionBits = 07777;
 constexpr mode_t kNewFile = 0666;  // before the process's mask
 constexpr mode_t kPrivate = 0600;
 
+CFileCalls systemCalls;  // holds nothing
+std::atomic<unsigned> nextTemporary{0};
+
 // A name beside `path` that no other save of this or another process uses now.
 std::filesystem::path TemporaryName(const std::filesystem::path& path) {
-    static std::atomic<unsigned> next{0};
     std::string name = ".";
     name += path.filename().string();
-    name += '.' + std::to_string(::getpid()) + '-' + std::to_string(next.fetch_add(1)) + ".tmp";
+    name += '.' + std::to_string(::getpid()) + '-' + std::to_string(nextTemporary.fetch_add(1)) + ".tmp";
     return path.parent_path() / name;
 }
 
@@ -45,11 +47,7 @@ int CFileCalls::Close(int file) { return ::close(file); }
 int CFileCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
 int CFileCalls::Remove(const char* path) { return ::unlink(path); }
 
-CAtomicFile::CAtomicFile()
-    : CAtomicFile([]() -> CFileCalls& {
-          static CFileCalls system;
-          return system;
-      }()) {}
+CAtomicFile::CAtomicFile() : CAtomicFile(systemCalls) {}
 
 bool CAtomicFile::Replace(const std::filesystem::path& path, std::span<const char> bytes, std::string& error) {
     const std::filesystem::path target = Target(path);

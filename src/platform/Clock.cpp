@@ -14,7 +14,7 @@ std::uint64_t Read(clockid_t clock) noexcept {
 }  // namespace
 
 std::uint64_t Nanoseconds() noexcept { return Read(CLOCK_MONOTONIC); }
-std::uint32_t Milliseconds() noexcept { return static_cast<std::uint32_t>(Nanoseconds() / 1'000'000U); }
+std::uint32_t Milliseconds() noexcept { return ToMilliseconds(Nanoseconds()); }
 std::uint64_t ThreadCpuNanoseconds() noexcept { return Read(CLOCK_THREAD_CPUTIME_ID); }
 std::uint64_t ProcessCpuNanoseconds() noexcept { return Read(CLOCK_PROCESS_CPUTIME_ID); }
 

@@ -5,23 +5,44 @@
 
 namespace quib {
 
+namespace {
+
+void PublishSettings(const MasterSettings& master, CAudio& audio) {
+    EngineSettings& settings = audio.settings;
+    settings.tempo.Set(master.tempo);
+    settings.masterLevel.Set(master.level);
+    settings.songMode.Set(master.songMode);
+    settings.synchroOn.Set(master.synchroOn);
+    settings.loopOn.Set(master.loopOn);
+    settings.loopStart.Set(master.loopStart);
+    settings.loopEnd.Set(master.loopEnd);
+    settings.crossfader.Set(master.crossfade);
+    audio.presetSelection.channel.Set(master.presetMidi[0]);
+    audio.presetSelection.baseNote.Set(master.presetMidi[1]);
+    audio.presetSelection.mode.Set(master.presetMidi[2]);
+}
+
+void GatherSettings(const CAudio& audio, MasterSettings& master) {
+    const EngineSettings& settings = audio.settings;
+    master.tempo = settings.tempo.Get();
+    master.level = settings.masterLevel.Get();
+    master.songMode = settings.songMode.Get();
+    master.synchroOn = settings.synchroOn.Get();
+    master.loopOn = settings.loopOn.Get();
+    master.loopStart = settings.loopStart.Get();
+    master.loopEnd = settings.loopEnd.Get();
+    master.crossfade = settings.crossfader.Get();
+    master.presetMidi = {audio.presetSelection.channel.Get(), audio.presetSelection.baseNote.Get(),
+                         audio.presetSelection.mode.Get()};
+}
+
+}  // namespace
+
 void PublishProject(const ProjectState& state, CAudio& audio) {
     for (const auto& instrument : state.instruments) audio.PrepareInstrument(*instrument);
-
-    EngineSettings& settings = audio.settings;
-    settings.tempo.Set(state.master.tempo);
-    settings.masterLevel.Set(state.master.level);
-    settings.songMode.Set(state.master.songMode);
-    settings.synchroOn.Set(state.master.synchroOn);
-    settings.loopOn.Set(state.master.loopOn);
-    settings.loopStart.Set(state.master.loopStart);
-    settings.loopEnd.Set(state.master.loopEnd);
-    settings.crossfader.Set(state.master.crossfade);
-    audio.presetSelection.channel.Set(state.master.presetMidi[0]);
-    audio.presetSelection.baseNote.Set(state.master.presetMidi[1]);
-    audio.presetSelection.mode.Set(state.master.presetMidi[2]);
+    PublishSettings(state.master, audio);
     for (std::size_t index = 0; index < kInsertCount; ++index) {
-        settings.masterInsertOn[index].Set(state.masterInserts[index].on);
+        audio.settings.masterInsertOn[index].Set(state.masterInserts[index].on);
         audio.masterInserts[index].Publish(state.masterInserts[index].slot, audio.graveyard);
     }
     for (std::size_t index = 0; index < kSendCount; ++index) {
@@ -29,6 +50,19 @@ void PublishProject(const ProjectState& state, CAudio& audio) {
     }
     audio.masterLanes.Publish(std::make_shared<const CEventLanes>(state.masterLanes), audio.graveyard);
     audio.PublishInstruments(state.instruments);
+}
+
+void GatherProject(const CAudio& audio, ProjectState& state) {
+    GatherSettings(audio, state.master);
+    for (std::size_t index = 0; index < kInsertCount; ++index) {
+        state.masterInserts[index].on = audio.settings.masterInsertOn[index].Get();
+        state.masterInserts[index].slot = audio.masterInserts[index].ForEdit();
+    }
+    for (std::size_t index = 0; index < kSendCount; ++index) {
+        state.effects[index] = audio.sharedEffects[index].ForEdit();
+    }
+    state.masterLanes = *audio.masterLanes.ForEdit();
+    state.instruments = *audio.instruments.ForEdit();
 }
 
 int SongSteps(const ProjectState& state) {

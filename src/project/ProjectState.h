@@ -67,4 +67,15 @@ struct ProjectState {
     std::vector<std::string> warnings;
 };
 
+// Calls `visit` with the slot of every plug-in place of the project.
+template <class Visit>
+void ForEachSlot(const ProjectState& state, const Visit& visit) {
+    for (const MasterInsert& insert : state.masterInserts) visit(*insert.slot);
+    for (const auto& instrument : state.instruments) {
+        visit(*instrument->plugin.ForEdit());
+        for (const auto& insert : instrument->inserts) visit(*insert.ForEdit());
+    }
+    for (const auto& effect : state.effects) visit(*effect);
+}
+
 }  // namespace quib

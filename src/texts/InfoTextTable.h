@@ -151,9 +151,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
     {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
     {480,
-     "STEPS - Steps with notes are coloured; the one that plays is bright. A click restarts the pattern at that step.",
-     "PAS - Les pas qui portent des notes sont colorés, celui qui joue est clair. Un clic fait repartir le motif à ce "
-     "pas."},
+     "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
+     "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",
+     "PAS - Cliquez un pas pour poser ou effacer sa note, glissez pour peindre, montez ou descendez en tenant le "
+     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus."},
     {481, "NUMBER OF STEPS - Length of the selected pattern.", "NOMBRE DE PAS - Longueur du motif sélectionné."},
     {482,
      "CHAIN, RANDOM, HOLD - What follows at the end of the pattern: the next marked one, a marked one at random, or "

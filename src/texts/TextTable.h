@@ -74,9 +74,9 @@ inline constexpr KeyedText kTexts[] = {
      "Séquenceur à motifs et hôte d'instruments et d'effets VST 2."},
     {"Free software under the GNU General Public License, version 3 or later. It comes with no warranty.",
      "Logiciel libre sous licence publique générale GNU, version 3 ou ultérieure, sans aucune garantie."},
-    {"Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt and spdlog (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
+    {"Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
      "License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they are installed.",
-     "Qt %1 (LGPL 3), bibliothèque ALSA (LGPL 2.1), fmt et spdlog (MIT), CLI11 (BSD 3 clauses), Inter (SIL Open Font "
+     "Qt %1 (LGPL 3), bibliothèque ALSA (LGPL 2.1), fmt (MIT), CLI11 (BSD 3 clauses), Inter (SIL Open Font "
      "License 1.1) ; LAME (LGPL 2) et JACK (LGPL 2.1) sont ouverts là où ils sont installés."},
     {"Quick start", "Prise en main"},
     {"First steps", "Premiers pas"},
@@ -275,7 +275,6 @@ inline constexpr KeyedText kTexts[] = {
      "ou ouvrez un des exemples du menu Fichier. Espace lance et arrête la lecture."},
     {"send %1", "send %1"},
     // The arpeggiator
-    {"%1 - Arpeggiator", "%1 - Arpégiateur"},
     {"ON", "ON"},
     {"Up", "Montant"},
     {"Down", "Descendant"},
@@ -300,6 +299,43 @@ inline constexpr KeyedText kTexts[] = {
     {"Arpeggiator velocity", "Vélocité de l'arpégiateur"},
     {"Arpeggiator gate time", "Durée des notes de l'arpégiateur"},
     {"Arpeggiator tempo", "Tempo de l'arpégiateur"},
+    // Tool windows and the piano roll
+    {"Windows", "Fenêtres"},
+    {"Automation", "Automation"},
+    {"Ball pad", "Pad à balles"},
+    {"Tutorial", "Tutoriel"},
+    {"Piano roll", "Piano roll"},
+    {"Step %1", "Pas %1"},
+    {"Velocity ...", "Vélocité ..."},
+    {"Length ...", "Durée ..."},
+    {"Length", "Durée"},
+    {"Clear step", "Effacer le pas"},
+    {"Clear steps", "Effacer des pas"},
+    {"Set steps", "Poser des pas"},
+    {"Open in the piano roll", "Ouvrir dans le piano roll"},
+    {"Chord", "Accord"},
+    {"Row %1", "Ligne %1"},
+    {"Snap", "Grille"},
+    {"Scale", "Gamme"},
+    {"FOLD", "PLIER"},
+    {"QUANTISE", "QUANTIFIER"},
+    {"FOLLOW", "SUIVRE"},
+    {"Pattern %1", "Motif %1"},
+    {"Ghosts: off", "Fantômes : non"},
+    {"Ghosts: %1", "Fantômes : %1"},
+    {"No ghosts", "Sans fantômes"},
+    {"Other patterns", "Autres motifs"},
+    {"Other instruments", "Autres instruments"},
+    {"%1 notes selected", "%1 notes choisies"},
+    {"click a key ...", "cliquez une touche ..."},
+    {"Lower Limit: %1", "Limite basse : %1"},
+    {"Superior Limit: %1", "Limite haute : %1"},
+    {"Key Transpose: %1", "Transposition : %1"},
+    {"Superior Limit: %1  (Click the note on the keyboard)", "Limite haute : %1  (Cliquez la note sur le clavier)"},
+    {"Lower Limit: %1  (Click the note on the keyboard)", "Limite basse : %1  (Cliquez la note sur le clavier)"},
+    {"Midi In OFF", "Entrée MIDI coupée"},
+    {"Midi In OMNI", "Entrée MIDI omni"},
+    {"Midi In Channel %1", "Entrée MIDI canal %1"},
 };
 
 }  // namespace quib

@@ -37,14 +37,14 @@ protected:
     // Adds the built-in synthesiser; gives its index.
     int AddSynth() {
         QString error;
-        const int index = workstation->AddInstrument(QStringLiteral("QUIB synth"), error);
+        const int index = workstation->Stack().AddInstrument(QStringLiteral("QUIB synth"), error);
         EXPECT_GE(index, 0) << error.toStdString();
         return index;
     }
-    std::shared_ptr<CInstrument> At(int index) { return workstation->Instrument(index); }
+    std::shared_ptr<CInstrument> At(int index) { return workstation->Stack().Instrument(index); }
     CPlugin& PluginAt(int index) { return *At(index)->plugin.ForEdit()->plugin; }
     SlotPlace Place(int index) { return {SlotPlace::EKind::kInstrument, At(index)->Id(), 0}; }
-    std::string UndoText() { return workstation->Undo().undoText().toStdString(); }
+    std::string UndoText() { return workstation->Changes().Steps().undoText().toStdString(); }
     QString File(const char* name) { return folder.filePath(QLatin1String(name)); }
 
     QTemporaryDir folder;

@@ -23,7 +23,8 @@ class ConsoleTest : public AppTest {
 protected:
     ConsoleTest() {
         QString error;
-        EXPECT_TRUE(workstation->LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
+        EXPECT_TRUE(
+            workstation->Session().LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
         EXPECT_TRUE(workstation->OpenOutput(QLatin1String(CSilentOutput::kName)));
         console = std::make_unique<CWinControlMain>(noSettings, *workstation, Actions());
         console->resize(1366, 728);
@@ -36,7 +37,7 @@ protected:
         actions.pluginNames = [](SlotKind) { return QStringList{QStringLiteral("QUIB synth")}; };
         actions.addInstrument = [this](const QString& name) {
             QString error;
-            workstation->AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
+            workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
         };
         return actions;
     }
@@ -65,7 +66,7 @@ protected:
 };
 
 TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
-    workstation->Play();
+    workstation->Transport().Play();
     const std::vector<QPoint> points = Points();
     EXPECT_GT(points.size(), 80U);
     for (const QPoint& point : points) {
@@ -76,13 +77,63 @@ TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
             QTest::qWait(25);
         }
     }
-    EXPECT_GT(workstation->Undo().count(), 20) << "the clicks were steps of undo";
-    while (workstation->Undo().canUndo()) workstation->Undo().undo();
+    EXPECT_GT(workstation->Changes().Steps().count(), 20) << "the clicks were steps of undo";
+    while (workstation->Changes().Steps().canUndo()) workstation->Changes().Steps().undo();
     QTest::qWait(50);
-    EXPECT_EQ(workstation->Instruments().size(), 10U);
-    workstation->NewProject();
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 10U);
+    workstation->Session().NewProject();
     QTest::qWait(50);
     EXPECT_EQ(console->Strip(0), nullptr);
+}
+
+// The boxes of an empty pattern, with the mouse.
+TEST_F(ConsoleTest, StepBoxesAreSetPaintedMadeLouderAndClearedAndEachGestureIsOneStep) {
+    workstation->Contents().SelectPattern(0, 9);
+    QTest::qWait(50);
+    const auto instrument = workstation->Stack().Instrument(0);
+    const auto notes = [&] { return instrument->patterns[9].ForEdit()->Notes(); };
+    ASSERT_TRUE(notes().empty());
+    const CControl* boxes = nullptr;
+    for (const auto& child : console->Strip(0)->Children()) {
+        if (child->infoString == 480) boxes = child.get();
+    }
+    ASSERT_NE(boxes, nullptr);
+    const auto box = [&](int step) {
+        const QRect place = boxes->Rectangle();
+        return console->ToWidget({place.left() + place.width() * step / 16 + 4, place.center().y(), 1, 1}).topLeft();
+    };
+    const auto drag = [&](QPoint from, QPoint to, Qt::KeyboardModifiers keys = {}) {
+        QTest::mousePress(console.get(), Qt::LeftButton, keys, from);
+        if (to != from) QTest::mouseMove(console.get(), to);
+        QTest::mouseRelease(console.get(), Qt::LeftButton, keys, to);
+        QTest::qWait(40);
+    };
+    const auto steps = [&] { return workstation->Changes().Steps().index(); };
+    const int before = steps();
+    drag(box(4), box(4));
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_EQ(notes()[0].position, 4);
+    EXPECT_EQ(UndoText(), "Set steps");
+    drag(box(8), box(11));
+    EXPECT_EQ(notes().size(), 5U) << "a drag paints";
+    EXPECT_EQ(notes()[4].key, notes()[0].key);
+    drag(box(4), box(4) + QPoint(0, -20));
+    EXPECT_EQ(notes()[0].velocity, 120);
+    EXPECT_EQ(UndoText(), "Velocity");
+    drag(box(8), box(10));
+    EXPECT_EQ(notes().size(), 2U) << "a drag from a full box clears";
+    drag(box(4), box(4));
+    EXPECT_EQ(notes().size(), 1U);
+    drag(box(2), box(2), Qt::ControlModifier);
+    EXPECT_EQ(notes().size(), 1U) << "Ctrl restarts the pattern and changes nothing";
+    EXPECT_EQ(steps(), before + 5);
+    QTest::mousePress(console.get(), Qt::LeftButton, {}, box(0));
+    QTest::mouseMove(console.get(), box(3));
+    EXPECT_EQ(notes().size(), 5U) << "heard at once";
+    QTest::keyClick(console.get(), Qt::Key_Escape);
+    QTest::mouseRelease(console.get(), Qt::LeftButton, {}, box(3));
+    EXPECT_EQ(notes().size(), 1U);
+    EXPECT_EQ(steps(), before + 5);
 }
 
 }  // namespace

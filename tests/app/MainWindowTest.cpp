@@ -18,6 +18,7 @@
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -53,7 +54,7 @@ protected:
     }
     QString SaveSong(const char* name) {
         QString error;
-        EXPECT_TRUE(workstation->SaveProject(File(name), error)) << error.toStdString();
+        EXPECT_TRUE(workstation->Session().SaveProject(File(name), error)) << error.toStdString();
         return File(name);
     }
     void Drop(const QString& path) {
@@ -119,15 +120,15 @@ TEST_F(MainWindowTest, SavingIsGreyUntilTheProjectHasAFileAndTheTitleTellsUnsave
     EXPECT_TRUE(window.Action(command::kSave)->isEnabled());
     EXPECT_FALSE(window.isWindowModified());
     EXPECT_TRUE(window.windowTitle().startsWith("My song"));
-    workstation->RenameInstrument(0, "Lead");
+    workstation->Stack().RenameInstrument(0, "Lead");
     EXPECT_TRUE(window.isWindowModified());
     window.Run(command::kSave);
-    workstation->Saver().Finish();
+    workstation->Session().Saver().Finish();
     EXPECT_FALSE(window.isWindowModified());
     EXPECT_EQ(RecentFiles(), QStringList(path));
-    workstation->Undo().undo();
+    workstation->Changes().Steps().undo();
     EXPECT_TRUE(window.isWindowModified()) << "undone beyond what is on disk";
-    workstation->Undo().redo();
+    workstation->Changes().Steps().redo();
     EXPECT_FALSE(window.isWindowModified());
     window.Run(command::kNew);
     EXPECT_FALSE(window.Action(command::kSave)->isEnabled());
@@ -136,18 +137,18 @@ TEST_F(MainWindowTest, SavingIsGreyUntilTheProjectHasAFileAndTheTitleTellsUnsave
 TEST_F(MainWindowTest, UnsavedWorkIsAskedForBeforeItIsThrownAway) {
     AddSynth();
     const QString path = SaveSong("song.prg");
-    workstation->RenameInstrument(0, "Lead");
+    workstation->Stack().RenameInstrument(0, "Lead");
     Answer(QMessageBox::Cancel);
     window.Run(command::kNew);
     EXPECT_TRUE(asked.contains("song")) << asked.toStdString();
-    ASSERT_EQ(workstation->Instruments().size(), 1U);
+    ASSERT_EQ(workstation->Stack().Instruments().size(), 1U);
     Answer(QMessageBox::Save);
     window.Run(command::kNew);
-    EXPECT_TRUE(workstation->Instruments().empty());
+    EXPECT_TRUE(workstation->Stack().Instruments().empty());
     Drop(path);
-    ASSERT_EQ(workstation->Instruments().size(), 1U);
+    ASSERT_EQ(workstation->Stack().Instruments().size(), 1U);
     EXPECT_EQ(At(0)->title, "Lead") << "it was saved";
-    workstation->RenameInstrument(0, "Lost");
+    workstation->Stack().RenameInstrument(0, "Lost");
     Answer(QMessageBox::Discard);
     Drop(path);
     EXPECT_EQ(At(0)->title, "Lead");
@@ -156,21 +157,21 @@ TEST_F(MainWindowTest, UnsavedWorkIsAskedForBeforeItIsThrownAway) {
 TEST_F(MainWindowTest, FilesGoWhereTheyBelongWhenDropped) {
     AddSynth();
     QString error;
-    ASSERT_TRUE(workstation->SaveInstrument(0, File("a.ist"), error));
-    workstation->SetPattern(At(0)->Id(), 3, std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 60, 99}}),
-                            "Draw");
-    ASSERT_TRUE(workstation->SavePattern(0, File("a.ptn"), error));
+    ASSERT_TRUE(workstation->Stack().SaveInstrument(0, File("a.ist"), error));
+    workstation->Contents().SetPattern(At(0)->Id(), 3,
+                                       std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 60, 99}}), "Draw");
+    ASSERT_TRUE(workstation->Contents().SavePattern(0, File("a.ptn"), error));
     PluginAt(0).SetParameter(0, 0.8F);
-    ASSERT_TRUE(workstation->SaveBank(Place(0), File("a.fxb"), error));
+    ASSERT_TRUE(workstation->Places().SaveBank(Place(0), File("a.fxb"), error));
     Drop(File("a.ist"));
-    ASSERT_EQ(workstation->Instruments().size(), 2U);
+    ASSERT_EQ(workstation->Stack().Instruments().size(), 2U);
     EXPECT_TRUE(At(1)->patterns[3].ForEdit()->Notes().empty());
     Drop(File("a.ptn"));
     EXPECT_EQ(At(1)->patterns[3].ForEdit()->Notes().size(), 1U) << "into the instrument that is shown";
     Drop(File("a.fxb"));
     EXPECT_NEAR(PluginAt(1).Effect().getParameter(&PluginAt(1).Effect(), 0), 0.8F, 0.2F);
     Drop(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments/QUIB synth.so"));
-    EXPECT_EQ(workstation->Instruments().size(), 3U);
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 3U);
     Drop(QStringLiteral(QUIB_BIN_DIR "/PluginEffects/QUIB reverb.so"));
     EXPECT_NE(At(2)->inserts[0].ForEdit()->plugin, nullptr);
     Drop(QStringLiteral(QUIB_BIN_DIR "/PluginEffects/QUIB delay.so"));
@@ -185,7 +186,7 @@ TEST_F(MainWindowTest, SpacePlaysAndStopsButWritesInTextFields) {
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
     window.centralWidget()->setFocus();
     const auto becomes = [this](bool playing) {
-        return QTest::qWaitFor([&] { return workstation->IsPlaying() == playing; }, 5000);
+        return QTest::qWaitFor([&] { return workstation->Transport().IsPlaying() == playing; }, 5000);
     };
     QTest::keyClick(&window, Qt::Key_Space);
     EXPECT_TRUE(becomes(true));
@@ -197,7 +198,7 @@ TEST_F(MainWindowTest, SpacePlaysAndStopsButWritesInTextFields) {
     QTest::keyClick(&field, Qt::Key_Space);
     EXPECT_EQ(field.text(), " ");
     QTest::qWait(100);
-    EXPECT_FALSE(workstation->IsPlaying());
+    EXPECT_FALSE(workstation->Transport().IsPlaying());
 }
 
 TEST_F(MainWindowTest, UndoIsInTheMenuByName) {
@@ -205,13 +206,65 @@ TEST_F(MainWindowTest, UndoIsInTheMenuByName) {
     QAction* const undo = window.Action(command::kUndo);
     EXPECT_EQ(undo->text(), "Undo Add instrument");
     QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_TRUE(workstation->Instruments().empty());
+    EXPECT_TRUE(workstation->Stack().Instruments().empty());
     QTest::keyClick(&window, Qt::Key_Y, Qt::ControlModifier);
-    EXPECT_EQ(workstation->Instruments().size(), 1U);
-    QSignalSpy edits(&window, &CMainWindow::EditCommanded);
-    QTest::keyClick(&window, Qt::Key_Delete);
-    ASSERT_EQ(edits.size(), 1);
-    EXPECT_EQ(edits[0][0].toInt(), command::kDelete);
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 1U);
+}
+
+// A window with something that can be deleted and nothing else.
+class CDeletable : public QWidget, public CEditTarget {
+public:
+    bool CanEdit(EEdit command) const override { return command == EEdit::kDelete && deleted == 0; }
+    void Edit(EEdit /*command*/) override { ++deleted; }
+    int deleted = 0;
+};
+
+TEST_F(MainWindowTest, EditCommandsActInTheWindowThatHasTheFocusAndAreDisabledWhereTheyCannot) {
+    EXPECT_FALSE(window.Action(command::kDelete)->isEnabled());
+    CDeletable other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    window.StartTimer();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.Action(command::kDelete)->isEnabled(); }));
+    EXPECT_FALSE(window.Action(command::kCopy)->isEnabled());
+    QTest::keyClick(&other, Qt::Key_Delete);
+    EXPECT_EQ(other.deleted, 1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window.Action(command::kDelete)->isEnabled(); }));
+}
+
+TEST_F(MainWindowTest, AToolWindowFollowsTheSelectionInTheLanguageAndKeepsItsPlace) {
+    AddSynth();
+    AddSynth();
+    workstation->Stack().RenameInstrument(0, "Bass");
+    workstation->Stack().RenameInstrument(1, "Lead");
+    ASSERT_TRUE(window.Run(command::kTool0 + static_cast<int>(ETool::kArpeggiator)));
+    CToolWindow& tool = *window.Tools().Find(ETool::kArpeggiator);
+    EXPECT_EQ(tool.windowTitle(), "Lead - Arpeggiator");
+    workstation->Selection().SetCurrent(0);
+    EXPECT_EQ(tool.windowTitle(), "Bass - Arpeggiator");
+    CControl& knob = *tool.Controls()[0]->Children().back();
+    EXPECT_EQ(knob.Value(), &At(0)->arpeggiator.tempo);
+    knob.ChangeByUser(2);
+    EXPECT_EQ(UndoText(), "Arpeggiator tempo");
+    workstation->Stack().RemoveInstrument(0);
+    EXPECT_EQ(knob.Value(), &At(0)->arpeggiator.tempo);
+    SetLanguage(ELanguage::kFrench);
+    window.Tools().Retranslate();
+    EXPECT_EQ(tool.windowTitle(), QString("Lead - ") + Text("Arpeggiator"));
+    tool.Controls()[0]->Children().back()->ChangeByUser(3);
+    EXPECT_EQ(UndoText(), Text("Arpeggiator tempo").toStdString());
+    SetLanguage(ELanguage::kEnglish);
+    tool.move(70, 80);
+    tool.hide();
+    EXPECT_EQ(settings.ReadWindowPlacement("Arpeggiator", {}).topLeft(), QPoint(70, 80));
+    const qint64 painted = tool.PaintedPixels();
+    workstation->Stack().RenameInstrument(0, "Pad");
+    for (int tick = 0; tick < 3; ++tick) window.Tools().FollowEngine();
+    EXPECT_EQ(tool.PaintedPixels(), painted);
+    EXPECT_EQ(tool.windowTitle().left(4), "Lead") << "a hidden window follows nothing";
+    window.OpenTool(ETool::kArpeggiator);
+    EXPECT_EQ(tool.windowTitle().left(3), "Pad");
 }
 
 TEST_F(MainWindowTest, ARecentFileThatIsGoneIsToldAndTheProjectStays) {
@@ -220,8 +273,8 @@ TEST_F(MainWindowTest, ARecentFileThatIsGoneIsToldAndTheProjectStays) {
     CRecentFiles(settings).Seed({File("gone.prg")});
     CMainWindow again(*workstation, catalog, [](CMainWindow&) { return new QLabel; });
     again.Open(File("gone.prg"));
-    EXPECT_EQ(workstation->ProjectPath(), path);
-    EXPECT_EQ(workstation->Instruments().size(), 1U);
+    EXPECT_EQ(workstation->Session().ProjectPath(), path);
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 1U);
     const auto boxes = again.findChildren<QMessageBox*>();
     ASSERT_EQ(boxes.size(), 1);
     EXPECT_TRUE(boxes[0]->text().contains("gone.prg"));

@@ -28,7 +28,7 @@ protected:
     };
     Content Image() {
         CRecordWriter writer;
-        WriteProject(writer, workstation->GatherState());
+        WriteProject(writer, workstation->Session().GatherState());
         return {{writer.Bytes().data(), writer.Bytes().size()}};
     }
 
@@ -37,22 +37,22 @@ protected:
     void ExpectUndoable(const char* name, const std::function<void()>& edit) {
         SCOPED_TRACE(name);
         const Content before = Image();
-        const int steps = workstation->Undo().index();
+        const int steps = workstation->Changes().Steps().index();
         edit();
         const Content after = Image();
         EXPECT_NE(before, after) << "the edit changed nothing";
-        EXPECT_EQ(workstation->Undo().index(), steps + 1);
+        EXPECT_EQ(workstation->Changes().Steps().index(), steps + 1);
         EXPECT_EQ(UndoText(), name);
-        workstation->Undo().undo();
+        workstation->Changes().Steps().undo();
         EXPECT_EQ(Image(), before);
-        workstation->Undo().redo();
+        workstation->Changes().Steps().redo();
         EXPECT_EQ(Image(), after);
     }
 
     void Move(CValue& value, float next, const char* name) {
         const float before = value.Get();
         value.Set(next);
-        workstation->ValueEdited(value, before, next, QLatin1String(name));
+        workstation->Changes().ValueEdited(EnginePart(value), before, next, QLatin1String(name));
     }
 };
 
@@ -68,64 +68,69 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     const SlotPlace insert{SlotPlace::EKind::kInsert, id, 0};
     ExpectUndoable("Add instrument", [&] { AddSynth(); });
     At(2)->title = "third";
-    ExpectUndoable("Move instrument", [&] { workstation->MoveInstrument(2, 0); });
-    ExpectUndoable("Rename instrument", [&] { workstation->RenameInstrument(0, "Lead"); });
-    ExpectUndoable("Change icon", [&] { workstation->SetIcon(0, 7); });
-    ExpectUndoable("Colour strip", [&] { workstation->SetStripColour(0, QColor(1, 2, 3)); });
-    ExpectUndoable("Collapse strip", [&] { workstation->SetCollapsed(0, true); });
-    ExpectUndoable("Draw", [&] { workstation->SetPattern(id, 0, SomePattern(60), "Draw"); });
-    ExpectUndoable("Copy pattern", [&] { workstation->CopyPattern(workstation->IndexOf(id), 0, 3); });
-    ExpectUndoable("Select pattern", [&] { workstation->SelectPattern(0, 5); });
+    ExpectUndoable("Move instrument", [&] { workstation->Stack().MoveInstrument(2, 0); });
+    ExpectUndoable("Rename instrument", [&] { workstation->Stack().RenameInstrument(0, "Lead"); });
+    ExpectUndoable("Change icon", [&] { workstation->Stack().SetIcon(0, 7); });
+    ExpectUndoable("Colour strip", [&] { workstation->Stack().SetStripColour(0, QColor(1, 2, 3)); });
+    ExpectUndoable("Collapse strip", [&] { workstation->Stack().SetCollapsed(0, true); });
+    ExpectUndoable("Draw", [&] { workstation->Contents().SetPattern(id, 0, SomePattern(60), "Draw"); });
+    ExpectUndoable("Copy pattern",
+                   [&] { workstation->Contents().CopyPattern(workstation->Stack().IndexOf(id), 0, 3); });
+    ExpectUndoable("Select pattern", [&] { workstation->Contents().SelectPattern(0, 5); });
     ExpectUndoable("Song", [&] {
-        workstation->SetPlaylist(id, std::make_shared<const Playlist>(Playlist{{0, 0, 1}, {3, 32, 0}}), "Song");
+        workstation->Contents().SetPlaylist(id, std::make_shared<const Playlist>(Playlist{{0, 0, 1}, {3, 32, 0}}),
+                                            "Song");
     });
-    ExpectUndoable("Song length", [&] { workstation->SetPlaylistSteps(64); });
+    ExpectUndoable("Song length", [&] { workstation->Contents().SetPlaylistSteps(64); });
     ExpectUndoable("Points", [&] {
-        workstation->SetLanes(id, CWorkstation::ELanes::kMix,
-                              std::make_shared<const CEventLanes>(CEventLanes().With(0, 1, {{2, 0.5F}})), "Points");
+        workstation->Contents().SetLanes(
+            id, ELanes::kMix, std::make_shared<const CEventLanes>(CEventLanes().With(0, 1, {{2, 0.5F}})), "Points");
     });
     ExpectUndoable("Master points", [&] {
-        workstation->SetMasterLanes(
+        workstation->Contents().SetMasterLanes(
             std::make_shared<const CEventLanes>(CEventLanes().With(CEventLanes::kSongSlot, 0, {{2, 100}})),
             "Master points");
     });
-    ExpectUndoable("Ball", [&] { workstation->SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball"); });
-    ExpectUndoable("Pattern order", [&] { workstation->SetStepNumberMode(0, StepNumberMode::Random); });
+    ExpectUndoable(
+        "Ball", [&] { workstation->Contents().SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball"); });
+    ExpectUndoable("Pattern order", [&] { workstation->Contents().SetStepNumberMode(0, StepNumberMode::Random); });
     ExpectUndoable("Level", [&] { Move(At(0)->strip.level, 12, "Level"); });
     ExpectUndoable("Tempo", [&] { Move(workstation->Audio().settings.tempo, 99, "Tempo"); });
-    ExpectUndoable("Load plug-in",
-                   [&] { EXPECT_TRUE(workstation->LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString(); });
+    ExpectUndoable("Load plug-in", [&] {
+        EXPECT_TRUE(workstation->Places().LoadPlugin(insert, "QUIB reverb", error)) << error.toStdString();
+    });
     ExpectUndoable("Plug-in parameter", [&] {
-        const auto plugin = workstation->Slot(insert)->plugin;
+        const auto plugin = workstation->Places().Slot(insert)->plugin;
         const float before = plugin->Effect().getParameter(&plugin->Effect(), 0);
         plugin->SetParameter(0, before > 0.5F ? 0.1F : 0.9F);
-        workstation->ParameterEdited(plugin, 0, before, before > 0.5F ? 0.1F : 0.9F);
+        workstation->Places().ParameterEdited(plugin, 0, before, before > 0.5F ? 0.1F : 0.9F);
     });
-    ExpectUndoable("Select program", [&] { workstation->SelectProgram(workstation->Slot(insert)->plugin, 2); });
-    ExpectUndoable("Clear plug-in", [&] { workstation->ClearPlugin(insert); });
-    ExpectUndoable("Add preset", [&] { workstation->AddPreset(0); });
+    ExpectUndoable("Select program",
+                   [&] { workstation->Places().SelectProgram(workstation->Places().Slot(insert)->plugin, 2); });
+    ExpectUndoable("Clear plug-in", [&] { workstation->Places().ClearPlugin(insert); });
+    ExpectUndoable("Add preset", [&] { workstation->Presets().AddPreset(0); });
     ExpectUndoable("Paste to preset", [&] {
         At(0)->strip.pan.Set(0.25F);
-        workstation->PastePreset(0, 0);
+        workstation->Presets().PastePreset(0, 0);
         At(0)->strip.pan.Set(0);
     });
-    ExpectUndoable("Remove preset", [&] { workstation->RemovePreset(0, 0); });
-    ExpectUndoable("Preset MIDI assignment", [&] { workstation->SetPresetMidi(3, 36, 1); });
-    ExpectUndoable("Duplicate instrument", [&] { workstation->DuplicateInstrument(0); });
-    ExpectUndoable("Reset instrument", [&] { workstation->ResetInstrument(0); });
-    ExpectUndoable("Remove instrument", [&] { workstation->RemoveInstrument(0); });
-    while (workstation->Undo().canUndo()) workstation->Undo().undo();
-    EXPECT_TRUE(workstation->Instruments().empty());
+    ExpectUndoable("Remove preset", [&] { workstation->Presets().RemovePreset(0, 0); });
+    ExpectUndoable("Preset MIDI assignment", [&] { workstation->Presets().SetPresetMidi(3, 36, 1); });
+    ExpectUndoable("Duplicate instrument", [&] { workstation->Stack().DuplicateInstrument(0); });
+    ExpectUndoable("Reset instrument", [&] { workstation->Stack().ResetInstrument(0); });
+    ExpectUndoable("Remove instrument", [&] { workstation->Stack().RemoveInstrument(0); });
+    while (workstation->Changes().Steps().canUndo()) workstation->Changes().Steps().undo();
+    EXPECT_TRUE(workstation->Stack().Instruments().empty());
 }
 
 TEST_F(WorkstationTest, UndoOfARemovalBringsTheSamePluginBackInItsState) {
     const int index = AddSynth();
     CPlugin* const plugin = &PluginAt(index);
     plugin->SetParameter(1, 0.125F);
-    workstation->RemoveInstrument(index);
+    workstation->Stack().RemoveInstrument(index);
     workstation->Tick();
-    EXPECT_TRUE(workstation->Instruments().empty());
-    workstation->Undo().undo();
+    EXPECT_TRUE(workstation->Stack().Instruments().empty());
+    workstation->Changes().Steps().undo();
     ASSERT_EQ(&PluginAt(index), plugin);
     EXPECT_NEAR(plugin->Effect().getParameter(&plugin->Effect(), 1), 0.125F, 1e-3F);
     EXPECT_TRUE(plugin->IsPrepared());
@@ -133,9 +138,9 @@ TEST_F(WorkstationTest, UndoOfARemovalBringsTheSamePluginBackInItsState) {
 
 TEST_F(WorkstationTest, APluginThatMissedAChangeOfTheDeviceIsMadeReadyWhenItReturns) {
     const int index = AddSynth();
-    workstation->RemoveInstrument(index);
+    workstation->Stack().RemoveInstrument(index);
     workstation->Audio().Prepare({48000.0, 256, 1, false});
-    workstation->Undo().undo();
+    workstation->Changes().Steps().undo();
     EXPECT_TRUE(PluginAt(index).IsPrepared());
     EXPECT_EQ(At(index)->preparedRate, 48000.0);
 }
@@ -143,16 +148,16 @@ TEST_F(WorkstationTest, APluginThatMissedAChangeOfTheDeviceIsMadeReadyWhenItRetu
 TEST_F(WorkstationTest, WheelTurnsOfOneValueAreOneStep) {
     AddSynth();
     CValue& level = At(0)->strip.level;
-    const int steps = workstation->Undo().index();
+    const int steps = workstation->Changes().Steps().index();
     const float start = level.Get();
     for (int turn = 1; turn <= 5; ++turn) Move(level, 50.0F + static_cast<float>(turn), "Level");
-    EXPECT_EQ(workstation->Undo().index(), steps + 1);
+    EXPECT_EQ(workstation->Changes().Steps().index(), steps + 1);
     Move(At(0)->strip.pan, 0.5F, "Pan");
-    EXPECT_EQ(workstation->Undo().index(), steps + 2) << "another value is another step";
+    EXPECT_EQ(workstation->Changes().Steps().index(), steps + 2) << "another value is another step";
     QThread::msleep(650);
     Move(At(0)->strip.pan, 0.75F, "Pan");
-    EXPECT_EQ(workstation->Undo().index(), steps + 3) << "a later gesture is a step of its own";
-    while (workstation->Undo().index() > steps) workstation->Undo().undo();
+    EXPECT_EQ(workstation->Changes().Steps().index(), steps + 3) << "a later gesture is a step of its own";
+    while (workstation->Changes().Steps().index() > steps) workstation->Changes().Steps().undo();
     EXPECT_EQ(level.Get(), start);
     EXPECT_EQ(At(0)->strip.pan.Get(), 0.0F);
 }
@@ -168,9 +173,11 @@ TEST_F(WorkstationTest, TheEqualiserSoundsLikeItsControlsAfterEditAndUndo) {
         EXPECT_TRUE(any) << "the engine was not told";
         return EqResponseDecibels(update, EqFrequencyHertz(instrument.strip.eqFreq[1].Get()), 44100.0);
     };
-    Move(instrument.strip.eqGain[1], 0.5F, "Gain");
+    const EqBandSettings before{instrument.strip.eqFreq[1].Get(), instrument.strip.eqQ[1].Get(), 0};
+    instrument.strip.eqGain[1].Set(0.5F);
+    workstation->Stack().EqualizerEdited(At(0), 1, before);
     EXPECT_NEAR(newest(), 10.0, 0.1);
-    workstation->Undo().undo();
+    workstation->Changes().Steps().undo();
     EXPECT_NEAR(newest(), 0.0, 0.1);
 }
 
@@ -178,24 +185,24 @@ TEST_F(WorkstationTest, SoloIsExclusiveOrAddsUp) {
     for (int i = 0; i < 3; ++i) AddSynth();
     const auto heard = [this] {
         std::string mask;
-        for (const auto& entry : workstation->Instruments()) mask += entry->strip.soloMuted.IsOn() ? '-' : 'x';
+        for (const auto& entry : workstation->Stack().Instruments()) mask += entry->strip.soloMuted.IsOn() ? '-' : 'x';
         return mask;
     };
-    workstation->ToggleSolo(0);
+    workstation->Stack().ToggleSolo(0);
     EXPECT_EQ(heard(), "x--");
-    workstation->ToggleSolo(2);
+    workstation->Stack().ToggleSolo(2);
     EXPECT_EQ(heard(), "--x");
     settings.SetOn("SoloCumulMode", true);
-    workstation->ToggleSolo(1);
+    workstation->Stack().ToggleSolo(1);
     EXPECT_EQ(heard(), "-xx");
-    workstation->MoveInstrument(2, 0);
+    workstation->Stack().MoveInstrument(2, 0);
     EXPECT_EQ(heard(), "x-x");
-    workstation->RemoveInstrument(0);
+    workstation->Stack().RemoveInstrument(0);
     EXPECT_EQ(heard(), "-x");
-    workstation->RemoveInstrument(1);
+    workstation->Stack().RemoveInstrument(1);
     EXPECT_EQ(heard(), "x") << "nothing is silent for an instrument that is gone";
-    workstation->Undo().undo();
-    workstation->ToggleSolo(1);
+    workstation->Changes().Steps().undo();
+    workstation->Stack().ToggleSolo(1);
     EXPECT_EQ(heard(), "xx");
 }
 
@@ -206,74 +213,123 @@ TEST_F(WorkstationTest, LevelIsOffOnLoadingWhenTheUserWantsIt) {
 
 TEST_F(WorkstationTest, WrongPluginsAndFilesAreToldOnceAndChangeNothing) {
     AddSynth();
-    workstation->Undo().setClean();
+    workstation->Changes().Steps().setClean();
     QString error;
-    EXPECT_EQ(workstation->AddInstrument("QUIB reverb", error), -1);
+    EXPECT_EQ(workstation->Stack().AddInstrument("QUIB reverb", error), -1);
     EXPECT_EQ(told, "QUIB: This plugin is not a synth category !");
     EXPECT_TRUE(error.isEmpty()) << "it would be told twice";
-    EXPECT_EQ(workstation->AddInstrument("Nowhere", error), -1);
+    EXPECT_EQ(workstation->Stack().AddInstrument("Nowhere", error), -1);
     EXPECT_FALSE(error.isEmpty());
     QFile bad(File("bad.prg"));
     ASSERT_TRUE(bad.open(QIODevice::WriteOnly));
     bad.write("nothing of the kind");
     bad.close();
     for (const auto& load :
-         {std::function<bool()>([&] { return workstation->LoadProject(bad.fileName(), error); }),
-          std::function<bool()>([&] { return workstation->LoadInstrument(0, bad.fileName(), error); }),
-          std::function<bool()>([&] { return workstation->LoadPattern(0, bad.fileName(), error); }),
-          std::function<bool()>([&] { return workstation->LoadBank(Place(0), bad.fileName(), error); })}) {
+         {std::function<bool()>([&] { return workstation->Session().LoadProject(bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->Stack().LoadInstrument(0, bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->Contents().LoadPattern(0, bad.fileName(), error); }),
+          std::function<bool()>([&] { return workstation->Places().LoadBank(Place(0), bad.fileName(), error); })}) {
         error.clear();
         EXPECT_FALSE(load());
         EXPECT_FALSE(error.isEmpty());
     }
-    EXPECT_EQ(workstation->Instruments().size(), 1U);
-    EXPECT_FALSE(workstation->IsModified());
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 1U);
+    EXPECT_FALSE(workstation->Session().IsModified());
 }
 
 TEST_F(WorkstationTest, BanksGoToFilesAndBackWithUndo) {
     AddSynth();
     QString error;
-    ASSERT_TRUE(workstation->SaveBank(Place(0), File("a.fxb"), error)) << error.toStdString();
-    ASSERT_TRUE(workstation->SaveProgram(Place(0), File("a.fxp"), error));
+    ASSERT_TRUE(workstation->Places().SaveBank(Place(0), File("a.fxb"), error)) << error.toStdString();
+    ASSERT_TRUE(workstation->Places().SaveProgram(Place(0), File("a.fxp"), error));
     const StateImage original = SaveBank(PluginAt(0));
     for (const bool bank : {true, false}) {
         PluginAt(0).SetParameter(0, 0.9F);
         PluginAt(0).SetParameter(1, 0.1F);
         const StateImage changed = SaveBank(PluginAt(0));
         ASSERT_NE(changed, original);
-        const bool loaded = bank ? workstation->LoadBank(Place(0), File("a.fxb"), error)
-                                 : workstation->LoadProgram(Place(0), File("a.fxp"), error);
+        const bool loaded = bank ? workstation->Places().LoadBank(Place(0), File("a.fxb"), error)
+                                 : workstation->Places().LoadProgram(Place(0), File("a.fxp"), error);
         ASSERT_TRUE(loaded) << error.toStdString();
         EXPECT_EQ(SaveBank(PluginAt(0)), original);
-        workstation->Undo().undo();
+        workstation->Changes().Steps().undo();
         EXPECT_EQ(SaveBank(PluginAt(0)), changed);
-        workstation->Undo().redo();
+        workstation->Changes().Steps().redo();
         EXPECT_EQ(SaveBank(PluginAt(0)), original);
     }
 }
 
 TEST_F(WorkstationTest, ARecalledPresetChangesEverythingAndUndoTakesItBack) {
     AddSynth();
-    workstation->AddPreset(0);
+    workstation->Presets().AddPreset(0);
     const Content before = Image();
     At(0)->strip.level.Set(5);
     PluginAt(0).SetParameter(0, 0.77F);
-    workstation->SetPattern(At(0)->Id(), 2, SomePattern(50), "Draw");
+    workstation->Contents().SetPattern(At(0)->Id(), 2, SomePattern(50), "Draw");
     const Content changed = Image();
-    workstation->RecallPreset(0, 0);
+    workstation->Presets().RecallPreset(0, 0);
     for (int i = 0; i < 4; ++i) workstation->Tick();
     EXPECT_EQ(Image(), before);
-    workstation->Undo().undo();
+    workstation->Changes().Steps().undo();
     for (int i = 0; i < 4; ++i) workstation->Tick();
     EXPECT_EQ(Image(), changed);
 
-    workstation->RecallPresets(0);
+    workstation->Presets().RecallPresets(0);
     EXPECT_EQ(Image(), changed) << "presets are off";
     settings.SetOn("PresetOn", true);
-    workstation->RecallPresets(0);
+    workstation->Presets().RecallPresets(0);
     for (int i = 0; i < 4; ++i) workstation->Tick();
     EXPECT_EQ(Image(), before);
     EXPECT_EQ(UndoText(), "Select preset");
+}
+
+TEST_F(WorkstationTest, AGestureIsHeardAtEachMoveAndIsOneStepOrNone) {
+    AddSynth();
+    AddSynth();
+    const auto instrument = At(1);
+    const Content before = Image();
+    CChanges& changes = workstation->Changes();
+    const int steps = changes.Steps().index();
+    std::vector<Change> heard;
+    const auto listening =
+        QObject::connect(&changes, &CChanges::Changed, [&](const Change& change) { heard.push_back(change); });
+    const auto drag = [&](CGesture& gesture) {
+        for (int move = 1; move <= 60; ++move) {
+            gesture.Publish(PatternPlace(instrument, 2), SomePattern(20 + move));
+            gesture.Set(Part(instrument, instrument->swing), static_cast<float>(move) / 100);
+            EXPECT_EQ(instrument->patterns[2].ForRender().Notes()[0].key, 20 + move) << "not heard at once";
+        }
+    };
+    {
+        CGesture abandoned(changes);
+        drag(abandoned);
+        EXPECT_NE(Image(), before);
+    }
+    EXPECT_EQ(Image(), before);
+    EXPECT_EQ(changes.Steps().index(), steps);
+    heard.clear();
+    ExpectUndoable("Drag", [&] {
+        CGesture gesture(changes);
+        drag(gesture);
+        EXPECT_EQ(heard.size(), 60U);
+        EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [&](const Change& change) {
+            return change.kind == EChange::kPattern && change.instrument == instrument->Id() && change.index == 2;
+        }));
+        gesture.Finish("Drag");
+        gesture.Cancel();
+    });
+    QObject::disconnect(listening);
+    CGesture empty(changes);
+    empty.Finish("Nothing");
+    EXPECT_EQ(UndoText(), "Drag");
+    for (int nudge = 0; nudge < 5; ++nudge) {
+        CGesture gesture(changes);
+        gesture.Publish(PatternPlace(instrument, 2), SomePattern(90 + nudge));
+        gesture.Finish("Nudge", instrument.get());
+    }
+    EXPECT_EQ(changes.Steps().index(), steps + 2) << "held arrows are one step";
+    changes.Steps().undo();
+    EXPECT_EQ(instrument->patterns[2].ForEdit()->Notes()[0].key, 80);
 }
 
 TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
@@ -289,12 +345,12 @@ TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
             std::make_shared<const CEventLanes>(instrument.midiLanes.ForEdit()->With(4, kModulationWheelLane, points)),
             graveyard);
     }
-    const int steps = workstation->Undo().index();
-    take.Finish("Record automation", workstation->Undo(), graveyard);
-    EXPECT_EQ(workstation->Undo().index(), steps + 1);
-    workstation->Undo().undo();
+    const int steps = workstation->Changes().Steps().index();
+    take.Finish("Record automation", workstation->Changes());
+    EXPECT_EQ(workstation->Changes().Steps().index(), steps + 1);
+    workstation->Changes().Steps().undo();
     EXPECT_EQ(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
-    workstation->Undo().redo();
+    workstation->Changes().Steps().redo();
     ASSERT_NE(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
     EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
 }
@@ -302,50 +358,50 @@ TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
 TEST_F(WorkstationTest, ASessionComesBackFromItsFile) {
     QString error;
     AddSynth();
-    workstation->RenameInstrument(0, "Lead");
-    workstation->SetStripColour(0, QColor(200, 100, 50));
-    workstation->SetCollapsed(0, true);
-    workstation->SetPattern(At(0)->Id(), 7, SomePattern(64), "Draw");
-    workstation->SelectPattern(0, 7);
-    workstation->SetPlaylistSteps(128);
-    workstation->Detector().gain = 3;
-    workstation->SelectedPreset().Set(1);
-    EXPECT_TRUE(workstation->LoadPlugin({SlotPlace::EKind::kEffect, 0, 2}, "QUIB delay", error));
-    EXPECT_TRUE(workstation->LoadPlugin({SlotPlace::EKind::kMasterInsert, 0, 1}, "QUIB reverb", error));
+    workstation->Stack().RenameInstrument(0, "Lead");
+    workstation->Stack().SetStripColour(0, QColor(200, 100, 50));
+    workstation->Stack().SetCollapsed(0, true);
+    workstation->Contents().SetPattern(At(0)->Id(), 7, SomePattern(64), "Draw");
+    workstation->Contents().SelectPattern(0, 7);
+    workstation->Contents().SetPlaylistSteps(128);
+    workstation->Session().Detector().gain = 3;
+    workstation->Presets().SelectedPreset().Set(1);
+    EXPECT_TRUE(workstation->Places().LoadPlugin({SlotPlace::EKind::kEffect, 0, 2}, "QUIB delay", error));
+    EXPECT_TRUE(workstation->Places().LoadPlugin({SlotPlace::EKind::kMasterInsert, 0, 1}, "QUIB reverb", error));
     workstation->Audio().settings.tempo.Set(133.5F);
     PluginAt(0).SetParameter(2, 0.4F);
-    QSignalSpy modified(workstation.get(), &CWorkstation::ModifiedChanged);
-    ASSERT_TRUE(workstation->SaveProject(File("song.prg"), error)) << error.toStdString();
-    EXPECT_FALSE(workstation->IsModified());
+    QSignalSpy modified(&workstation->Changes(), &CChanges::ModifiedChanged);
+    ASSERT_TRUE(workstation->Session().SaveProject(File("song.prg"), error)) << error.toStdString();
+    EXPECT_FALSE(workstation->Session().IsModified());
     EXPECT_EQ(modified.size(), 1);
-    EXPECT_EQ(workstation->ProjectName(), "song");
+    EXPECT_EQ(workstation->Session().ProjectName(), "song");
     const Content saved = Image();
 
-    workstation->NewProject();
-    EXPECT_TRUE(workstation->Instruments().empty());
-    EXPECT_TRUE(workstation->ProjectPath().isEmpty());
-    EXPECT_EQ(workstation->Slot({SlotPlace::EKind::kEffect, 0, 2})->plugin, nullptr);
-    ASSERT_TRUE(workstation->LoadProject(File("song.prg"), error)) << error.toStdString();
-    EXPECT_TRUE(workstation->Warnings().empty());
+    workstation->Session().NewProject();
+    EXPECT_TRUE(workstation->Stack().Instruments().empty());
+    EXPECT_TRUE(workstation->Session().ProjectPath().isEmpty());
+    EXPECT_EQ(workstation->Places().Slot({SlotPlace::EKind::kEffect, 0, 2})->plugin, nullptr);
+    ASSERT_TRUE(workstation->Session().LoadProject(File("song.prg"), error)) << error.toStdString();
+    EXPECT_TRUE(workstation->Session().Warnings().empty());
     EXPECT_EQ(Image(), saved);
-    EXPECT_EQ(workstation->StripColour(0), QColor(200, 100, 50));
-    EXPECT_TRUE(workstation->IsCollapsed(0));
-    EXPECT_EQ(workstation->CurrentIndex(), 0);
-    EXPECT_FALSE(workstation->Undo().canUndo());
+    EXPECT_EQ(workstation->Stack().StripColour(0), QColor(200, 100, 50));
+    EXPECT_TRUE(workstation->Stack().IsCollapsed(0));
+    EXPECT_EQ(workstation->Selection().CurrentIndex(), 0);
+    EXPECT_FALSE(workstation->Changes().Steps().canUndo());
 }
 
 TEST_F(WorkstationTest, InstrumentAndPatternFilesGoFromOneInstrumentToAnother) {
     QString error;
     AddSynth();
-    workstation->SetPattern(At(0)->Id(), 1, SomePattern(40), "Draw");
-    ASSERT_TRUE(workstation->SaveInstrument(0, File("a.ist"), error));
-    ASSERT_TRUE(workstation->SavePattern(0, File("a.ptn"), error));
-    ASSERT_EQ(workstation->AddInstrument(File("a.ist"), error), 1) << error.toStdString();
+    workstation->Contents().SetPattern(At(0)->Id(), 1, SomePattern(40), "Draw");
+    ASSERT_TRUE(workstation->Stack().SaveInstrument(0, File("a.ist"), error));
+    ASSERT_TRUE(workstation->Contents().SavePattern(0, File("a.ptn"), error));
+    ASSERT_EQ(workstation->Stack().AddInstrument(File("a.ist"), error), 1) << error.toStdString();
     EXPECT_EQ(At(1)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());
     AddSynth();
-    ASSERT_TRUE(workstation->LoadPattern(2, File("a.ptn"), error));
+    ASSERT_TRUE(workstation->Contents().LoadPattern(2, File("a.ptn"), error));
     EXPECT_EQ(At(2)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());
-    workstation->Undo().undo();
+    workstation->Changes().Steps().undo();
     EXPECT_TRUE(At(2)->patterns[1].ForEdit()->Notes().empty());
 }
 
@@ -355,20 +411,21 @@ TEST_F(WorkstationTest, BackupsAreKeptWithTheirTimesTenAtMost) {
         QFile old(folders.backups + QString("backup-20200101-0000%1.prg").arg(minute));
         ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     }
-    workstation->WriteBackup(true);
-    workstation->WriteBackup(true);
-    workstation->Saver().Finish();
-    const QStringList kept = workstation->TimedBackups();
+    workstation->Session().WriteBackup(true);
+    workstation->Session().WriteBackup(true);
+    workstation->Session().Saver().Finish();
+    const QStringList kept = workstation->Session().TimedBackups();
     ASSERT_EQ(kept.size(), 10);
     EXPECT_FALSE(kept.front().contains("backup-2020")) << "the newest comes first";
     EXPECT_TRUE(kept.back().endsWith("000013.prg"));
     const Content now = Image();
     QString error;
-    workstation->NewProject();
-    ASSERT_TRUE(workstation->LoadSession(folders.backupProject, "/x/song.prg", true, error)) << error.toStdString();
+    workstation->Session().NewProject();
+    ASSERT_TRUE(workstation->Session().LoadSession(folders.backupProject, "/x/song.prg", true, error))
+        << error.toStdString();
     EXPECT_EQ(Image(), now);
-    EXPECT_TRUE(workstation->IsModified());
-    EXPECT_EQ(workstation->ProjectPath(), "/x/song.prg");
+    EXPECT_TRUE(workstation->Session().IsModified());
+    EXPECT_EQ(workstation->Session().ProjectPath(), "/x/song.prg");
 }
 
 TEST(AsyncSaveTest, ASlowDiskHoldsNobodyUpAndGetsTheNewestOnly) {
@@ -401,10 +458,10 @@ TEST_F(WorkstationTest, AFailedSaveLeavesTheMarkOfUnsavedWork) {
     QString error;
     QFile blocking(File("file"));
     ASSERT_TRUE(blocking.open(QIODevice::WriteOnly));
-    EXPECT_FALSE(workstation->SaveProject(File("file/song.prg"), error));
+    EXPECT_FALSE(workstation->Session().SaveProject(File("file/song.prg"), error));
     EXPECT_FALSE(error.isEmpty());
-    EXPECT_TRUE(workstation->IsModified());
-    EXPECT_TRUE(workstation->ProjectPath().isEmpty());
+    EXPECT_TRUE(workstation->Session().IsModified());
+    EXPECT_TRUE(workstation->Session().ProjectPath().isEmpty());
 }
 
 TEST_F(WorkstationTest, PlaysRecordsAndEditsOnTheSilentOutput) {
@@ -412,9 +469,10 @@ TEST_F(WorkstationTest, PlaysRecordsAndEditsOnTheSilentOutput) {
     ASSERT_TRUE(workstation->OpenOutput("Silent")) << told.toStdString();
     workstation->Audio().settings.songMode.Set(0);
     AddSynth();
-    workstation->SetPattern(At(0)->Id(), 0, SomePattern(60), "Draw");
-    ASSERT_TRUE(workstation->StartRecording(File("take.wav"))) << workstation->RecorderText().toStdString();
-    workstation->Play();
+    workstation->Contents().SetPattern(At(0)->Id(), 0, SomePattern(60), "Draw");
+    ASSERT_TRUE(workstation->Recording().Start(File("take.wav")))
+        << workstation->Recording().ProgressText().toStdString();
+    workstation->Transport().Play();
     const auto wait = [&](const std::function<bool()>& isTrue) {
         for (int i = 0; i < 500 && !isTrue(); ++i) {
             workstation->Tick();
@@ -422,16 +480,17 @@ TEST_F(WorkstationTest, PlaysRecordsAndEditsOnTheSilentOutput) {
         }
         return isTrue();
     };
-    EXPECT_TRUE(wait([&] { return workstation->IsPlaying() && workstation->Audio().masterPeak[0].Get() > 0.001F; }));
-    workstation->RemoveInstrument(0);
-    workstation->Undo().undo();
-    EXPECT_TRUE(wait([&] { return workstation->RecordedSeconds() > 0.5; }));
-    workstation->StopRecording();
-    workstation->Stop();
-    EXPECT_TRUE(wait([&] { return !workstation->IsRecording() && !workstation->IsPlaying(); }));
+    EXPECT_TRUE(wait(
+        [&] { return workstation->Transport().IsPlaying() && workstation->Audio().masterPeak[0].Get() > 0.001F; }));
+    workstation->Stack().RemoveInstrument(0);
+    workstation->Changes().Steps().undo();
+    EXPECT_TRUE(wait([&] { return workstation->Recording().Seconds() > 0.5; }));
+    workstation->Recording().Stop();
+    workstation->Transport().Stop();
+    EXPECT_TRUE(wait([&] { return !workstation->Recording().IsRecording() && !workstation->Transport().IsPlaying(); }));
     EXPECT_GT(QFileInfo(File("take.wav")).size(), 60000);
-    EXPECT_FALSE(workstation->StartRecording(File("nowhere/take.wav")));
-    EXPECT_EQ(workstation->RecorderText(), "Error !");
+    EXPECT_FALSE(workstation->Recording().Start(File("nowhere/take.wav")));
+    EXPECT_EQ(workstation->Recording().ProgressText(), "Error !");
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 
 #include "DeviceFixture.h"
 #include "devices/CAlsaOutput.h"
+#include "devices/CJackLibrary.h"
 #include "devices/OutputDeviceList.h"
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 
 namespace quib {
 namespace {
@@ -49,7 +50,7 @@ TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     constexpr int kBlock = 480;
     constexpr std::ptrdiff_t kBlockValues = 2 * kBlock;
     AddSynths(audio, 8);
-    audio.Post({EngineCommand::Kind::Play});
+    audio.Post({EngineCommand::EKind::kPlay});
     ASSERT_TRUE(output.OpenOutput(Settings("file", kBlock)));
     EXPECT_EQ(audio.Format().blockSize, kBlock);
     ASSERT_TRUE(PlayOn(2.0));
@@ -63,7 +64,7 @@ TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {
     ASSERT_GT(frames, std::size_t{200} * kBlock);
     const auto offline = RenderOffline(8, 48000, kBlock, frames);
     std::vector<std::int16_t> expected(2 * frames);
-    ConvertToInt16(offline[0].data(), offline[1].data(), expected.data(), static_cast<int>(frames));
+    ToInt16Frames(offline[0].data(), offline[1].data(), expected.data(), static_cast<int>(frames));
     const auto firstSound = [](const std::vector<std::int16_t>& values) {
         return std::find_if(values.begin(), values.end(), [](std::int16_t value) { return value != 0; }) -
                values.begin();
@@ -84,14 +85,14 @@ TEST_F(CAlsaOutputTest, PeriodRingAndRateAreThoseOfTheSettingsWhereTheDeviceCan)
     } cases[] = {
         {48000, 256, 48000, 256}, {44100, 1000, 44100, 1000}, {96000, 512, 48000, 512}, {44100, 16, 44100, 64}};
     for (const auto& [rate, block, givenRate, givenBlock] : cases) {
-        CAlsaOutput device(audio, CAlsaOutput::EFallback::kNone);
+        CAlsaOutput device(audio, EFallback::kNone);
         std::string error;
         ASSERT_TRUE(device.Open({"card", rate, block, "OFF", 1}, error)) << error;
         EXPECT_EQ(device.Format(), (DeviceFormat{givenRate, givenBlock}));
         EXPECT_EQ(device.RingFrames(), 5 * givenBlock);
     }
     for (const auto& [rate, block] : {std::pair{0, 512}, {44100, 0}, {44100, 16385}}) {
-        CAlsaOutput device(audio, CAlsaOutput::EFallback::kNone);
+        CAlsaOutput device(audio, EFallback::kNone);
         std::string error;
         EXPECT_FALSE(device.Open({"card", rate, block, "OFF", 1}, error));
         EXPECT_FALSE(error.empty());
@@ -131,7 +132,7 @@ TEST_F(CAlsaOutputTest, ABusyCardIsTriedAgainAndOneThatDoesNotStartIsReported) {
 }
 
 TEST_F(CAlsaOutputTest, WithoutAServerTheNameOfJackIsReportedAndTheDefaultDevicePlays) {
-    if (CJackLibrary::Installed() == nullptr) GTEST_SKIP() << "libjack is not installed";
+    if (CJackLibrary::Load() == nullptr) GTEST_SKIP() << "libjack is not installed";
     setenv("JACK_DEFAULT_SERVER", "quib-no-such-server", 1);  // NOLINT(concurrency-mt-unsafe)
     AddDefaultDevice();
     ASSERT_TRUE(output.OpenOutput(Settings("JACK")));

@@ -36,7 +36,7 @@ std::array<std::vector<float>, 2> RecordLive(int synths, int blockSize, std::siz
     COutputManager manager(engine, {"", ""},
                            [](const std::string&, const std::string& text) { ADD_FAILURE() << text; });
     CDeviceTest::AddSynths(engine, synths);
-    engine.Post({EngineCommand::Kind::Play});
+    engine.Post({EngineCommand::EKind::kPlay});
     engine.Hold();  // until the recorder is connected
     EXPECT_TRUE(manager.OpenOutput({"JACK", 44100, 2048, "OFF", 1}));
     EXPECT_EQ(engine.Format().sampleRate, kRate);

@@ -46,7 +46,7 @@ protected:
     }
     bool PlaysOn(const std::string& name) const {
         return output.Device() != nullptr && output.Device()->Name() == name &&
-               output.Device()->State() == OutputState::Playing;
+               output.Device()->State() == EOutputState::kPlaying;
     }
     AudioSettings Settings(const std::string& device, int blockSize = 512) const {
         return {device, 48000, blockSize, "OFF", 1};
@@ -88,7 +88,7 @@ inline std::array<std::vector<float>, 2> CDeviceTest::RenderOffline(int synths, 
     CAudio engine;
     engine.Prepare({rate, blockSize, 1, false});
     AddSynths(engine, synths);
-    engine.Post({EngineCommand::Kind::Play});
+    engine.Post({EngineCommand::EKind::kPlay});
     std::array<std::vector<float>, 2> sound;
     while (sound[0].size() < frames) {
         EXPECT_TRUE(engine.RenderBlock());

@@ -192,10 +192,8 @@ public:
         UpdateEqualizer(instrument, band, audio.Format().sampleRate);
     }
     void Drive() {
-        const auto kind = Chance(4) ? EngineCommand::Kind::Play : static_cast<EngineCommand::Kind>(Draw(7));
+        const auto kind = Chance(4) ? EngineCommand::EKind::kPlay : static_cast<EngineCommand::EKind>(Draw(8));
         audio.Post({kind, AnyInstrument().Id(), Draw(20) - 1, DrawWithin(0, 127), DrawWithin(0, 127)});
-        audio.PostMidi({static_cast<std::uint8_t>(0x80 + Draw(0x70)), static_cast<std::uint8_t>(Draw(128)),
-                        static_cast<std::uint8_t>(Draw(128)), static_cast<std::uint32_t>(Draw(100))});
     }
     void Watch() {
         const PlayPicture& picture = audio.Picture();
@@ -295,7 +293,7 @@ public:
             ++index;
         }
         audio.sharedEffects[0].ForEdit()->plugin->SetParameter(0, 0.3F);
-        for (const int key : {50, 54, 57}) audio.PostMidi({0x90, static_cast<std::uint8_t>(key), 100, 0});
+        for (const int key : {50, 54, 57}) audio.ReceiveMidi({0x90, static_cast<std::uint8_t>(key), 100, 0});
     }
 
     // A new object of the same content follows another one.

@@ -62,12 +62,12 @@ protected:
             std::make_shared<const CPattern>(steps, std::move(notes)), audio.graveyard);
     }
 
-    void Command(EngineCommand::Kind kind, std::int32_t value = 0, std::uint32_t instrument = 0) {
+    void Command(EngineCommand::EKind kind, std::int32_t value = 0, std::uint32_t instrument = 0) {
         ASSERT_TRUE(audio.Post({kind, instrument, value}));
     }
     void PlayPatterns() {
         audio.settings.songMode.Set(0.0F);
-        Command(EngineCommand::Kind::Play);
+        Command(EngineCommand::EKind::kPlay);
     }
 
     // Renders at least `frames` and returns the notes of one instrument, earliest first; at one frame note

@@ -37,7 +37,7 @@ protected:
     std::vector<int> Presets() {
         std::vector<int> presets;
         for (EngineNotice notice; notices.TryPop(notice);) {
-            if (notice.kind == EngineNotice::Kind::PresetSelected) presets.push_back(notice.value);
+            if (notice.kind == EngineNotice::EKind::kPresetSelected) presets.push_back(notice.value);
         }
         return presets;
     }
@@ -170,7 +170,7 @@ TEST_F(CMidiRouterTest, AControllerIsOfferedToItsLaneAtTheStepWhereItCame) {
     Send(0xd0, 33, 0, 0xfffffff0U - 25);
     for (const auto& [lane, x, y] : {std::tuple{kModulationWheelLane, 5.5F, 70.0F}, {kAftertouchLane, 4.75F, 33.0F}}) {
         ASSERT_TRUE(notices.TryPop(notice));
-        EXPECT_EQ(notice.kind, EngineNotice::Kind::LanePoint);
+        EXPECT_EQ(notice.kind, EngineNotice::EKind::kLanePoint);
         EXPECT_EQ(notice.instrument, instrument.Id());
         EXPECT_EQ(notice.pattern, 3);
         EXPECT_EQ(notice.lane, lane);

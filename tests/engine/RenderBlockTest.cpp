@@ -198,7 +198,7 @@ TEST_F(CRenderBlockTest, SongAutomationNeedsSongMode) {
     Listen(instrument, 4 * kStep);
     EXPECT_EQ(audio.settings.masterLevel.Get(), 127.0F);
     audio.settings.songMode.Set(1.0F);
-    Command(EngineCommand::Kind::Play);
+    Command(EngineCommand::EKind::kPlay);
     Listen(instrument, 4 * kStep);
     EXPECT_EQ(audio.settings.masterLevel.Get(), 64.0F);
 }
@@ -227,6 +227,20 @@ TEST_F(CRenderBlockTest, BallsWanderOnTheirGridFromTheSeed) {
             EXPECT_NEAR(values[static_cast<std::size_t>(same)], x / 128.0F, 1e-4F);
     }
     EXPECT_NEAR(instrument.strip.level.Get(), 63.5F, 1e-3F);
+}
+
+TEST_F(CRenderBlockTest, ACommandPlacesTheBallItNamesAndNoOther) {
+    CInstrument& instrument = AddInstrument();
+    CInstrument& other = AddInstrument();
+    const auto balls = instrument.play.balls;
+    const auto beyond = static_cast<std::int32_t>(balls.size());
+    for (const std::int32_t ball : {1, -1, beyond})
+        audio.Post({EngineCommand::EKind::kMoveBall, instrument.Id(), ball, 12.0F, 100.0F});
+    audio.RenderBlock();
+    auto expected = balls;
+    expected[1] = {12.0F, 100.0F};
+    EXPECT_EQ(instrument.play.balls, expected);
+    EXPECT_EQ(other.play.balls, balls);
 }
 
 TEST_F(CRenderBlockTest, LiveMessagesKeepTheirPlaceInTheBlockAndTheirRules) {
@@ -310,7 +324,7 @@ TEST_F(CRenderBlockTest, AnyNumberOfThreadsGivesTheSameSamples) {
         }
         fresh.PublishInstruments(std::move(list));
         fresh.settings.songMode.Set(0.0F);
-        fresh.Post({EngineCommand::Kind::Play});
+        fresh.Post({EngineCommand::EKind::kPlay});
         std::vector<float> samples;
         for (int block = 0; block < 400; ++block) {
             fresh.RenderBlock();

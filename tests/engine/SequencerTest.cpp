@@ -55,7 +55,7 @@ TEST_F(CSequencerTest, EveryBlockSizeGivesTheSameNotesAtTheSameSamples) {
         auto notes = Listen(instrument, 65536 * 2);
         heard[blockSize] = std::move(notes);
         audio.PublishInstruments({});
-        Command(EngineCommand::Kind::Stop);
+        Command(EngineCommand::EKind::kStop);
         audio.RenderBlock();
     }
     ASSERT_GT(heard[64].size(), 20U);
@@ -104,7 +104,7 @@ TEST_F(CSequencerTest, AQueuedPatternWaitsForTheEndAndGoesBeforeChain) {
     SelectStepNumberMode(instrument, StepNumberMode::Chain);
     PlayPatterns();
     Listen(instrument, kStep);
-    Command(EngineCommand::Kind::SelectPattern, 5, instrument.Id());
+    Command(EngineCommand::EKind::kSelectPattern, 5, instrument.Id());
     EXPECT_EQ(Keys(instrument, 7 * kStep), (std::vector<int>{60, 60, 60, 65, 65, 60, 60}));
 }
 
@@ -115,7 +115,7 @@ TEST_F(CSequencerTest, ARestartWaitsForTheBeat) {
     SetPattern(instrument, 0, 16, {{0.0F, 0.5F, 40, 100}, {9.0F, 0.5F, 49, 100}});
     PlayPatterns();
     EXPECT_EQ(Keys(instrument, 2 * kStep), (std::vector<int>{40}));
-    Command(EngineCommand::Kind::StartPattern, 9, instrument.Id());
+    Command(EngineCommand::EKind::kStartPattern, 9, instrument.Id());
     const auto heard = Listen(instrument, 4 * kStep);
     ASSERT_FALSE(heard.empty());
     EXPECT_EQ(heard.front(), (HeardNote{4 * kStep, 49, true}));
@@ -152,7 +152,7 @@ TEST_F(CSequencerTest, TheSongFollowsPlaylistsRepeatsAndFallsSilent) {
     SetPattern(instrument, 0, 2, EveryStep(2, 60));
     SetPattern(instrument, 1, 2, EveryStep(2, 61));
     instrument.playlist.Publish(std::make_shared<const Playlist>(Playlist{{0, 1, 1}, {1, 6, 0}}), audio.graveyard);
-    Command(EngineCommand::Kind::Play);
+    Command(EngineCommand::EKind::kPlay);
     const auto heard = Listen(instrument, 12 * kStep);
     std::vector<std::pair<std::int64_t, int>> struck;
     for (const HeardNote& note : heard) {
@@ -172,7 +172,7 @@ TEST_F(CSequencerTest, TheLoopRegionRepeatsItsStepsAndEndsSoundingNotes) {
     audio.settings.loopOn.Set(1.0F);
     audio.settings.loopStart.Set(4);
     audio.settings.loopEnd.Set(8);
-    Command(EngineCommand::Kind::Play);
+    Command(EngineCommand::EKind::kPlay);
     std::vector<int> keys;
     std::vector<std::int64_t> ends;
     for (const HeardNote& note : Listen(instrument, 13 * kStep)) {
@@ -199,7 +199,7 @@ TEST_F(CSequencerTest, StopEndsEveryNoteWithinOneBlockAndKeepsTheRestSilent) {
     SetPattern(instrument, 0, 16, {{0.0F, 15.0F, 60, 100}, {0.9F, 1.0F, 61, 100}});
     PlayPatterns();
     EXPECT_EQ(Listen(instrument, 1000).size(), 1U);
-    Command(EngineCommand::Kind::Stop);
+    Command(EngineCommand::EKind::kStop);
     const std::int64_t stopped = position;
     EXPECT_EQ(Listen(instrument, 20 * kStep), (std::vector<HeardNote>{{stopped, 60, false}}));
 }

@@ -48,37 +48,36 @@ TEST(CInstrument, OnlyOneStepNumberModeIsOnAndTheLastOneCounts) {
     EXPECT_EQ(SelectedStepNumberMode(instrument), StepNumberMode::Hold);
 }
 
-TEST(MixLanes, EveryLaneReachesASettingOfItsOwnWithinItsRange) {
+TEST(MixLanes, AValueReachesTheSettingOfItsLaneWithinItsRange) {
     ChannelStrip strip;
-    std::vector<CValue*> seen;
-    for (int lane = 0; lane < kMixParameterCount; ++lane) {
-        CValue* const setting = MixSetting(strip, lane);
-        ASSERT_NE(setting, nullptr) << lane;
-        EXPECT_EQ(std::count(seen.begin(), seen.end(), setting), 0) << lane;
-        seen.push_back(setting);
-        const LaneDescription& range = MixParameters()[static_cast<std::size_t>(lane)];
-        EXPECT_TRUE(SetMixValue(strip, lane, 1000.0F));
-        EXPECT_EQ(setting->Get(), range.maximum);
-        EXPECT_TRUE(SetMixValue(strip, lane, -1000.0F));
-        EXPECT_EQ(setting->Get(), range.minimum);
+    const CValue* const settings[] = {&strip.level, &strip.eqQ[1], &strip.sendLevel[0], &strip.crossfadeB};
+    for (const auto& [lane, setting] :
+         {std::pair{0, settings[0]}, {8, settings[1]}, {16, settings[2]}, {25, settings[3]}}) {
+        EXPECT_EQ(SetMixValue(strip, lane, 1000.0F), StripSettingOf(strip, setting)) << lane;
+        EXPECT_EQ(setting->Get(), MixParameters()[static_cast<std::size_t>(lane)].maximum);
         EXPECT_FALSE(SetMixValue(strip, lane, std::numeric_limits<float>::quiet_NaN()));
-        EXPECT_EQ(setting->Get(), range.minimum);
+        EXPECT_EQ(setting->Get(), MixSetting(lane)->range.maximum);
     }
-    EXPECT_EQ(MixSetting(strip, 16), &strip.sendLevel[0]);
-    EXPECT_EQ(MixSetting(strip, 8), &strip.eqQ[1]);
-    EXPECT_EQ(EqBandOfMixParameter(12), 2);
-    EXPECT_EQ(EqBandOfMixParameter(13), -1);
+    for (int lane = 4; lane < 13; ++lane) EXPECT_EQ(MixSetting(lane)->eqBand, (lane - 4) / 3);
+    EXPECT_FALSE(StripSettingOf(strip, &strip.peak));
+    EXPECT_EQ(MixValueOf(1, 0.25F), -0.5F);
+    EXPECT_EQ(MixValueOf(0, 0.5F), 63.5F);
+    EXPECT_FALSE(MixValueOf(-1, 1.0F));
+    EXPECT_FALSE(MixValueOf(24, 1.0F)) << "named, but no lane";
 }
 
-TEST(MixLanes, NormalisedValuesSpanTheRangeOfLanesThatExist) {
-    ChannelStrip strip;
-    EXPECT_TRUE(SetNormalisedMixValue(strip, 1, 0.25F));
-    EXPECT_EQ(strip.pan.Get(), -0.5F);
-    EXPECT_TRUE(SetNormalisedMixValue(strip, 0, 0.5F));
-    EXPECT_EQ(strip.level.Get(), 63.5F);
-    EXPECT_FALSE(SetNormalisedMixValue(strip, -1, 1.0F));
-    EXPECT_FALSE(SetNormalisedMixValue(strip, 24, 1.0F)) << "named, but no lane";
-    EXPECT_EQ(strip.crossfadeA.Get(), 0.0F);
+TEST(ChannelStrip, AResetLeavesTheSwitchesOfEqualiserAndInsertsAlone) {
+    ChannelStrip old;
+    StripValues all;
+    for (const StripSetting& setting : kStripSettings) setting.member(all) = setting.range.maximum;
+    SetValues(old, all);
+    ChannelStrip fresh;
+    KeepThroughReset(fresh, old);
+    EXPECT_TRUE(fresh.eqOn.IsOn() && fresh.insertOn[0].IsOn() && fresh.insertOn[1].IsOn());
+    fresh.eqOn.Set(0);
+    for (CValue& on : fresh.insertOn) on.Set(0);
+    const StripValues left = ValuesOf(fresh);
+    for (const StripSetting& setting : kStripSettings) EXPECT_EQ(setting.member(left), setting.range.initial);
 }
 
 TEST(CPattern, FindsTheNotesOfAStepInAnyOrderAndSurvivesNonsense) {

@@ -103,17 +103,17 @@ protected:
         if (block == 0) PlayPatterns();
         if (block == kBlocks / 2) {
             audio.settings.songMode.Set(1.0F);
-            Command(EngineCommand::Kind::Play);
+            Command(EngineCommand::EKind::kPlay);
         }
         const auto key = static_cast<std::uint8_t>(48 + block % 24);
         for (const int status : {0x90, 0xb0, 0xe0, 0x80})
             audio.ReceiveMidi(
                 {static_cast<std::uint8_t>(status), status == 0xb0 ? std::uint8_t{1} : key, 90, Milliseconds()});
-        audio.PostMidi({0x90, key, 80, Milliseconds()});
         CInstrument& instrument = *(*audio.instruments.ForEdit())[static_cast<std::size_t>(block % kInstruments)];
         UpdateEqualizer(instrument, block % kEqBandCount, 44100.0);
         if (block % 7 == 0) SetPattern(instrument, 0, 5, EveryStep(5, 50));
-        Command(EngineCommand::Kind::MoveBall, 0, instrument.Id());
+        Command(EngineCommand::EKind::kMoveBall, 0, instrument.Id());
+        audio.Post({EngineCommand::EKind::kPlayNote, instrument.Id(), key, 80});
         audio.Scope().Arm();
         for (EngineNotice notice; audio.Fetch(notice);) {}
         audio.Collect();

@@ -56,7 +56,7 @@ protected:
         user.Ask([&] { QMetaObject::invokeMethod(&user.Window(), "close", Qt::QueuedConnection); });
     }
     static CInstrument& At(CDriver& user, int index) {
-        return *user.Ask([&] { return user.Window().Workstation().Instrument(index); });
+        return *user.Ask([&] { return user.Window().Workstation().Stack().Instrument(index); });
     }
 
     QTemporaryDir folder;
@@ -69,10 +69,10 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
     const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
         SettleIn(user);
         CWorkstation& station = user.Window().Workstation();
-        count = user.Ask([&] { return station.Instruments().size(); });
+        count = user.Ask([&] { return station.Stack().Instruments().size(); });
         EXPECT_GE(count, 8U);
         user.Key("space");
-        EXPECT_TRUE(user.WaitFor([&] { return station.IsPlaying(); })) << "Space plays";
+        EXPECT_TRUE(user.WaitFor([&] { return station.Transport().IsPlaying(); })) << "Space plays";
 
         // One whose level no automation moves.
         CInstrumentStripCtrl& strip = *user.Ask([&] { return user.Console().Strip(kSubject); });
@@ -100,23 +100,23 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
         for (int notch = 0; notch < 30; ++notch) user.Click(scrollBar, 5);
         user.Click(user.PointOf(*user.FindInBand(kAddInstrument)));
         EXPECT_TRUE(user.ChooseOpen(QStringLiteral("QUIB synth")));
-        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count + 1; }));
+        EXPECT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == count + 1; }));
         user.Key("ctrl+z");
-        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count; })) << "undone";
+        EXPECT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == count; })) << "undone";
 
         EXPECT_TRUE(user.ChooseMenu(QStringLiteral("File"), QStringLiteral("Save")));
-        EXPECT_TRUE(user.WaitFor([&] { return !station.IsModified(); }));
+        EXPECT_TRUE(user.WaitFor([&] { return !station.Session().IsModified(); }));
         Close(user);
     });
     EXPECT_EQ(code, 0);
     CDriver::Run(Arguments(), [&](CDriver& user) {
         SettleIn(user);
         CWorkstation& station = user.Window().Workstation();
-        EXPECT_TRUE(user.WaitFor([&] { return station.Instruments().size() == count; }));
+        EXPECT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == count; }));
         EXPECT_NEAR(At(user, kSubject).strip.level.Get(), level, 0.001F);
         EXPECT_TRUE(At(user, kSubject).strip.mute.IsOn());
         EXPECT_EQ(At(user, kSubject).patternSelected.Get(), 12);
-        EXPECT_EQ(user.Ask([&] { return station.ProjectPath(); }), project);
+        EXPECT_EQ(user.Ask([&] { return station.Session().ProjectPath(); }), project);
         Close(user);
     });
 }
@@ -130,8 +130,8 @@ TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
             user.Key("space");
             user.Click(user.PointOf(*user.Find(*user.Ask([&] { return user.Console().Strip(1); }), kMute)));
             user.Ask([&] {
-                user.Window().Workstation().WriteBackup(false);
-                user.Window().Workstation().Saver().Finish();
+                user.Window().Workstation().Session().WriteBackup(false);
+                user.Window().Workstation().Session().Saver().Finish();
             });
             kill(getpid(), SIGKILL);
         });
@@ -152,7 +152,7 @@ TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
             yes = button->mapToGlobal(button->rect().center());
         });
         user.Click(yes);
-        EXPECT_TRUE(user.WaitFor([&] { return user.Window().Workstation().Instruments().size() >= 8; }));
+        EXPECT_TRUE(user.WaitFor([&] { return user.Window().Workstation().Stack().Instruments().size() >= 8; }));
         EXPECT_TRUE(At(user, 1).strip.mute.IsOn());
         Close(user);
     });
@@ -191,8 +191,9 @@ TEST_F(SessionTest, ClickingEverythingDuringPlaybackHarmsNothing) {
         }
         EXPECT_TRUE(user.WaitFor([&] { return user.Window().isVisible(); }));
         user.Ask([&] {
-            while (user.Window().Workstation().Undo().canUndo()) user.Window().Workstation().Undo().undo();
-            user.Window().Workstation().NewProject();
+            while (user.Window().Workstation().Changes().Steps().canUndo())
+                user.Window().Workstation().Changes().Steps().undo();
+            user.Window().Workstation().Session().NewProject();
         });
         Close(user);
     });

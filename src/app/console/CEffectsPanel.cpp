@@ -53,7 +53,7 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
 
 void CEffectsPanel::ShowSlots() {
     for (const Row& row : rows) {
-        const auto slot = context.station.Slot(row.place);
+        const auto slot = context.station.Places().Slot(row.place);
         const bool filled = slot && slot->plugin;
         row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textDim"));
         row.label->SetText(SlotText(slot.get(), Text("no effect")));

@@ -25,7 +25,11 @@ constexpr int kDragDistance = 4;  // pixels before a press becomes a drag
 
 CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<CInstrument> shown,
                                            const ConsoleContext& consoleContext, int newWidth)
-    : CControl(window, 0, 0, 0, newWidth, 0), context(consoleContext), instrument(std::move(shown)) {
+    : CControl(window, 0, 0, 0, newWidth, 0),
+      context(consoleContext),
+      instrument(std::move(shown)),
+      stepGestures(context.station, instrument) {
+    context.owner = instrument;
     onAlternativeClick = [this](CControl&) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillInstrumentMenu(menu, context, instrument->Id(), &Owner()); });
     };
@@ -34,6 +38,7 @@ CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<
 
 void CInstrumentStripCtrl::Rebuild(int newWidth) {
     ClearChildren();
+    cells = nullptr;
     leds = nullptr;
     modes = nullptr;
     steps = nullptr;
@@ -42,7 +47,7 @@ void CInstrumentStripCtrl::Rebuild(int newWidth) {
     inserts.fill(nullptr);
     sends.fill(nullptr);
     shownPattern = nullptr;
-    collapsed = context.station.IsCollapsed(Index());
+    collapsed = context.station.Stack().IsCollapsed(Index());
     openShown.Set(collapsed ? 0.0F : 1.0F);
     withKeyboard = instrument->keyboardOn.IsOn();
     SetSize(newWidth, kHeaderHeight + (collapsed ? 4 : kBodyHeight) + (withKeyboard ? kKeyboardHeight : 0));
@@ -64,13 +69,13 @@ void CInstrumentStripCtrl::Rebuild(int newWidth) {
 }
 
 bool CInstrumentStripCtrl::IsHeightRight() const {
-    return withKeyboard == instrument->keyboardOn.IsOn() && collapsed == context.station.IsCollapsed(Index());
+    return withKeyboard == instrument->keyboardOn.IsOn() && collapsed == context.station.Stack().IsCollapsed(Index());
 }
 
 QRgb CInstrumentStripCtrl::Ground() const { return Palette().Colour(QStringLiteral("panel")); }
 
 QRgb CInstrumentStripCtrl::StripColour() const {
-    const QColor own = context.station.StripColour(Index());
+    const QColor own = context.station.Stack().StripColour(Index());
     return own.isValid() ? own.rgb() : Palette().Accent(ESection::kMix);
 }
 
@@ -81,7 +86,7 @@ void CInstrumentStripCtrl::ShowContent() {
     title->SetText(QString::fromStdString(instrument->title));
     plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
     channel->SetText(ChannelText(instrument->midi.channel.Get()));
-    soloShown.Set(context.station.IsSolo(index) ? 1.0F : 0.0F);
+    soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
     if (collapsed) return;
     modeShown.Set(static_cast<float>(static_cast<int>(SelectedStepNumberMode(*instrument))));
     for (int place = 0; place < kInsertCount; ++place) {
@@ -91,11 +96,15 @@ void CInstrumentStripCtrl::ShowContent() {
         insert.SetText(SlotText(slot.get(), Text("insert %1").arg(place + 1)));
     }
     for (int place = 0; place < kSendCount; ++place) {
-        const auto slot = context.station.Slot({SlotPlace::EKind::kEffect, 0, place});
+        const auto slot = context.station.Places().Slot({SlotPlace::EKind::kEffect, 0, place});
         CSwitchFaderCtrl& send = *sends[static_cast<std::size_t>(place)];
         send.enabled = slot && slot->plugin;
         send.SetText(SlotText(slot.get(), Text("send %1").arg(place + 1)));
     }
+}
+
+void CInstrumentStripCtrl::PatternsChanged() {
+    if (cells != nullptr && cells->IsShown()) cells->Refresh();
 }
 
 void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
@@ -108,12 +117,10 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
     for (std::uint32_t key = 0; key < keys; ++key) sounding[picture->heldKeys[key] & 127U] = true;
     const float lit = keys > 0 ? 1.0F : 0.0F;
     if (lit != lampShown.Get()) lamp->SetValueAndUpdate(false, true, lit);
-    const float soloNow = context.station.IsSolo(Index()) ? 1.0F : 0.0F;
+    const float soloNow = context.station.Stack().IsSolo(Index()) ? 1.0F : 0.0F;
     if (soloNow != soloShown.Get()) solo->SetValueAndUpdate(false, true, soloNow);
     if (leds == nullptr) return;
-    const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
-    const auto pattern =
-        instrument->patterns[static_cast<std::size_t>(std::clamp(shown, 0, kPatternCount - 1))].ForEdit();
+    const auto pattern = instrument->patterns[static_cast<std::size_t>(ShownPattern())].ForEdit();
     if (pattern != shownPattern) {
         shownPattern = pattern;
         leds->SetStepCount(pattern->LoopLength());
@@ -128,7 +135,7 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
 void CInstrumentStripCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -2.5);
-    const bool isCurrent = Index() == context.station.CurrentIndex();
+    const bool isCurrent = Index() == context.station.Selection().CurrentIndex();
     Canvas().FillRound(area, 4, Ground());
     Canvas().Frame(area, 4,
                    isCurrent ? Palette().Colour(QStringLiteral("textDim")) : Palette().Colour(QStringLiteral("line")));
@@ -163,6 +170,11 @@ void CInstrumentStripCtrl::OnLButtonUp(int /*px*/, int py, int /*button*/) {
 
 void CInstrumentStripCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 
+int CInstrumentStripCtrl::ShownPattern() const {
+    const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
+    return std::clamp(shown, 0, kPatternCount - 1);
+}
+
 // --- Patterns -------------------------------------------------------------------------------------------------
 
 std::uint32_t CInstrumentStripCtrl::FilledPatterns() const {
@@ -185,15 +197,15 @@ CPatternOwner::Look CInstrumentStripCtrl::PatternLook() const {
     return look;
 }
 
-void CInstrumentStripCtrl::SelectPattern(int pattern) { context.station.SelectPattern(Index(), pattern); }
+void CInstrumentStripCtrl::SelectPattern(int pattern) { context.station.Contents().SelectPattern(Index(), pattern); }
 
-void CInstrumentStripCtrl::CopyPattern(int from, int to) { context.station.CopyPattern(Index(), from, to); }
+void CInstrumentStripCtrl::CopyPattern(int from, int to) { context.station.Contents().CopyPattern(Index(), from, to); }
 
 void CInstrumentStripCtrl::TogglePatternFlag(int pattern) {
     CIntegerValue& flag = instrument->patternUsed[static_cast<std::size_t>(pattern)];
     const int before = flag.Get();
     flag.Set(before != 0 ? 0 : 1);
-    context.station.ValueEdited(flag, before, flag.Get(), Text("Mark pattern"));
+    context.station.Changes().ValueEdited(Part(instrument, flag), before, flag.Get(), Text("Mark pattern"));
 }
 
 void CInstrumentStripCtrl::SendPatternMask(std::uint32_t mask) {
@@ -205,12 +217,12 @@ void CInstrumentStripCtrl::SetSteps(int count) {
     const int pattern = std::clamp(instrument->patternSelected.Get(), 0, kPatternCount - 1);
     const auto before = instrument->patterns[static_cast<std::size_t>(pattern)].ForEdit();
     instrument->stepNumber.Set(count);
-    context.station.SetPattern(
+    context.station.Contents().SetPattern(
         instrument->Id(), pattern,
         std::make_shared<const CPattern>(count, before->Notes(), std::min(before->LoopStart(), count - 1)),
         Text("Number of steps"));
 }
 
-void CInstrumentStripCtrl::ToggleCollapsed() { context.station.SetCollapsed(Index(), !collapsed); }
+void CInstrumentStripCtrl::ToggleCollapsed() { context.station.Stack().SetCollapsed(Index(), !collapsed); }
 
 }  // namespace quib

@@ -4,11 +4,12 @@
 // The console's strip of one instrument: a container that builds the controls of its header, mixer,
 // patterns, equaliser and effects, with the keyboard below when it is shown. User-interface thread.
 
+#include "app/console/CStepGestures.h"
 #include "app/console/ConsoleParts.h"
 #include "controls/CControl.h"
 #include "controls/CPatternSelCtrl.h"
-#include "engine/CLevelTables.h"
 #include "engine/PlayPicture.h"
+#include "engine/strip/CLevelTables.h"
 
 class QMenu;
 
@@ -44,13 +45,15 @@ public:
 
     CInstrument& Instrument() const noexcept { return *instrument; }
     // Its place in the list, which may have changed since the strip was made.
-    int Index() const { return context.station.IndexOf(instrument->Id()); }
+    int Index() const { return context.station.Stack().IndexOf(instrument->Id()); }
     // Builds the controls for this width, and its height for what is shown of it.
     void Rebuild(int newWidth);
     // False when the keyboard or the body has been shown or hidden since.
     bool IsHeightRight() const;
     // Takes over names, plug-ins and notes.
     void ShowContent();
+    // Draws the cells of the patterns anew.
+    void PatternsChanged();
     // With each tick, while the strip is on the screen; null when the engine does not play it.
     void Follow(const InstrumentPicture* picture);
 
@@ -76,6 +79,11 @@ private:
     void AddInserts(int left, int room);
     void AddKeyboard();
     void FillSteps(QMenu& menu);
+    void FillStepMenu(QMenu& menu, int step);
+    // Velocity of the loudest note that begins in a step; -1 none.
+    int LoudnessOf(int step) const;
+    // The pattern that plays, else the selected one.
+    int ShownPattern() const;
     void SetSteps(int steps);
     void ToggleCollapsed();
     QRgb Ground() const;
@@ -84,6 +92,7 @@ private:
 
     ConsoleContext context;
     std::shared_ptr<CInstrument> instrument;
+    CStepGestures stepGestures;
     CLevelTables tables;
     bool collapsed = false;
     bool withKeyboard = false;
@@ -113,6 +122,7 @@ private:
     CSwitchCtrl* solo = nullptr;
     CPresetSelectorCtrl* presets = nullptr;
     // Null while the strip is collapsed.
+    CPatternSelCtrl* cells = nullptr;
     CStepLedCtrl* leds = nullptr;
     CSwitchSelectorCtrl* modes = nullptr;
     CLabelMenuCtrl* steps = nullptr;

@@ -78,11 +78,11 @@ void CSessionPanel::AddPresets() {
     presetMidi = &AddChild<CLabelMenuCtrl>(0U, 66, 32, kWidth - 74, 17, QString(),
                                            [this](QMenu& menu) { FillPresetMidi(menu); });
     presetMidi->infoString = 457;
-    auto& presets = AddChild<CPresetSelectorCtrl>(0U, 8, 52, kWidth - 14, 22, &station.SelectedPreset());
+    auto& presets = AddChild<CPresetSelectorCtrl>(0U, 8, 52, kWidth - 14, 22, &station.Presets().SelectedPreset());
     presets.section = ESection::kPattern;
     presets.infoString = 456;
-    presets.presetCount = [&station] { return station.PresetCount(); };
-    presets.onSelect = [&station](int preset) { station.RecallPresets(preset); };
+    presets.presetCount = [&station] { return station.Presets().PresetCount(); };
+    presets.onSelect = [&station](int preset) { station.Presets().RecallPresets(preset); };
 }
 
 void CSessionPanel::FillPresetMidi(QMenu& menu) {
@@ -92,7 +92,7 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
     QMenu* const channels = menu.addMenu(Text("Channel"));
     for (int selector = kChannelOff; selector <= 17; ++selector) {
         QAction* const action = channels->addAction(ChannelText(selector), [&station, &now, selector] {
-            station.SetPresetMidi(selector, now.baseNote.Get(), now.mode.Get());
+            station.Presets().SetPresetMidi(selector, now.baseNote.Get(), now.mode.Get());
         });
         action->setCheckable(true);
         action->setChecked(selector == now.channel.Get());
@@ -100,14 +100,14 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
     for (const int mode : {0, 1}) {
         QAction* const action = menu.addAction(
             mode == 0 ? Text("By note") : Text("By program change"),
-            [&station, &now, mode] { station.SetPresetMidi(now.channel.Get(), now.baseNote.Get(), mode); });
+            [&station, &now, mode] { station.Presets().SetPresetMidi(now.channel.Get(), now.baseNote.Get(), mode); });
         action->setCheckable(true);
         action->setChecked(mode == now.mode.Get());
     }
     QMenu* const notes = menu.addMenu(Text("First note"));
     for (int note = 0; note <= 120; note += 12) {
         QAction* const action = notes->addAction(QStringLiteral("C%1").arg(note / 12 - 2), [&station, &now, note] {
-            station.SetPresetMidi(now.channel.Get(), note, now.mode.Get());
+            station.Presets().SetPresetMidi(now.channel.Get(), note, now.mode.Get());
         });
         action->setCheckable(true);
         action->setChecked(note == now.baseNote.Get());
@@ -124,28 +124,29 @@ void CSessionPanel::AddRecorder() {
         return recordPath.isEmpty() ? Text("no file yet") : QFileInfo(recordPath).fileName();
     });
     file.textColour = Palette().Colour(QStringLiteral("textMuted"));
-    auto& time = AddChild<CLiveLabelCtrl>(0U, 48, 100, kWidth - 56, 18, [&station] { return station.RecorderText(); });
+    auto& time = AddChild<CLiveLabelCtrl>(0U, 48, 100, kWidth - 56, 18,
+                                          [&station] { return station.Recording().ProgressText(); });
     time.strong = true;
     time.fontHeight = 11;
     auto& size = AddChild<CLiveLabelCtrl>(0U, 48, 118, kWidth - 56, 14, [&station] {
-        return QStringLiteral("%1 MB").arg(static_cast<double>(station.RecordedBytes()) / 1e6, 0, 'f', 1);
+        return QStringLiteral("%1 MB").arg(static_cast<double>(station.Recording().Bytes()) / 1e6, 0, 'f', 1);
     });
     size.textColour = Palette().Colour(QStringLiteral("textMuted"));
 }
 
 void CSessionPanel::ToggleRecording() {
     CWorkstation& station = context.station;
-    if (station.IsRecording()) return station.StopRecording();
+    if (station.Recording().IsRecording()) return station.Recording().Stop();
     const QString path = QFileDialog::getSaveFileName(
         &Owner(), Text("Record to"), recordPath.isEmpty() ? QStringLiteral("recording.wav") : recordPath,
         QStringLiteral("Wave (*.wav);;MP3 (*.mp3)"));
     if (path.isEmpty()) return;
     recordPath = path;
-    station.StartRecording(path);
+    station.Recording().Start(path);
 }
 
 void CSessionPanel::Tick() {
-    const float recording = context.station.IsRecording() ? 1.0F : 0.0F;
+    const float recording = context.station.Recording().IsRecording() ? 1.0F : 0.0F;
     if (recording != recordShown.Get()) record->SetValueAndUpdate(false, true, recording);
     const PresetSelection& now = context.station.Audio().presetSelection;
     presetMidi->SetText(ChannelText(now.channel.Get()));

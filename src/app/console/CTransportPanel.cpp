@@ -38,15 +38,17 @@ void CTransportPanel::AddSwitches() {
     EngineSettings& settings = station.Audio().settings;
     play = &AddChild<CSwitchCtrl>(0U, 8, 8, 46, 34, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
-    play->onChange = [this, &station](CControl&) { playShown.IsOn() ? station.Play() : station.Stop(); };
+    play->onChange = [this, &station](CControl&) {
+        playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
+    };
     auto& stop = AddChild<CSwitchCtrl>(0U, 58, 8, 36, 34, nullptr, picture::kGlyphStop);
     stop.momentary = true;
     stop.infoString = 431;
     stop.onChange = [&station](CControl&) {
-        if (station.IsPlaying()) {
-            station.Stop();
+        if (station.Transport().IsPlaying()) {
+            station.Transport().Stop();
         } else {
-            station.Locate(0);
+            station.Transport().Locate(0);
         }
     };
     auto& record = AddChild<CSwitchCtrl>(0U, 98, 8, 30, 34, &station.Audio().recordAutomation, picture::kGlyphRecord);
@@ -78,7 +80,7 @@ void CTransportPanel::AddTempo() {
     auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
     tap.infoString = 437;
-    tap.onChange = [&station](CControl&) { station.TapTempo(); };
+    tap.onChange = [&station](CControl&) { station.Transport().TapTempo(); };
     auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 101, 16, &tempo, false);
     fader.minimum = 20;
     fader.maximum = 300;
@@ -147,7 +149,7 @@ void CTransportPanel::AddTools() {
 }
 
 void CTransportPanel::Tick() {
-    const float playing = context.station.IsPlaying() ? 1.0F : 0.0F;
+    const float playing = context.station.Transport().IsPlaying() ? 1.0F : 0.0F;
     if (playing != playShown.Get()) play->SetValueAndUpdate(false, true, playing);
 }
 

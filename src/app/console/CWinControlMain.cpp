@@ -45,30 +45,24 @@ CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorks
     : CWinControl(controlSettings, Palette().Colour(QStringLiteral("window")), parent),
       station(workstation),
       actions(std::move(consoleActions)),
-      context{station, actions},
+      context{station, actions, nullptr},
       scopeFeed(std::make_unique<CScopeFeed>(station.Audio().Scope())) {
     setObjectName(QStringLiteral("console"));
     BuildMaster();
     BuildStrips();
-    connect(&station, &CWorkstation::InstrumentsChanged, this, &CWinControlMain::RebuildSoon);
-    connect(&station, &CWorkstation::ProjectReplaced, this, [this] {
-        scrollPosition.Set(0);
-        RebuildSoon();
-        effects->ShowSlots();
-    });
-    connect(&station, &CWorkstation::InstrumentChanged, this, &CWinControlMain::StripChanged);
-    connect(&station, &CWorkstation::SlotChanged, this, &CWinControlMain::ShowSlots);
-    connect(&station, &CWorkstation::CurrentChanged, this, [this] {
+    connect(&station.Changes(), &CChanges::Changed, this, &CWinControlMain::Follow);
+    connect(&station.Selection(), &CSelection::CurrentChanged, this, [this] {
         for (CInstrumentStripCtrl* const strip : strips) strip->Refresh();
     });
     onControlClicked = [this](CControl& top) {
         const auto clicked = std::find(strips.begin(), strips.end(), &top);
-        if (clicked != strips.end()) station.SetCurrent((*clicked)->Index());
+        if (clicked != strips.end()) station.Selection().SetCurrent((*clicked)->Index());
     };
 }
 
 CWinControlMain::~CWinControlMain() {
-    disconnect(&station, nullptr, this, nullptr);
+    disconnect(&station.Changes(), nullptr, this, nullptr);
+    disconnect(&station.Selection(), nullptr, this, nullptr);
     RemoveAll();
 }
 
@@ -102,6 +96,37 @@ void CWinControlMain::BuildMaster() {
     addButton = &add;
 }
 
+// What moves with the values themselves is drawn from the timer.
+void CWinControlMain::Follow(const Change& change) {
+    switch (change.kind) {
+        case EChange::kProject:
+            scrollPosition.Set(0);
+            RebuildSoon();
+            return effects->ShowSlots();
+        case EChange::kStack:
+            return RebuildSoon();
+        case EChange::kSlot:
+            return change.instrument == 0 ? ShowSlots() : StripChanged(change.instrument);
+        case EChange::kInstrument:
+        case EChange::kPresets:
+            return StripChanged(change.instrument);
+        case EChange::kPattern:
+        case EChange::kPatternSelected:
+            return PatternsChanged(change.instrument);
+        case EChange::kPlaylist:
+        case EChange::kLanes:
+        case EChange::kBalls:
+        case EChange::kValue:
+            return;
+    }
+}
+
+void CWinControlMain::PatternsChanged(quint32 id) {
+    for (CInstrumentStripCtrl* const strip : strips) {
+        if (strip->Instrument().Id() == id) strip->PatternsChanged();
+    }
+}
+
 // Not at once: a control of a strip may be in the middle of the click that has changed the list.
 void CWinControlMain::RebuildSoon() {
     if (std::exchange(rebuildWanted, true)) return;
@@ -118,7 +143,7 @@ void CWinControlMain::BuildStrips() {
     for (CInstrumentStripCtrl* const strip : strips) Remove(*strip);
     strips.clear();
     const int room = std::max(SkinSize().width(), kNarrowest) - kScrollWidth - 2 * kMargin;
-    for (const auto& instrument : station.Instruments()) {
+    for (const auto& instrument : station.Stack().Instruments()) {
         auto& strip = Add<CInstrumentStripCtrl>(instrument, context, room);
         strip.onDrag = [this](CInstrumentStripCtrl& dragged, int py, bool dropped) { DragStrip(dragged, py, dropped); };
         strips.push_back(&strip);
@@ -262,7 +287,7 @@ void CWinControlMain::DragStrip(CInstrumentStripCtrl& strip, int py, bool droppe
         QMetaObject::invokeMethod(
             this,
             [this, from, to] {
-                if (to != from) station.MoveInstrument(from, to);
+                if (to != from) station.Stack().MoveInstrument(from, to);
                 LayoutAndRefresh();
             },
             Qt::QueuedConnection);

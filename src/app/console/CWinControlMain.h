@@ -42,9 +42,11 @@ protected:
 private:
     void BuildMaster();
     void BuildStrips();
+    void Follow(const Change& change);
     void RebuildSoon();
     void ShowSlots();
     void StripChanged(quint32 id);
+    void PatternsChanged(quint32 id);
     void PlaceStrips();
     void Scroll();
     void DragStrip(CInstrumentStripCtrl& strip, int py, bool dropped);

@@ -33,16 +33,29 @@ void BindValue(CControl& control, const ConsoleContext& context, const char* val
     control.name = Text(valueName);
     control.infoString = infoString;
     CWorkstation& station = context.station;
-    control.onGesture = [&station, afterwards](CControl& changed, float before) {
-        station.ValueEdited(*changed.Value(), before, changed.ValueNow(), changed.name, afterwards);
+    control.onGesture = [&station, owner = context.owner, afterwards](CControl& changed, float before) {
+        station.Changes().ValueEdited(Part(owner, *changed.Value()), before, changed.ValueNow(), changed.name,
+                                      afterwards);
     };
 }
 
-void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName) {
+void BindSetting(CControl& control, const ConsoleContext& context, const ChannelStrip& strip, int infoString) {
+    const StripSetting& setting = *StripSettingOf(strip, control.Value());
+    control.minimum = setting.range.minimum;
+    control.maximum = setting.range.maximum;
+    if (!setting.IsSwitch()) control.defaultValue = setting.range.initial;
+    BindValue(control, context, setting.name, infoString);
+}
+
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const ChannelStrip& strip) {
     CWorkstation& station = context.station;
-    control.onLevelGesture = [&station, name = Text(valueName)](CControl& changed, float before) {
+    const StripSetting& setting = *StripSettingOf(strip, control.Level());
+    control.levelMaximum = setting.range.maximum;
+    control.levelDefault = setting.range.initial;
+    control.onLevelGesture = [&station, owner = context.owner, name = Text(setting.name)](CControl& changed,
+                                                                                          float before) {
         CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();
-        station.ValueEdited(*level, before, level->Get(), name);
+        station.Changes().ValueEdited(Part(owner, *level), before, level->Get(), name);
     };
 }
 

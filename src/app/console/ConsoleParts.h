@@ -10,12 +10,11 @@
 
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
+#include "editors/ToolTable.h"
 
 namespace quib {
 
 class CSwitchFaderCtrl;
-
-enum class ETool { kPianoRoll, kAutomation, kArpeggiator, kBall, kPlaylist, kTutorial };
 
 // What the console asks its window for.
 struct ConsoleActions {
@@ -32,14 +31,18 @@ struct ConsoleActions {
 struct ConsoleContext {
     CWorkstation& station;
     ConsoleActions& actions;
+    std::shared_ptr<CInstrument> owner;  // of the values that the controls are bound to; null: the master section
 };
 
 // Names the control's value, explains it, and makes each finished gesture a step of undo. `afterwards`
 // is run whenever undo moves the value.
 void BindValue(CControl& control, const ConsoleContext& context, const char* valueName, int infoString,
                std::function<void()> afterwards = {});
+// The same for a control that is bound to a setting of the strip: with the setting's name, range and, but
+// for switches, default.
+void BindSetting(CControl& control, const ConsoleContext& context, const ChannelStrip& strip, int infoString);
 // The same for the level of a send.
-void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const char* valueName);
+void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const ChannelStrip& strip);
 // Shows and takes decibels: `gain` gives the linear gain of a control value.
 void ShowDecibels(CControl& control, std::function<float(float)> gain);
 

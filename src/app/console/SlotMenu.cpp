@@ -73,20 +73,22 @@ void AddFileItems(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
     CWorkstation& station = context.station;
     const auto load = [=, &menu, &station](const char* text, const FileKind& kind, auto member) {
         menu.addAction(Text(text), [=, &station] {
-            LoadFile(context, window, kind,
-                     [&](const QString& path, QString& error) { return (station.*member)(place, path, error); });
+            LoadFile(context, window, kind, [&](const QString& path, QString& error) {
+                return (station.Places().*member)(place, path, error);
+            });
         });
     };
     const auto save = [=, &menu, &station](const char* text, const FileKind& kind, auto member) {
         menu.addAction(Text(text), [=, &station] {
-            SaveFile(context, window, kind, QString(),
-                     [&](const QString& path, QString& error) { return (station.*member)(place, path, error); });
+            SaveFile(context, window, kind, QString(), [&](const QString& path, QString& error) {
+                return (station.Places().*member)(place, path, error);
+            });
         });
     };
-    load(TextKey("Load Bank..."), kBankFile, &CWorkstation::LoadBank);
-    save(TextKey("Save Bank As..."), kBankFile, &CWorkstation::SaveBank);
-    load(TextKey("Load Program..."), kProgramFile, &CWorkstation::LoadProgram);
-    save(TextKey("Save Program As..."), kProgramFile, &CWorkstation::SaveProgram);
+    load(TextKey("Load Bank..."), kBankFile, &CPluginPlaces::LoadBank);
+    save(TextKey("Save Bank As..."), kBankFile, &CPluginPlaces::SaveBank);
+    load(TextKey("Load Program..."), kProgramFile, &CPluginPlaces::LoadProgram);
+    save(TextKey("Save Program As..."), kProgramFile, &CPluginPlaces::SaveProgram);
 }
 
 void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_ptr<CPlugin>& plugin) {
@@ -102,19 +104,19 @@ void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_p
         action->setCheckable(true);
         action->setChecked(program == now);
         QObject::connect(action, &QAction::triggered, &station,
-                         [&station, plugin, program] { station.SelectProgram(plugin, program); });
+                         [&station, plugin, program] { station.Places().SelectProgram(plugin, program); });
     }
 }
 
 void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& name, QWidget* window) {
     QString error;
-    if (!context.station.LoadPlugin(place, name, error)) Tell(window, error);
+    if (!context.station.Places().LoadPlugin(place, name, error)) Tell(window, error);
 }
 
 }  // namespace
 
 void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& place, QWidget* window) {
-    const auto slot = context.station.Slot(place);
+    const auto slot = context.station.Places().Slot(place);
     if (slot && slot->plugin) {
         menu.addAction(Text("Open Plugin"), [context, place] { context.actions.openPlugin(place); });
         AddPrograms(menu, context, slot->plugin);
@@ -138,7 +140,7 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
             if (!path.isEmpty()) LoadInto(context, place, path, window);
         });
     if (slot && (slot->plugin || slot->missing)) {
-        menu.addAction(Text("Remove Plugin"), [context, place] { context.station.ClearPlugin(place); });
+        menu.addAction(Text("Remove Plugin"), [context, place] { context.station.Places().ClearPlugin(place); });
     }
 }
 
@@ -147,32 +149,32 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
     // The place may have changed while the menu was open.
     const auto with = [&station, instrument](auto action) {
         return [&station, instrument, action] {
-            if (const int index = station.IndexOf(instrument); index >= 0) action(index);
+            if (const int index = station.Stack().IndexOf(instrument); index >= 0) action(index);
         };
     };
     menu.addSection(Text("Instrument"));
-    menu.addAction(Text("Reset Instrument"), with([&station](int index) { station.ResetInstrument(index); }));
+    menu.addAction(Text("Reset Instrument"), with([&station](int index) { station.Stack().ResetInstrument(index); }));
     menu.addAction(Text("Load Instrument..."), with([=, &station](int index) {
                        LoadFile(context, window, kInstrumentFile, [&](const QString& path, QString& error) {
-                           return station.LoadInstrument(index, path, error);
+                           return station.Stack().LoadInstrument(index, path, error);
                        });
                    }));
     menu.addAction(Text("Save Instrument As..."), with([=, &station](int index) {
-                       const QString name = QString::fromStdString(station.Instrument(index)->title);
+                       const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
                        SaveFile(context, window, kInstrumentFile, name, [&](const QString& path, QString& error) {
-                           return station.SaveInstrument(index, path, error);
+                           return station.Stack().SaveInstrument(index, path, error);
                        });
                    }));
     menu.addSection(Text("Pattern"));
     menu.addAction(Text("Load Pattern..."), with([=, &station](int index) {
                        LoadFile(context, window, kPatternFile, [&](const QString& path, QString& error) {
-                           return station.LoadPattern(index, path, error);
+                           return station.Contents().LoadPattern(index, path, error);
                        });
                    }));
     menu.addAction(Text("Save Pattern As ..."), with([=, &station](int index) {
-                       const QString name = QString::fromStdString(station.Instrument(index)->title);
+                       const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
                        SaveFile(context, window, kPatternFile, name, [&](const QString& path, QString& error) {
-                           return station.SavePattern(index, path, error);
+                           return station.Contents().SavePattern(index, path, error);
                        });
                    }));
     menu.addSeparator();
@@ -180,25 +182,28 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
     menu.addSeparator();
     menu.addAction(Text("Rename..."), with([&station, window](int index) {
                        bool accepted = false;
-                       const QString title =
-                           QInputDialog::getText(window, Text("Rename"), Text("Title"), QLineEdit::Normal,
-                                                 QString::fromStdString(station.Instrument(index)->title), &accepted);
-                       if (accepted) station.RenameInstrument(index, title);
+                       const QString title = QInputDialog::getText(
+                           window, Text("Rename"), Text("Title"), QLineEdit::Normal,
+                           QString::fromStdString(station.Stack().Instrument(index)->title), &accepted);
+                       if (accepted) station.Stack().RenameInstrument(index, title);
                    }));
     QMenu* const icons = menu.addMenu(Text("Icon"));
     const QStringList names = {Text("Synthesiser"), Text("Drums"), Text("Bass"),    Text("Keys"),
                                Text("Pad"),         Text("Lead"),  Text("Strings"), Text("Loop")};
     for (int icon = 0; icon < names.size(); ++icon)
-        icons->addAction(names[icon], with([&station, icon](int index) { station.SetIcon(index, icon); }));
+        icons->addAction(names[icon], with([&station, icon](int index) { station.Stack().SetIcon(index, icon); }));
     menu.addAction(Text("Colour..."), with([&station, window](int index) {
-                       const QColor colour = QColorDialog::getColor(station.StripColour(index), window, Text("Colour"));
-                       if (colour.isValid()) station.SetStripColour(index, colour);
+                       const QColor colour =
+                           QColorDialog::getColor(station.Stack().StripColour(index), window, Text("Colour"));
+                       if (colour.isValid()) station.Stack().SetStripColour(index, colour);
                    }));
     menu.addSeparator();
-    menu.addAction(Text("Duplicate Instrument"), with([&station](int index) { station.DuplicateInstrument(index); }));
-    menu.addAction(Text("Move Up"), with([&station](int index) { station.MoveInstrument(index, index - 1); }));
-    menu.addAction(Text("Move Down"), with([&station](int index) { station.MoveInstrument(index, index + 1); }));
-    menu.addAction(Text("Remove Instrument"), with([&station](int index) { station.RemoveInstrument(index); }));
+    menu.addAction(Text("Duplicate Instrument"),
+                   with([&station](int index) { station.Stack().DuplicateInstrument(index); }));
+    menu.addAction(Text("Move Up"), with([&station](int index) { station.Stack().MoveInstrument(index, index - 1); }));
+    menu.addAction(Text("Move Down"),
+                   with([&station](int index) { station.Stack().MoveInstrument(index, index + 1); }));
+    menu.addAction(Text("Remove Instrument"), with([&station](int index) { station.Stack().RemoveInstrument(index); }));
 }
 
 QString ChannelText(int selector) {
@@ -207,15 +212,15 @@ QString ChannelText(int selector) {
 }
 
 void FillMidiMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id, QWidget* window) {
-    const auto instrument = context.station.InstrumentById(id);
+    const auto instrument = context.station.Stack().InstrumentById(id);
     if (!instrument) return;
     CWorkstation& station = context.station;
     const auto change = [&station, instrument](CIntegerValue& value, int next, const QString& name) {
         const int before = value.Get();
         value.Set(next);
-        station.ValueEdited(value, before, next, name,
-                            [&station, instrument] { Q_EMIT station.InstrumentChanged(instrument->Id()); });
-        Q_EMIT station.InstrumentChanged(instrument->Id());
+        const auto tell = [&station, instrument] { station.Changes().Tell({EChange::kInstrument, instrument->Id()}); };
+        station.Changes().ValueEdited(Part(instrument, value), before, next, name, tell);
+        tell();
     };
     MidiInputSettings& midi = instrument->midi;
     menu.addSection(Text("MIDI input"));
@@ -258,15 +263,15 @@ void FillPresetMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id
     CWorkstation& station = context.station;
     const auto with = [&station, id](auto action) {
         return [&station, id, action] {
-            if (const int index = station.IndexOf(id); index >= 0) action(index);
+            if (const int index = station.Stack().IndexOf(id); index >= 0) action(index);
         };
     };
-    menu.addAction(Text("Add Preset"), with([&station](int index) { station.AddPreset(index); }));
+    menu.addAction(Text("Add Preset"), with([&station](int index) { station.Presets().AddPreset(index); }));
     if (preset < 0) return;
     menu.addAction(Text("Remove Preset %1").arg(preset + 1),
-                   with([&station, preset](int index) { station.RemovePreset(index, preset); }));
+                   with([&station, preset](int index) { station.Presets().RemovePreset(index, preset); }));
     menu.addAction(Text("Paste to Preset %1").arg(preset + 1),
-                   with([&station, preset](int index) { station.PastePreset(index, preset); }));
+                   with([&station, preset](int index) { station.Presets().PastePreset(index, preset); }));
 }
 
 }  // namespace quib

@@ -22,44 +22,85 @@ namespace quib {
 
 void CInstrumentStripCtrl::AddMixer() {
     ChannelStrip& strip = instrument->strip;
-    const auto addSwitch = [this](int place, const char* text, CValue& bound, const char* valueName, int info) {
+    const auto addSwitch = [this](int place, const char* text, CValue& bound, int info) {
         auto& made = AddChild<CSwitchCtrl>(0U, place, 32, 22, 20, &bound, QString::fromLatin1(text));
-        BindValue(made, context, valueName, info);
+        BindSetting(made, context, instrument->strip, info);
         return &made;
     };
-    addSwitch(70, "A", strip.crossfadeA, TextKey("Crossfade A"), 474);
-    addSwitch(94, "B", strip.crossfadeB, TextKey("Crossfade B"), 475);
+    addSwitch(70, "A", strip.crossfadeA, 474);
+    addSwitch(94, "B", strip.crossfadeB, 475);
     auto& synchro = AddChild<CSwitchCtrl>(0U, 122, 32, 26, 20, &strip.synchro, picture::kGlyphSynchro);
     synchro.section = ESection::kTransport;
-    BindValue(synchro, context, "Synchro", 476);
+    BindSetting(synchro, context, strip, 476);
     auto& pan = AddChild<CKnobCtrl>(0U, 160, 34, 40, 50, &strip.pan);
-    pan.label = Text("Pan");
-    pan.minimum = -1;
-    pan.defaultValue = 0.0F;
+    BindSetting(pan, context, strip, 473);
+    pan.label = pan.name;
     pan.fillFromCentre = true;
     pan.formatValue = PanText;
-    BindValue(pan, context, "Pan", 473);
     auto& level = AddChild<CFaderCtrl>(0U, 10, 57, 144, 20, &strip.level, false);
-    level.maximum = 127;
-    level.defaultValue = kDefaultLevel;
-    BindValue(level, context, "Level", 470);
+    BindSetting(level, context, strip, 470);
     ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
     auto& meter = AddChild<CVuCtrl>(0U, 12, 82, 140, 8, &strip.peak, nullptr, false);
     meter.infoString = 477;
 }
 
 void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
-    auto& cells = AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
-    cells.infoString = 127;
-    leds = &AddChild<CStepLedCtrl>(0U, left, 60, 16 * cellWidth - 1, 9, Ground());
+    cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
+    cells->infoString = 127;
+    leds = &AddChild<CStepLedCtrl>(0U, left, 59, 16 * cellWidth - 1, 13, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
     leds->playingStep = [this] { return playingStep; };
-    leds->isUsed = [this](int step) { return shownPattern && !shownPattern->NotesOfStep(step).empty(); };
-    leds->onStep = [this](int step) {
-        context.station.Audio().Post({EngineCommand::Kind::StartPattern, instrument->Id(), step});
+    leds->loudness = [this](int step) { return LoudnessOf(step); };
+    leds->onRestart = [this](int step) {
+        context.station.Audio().Post({EngineCommand::EKind::kStartPattern, instrument->Id(), step});
+    };
+    leds->onPress = [this](int step) { stepGestures.Press(ShownPattern(), step); };
+    leds->onDrag = [this](int step, int up) { stepGestures.Drag(step, up); };
+    leds->onRelease = [this] { stepGestures.Release(); };
+    leds->onCancel = [this] { stepGestures.Cancel(); };
+    leds->onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { FillStepMenu(menu, leds->HoveredStep()); });
     };
     AddStepControls(left);
+}
+
+int CInstrumentStripCtrl::LoudnessOf(int step) const {
+    int loudest = -1;
+    if (!shownPattern) return loudest;
+    for (const std::uint32_t note : shownPattern->NotesOfStep(step)) {
+        loudest = std::max(loudest, shownPattern->Notes()[note].velocity);
+    }
+    return std::min(loudest, 127);
+}
+
+void CInstrumentStripCtrl::FillStepMenu(QMenu& menu, int step) {
+    const int pattern = ShownPattern();
+    const auto notes = shownPattern ? shownPattern->NotesOfStep(step) : std::span<const std::uint32_t>();
+    menu.addSection(Text("Step %1").arg(step + 1));
+    if (!notes.empty()) {
+        const Note first = shownPattern->Notes()[notes.front()];
+        const auto ask = [this](const char* text, double now, double least, double most, int decimals, auto set) {
+            bool accepted = false;
+            const double typed =
+                QInputDialog::getDouble(&Owner(), Text(text), Text(text), now, least, most, decimals, &accepted);
+            if (accepted) set(typed);
+        };
+        menu.addAction(Text("Velocity ..."), [this, pattern, step, first, ask] {
+            ask("Velocity", first.velocity, 0, 127, 0,
+                [&](double wanted) { stepGestures.SetVelocity(pattern, step, static_cast<int>(wanted)); });
+        });
+        menu.addAction(Text("Length ..."), [this, pattern, step, first, ask] {
+            ask("Length (steps)", static_cast<double>(first.length), 0.0625, 4096, 4,
+                [&](double wanted) { stepGestures.SetLength(pattern, step, static_cast<float>(wanted)); });
+        });
+        menu.addAction(Text("Clear step"), [this, pattern, step] { stepGestures.Clear(pattern, step); });
+    }
+    if (!context.actions.hasTool || !context.actions.hasTool(ETool::kPianoRoll)) return;
+    menu.addAction(Text("Open in the piano roll"), [this] {
+        context.station.Selection().SetCurrent(Index());
+        context.actions.openTool(ETool::kPianoRoll);
+    });
 }
 
 void CInstrumentStripCtrl::AddStepControls(int left) {
@@ -72,7 +113,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     modes->section = ESection::kPattern;
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
-        context.station.SetStepNumberMode(Index(), static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
+        context.station.Contents().SetStepNumberMode(Index(),
+                                                     static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
     };
     auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
     label.textColour = Palette().Colour(QStringLiteral("textMuted"));
@@ -104,30 +146,20 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     ChannelStrip& strip = instrument->strip;
     auto& on = AddChild<CSwitchCtrl>(0U, left, 31, 28, 20, &strip.eqOn, QStringLiteral("EQ"));
     on.section = ESection::kEqualiser;
-    BindValue(on, context, "Equaliser", 484);
+    BindSetting(on, context, strip, 484);
     CFilterCtrl::Bands bands;
     for (std::size_t band = 0; band < bands.size(); ++band) {
         bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
     }
     filter = &AddChild<CFilterCtrl>(0U, left + 33, 31, room - 43, 63, &strip.eqOn, bands);
     filter->infoString = 485;
+    constexpr StripValues initial = InitialStripValues();
     for (std::size_t band = 0; band < bands.size(); ++band)
-        filter->defaults[band] = {kDefaultEqFreq[band], kDefaultEqQ, 0};
-    CWorkstation& station = context.station;
-    filter->sampleRate = [&station] { return station.Audio().Format().sampleRate; };
-    filter->onBandChange = [&station, &strip](int band) {
-        station.ValueMoved(strip.eqFreq[static_cast<std::size_t>(band)]);
-    };
-    filter->onBandGesture = [&station, &strip](int band, const CFilterCtrl::BandState& before) {
-        const auto index = static_cast<std::size_t>(band);
-        station.Undo().beginMacro(Text("Equaliser"));
-        const auto tell = [&station](CValue& moved, float old) {
-            if (moved.Get() != old) station.ValueEdited(moved, old, moved.Get(), Text("Equaliser"));
-        };
-        tell(strip.eqFreq[index], before.frequency);
-        tell(strip.eqQ[index], before.resonance);
-        tell(strip.eqGain[index], before.gain);
-        station.Undo().endMacro();
+        filter->defaults[band] = {initial.eqFreq[band], initial.eqQ[band], initial.eqGain[band]};
+    filter->sampleRate = [&station = context.station] { return station.Audio().Format().sampleRate; };
+    filter->onBandChange = [this](int band) { context.station.Stack().FollowEqualizer(instrument, band); };
+    filter->onBandGesture = [this](int band, const CFilterCtrl::BandState& before) {
+        context.station.Stack().EqualizerEdited(instrument, band, {before.frequency, before.resonance, before.gain});
     };
 }
 
@@ -141,8 +173,8 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
         auto& send = AddChild<CSwitchFaderCtrl>(0U, column, 31 + 16 * place, half, 15, &strip.sendOn[index],
                                                 &strip.sendLevel[index]);
         send.section = ESection::kEffects;
-        BindValue(send, context, "Send", 487);
-        BindLevel(send, context, "Send level");
+        BindSetting(send, context, strip, 487);
+        BindLevel(send, context, strip);
         send.formatLevel = [this](float shown) {
             return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
         };
@@ -162,7 +194,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         auto& insert = AddChild<CSwitchFaderCtrl>(0U, left, 31 + 21 * place, room - 26, 19,
                                                   &instrument->strip.insertOn[index], nullptr);
         insert.section = ESection::kEffects;
-        BindValue(insert, context, "Insert", 486);
+        BindSetting(insert, context, instrument->strip, 486);
         insert.onAlternativeClick = [this, slot](CControl&) {
             PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };
@@ -172,7 +204,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         edit.section = ESection::kEffects;
         edit.infoString = 451;
         edit.onChange = [this, slot](CControl&) {
-            const auto held = context.station.Slot(slot);
+            const auto held = context.station.Places().Slot(slot);
             if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
             PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
         };

@@ -35,7 +35,9 @@ void CInstrumentStripCtrl::AddHeader() {
     title->infoString = 460;
     title->entryTitle = Text("Title");
     title->primaryButton = 0;
-    title->onTextEntry = [this](CControl&, const QString& text) { context.station.RenameInstrument(Index(), text); };
+    title->onTextEntry = [this](CControl&, const QString& text) {
+        context.station.Stack().RenameInstrument(Index(), text);
+    };
     title->onAlternativeClick = onAlternativeClick;
     title->captureOnClick = false;
     CWinControl& window = Owner();
@@ -59,7 +61,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
         made.onChange = [action](CControl&) { action(); };
     };
     const auto open = [this](ETool tool) {
-        context.station.SetCurrent(Index());
+        context.station.Selection().SetCurrent(Index());
         if (context.actions.openTool) context.actions.openTool(tool);
     };
     button(323, picture::kGlyphEdit, 462, true, [this, id] {
@@ -75,7 +77,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     arpeggiator.onAlternativeClick = [open](CControl&) { open(ETool::kArpeggiator); };
     auto& keys = AddChild<CSwitchCtrl>(0U, 458, 4, 24, 20, &instrument->keyboardOn, picture::kGlyphKeyboard);
     keys.section = ESection::kKeyboard;
-    const auto tell = [&station = context.station, id] { Q_EMIT station.InstrumentChanged(id); };
+    const auto tell = [&station = context.station, id] { station.Changes().Tell({EChange::kInstrument, id}); };
     BindValue(keys, context, "Keyboard", 464, tell);
     keys.onChange = [tell](CControl&) { tell(); };
     channel = &AddChild<CLabelMenuCtrl>(0U, 488, 4, 76, 20, QString(),
@@ -85,21 +87,19 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     lamp->readOnly = true;
     lamp->section = ESection::kTransport;
     lamp->infoString = 466;
-    const int cells = std::clamp((Width() - 590 - 34) / 22, 6, 16);
-    presets = &AddChild<CPresetSelectorCtrl>(0U, 586, 4, cells * 22, 20, &presetShown);
+    const int presetCells = std::clamp((Width() - 590 - 34) / 22, 6, 16);
+    presets = &AddChild<CPresetSelectorCtrl>(0U, 586, 4, presetCells * 22, 20, &presetShown);
     presets->section = ESection::kPattern;
     presets->infoString = 467;
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
-    presets->onSelect = [this](int preset) { context.station.RecallPreset(Index(), preset); };
-    presets->onAdd = [this] { context.station.AddPreset(Index()); };
+    presets->onSelect = [this](int preset) { context.station.Presets().RecallPreset(Index(), preset); };
+    presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };
     presets->onPresetMenu = [this, id](int preset) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillPresetMenu(menu, context, id, preset); });
     };
     if (collapsed) {
         auto& level = AddChild<CFaderCtrl>(0U, Width() - 240, 5, 120, 18, &instrument->strip.level, false);
-        level.maximum = 127;
-        level.defaultValue = kDefaultLevel;
-        BindValue(level, context, "Level", 470);
+        BindSetting(level, context, instrument->strip, 470);
         ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
         AddChild<CVuCtrl>(0U, Width() - 114, 10, 80, 8, &instrument->strip.peak, nullptr, false);
     }
@@ -107,11 +107,11 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
                                   QStringLiteral("S"));
     solo->onColour = Palette().Colour(QStringLiteral("pattern"));
     solo->infoString = 472;
-    solo->onChange = [this](CControl&) { context.station.ToggleSolo(Index()); };
+    solo->onChange = [this](CControl&) { context.station.Stack().ToggleSolo(Index()); };
     auto& mute = AddChild<CSwitchCtrl>(0U, collapsed ? Width() - 292 : 12, collapsed ? 4 : 32, 24, 20,
                                        &instrument->strip.mute, QStringLiteral("M"));
     mute.onColour = Palette().Colour(QStringLiteral("warning"));
-    BindValue(mute, context, "Mute", 471);
+    BindSetting(mute, context, instrument->strip, 471);
     auto& openClose = AddChild<CSwitchCtrl>(0U, Width() - 28, 4, 22, 20, nullptr,
                                             collapsed ? picture::kGlyphArrowRight : picture::kGlyphArrowDown);
     openClose.momentary = true;
@@ -124,7 +124,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     keyboard->infoString = 469;
     keyboard->onNote = [this](CKeyboardExCtrl&, int note, bool off) {
         context.station.Audio().Post(
-            {EngineCommand::Kind::PlayNote, instrument->Id(), note, off ? 0.0F : static_cast<float>(kVelocity)});
+            {EngineCommand::EKind::kPlayNote, instrument->Id(), note, off ? 0.0F : static_cast<float>(kVelocity)});
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {

@@ -5,8 +5,8 @@
 
 namespace quib {
 
-const StripKernels* FindStripKernels(StripInstructions instructions) noexcept {
-    if (instructions == StripInstructions::sse2) return &StripKernelsBaseline();
+const StripKernels* FindStripKernels(EStripInstructions instructions) noexcept {
+    if (instructions == EStripInstructions::kSse2) return &StripKernelsBaseline();
 #if defined(__x86_64__) || defined(__i386__)
     if (__builtin_cpu_supports("avx2")) return StripKernelsAvx2();
 #endif
@@ -14,7 +14,7 @@ const StripKernels* FindStripKernels(StripInstructions instructions) noexcept {
 }
 
 const StripKernels& BestStripKernels() noexcept {
-    const StripKernels* wide = FindStripKernels(StripInstructions::avx2);
+    const StripKernels* wide = FindStripKernels(EStripInstructions::kAvx2);
     return wide ? *wide : StripKernelsBaseline();
 }
 

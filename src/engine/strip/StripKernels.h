@@ -17,7 +17,7 @@
 
 namespace quib {
 
-enum class StripInstructions { sse2, avx2 };
+enum class EStripInstructions { kSse2, kAvx2 };
 
 struct StripKernels {
     const char* name;
@@ -40,7 +40,7 @@ struct StripKernels {
 constexpr int kStripGroup = 4;
 
 // Null when this processor, or this build, has not got the instructions.
-const StripKernels* FindStripKernels(StripInstructions instructions) noexcept;
+const StripKernels* FindStripKernels(EStripInstructions instructions) noexcept;
 
 // The fastest of them.
 const StripKernels& BestStripKernels() noexcept;

@@ -14,7 +14,7 @@ float FarSideGain(float distance) noexcept {
 
 }  // namespace
 
-StripTargets MakeStripTargets(const StripSettings& settings, const CLevelTables& tables, float crossfadeGainA,
+StripTargets MakeStripTargets(const StripInput& settings, const CLevelTables& tables, float crossfadeGainA,
                               float crossfadeGainB) noexcept {
     StripTargets targets;
     float gain = tables.ChannelGain(settings.level);
@@ -25,12 +25,12 @@ StripTargets MakeStripTargets(const StripSettings& settings, const CLevelTables&
     const bool silent = settings.mute != 0 || settings.soloMuted != 0;
     targets.gainLeft = silent ? kSilentGain : settings.pan > 0 ? gain * FarSideGain(settings.pan) : gain;
     targets.gainRight = silent ? kSilentGain : settings.pan < 0 ? gain * FarSideGain(-settings.pan) : gain;
-    for (int k = 0; k < kSendCount; ++k) {
+    for (std::size_t k = 0; k < kSendCount; ++k) {
         const bool on = settings.sendOn[k] != 0;
         targets.send[k] = on ? tables.SendGain(settings.sendLevel[k]) : kSilentGain;
         targets.holdSend[k] = on && settings.hasSendOutputs;
     }
-    targets.eqAmount = settings.eqOn;
+    targets.eqAmount = settings.eqOn != 0 ? 1.0f : 0.0f;
     return targets;
 }
 

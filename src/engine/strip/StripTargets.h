@@ -4,21 +4,17 @@
 // Where the smoothed gains of a strip and of the master go: worked out once a block from plain numbers,
 // constant over the block. Render thread; holds no state.
 
-#include "engine/CLevelTables.h"
+#include "engine/strip/CLevelTables.h"
+#include "model/StripSettings.h"
 #include "model/StripState.h"
 
 namespace quib {
 
-// The mix settings of one instrument as read at the start of a block. Switches are on when not zero.
-struct StripSettings {
-    float level = 0;  // 0..127
-    float pan = 0;    // -1 left .. 1 right
-    float mute = 0, soloMuted = 0;
-    float crossfadeA = 0, crossfadeB = 0;  // membership; A wins
-    float sendOn[kSendCount] = {};
-    float sendLevel[kSendCount] = {};  // 0..127
-    float eqOn = 0;                    // wanted amount, 0 or 1
-    bool hasSendOutputs = false;       // the plug-in has an output pair of its own for every send
+// What the gains of one strip depend on, as read at the start of a block. Switches are on when not zero;
+// side A of the crossfader wins.
+struct StripInput : StripValues {
+    float soloMuted = 0;
+    bool hasSendOutputs = false;  // the plug-in has an output pair of its own for every send
 };
 
 // Linear gains. A held send never falls below kHeldSendGain while it moves.
@@ -39,7 +35,7 @@ constexpr float kHeldSendGain = 0.000021f;
 constexpr float kAudibleSendGain = 0.00002f;  // above it the shared effect of the send runs
 
 // The crossfade gains are the engine's smoothed ones.
-StripTargets MakeStripTargets(const StripSettings& settings, const CLevelTables& tables, float crossfadeGainA,
+StripTargets MakeStripTargets(const StripInput& settings, const CLevelTables& tables, float crossfadeGainA,
                               float crossfadeGainB) noexcept;
 
 // Both controls 0..127.

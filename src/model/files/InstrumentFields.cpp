@@ -49,18 +49,16 @@ std::span<const InstrumentField> MidiInputFields() {
     return fields;
 }
 
-std::span<const InstrumentField> StripFields() {
-    static constexpr std::array<InstrumentField, 35> fields = {{
+std::span<const InstrumentField> StepFields() {
+    static constexpr std::array<InstrumentField, 1> fields = {{
         Integer(
             "STEPNUMBER", [](Instrument& i) -> CIntegerValue& { return i.stepNumber; }, 1, kMaximumStepCount),
-        Real(
-            "LEVEL", [](Instrument& i) -> CValue& { return i.strip.level; }, 0, kFull),
-        Real(
-            "PAN", [](Instrument& i) -> CValue& { return i.strip.pan; }, -1, 1),
-        Switch("MUTE", [](Instrument& i) -> CValue& { return i.strip.mute; }),
-        Switch("CROSSFADEA", [](Instrument& i) -> CValue& { return i.strip.crossfadeA; }),
-        Switch("CROSSFADEB", [](Instrument& i) -> CValue& { return i.strip.crossfadeB; }),
-        Switch("SYNCHRO_INST", [](Instrument& i) -> CValue& { return i.strip.synchro; }),
+    }};
+    return fields;
+}
+
+std::span<const InstrumentField> ArpeggiatorFields() {
+    static constexpr std::array<InstrumentField, 10> fields = {{
         Switch("ARPEG_ON", [](Instrument& i) -> CValue& { return i.arpeggiator.on; }),
         Real(
             "ARPEG_MODE", [](Instrument& i) -> CValue& { return i.arpeggiator.mode; }, 0, 3),
@@ -80,45 +78,6 @@ std::span<const InstrumentField> StripFields() {
             "ARPEG_TEMPO", [](Instrument& i) -> CValue& { return i.arpeggiator.tempo; }, 0, kMostDoublings),
         Integer(
             "PATTERNSELECTED", [](Instrument& i) -> CIntegerValue& { return i.patternSelected; }, 0, kPatternCount - 1),
-        Switch("EFFECT1_ON", [](Instrument& i) -> CValue& { return i.strip.sendOn[0]; }),
-        Real(
-            "EFFECT1_LEVEL", [](Instrument& i) -> CValue& { return i.strip.sendLevel[0]; }, 0, kFull),
-        Switch("EFFECT2_ON", [](Instrument& i) -> CValue& { return i.strip.sendOn[1]; }),
-        Real(
-            "EFFECT2_LEVEL", [](Instrument& i) -> CValue& { return i.strip.sendLevel[1]; }, 0, kFull),
-        Switch("EFFECT3_ON", [](Instrument& i) -> CValue& { return i.strip.sendOn[2]; }),
-        Real(
-            "EFFECT3_LEVEL", [](Instrument& i) -> CValue& { return i.strip.sendLevel[2]; }, 0, kFull),
-        Switch("EFFECT4_ON", [](Instrument& i) -> CValue& { return i.strip.sendOn[3]; }),
-        Real(
-            "EFFECT4_LEVEL", [](Instrument& i) -> CValue& { return i.strip.sendLevel[3]; }, 0, kFull),
-        Switch("EQ_ON", [](Instrument& i) -> CValue& { return i.strip.eqOn; }),
-        Real(
-            "EQ1_FREQ", [](Instrument& i) -> CValue& { return i.strip.eqFreq[0]; }, 0, 1),
-        Real(
-            "EQ1_RES", [](Instrument& i) -> CValue& { return i.strip.eqQ[0]; }, 0, 1),
-        Real(
-            "EQ1_GAIN", [](Instrument& i) -> CValue& { return i.strip.eqGain[0]; }, -1, 1),
-        Real(
-            "EQ2_FREQ", [](Instrument& i) -> CValue& { return i.strip.eqFreq[1]; }, 0, 1),
-        Real(
-            "EQ2_RES", [](Instrument& i) -> CValue& { return i.strip.eqQ[1]; }, 0, 1),
-        Real(
-            "EQ2_GAIN", [](Instrument& i) -> CValue& { return i.strip.eqGain[1]; }, -1, 1),
-        Real(
-            "EQ3_FREQ", [](Instrument& i) -> CValue& { return i.strip.eqFreq[2]; }, 0, 1),
-        Real(
-            "EQ3_RES", [](Instrument& i) -> CValue& { return i.strip.eqQ[2]; }, 0, 1),
-        Real(
-            "EQ3_GAIN", [](Instrument& i) -> CValue& { return i.strip.eqGain[2]; }, -1, 1),
-    }};
-    return fields;
-}
-
-std::span<const InstrumentField> InsertSwitchFields() {
-    static constexpr std::array<InstrumentField, kInsertCount> fields = {{
-        Switch("INSERT1_ON", [](Instrument& i) -> CValue& { return i.strip.insertOn[0]; }),
-        Switch("INSERT2_ON", [](Instrument& i) -> CValue& { return i.strip.insertOn[1]; }),
     }};
     return fields;
 }

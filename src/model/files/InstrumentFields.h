@@ -2,7 +2,8 @@
 #pragma once
 
 // The single settings of an instrument that files keep one a line, with their keys, kinds and ranges,
-// in the order in which they are written. Shared by the instrument's reader and writer.
+// in the order in which they are written; those of its strip apart, which kStripSettings lists. Shared by
+// the instrument's reader and writer.
 
 #include <span>
 #include <string_view>
@@ -22,9 +23,9 @@ struct InstrumentField {
 
 // MIDI input, before the on-screen keyboard's records.
 std::span<const InstrumentField> MidiInputFields();
-// Steps, strip, arpeggiator, selected pattern, sends, equaliser: after the keyboard's records.
-std::span<const InstrumentField> StripFields();
-// The switches of the two inserts.
-std::span<const InstrumentField> InsertSwitchFields();
+// After the keyboard's records, before the mixer part of the strip.
+std::span<const InstrumentField> StepFields();
+// With the selected pattern: between the mixer part of the strip and its effects.
+std::span<const InstrumentField> ArpeggiatorFields();
 
 }  // namespace quib

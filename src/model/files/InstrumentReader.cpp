@@ -40,6 +40,7 @@ private:
 
     bool ReadRecord();
     bool ReadField(std::span<const InstrumentField> fields);
+    bool ReadStripSetting();
     bool ReadPresetRecord();
 
     void ReadTitle() { instrument->title = reader.Text(1); }
@@ -125,6 +126,15 @@ bool CInstrumentReader::ReadField(std::span<const InstrumentField> fields) {
     return false;
 }
 
+bool CInstrumentReader::ReadStripSetting() {
+    for (const StripSetting& setting : kStripSettings) {
+        if (reader.Key() != setting.keys.instrument) continue;
+        if (reader.HasFields(2)) setting.member(instrument->strip).Set(setting.Limited(reader.Real(1)));
+        return true;
+    }
+    return false;
+}
+
 bool CInstrumentReader::ReadPresetRecord() {
     if (!reader.Key().starts_with("PRESET_") || reader.Key() == "PRESET_ADD") return false;
     if (ReadBallRecord(reader, kInstrumentBallKeys, balls)) return true;
@@ -137,8 +147,8 @@ bool CInstrumentReader::ReadPresetRecord() {
 }
 
 bool CInstrumentReader::ReadRecord() {
-    if (ReadPresetRecord() || ReadField(MidiInputFields()) || ReadField(StripFields()) ||
-        ReadField(InsertSwitchFields())) {
+    if (ReadPresetRecord() || ReadField(MidiInputFields()) || ReadField(StepFields()) || ReadStripSetting() ||
+        ReadField(ArpeggiatorFields())) {
         return true;
     }
     const std::string_view key = reader.Key();

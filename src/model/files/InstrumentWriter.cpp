@@ -25,6 +25,12 @@ void WriteFields(CRecordWriter& writer, std::span<const InstrumentField> fields,
     }
 }
 
+void WriteStrip(CRecordWriter& writer, StripPart part, const ChannelStrip& strip) {
+    for (const StripSetting& setting : kStripSettings) {
+        if (setting.part == part) writer.RealLine(setting.keys.instrument, setting.member(strip).Get());
+    }
+}
+
 void WriteKeyboard(CRecordWriter& writer, const CInstrument& instrument, std::span<const std::int32_t> heldKeys) {
     writer.IntegerLine("KEYBOARDON", static_cast<std::int32_t>(std::lround(instrument.keyboardOn.Get())));
     writer.IntegerLine("KEYBOARD_POSITION", instrument.keyboardPosition);
@@ -46,7 +52,7 @@ void WriteInsert(CRecordWriter& writer, CInstrument& instrument, std::size_t ind
     if (IsEmpty(slot)) return;
     const std::string number = std::to_string(index + 1);
     writer.TextLine("INSERT" + number + "_PLUGIN", SlotFileName(slot));
-    WriteFields(writer, InsertSwitchFields().subspan(index, 1), instrument);
+    WriteStrip(writer, index == 0 ? StripPart::Insert1 : StripPart::Insert2, instrument.strip);
     WriteState(writer, "INSERT_PRESET_" + number, slot);
     WriteEvents(writer, "INSERT_PARAM_EVENTS_" + number, slot);
 }
@@ -67,7 +73,10 @@ void WriteInstrument(CRecordWriter& writer, CInstrument& instrument, std::span<c
     writer.IntegerLine("ICONE", instrument.icon);
     WriteFields(writer, MidiInputFields(), instrument);
     WriteKeyboard(writer, instrument, heldKeys);
-    WriteFields(writer, StripFields(), instrument);
+    WriteFields(writer, StepFields(), instrument);
+    WriteStrip(writer, StripPart::Mixer, instrument.strip);
+    WriteFields(writer, ArpeggiatorFields(), instrument);
+    WriteStrip(writer, StripPart::Effects, instrument.strip);
     WriteIntegers(writer, "EVENT_PLUGIN_PARAM", instrument.eventPluginParameters);
     WriteBalls(writer, kInstrumentBallKeys, *instrument.ballSounds.ForEdit());
     if (withPresets) {

@@ -154,7 +154,7 @@ bool ReadPatternFile(std::string_view bytes, PatternSet& set, std::string& error
 }
 
 void ReplacePatterns(CInstrument& instrument, const PatternSet& set, CGraveyard& graveyard) {
-    static const auto empty = std::make_shared<const CPattern>();
+    const auto empty = std::make_shared<const CPattern>();
     for (std::size_t i = 0; i < set.patterns.size(); ++i) {
         instrument.patterns[i].Publish(set.patterns[i] ? set.patterns[i] : empty, graveyard);
         instrument.patternUsed[i].Set(set.used[i]);

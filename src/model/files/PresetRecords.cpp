@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <utility>
 
 #include "model/CInstrument.h"
@@ -18,64 +19,11 @@ namespace {
 constexpr std::size_t kMostIntegers = 65536;
 constexpr std::int32_t kHighestKey = 127;
 
-struct StripField {
-    std::string_view key;
-    float& (*value)(StripValues& values);
-    float low;
-    float high;
-};
-
-using Strip = StripValues;
-constexpr float kFull = 127;
-
-// In the order in which they are written; the selected pattern stands after synchro. The second side
-// of the crossfader goes by the key of the first.
-constexpr std::array<StripField, 6> kMixFields = {{
-    {"PRESET_LEVEL", [](Strip& s) -> float& { return s.level; }, 0, kFull},
-    {"PRESET_PAN", [](Strip& s) -> float& { return s.pan; }, -1, 1},
-    {"PRESET_MUTE", [](Strip& s) -> float& { return s.mute; }, 0, 1},
-    {"PRESET_CROSSFADEA", [](Strip& s) -> float& { return s.crossfadeA; }, 0, 1},
-    {"PRESET_CROSSFADEA", [](Strip& s) -> float& { return s.crossfadeB; }, 0, 1},
-    {"PRESET_SYNCHRO", [](Strip& s) -> float& { return s.synchro; }, 0, 1},
-}};
-
-constexpr std::array<StripField, 20> kEffectFields = {{
-    {"PRESET_INSERT1_ON", [](Strip& s) -> float& { return s.insertOn[0]; }, 0, 1},
-    {"PRESET_INSERT2_ON", [](Strip& s) -> float& { return s.insertOn[1]; }, 0, 1},
-    {"PRESET_EFFECT1_ON", [](Strip& s) -> float& { return s.sendOn[0]; }, 0, 1},
-    {"PRESET_EFFECT1_LEVEL", [](Strip& s) -> float& { return s.sendLevel[0]; }, 0, kFull},
-    {"PRESET_EFFECT2_ON", [](Strip& s) -> float& { return s.sendOn[1]; }, 0, 1},
-    {"PRESET_EFFECT2_LEVEL", [](Strip& s) -> float& { return s.sendLevel[1]; }, 0, kFull},
-    {"PRESET_EFFECT3_ON", [](Strip& s) -> float& { return s.sendOn[2]; }, 0, 1},
-    {"PRESET_EFFECT3_LEVEL", [](Strip& s) -> float& { return s.sendLevel[2]; }, 0, kFull},
-    {"PRESET_EFFECT4_ON", [](Strip& s) -> float& { return s.sendOn[3]; }, 0, 1},
-    {"PRESET_EFFECT4_LEVEL", [](Strip& s) -> float& { return s.sendLevel[3]; }, 0, kFull},
-    {"PRESET_EQ_ON", [](Strip& s) -> float& { return s.eqOn; }, 0, 1},
-    {"PRESET_EQ1_FREQ", [](Strip& s) -> float& { return s.eqFreq[0]; }, 0, 1},
-    {"PRESET_EQ1_RES", [](Strip& s) -> float& { return s.eqQ[0]; }, 0, 1},
-    {"PRESET_EQ1_GAIN", [](Strip& s) -> float& { return s.eqGain[0]; }, -1, 1},
-    {"PRESET_EQ2_FREQ", [](Strip& s) -> float& { return s.eqFreq[1]; }, 0, 1},
-    {"PRESET_EQ2_RES", [](Strip& s) -> float& { return s.eqQ[1]; }, 0, 1},
-    {"PRESET_EQ2_GAIN", [](Strip& s) -> float& { return s.eqGain[1]; }, -1, 1},
-    {"PRESET_EQ3_FREQ", [](Strip& s) -> float& { return s.eqFreq[2]; }, 0, 1},
-    {"PRESET_EQ3_RES", [](Strip& s) -> float& { return s.eqQ[2]; }, 0, 1},
-    {"PRESET_EQ3_GAIN", [](Strip& s) -> float& { return s.eqGain[2]; }, -1, 1},
-}};
-
-template <std::size_t Count>
-bool ReadField(const CRecordReader& line, const std::array<StripField, Count>& fields, StripValues& strip) {
-    const std::string_view key = line.Key();
-    for (const StripField& field : fields) {
-        if (key != field.key) continue;
-        if (line.HasFields(2)) field.value(strip) = std::clamp(line.Real(1), field.low, field.high);
-        return true;
+void WriteStrip(CRecordWriter& writer, std::initializer_list<StripPart> parts, const StripValues& values) {
+    for (const StripSetting& setting : kStripSettings) {
+        if (std::ranges::find(parts, setting.part) == parts.end()) continue;
+        writer.RealLine(setting.keys.preset, setting.member(values));
     }
-    return false;
-}
-
-template <std::size_t Count>
-void WriteFields(CRecordWriter& writer, const std::array<StripField, Count>& fields, StripValues strip) {
-    for (const StripField& field : fields) writer.RealLine(field.key, field.value(strip));
 }
 
 constexpr std::array<std::string_view, 3> kImageKeys = {"PRESET_PLUGIN_PARAMS", "PRESET_INSERT1_PARAMS",
@@ -115,23 +63,27 @@ bool CPresetReader::ReadLine(CRecordReader& reader) {
            ReadBallRecord(reader, kPresetBallKeys, preset.ballSounds);
 }
 
-void CPresetReader::ReadCrossfade(const CRecordReader& line) {
-    if (!line.HasFields(2)) return;
-    const bool sideB = crossfadeASeen || line.Key() == "PRESET_CROSSFADEB";
-    (sideB ? preset.strip.crossfadeB : preset.strip.crossfadeA) = std::clamp(line.Real(1), 0.0F, 1.0F);
-    crossfadeASeen = crossfadeASeen || !sideB;
+// The first line of a key is that of the first setting with it, later ones are the last one's.
+const StripSetting* CPresetReader::SettingOfKey(std::string_view key) const {
+    const StripSetting* found = nullptr;
+    for (std::size_t row = 0; row < kStripSettings.size(); ++row) {
+        const StripSetting& setting = kStripSettings[row];
+        if (key == setting.keys.otherPreset) return &setting;
+        if (key != setting.keys.preset) continue;
+        found = &setting;
+        if (!settingSeen[row]) break;
+    }
+    return found;
 }
 
 bool CPresetReader::ReadStripValue(const CRecordReader& line) {
-    if (line.Key().starts_with("PRESET_CROSSFADE")) {
-        ReadCrossfade(line);
-        return true;
-    }
-    if (line.Key() == "PRESET_PATTERNSELECTED") {
-        if (line.HasFields(2)) preset.patternSelected = std::clamp(line.Integer(1), 0, kPatternCount - 1);
-        return true;
-    }
-    return ReadField(line, kMixFields, preset.strip) || ReadField(line, kEffectFields, preset.strip);
+    const StripSetting* const setting = SettingOfKey(line.Key());
+    if (setting == nullptr) return false;
+    if (!line.HasFields(2)) return true;
+    setting->member(preset.strip) = setting->Limited(line.Real(1));
+    if (line.Key() == setting->keys.preset)
+        settingSeen[static_cast<std::size_t>(setting - kStripSettings.data())] = true;
+    return true;
 }
 
 bool CPresetReader::ReadKeyboard(const CRecordReader& line) {
@@ -150,7 +102,9 @@ bool CPresetReader::ReadKeyboard(const CRecordReader& line) {
 
 bool CPresetReader::ReadPatterns(const CRecordReader& line) {
     const std::string_view key = line.Key();
-    if (key == "PRESET_STEPNUMBER_MODE") {
+    if (key == "PRESET_PATTERNSELECTED") {
+        if (line.HasFields(2)) preset.patternSelected = std::clamp(line.Integer(1), 0, kPatternCount - 1);
+    } else if (key == "PRESET_STEPNUMBER_MODE") {
         if (!line.HasFields(4)) return true;
         preset.stepNumber = std::clamp(line.Integer(1), 1, kMaximumStepCount);
         preset.stepNumberMode = static_cast<std::int32_t>(ToStepNumberMode(line.Integer(2)));
@@ -195,15 +149,15 @@ void WritePreset(CRecordWriter& writer, const Preset& preset) {
     writer.MarkerLine("PRESET_ADD");
     writer.Key("PRESET_STEPNUMBER_MODE").Integer(preset.stepNumber).Integer(preset.stepNumberMode);
     writer.Real(preset.stepNumberModeValue).EndLine();
-    static const CPattern empty;
+    const CPattern empty;
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {
         const auto index = static_cast<std::size_t>(pattern);
         const CPattern& content = preset.patterns[index] ? *preset.patterns[index] : empty;
         WriteNotes(writer, "PRESET_PATTERN_NOTES", pattern, content, preset.patternUsed[index]);
     }
-    WriteFields(writer, kMixFields, preset.strip);
+    WriteStrip(writer, {StripPart::Mixer}, preset.strip);
     writer.IntegerLine("PRESET_PATTERNSELECTED", preset.patternSelected);
-    WriteFields(writer, kEffectFields, preset.strip);
+    WriteStrip(writer, {StripPart::Insert1, StripPart::Insert2, StripPart::Effects}, preset.strip);
     WriteBalls(writer, kPresetBallKeys, preset.ballSounds);
     WriteIntegers(writer, "PRESET_EVENT_PLUGIN_PARAM", preset.eventPluginParameters);
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {

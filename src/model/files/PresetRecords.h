@@ -3,7 +3,9 @@
 
 // The records of one preset inside an instrument. Editing thread.
 
+#include <array>
 #include <span>
+#include <string_view>
 
 #include "model/Preset.h"
 #include "model/files/CRecordReader.h"
@@ -24,14 +26,14 @@ private:
     bool ReadKeyboard(const CRecordReader& line);
     bool ReadPatterns(const CRecordReader& line);
     bool ReadImage(CRecordReader& reader);
-    void ReadCrossfade(const CRecordReader& line);
+    const StripSetting* SettingOfKey(std::string_view key) const;
 
     Preset preset;
     CNoteReader notes;
     CEventLanesBuilder midiLanes;
     CEventLanesBuilder mixLanes;
     CEventLanesBuilder pluginLanes;
-    bool crossfadeASeen = false;
+    std::array<bool, kStripSettings.size()> settingSeen{};
 };
 
 void WritePreset(CRecordWriter& writer, const Preset& preset);

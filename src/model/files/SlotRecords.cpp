@@ -12,6 +12,8 @@ namespace quib {
 
 namespace {
 
+const CEventLanes noLanes;
+
 // No block holds a line with this key: where one comes, the end of the block got lost.
 bool BelongsOutside(const CRecordReader& line) noexcept { return line.Key() == "PLUGIN" && line.HasFields(2); }
 
@@ -117,9 +119,8 @@ std::string SlotFileName(const PluginSlot& slot) {
 }
 
 const CEventLanes& SlotLanes(const PluginSlot& slot) {
-    static const CEventLanes none;
     if (slot.plugin) return *slot.plugin->lanes.ForEdit();
-    return slot.missing ? slot.missing->lanes : none;
+    return slot.missing ? slot.missing->lanes : noLanes;
 }
 
 void WriteState(CRecordWriter& writer, std::string_view openKey, const PluginSlot& slot) {

@@ -38,11 +38,12 @@ public:
 
     std::size_t Pending() const { return dead.size(); }
 
-private:
-    void CheckThread() {
+    // Only the thread that made the graveyard publishes and collects.
+    void CheckThread() const noexcept {
         assert(editingThread == std::this_thread::get_id() && "published objects have one editing thread");
     }
 
+private:
     const CRenderClock& clock;
     std::thread::id editingThread = std::this_thread::get_id();
     std::deque<std::pair<std::uint64_t, std::shared_ptr<const void>>> dead;

@@ -6,6 +6,7 @@
 // the render side reads a plain pointer that is valid until the end of its block.
 
 #include <atomic>
+#include <cassert>
 #include <memory>
 #include <utility>
 
@@ -31,6 +32,8 @@ public:
 
     // Editing thread: makes `next` the value that the next block sees and buries the old one.
     void Publish(std::shared_ptr<const T> next, CGraveyard& graveyard) {
+        graveyard.CheckThread();
+        assert(next && "there is always a value");
         seen.store(next.get(), std::memory_order_seq_cst);
         owned.swap(next);
         graveyard.Bury(std::move(next));  // the stamp must be taken after the store above

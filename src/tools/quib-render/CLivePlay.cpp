@@ -33,7 +33,7 @@ bool CLivePlay::Run(const Options& options, const std::function<bool()>& stopped
     audio.SetRecorder(&recorder);
     const bool begun = Begin(options);
     if (begun) PlayUntil(options.seconds, stopped);
-    audio.Post({EngineCommand::Kind::Stop});
+    audio.Post({EngineCommand::EKind::kStop});
     for (int turn = 0; begun && turn < kReleaseTurns; ++turn) Turn();
     if (output.Device() != nullptr && !output.Device()->IsRealTime()) {
         say("the limits of this user allow no real-time priority");
@@ -48,8 +48,8 @@ bool CLivePlay::Run(const Options& options, const std::function<bool()>& stopped
 
 // Without a recording playing starts with the very first block of the device.
 bool CLivePlay::Begin(const Options& options) {
-    if (options.steps > 0) audio.Post({EngineCommand::Kind::StopAt, 0, options.steps});
-    if (options.record.empty()) audio.Post({EngineCommand::Kind::Play});
+    if (options.steps > 0) audio.Post({EngineCommand::EKind::kStopAt, 0, options.steps});
+    if (options.record.empty()) audio.Post({EngineCommand::EKind::kPlay});
     if (!output.OpenOutput(options.audio)) return false;
     const RenderFormat& format = audio.Format();
     say(fmt::format("playing on {}, {:.0f} Hz, blocks of {} frames", output.Device()->Name(), format.sampleRate,
@@ -60,7 +60,7 @@ bool CLivePlay::Begin(const Options& options) {
         SayRecorderFailed();
         return false;
     }
-    audio.Post({EngineCommand::Kind::Play});
+    audio.Post({EngineCommand::EKind::kPlay});
     return true;
 }
 

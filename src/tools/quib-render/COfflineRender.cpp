@@ -25,8 +25,8 @@ RenderResult COfflineRender::Run(int steps, std::int64_t frames, const std::func
                                  std::string& error) {
     RenderResult result;
     const std::uint64_t cpuStart = ProcessCpuNanoseconds();
-    if (frames == 0) audio.Post({EngineCommand::Kind::StopAt, 0, steps});
-    audio.Post({EngineCommand::Kind::Play});
+    if (frames == 0) audio.Post({EngineCommand::EKind::kStopAt, 0, steps});
+    audio.Post({EngineCommand::EKind::kPlay});
     const auto rate = audio.Format().sampleRate;
     const auto stillPlaying = [&] { return frames > 0 ? result.frames < frames : audio.Picture().playing; };
     bool whole = true;
@@ -40,7 +40,7 @@ RenderResult COfflineRender::Run(int steps, std::int64_t frames, const std::func
         }
     } while (whole && stillPlaying());
 
-    if (frames > 0) audio.Post({EngineCommand::Kind::Stop});
+    if (frames > 0) audio.Post({EngineCommand::EKind::kStop});
     const auto tailEnd = result.frames + static_cast<std::int64_t>(kLongestTailSeconds * rate);
     while (whole && result.frames < tailEnd && static_cast<double>(silentFrames) < kSilenceSeconds * rate) {
         whole = RenderOne(result, error);

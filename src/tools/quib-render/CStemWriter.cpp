@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "engine/SampleConversion.h"
+#include "engine/Int16Frames.h"
 
 namespace quib {
 
@@ -64,7 +64,7 @@ bool CStemWriter::Write(CWaveSink& file, const StripJob& strip) {
         left[i] = strip.mixLeft[i] * strip.mixGainLeft;
         right[i] = strip.mixRight[i] * strip.mixGainRight;
     }
-    ConvertToInt16(left.data(), right.data(), interleaved.data(), static_cast<int>(left.size()));
+    ToInt16Frames(left.data(), right.data(), interleaved.data(), static_cast<int>(left.size()));
     return file.Write(interleaved);
 }
 

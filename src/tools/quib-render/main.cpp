@@ -45,34 +45,19 @@ private:
     int drawn = -1;
 };
 
-void AppendMissing(const PluginSlot& slot, std::vector<std::string>& names) {
-    if (slot.missing) names.push_back(slot.missing->fileName);
-}
-
 std::vector<std::string> MissingPlugins(const ProjectState& state) {
     std::vector<std::string> names;
-    for (const auto& insert : state.masterInserts) AppendMissing(*insert.slot, names);
-    for (const auto& instrument : state.instruments) {
-        AppendMissing(*instrument->plugin.ForEdit(), names);
-        for (const auto& insert : instrument->inserts) AppendMissing(*insert.ForEdit(), names);
-    }
-    for (const auto& effect : state.effects) AppendMissing(*effect, names);
+    ForEachSlot(state, [&](const PluginSlot& slot) {
+        if (slot.missing) names.push_back(slot.missing->fileName);
+    });
     return names;
 }
 
-void ReportFault(const PluginSlot& slot) {
-    if (slot.plugin && slot.plugin->TakeFaultReport()) {
-        Say(slot.plugin->Identity().displayName + ": gave samples that are no sound; it was muted where it did");
-    }
-}
-
 void ReportFaults(const ProjectState& state) {
-    for (const auto& insert : state.masterInserts) ReportFault(*insert.slot);
-    for (const auto& instrument : state.instruments) {
-        ReportFault(*instrument->plugin.ForEdit());
-        for (const auto& insert : instrument->inserts) ReportFault(*insert.ForEdit());
-    }
-    for (const auto& effect : state.effects) ReportFault(*effect);
+    ForEachSlot(state, [](const PluginSlot& slot) {
+        if (!slot.plugin || !slot.plugin->TakeFaultReport()) return;
+        Say(slot.plugin->Identity().displayName + ": gave samples that are no sound; it was muted where it did");
+    });
 }
 
 std::string Describe(const RenderOptions& options, const RenderResult& result, const ProjectState& state,

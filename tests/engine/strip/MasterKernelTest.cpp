@@ -27,7 +27,7 @@ void ScalarMaster(MasterState& state, const MasterTargets& targets, float* left,
 
 TEST(MasterKernel, equalsThePlainDescriptionForEveryBlockSizeAndInstructionSet) {
     const CLevelTables tables;
-    for (const StripInstructions instructions : {StripInstructions::sse2, StripInstructions::avx2}) {
+    for (const EStripInstructions instructions : {EStripInstructions::kSse2, EStripInstructions::kAvx2}) {
         const StripKernels* kernels = FindStripKernels(instructions);
         if (!kernels) continue;
         MasterState ours, plain;

@@ -75,10 +75,10 @@ public:
     MixBuses buses;
 };
 
-inline StripSettings RandomSettings(std::minstd_rand& random) {
+inline StripInput RandomSettings(std::minstd_rand& random) {
     std::uniform_real_distribution<float> unit(0, 1);
     const auto maybe = [&](float part) { return unit(random) < part ? 1.0f : 0.0f; };
-    StripSettings settings;
+    StripInput settings;
     settings.level = 127 * unit(random);
     settings.pan = unit(random) < 0.3f ? 0 : 2 * unit(random) - 1;
     settings.mute = maybe(0.1f);

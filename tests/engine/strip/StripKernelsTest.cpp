@@ -16,7 +16,7 @@ constexpr int kBlockSizes[] = {1, 2, 3, 7, 8, 9, 31, 33, 64, 100, 256, 511, 1024
 constexpr int kMinute = 60 * 44100;
 const float* const kNoExtra[kSendCount] = {};
 
-class CStripKernels : public testing::TestWithParam<StripInstructions> {
+class CStripKernels : public testing::TestWithParam<EStripInstructions> {
 protected:
     void SetUp() override {
         kernels = FindStripKernels(GetParam());
@@ -63,7 +63,7 @@ auto NumbersOf(const StripState& state) {
 void Edit(CMixerRig& rig, CReference& reference, const CLevelTables& tables, std::minstd_rand& random) {
     const std::size_t i = random() % rig.jobs.size();
     StripJob& job = rig.jobs[i];
-    StripSettings settings = RandomSettings(random);
+    StripInput settings = RandomSettings(random);
     settings.hasSendOutputs = i == 1;
     job.targets = MakeStripTargets(settings, tables, 0.7f, 0.5f);
     const EqBandUpdate update = RandomBand(random);
@@ -118,7 +118,7 @@ TEST_P(CStripKernels, giveTheSameSamplesForEverySplitOfTheSameInput) {
         std::copy_n(whole.inputs.Plane(i), kFrames, split.inputs.Plane(i));
     }
     for (std::size_t i = 0; i < 3; ++i) {
-        StripSettings settings = RandomSettings(random);
+        StripInput settings = RandomSettings(random);
         settings.eqOn = i == 1 ? 0 : 1;
         whole.jobs[i].targets = split.jobs[i].targets = MakeStripTargets(settings, tables, 1, 1);
         for (const EqBandUpdate update : {RandomBand(random), RandomBand(random)}) {
@@ -146,7 +146,7 @@ TEST_P(CStripKernels, moveInSmallStepsAndWithoutAClickWhenEverythingIsSwitched) 
     CMixerRig rig(1, kFrames);
     for (int band = 0; band < kEqBandCount; ++band)
         ApplyEqUpdate(rig.states[0], DesignEqBand(band, 0.4f, 0.3f, 0.5f, 44100));
-    StripSettings settings;
+    StripInput settings;
     settings.level = 64;
     float last = 0, largestStep = 0, steadyStep = 0;
     for (int block = 0; block < 400; ++block) {
@@ -188,7 +188,7 @@ TEST_P(CStripKernels, recoverFromAPlugInThatReturnsNoNumbers) {
 
 TEST_P(CStripKernels, keepASendThatIsOffAtAMillionthAndAHeldOneAudible) {
     CMixerRig rig(1, 16384);
-    StripSettings settings;
+    StripInput settings;
     settings.level = 127;
     settings.sendOn[1] = settings.sendOn[2] = 1;
     settings.sendLevel[2] = 64;
@@ -242,12 +242,12 @@ TEST_P(CStripKernels, filterByTheEqualisersCurve) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(all, CStripKernels, testing::Values(StripInstructions::sse2, StripInstructions::avx2),
-                         [](const auto& test) { return test.param == StripInstructions::sse2 ? "sse2" : "avx2"; });
+INSTANTIATE_TEST_SUITE_P(all, CStripKernels, testing::Values(EStripInstructions::kSse2, EStripInstructions::kAvx2),
+                         [](const auto& test) { return test.param == EStripInstructions::kSse2 ? "sse2" : "avx2"; });
 
 TEST(StripKernels, giveIdenticalBitsForEveryInstructionSet) {
-    const StripKernels* narrow = FindStripKernels(StripInstructions::sse2);
-    const StripKernels* wide = FindStripKernels(StripInstructions::avx2);
+    const StripKernels* narrow = FindStripKernels(EStripInstructions::kSse2);
+    const StripKernels* wide = FindStripKernels(EStripInstructions::kAvx2);
     if (!wide) GTEST_SKIP() << "not on this processor";
     const CLevelTables tables;
     CMixerRig first(7), second(7);

@@ -45,7 +45,7 @@ TEST(StripTargets, cutTheFarSideByThePan) {
     } cases[] = {{0, 1, 1},           {0.25f, 0.625f, 1}, {0.5f, 0.25f, 1},    {0.75f, 0.125f, 1}, {1, 0, 1},
                  {-0.25f, 1, 0.625f}, {-0.5f, 1, 0.25f},  {-0.75f, 1, 0.125f}, {-1, 1, 0},         {1.5f, 0, 1}};
     for (const auto& c : cases) {
-        StripSettings settings;
+        StripInput settings;
         settings.level = 127;
         settings.pan = c.pan;
         const StripTargets targets = MakeStripTargets(settings, tables, 1, 1);
@@ -56,7 +56,7 @@ TEST(StripTargets, cutTheFarSideByThePan) {
 
 TEST(StripTargets, followMuteCrossfadeMembershipAndSends) {
     const CLevelTables tables;
-    StripSettings settings;
+    StripInput settings;
     settings.level = 127;
     settings.crossfadeB = 1;
     EXPECT_FLOAT_EQ(MakeStripTargets(settings, tables, 0.5f, 0.25f).gainLeft, 0.5f);

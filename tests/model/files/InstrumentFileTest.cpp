@@ -66,7 +66,7 @@ TEST(InstrumentReader, EveryKeyIsReadByTheParserOfItsKind) {
     EXPECT_EQ(instrument->title, "A");
     EXPECT_EQ(instrument->midi.pitchBend.Get(), 0);
     EXPECT_EQ(instrument->strip.mute.Get(), 1.0F);
-    EXPECT_EQ(instrument->strip.level.Get(), kDefaultLevel);
+    EXPECT_EQ(instrument->strip.level.Get(), 73.67F);
     EXPECT_EQ(instrument->strip.pan.Get(), -0.5F);
     EXPECT_TRUE(instrument->keyboardOn.IsOn());
     EXPECT_EQ(instrument->play.heldKeys.Items(), std::vector<std::int32_t>{64});

@@ -151,5 +151,15 @@ TEST_F(CGraveyardTest, WhatIsFreedMayBuryMore) {
     EXPECT_EQ(freed, (std::vector{1}));
 }
 
+#ifndef NDEBUG
+TEST_F(CGraveyardTest, ASecondEditingThreadAndASecondOpenBlockAreFound) {
+    CPublished<int> published(Make(0));
+    EXPECT_DEATH(std::thread([&] { published.Publish(Make(1), graveyard); }).join(), "one editing thread");
+    clock.BeginBlock();
+    EXPECT_DEATH(clock.BeginBlock(), "one thread renders");
+    EXPECT_DEATH(std::thread([&] { clock.EndBlock(); }).join(), "ends where it began");
+}
+#endif
+
 }  // namespace
 }  // namespace quib

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a hand in a piano roll of 10,000 notes costs, in a window of 1600x900 at 1x and 2x: one step of a
+// drag (edit, publish, redraw, copy to the window), one frame of the playhead, one move of the mouse.
+// Prints the median and the 99th percentile in milliseconds of processor time.
+#include <QMouseEvent>
+#include <QThread>
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+
+#include "editors/ExampleRoll.h"
+#include "editors/pianoroll/IPianoRollHost.h"
+
+namespace {
+
+using namespace quib;
+
+class CNoDocument : public IPianoRollHost {
+public:
+    void Preview(const NoteState& state) override { published = state.pattern; }
+    void Finish(const char* /*name*/) override {}
+    void Cancel() override {}
+    void SelectionChanged(const NoteState& /*state*/) override {}
+    void SetLength(int /*steps*/) override {}
+    void Audition(int /*key*/, int /*velocity*/, bool /*on*/) override {}
+    bool TakeKey(int /*key*/) override { return false; }
+    void SetKeyLimit(bool /*upper*/, int /*key*/, bool /*done*/) override {}
+    void ShowMenu(int /*x*/, int /*y*/) override {}
+    void ViewChanged() override {}
+    void RowFocused(int /*key*/) override {}
+    std::shared_ptr<const CPattern> published;
+};
+
+// Of all threads, in milliseconds: what others do on the machine is not counted.
+double ProcessorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+}
+
+void Measure(const char* name, int scale, int rounds, const std::function<void(int round)>& action) {
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round) {
+        const double start = ProcessorTime();
+        action(round);
+        QApplication::processEvents();
+        times.push_back(ProcessorTime() - start);
+    }
+    std::sort(times.begin(), times.end());
+    const auto at = [&](double share) {
+        return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))];
+    };
+    std::printf("%-44s %dx  median %7.3f  p99 %7.3f\n", name, scale, at(0.5), at(0.99));
+}
+
+void Send(CWinControl& window, QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons, QPoint place) {
+    const QPointF point = QPointF(place) * window.UiScale();
+    QMouseEvent event(type, point, window.mapToGlobal(point), button, buttons, Qt::NoModifier);
+    QApplication::sendEvent(&window, &event);
+}
+
+void MeasureDrag(const char* name, int scale, CExampleRoll& example, QPoint from) {
+    CWinControl& window = example.window;
+    // A press that follows a release at once is taken for a bouncing button.
+    QThread::msleep(25);
+    Send(window, QEvent::MouseMove, Qt::NoButton, Qt::NoButton, from);
+    Send(window, QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton, from);
+    Measure(name, scale, 200, [&](int round) {
+        Send(window, QEvent::MouseMove, Qt::NoButton, Qt::LeftButton,
+             from + QPoint(24 + 24 * (round % 5), 12 * (round % 7)));
+    });
+    Send(window, QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton, from);
+}
+
+QPoint PlaceOf(const CPianoRollCtrlEx& roll, std::uint32_t note) {
+    const auto box = roll.view.BoxOf(roll.State().Notes()[note]);
+    return {static_cast<int>(box->left) + 3, static_cast<int>(box->top) + 3};
+}
+
+std::uint32_t VisibleNote(const CPianoRollCtrlEx& roll) {
+    const CNoteIndex index(roll.State().pattern);
+    for (std::uint32_t note = 0;; ++note) {
+        const QPoint place = PlaceOf(roll, note);
+        const bool inside = place.x() > 400 && place.x() < 800 && place.y() > 200 && place.y() < 500;
+        if (inside && roll.view.NoteAt(index, place.x(), place.y()) == note) return note;
+    }
+}
+
+void MeasureAll(int scale, int steps, const char* density) {
+    CNoDocument document;
+    CExampleRoll example(document, 1600, 788);
+    example.window.SetUiScale(scale);
+    example.window.resize(1600 * scale, 900 * scale);
+    example.Show();
+    CPianoRollCtrlEx& roll = *example.roll;
+    roll.Show(DenseNotes(10000, steps));
+    roll.OptionsChanged();
+    std::printf("--- 10000 notes, %s\n", density);
+    MeasureDrag("drag of one note", scale, example, PlaceOf(roll, VisibleNote(roll)));
+    roll.Show(SelectAll(roll.State()));
+    MeasureDrag("drag of all notes", scale, example, PlaceOf(roll, VisibleNote(roll)));
+    Measure("playhead, a frame", scale, 500, [&](int round) { roll.SetPlayhead(2 + 0.125 * round); });
+    Measure("mouse over notes", scale, 300, [&](int round) {
+        Send(example.window, QEvent::MouseMove, Qt::NoButton, Qt::NoButton, QPoint(300 + 3 * round, 200 + round));
+    });
+    Measure("whole redraw (scroll)", scale, 100, [&](int round) {
+        roll.view.time.ScrollTo(8 * (round % 9));
+        roll.ViewMoved();
+    });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    for (const int scale : {1, 2}) {
+        MeasureAll(scale, 1920, "330 to be seen at once");
+        MeasureAll(scale, 64, "all to be seen at once");
+    }
+    return 0;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/CEditCommands.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QWidget>
+
+namespace quib {
+
+namespace {
+
+CEditTarget* Target() { return dynamic_cast<CEditTarget*>(QApplication::activeWindow()); }
+
+}  // namespace
+
+CEditCommands::CEditCommands(QObject* parent) : QObject(parent) {
+    connect(qApp, &QApplication::focusChanged, this, &CEditCommands::Update);
+}
+
+void CEditCommands::Connect(EEdit command, QAction* action) {
+    actions[static_cast<std::size_t>(command)] = action;
+    connect(action, &QObject::destroyed, this,
+            [this, command] { actions[static_cast<std::size_t>(command)] = nullptr; });
+    connect(action, &QAction::triggered, this, [command] {
+        CEditTarget* const target = Target();
+        if (target != nullptr && target->CanEdit(command)) target->Edit(command);
+    });
+}
+
+void CEditCommands::Update() {
+    const CEditTarget* const target = Target();
+    for (std::size_t index = 0; index < actions.size(); ++index) {
+        if (actions[index] == nullptr) continue;
+        actions[index]->setEnabled(target != nullptr && target->CanEdit(static_cast<EEdit>(index)));
+    }
+}
+
+}  // namespace quib

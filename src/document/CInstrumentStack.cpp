@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CInstrumentStack.h"
+
+#include <QFileInfo>
+#include <algorithm>
+#include <utility>
+
+#include "model/files/ContentFiles.h"
+#include "model/files/InstrumentFile.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+bool IsInstrumentFile(const QString& path) { return path.endsWith(QLatin1String(".ist"), Qt::CaseInsensitive); }
+
+// Plug-ins that come back must not sound on where they were taken away.
+void SilencePlugins(const CInstrument& instrument) {
+    if (const auto& plugin = instrument.plugin.ForEdit()->plugin) plugin->Prepare();
+    for (const auto& insert : instrument.inserts) {
+        if (const auto& plugin = insert.ForEdit()->plugin) plugin->Prepare();
+    }
+}
+
+}  // namespace
+
+void CInstrumentStack::PublishInstruments(const InstrumentList& list, int nextCurrent) {
+    for (const auto& instrument : list) {
+        if (IndexOf(instrument->Id()) < 0) SilencePlugins(*instrument);
+        context.audio.PrepareInstrument(*instrument);
+    }
+    context.audio.PublishInstruments(list);
+    ApplySolo();
+    context.changes.Tell({EChange::kStack});
+    selection.Renew(nextCurrent);  // the same place may hold another instrument
+}
+
+void CInstrumentStack::SetInstruments(InstrumentList list, int nextCurrent, const QString& name) {
+    context.changes.Push(
+        name, [this, list = std::move(list), nextCurrent] { PublishInstruments(list, nextCurrent); },
+        [this, before = Instruments(), currentBefore = selection.CurrentIndex()] {
+            PublishInstruments(before, currentBefore);
+        });
+}
+
+std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nameOrPath, QString& error) {
+    if (IsInstrumentFile(nameOrPath)) {
+        LoadContext loading{places.Loader(), {}};
+        std::string reason;
+        auto instrument = LoadInstrumentFile(nameOrPath.toStdString(), loading, reason);
+        error = QString::fromStdString(reason);
+        warnings = std::move(loading.warnings);
+        return instrument;
+    }
+    const auto plugin = places.LoadLibrary(nameOrPath, SlotKind::Instrument, error);
+    if (!plugin) return nullptr;
+    auto instrument = std::make_shared<CInstrument>();
+    instrument->title = plugin->Identity().displayName;
+    if (instrument->title.empty()) instrument->title = QFileInfo(nameOrPath).completeBaseName().toStdString();
+    auto slot = std::make_shared<PluginSlot>();
+    slot->plugin = plugin;
+    instrument->plugin.Prepare(std::move(slot));
+    return instrument;
+}
+
+int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
+    if (Instruments().size() >= kMaximumInstruments) {
+        error = Text("There are too many instruments.");
+        return -1;
+    }
+    const auto instrument = MakeInstrument(nameOrPath, error);
+    if (!instrument) return -1;
+    if (context.settings.IsOn(QStringLiteral("LevelOffWhenLoadingInst"))) instrument->strip.level.Set(0.0F);
+    KeepKeys(*instrument);
+    InstrumentList list = Instruments();
+    list.push_back(instrument);
+    const int index = static_cast<int>(list.size()) - 1;
+    SetInstruments(std::move(list), index, Text("Add instrument"));
+    return index;
+}
+
+void CInstrumentStack::RemoveInstrument(int index) {
+    if (!Instrument(index)) return;
+    InstrumentList list = Instruments();
+    list.erase(list.begin() + index);
+    const int next = std::min(index, static_cast<int>(list.size()) - 1);
+    SetInstruments(std::move(list), next, Text("Remove instrument"));
+}
+
+void CInstrumentStack::MoveInstrument(int from, int to) {
+    InstrumentList list = Instruments();
+    if (from == to || !Instrument(from) || !Instrument(to)) return;
+    const auto moved = list[static_cast<std::size_t>(from)];
+    list.erase(list.begin() + from);
+    list.insert(list.begin() + to, moved);
+    SetInstruments(std::move(list), to, Text("Move instrument"));
+}
+
+// By way of its records, so that a copy has all that a file has.
+void CInstrumentStack::DuplicateInstrument(int index) {
+    const auto instrument = Instrument(index);
+    if (!instrument || Instruments().size() >= kMaximumInstruments) return;
+    CRecordWriter writer;
+    WriteInstrument(writer, *instrument, {});
+    LoadContext loading{places.Loader(), {}};
+    std::string error;
+    const auto copy = ReadInstrumentFile({writer.Bytes().data(), writer.Bytes().size()}, loading, error);
+    if (!copy) return;
+    InstrumentList list = Instruments();
+    list.insert(list.begin() + index + 1, copy);
+    SetInstruments(std::move(list), index + 1, Text("Duplicate instrument"));
+}
+
+void CInstrumentStack::ReplaceInstrument(int index, std::shared_ptr<CInstrument> next, const QString& name) {
+    InstrumentList list = Instruments();
+    list[static_cast<std::size_t>(index)] = std::move(next);
+    SetInstruments(std::move(list), index, name);
+}
+
+// The plug-in stays, in its state; the equaliser and insert switches are not touched either.
+void CInstrumentStack::ResetInstrument(int index) {
+    const auto old = Instrument(index);
+    if (!old) return;
+    auto fresh = std::make_shared<CInstrument>();
+    fresh->title = old->title;
+    fresh->icon = old->icon;
+    fresh->stripColour = old->stripColour;
+    fresh->stripCollapsed = old->stripCollapsed;
+    fresh->plugin.Prepare(old->plugin.ForEdit());
+    KeepThroughReset(fresh->strip, old->strip);
+    for (std::size_t i = 0; i < old->inserts.size(); ++i) {
+        fresh->inserts[i].Prepare(old->inserts[i].ForEdit());
+    }
+    ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
+}
+
+void CInstrumentStack::RenameInstrument(int index, const QString& title) {
+    const auto instrument = Instrument(index);
+    std::string next = title.toStdString();
+    if (!instrument || instrument->title == next) return;
+    const auto set = [this, instrument](const std::string& text) {
+        instrument->title = text;
+        context.changes.Tell({EChange::kInstrument, instrument->Id()});
+    };
+    context.changes.Push(
+        Text("Rename instrument"), [set, next = std::move(next)] { set(next); },
+        [set, before = instrument->title] { set(before); });
+}
+
+void CInstrumentStack::SetIcon(int index, int icon) {
+    const auto instrument = Instrument(index);
+    if (!instrument || instrument->icon == icon) return;
+    const auto set = [this, instrument](int value) {
+        instrument->icon = value;
+        context.changes.Tell({EChange::kInstrument, instrument->Id()});
+    };
+    context.changes.Push(
+        Text("Change icon"), [set, icon] { set(icon); }, [set, before = instrument->icon] { set(before); });
+}
+
+bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& error) {
+    if (!Instrument(index)) return false;
+    LoadContext loading{places.Loader(), {}};
+    std::string reason;
+    auto instrument = LoadInstrumentFile(path.toStdString(), loading, reason);
+    error = QString::fromStdString(reason);
+    if (!instrument) return false;
+    warnings = std::move(loading.warnings);
+    KeepKeys(*instrument);
+    ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
+    return true;
+}
+
+bool CInstrumentStack::SaveInstrument(int index, const QString& path, QString& error) {
+    const auto instrument = Instrument(index);
+    if (!instrument) return false;
+    std::string reason;
+    const bool saved = SaveInstrumentFile(path.toStdString(), *instrument, HeldKeysOf(*instrument), reason);
+    error = QString::fromStdString(reason);
+    return saved;
+}
+
+QColor CInstrumentStack::StripColour(int index) const {
+    const auto instrument = Instrument(index);
+    if (!instrument || instrument->stripColour == 0) return {};
+    return QColor::fromRgb(static_cast<QRgb>(instrument->stripColour - 1) | 0xff000000U);
+}
+
+void CInstrumentStack::SetStripColour(int index, const QColor& colour) {
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const std::int32_t next = colour.isValid() ? static_cast<std::int32_t>(colour.rgb() & 0xffffffU) + 1 : 0;
+    if (next == instrument->stripColour) return;
+    const auto set = [this, instrument](std::int32_t value) {
+        instrument->stripColour = value;
+        context.changes.Tell({EChange::kInstrument, instrument->Id()});
+    };
+    context.changes.Push(
+        Text("Colour strip"), [set, next] { set(next); }, [set, before = instrument->stripColour] { set(before); });
+}
+
+bool CInstrumentStack::IsCollapsed(int index) const {
+    const auto instrument = Instrument(index);
+    return instrument && instrument->stripCollapsed;
+}
+
+void CInstrumentStack::SetCollapsed(int index, bool collapsed) {
+    const auto instrument = Instrument(index);
+    if (!instrument || instrument->stripCollapsed == collapsed) return;
+    const auto set = [this, instrument](bool value) {
+        instrument->stripCollapsed = value;
+        context.changes.Tell({EChange::kStack});
+    };
+    context.changes.Push(
+        collapsed ? Text("Collapse strip") : Text("Expand strip"), [set, collapsed] { set(collapsed); },
+        [set, collapsed] { set(!collapsed); });
+}
+
+bool CInstrumentStack::IsSolo(int index) const {
+    const auto instrument = Instrument(index);
+    return instrument && soloed.count(instrument->Id()) != 0;
+}
+
+void CInstrumentStack::ToggleSolo(int index) {
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const bool wasOn = soloed.erase(instrument->Id()) != 0;
+    if (!context.settings.IsOn(QStringLiteral("SoloCumulMode"))) soloed.clear();
+    if (!wasOn) soloed.insert(instrument->Id());
+    ApplySolo();
+    for (const auto& entry : Instruments()) context.changes.Tell({EChange::kInstrument, entry->Id()});
+}
+
+// Of instruments that are not in the list any more nothing remains but their solo, for when they return.
+void CInstrumentStack::ApplySolo() {
+    const bool any = std::any_of(Instruments().begin(), Instruments().end(),
+                                 [this](const auto& entry) { return soloed.count(entry->Id()) != 0; });
+    for (const auto& entry : Instruments()) {
+        entry->strip.soloMuted.Set(any && soloed.count(entry->Id()) == 0 ? 1.0F : 0.0F);
+    }
+}
+
+void CInstrumentStack::FollowEqualizer(const std::shared_ptr<CInstrument>& instrument, int band) const {
+    (void)UpdateEqualizer(*instrument, band, context.audio.Format().sampleRate);
+}
+
+void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instrument, int band,
+                                       const EqBandSettings& before) {
+    const auto index = static_cast<std::size_t>(band);
+    const auto set = [this, instrument, index, band](const EqBandSettings& settings) {
+        instrument->strip.eqFreq[index].Set(settings.frequency);
+        instrument->strip.eqQ[index].Set(settings.resonance);
+        instrument->strip.eqGain[index].Set(settings.gain);
+        FollowEqualizer(instrument, band);
+    };
+    const ChannelStrip& strip = instrument->strip;
+    const EqBandSettings after{strip.eqFreq[index].Get(), strip.eqQ[index].Get(), strip.eqGain[index].Get()};
+    FollowEqualizer(instrument, band);
+    context.changes.PushDone(
+        Text("Equaliser"), [set, after] { set(after); }, [set, before] { set(before); }, &strip.eqFreq[index]);
+}
+
+// The engine pictures them for instruments that play; the others hold what they were loaded with.
+std::vector<std::int32_t> CInstrumentStack::HeldKeysOf(const CInstrument& instrument) {
+    const PlayPicture& picture = context.audio.Picture();
+    for (std::size_t i = 0; i < picture.instrumentCount; ++i) {
+        const InstrumentPicture& shown = picture.instruments[i];
+        if (shown.id != instrument.Id()) continue;
+        const std::size_t count = std::min<std::size_t>(shown.heldKeyCount, shown.heldKeys.size());
+        return {shown.heldKeys.begin(), shown.heldKeys.begin() + static_cast<std::ptrdiff_t>(count)};
+    }
+    const auto loaded = loadedKeys.find(instrument.Id());
+    return loaded != loadedKeys.end() ? loaded->second : std::vector<std::int32_t>();
+}
+
+void CInstrumentStack::ProjectReplaced() {
+    soloed.clear();
+    loadedKeys.clear();
+    for (const auto& instrument : Instruments()) KeepKeys(*instrument);
+    ApplySolo();
+}
+
+}  // namespace quib

@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CPluginPlaces.h"
+
+#include <QFileInfo>
+#include <utility>
+
+#include "model/files/ContentFiles.h"
+#include "model/plugin/PluginBank.h"
+#include "platform/Paths.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Built-in plug-ins stand beside the program wherever its folder is.
+CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
+    const fs::path program = ExecutableFolder();
+    std::vector<fs::path> users = {program / "PluginInstruments", program / "PluginEffects"};
+    for (const QString& folder : AddedPluginFolders(settings)) users.emplace_back(folder.toStdString());
+    return CPluginFinder(folders.program.toStdString(), std::move(users), SystemPluginFolders());
+}
+
+}  // namespace
+
+// The whole state of a plug-in, to go back to.
+struct CPluginPlaces::State {
+    std::shared_ptr<const StateImage> bank;
+    int program = 0;
+};
+
+CPluginPlaces::CPluginPlaces(const DocumentContext& document)
+    : context(document), finder(MakeFinder(document.folders, document.settings)) {
+    ConnectEnvironment();
+}
+
+void CPluginPlaces::ConnectEnvironment() {
+    PluginEnvironment& environment = context.audio.environment;
+    environment.applicationFolder = context.folders.program.toStdString();
+    environment.showMessage = [this](const std::string& text, const std::string& caption) {
+        messageShown = true;
+        context.tell(QString::fromStdString(caption), QString::fromStdString(text));
+    };
+    environment.idle = [this] { IdlePlugins(); };
+    environment.parameterChanged = [this](CPlugin& plugin, int parameter, float value) {
+        ParameterMovedInWindow(plugin, parameter, value);
+    };
+    environment.sizeWindow = [this](CPlugin& plugin, int width, int height) {
+        Q_EMIT EditorSizeWanted(&plugin, width, height);
+        return true;
+    };
+    environment.currentTime = [this](vst2::VstTimeInfo& time) { time = context.audio.Picture().time; };
+}
+
+void CPluginPlaces::ReadPluginFolders() { finder = MakeFinder(context.folders, context.settings); }
+
+void CPluginPlaces::Tick() {
+    IdlePlugins();
+    ReportFaults();
+}
+
+std::shared_ptr<CPublished<PluginSlot>> CPluginPlaces::PublishedSlot(const SlotPlace& place) const {
+    const auto index = static_cast<std::size_t>(place.index);
+    const auto owner = context.InstrumentById(place.instrument);
+    switch (place.kind) {
+        case SlotPlace::EKind::kInstrument:
+            return owner ? Part(owner, owner->plugin) : nullptr;
+        case SlotPlace::EKind::kInsert:
+            return owner && index < owner->inserts.size() ? Part(owner, owner->inserts[index]) : nullptr;
+        case SlotPlace::EKind::kMasterInsert:
+            return index < context.audio.masterInserts.size() ? EnginePart(context.audio.masterInserts[index])
+                                                              : nullptr;
+        case SlotPlace::EKind::kEffect:
+            return index < context.audio.sharedEffects.size() ? EnginePart(context.audio.sharedEffects[index])
+                                                              : nullptr;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<const PluginSlot> CPluginPlaces::Slot(const SlotPlace& place) const {
+    const auto slot = PublishedSlot(place);
+    return slot ? slot->ForEdit() : nullptr;
+}
+
+void CPluginPlaces::ForEachSlot(const std::function<void(const PluginSlot&, const SlotPlace&)>& visit) const {
+    for (const auto& instrument : context.Instruments()) {
+        const std::uint32_t id = instrument->Id();
+        visit(*instrument->plugin.ForEdit(), {SlotPlace::EKind::kInstrument, id, 0});
+        for (int i = 0; i < kInsertCount; ++i) {
+            visit(*instrument->inserts[static_cast<std::size_t>(i)].ForEdit(), {SlotPlace::EKind::kInsert, id, i});
+        }
+    }
+    for (int i = 0; i < kInsertCount; ++i) {
+        visit(*context.audio.masterInserts[static_cast<std::size_t>(i)].ForEdit(),
+              {SlotPlace::EKind::kMasterInsert, 0, i});
+    }
+    for (int i = 0; i < kSendCount; ++i) {
+        visit(*context.audio.sharedEffects[static_cast<std::size_t>(i)].ForEdit(), {SlotPlace::EKind::kEffect, 0, i});
+    }
+}
+
+bool CPluginPlaces::FindPlugin(const CPlugin* plugin, SlotPlace& place) const {
+    bool found = false;
+    ForEachSlot([&](const PluginSlot& slot, const SlotPlace& at) {
+        if (found || plugin == nullptr || slot.plugin.get() != plugin) return;
+        place = at;
+        found = true;
+    });
+    return found;
+}
+
+std::shared_ptr<CPlugin> CPluginPlaces::Shared(const CPlugin& plugin) const {
+    std::shared_ptr<CPlugin> found;
+    ForEachSlot([&](const PluginSlot& slot, const SlotPlace&) {
+        if (slot.plugin.get() == &plugin) found = slot.plugin;
+    });
+    return found;
+}
+
+std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const std::string& name, SlotKind kind, std::string& error) {
+    const auto library = finder.Find(name, kind);
+    if (library) return CPlugin::Load(*library, kind, context.audio.environment, error);
+    error = Text("not found in any plug-in folder").toStdString();
+    return nullptr;
+}
+
+PluginLoader CPluginPlaces::Loader() {
+    return [this](const std::string& name, SlotKind kind, std::string& error) { return LoadNamed(name, kind, error); };
+}
+
+std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error) {
+    std::string reason;
+    messageShown = false;
+    const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo(nameOrPath).isFile();
+    auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, context.audio.environment, reason)
+                         : LoadNamed(nameOrPath.toStdString(), kind, reason);
+    error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
+    return plugin;
+}
+
+// A plug-in that comes back may have missed a change of the sound device, and must not sound on where it
+// was taken away.
+void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name) {
+    const auto slot = PublishedSlot(place);
+    const bool isMaster = place.kind == SlotPlace::EKind::kMasterInsert || place.kind == SlotPlace::EKind::kEffect;
+    const auto publish = [this, slot,
+                          id = isMaster ? 0U : place.instrument](const std::shared_ptr<const PluginSlot>& content) {
+        if (content->plugin) content->plugin->Prepare();
+        slot->Publish(content, context.changes.Graveyard());
+        context.changes.Tell({EChange::kSlot, id});
+    };
+    context.changes.Push(
+        name, [publish, next = std::move(next)] { publish(next); },
+        [publish, before = slot->ForEdit()] { publish(before); });
+}
+
+bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
+    if (!PublishedSlot(place)) return false;
+    const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
+    const auto plugin = LoadLibrary(nameOrPath, isInstrument ? SlotKind::Instrument : SlotKind::Effect, error);
+    if (!plugin) return false;
+    auto next = std::make_shared<PluginSlot>();
+    next->plugin = plugin;
+    PublishSlot(place, std::move(next), Text("Load plug-in"));
+    return true;
+}
+
+void CPluginPlaces::ClearPlugin(const SlotPlace& place) {
+    const auto slot = Slot(place);
+    if (!slot || (!slot->plugin && !slot->missing)) return;
+    PublishSlot(place, std::make_shared<const PluginSlot>(), Text("Clear plug-in"));
+}
+
+CPluginPlaces::State CPluginPlaces::StateOf(CPlugin& plugin) {
+    return {std::make_shared<const StateImage>(quib::SaveBank(plugin)),
+            static_cast<int>(plugin.Dispatch(vst2::effGetProgram))};
+}
+
+// The program first: selecting one afterwards would make some plug-ins forget the edits in the image.
+void CPluginPlaces::SetState(CPlugin& plugin, const State& state) {
+    quib::SelectProgram(plugin, state.program);
+    if (!state.bank->empty()) quib::LoadBank(plugin, *state.bank);
+}
+
+bool CPluginPlaces::ChangeState(const SlotPlace& place, const QString& name,
+                                const std::function<bool(CPlugin&)>& change) {
+    const auto slot = Slot(place);
+    if (!slot || !slot->plugin) return false;
+    const auto plugin = slot->plugin;
+    const State before = StateOf(*plugin);
+    if (!change(*plugin)) return false;
+    const auto set = [this, plugin](const State& state) {
+        SetState(*plugin, state);
+        Q_EMIT ParameterMoved(plugin.get(), -1);
+    };
+    context.changes.PushDone(
+        name, [set, after = StateOf(*plugin)] { set(after); }, [set, before] { set(before); });
+    Q_EMIT ParameterMoved(plugin.get(), -1);
+    return true;
+}
+
+bool CPluginPlaces::LoadBank(const SlotPlace& place, const QString& path, QString& error) {
+    return ChangeState(place, Text("Load bank"), [&](CPlugin& plugin) {
+        std::string reason;
+        const bool loaded = LoadBankFile(path.toStdString(), plugin, reason);
+        error = QString::fromStdString(reason);
+        return loaded;
+    });
+}
+
+bool CPluginPlaces::LoadProgram(const SlotPlace& place, const QString& path, QString& error) {
+    return ChangeState(place, Text("Load program"), [&](CPlugin& plugin) {
+        std::string reason;
+        const bool loaded = LoadProgramFile(path.toStdString(), plugin, reason);
+        error = QString::fromStdString(reason);
+        return loaded;
+    });
+}
+
+bool CPluginPlaces::SaveBank(const SlotPlace& place, const QString& path, QString& error) {
+    const auto slot = Slot(place);
+    if (!slot || !slot->plugin) return false;
+    std::string reason;
+    const bool saved = SaveBankFile(path.toStdString(), *slot->plugin, reason);
+    error = QString::fromStdString(reason);
+    return saved;
+}
+
+bool CPluginPlaces::SaveProgram(const SlotPlace& place, const QString& path, QString& error) {
+    const auto slot = Slot(place);
+    if (!slot || !slot->plugin) return false;
+    std::string reason;
+    const bool saved = SaveProgramFile(path.toStdString(), *slot->plugin, reason);
+    error = QString::fromStdString(reason);
+    return saved;
+}
+
+void CPluginPlaces::SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program) {
+    SlotPlace place;
+    if (!FindPlugin(plugin.get(), place)) return;
+    if (plugin->Dispatch(vst2::effGetProgram) == program) return;
+    ChangeState(place, Text("Select program"),
+                [program](CPlugin& owner) { return quib::SelectProgram(owner, program); });
+}
+
+void CPluginPlaces::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after) {
+    if (!plugin || before == after) return;
+    context.changes.PushValue(Text("Plug-in parameter"), plugin.get(), parameter, before, after,
+                              [this, plugin, parameter](float value) {
+                                  plugin->SetParameter(parameter, value);
+                                  Q_EMIT ParameterMoved(plugin.get(), parameter);
+                              });
+    Q_EMIT ParameterMoved(plugin.get(), parameter);
+}
+
+void CPluginPlaces::WatchParameters(const std::shared_ptr<CPlugin>& plugin) {
+    std::vector<float>& values = watched[plugin.get()];
+    values.resize(plugin->Parameters().size());
+    vst2::AEffect& effect = plugin->Effect();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = effect.getParameter(&effect, static_cast<std::int32_t>(i));
+    }
+}
+
+void CPluginPlaces::UnwatchParameters(const CPlugin* plugin) { watched.erase(plugin); }
+
+void CPluginPlaces::ParameterMovedInWindow(CPlugin& plugin, int parameter, float value) {
+    const auto known = watched.find(&plugin);
+    const auto shared = Shared(plugin);
+    if (!shared) return;
+    if (known == watched.end() || parameter >= static_cast<int>(known->second.size())) return context.changes.Touch();
+    float& last = known->second[static_cast<std::size_t>(parameter)];
+    ParameterEdited(shared, parameter, std::exchange(last, value), value);
+}
+
+void CPluginPlaces::IdlePlugins() {
+    if (std::exchange(idling, true)) return;  // a plug-in that idles may ask for more of it
+    ForEachSlot([](const PluginSlot& slot, const SlotPlace&) {
+        if (slot.plugin && slot.plugin->NeedsIdle()) slot.plugin->Dispatch(vst2::effIdle);
+    });
+    idling = false;
+}
+
+void CPluginPlaces::ReportFaults() {
+    ForEachSlot([this](const PluginSlot& slot, const SlotPlace&) {
+        if (!slot.plugin || !slot.plugin->TakeFaultReport()) return;
+        context.tell(QStringLiteral("QUIB"), QString::fromStdString(slot.plugin->Identity().displayName) +
+                                                 QStringLiteral(": ") +
+                                                 Text("gave samples that are no sound; it is muted while it does."));
+    });
+}
+
+}  // namespace quib

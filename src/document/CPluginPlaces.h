@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The plug-ins of the project: where they stand, loading and clearing, banks, programs and parameters.
+// User-interface thread.
+
+#include <QObject>
+#include <map>
+#include <vector>
+
+#include "document/DocumentContext.h"
+#include "model/files/LoadContext.h"
+#include "model/plugin/CPluginFinder.h"
+
+namespace quib {
+
+// A place for a plug-in. `instrument`: its id, for the first two kinds. `index`: 0.., but for kInstrument.
+struct SlotPlace {
+    enum class EKind { kInstrument, kInsert, kMasterInsert, kEffect };
+    EKind kind = EKind::kInstrument;
+    std::uint32_t instrument = 0;
+    int index = 0;
+};
+
+class CPluginPlaces : public QObject {
+    Q_OBJECT
+
+public:
+    explicit CPluginPlaces(const DocumentContext& document);
+
+    // Null for a place that does not exist.
+    std::shared_ptr<const PluginSlot> Slot(const SlotPlace& place) const;
+    bool LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error);
+    void ClearPlugin(const SlotPlace& place);
+    bool LoadBank(const SlotPlace& place, const QString& path, QString& error);
+    bool SaveBank(const SlotPlace& place, const QString& path, QString& error);
+    bool LoadProgram(const SlotPlace& place, const QString& path, QString& error);
+    bool SaveProgram(const SlotPlace& place, const QString& path, QString& error);
+    void SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program);
+    // A parameter (0..1) was moved in a page of ours.
+    void ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after);
+    // Where a loaded plug-in stands; false when it stands nowhere.
+    bool FindPlugin(const CPlugin* plugin, SlotPlace& place) const;
+    void ForEachSlot(const std::function<void(const PluginSlot&, const SlotPlace&)>& visit) const;
+    // From now on the parameters that the user moves in the plug-in's own window are steps of undo.
+    void WatchParameters(const std::shared_ptr<CPlugin>& plugin);
+    void UnwatchParameters(const CPlugin* plugin);
+
+    // Loads a library by its name in the lists or by its path. Null: `error` says why, or is empty when the
+    // user has been told already.
+    std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error);
+    PluginLoader Loader();
+    // Finds again what the plug-in folders hold.
+    void RefreshPlugins() { finder.Refresh(); }
+    // Follows a change of the folders that the user has added.
+    void ReadPluginFolders();
+    // Forgets what belongs to the steps of the last project.
+    void Clear() { watched.clear(); }
+    // Gives plug-ins that ask for it their idle time, and tells of those that gave no sound; from the timer.
+    void Tick();
+
+Q_SIGNALS:
+    // Parameter -1: all of them.
+    void ParameterMoved(const void* plugin, int parameter);
+    // A plug-in asks for another size of its window (pixels).
+    void EditorSizeWanted(const void* plugin, int width, int height);
+
+private:
+    struct State;
+
+    void ConnectEnvironment();
+    std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
+    std::shared_ptr<CPlugin> LoadNamed(const std::string& name, SlotKind kind, std::string& error);
+    void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
+    static State StateOf(CPlugin& plugin);
+    static void SetState(CPlugin& plugin, const State& state);
+    bool ChangeState(const SlotPlace& place, const QString& name, const std::function<bool(CPlugin&)>& change);
+    void ParameterMovedInWindow(CPlugin& plugin, int parameter, float value);
+    std::shared_ptr<CPlugin> Shared(const CPlugin& plugin) const;
+    void IdlePlugins();
+    void ReportFaults();
+
+    const DocumentContext& context;
+    CPluginFinder finder;
+    std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
+    bool messageShown = false;                             // a plug-in's loading told the user why it failed
+    bool idling = false;
+};
+
+}  // namespace quib

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CPresets.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "model/files/InstrumentFile.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+void CPresets::SetPresets(const std::shared_ptr<CInstrument>& instrument, std::vector<Preset> next,
+                          const QString& name) {
+    const auto set = [this, instrument](const std::vector<Preset>& list) {
+        instrument->presets = list;
+        context.changes.Tell({EChange::kPresets, instrument->Id()});
+    };
+    context.changes.Push(
+        name, [set, next = std::move(next)] { set(next); }, [set, before = instrument->presets] { set(before); });
+}
+
+void CPresets::AddPreset(int index) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || instrument->presets.size() >= kMaximumPresets) return;
+    std::vector<Preset> next = instrument->presets;
+    next.push_back(TakePreset(*instrument, stack.HeldKeysOf(*instrument)));
+    SetPresets(instrument, std::move(next), Text("Add preset"));
+}
+
+void CPresets::PastePreset(int index, int preset) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || preset < 0 || preset >= static_cast<int>(instrument->presets.size())) return;
+    std::vector<Preset> next = instrument->presets;
+    next[static_cast<std::size_t>(preset)] = TakePreset(*instrument, stack.HeldKeysOf(*instrument));
+    SetPresets(instrument, std::move(next), Text("Paste to preset"));
+}
+
+void CPresets::RemovePreset(int index, int preset) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || preset < 0 || preset >= static_cast<int>(instrument->presets.size())) return;
+    std::vector<Preset> next = instrument->presets;
+    next.erase(next.begin() + preset);
+    SetPresets(instrument, std::move(next), Text("Remove preset"));
+}
+
+void CPresets::ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const Preset& preset) {
+    std::erase_if(recalls, [&](const Recall& recall) { return recall.instrument == instrument; });
+    recalls.push_back({instrument, std::make_unique<CPresetRecall>(*instrument, preset, context.changes.Graveyard(),
+                                                                   context.audio.Format().sampleRate)});
+    context.audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), preset.patternSelected});
+    TellRecalled(*instrument);
+}
+
+void CPresets::RecallPreset(int index, int preset) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || preset < 0 || preset >= static_cast<int>(instrument->presets.size())) return;
+    auto wanted = std::make_shared<const Preset>(instrument->presets[static_cast<std::size_t>(preset)]);
+    auto before = std::make_shared<const Preset>(TakePreset(*instrument, stack.HeldKeysOf(*instrument)));
+    context.changes.Push(
+        Text("Recall preset"), [this, instrument, wanted = std::move(wanted)] { ApplyPreset(instrument, *wanted); },
+        [this, instrument, before = std::move(before)] { ApplyPreset(instrument, *before); });
+}
+
+void CPresets::RecallPresets(int preset) {
+    if (!context.settings.IsOn(QStringLiteral("PresetOn")) || preset < 0 || preset >= PresetCount()) return;
+    const CChanges::CMacro step(context.changes, Text("Select preset"));
+    const float before = presetSelected.Get();
+    presetSelected.Set(static_cast<float>(preset));
+    context.changes.ValueEdited(EnginePart(presetSelected), before, presetSelected.Get(), Text("Select preset"));
+    for (int index = 0; index < static_cast<int>(context.Instruments().size()); ++index) RecallPreset(index, preset);
+}
+
+int CPresets::PresetCount() const {
+    std::size_t most = 0;
+    for (const auto& instrument : context.Instruments()) most = std::max(most, instrument->presets.size());
+    return static_cast<int>(most);
+}
+
+void CPresets::SetPresetMidi(int channel, int baseNote, int mode) {
+    using Assignment = std::array<int, 3>;
+    const auto set = [this](const Assignment& values) {
+        context.audio.presetSelection.channel.Set(values[0]);
+        context.audio.presetSelection.baseNote.Set(values[1]);
+        context.audio.presetSelection.mode.Set(values[2]);
+        context.changes.Tell({EChange::kPresets});
+    };
+    const PresetSelection& now = context.audio.presetSelection;
+    const Assignment before = {now.channel.Get(), now.baseNote.Get(), now.mode.Get()};
+    const Assignment next = {std::clamp(channel, 0, 17), std::clamp(baseNote, 0, 127), std::clamp(mode, 0, 1)};
+    if (before == next) return;
+    context.changes.Push(
+        Text("Preset MIDI assignment"), [set, next] { set(next); }, [set, before] { set(before); });
+}
+
+// It may have brought other notes, points and settings.
+void CPresets::TellRecalled(const CInstrument& instrument) {
+    for (const EChange kind : {EChange::kPattern, EChange::kLanes, EChange::kInstrument}) {
+        context.changes.Tell({kind, instrument.Id()});
+    }
+}
+
+void CPresets::PollRecalls() {
+    std::erase_if(recalls, [this](const Recall& recall) {
+        if (!recall.work->Poll()) return false;
+        for (const std::string& warning : recall.work->Warnings()) {
+            context.tell(QStringLiteral("QUIB"), QString::fromStdString(warning));
+        }
+        TellRecalled(*recall.instrument);
+        return true;
+    });
+}
+
+void CPresets::ProjectReplaced(float selected) {
+    recalls.clear();
+    presetSelected.Set(selected);
+}
+
+}  // namespace quib

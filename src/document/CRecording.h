@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Recording the master output to a file, and telling how it goes. User-interface thread.
+
+#include <QString>
+#include <string>
+
+#include "document/CRecorder.h"
+#include "document/DocumentContext.h"
+
+namespace quib {
+
+class CRecording {
+public:
+    // `masterRecorder` outlives it.
+    CRecording(const DocumentContext& document, CRecorder& masterRecorder)
+        : context(document), recorder(masterRecorder) {}
+
+    bool Start(const QString& path);
+    void Stop() { recorder.Stop(); }
+    // The same, and waits until the file is complete.
+    void Finish() { recorder.Finish(); }
+    bool IsRecording() const { return recorder.IsRecording(); }
+    // For the display.
+    QString ProgressText() const { return Text(recorder.Now().text.c_str()); }
+    double Seconds() const { return recorder.Now().seconds; }
+    quint64 Bytes() const { return recorder.Now().bytes; }
+    // Tells an error once, and ends a recording whose rate has changed; from the timer.
+    void Tick();
+
+private:
+    const DocumentContext& context;
+    CRecorder& recorder;
+    int recordedRate = 0;  // Hz
+    std::string reportedError;
+};
+
+}  // namespace quib

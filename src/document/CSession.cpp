@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CSession.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <utility>
+
+#include "project/ProjectEngine.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr const char* kTimedPrefix = "backup-";
+constexpr const char* kTimedSuffix = ".prg";
+constexpr std::size_t kTimedBackups = 10;
+constexpr qint64 kTimedInterval = 60;  // seconds
+
+}  // namespace
+
+QString CSession::ProjectName() const {
+    return projectPath.isEmpty() ? Text("Untitled") : QFileInfo(projectPath).completeBaseName();
+}
+
+void CSession::NewProject() {
+    warnings.clear();
+    Publish({}, {});
+}
+
+bool CSession::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {
+    ProjectState state;
+    std::string reason;
+    if (!ReadProjectFile(path.toStdString(), parts.places.Loader(), state, reason, progress)) {
+        error = QString::fromStdString(reason);
+        return false;
+    }
+    warnings = state.warnings;
+    Publish(std::move(state), path);
+    return true;
+}
+
+bool CSession::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error) {
+    if (!LoadProject(path, error)) return false;
+    SetSaved(projectFile);
+    if (modified) context.changes.Touch();
+    return true;
+}
+
+void CSession::Publish(ProjectState state, const QString& path) {
+    parts.transport.Stop();
+    parts.transport.Locate(0);
+    Q_EMIT AboutToReplace();
+    context.changes.Clear();
+    parts.places.Clear();
+    PublishProject(state, context.audio);
+    parts.stack.ProjectReplaced();
+    parts.presets.ProjectReplaced(state.master.presetSelected);
+    parts.contents.ProjectReplaced(state.master.playlistStepNumber);
+    detector = state.detector;
+    SetSaved(path);
+    context.changes.Tell({EChange::kProject});
+    parts.selection.Renew(state.instruments.empty() ? -1 : 0);
+}
+
+ProjectState CSession::GatherState() {
+    ProjectState state;
+    GatherProject(context.audio, state);
+    state.master.playlistStepNumber = parts.contents.PlaylistSteps();
+    state.master.presetSelected = parts.presets.SelectedPreset().Get();
+    state.detector = detector;
+    return state;
+}
+
+std::string CSession::Bytes() {
+    CRecordWriter writer;
+    WriteProject(writer, GatherState(),
+                 [this](const CInstrument& instrument) { return parts.stack.HeldKeysOf(instrument); });
+    return {writer.Bytes().data(), writer.Bytes().size()};
+}
+
+void CSession::SetSaved(const QString& path) {
+    context.changes.SetClean();
+    if (projectPath == path) return;
+    projectPath = path;
+    Q_EMIT ProjectPathChanged();
+}
+
+// Saved counts from the moment of gathering: what is edited while the disk works is not in the file.
+void CSession::SaveProject(const QString& path, std::function<void(const QString& error)> done) {
+    std::string bytes = Bytes();
+    context.changes.SetClean();
+    saver.Write(path.toStdString(), std::move(bytes), [this, path, done = std::move(done)](const std::string& reason) {
+        if (!reason.empty()) {
+            context.changes.Touch();
+        } else if (projectPath != path) {
+            projectPath = path;
+            Q_EMIT ProjectPathChanged();
+        }
+        if (done) done(QString::fromStdString(reason));
+    });
+}
+
+bool CSession::SaveProject(const QString& path, QString& error) {
+    SaveProject(path, [&error](const QString& reason) { error = reason; });
+    saver.Finish();
+    return error.isEmpty();
+}
+
+void CSession::WriteCopy(const QString& path, CAsyncSave::Done done) {
+    saver.Write(path.toStdString(), Bytes(), std::move(done));
+}
+
+void CSession::WriteBackup(bool timed) {
+    std::string bytes = Bytes();
+    const std::size_t fingerprint = std::hash<std::string>()(bytes);
+    const QDateTime now = QDateTime::currentDateTime();
+    const bool isDue = !lastTimedBackup.isValid() || lastTimedBackup.secsTo(now) >= kTimedInterval;
+    if (timed && isDue && fingerprint != backedUp) {
+        const QString name = QLatin1String(kTimedPrefix) + now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+        saver.Write((context.folders.backups + name + QLatin1String(kTimedSuffix)).toStdString(), bytes);
+        saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
+        lastTimedBackup = now;
+        backedUp = fingerprint;
+    }
+    saver.Write(context.folders.backupProject.toStdString(), std::move(bytes));
+}
+
+void CSession::KeepCopy(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.exists()) return;
+    const QString name = file.lastModified().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QFile::copy(path, context.folders.backups + QLatin1String(kTimedPrefix) + name + QLatin1String(kTimedSuffix));
+    saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
+}
+
+QStringList CSession::TimedBackups() const {
+    QStringList paths;
+    const QDir folder(context.folders.backups);
+    const QStringList names = folder.entryList({QStringLiteral("backup-*.prg")}, QDir::Files, QDir::Name);
+    for (const QString& name : names) paths.prepend(folder.filePath(name));
+    return paths;
+}
+
+}  // namespace quib

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CTransportControl.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/Clock.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr std::uint64_t kLongestTap = 3'000'000'000;  // nanoseconds
+constexpr std::size_t kMostTaps = 8;
+constexpr float kSlowest = 20.0F;
+constexpr float kFastest = 300.0F;
+
+}  // namespace
+
+void CTransportControl::Locate(int step) {
+    context.audio.Post({EngineCommand::EKind::kLocate, 0, std::clamp(step, 0, kMaximumSongStep)});
+}
+
+void CTransportControl::TapTempo() {
+    const std::uint64_t now = Nanoseconds();
+    if (!taps.empty() && now - taps.back() > kLongestTap) taps.clear();
+    taps.push_back(now);
+    if (taps.size() > kMostTaps) taps.erase(taps.begin());
+    if (taps.size() < 2) return;
+    const double beat = static_cast<double>(now - taps.front()) * 1e-9 / static_cast<double>(taps.size() - 1);
+    const float before = context.audio.settings.tempo.Get();
+    const float tempo = std::clamp(std::round(static_cast<float>(600.0 / beat)) / 10.0F, kSlowest, kFastest);
+    context.audio.settings.tempo.Set(tempo);
+    context.changes.ValueEdited(EnginePart(context.audio.settings.tempo), before, tempo, Text("Tempo"));
+}
+
+}  // namespace quib

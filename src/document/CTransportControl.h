@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Playing, stopping, going to a place of the song, and tapping the tempo. User-interface thread.
+
+#include <cstdint>
+#include <vector>
+
+#include "document/DocumentContext.h"
+
+namespace quib {
+
+class CTransportControl {
+public:
+    explicit CTransportControl(const DocumentContext& document) : context(document) {}
+
+    void Play() { context.audio.Post({EngineCommand::EKind::kPlay}); }
+    void Stop() { context.audio.Post({EngineCommand::EKind::kStop}); }
+    bool IsPlaying() const { return context.audio.Picture().playing; }
+    void Locate(int step);
+    // Sets the tempo from the time between two calls or more.
+    void TapTempo();
+    // A steady tone into the master bus, to check levels.
+    void SetTestTone(bool on) { context.audio.testTone.Set(on ? 1.0F : 0.0F); }
+
+private:
+    const DocumentContext& context;
+    std::vector<std::uint64_t> taps;  // nanoseconds
+};
+
+}  // namespace quib

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/CToolWindows.h"
+
+#include "editors/base/CToolWindow.h"
+
+namespace quib {
+
+CToolWindows::CToolWindows(const ToolContext& toolContext, QWidget* windowParent)
+    : context(toolContext), parent(windowParent) {}
+
+CToolWindows::~CToolWindows() = default;
+
+bool CToolWindows::Has(ETool tool) {
+    const ToolRow* const row = FindTool(tool);
+    return row != nullptr && row->make != nullptr;
+}
+
+CToolWindow* CToolWindows::Open(ETool tool) {
+    if (!Has(tool)) return nullptr;
+    std::unique_ptr<CToolWindow>& window = windows[tool];
+    if (!window) {
+        const ToolRow& row = *FindTool(tool);
+        window = row.make(context, row, parent);
+        window->SetScale(scale);
+    }
+    window->Open();
+    return window.get();
+}
+
+CToolWindow* CToolWindows::Find(ETool tool) const {
+    const auto known = windows.find(tool);
+    return known == windows.end() ? nullptr : known->second.get();
+}
+
+void CToolWindows::SetScale(int percent) {
+    scale = percent;
+    for (const auto& [tool, window] : windows) window->SetScale(percent);
+}
+
+void CToolWindows::Retranslate() {
+    for (const auto& [tool, window] : windows) window->Retranslate();
+}
+
+void CToolWindows::KeepPlacements() {
+    for (const auto& [tool, window] : windows) window->KeepPlacement();
+}
+
+void CToolWindows::FollowEngine() {
+    for (const auto& [tool, window] : windows) window->FollowEngine();
+}
+
+}  // namespace quib

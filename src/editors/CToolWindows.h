@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The tool windows of a session: made at their first use from the table, kept until the end.
+// User-interface thread.
+
+#include <QObject>
+#include <map>
+#include <memory>
+
+#include "editors/ToolTable.h"
+
+namespace quib {
+
+class CToolWindow;
+
+class CToolWindows {
+public:
+    // `windowParent` outlives it.
+    CToolWindows(const ToolContext& toolContext, QWidget* windowParent);
+    ~CToolWindows();
+
+    static bool Has(ETool tool);
+    // Brings the window to the front; null when there is no such window.
+    CToolWindow* Open(ETool tool);
+    // Null when it has not been made.
+    CToolWindow* Find(ETool tool) const;
+    void SetScale(int percent);
+    void Retranslate();
+    void KeepPlacements();
+    // The 40 ms work.
+    void FollowEngine();
+
+private:
+    ToolContext context;
+    QWidget* parent;
+    int scale = 100;
+    std::map<ETool, std::unique_ptr<CToolWindow>> windows;
+};
+
+}  // namespace quib

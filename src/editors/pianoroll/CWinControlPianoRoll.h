@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The piano roll's window: the notes of the current instrument's selected pattern with their velocities,
+// and the instrument's MIDI input. It publishes what the roll's gestures make, each gesture one step of
+// undo, and follows playing. User-interface thread.
+
+#include <QTimer>
+#include <map>
+
+#include "editors/base/CToolWindow.h"
+#include "editors/grid/CPlayhead.h"
+#include "editors/pianoroll/CPianoRollCtrlEx.h"
+#include "model/edits/NoteClip.h"
+
+namespace quib {
+
+class CRollLaneBar;
+class CRollStatusBar;
+class CRollToolBar;
+class CScrollCtrl;
+class CSplitCtrl;
+class CVelocityLaneCtrl;
+
+class CWinControlPianoRoll : public CToolWindow, public IPianoRollHost {
+    Q_OBJECT
+
+public:
+    CWinControlPianoRoll(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent);
+    ~CWinControlPianoRoll() override;
+
+    bool CanEdit(EEdit command) const override;
+    void Edit(EEdit command) override;
+
+    // --- For its bars
+
+    CPianoRollCtrlEx& Roll() noexcept { return *roll; }
+    CWorkstation& Project() const noexcept { return Document(); }
+    const std::shared_ptr<CInstrument>& Shown() const noexcept { return shown; }
+    int ShownPattern() const noexcept { return pattern; }
+    bool IsFolded() const noexcept { return folded; }
+    void SetFolded(bool on);
+    void SetDrums(bool on);
+    void SetScaleShown(const Scale& scale);
+    // Another setting of the roll has changed.
+    void OptionsChanged();
+    // Ghosts: other patterns of the instrument by number, other instruments by id.
+    struct Ghosts {
+        std::vector<int> patterns;
+        std::vector<std::uint32_t> instruments;
+        bool IsEmpty() const noexcept { return patterns.empty() && instruments.empty(); }
+    };
+    const Ghosts& ShownGhosts() const noexcept { return ghosts; }
+    void SetGhosts(Ghosts next);
+    // An edit of the roll's notes as one step; `name` in English.
+    void Apply(const NoteState& next, const char* name);
+    void ZoomTime(bool in);
+    void ZoomKeys(bool in);
+    // The limit that waits for a key: 0 lower, 1 upper, -1 none.
+    int ArmedLimit() const;
+    void ArmLimit(int limit);
+    void FillEditMenu(QMenu& menu);
+
+protected:
+    void ShowSelection() override;
+    void ShowChange(const Change& change) override;
+    void ShowPlaying(const PlayPicture& picture) override;
+    void Translate() override;
+    QString Title() const override;
+    void Arrange(const QSize& size) override;
+    void DrawBackground() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool /*next*/) override { return false; }
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    // --- The roll's host
+    void Preview(const NoteState& state) override;
+    void Finish(const char* name) override;
+    void Cancel() override;
+    void SelectionChanged(const NoteState& state) override;
+    void SetLength(int steps) override;
+    void Audition(int key, int velocity, bool on) override;
+    bool TakeKey(int key) override;
+    void SetKeyLimit(bool upper, int key, bool done) override;
+    void ShowMenu(int x, int y) override;
+    void ViewChanged() override;
+    void RowFocused(int key) override;
+
+    void Build();
+    void ShowPattern();
+    void ShowMeter();
+    void ShowInput();
+    void ShowRows();
+    void ShowGhosts();
+    void CentreKeys();
+    void UpdateScrollBars();
+    void MoveSplit(int place);
+    NoteSelection SelectionOf(const std::shared_ptr<const CPattern>& notes);
+    void RememberSelection(const NoteState& state);
+
+    std::shared_ptr<CInstrument> shown;
+    int pattern = 0;
+    bool folded = false;
+    Ghosts ghosts;
+    std::unique_ptr<CGesture> gesture;
+    bool publishing = false;  // the change that is told is our own
+    int limitBefore = 0;
+    bool limitDragged = false;
+    NoteClip clip;
+
+    // What was selected in patterns that undo may bring back.
+    struct Selected {
+        std::weak_ptr<const CPattern> notes;
+        NoteSelection selection;
+    };
+    std::map<const CPattern*, Selected> selections;
+
+    CPlayhead playhead;
+    QTimer frames;  // 16 ms, only while playing and shown
+
+    CRollToolBar* tools = nullptr;
+    CPianoRollCtrlEx* roll = nullptr;
+    CSplitCtrl* split = nullptr;
+    CRollLaneBar* laneBar = nullptr;
+    CVelocityLaneCtrl* lane = nullptr;
+    CRollStatusBar* status = nullptr;
+    CScrollCtrl* keyScroll = nullptr;
+    CScrollCtrl* timeScroll = nullptr;
+    CValue keyPlace;
+    CValue timePlace;
+    int splitPlace = 448;  // skin pixels from the top
+};
+
+}  // namespace quib

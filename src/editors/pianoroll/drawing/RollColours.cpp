@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/pianoroll/drawing/RollColours.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/CPalette.h"
+
+namespace quib {
+
+namespace {
+
+QRgb Named(const char* name) { return Palette().Colour(QString::fromLatin1(name)); }
+
+double Luminance(QRgb colour) noexcept {
+    const auto linear = [](int part) { return std::pow(part / 255.0, 2.2); };
+    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
+}
+
+}  // namespace
+
+RollColours::RollColours()
+    : panel(Named("panel")),
+      well(Named("well")),
+      wellDeep(Named("wellDeep")),
+      text(Named("text")),
+      textMuted(Named("textMuted")),
+      textDim(Named("textDim")),
+      edge(Named("edge")),
+      gridOff(Named("gridOff")),
+      gridKey(Named("gridKey")),
+      gridRoot(Named("gridRoot")),
+      gridStep(Named("gridStep")),
+      gridBeat(Named("gridBeat")),
+      gridBar(Named("gridBar")),
+      beyond(Named("beyond")),
+      ghost(Named("ghost")),
+      ghostEdge(Named("ghostEdge")),
+      ink(Named("ink")),
+      keyWhite(Named("keyWhite")),
+      keyBlack(Named("keyBlack")),
+      keyOff(Named("keyOff")),
+      keyBlackOff(Named("keyBlackOff")),
+      pattern(Named("pattern")),
+      keyboard(Named("keyboard")),
+      transport(Named("transport")),
+      record(Named("record")),
+      white(Named("thumbHover")) {
+    for (std::size_t velocity = 0; velocity < velocities.size(); ++velocity) {
+        const float share = static_cast<float>(velocity) / kHighestVelocity;
+        velocities[velocity] = Mix(gridOff, pattern, 0.30F + 0.70F * share);
+    }
+}
+
+QRgb RollColours::OfVelocity(int velocity) const noexcept {
+    return velocities[static_cast<std::size_t>(std::clamp(velocity, 0, kHighestVelocity))];
+}
+
+QRgb RollColours::TextOn(QRgb ground) const noexcept {
+    // Where the contrast to black and to white is the same.
+    constexpr double kMiddle = 0.179;
+    return Luminance(ground) > kMiddle ? ink : white;
+}
+
+QRgb RollColours::Dimmed(QRgb colour) const noexcept { return Mix(beyond, colour, 0.42F); }
+
+QRgb RollColours::Hovered(QRgb colour) const noexcept { return Mix(colour, white, 0.28F); }
+
+}  // namespace quib

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CLiveMidi.h"
+
+namespace quib {
+
+namespace {
+// An instrument's list takes them all, so no note off is lost on the way.
+constexpr std::size_t kMaximumLiveMessages = kMaximumBlockEvents / 2;
+}  // namespace
+
+void CLiveMidi::Drain(CMidiRouter& router, BlockContext& block, const CTransport& transport) noexcept {
+    MidiMessage message;
+    std::size_t count = 0;
+    for (CBoundedQueue<MidiMessage>* const queue : {&input, &deviceInput}) {
+        for (; count < kMaximumLiveMessages && queue->TryPop(message); ++count) {
+            router.Dispatch(message, block, transport);
+        }
+    }
+}
+
+}  // namespace quib
