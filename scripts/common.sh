@@ -48,7 +48,13 @@ ForPreset() {
     "${prefix[@]}" "${@:2}"
 }
 
+# The lines of C++ below some folders that are neither blank nor comment, but for scores and tables.
+CodeLines() {
+    find "$@" -type f \( -name '*.h' -o -name '*.cpp' \) ! -name '*Scores.*' ! -name '*Table.h' -print0 |
+        xargs -0 cat | grep -cvE '^[[:space:]]*(//.*)?$'
+}
+
 # The C++ files of the project, each ended by a null byte.
 SourceFiles() {
-    find src plugins tests bench -type f \( -name '*.h' -o -name '*.cpp' \) -print0 | sort -z
+    find src plugins tests fuzz bench -type f \( -name '*.h' -o -name '*.cpp' \) -print0 | sort -z
 }

@@ -1,10 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Embeds the skin and the font of the windows into quib_controls, the texts into quib_texts.
+# Embeds the skin and the font of the windows into quib_controls.
 file(GLOB skin CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/skin/*.svg
      ${PROJECT_SOURCE_DIR}/resources/skin/palette.txt)
 qt_add_resources(quib_controls skin PREFIX /skin BASE ${PROJECT_SOURCE_DIR}/resources/skin FILES ${skin})
-file(GLOB texts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/texts/*.txt)
-qt_add_resources(quib_texts texts PREFIX /texts BASE ${PROJECT_SOURCE_DIR}/resources/texts FILES ${texts})
 
 # The same letters on every machine.
 find_path(QUIB_FONT_FOLDER Inter-Regular.otf PATHS /usr/share/fonts/opentype/inter /usr/share/fonts REQUIRED)

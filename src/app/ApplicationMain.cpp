@@ -170,12 +170,9 @@ void CRun::KeepCrashBackup(const CrashMarks& marks) {
 
 bool CRun::UserWantsBackup() {
     const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    const QString text = english ? QStringLiteral(
-                                       "The program was not closed properly last time !\r\nDo you want to "
-                                       "load the last Backup ?")
-                                 : QStringLiteral(
-                                       "Le logiciel ne s'est pas fermé correctement lors de la dernière "
-                                       "utilisation !\r\nVoulez-vous charger le dernier Backup ?");
+    const QString text =
+        Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
+             english ? ELanguage::kEnglish : ELanguage::kFrench);
     QMessageBox box(QMessageBox::Question, QStringLiteral("QUIB Studio"), text, QMessageBox::Yes | QMessageBox::No,
                     window.get());
     box.setWindowFlag(Qt::WindowStaysOnTopHint);

@@ -82,7 +82,7 @@ void CPluginWindow::BuildBar() {
     const struct {
         const char* text;
         void (CPluginWindow::*run)(EFileKind);
-    } menus[] = {{"Load", &CPluginWindow::Load}, {"Save", &CPluginWindow::Save}};
+    } menus[] = {{TextKey("Load"), &CPluginWindow::Load}, {TextKey("Save"), &CPluginWindow::Save}};
     for (const auto& entry : menus) {
         auto* const button = new QToolButton;
         auto* const menu = new QMenu(button);

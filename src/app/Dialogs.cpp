@@ -97,16 +97,15 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
 }
 
 void ShowAboutBox(QWidget* parent) {
+    const QString libraries = Text(
+        "Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
+        "License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they are installed.");
     const QString text =
-        QStringLiteral(
-            "<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p>"
-            "<p>Qt %4 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), "
-            "Inter (SIL Open Font License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they "
-            "are installed.</p>")
+        QStringLiteral("<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p><p>%4</p>")
             .arg(QStringLiteral(QUIB_VERSION), Text("Pattern sequencer and host of VST 2 instruments and effects."),
                  Text("Free software under the GNU General Public License, version 3 or later. It comes with no "
                       "warranty."),
-                 QLatin1String(qVersion()));
+                 libraries.arg(QLatin1String(qVersion())));
     QMessageBox box(QMessageBox::NoIcon, Text("About QUIB Sequencer"), text, QMessageBox::Ok, parent);
     box.setTextFormat(Qt::RichText);
     box.exec();

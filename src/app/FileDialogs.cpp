@@ -22,14 +22,14 @@ struct Kind {
 
 const Kind& Describe(EFileKind kind) {
     static constexpr Kind kinds[] = {
-        {"Choose the Program file", "Quib Program File (*.prg)", "ProgramDir", ".prg"},
-        {"Choose the Instrument file", "Quib Instrument File (*.ist)", "InstrumentDir", ".ist"},
-        {"Choose the Pattern file", "Quib Pattern File (*.ptn)", "PatternDir", ".ptn"},
-        {"Choose the Bank file", "Plugin Bank File (*.fxb)", "PresetDir", ".fxb"},
-        {"Choose the Preset file", "Plugin Preset File (*.fxp)", "PresetDir", ".fxp"},
-        {"Choose the VST Plugin library", "VST library (*.so)", "PluginDir", ""},
-        {"Choose the VST Plugin library", "VST library (*.so)", "EffectDir", ""},
-        {"Choose the sound file", "Wave and MP3 files (*.wav *.mp3)", "RecordDir", ".wav"},
+        {TextKey("Choose the Program file"), TextKey("Quib Program File (*.prg)"), "ProgramDir", ".prg"},
+        {TextKey("Choose the Instrument file"), TextKey("Quib Instrument File (*.ist)"), "InstrumentDir", ".ist"},
+        {TextKey("Choose the Pattern file"), TextKey("Quib Pattern File (*.ptn)"), "PatternDir", ".ptn"},
+        {TextKey("Choose the Bank file"), TextKey("Plugin Bank File (*.fxb)"), "PresetDir", ".fxb"},
+        {TextKey("Choose the Preset file"), TextKey("Plugin Preset File (*.fxp)"), "PresetDir", ".fxp"},
+        {TextKey("Choose the VST Plugin library"), TextKey("VST library (*.so)"), "PluginDir", ""},
+        {TextKey("Choose the VST Plugin library"), TextKey("VST library (*.so)"), "EffectDir", ""},
+        {TextKey("Choose the sound file"), TextKey("Wave and MP3 files (*.wav *.mp3)"), "RecordDir", ".wav"},
     };
     return kinds[static_cast<std::size_t>(kind)];
 }

@@ -28,10 +28,10 @@ struct ToggleEntry {
     const char* setting;
 };
 constexpr ToggleEntry kToggles[] = {
-    {command::kAutomaticScroll, "Automatic Scroll", "AutomaticScroll"},
-    {command::kPresetOn, "Presets On", "PresetOn"},
-    {command::kSoloCumul, "Solo Cumul Mode", "SoloCumulMode"},
-    {command::kLevelOff, "Level off when loading an Instrument", "LevelOffWhenLoadingInst"},
+    {command::kAutomaticScroll, TextKey("Automatic Scroll"), "AutomaticScroll"},
+    {command::kPresetOn, TextKey("Presets On"), "PresetOn"},
+    {command::kSoloCumul, TextKey("Solo Cumul Mode"), "SoloCumulMode"},
+    {command::kLevelOff, TextKey("Level off when loading an Instrument"), "LevelOffWhenLoadingInst"},
 };
 
 }  // namespace
@@ -133,15 +133,15 @@ void CMainWindow::BuildMenus() {
 
 void CMainWindow::BuildFileMenu() {
     fileMenu = menuBar()->addMenu(Text("File"));
-    Add(*fileMenu, command::kNew, "New", [this] { New(); });
-    Add(*fileMenu, command::kOpen, "Open ...", [this] { ChooseAndOpen(); });
+    Add(*fileMenu, command::kNew, TextKey("New"), [this] { New(); });
+    Add(*fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); });
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kSave, "Save", [this] { Save(); });
-    Add(*fileMenu, command::kSaveAs, "Save As ...", [this] { SaveAs(); });
+    Add(*fileMenu, command::kSave, TextKey("Save"), [this] { Save(); });
+    Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kExit, "E&xit", [this] { close(); });
+    Add(*fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); });
     RebuildRecentFiles();
 }
 
@@ -164,11 +164,11 @@ void CMainWindow::BuildEditMenu() {
         const char* text;
         QKeySequence key;
         EEdit edit;
-    } rows[] = {{command::kCut, "Cut", Qt::CTRL | Qt::Key_X, EEdit::kCut},
-                {command::kCopy, "Copy", Qt::CTRL | Qt::Key_C, EEdit::kCopy},
-                {command::kPaste, "Paste", Qt::CTRL | Qt::Key_V, EEdit::kPaste},
-                {command::kDelete, "Delete", Qt::Key_Delete, EEdit::kDelete},
-                {command::kSelectAll, "Select All", Qt::CTRL | Qt::Key_A, EEdit::kSelectAll}};
+    } rows[] = {{command::kCut, TextKey("Cut"), Qt::CTRL | Qt::Key_X, EEdit::kCut},
+                {command::kCopy, TextKey("Copy"), Qt::CTRL | Qt::Key_C, EEdit::kCopy},
+                {command::kPaste, TextKey("Paste"), Qt::CTRL | Qt::Key_V, EEdit::kPaste},
+                {command::kDelete, TextKey("Delete"), Qt::Key_Delete, EEdit::kDelete},
+                {command::kSelectAll, TextKey("Select All"), Qt::CTRL | Qt::Key_A, EEdit::kSelectAll}};
     for (const auto& row : rows) {
         QAction* const action = Add(*menu, row.number, row.text, [] {});
         action->setShortcut(row.key);
@@ -193,24 +193,26 @@ void CMainWindow::BuildWindowsMenu() {
 
 void CMainWindow::BuildSettingsMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Settings"));
-    Add(*menu, command::kAudioAndMidi, "Audio && Midi ...", [this] {
+    Add(*menu, command::kAudioAndMidi, TextKey("Audio && Midi ..."), [this] {
         if (RunAudioDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
-    Add(*menu, command::kTimeSignature, "Time Signature ...", [this] {
+    Add(*menu, command::kTimeSignature, TextKey("Time Signature ..."), [this] {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
     menu->addSeparator();
-    Add(*menu, command::kBackupTime, "Backup Time ...", [this] { RunBackupDialog(this, settings, countdown); });
+    Add(*menu, command::kBackupTime, TextKey("Backup Time ..."),
+        [this] { RunBackupDialog(this, settings, countdown); });
     for (const int number : {command::kInfoEnglish, command::kInfoFrench}) {
-        const char* const text = number == command::kInfoEnglish ? "Display Help/Info Messages in English"
-                                                                 : "Affichage des Help/Info Messages en Français";
+        const char* const text = number == command::kInfoEnglish
+                                     ? TextKey("Display Help/Info Messages in English")
+                                     : TextKey("Affichage des Help/Info Messages en Français");
         Add(*menu, number, text, [this, number] { ChooseLanguage(number); })->setCheckable(true);
     }
     for (const ToggleEntry& toggle : kToggles) AddToggle(*menu, toggle.number, toggle.text, toggle.setting);
     menu->addSeparator();
     BuildScaleMenu(*menu->addMenu(Text("Size of the windows")));
-    Add(*menu, command::kScanPlugins, "Scan plug-ins", [this] { ScanPlugins(); });
-    Add(*menu, command::kPluginFolders, "Plug-in folders ...", [this] { ChoosePluginFolders(); });
+    Add(*menu, command::kScanPlugins, TextKey("Scan plug-ins"), [this] { ScanPlugins(); });
+    Add(*menu, command::kPluginFolders, TextKey("Plug-in folders ..."), [this] { ChoosePluginFolders(); });
 }
 
 void CMainWindow::BuildScaleMenu(QMenu& menu) {
@@ -234,14 +236,16 @@ void CMainWindow::SetScale(int percent) {
 
 void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
-    Add(*menu, command::kQuickStart, "Quick start - Prise en main ...", [this] { Q_EMIT QuickStartWanted(); });
-    Add(*menu, command::kManualEnglish, "User manual in English ...", [this] { OpenManual("%1UserGuideEnglish.pdf"); });
-    Add(*menu, command::kManualFrench, "Manuel d'utilisation en Français ...",
+    Add(*menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); });
+    Add(*menu, command::kManualEnglish, TextKey("User manual in English ..."),
+        [this] { OpenManual("%1UserGuideEnglish.pdf"); });
+    Add(*menu, command::kManualFrench, TextKey("Manuel d'utilisation en Français ..."),
         [this] { OpenManual("%1UserGuideFrench.pdf"); });
-    QAction* const about = Add(*menu, command::kAbout, "About QUIB Sequencer ...", [this] { ShowAboutBox(this); });
+    QAction* const about =
+        Add(*menu, command::kAbout, TextKey("About QUIB Sequencer ..."), [this] { ShowAboutBox(this); });
     about->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question),
                          QKeySequence(Qt::ALT | Qt::SHIFT | Qt::Key_Question)});
-    Add(*menu, command::kVersion, "Version 1.5", [] {})->setEnabled(false);
+    Add(*menu, command::kVersion, TextKey("Version 1.5"), [] {})->setEnabled(false);
 }
 
 void CMainWindow::OpenManual(const char* format) {

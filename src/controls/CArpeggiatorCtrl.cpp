@@ -32,12 +32,12 @@ QString Gate(float value) { return Text("1/%1 step").arg(1 << std::lround(value)
 QString Speed(float value) { return Text("every %1 steps").arg(1 << std::lround(value)); }
 
 constexpr std::array<KnobPlan, 6> kKnobs = {{
-    {&ArpeggiatorValues::hole, "Holes", "Arpeggiator holes", 8, 412, Whole},
-    {&ArpeggiatorValues::ext, "Extend", "Arpeggiator extension", 8, 413, Whole},
-    {&ArpeggiatorValues::interval, "Interval", "Arpeggiator interval", 24, 415, Semitones},
-    {&ArpeggiatorValues::velocity, "Velocity", "Arpeggiator velocity", 4, 416, Softer},
-    {&ArpeggiatorValues::gateTime, "Gate", "Arpeggiator gate time", 4, 417, Gate},
-    {&ArpeggiatorValues::tempo, "Tempo", "Arpeggiator tempo", 4, 418, Speed},
+    {&ArpeggiatorValues::hole, TextKey("Holes"), TextKey("Arpeggiator holes"), 8, 412, Whole},
+    {&ArpeggiatorValues::ext, TextKey("Extend"), TextKey("Arpeggiator extension"), 8, 413, Whole},
+    {&ArpeggiatorValues::interval, TextKey("Interval"), TextKey("Arpeggiator interval"), 24, 415, Semitones},
+    {&ArpeggiatorValues::velocity, TextKey("Velocity"), TextKey("Arpeggiator velocity"), 4, 416, Softer},
+    {&ArpeggiatorValues::gateTime, TextKey("Gate"), TextKey("Arpeggiator gate time"), 4, 417, Gate},
+    {&ArpeggiatorValues::tempo, TextKey("Tempo"), TextKey("Arpeggiator tempo"), 4, 418, Speed},
 }};
 
 }  // namespace
@@ -45,7 +45,7 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
 CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
                                    const ArpeggiatorValues& values)
     : CControl(window, number, left, top, kWidth, kHeight) {
-    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, QStringLiteral("ON"));
+    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, Text("ON"));
     on.infoString = 410;
     on.name = Text("Arpeggiator");
     bound.push_back({&on, &ArpeggiatorValues::on});

@@ -2,7 +2,7 @@
 #include "controls/CInfoCtrl.h"
 
 #include "controls/CWinControl.h"
-#include "texts/StringTable.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -47,7 +47,7 @@ void CInfoCtrl::Append(int stringId) {
 
 QStringList CInfoCtrl::Paragraphs() const {
     QStringList texts;
-    for (const int id : stringIds) texts += StringText(id, InfoLanguage(Owner().Settings()));
+    for (const int id : stringIds) texts += InfoText(id, InfoLanguage(Owner().Settings()));
     if (!literal.isEmpty()) texts += literal;
     return texts;
 }

@@ -7,7 +7,7 @@
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
-#include "texts/StringTable.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -28,7 +28,7 @@ void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
     if (!enabled) {
         if (InfoTextsAreShown(Owner().Settings(), 0) && Owner().onMessage) {
             Owner().onMessage(QStringLiteral("QUIB STUDIO"),
-                              StringText(kChooseEffectText, InfoLanguage(Owner().Settings())));
+                              InfoText(kChooseEffectText, InfoLanguage(Owner().Settings())));
         }
         return;
     }

@@ -3,6 +3,8 @@
 
 #include <chrono>
 
+#include "texts/Texts.h"
+
 namespace quib {
 
 namespace {
@@ -84,9 +86,9 @@ void CRecorder::Obey(std::unique_lock<std::mutex>& lock) {
     Progress next{lame.IsRecording(),   lame.Seconds(),      lame.BytesWritten(),
                   lame.DroppedFrames(), lame.ProgressText(), lame.Error()};
     if (started == CLame::kNoEncoder) {
-        next.text = "Cannot open MP3 Encoder !";
+        next.text = TextKey("Cannot open MP3 Encoder !");
     } else if (!next.error.empty()) {
-        next.text = "Error !";
+        next.text = TextKey("Error !");
     }
     lock.lock();
     progress = std::move(next);

@@ -23,7 +23,7 @@ public:
     void Finish() { recorder.Finish(); }
     bool IsRecording() const { return recorder.IsRecording(); }
     // For the display.
-    QString ProgressText() const { return QString::fromStdString(recorder.Now().text); }
+    QString ProgressText() const { return Text(recorder.Now().text.c_str()); }
     double Seconds() const { return recorder.Now().seconds; }
     quint64 Bytes() const { return recorder.Now().bytes; }
     // Tells an error once, and ends a recording whose rate has changed; from the timer.

@@ -6,6 +6,7 @@
 
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -17,19 +18,25 @@ std::unique_ptr<CToolWindow> Make(const ToolContext& context, const ToolRow& row
 }
 
 const std::array kRows = {
-    ToolRow{
-        ETool::kPianoRoll, "PianoRoll", "Piano roll", {900, 600}, false, false, Qt::Key_F2, Make<CWinControlPianoRoll>},
-    ToolRow{ETool::kAutomation, "ParamEvent", "Automation", {900, 500}, false, false, Qt::Key_F3, nullptr},
+    ToolRow{ETool::kPianoRoll,
+            "PianoRoll",
+            TextKey("Piano roll"),
+            {900, 600},
+            false,
+            false,
+            Qt::Key_F2,
+            Make<CWinControlPianoRoll>},
+    ToolRow{ETool::kAutomation, "ParamEvent", TextKey("Automation"), {900, 500}, false, false, Qt::Key_F3, nullptr},
     ToolRow{ETool::kArpeggiator,
             "Arpeggiator",
-            "Arpeggiator",
+            TextKey("Arpeggiator"),
             {270, 150},
             true,
             true,
             Qt::Key_F4,
             Make<CWinControlArpeggiator>},
-    ToolRow{ETool::kBall, "Ball", "Ball pad", {445, 436}, true, false, Qt::Key_F5, nullptr},
-    ToolRow{ETool::kTutorial, "Tutorial", "Tutorial", {640, 580}, true, true, Qt::Key_unknown, nullptr},
+    ToolRow{ETool::kBall, "Ball", TextKey("Ball pad"), {445, 436}, true, false, Qt::Key_F5, nullptr},
+    ToolRow{ETool::kTutorial, "Tutorial", TextKey("Tutorial"), {640, 580}, true, true, Qt::Key_unknown, nullptr},
 };
 
 }  // namespace

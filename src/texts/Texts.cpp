@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/Texts.h"
 
-#include <QHash>
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
-#include "texts/FrenchTexts.h"
+#include "texts/InfoTextTable.h"
+#include "texts/TextTable.h"
 
 namespace quib {
 
@@ -11,13 +14,11 @@ namespace {
 
 ELanguage chosen = ELanguage::kEnglish;
 
-const QHash<QByteArray, const char*>& French() {
-    static const QHash<QByteArray, const char*> table = [] {
-        QHash<QByteArray, const char*> texts;
-        for (const FrenchText& entry : kFrenchTexts) texts.insert(entry.english, entry.french);
-        return texts;
-    }();
-    return table;
+QString Narrowed(QString text) {
+    for (QChar& character : text) {
+        character = character == QChar(0x2019) ? QLatin1Char('\'') : QChar(character.unicode() & 0xFFU);
+    }
+    return text;
 }
 
 }  // namespace
@@ -26,11 +27,21 @@ void SetLanguage(ELanguage language) { chosen = language; }
 
 ELanguage Language() { return chosen; }
 
-QString Text(const char* english) {
-    if (chosen == ELanguage::kFrench) {
-        if (const char* const french = French().value(english)) return QString::fromUtf8(french);
-    }
-    return QString::fromUtf8(english);
+QString Text(const char* english, ELanguage language) {
+    if (language == ELanguage::kEnglish) return QString::fromUtf8(english);
+    const auto row = std::find_if(std::begin(kTexts), std::end(kTexts), [english](const KeyedText& text) {
+        return std::string_view(text.english) == english;
+    });
+    return QString::fromUtf8(row == std::end(kTexts) ? english : row->french);
+}
+
+QString Text(const char* english) { return Text(english, chosen); }
+
+QString InfoText(int number, ELanguage language) {
+    const auto row = std::find_if(std::begin(kInfoTexts), std::end(kInfoTexts),
+                                  [number](const NumberedText& text) { return text.number == number; });
+    if (row == std::end(kInfoTexts)) return {};
+    return Narrowed(QString::fromUtf8(language == ELanguage::kFrench ? row->french : row->english));
 }
 
 }  // namespace quib

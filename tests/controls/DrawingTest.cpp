@@ -156,32 +156,6 @@ TEST_F(CDrawingTest, TextIsReadableOnItsGround) {
     }
 }
 
-TEST(StringTable, HasEveryTextInBothLanguagesInLatinLetters) {
-    const auto read = [](const QString& name) {
-        std::map<int, QString> texts;
-        QFile file(QStringLiteral(":/texts/%1.txt").arg(name));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        for (const QByteArray& line : file.readAll().split('\n')) {
-            const QString text = QString::fromUtf8(line);
-            const int number = text.section(QLatin1Char(' '), 0, 0).toInt();
-            if (number == 0) continue;
-            EXPECT_TRUE(texts.emplace(number, text.section(QLatin1Char(' '), 1)).second) << number << " twice";
-        }
-        return texts;
-    };
-    const auto english = read(QStringLiteral("English"));
-    const auto french = read(QStringLiteral("French"));
-    for (const int number : {127, 390, 410, 418}) EXPECT_TRUE(english.contains(number)) << number;
-    for (const auto* const table : {&english, &french}) {
-        for (const auto& [number, text] : *table) {
-            EXPECT_TRUE(english.contains(number) && french.contains(number)) << number;
-            for (const QChar letter : text) {
-                EXPECT_TRUE(letter.unicode() <= 0xFF || letter == QChar(0x2019)) << number << text.toStdString();
-            }
-        }
-    }
-}
-
 TEST(Gallery, LooksAsInThePictures) {
     const QTemporaryDir folder;
     for (const char* const scale : {"1", "1.5", "2"}) {

@@ -5,7 +5,7 @@
 #include "controls/CInfoCtrl.h"
 #include "controls/ControlFixture.h"
 #include "controls/VirtualKeys.h"
-#include "texts/StringTable.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -180,8 +180,8 @@ TEST_F(CRoutingTest, TheInfoPanelSpeaksTheLanguageChosen) {
     window.infoPanel = &panel;
     probe.infoString = 127;
     Open();
-    const QString english = StringText(127, ELanguage::kEnglish);
-    const QString french = StringText(127, ELanguage::kFrench);
+    const QString english = InfoText(127, ELanguage::kEnglish);
+    const QString french = InfoText(127, ELanguage::kFrench);
     ASSERT_TRUE(english.startsWith(QStringLiteral("PATTERN - To copy a pattern")));
     ASSERT_FALSE(french.isEmpty());
     // -1: not stored.
@@ -196,7 +196,7 @@ TEST_F(CRoutingTest, TheInfoPanelSpeaksTheLanguageChosen) {
         Move(20, 20);
         EXPECT_EQ(panel.Paragraphs().join(QString()), expected) << englishSetting << frenchSetting;
     }
-    EXPECT_EQ(StringText(99999, ELanguage::kEnglish), QString());
+    EXPECT_EQ(InfoText(99999, ELanguage::kEnglish), QString());
 }
 
 TEST_F(CRoutingTest, APanelOfItsOwnIsClearedWhenTheMouseLeaves) {

@@ -61,6 +61,15 @@ Values DecodeWithSox(const std::filesystem::path& path) {
     return ValuesOf("sox -D '" + path.string() + "' -t raw -e signed -b 16 -");
 }
 
+// What follows the head of a Wave file of ours.
+Values ValuesIn(const std::filesystem::path& wave) {
+    constexpr std::size_t kHead = 46;
+    Values values((std::filesystem::file_size(wave) - kHead) / 2);
+    std::ifstream file(wave, std::ios::binary);
+    file.seekg(kHead).read(reinterpret_cast<char*>(values.data()), static_cast<std::streamsize>(values.size() * 2));
+    return values;
+}
+
 std::string Probe(const std::filesystem::path& path, const std::string& fields) {
     return OutputOf("ffprobe -v error -of csv=p=0 -show_entries stream=" + fields + " '" + path.string() + "'");
 }
@@ -104,11 +113,12 @@ TEST_F(CLameTest, WaveFilesHoldEveryValueOfARenderAtAnyBlockSize) {
         lame.StopRecording(CLame::ELastBuffer::kWrite);
         EXPECT_EQ(lame.Error(), "");
         EXPECT_EQ(lame.DroppedFrames(), 0u);
-        EXPECT_EQ(Decode(path), values) << block;
-        EXPECT_EQ(DecodeWithSox(path), values) << block;
-        EXPECT_NEAR(std::stod(Probe(path, "duration")), 150'001 / 44100.0, 1e-4);
+        EXPECT_EQ(ValuesIn(path), values) << block;
         EXPECT_EQ(std::filesystem::file_size(path), 46 + 600'004u);
     }
+    EXPECT_EQ(Decode(path), values);
+    EXPECT_EQ(DecodeWithSox(path), values);
+    EXPECT_NEAR(std::stod(Probe(path, "duration")), 150'001 / 44100.0, 1e-4);
     EXPECT_EQ(Probe(path, "codec_name,sample_rate,channels,bits_per_sample,bit_rate"),
               "pcm_s16le,44100,2,16,1411200\n");
     EXPECT_EQ(lame.ProgressText(), "Time: 3.40s    Size: 0.57Mo");
@@ -218,7 +228,7 @@ TEST_F(CLameTest, Mp3FilesHaveTheLengthAndTheSoundOfTheRecording) {
     if (!lame.IsEncoderAvailable()) GTEST_SKIP() << "libmp3lame is not installed";
     for (const int rate : {32000, 44100, 48000}) {
         const auto path = folder / "tone.MP3";
-        const std::size_t frames = static_cast<std::size_t>(rate) * 2 + 77;
+        const std::size_t frames = static_cast<std::size_t>(rate) / 2 + 77;
         const Values tone = Tone(frames, 1000, rate);
         ASSERT_EQ(lame.StartRecording(path, rate), 0) << lame.Error();
         Render(tone, CLame::kMaxFramesPerFlush);
@@ -265,12 +275,12 @@ TEST_F(CLameTest, ARecordingDrivenFromTwoThreadsHoldsWholeBuffersInOrder) {
             lame.PushBlock(std::bit_cast<std::array<std::int16_t, kBlock>>(frames));
         }
     });
-    for (int recording = 0; recording < 10; ++recording) {
+    for (int recording = 0; recording < 5; ++recording) {
         const auto path = folder / "threads.wav";
         EXPECT_EQ(lame.StartRecording(path, 48000), 0) << lame.Error();
         while (lame.IsRecording() && lame.BytesWritten() < 40 * kWaveBuffer * 2) lame.Flush();
         lame.StopRecording(CLame::ELastBuffer::kWrite);
-        const Values values = Decode(path);
+        const Values values = ValuesIn(path);
         EXPECT_EQ(values.size() * 2, lame.BytesWritten());
         std::int32_t previous = 0;
         std::size_t wrong = 0;

@@ -2,7 +2,7 @@
 // What hosts may rely on in every built-in plug-in: each is driven the way different hosts do it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <memory>
@@ -90,8 +90,8 @@ TEST_P(Conformance, PlaysTheSameWhateverTheOrderOfItsPreparation) {
     CDriven reference(GetParam(), 48000.0f);
     const Channels expected = reference.PlayFor(0.5, 48000.0);
     EXPECT_GT(PeakOf(expected), 0.01f);
-    std::vector<int> order = {0, 1, 2, 3};
-    do {
+    // Each step in each place, and of every two either one before the other.
+    for (const auto& order : {std::array{0, 1, 2, 3}, {1, 3, 0, 2}, {2, 0, 3, 1}, {3, 2, 1, 0}}) {
         CDriven plugin(GetParam(), 96000.0f);
         for (const int step : order) {
             if (step == 0) plugin.Call(vst2::effSetSampleRate, 0, 0, nullptr, 48000.0f);
@@ -100,7 +100,7 @@ TEST_P(Conformance, PlaysTheSameWhateverTheOrderOfItsPreparation) {
             if (step == 3) plugin.Call(vst2::effStartProcess);
         }
         EXPECT_EQ(FirstDifference(plugin.PlayFor(0.5, 48000.0), expected), -1);
-    } while (std::next_permutation(order.begin(), order.end()));
+    }
 }
 
 TEST_P(Conformance, SoundsTheSameInAnyBlocksAtAnyRate) {
@@ -143,7 +143,7 @@ TEST_P(Conformance, StaysFiniteWithRandomProgramsParametersRatesAndBlocks) {
     CDriven plugin(GetParam());
     std::mt19937 random(11);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
-    for (int round = 0; round < 24; ++round) {
+    for (int round = 0; round < 12; ++round) {
         const float rate = std::vector{22050.0f, 44100.0f, 48000.0f, 88200.0f, 192000.0f}[random() % 5];
         plugin.Resume(rate);
         const Channels sound =

@@ -61,9 +61,9 @@ void CTransportPanel::AddSwitches() {
         int infoString;
     };
     int place = 134;
-    for (const Plan& plan : {Plan{picture::kGlyphSong, &settings.songMode, "Song mode", 433},
-                             Plan{picture::kGlyphLoop, &settings.loopOn, "Loop", 434},
-                             Plan{picture::kGlyphSynchro, &settings.synchroOn, "Synchro", 435}}) {
+    for (const Plan& plan : {Plan{picture::kGlyphSong, &settings.songMode, TextKey("Song mode"), 433},
+                             Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
+                             Plan{picture::kGlyphSynchro, &settings.synchroOn, TextKey("Synchro"), 435}}) {
         auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
         BindValue(button, context, plan.name, plan.infoString);
         place += 33;

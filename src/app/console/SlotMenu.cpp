@@ -28,11 +28,12 @@ struct FileKind {
     const char* extension;
     const char* folder;  // setting that remembers where such files lie
 };
-constexpr FileKind kInstrumentFile = {"Choose the Instrument file", "Quib Instrument File (*.ist)", ".ist",
-                                      "InstrumentDir"};
-constexpr FileKind kPatternFile = {"Choose the Pattern file", "Quib Pattern File (*.ptn)", ".ptn", "PatternDir"};
-constexpr FileKind kBankFile = {"Choose the Bank file", "Bank (*.fxb)", ".fxb", "PresetDir"};
-constexpr FileKind kProgramFile = {"Choose the Program file", "Program (*.fxp)", ".fxp", "PresetDir"};
+constexpr FileKind kInstrumentFile = {TextKey("Choose the Instrument file"), TextKey("Quib Instrument File (*.ist)"),
+                                      ".ist", "InstrumentDir"};
+constexpr FileKind kPatternFile = {TextKey("Choose the Pattern file"), TextKey("Quib Pattern File (*.ptn)"), ".ptn",
+                                   "PatternDir"};
+constexpr FileKind kBankFile = {TextKey("Choose the Bank file"), TextKey("Bank (*.fxb)"), ".fxb", "PresetDir"};
+constexpr FileKind kProgramFile = {TextKey("Choose the Program file"), TextKey("Program (*.fxp)"), ".fxp", "PresetDir"};
 
 void Remember(CSettings& settings, const FileKind& kind, const QString& path) {
     settings.WriteSettingString(kSettingsSection, QString::fromLatin1(kind.folder),
@@ -42,8 +43,7 @@ void Remember(CSettings& settings, const FileKind& kind, const QString& path) {
 void LoadFile(const ConsoleContext& context, QWidget* window, const FileKind& kind, const FileAction& load) {
     CSettings& settings = context.station.Settings();
     const QString folder = settings.ReadSettingString(kSettingsSection, QString::fromLatin1(kind.folder));
-    const QString path =
-        QFileDialog::getOpenFileName(window, Text(kind.title), folder, QString::fromLatin1(kind.filter));
+    const QString path = QFileDialog::getOpenFileName(window, Text(kind.title), folder, Text(kind.filter));
     if (path.isEmpty()) return;
     Remember(settings, kind, path);
     QString error;
@@ -55,9 +55,8 @@ void SaveFile(const ConsoleContext& context, QWidget* window, const FileKind& ki
               const FileAction& save) {
     CSettings& settings = context.station.Settings();
     const QString folder = settings.ReadSettingString(kSettingsSection, QString::fromLatin1(kind.folder));
-    QString path =
-        QFileDialog::getSaveFileName(window, Text(kind.title), folder + name + QLatin1String(kind.extension),
-                                     QString::fromLatin1(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
+    QString path = QFileDialog::getSaveFileName(window, Text(kind.title), folder + name + QLatin1String(kind.extension),
+                                                Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
     if (path.isEmpty()) return;
     if (!path.endsWith(QLatin1String(kind.extension))) path += QLatin1String(kind.extension);
     if (QFileInfo::exists(path) &&
@@ -86,10 +85,10 @@ void AddFileItems(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
             });
         });
     };
-    load("Load Bank...", kBankFile, &CPluginPlaces::LoadBank);
-    save("Save Bank As...", kBankFile, &CPluginPlaces::SaveBank);
-    load("Load Program...", kProgramFile, &CPluginPlaces::LoadProgram);
-    save("Save Program As...", kProgramFile, &CPluginPlaces::SaveProgram);
+    load(TextKey("Load Bank..."), kBankFile, &CPluginPlaces::LoadBank);
+    save(TextKey("Save Bank As..."), kBankFile, &CPluginPlaces::SaveBank);
+    load(TextKey("Load Program..."), kProgramFile, &CPluginPlaces::LoadProgram);
+    save(TextKey("Save Program As..."), kProgramFile, &CPluginPlaces::SaveProgram);
 }
 
 void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_ptr<CPlugin>& plugin) {
@@ -208,8 +207,8 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
 }
 
 QString ChannelText(int selector) {
-    if (selector <= kChannelOff) return QStringLiteral("MIDI off");
-    return selector == kChannelOmni ? QStringLiteral("MIDI omni") : QStringLiteral("MIDI %1").arg(selector - 1);
+    if (selector <= kChannelOff) return Text("MIDI off");
+    return selector == kChannelOmni ? Text("MIDI omni") : QStringLiteral("MIDI %1").arg(selector - 1);
 }
 
 void FillMidiMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id, QWidget* window) {
@@ -253,11 +252,11 @@ void FillMidiMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id, 
         action->setCheckable(true);
         action->setChecked(value.IsOn());
     };
-    addSwitch(midi.pitchBend, "Pitch bend");
-    addSwitch(midi.modulationWheel, "Modulation wheel");
-    addSwitch(midi.aftertouch, "Aftertouch");
-    addSwitch(midi.programChange, "Program change");
-    addSwitch(midi.priority, "Takes its channel alone");
+    addSwitch(midi.pitchBend, TextKey("Pitch bend"));
+    addSwitch(midi.modulationWheel, TextKey("Modulation wheel"));
+    addSwitch(midi.aftertouch, TextKey("Aftertouch"));
+    addSwitch(midi.programChange, TextKey("Program change"));
+    addSwitch(midi.priority, TextKey("Takes its channel alone"));
 }
 
 void FillPresetMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id, int preset) {

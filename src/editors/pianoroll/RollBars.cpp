@@ -34,9 +34,9 @@ QString KeyText(int key) { return QLatin1String(NameOfKey(std::clamp(key, 0, 127
 
 // 0: off, 1: every channel, else the number after it.
 QString InputText(int selector) {
-    if (selector <= 0) return QStringLiteral("Midi In OFF");
-    if (selector == 1) return QStringLiteral("Midi In OMNI");
-    return QStringLiteral("Midi In Channel %1").arg(selector - 1);
+    if (selector <= 0) return Text("Midi In OFF");
+    if (selector == 1) return Text("Midi In OMNI");
+    return Text("Midi In Channel %1").arg(selector - 1);
 }
 
 // A setting of the instrument's MIDI input, as a step of undo.

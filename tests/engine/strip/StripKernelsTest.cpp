@@ -6,7 +6,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <thread>
 
 #include "MixerRig.h"
 
@@ -140,29 +139,6 @@ TEST_P(CStripKernels, giveTheSameSamplesForEverySplitOfTheSameInput) {
     }
     EXPECT_EQ(LargestDifference(whole.busPlanes, split.busPlanes, kFrames), 0);
     for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(whole.states[i].peak, split.states[i].peak, 1e-6f);
-}
-
-TEST_P(CStripKernels, giveTheSameSamplesWhenThreadsShareTheWork) {
-    constexpr int kFrames = 1000;
-    CMixerRig serial(7), shared(7);
-    std::minstd_rand random(9);
-    for (std::size_t i = 0; i < 7; ++i)
-        serial.jobs[i].targets = shared.jobs[i].targets = MakeStripTargets(RandomSettings(random), tables, 1, 1);
-    for (int block = 0; block < 20; ++block) {
-        for (int i = 0; i < 14; ++i) {
-            FillNoise(serial.inputs.Plane(i), kFrames, random);
-            std::copy_n(serial.inputs.Plane(i), kFrames, shared.inputs.Plane(i));
-        }
-        serial.Render(*kernels, kFrames);
-        shared.ClearBuses(kFrames);
-        std::thread strips([&] { kernels->processStrips(shared.jobs.data(), 4, kFrames); });
-        kernels->processStrips(shared.jobs.data() + 4, 3, kFrames);
-        strips.join();
-        std::thread mix([&] { kernels->mixStrips(shared.jobs.data(), 7, shared.buses, 0, 496); });
-        kernels->mixStrips(shared.jobs.data(), 7, shared.buses, 496, kFrames - 496);
-        mix.join();
-        ASSERT_EQ(LargestDifference(serial.busPlanes, shared.busPlanes, kFrames), 0);
-    }
 }
 
 TEST_P(CStripKernels, moveInSmallStepsAndWithoutAClickWhenEverythingIsSwitched) {

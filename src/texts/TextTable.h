@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The French of the texts of the windows, by their English. Texts that are not here are shown in English.
+// The texts of the windows: the English, which also names the text in the code, and the French beside it. A new
+// text is one row here; tests/texts finds a text without a row and a row without a use.
 
 namespace quib {
 
-struct FrenchText {
+struct KeyedText {
     const char* english;
     const char* french;
 };
 
-inline constexpr FrenchText kFrenchTexts[] = {
+inline constexpr KeyedText kTexts[] = {
     // Menus
     {"File", "Fichier"},
     {"New", "Nouveau"},
@@ -41,6 +42,13 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"Plug-in folders ...", "Dossiers des plug-ins ..."},
     {"Help", "Aide"},
     {"About QUIB Sequencer ...", "À propos de QUIB Sequencer ..."},
+    // Shown in the language that they offer, whichever is chosen
+    {"Display Help/Info Messages in English", "Display Help/Info Messages in English"},
+    {"Affichage des Help/Info Messages en Français", "Affichage des Help/Info Messages en Français"},
+    {"Quick start - Prise en main ...", "Quick start - Prise en main ..."},
+    {"User manual in English ...", "User manual in English ..."},
+    {"Manuel d'utilisation en Français ...", "Manuel d'utilisation en Français ..."},
+    {"Version 1.5", "Version 1.5"},
     // Dialogs
     {"Audio & Midi", "Audio et MIDI"},
     {"Output device", "Sortie audio"},
@@ -66,6 +74,10 @@ inline constexpr FrenchText kFrenchTexts[] = {
      "Séquenceur à motifs et hôte d'instruments et d'effets VST 2."},
     {"Free software under the GNU General Public License, version 3 or later. It comes with no warranty.",
      "Logiciel libre sous licence publique générale GNU, version 3 ou ultérieure, sans aucune garantie."},
+    {"Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "
+     "License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they are installed.",
+     "Qt %1 (LGPL 3), bibliothèque ALSA (LGPL 2.1), fmt (MIT), CLI11 (BSD 3 clauses), Inter (SIL Open Font "
+     "License 1.1) ; LAME (LGPL 2) et JACK (LGPL 2.1) sont ouverts là où ils sont installés."},
     {"Quick start", "Prise en main"},
     {"First steps", "Premiers pas"},
     {"Open an example from the File menu, or add an instrument.",
@@ -90,6 +102,15 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"Choose the Preset file", "Choisir le fichier preset"},
     {"Choose the VST Plugin library", "Choisir la bibliothèque VST"},
     {"Choose the sound file", "Choisir le fichier audio"},
+    {"Quib Program File (*.prg)", "Fichier programme Quib (*.prg)"},
+    {"Quib Instrument File (*.ist)", "Fichier instrument Quib (*.ist)"},
+    {"Quib Pattern File (*.ptn)", "Fichier motif Quib (*.ptn)"},
+    {"Plugin Bank File (*.fxb)", "Fichier banque de plug-in (*.fxb)"},
+    {"Plugin Preset File (*.fxp)", "Fichier preset de plug-in (*.fxp)"},
+    {"Bank (*.fxb)", "Banque (*.fxb)"},
+    {"Program (*.fxp)", "Programme (*.fxp)"},
+    {"VST library (*.so)", "Bibliothèque VST (*.so)"},
+    {"Wave and MP3 files (*.wav *.mp3)", "Fichiers Wave et MP3 (*.wav *.mp3)"},
     {"This file exists !\r\nDo you want to replace it ?", "Ce fichier existe !\r\nVoulez-vous le remplacer ?"},
     {"\"%1\" has changes that are not saved. Save them?",
      "« %1 » contient des modifications non enregistrées. Les enregistrer ?"},
@@ -97,6 +118,9 @@ inline constexpr FrenchText kFrenchTexts[] = {
      "the File menu.",
      "Le dernier démarrage s'est terminé pendant le chargement du projet ; celui-ci commence donc sans projet. Il peut "
      "être ouvert dans le menu Fichier."},
+    {"The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
+     "Le logiciel ne s'est pas fermé correctement lors de la dernière utilisation !\r\nVoulez-vous charger le dernier "
+     "Backup ?"},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},
@@ -109,6 +133,8 @@ inline constexpr FrenchText kFrenchTexts[] = {
      " a disparu. La lecture continue sans son jusqu'à son retour."},
     {"gave samples that are no sound; it is muted while it does.",
      "a produit des valeurs qui ne sont pas du son ; il est muet tant que cela dure."},
+    {"Cannot open MP3 Encoder !", "Impossible d'ouvrir l'encodeur MP3 !"},
+    {"Error !", "Erreur !"},
     // Plug-in windows
     {"Load", "Charger"},
     {"Bank ...", "Banque ..."},
@@ -186,12 +212,14 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"Load Program...", "Charger un programme..."},
     {"Save Program As...", "Enregistrer le programme sous..."},
     {"Load Instrument...", "Charger un instrument..."},
-    {"Load Pattern...", "Charger un pattern..."},
+    {"Load Pattern...", "Charger un motif..."},
     {"Load Plugin...", "Charger un plug-in..."},
     {"Loop", "Boucle"},
     {"Lower limit: %1  (learn from the next key)", "Limite basse : %1  (apprendre de la prochaine touche)"},
+    {"MIDI off", "MIDI coupé"},
+    {"MIDI omni", "MIDI omni"},
     {"MASTER", "MASTER"},
-    {"Mark pattern", "Marquer le pattern"},
+    {"Mark pattern", "Marquer le motif"},
     {"Master insert", "Insert master"},
     {"Master level", "Niveau master"},
     {"Missing: %1", "Absent : %1"},
@@ -208,7 +236,7 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"Pan", "Pan"},
     {"Passes", "Laisse passer"},
     {"Paste to Preset %1", "Coller dans le preset %1"},
-    {"Pattern", "Pattern"},
+    {"Pattern", "Motif"},
     {"Pitch bend", "Pitch bend"},
     {"Presets by MIDI", "Presets par MIDI"},
     {"Program %1", "Programme %1"},
@@ -222,12 +250,12 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"Rename...", "Renommer..."},
     {"Reset Instrument", "Réinitialiser l'instrument"},
     {"Save Instrument As...", "Enregistrer l'instrument sous..."},
-    {"Save Pattern As ...", "Enregistrer le pattern sous ..."},
+    {"Save Pattern As ...", "Enregistrer le motif sous ..."},
     {"Select Plugin", "Choisir le plug-in"},
     {"Semitones", "Demi-tons"},
     {"Send level", "Niveau du send"},
     {"Send", "Send"},
-    {"Song mode", "Mode chanson"},
+    {"Song mode", "Mode morceau"},
     {"Steps", "Pas"},
     {"Strings", "Cordes"},
     {"Swing", "Swing"},
@@ -244,8 +272,70 @@ inline constexpr FrenchText kFrenchTexts[] = {
     {"no effect", "pas d'effet"},
     {"no file yet", "pas de fichier"},
     {"or open one of the examples from the File menu. Space plays and stops.",
-     "ou ouvrez un des exemples du menu File. Espace lance et arrête la lecture."},
+     "ou ouvrez un des exemples du menu Fichier. Espace lance et arrête la lecture."},
     {"send %1", "send %1"},
+    // The arpeggiator
+    {"ON", "ON"},
+    {"Up", "Montant"},
+    {"Down", "Descendant"},
+    {"Up & down", "Aller-retour"},
+    {"Random", "Hasard"},
+    {"Each key", "Chaque touche"},
+    {"Pass", "Passage"},
+    {"Pass, back", "Pass., retour"},
+    {"Holes", "Trous"},
+    {"Extend", "Extens."},
+    {"Interval", "Interv."},
+    {"Velocity", "Vélocité"},
+    {"Gate", "Durée"},
+    {"%1 semitones", "%1 demi-tons"},
+    {"1/%1 step", "1/%1 pas"},
+    {"every %1 steps", "tous les %1 pas"},
+    {"Arpeggiator mode", "Mode de l'arpégiateur"},
+    {"Arpeggiator extension mode", "Mode d'extension de l'arpégiateur"},
+    {"Arpeggiator holes", "Trous de l'arpégiateur"},
+    {"Arpeggiator extension", "Extension de l'arpégiateur"},
+    {"Arpeggiator interval", "Intervalle de l'arpégiateur"},
+    {"Arpeggiator velocity", "Vélocité de l'arpégiateur"},
+    {"Arpeggiator gate time", "Durée des notes de l'arpégiateur"},
+    {"Arpeggiator tempo", "Tempo de l'arpégiateur"},
+    // Tool windows and the piano roll
+    {"Windows", "Fenêtres"},
+    {"Automation", "Automation"},
+    {"Ball pad", "Pad à balles"},
+    {"Tutorial", "Tutoriel"},
+    {"Piano roll", "Piano roll"},
+    {"Step %1", "Pas %1"},
+    {"Velocity ...", "Vélocité ..."},
+    {"Length ...", "Durée ..."},
+    {"Length", "Durée"},
+    {"Clear step", "Effacer le pas"},
+    {"Clear steps", "Effacer des pas"},
+    {"Set steps", "Poser des pas"},
+    {"Open in the piano roll", "Ouvrir dans le piano roll"},
+    {"Chord", "Accord"},
+    {"Row %1", "Ligne %1"},
+    {"Snap", "Grille"},
+    {"Scale", "Gamme"},
+    {"FOLD", "PLIER"},
+    {"QUANTISE", "QUANTIFIER"},
+    {"FOLLOW", "SUIVRE"},
+    {"Pattern %1", "Motif %1"},
+    {"Ghosts: off", "Fantômes : non"},
+    {"Ghosts: %1", "Fantômes : %1"},
+    {"No ghosts", "Sans fantômes"},
+    {"Other patterns", "Autres motifs"},
+    {"Other instruments", "Autres instruments"},
+    {"%1 notes selected", "%1 notes choisies"},
+    {"click a key ...", "cliquez une touche ..."},
+    {"Lower Limit: %1", "Limite basse : %1"},
+    {"Superior Limit: %1", "Limite haute : %1"},
+    {"Key Transpose: %1", "Transposition : %1"},
+    {"Superior Limit: %1  (Click the note on the keyboard)", "Limite haute : %1  (Cliquez la note sur le clavier)"},
+    {"Lower Limit: %1  (Click the note on the keyboard)", "Limite basse : %1  (Cliquez la note sur le clavier)"},
+    {"Midi In OFF", "Entrée MIDI coupée"},
+    {"Midi In OMNI", "Entrée MIDI omni"},
+    {"Midi In Channel %1", "Entrée MIDI canal %1"},
 };
 
 }  // namespace quib

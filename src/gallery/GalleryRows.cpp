@@ -15,7 +15,7 @@
 #include "controls/CZoomCtrl.h"
 #include "controls/SkinNumbers.h"
 #include "gallery/CGallery.h"
-#include "texts/StringTable.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -47,7 +47,7 @@ void CGallery::BuildTexts() {
     english.Show(127);
     infoPanel = &english;
     auto& french = Place<CInfoCtrl>(ESection::kMix, at.x(), at.y() + 111, 232, 105);
-    french.Show(StringText(127, ELanguage::kFrench));
+    french.Show(InfoText(127, ELanguage::kFrench));
     auto& selector = Place<CSelectorCtrl>(
         ESection::kEqualiser, at.x(), at.y() + 224, 112, 20, Value(1),
         QStringList{QStringLiteral("Off"), QStringLiteral("Sine"), QStringLiteral("Triangle"), QStringLiteral("Saw")});

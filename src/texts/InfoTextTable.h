@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The help that a control shows under the mouse, by its number, in English and French. "NAME - what it is":
+// what stands before the dash is shown as a title. Only Latin-1 letters come through (see Texts.h).
+
+namespace quib {
+
+struct NumberedText {
+    int number;
+    const char* english;
+    const char* french;
+};
+
+inline constexpr NumberedText kInfoTexts[] = {
+    {127,
+     "PATTERN - To copy a pattern to another pattern, click the right mouse button on the pattern you want to copy, "
+     "and while holding the button down, move the mouse to the destination pattern, then release the button.",
+     "MOTIF - Pour copier un motif sur un autre, cliquez avec le bouton droit de la souris sur le motif à copier et, "
+     "sans relâcher le bouton, amenez la souris sur le motif de destination, puis relâchez le bouton."},
+    {390, "You can select an effect by clicking the right mouse button on this place.",
+     "Vous pouvez choisir un effet en cliquant ici avec le bouton droit de la souris."},
+    {410, "ARPEGGIATOR - When it is on, the keys you hold are played one after the other instead of together.",
+     "ARPÉGIATEUR - Lorsqu'il est en marche, les touches tenues sont jouées l'une après l'autre au lieu de l'être "
+     "ensemble."},
+    {411, "ORDER - The order in which the held keys are played: upwards, downwards, up and down, or at random.",
+     "ORDRE - L'ordre dans lequel les touches tenues sont jouées : en montant, en descendant, en montant puis en "
+     "descendant, ou au hasard."},
+    {412, "HOLES - Adds silent places to the random order, so that some steps stay empty.",
+     "TROUS - Ajoute des places muettes à l'ordre aléatoire : certains pas restent vides."},
+    {413, "EXTEND - How often the keys are repeated, each time further up by the interval.",
+     "EXTENSION - Le nombre de répétitions des touches, chacune plus haute que la précédente de la valeur de "
+     "l'intervalle."},
+    {414,
+     "EXTEND MODE - When the repetitions come: for each key at once, after a whole pass through the keys, after a pass "
+     "with the repeated part moving through the keys, or at random.",
+     "MODE D'EXTENSION - Le moment des répétitions : aussitôt pour chaque touche, après un passage complet par toutes "
+     "les touches, après un passage, la partie répétée se déplaçant de touche en touche, ou au hasard."},
+    {415, "INTERVAL - By how many semitones each repetition lies above the one before.",
+     "INTERVALLE - De combien de demi-tons chaque répétition est plus haute que la précédente."},
+    {416, "VELOCITY - How much softer, at random, a note may be than the loudest one.",
+     "VÉLOCITÉ - De combien une note peut être, au hasard, moins forte que la plus forte."},
+    {417, "GATE - How long each note sounds: a whole step, or a half, a quarter, an eighth, a sixteenth of one.",
+     "DURÉE - La durée de chaque note : un pas entier, ou la moitié, le quart, le huitième, le seizième d'un pas."},
+    {418, "TEMPO - How often a note is played: with every step, or every 2, 4, 8 or 16 steps.",
+     "TEMPO - La fréquence des notes : une à chaque pas, ou tous les 2, 4, 8 ou 16 pas."},
+    {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
+     "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
+    {431, "STOP - Stops playing. A second click goes back to the start.",
+     "STOP - Arrête la lecture. Un second clic revient au début."},
+    {432,
+     "RECORD AUTOMATION - While it is on, what you move on your MIDI keyboard during playing is written into the "
+     "current pattern.",
+     "ENREGISTREMENT D'AUTOMATION - Quand il est actif, ce que vous bougez sur le clavier MIDI pendant la lecture est "
+     "écrit dans le motif en cours."},
+    {433, "SONG MODE - On: the playlist decides which patterns play. Off: each instrument plays its selected pattern.",
+     "MODE MORCEAU - Actif : la playlist décide quels motifs jouent. Inactif : chaque instrument joue son motif "
+     "sélectionné."},
+    {434, "LOOP - Repeats the part of the song between the loop marks of the playlist.",
+     "BOUCLE - Répète la partie du morceau entre les marques de boucle de la playlist."},
+    {435, "SYNCHRO - All patterns restart together with the longest one.",
+     "SYNCHRO - Tous les motifs repartent ensemble avec le plus long."},
+    {436, "TEMPO - 20 to 300 beats per minute. Click with the right button to type a value.",
+     "TEMPO - De 20 à 300 battements par minute. Cliquez du bouton droit pour taper une valeur."},
+    {437, "TAP - Click in time with the music to set the tempo.", "TAP - Cliquez en rythme pour régler le tempo."},
+    {438, "POSITION - Bar, beat and step of what is playing.", "POSITION - Mesure, temps et pas de la lecture."},
+    {439, "CPU - Share of the time of a block that rendering it takes. Near 100 % the sound breaks up.",
+     "CPU - Part du temps d'un bloc que prend son calcul. Vers 100 %, le son se coupe."},
+    {440, "XRUNS - How often the sound device did not get its block in time.",
+     "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
+    {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",
+     "SORTIE - La carte son utilisée et sa fréquence. Elle se choisit dans Réglages, Audio & Midi."},
+    {442, "PIANO ROLL - Opens the window in which the notes of the pattern are edited.",
+     "PIANO ROLL - Ouvre la fenêtre où l'on édite les notes du motif."},
+    {443, "AUTOMATION - Opens the window in which parameter changes over time are drawn.",
+     "AUTOMATION - Ouvre la fenêtre où l'on dessine les changements de paramètres."},
+    {444, "ARPEGGIATOR - Opens the settings of the arpeggiator of the current instrument.",
+     "ARPEGGIATEUR - Ouvre les réglages de l'arpégiateur de l'instrument en cours."},
+    {445, "BALL - Opens the X/Y pad that moves several parameters at once.",
+     "BALLE - Ouvre le pad X/Y qui bouge plusieurs paramètres à la fois."},
+    {446, "PLAYLIST - Opens the window in which patterns are put into the order of the song.",
+     "PLAYLIST - Ouvre la fenêtre où les motifs sont mis dans l'ordre du morceau."},
+    {447, "QUICK START - Opens the tutorial.", "PRISE EN MAIN - Ouvre le tutoriel."},
+    {448, "ADD AN INSTRUMENT - Choose a plug-in from the list, or an instrument or plug-in file.",
+     "AJOUTER UN INSTRUMENT - Choisissez un plug-in de la liste, ou un fichier d'instrument ou de plug-in."},
+    {449,
+     "SHARED EFFECT - An effect that every instrument can send to. Click to choose the plug-in, its bank and its "
+     "program.",
+     "EFFET PARTAGÉ - Un effet auquel chaque instrument peut envoyer. Cliquez pour choisir le plug-in, sa banque et "
+     "son programme."},
+    {450,
+     "MASTER INSERT - An effect through which the whole sound goes. The button on the left switches it on and off.",
+     "INSERT MASTER - Un effet que tout le son traverse. Le bouton de gauche l'active ou le coupe."},
+    {451, "EDIT - Opens the window of the effect.", "ÉDITER - Ouvre la fenêtre de l'effet."},
+    {452,
+     "MASTER LEVEL - Level of the whole sound. Double click: full level. Click with the right button to type decibels.",
+     "NIVEAU MASTER - Niveau de tout le son. Double clic : niveau maximum. Clic droit : taper des décibels."},
+    {453,
+     "METER - Peak level of the left and right channel. The mark on top stays lit after clipping until you click it.",
+     "VU-MÈTRE - Niveau crête des voies gauche et droite. La marque du haut reste allumée après une saturation, "
+     "jusqu'au clic."},
+    {454, "HEADPHONES - Level of what you hear. A recording is not changed by it.",
+     "CASQUE - Niveau de ce que vous entendez. Un enregistrement n'en est pas changé."},
+    {455,
+     "CROSSFADER - Fades between the instruments of group A and those of group B. Instruments in neither group always "
+     "sound.",
+     "CROSSFADER - Passe des instruments du groupe A à ceux du groupe B. Les instruments sans groupe sonnent "
+     "toujours."},
+    {456, "PRESETS - Recalls the preset of this number in every instrument that has one. Arrow keys step through them.",
+     "PRESETS - Rappelle le preset de ce numéro dans chaque instrument qui en a un. Les flèches passent de l'un à "
+     "l'autre."},
+    {457, "PRESETS BY MIDI - The channel, the first note or the program changes that select presets.",
+     "PRESETS PAR MIDI - Le canal, la première note ou les changements de programme qui choisissent les presets."},
+    {458, "RECORDER - Records the master output to a Wave or MP3 file. A second click ends the recording.",
+     "ENREGISTREUR - Enregistre la sortie master dans un fichier Wave ou MP3. Un second clic termine."},
+    {459, "SCOPE - The master output: left channel blue, right channel red.",
+     "OSCILLOSCOPE - La sortie master : voie gauche en bleu, voie droite en rouge."},
+    {460,
+     "TITLE - Click twice to rename the instrument. The right button opens the menu of the instrument. Drag the left "
+     "edge to move it.",
+     "TITRE - Double clic pour renommer l'instrument. Le bouton droit ouvre son menu. Tirez le bord gauche pour le "
+     "déplacer."},
+    {461, "PLUG-IN - Choose the plug-in that this instrument plays, its bank and its program.",
+     "PLUG-IN - Choisissez le plug-in que joue cet instrument, sa banque et son programme."},
+    {462, "EDIT - Opens the window of the plug-in.", "ÉDITER - Ouvre la fenêtre du plug-in."},
+    {463, "ARPEGGIATOR - Plays the held keys one after the other. The right button opens its settings.",
+     "ARPÉGIATEUR - Joue les touches tenues l'une après l'autre. Le bouton droit ouvre ses réglages."},
+    {464, "KEYBOARD - Shows the keyboard below the strip.", "CLAVIER - Montre le clavier sous la tranche."},
+    {465, "MIDI INPUT - Channel, key range, transposition and what passes to the plug-in.",
+     "ENTRÉE MIDI - Canal, étendue, transposition et ce qui passe au plug-in."},
+    {466, "MIDI ACTIVITY - Lit while keys are held.", "ACTIVITÉ MIDI - Allumé tant que des touches sont tenues."},
+    {467, "PRESETS - A click recalls a preset of this instrument, + stores a new one. The right button opens the menu.",
+     "PRESETS - Un clic rappelle un preset de cet instrument, + en mémorise un nouveau. Le bouton droit ouvre le "
+     "menu."},
+    {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
+     "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
+    {469, "KEYBOARD - Click a key to play it. Ctrl or Shift holds keys. The wheel moves along.",
+     "CLAVIER - Cliquez une touche pour la jouer. Ctrl ou Maj tient les touches. La molette défile."},
+    {470, "LEVEL - Level of the instrument. Double click: 0 dB. Shift makes the drag finer.",
+     "NIVEAU - Niveau de l'instrument. Double clic : 0 dB. Maj rend le geste plus fin."},
+    {471, "MUTE - Silences the instrument.", "MUTE - Coupe l'instrument."},
+    {472, "SOLO - Only instruments in solo are heard. With Solo Cumul Mode several can be.",
+     "SOLO - Seuls les instruments en solo s'entendent. Avec Solos cumulés, plusieurs à la fois."},
+    {473, "PAN - Place between left and right. Double click: centre.",
+     "PAN - Place entre gauche et droite. Double clic : centre."},
+    {474, "CROSSFADE A - The instrument belongs to side A of the crossfader.",
+     "CROSSFADE A - L'instrument appartient au côté A du crossfader."},
+    {475, "CROSSFADE B - The instrument belongs to side B of the crossfader.",
+     "CROSSFADE B - L'instrument appartient au côté B du crossfader."},
+    {476, "SYNCHRO - The pattern restarts with the longest one while Synchro of the transport is on.",
+     "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
+    {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
+    {480,
+     "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
+     "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",
+     "PAS - Cliquez un pas pour poser ou effacer sa note, glissez pour peindre, montez ou descendez en tenant le "
+     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus."},
+    {481, "NUMBER OF STEPS - Length of the selected pattern.", "NOMBRE DE PAS - Longueur du motif sélectionné."},
+    {482,
+     "CHAIN, RANDOM, HOLD - What follows at the end of the pattern: the next marked one, a marked one at random, or "
+     "this one. A right click on a pattern marks it.",
+     "CHAÎNE, HASARD, MAINTIEN - Ce qui suit à la fin du motif : le prochain marqué, un marqué au hasard, ou celui-ci. "
+     "Un clic droit sur un motif le marque."},
+    {483, "SWING - Delays every second step.", "SWING - Retarde un pas sur deux."},
+    {484, "EQUALISER - Switches the equaliser of the instrument.", "ÉGALISEUR - Active l'égaliseur de l'instrument."},
+    {485,
+     "EQUALISER CURVE - Drag a handle sideways for the frequency, up and down for the gain; the wheel sets the "
+     "resonance. Double click: flat.",
+     "COURBE D'ÉGALISATION - Tirez une poignée de côté pour la fréquence, en hauteur pour le gain ; la molette règle "
+     "la résonance. Double clic : plat."},
+    {486, "INSERT - An effect of this instrument alone. Click to switch it, right button to choose it.",
+     "INSERT - Un effet de cet instrument seul. Clic pour l'activer, bouton droit pour le choisir."},
+    {487,
+     "SEND - How much of the instrument goes to the shared effect. Drag for the level, the lamp switches it, the right "
+     "button chooses the effect.",
+     "SEND - Part de l'instrument envoyée à l'effet partagé. Tirez pour le niveau, le voyant l'active, le bouton droit "
+     "choisit l'effet."},
+};
+
+}  // namespace quib
