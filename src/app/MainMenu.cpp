@@ -152,6 +152,11 @@ void CMainWindow::BuildEditMenu() {
     undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* const redoAction = undo.createRedoAction(menu, Text("Redo"));
     redoAction->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    // Not past the document: what a window still holds back becomes a step first.
+    CChanges& changes = workstation.Changes();
+    for (QAction* const action : {undoAction, redoAction}) disconnect(action, &QAction::triggered, &undo, nullptr);
+    connect(undoAction, &QAction::triggered, &changes, &CChanges::Undo);
+    connect(redoAction, &QAction::triggered, &changes, &CChanges::Redo);
     for (QAction* const action : {undoAction, redoAction}) {
         action->setShortcutContext(Qt::ApplicationShortcut);
         menu->addAction(action);

@@ -33,6 +33,16 @@ void CChanges::PushValue(const QString& name, const void* thing, int part, float
     undo.push(new CGestureCommand(name, thing, part, before, after, std::move(set)));
 }
 
+void CChanges::Undo() {
+    Settle();
+    undo.undo();
+}
+
+void CChanges::Redo() {
+    Settle();
+    undo.redo();
+}
+
 void CChanges::Touch() {
     touched = true;
     TellModified();

@@ -78,10 +78,16 @@ public:
     void SetClean();
     // Forgets every step.
     void Clear() { undo.clear(); }
+    // Windows make steps of what waits for a moment whether more of it follows (a click that may become a
+    // double click). Before undo, redo and whatever else looks at the whole project.
+    void Settle() { Q_EMIT Settling(); }
+    void Undo();
+    void Redo();
 
 Q_SIGNALS:
     void Changed(const quib::Change& change);
     void ModifiedChanged(bool modified);
+    void Settling();
 
 private:
     void TellModified();

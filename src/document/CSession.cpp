@@ -74,6 +74,7 @@ ProjectState CSession::GatherState() {
 }
 
 std::string CSession::Bytes() {
+    context.changes.Settle();
     CRecordWriter writer;
     WriteProject(writer, GatherState(),
                  [this](const CInstrument& instrument) { return parts.stack.HeldKeysOf(instrument); });

@@ -20,6 +20,30 @@ inline constexpr NumberedText kInfoTexts[] = {
      "sans relâcher le bouton, amenez la souris sur le motif de destination, puis relâchez le bouton."},
     {390, "You can select an effect by clicking the right mouse button on this place.",
      "Vous pouvez choisir un effet en cliquant ici avec le bouton droit de la souris."},
+    {400,
+     "NOTES - Click to add a note and drag it longer or to another key; press a note to hear and move it, drag its "
+     "end for its length. Double click deletes. The right button draws a selection, or opens a menu.",
+     "NOTES - Cliquez pour ajouter une note et tirez-la plus longue ou vers une autre touche ; pressez une note pour "
+     "l'entendre et la déplacer, tirez sa fin pour sa durée. Double clic efface. Le bouton droit sélectionne ou ouvre "
+     "un menu."},
+    {401, "VELOCITY - How loud each note is. Drag a bar, or across the bars to paint; a selection moves together.",
+     "VÉLOCITÉ - La force de chaque note. Tirez une barre, ou glissez sur les barres pour peindre ; une sélection "
+     "bouge "
+     "ensemble."},
+    {402, "KEYBOARD VIEW - Shows a row for each key.", "VUE CLAVIER - Montre une ligne par touche."},
+    {403, "DRUM VIEW - Shows a row for each sound, with its name where the plug-in tells it.",
+     "VUE BATTERIE - Montre une ligne par son, avec son nom si le plug-in le donne."},
+    {404, "PATTERN - The pattern that is shown and selected.", "MOTIF - Le motif montré et sélectionné."},
+    {405, "SNAP - The grid that the mouse keeps to. Hold Alt while dragging to be free of it.",
+     "GRILLE - La grille que suit la souris. Tenez Alt en tirant pour vous en libérer."},
+    {406, "SCALE - Rows outside of the scale are darker.", "GAMME - Les lignes hors de la gamme sont plus sombres."},
+    {407, "FOLD - Hides the rows outside of the scale, or those without notes; rows with notes are always shown.",
+     "PLIER - Cache les lignes hors de la gamme, ou celles sans notes ; les lignes qui ont des notes restent "
+     "visibles."},
+    {408, "QUANTISE - Moves the selected notes, or all, towards the grid by the strength beside it.",
+     "QUANTIFIER - Rapproche de la grille les notes choisies, ou toutes, selon la force indiquée."},
+    {409, "GHOSTS - Notes of other patterns and instruments behind those that you edit.",
+     "FANTÔMES - Les notes d'autres motifs et instruments derrière celles que vous éditez."},
     {410, "ARPEGGIATOR - When it is on, the keys you hold are played one after the other instead of together.",
      "ARPÉGIATEUR - Lorsqu'il est en marche, les touches tenues sont jouées l'une après l'autre au lieu de l'être "
      "ensemble."},
@@ -44,6 +68,21 @@ inline constexpr NumberedText kInfoTexts[] = {
      "DURÉE - La durée de chaque note : un pas entier, ou la moitié, le quart, le huitième, le seizième d'un pas."},
     {418, "TEMPO - How often a note is played: with every step, or every 2, 4, 8 or 16 steps.",
      "TEMPO - La fréquence des notes : une à chaque pas, ou tous les 2, 4, 8 ou 16 pas."},
+    {420, "AUDITION - Notes are heard when you add, press or move them.",
+     "ÉCOUTE - Les notes s'entendent quand vous les ajoutez, pressez ou déplacez."},
+    {421, "FOLLOW - Turns the page with the music.", "SUIVRE - Tourne la page avec la musique."},
+    {422, "ZOOM - Shows more or less time.", "ZOOM - Montre plus ou moins de temps."},
+    {423, "MIDI INPUT - The channel that the instrument listens to.",
+     "ENTRÉE MIDI - Le canal que l'instrument écoute."},
+    {424,
+     "KEY LIMITS - The keys that the instrument plays live. Choose the line, then click a key; or drag the triangle "
+     "beside the keys.",
+     "LIMITES - Les touches que l'instrument joue en direct. Choisissez la ligne puis cliquez une touche ; ou tirez le "
+     "triangle à côté des touches."},
+    {425, "KEY TRANSPOSE - Semitones by which keys played live are shifted.",
+     "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
+    {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
+     "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
     {431, "STOP - Stops playing. A second click goes back to the start.",

@@ -46,10 +46,14 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     frames.setInterval(kFrame);
     frames.setTimerType(Qt::PreciseTimer);
     connect(&frames, &QTimer::timeout, this, [this] { roll->SetPlayhead(playhead.At(Nanoseconds())); });
+    connect(&Document().Changes(), &CChanges::Settling, this, [this] { roll->Edit().Settle(); });
     setMinimumSize(640, 400);
 }
 
-CWinControlPianoRoll::~CWinControlPianoRoll() { RemoveAll(); }
+CWinControlPianoRoll::~CWinControlPianoRoll() {
+    disconnect(&Document().Changes(), nullptr, this, nullptr);
+    RemoveAll();
+}
 
 void CWinControlPianoRoll::Build() {
     const auto options = roll != nullptr ? std::optional(roll->options) : std::nullopt;
@@ -138,6 +142,7 @@ void CWinControlPianoRoll::UpdateScrollBars() {
 
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
+    roll->Edit().Settle();
     gesture.reset();
     CToolWindow::hideEvent(event);
 }
@@ -204,6 +209,7 @@ void CWinControlPianoRoll::ShowChange(const Change& change) {
 }
 
 void CWinControlPianoRoll::ShowPattern() {
+    roll->Edit().Settle();
     const auto notes =
         shown ? shown->patterns[static_cast<std::size_t>(pattern)].ForEdit() : std::make_shared<const CPattern>();
     gesture.reset();
