@@ -8,6 +8,7 @@
 
 #include "document/CRecorder.h"
 #include "document/DocumentContext.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
