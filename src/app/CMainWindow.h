@@ -45,6 +45,7 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    void OpenPlugin(const SlotPlace& place);
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();

@@ -96,7 +96,7 @@ void CTransportPanel::AddDisplays() {
     auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 120, 36, [&audio] {
         const PlayPicture& picture = audio.Picture();
         const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
-        return BarBeatStep(step, audio.settings.stepsPerBeat.Get());
+        return BarBeatStep(step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get());
     });
     position.fontHeight = 22;
     position.strong = true;

@@ -48,7 +48,7 @@ void ShowDecibels(CControl& control, std::function<float(float)> gain);
 
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
-QString BarBeatStep(int step, int stepsPerBeat);
+QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
 
