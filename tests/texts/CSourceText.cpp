@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/CSourceText.h"
 
+#include <QRegularExpression>
 #include <cctype>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace quib {
@@ -20,7 +20,7 @@ char Unescaped(char letter) { return letter == 'n' ? '\n' : letter == 'r' ? '\r'
 }  // namespace
 
 void CSourceText::Read(const std::filesystem::path& folder) {
-    const std::regex sentence("[A-Za-z]{2,} [A-Za-z]{3,}");
+    const QRegularExpression sentence("[A-Za-z]{2,} [A-Za-z]{3,}");
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         const std::filesystem::path& path = entry.path();
         if (path.extension() != ".cpp" && path.extension() != ".h") continue;
@@ -35,7 +35,7 @@ void CSourceText::Read(const std::filesystem::path& folder) {
             if (token.kind != Token::EKind::kName || i + 2 >= tokens.size() || tokens[i + 1].text != "(") continue;
             if (kTakeTexts.count(token.text) != 0) TakeCall(file, tokens, i + 1);
             const std::string& argument = tokens[i + 2].text;
-            if (token.text == "QStringLiteral" && std::regex_search(argument, sentence)) {
+            if (token.text == "QStringLiteral" && sentence.match(QString::fromStdString(argument)).hasMatch()) {
                 sentences.push_back({file, argument});
             }
         }

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
 #include <algorithm>
-#include <regex>
 
 #include "model/StripSettings.h"
 #include "texts/CSourceText.h"
@@ -32,10 +32,9 @@ CSourceText SourcesOfTheWindows() {
 }
 
 std::vector<std::string> Placeholders(const std::string& text) {
-    const std::regex form("%L?[0-9]+|%[-+0]?[0-9]*(\\.[0-9]+)?[a-zA-Z]");
-    std::vector<std::string> found;
-    for (std::sregex_iterator match(text.begin(), text.end(), form), end; match != end; ++match) {
-        found.push_back(match->str());
+    const QRegularExpression form("%L?[0-9]+|%[-+0]?[0-9]*(\\.[0-9]+)?[a-zA-Z]");
+    for (const QRegularExpressionMatch& match : form.globalMatch(QString::fromStdString(text))) {
+        found.push_back(match.captured().toStdString());
     }
     std::sort(found.begin(), found.end());
     return found;
