@@ -32,6 +32,7 @@ CSourceText SourcesOfTheWindows() {
 }
 
 std::vector<std::string> Placeholders(const std::string& text) {
+    std::vector<std::string> found;
     const QRegularExpression form("%L?[0-9]+|%[-+0]?[0-9]*(\\.[0-9]+)?[a-zA-Z]");
     for (const QRegularExpressionMatch& match : form.globalMatch(QString::fromStdString(text))) {
         found.push_back(match.captured().toStdString());
