@@ -2,9 +2,7 @@
 #include "texts/CSourceText.h"
 
 #include <cctype>
-#include <fstream>
 #include <regex>
-#include <sstream>
 
 namespace quib {
 

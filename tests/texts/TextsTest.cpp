@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/Texts.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <regex>
 
 #include "model/StripSettings.h"
