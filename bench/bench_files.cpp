@@ -16,6 +16,35 @@
 namespace quib {
 namespace {
 
+// `instruments` x 16 patterns x `notes` notes, and `points` automation points in all.
+ProjectState Large(int instruments, int notes, int points) {
+    ProjectState state;
+    const int perLane = points / std::max(1, instruments * 4);
+    for (int i = 0; i < instruments; ++i) {
+        auto instrument = std::make_shared<CInstrument>();
+        instrument->title = "Track " + std::to_string(i + 1);
+        for (std::size_t p = 0; p < instrument->patterns.size(); ++p) {
+            std::vector<Note> list;
+            for (int n = 0; n < notes; ++n) {
+                list.push_back({static_cast<float>(n) * 0.3711F, 0.125F * static_cast<float>(1 + n % 16), 24 + n % 80,
+                                1 + n % 127});
+            }
+            instrument->patterns[p].Prepare(std::make_shared<const CPattern>(notes, std::move(list)));
+        }
+        CEventLanesBuilder builder;
+        for (int lane = 0; lane < 4; ++lane) {
+            PointList list;
+            for (int n = 0; n < perLane; ++n) {
+                list.push_back({static_cast<float>(n) * 0.53F, static_cast<float>(n % 997) * 0.00101F});
+            }
+            builder.Append(CEventLanes::kSongSlot, lane, std::move(list));
+        }
+        instrument->mixLanes.Prepare(std::make_shared<const CEventLanes>(builder.Build()));
+        state.instruments.push_back(std::move(instrument));
+    }
+    return state;
+}
+
 constexpr int kInstruments = 100;
 constexpr int kNotes = 1000;
 constexpr int kPoints = 10000;
@@ -23,7 +52,7 @@ constexpr int kPoints = 10000;
 const std::string& ProjectBytes(int instruments = kInstruments) {
     static std::map<int, std::string> made;
     std::string& bytes = made[instruments];
-    if (bytes.empty()) bytes = generated::BytesOf(generated::Large(instruments, kNotes, kPoints));
+    if (bytes.empty()) bytes = generated::BytesOf(Large(instruments, kNotes, kPoints));
     return bytes;
 }
 
@@ -122,7 +151,7 @@ void ReadWholeProject(benchmark::State& run) {
 BENCHMARK(ReadWholeProject)->Arg(kInstruments)->Arg(2 * kInstruments)->Unit(benchmark::kMillisecond);
 
 void WriteWholeProject(benchmark::State& run) {
-    const ProjectState state = generated::Large(static_cast<int>(run.range(0)), kNotes, kPoints);
+    const ProjectState state = Large(static_cast<int>(run.range(0)), kNotes, kPoints);
     std::size_t size = 0;
     for (auto _ : run) {
         CRecordWriter writer;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // MIDI input under a flood.
-#include <fstream>
 
 #include "SoakReport.h"
 #include "devices/CMidiFeed.h"

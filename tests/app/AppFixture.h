@@ -3,13 +3,11 @@
 
 // A workstation in a folder of its own that nothing renders, with the plug-ins of the build.
 
-#include <gtest/gtest.h>
-
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <memory>
 
+#include "Testing.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"
 
@@ -37,14 +35,19 @@ protected:
     // Adds the built-in synthesiser; gives its index.
     int AddSynth() {
         QString error;
-        const int index = workstation->Stack().AddInstrument(QStringLiteral("QUIB synth"), error);
+        const int index = Stack().AddInstrument(QStringLiteral("QUIB synth"), error);
         EXPECT_GE(index, 0) << error.toStdString();
         return index;
     }
-    std::shared_ptr<CInstrument> At(int index) { return workstation->Stack().Instrument(index); }
+    std::shared_ptr<CInstrument> At(int index) { return Stack().Instrument(index); }
     CPlugin& PluginAt(int index) { return *At(index)->plugin.ForEdit()->plugin; }
     SlotPlace Place(int index) { return {SlotPlace::EKind::kInstrument, At(index)->Id(), 0}; }
-    std::string UndoText() { return workstation->Changes().Steps().undoText().toStdString(); }
+    auto& Steps() { return workstation->Changes().Steps(); }
+    auto& Stack() { return workstation->Stack(); }
+    auto& Contents() { return workstation->Contents(); }
+    auto& Places() { return workstation->Places(); }
+    auto& Session() { return workstation->Session(); }
+    std::string UndoText() { return Steps().undoText().toStdString(); }
     QString File(const char* name) { return folder.filePath(QLatin1String(name)); }
 
     QTemporaryDir folder;

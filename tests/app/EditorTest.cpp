@@ -27,10 +27,10 @@ TEST_P(EditorTest, DrawsItselfAndClosesWithItsPlugin) {
     if (QGuiApplication::platformName() != "xcb" || !QFile::exists(path)) GTEST_SKIP();
     QString error;
     SlotPlace place{SlotPlace::EKind::kEffect, 0, 0};
-    if (workstation->Stack().AddInstrument(path, error) >= 0) {
+    if (Stack().AddInstrument(path, error) >= 0) {
         place = Place(0);
     } else {
-        ASSERT_TRUE(workstation->Places().LoadPlugin(place, path, error)) << error.toStdString();
+        ASSERT_TRUE(Places().LoadPlugin(place, path, error)) << error.toStdString();
     }
     CPluginWindows windows(*workstation);
     for (int round = 0; round < 2; ++round) {
@@ -63,7 +63,7 @@ TEST_P(EditorTest, DrawsItselfAndClosesWithItsPlugin) {
         windows.CloseAll();
     }
     windows.Show(place);
-    workstation->Session().NewProject();
+    Session().NewProject();
     for (int i = 0; i < 5; ++i) {
         workstation->Tick();
         QCoreApplication::processEvents();

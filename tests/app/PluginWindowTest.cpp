@@ -39,7 +39,7 @@ protected:
 
 TEST_F(PluginWindowTest, ADragSetsAParameterAndIsOneStepOfUndo) {
     const float before = Value(0);
-    const int steps = workstation->Changes().Steps().index();
+    const int steps = Steps().index();
     const int width = window->Parameters().viewport()->width();
     Mouse(QEvent::MouseButtonPress, {width / 3 + 10, 10});
     const float low = Value(0);
@@ -52,8 +52,8 @@ TEST_F(PluginWindowTest, ADragSetsAParameterAndIsOneStepOfUndo) {
     EXPECT_LT(low, middle);
     EXPECT_LT(middle, high);
     EXPECT_GT(high, 0.99F);
-    EXPECT_EQ(workstation->Changes().Steps().index(), steps + 1);
-    workstation->Changes().Steps().undo();
+    EXPECT_EQ(Steps().index(), steps + 1);
+    Steps().undo();
     EXPECT_NEAR(Value(0), before, 1e-4F);
 
     Mouse(QEvent::MouseButtonPress, {width / 3 + 10, 10});
@@ -88,10 +88,10 @@ TEST_F(PluginWindowTest, ProgramsHaveTheirNamesAndFollowThePlugin) {
     auto* const programs = window->findChild<QComboBox*>("programs");
     EXPECT_GE(programs->count(), 16);
     EXPECT_GT(programs->itemText(1).size(), 4);
-    workstation->Places().SelectProgram(At(0)->plugin.ForEdit()->plugin, 5);
+    Places().SelectProgram(At(0)->plugin.ForEdit()->plugin, 5);
     window->Tick();
     EXPECT_EQ(programs->currentIndex(), 5);
-    workstation->Changes().Steps().undo();
+    Steps().undo();
     window->Tick();
     EXPECT_EQ(programs->currentIndex(), 0);
 }
@@ -99,9 +99,9 @@ TEST_F(PluginWindowTest, ProgramsHaveTheirNamesAndFollowThePlugin) {
 TEST_F(PluginWindowTest, WindowsGoWithTheirPlugin) {
     const QPointer<CPluginWindow> open = window;
     EXPECT_EQ(windows.ShowParameters(Place(0)), window) << "one window for each plug-in";
-    workstation->Stack().RenameInstrument(0, "Lead");
+    Stack().RenameInstrument(0, "Lead");
     EXPECT_TRUE(open->windowTitle().endsWith("Lead"));
-    workstation->Stack().RemoveInstrument(0);
+    Stack().RemoveInstrument(0);
     EXPECT_TRUE(open.isNull());
     EXPECT_EQ(windows.Show({SlotPlace::EKind::kInstrument, 0, 0}), nullptr);
 }
@@ -174,7 +174,7 @@ TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
         texts.append(action->text());
         if (action->text() == QLatin1String("Parameter bank")) action->trigger();
     }
-    const auto slot = workstation->Places().Slot(place);
+    const auto slot = Places().Slot(place);
     ASSERT_TRUE(slot->plugin);
     EXPECT_EQ(slot->plugin->Identity().effectName, "Parameter bank");
     EXPECT_TRUE(texts.front().startsWith("QUIB ")) << "the built-in ones come first";

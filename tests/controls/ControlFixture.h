@@ -3,16 +3,13 @@
 
 // A real window, off the screen, and the mouse, wheel and keys that it is sent.
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
-#include <map>
-#include <string>
 
+#include "Testing.h"
 #include "controls/CWinControl.h"
 
 namespace quib {
@@ -30,14 +27,14 @@ public:
 class CProbe : public CControl {
 public:
     using CControl::CControl;
-    void OnMouseMove(int px, int py) override { Note("move", px, py); }
-    void OnLButtonDown(int px, int py, int button) override {
-        Note("down", px, py);
+    void OnMouseMove(int /*px*/, int /*py*/) override { ++counts["move"]; }
+    void OnLButtonDown(int /*px*/, int /*py*/, int button) override {
+        ++counts["down"];
         lastButton = button;
     }
-    void OnLButtonUp(int px, int py, int /*button*/) override { Note("up", px, py); }
-    void OnDoubleClick(int px, int py) override { Note("double", px, py); }
-    void OnMouseWheel(int px, int py, std::uint32_t /*word*/) override { Note("wheel", px, py); }
+    void OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) override { ++counts["up"]; }
+    void OnDoubleClick(int /*px*/, int /*py*/) override { ++counts["double"]; }
+    void OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t /*word*/) override { ++counts["wheel"]; }
     void OnMouseLeave() override { ++counts["leave"]; }
     void OnKeyDown(int key) override { Key("keyDown", key); }
     void OnKeyUp(int key) override { Key("keyUp", key); }
@@ -50,7 +47,6 @@ public:
     std::string label;
 
 private:
-    void Note(const std::string& what, int /*px*/, int /*py*/) { ++counts[what]; }
     void Key(const std::string& what, int key) {
         ++counts[what];
         if (keys != nullptr) keys->push_back(what + label + std::to_string(key));
@@ -88,6 +84,12 @@ protected:
         Move(x, y);
         Press(x, y, button);
         Release(x, y, button);
+        PassBounce();
+    }
+    void Drag(int x, int y, int toX, int toY) {
+        Press(x, y);
+        Move(toX, toY);
+        Release(toX, toY);
         PassBounce();
     }
     void DoubleClick(int x, int y) {

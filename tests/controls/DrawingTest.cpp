@@ -2,7 +2,6 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <cmath>
 
 #include "controls/CFaderCtrl.h"
 #include "controls/CImageCtrl.h"

@@ -192,9 +192,7 @@ TEST_F(CGestureTest, ASendIsSwitchedInItsRightmost25PixelsAndDraggedElsewhere) {
     Click(10 + 127, 20);
     EXPECT_EQ(value.Get(), 1.0F);
     EXPECT_EQ(level.Get(), 40.0F);
-    Press(10 + 126, 20);
-    Move(10 + 106, 20);
-    Release(10 + 106, 20);
+    Drag(10 + 126, 20, 10 + 106, 20);
     EXPECT_EQ(value.Get(), 1.0F);
     EXPECT_NEAR(level.Get(), 20.0F, 1e-4);
     PassBounce();

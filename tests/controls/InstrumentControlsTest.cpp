@@ -141,9 +141,7 @@ TEST_F(CKeyboardTest, AKeyPlaysWhileItIsHeldAndADragPlaysTheKeysItCrosses) {
     PassBounce();
     // With Shift or Ctrl the key that the mouse has left stays held until the next click.
     Key(Qt::Key_Shift);
-    Press(15, 100);
-    Move(55, 100);
-    Release(55, 100);
+    Drag(15, 100, 55, 100);
     EXPECT_EQ(Taken(), " +0");
     PassBounce();
     Press(55, 100);

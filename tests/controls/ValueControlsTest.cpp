@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <cmath>
-#include <numbers>
 
 #include "controls/CFaderCtrl.h"
 #include "controls/CFilterCtrl.h"
@@ -71,9 +69,7 @@ TEST_F(CValueControlsTest, ABarBesideAThumbIsDraggedFromBothSidesAndCatchesZero)
     EXPECT_EQ(before.size(), 5U);
     // From nothing the bar can grow below zero.
     second.Set(0);
-    Press(60, 20);
-    Move(40, 20);
-    Release(40, 20);
+    Drag(60, 20, 40, 20);
     EXPECT_NEAR(second.Get(), -0.2F, 1e-5);
     PassBounce();
     Press(46, 20);
@@ -87,10 +83,7 @@ TEST_F(CValueControlsTest, AFaderWithoutAValueIgnoresTheMouse) {
     auto& knob = Add<CKnobCtrl>(10, 100, 40, 40, nullptr);
     Open();
     for (const QPoint at : {QPoint(50, 20), QPoint(30, 120)}) {
-        Press(at.x(), at.y());
-        Move(at.x() + 20, at.y());
-        Release(at.x() + 20, at.y());
-        PassBounce();
+        Drag(at.x(), at.y(), at.x() + 20, at.y());
         Wheel(at.x(), at.y(), 1);
     }
     EXPECT_FALSE(fader.IsDragging());

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Output through the real ALSA library with a configuration of our own.
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 
 #include "DeviceFixture.h"
 #include "devices/CAlsaOutput.h"

@@ -2,7 +2,6 @@
 #include "DeviceFixture.h"
 #include "JackServer.h"
 
-#include <bit>
 #include <csignal>
 
 namespace quib {

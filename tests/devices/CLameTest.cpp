@@ -1,18 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "devices/CLame.h"
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <array>
-#include <bit>
-#include <cmath>
 #include <csignal>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <numbers>
-#include <thread>
 
 namespace quib {
 namespace {

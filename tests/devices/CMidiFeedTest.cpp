@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "devices/CMidiFeed.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-#include <vector>
 
 namespace quib {
 namespace {

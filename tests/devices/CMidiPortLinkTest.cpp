@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The ALSA sequencer's events, made by hand: what a machine without a sequencer can test of it.
+#include "Testing.h"
 #include "devices/CMidiPortLink.h"
-
-#include <gtest/gtest.h>
-
-#include <map>
 
 namespace quib {
 namespace {

@@ -3,13 +3,6 @@
 
 // An engine that plays on devices through the output manager, as the workstation does.
 
-#include <chrono>
-#include <functional>
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "devices/COutputManager.h"
 #include "engine/EngineFixture.h"
 

@@ -1,14 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "devices/DriverSamples.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <limits>
-#include <random>
-#include <vector>
 
 namespace quib {
 namespace {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Everything that a user may edit, edited while the engine renders. What goes wrong between the threads
 // is reported by ThreadSanitizer and AddressSanitizer; the tests themselves look at what is left over.
-#include <iterator>
-#include <random>
-#include <thread>
 
 #include "EngineFixture.h"
 
@@ -41,9 +38,9 @@ public:
     }
     std::shared_ptr<CInstrument> MakeInstrument() {
         auto instrument = std::make_shared<CInstrument>();
-        Put(instrument->plugin, Load(Chance(6) ? "Trouble" : "NoteProbe", ESlotKind::kInstrument), audio.graveyard);
-        Put(instrument->inserts[0], Load("Gain", ESlotKind::kEffect), audio.graveyard);
-        Put(instrument->inserts[1], Load("Mono", ESlotKind::kEffect), audio.graveyard);
+        Put(instrument->plugin, Load(Chance(6) ? "Trouble" : "NoteProbe", ESlotKind::kInstrument));
+        Put(instrument->inserts[0], Load("Gain", ESlotKind::kEffect));
+        Put(instrument->inserts[1], Load("Mono", ESlotKind::kEffect));
         instrument->midi.channel.Set(kChannelOmni);
         audio.PrepareInstrument(*instrument);
         return instrument;
@@ -53,11 +50,6 @@ public:
         for (int count = Draw(6); count > 0; --count) points.push_back({DrawWithin(0, 16), DrawWithin(low, high)});
         return points;
     }
-    template <class T>
-    void Publish(CPublished<T>& place, T value) {
-        place.Publish(std::make_shared<const T>(std::move(value)), audio.graveyard);
-    }
-
     void EditNotes() {
         std::vector<Note> notes;
         for (int count = Draw(40); count > 0; --count)
@@ -141,11 +133,10 @@ public:
                 return swap(audio.sharedEffects[static_cast<std::size_t>(Draw(kSendCount))],
                             audio.sharedEffects[static_cast<std::size_t>(Draw(kSendCount))]);
             case 3:
-                if (Chance(20)) Put(instrument.plugin, Load("NoteProbe", ESlotKind::kInstrument), audio.graveyard);
+                if (Chance(20)) Put(instrument.plugin, Load("NoteProbe", ESlotKind::kInstrument));
                 return;
             case 4:
-                if (Chance(20))
-                    Put(instrument.inserts[0], Chance(3) ? nullptr : Load("Gain", ESlotKind::kEffect), audio.graveyard);
+                if (Chance(20)) Put(instrument.inserts[0], Chance(3) ? nullptr : Load("Gain", ESlotKind::kEffect));
                 return;
             case 5:
                 return plugin->Prepare();
@@ -214,14 +205,14 @@ public:
         InstrumentList list;
         for (int count = 0; count < 6; ++count) list.push_back(MakeInstrument());
         audio.PublishInstruments(std::move(list));
-        for (auto& insert : audio.masterInserts) Put(insert, Load("Gain", ESlotKind::kEffect), audio.graveyard);
-        for (auto& effect : audio.sharedEffects) Put(effect, Load("Gain", ESlotKind::kEffect), audio.graveyard);
+        for (auto& insert : audio.masterInserts) Put(insert, Load("Gain", ESlotKind::kEffect));
+        for (auto& effect : audio.sharedEffects) Put(effect, Load("Gain", ESlotKind::kEffect));
     }
     void EmptySlots() {
         audio.PublishInstruments({});
         removed.clear();
-        for (auto& insert : audio.masterInserts) Put(insert, nullptr, audio.graveyard);
-        for (auto& effect : audio.sharedEffects) Put(effect, nullptr, audio.graveyard);
+        for (auto& insert : audio.masterInserts) Put(insert, nullptr);
+        for (auto& effect : audio.sharedEffects) Put(effect, nullptr);
         audio.Collect();
     }
 
@@ -278,7 +269,7 @@ public:
         int index = 0;
         for (const auto& instrument : *audio.instruments.ForEdit()) {
             SetPattern(*instrument, 0, 5 + index, EveryStep(5 + index, 40 + index));
-            instrument->plugin.ForEdit()->plugin->SetParameter(0, 0.0F);
+            PluginOf(*instrument).SetParameter(0, 0.0F);
             instrument->strip.eqOn.Set(1.0F);
             instrument->strip.eqGain[1].Set(0.7F);
             instrument->strip.insertOn[0].Set(1.0F);

@@ -4,14 +4,7 @@
 // An engine with test plug-ins, driven block by block, whose note events can be read off the output of
 // the note probe.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <memory>
-#include <string>
-#include <vector>
-
+#include "Testing.h"
 #include "engine/CAudio.h"
 
 namespace quib {
@@ -43,13 +36,20 @@ protected:
         return plugin;
     }
 
-    static void Put(CPublished<PluginSlot>& slot, std::shared_ptr<CPlugin> plugin, CGraveyard& graveyard) {
-        slot.Publish(std::make_shared<const PluginSlot>(PluginSlot{std::move(plugin), nullptr}), graveyard);
+    template <class T>
+    void Publish(CPublished<T>& place, T value) {
+        place.Publish(std::make_shared<const T>(std::move(value)), audio.graveyard);
     }
+
+    void Put(CPublished<PluginSlot>& slot, std::shared_ptr<CPlugin> plugin) {
+        Publish(slot, PluginSlot{std::move(plugin), nullptr});
+    }
+
+    static CPlugin& PluginOf(CInstrument& instrument) { return *instrument.plugin.ForEdit()->plugin; }
 
     CInstrument& AddInstrument(const std::string& pluginName = "NoteProbe") {
         auto instrument = std::make_shared<CInstrument>();
-        Put(instrument->plugin, LoadPlugin(pluginName, ESlotKind::kInstrument), audio.graveyard);
+        Put(instrument->plugin, LoadPlugin(pluginName, ESlotKind::kInstrument));
         audio.PrepareInstrument(*instrument);
         InstrumentList list = *audio.instruments.ForEdit();
         list.push_back(instrument);
@@ -58,8 +58,7 @@ protected:
     }
 
     void SetPattern(CInstrument& instrument, int index, int steps, std::vector<Note> notes) {
-        instrument.patterns[static_cast<std::size_t>(index)].Publish(
-            std::make_shared<const CPattern>(steps, std::move(notes)), audio.graveyard);
+        Publish(instrument.patterns[static_cast<std::size_t>(index)], CPattern(steps, std::move(notes)));
     }
 
     void Command(EngineCommand::EKind kind, std::int32_t value = 0, std::uint32_t instrument = 0) {

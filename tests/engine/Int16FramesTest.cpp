@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "engine/Int16Frames.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
 
 namespace quib {
 namespace {

@@ -17,7 +17,7 @@ TEST_F(CMasterSectionTest, HeadphonesAreTurnedDownWithoutAClickAndTheRecordingSt
     constexpr int kFrames = 256;
     Prepare(kFrames);
     CInstrument& instrument = AddInstrument();
-    instrument.plugin.ForEdit()->plugin->SetParameter(0, 0.5F);
+    PluginOf(instrument).SetParameter(0, 0.5F);
     instrument.strip.level.Set(127.0F);
     CLastFrame recorder;
     audio.SetRecorder(&recorder);

@@ -206,7 +206,7 @@ TEST_F(CMidiRouterTest, RecordedPointsOnlyEverFollowOneAnother) {
     EXPECT_EQ(bends, (std::vector<float>{10, 20, 40}));
     ASSERT_NE(lanes.Find(0, kProgramChangeLane), nullptr);
     EXPECT_EQ(lanes.Find(0, kModulationWheelLane), nullptr);
-    EXPECT_EQ(instrument.plugin.ForEdit()->plugin->CurrentProgram(), 2);
+    EXPECT_EQ(PluginOf(instrument).CurrentProgram(), 2);
 }
 
 }  // namespace

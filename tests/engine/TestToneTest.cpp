@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <vector>
-
+#include "Testing.h"
 #include "engine/CTestTone.h"
 
 namespace quib {

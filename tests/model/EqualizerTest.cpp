@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "model/Equalizer.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 namespace quib {
 namespace {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
+#include "Testing.h"
 #include "model/CInstrument.h"
 #include "model/MixLanes.h"
 

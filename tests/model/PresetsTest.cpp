@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/Presets.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <atomic>
-#include <cmath>
-#include <thread>
-
+#include "Testing.h"
 #include "model/plugin/CPlugin.h"
 
 namespace quib {

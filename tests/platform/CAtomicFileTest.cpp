@@ -2,7 +2,6 @@
 #include "platform/CAtomicFile.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -10,13 +9,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <random>
 
+#include "Testing.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {

@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plugins/CLoadedEffect.h"
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
-#include <random>
-
 namespace quibtest {
 
 void StereoSignal::Append(const StereoSignal& more) {
@@ -21,17 +16,10 @@ void CLoadedEffect::SetTempo(double beatsPerMinute) {
 
 StereoSignal CLoadedEffect::Run(const StereoSignal& input, const std::vector<int>& blocks,
                                 const std::function<void(long)>& between) {
-    StereoSignal from = input;
-    StereoSignal output(input.Frames());
-    std::size_t turn = 0;
-    for (long begin = 0; begin < input.Frames();) {
-        const long end = std::min(input.Frames(), begin + blocks[turn++ % blocks.size()]);
-        if (between) between(begin);
-        float* inputs[] = {from.left.data() + begin, from.right.data() + begin};
-        float* outputs[] = {output.left.data() + begin, output.right.data() + begin};
-        Effect().processReplacing(&Effect(), inputs, outputs, static_cast<std::int32_t>(end - begin));
-        begin = end;
-    }
+    Channels played = Process({input.left, input.right}, {}, blocks, between);
+    StereoSignal output;
+    output.left = std::move(played[0]);
+    output.right = std::move(played[1]);
     return output;
 }
 

@@ -4,10 +4,6 @@
 // A built-in effect as the tests see it: a loaded plug-in that is given sound, with a host that tells
 // the tempo.
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "plugins/CLoadedPlugin.h"
 
 namespace quibtest {

@@ -3,12 +3,7 @@
 
 #include <dlfcn.h>
 
-#include <algorithm>
-#include <cmath>
 #include <complex>
-#include <cstddef>
-#include <cstring>
-#include <numbers>
 #include <stdexcept>
 
 namespace quibtest {

@@ -4,10 +4,7 @@
 // A built-in plug-in as the tests see it: its library loaded, driven through the VST 2 interface
 // alone. Messages are given by frame of the stream and handed over block by block.
 
-#include <functional>
-#include <string>
-#include <vector>
-
+#include "Testing.h"
 #include "Vst2.h"
 
 namespace quibtest {
@@ -37,6 +34,9 @@ public:
     void Set(int index, float value) { m_effect->setParameter(m_effect, index, value); }
     // Sets a parameter by its name to what its display shows, such as "-6" or "Saw".
     void Set(const std::string& parameter, const char* shown);
+    void Set(std::initializer_list<std::pair<const char*, const char*>> all) {
+        for (const auto& [parameter, shown] : all) Set(parameter, shown);
+    }
     float Get(int index) { return m_effect->getParameter(m_effect, index); }
     void Resume(float sampleRate);
 

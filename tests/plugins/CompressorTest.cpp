@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedEffect.h"
 
@@ -17,15 +13,8 @@ float Amplitude(double decibels) { return static_cast<float>(std::pow(10.0, deci
 
 struct CPlainCompressor : CLoadedEffect {
     explicit CPlainCompressor(float rate = 48000.0f) : CLoadedEffect("QUIB compressor", rate) {
-        for (const auto& [name, shown] : {std::pair{"Threshold", "-20"},
-                                          {"Ratio", "4"},
-                                          {"Knee", "0"},
-                                          {"Attack", "5"},
-                                          {"Release", "2000"},
-                                          {"Make-Up", "0"},
-                                          {"Ceiling", "0"}}) {
-            Set(name, shown);
-        }
+        Set({{"Threshold", "-20"}, {"Ratio", "4"}, {"Knee", "0"}, {"Attack", "5"}, {"Release", "2000"}});
+        Set({{"Make-Up", "0"}, {"Ceiling", "0"}});
         Resume(rate);
     }
     // Decibels by which a steady tone of that level is turned down.
@@ -48,8 +37,7 @@ TEST(Compressor, FollowsItsCurve) {
     EXPECT_NEAR(compressor.ReductionAt(-20.0), 0.75 * 12.0 / 8.0, 0.1);
     compressor.Set("Make-Up", "6");
     EXPECT_NEAR(compressor.ReductionAt(-40.0), -6.0, 0.1);
-    compressor.Set("Make-Up", "0");
-    compressor.Set("Detector Low Cut", "400");
+    compressor.Set({{"Make-Up", "0"}, {"Detector Low Cut", "400"}});
     EXPECT_LT(compressor.ReductionAt(-10.0, 60.0), 0.1);
 }
 
@@ -95,8 +83,7 @@ TEST(Compressor, LimiterNeverExceedsItsCeiling) {
         for (const double ceiling : {-12.0, -1.0, 0.0}) {
             for (const char* release : {"10", "1000"}) {
                 CPlainCompressor compressor(rate);
-                compressor.Set("Ratio", "1");
-                compressor.Set("Level", "6");
+                compressor.Set({{"Ratio", "1"}, {"Level", "6"}});
                 compressor.Set("Limiter Release", release);
                 compressor.Set("Ceiling", std::to_string(ceiling).c_str());
                 compressor.Resume(rate);
@@ -118,8 +105,7 @@ TEST(Compressor, LimiterNeverExceedsItsCeiling) {
 // A quarter of the rate, sampled beside its crests: 3 dB higher between the samples than at them.
 TEST(Compressor, LimiterHoldsTheWaveBetweenTheSamples) {
     CPlainCompressor compressor;
-    compressor.Set("Ratio", "1");
-    compressor.Set("Ceiling", "-3");
+    compressor.Set({{"Ratio", "1"}, {"Ceiling", "-3"}});
     compressor.Resume(48000.0f);
     StereoSignal tone(kSecond);
     for (std::size_t i = 0; i < tone.left.size(); ++i) tone.left[i] = tone.right[i] = i % 4 < 2 ? 0.65f : -0.65f;
@@ -132,9 +118,7 @@ TEST(Compressor, LimiterHoldsTheWaveBetweenTheSamples) {
 
 TEST(Compressor, LimiterBendsASteadyBassNoteLittle) {
     CPlainCompressor compressor;
-    compressor.Set("Ratio", "1");
-    compressor.Set("Ceiling", "-6");
-    compressor.Set("Limiter Release", "500");
+    compressor.Set({{"Ratio", "1"}, {"Ceiling", "-6"}, {"Limiter Release", "500"}});
     compressor.Resume(48000.0f);
     const StereoSignal out = compressor.Run(SineTone(2 * kSecond, 50.0, kRate, 1.0f));
     const auto level = [&](double hertz) { return AmplitudeAt(out.left, hertz, kRate, kSecond, 2 * kSecond); };

@@ -1,13 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What hosts may rely on in every built-in plug-in: each is driven the way different hosts do it.
-#include <gtest/gtest.h>
-
-#include <array>
-#include <atomic>
-#include <cmath>
-#include <memory>
-#include <random>
-#include <thread>
 
 #include "dsp/PinProperties.h"
 #include "plugins/CLoadedPlugin.h"

@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedEffect.h"
 
@@ -16,18 +12,12 @@ constexpr long kSecond = 48000;
 // The delay with its feedback off and its filters out of the way.
 struct CPlainDelay : CLoadedEffect {
     explicit CPlainDelay(float rate = 48000.0f) : CLoadedEffect("QUIB delay", rate) {
-        Set("Feedback", "0");
-        Set("Low Cut", "10");
-        Set("High Cut", "20000");
-        Set("Drive", "0");
-        Set("Sync", "Note");
-        Set("Link", "On");
-        Set("Ping Pong", "0");
+        Set({{"Feedback", "0"}, {"Low Cut", "10"}, {"High Cut", "20000"}, {"Drive", "0"}, {"Sync", "Note"}});
+        Set({{"Link", "On"}, {"Ping Pong", "0"}});
         SetTempo(120.0);
     }
     void SetMilliseconds(const char* left, const char* right) {
-        Set("Sync", "ms");
-        Set("Link", "Off");
+        Set({{"Sync", "ms"}, {"Link", "Off"}});
         Set("Left Time", left);
         Set("Right Time", right);
     }
@@ -100,8 +90,7 @@ TEST(Delay, FallsBackTo120BeatsAndHalvesNotesThatAreTooLong) {
 TEST(Delay, PingPongGoesFromSideToSide) {
     CPlainDelay delay;
     delay.SetMilliseconds("100", "150");
-    delay.Set("Ping Pong", "100");
-    delay.Set("Feedback", "50");
+    delay.Set({{"Ping Pong", "100"}, {"Feedback", "50"}});
     const StereoSignal out = delay.Run(Impulse(kSecond, 0.0f, 1.0f));
     const auto near = [&](const std::vector<float>& side, long frame) { return PeakOf(side, frame - 50, frame + 200); };
     EXPECT_FLOAT_EQ(out.left[4800], 0.5f);
@@ -123,10 +112,7 @@ TEST(Delay, WeakensEveryRepeatByTheFeedback) {
 
 TEST(Delay, CutsTheRepeatsBelowAndAboveByTwoPoles) {
     CPlainDelay delay;
-    delay.Set("Left Note", "1/4");
-    delay.Set("Feedback", "50");
-    delay.Set("Low Cut", "200");
-    delay.Set("High Cut", "4000");
+    delay.Set({{"Left Note", "1/4"}, {"Feedback", "50"}, {"Low Cut", "200"}, {"High Cut", "4000"}});
     delay.Resume(48000.0f);
     const double middle = 20.0 * std::log10(0.5);
     EXPECT_NEAR(RepeatGain(delay, 900.0), middle, 0.3);
@@ -138,9 +124,7 @@ TEST(Delay, CutsTheRepeatsBelowAndAboveByTwoPoles) {
 
 TEST(Delay, DriveBendsLoudRepeatsAndLeavesSoftOnes) {
     CPlainDelay delay;
-    delay.Set("Left Note", "1/4");
-    delay.Set("Feedback", "90");
-    delay.Set("Drive", "100");
+    delay.Set({{"Left Note", "1/4"}, {"Feedback", "90"}, {"Drive", "100"}});
     delay.Resume(48000.0f);
     const double straight = 20.0 * std::log10(0.9);
     EXPECT_NEAR(RepeatGain(delay, 500.0, 0.003f), straight, 0.1);

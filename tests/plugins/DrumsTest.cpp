@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedPlugin.h"
 
@@ -79,8 +75,7 @@ TEST(Drums, SendsADrumToItsPairBesidesTheMainOne) {
 TEST(Drums, ChangesItsMixWithoutAJump) {
     CLoadedPlugin plugin("QUIB drums");
     // A long pure kick shows every jump.
-    plugin.Set("Kick Decay", "500");
-    plugin.Set("Kick Snap", "0");
+    plugin.Set({{"Kick Decay", "500"}, {"Kick Snap", "0"}});
     for (const char* name : {"Kick Level", "Kick Pan", "Kick Tune", "Kick Decay", "Kick Tone", "Kick Colour",
                              "Kick Send", "Kit Drive", "Kit Crush", "Kit Velocity", "Kit Volume"}) {
         const int index = plugin.Find(name);
@@ -104,9 +99,7 @@ TEST(Drums, HatsWhistleAtNoFrequencyAboveTheirBand) {
         CLoadedPlugin plugin("QUIB drums", rate);
         for (const int kit : {0, 3, 8}) {
             plugin.Call(vst2::effSetProgram, 0, kit);
-            plugin.Set("Kit Crush", "0");
-            plugin.Set("Kit Drive", "0");
-            plugin.Set("Open Hat Colour", "100");
+            plugin.Set({{"Kit Crush", "0"}, {"Kit Drive", "0"}, {"Open Hat Colour", "100"}});
             plugin.Resume(rate);
             const Channels sound = plugin.Render(static_cast<long>(0.2f * rate), {{0, 0x90, 46, 100}});
             const auto level = [&](double hertz) {
@@ -127,8 +120,7 @@ TEST(Drums, HatsWhistleAtNoFrequencyAboveTheirBand) {
 
 TEST(Drums, RepeatsAStrokeWithoutAClick) {
     CLoadedPlugin plugin("QUIB drums");
-    plugin.Set("Kick Snap", "0");
-    plugin.Set("Kick Decay", "300");
+    plugin.Set({{"Kick Snap", "0"}, {"Kick Decay", "300"}});
     const float once = LargestStep(Strokes(plugin, {{0, 0x90, 36, 100}})[0], 0, kSecond);
     std::vector<Message> roll;
     for (long i = 0; i < 40; ++i) roll.push_back({i * 1003, 0x90, 36, 100});

@@ -1,10 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What holds for every built-in instrument.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <memory>
-#include <random>
 
 #include "plugins/CLoadedPlugin.h"
 

@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <sndfile.h>
 #include <unistd.h>
-
-#include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <numbers>
 
 #include "loops/LoopExports.h"
 #include "plugins/CLoadedPlugin.h"

@@ -1,9 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Chorus and flanger, measured.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedEffect.h"
 
@@ -16,15 +12,8 @@ constexpr long kSecond = 48000;
 
 struct COneVoice : CLoadedEffect {
     COneVoice() : CLoadedEffect("QUIB chorus") {
-        for (const auto& [name, shown] : {std::pair{"Voices", "1"},
-                                          {"Rate", "2"},
-                                          {"Depth", "8"},
-                                          {"Delay", "5"},
-                                          {"Spread", "0"},
-                                          {"Low Cut", "10"},
-                                          {"High Cut", "20000"}}) {
-            Set(name, shown);
-        }
+        Set({{"Voices", "1"}, {"Rate", "2"}, {"Depth", "8"}, {"Delay", "5"}, {"Spread", "0"}});
+        Set({{"Low Cut", "10"}, {"High Cut", "20000"}});
         Resume(48000.0f);
     }
 };
@@ -89,22 +78,17 @@ TEST(Chorus, IsAsLoudWithAnyNumberOfVoices) {
 
 TEST(Chorus, LeavesTheBassAlone) {
     COneVoice chorus;
-    chorus.Set("Low Cut", "500");
-    chorus.Set("Depth", "0");
+    chorus.Set({{"Low Cut", "500"}, {"Depth", "0"}});
     EXPECT_LT(Gain(chorus, 60.0), -34.0);
     EXPECT_NEAR(Gain(chorus, 4000.0), 0.0, 0.5);
 }
 
 TEST(Flanger, CombsByItsDelayAndRingsByItsFeedback) {
     CLoadedEffect flanger("QUIB flanger");
-    for (const auto& [name, shown] :
-         {std::pair{"Mix", "50"}, {"Delay", "2"}, {"Depth", "0"}, {"Feedback", "0"}, {"Low Cut", "10"}}) {
-        flanger.Set(name, shown);
-    }
+    flanger.Set({{"Mix", "50"}, {"Delay", "2"}, {"Depth", "0"}, {"Feedback", "0"}, {"Low Cut", "10"}});
     for (const double notch : {250.0, 750.0, 1250.0}) EXPECT_LT(Gain(flanger, notch), -25.0) << notch;
     for (const double peak : {500.0, 1000.0, 1500.0}) EXPECT_NEAR(Gain(flanger, peak), 0.0, 0.3) << peak;
-    flanger.Set("Mix", "100");
-    flanger.Set("Feedback", "80");
+    flanger.Set({{"Mix", "100"}, {"Feedback", "80"}});
     EXPECT_NEAR(Gain(flanger, 1000.0, 0.01f), 20.0 * std::log10(1.0 / (1.0 - 0.8)), 0.5);
     EXPECT_NEAR(Gain(flanger, 1250.0, 0.01f), 20.0 * std::log10(1.0 / (1.0 + 0.8)), 0.5);
     flanger.Set("Feedback", "-80");
@@ -115,9 +99,7 @@ TEST(Flanger, SweepsOncePerNoteOfTheSong) {
     for (const double tempo : {90.0, 120.0}) {
         CLoadedEffect flanger("QUIB flanger");
         flanger.SetTempo(tempo);
-        for (const auto& [name, shown] : {std::pair{"Mix", "50"}, {"Sync", "Note"}, {"Note", "1 bar"}}) {
-            flanger.Set(name, shown);
-        }
+        flanger.Set({{"Mix", "50"}, {"Sync", "Note"}, {"Note", "1 bar"}});
         flanger.Resume(48000.0f);
         const auto bar = static_cast<long>(4.0 * 60.0 / tempo * kRate);
         const StereoSignal out = flanger.Run(SineTone(3 * bar, 1000.0, kRate, 0.3f));

@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedEffect.h"
 
@@ -13,10 +9,7 @@ namespace {
 // The late reverberation alone, undamped.
 struct CLateReverb : CLoadedEffect {
     explicit CLateReverb(float rate = 44100.0f) : CLoadedEffect("QUIB reverb", rate) {
-        Set("Early", "-oo");
-        Set("High Decay", "100");
-        Set("Low Cut", "10");
-        Set("High Cut", "20000");
+        Set({{"Early", "-oo"}, {"High Decay", "100"}, {"Low Cut", "10"}, {"High Cut", "20000"}});
     }
 };
 
@@ -93,9 +86,7 @@ TEST(Reverb, DecaysAsLongAsItSays) {
 TEST(Reverb, DampsHighsByTheirOwnDecayTime) {
     constexpr double kRate = 48000.0;
     CLateReverb reverb(48000.0f);
-    reverb.Set("Decay", "3");
-    reverb.Set("High Decay", "30");
-    reverb.Set("Damping", "1500");
+    reverb.Set({{"Decay", "3"}, {"High Decay", "30"}, {"Damping", "1500"}});
     const StereoSignal out = Response(reverb, 5.0, kRate);
     EXPECT_NEAR(DecaySeconds(Band(out.left, 150.0, kRate, false), kRate), 3.0, 0.3);
     EXPECT_NEAR(DecaySeconds(Band(out.left, 12000.0, kRate, true), kRate), 0.9, 0.15);

@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 
 #include "plugins/CLoadedPlugin.h"
 
@@ -119,9 +115,7 @@ void MakeWhistle(CLoadedPlugin& plugin, const char* type, float rate) {
     MakePlain(plugin, "Saw");
     plugin.Set("Osc 1 Level", "-oo");
     plugin.Set("Filter Type", type);
-    plugin.Set("Cutoff", "261.626");
-    plugin.Set("Key > Cutoff", "100");
-    plugin.Set("Resonance", "100");
+    plugin.Set({{"Cutoff", "261.626"}, {"Key > Cutoff", "100"}, {"Resonance", "100"}});
     plugin.Resume(rate);
 }
 
@@ -249,8 +243,7 @@ TEST(Synth, ChangesAnyParameterOrProgramWithoutAJump) {
 TEST(Synth, TakesTheOldestVoiceWithoutAJump) {
     CLoadedPlugin plugin("QUIB synth");
     MakePlain(plugin, "Sine");
-    plugin.Set("Volume", "-30");
-    plugin.Set("Amp Attack", "20");
+    plugin.Set({{"Volume", "-30"}, {"Amp Attack", "20"}});
     std::vector<Message> messages;
     messages.reserve(48);
     for (int i = 0; i < 48; ++i) messages.push_back({1000L * i, 0x90, 24 + i, 100});
@@ -264,8 +257,7 @@ TEST(Synth, TakesTheOldestVoiceWithoutAJump) {
 TEST(Synth, GlidesInLegatoModeAndReturnsToTheHeldKey) {
     CLoadedPlugin plugin("QUIB synth");
     MakePlain(plugin, "Sine");
-    plugin.Set("Play Mode", "Legato");
-    plugin.Set("Glide Time", "100");
+    plugin.Set({{"Play Mode", "Legato"}, {"Glide Time", "100"}});
     plugin.Resume(static_cast<float>(kRate));
     const Channels sound =
         plugin.Render(3 * kSecond, {{0, 0x90, 57, 100}, {kSecond, 0x90, 69, 100}, {2 * kSecond, 0x80, 69, 0}});

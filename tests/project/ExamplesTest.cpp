@@ -1,13 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <sstream>
-
+#include "Testing.h"
 #include "model/plugin/CPluginFinder.h"
 #include "project/GeneratedProject.h"
 #include "project/ProjectFile.h"

@@ -133,34 +133,6 @@ ProjectState EveryRecord() {
     return state;
 }
 
-ProjectState Large(int instruments, int notes, int points) {
-    ProjectState state;
-    const int perLane = points / std::max(1, instruments * 4);
-    for (int i = 0; i < instruments; ++i) {
-        auto instrument = std::make_shared<CInstrument>();
-        instrument->title = "Track " + std::to_string(i + 1);
-        for (std::size_t p = 0; p < instrument->patterns.size(); ++p) {
-            std::vector<Note> list;
-            for (int n = 0; n < notes; ++n) {
-                list.push_back({static_cast<float>(n) * 0.3711F, 0.125F * static_cast<float>(1 + n % 16), 24 + n % 80,
-                                1 + n % 127});
-            }
-            instrument->patterns[p].Prepare(std::make_shared<const CPattern>(notes, std::move(list)));
-        }
-        CEventLanesBuilder builder;
-        for (int lane = 0; lane < 4; ++lane) {
-            PointList list;
-            for (int n = 0; n < perLane; ++n) {
-                list.push_back({static_cast<float>(n) * 0.53F, static_cast<float>(n % 997) * 0.00101F});
-            }
-            builder.Append(CEventLanes::kSongSlot, lane, std::move(list));
-        }
-        instrument->mixLanes.Prepare(std::make_shared<const CEventLanes>(builder.Build()));
-        state.instruments.push_back(std::move(instrument));
-    }
-    return state;
-}
-
 std::string BytesOf(const ProjectState& state) {
     CRecordWriter writer;
     WriteProject(writer, state);

@@ -6,15 +6,9 @@
 // processes.
 #include "TestPlugin.h"
 
-namespace {
-
 class CAsker final : public CTestPlugin {
 public:
-    explicit CAsker(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        BecomeSynth();
-        SetParameterCount(2);
-        name = "Asker";
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'A', 's');
+    explicit CAsker(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback, EKind::kSynth, "Asker", "tsAs", 2) {
         timeInEntry = Ask(vst2::audioMasterGetTime, nullptr);
         versionInEntry = host(nullptr, vst2::audioMasterVersion, 0, 0, nullptr, 0.0F);
     }
@@ -23,22 +17,20 @@ private:
     std::intptr_t Ask(std::int32_t opcode, void* pointer) { return host(&effect, opcode, 0, 0, pointer, 0.75F); }
 
     void Process(float**, float** out, std::int32_t frames) override {
-        for (int channel = 0; channel < 2; ++channel)
-            std::memset(out[channel], 0, static_cast<std::size_t>(frames) * 4);
+        Fill(out, frames, 0.0F);
         timeInProcess = Ask(vst2::audioMasterGetTime, nullptr);
         Ask(vst2::audioMasterAutomate, nullptr);
         eventCount = static_cast<std::intptr_t>(events.size());
     }
 
-    std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
-                           float option) override {
-        if (opcode == vst2::effEditIdle) {
+    std::intptr_t Dispatch(const Call& call) override {
+        if (call.opcode == vst2::effEditIdle) {
             Ask(vst2::audioMasterBeginEdit, nullptr);
             return Ask(vst2::audioMasterAutomate, nullptr);
         }
-        if (opcode != vst2::effVendorSpecific) return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
+        if (call.opcode != vst2::effVendorSpecific) return CTestPlugin::Dispatch(call);
         const std::intptr_t known[] = {timeInEntry, versionInEntry, timeInProcess, eventCount};
-        return index < 0 ? known[-index - 1] : Ask(index, pointer);
+        return call.index < 0 ? known[-call.index - 1] : Ask(call.index, call.pointer);
     }
 
     std::intptr_t timeInEntry = 0;
@@ -46,7 +38,5 @@ private:
     std::intptr_t timeInProcess = 0;
     std::intptr_t eventCount = 0;
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CAsker, VSTPluginMain)

@@ -5,18 +5,12 @@
 
 #include "TestPlugin.h"
 
-namespace {
-
 class CChunkSynth final : public CTestPlugin {
 public:
-    explicit CChunkSynth(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        BecomeSynth();
-        SetParameterCount(kParameters);
-        effect.numPrograms = kPrograms;
+    explicit CChunkSynth(vst2::HostCallback hostCallback)
+        : CTestPlugin(hostCallback, EKind::kSynth, "Chunk synth", "tsCh", kParameters, kPrograms) {
         effect.flags |= vst2::effFlagsProgramChunks;
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'C', 'h');
-        name = "Chunk synth";
-        for (int index = 0; index < kPrograms; ++index) bank.programs[static_cast<std::size_t>(index)][0] = 0.01F;
+        for (Program& made : bank.programs) made[0] = 0.01F;
         TakeParameters(bank.programs[0]);
     }
 
@@ -33,30 +27,29 @@ private:
     void Recall() { TakeParameters(Current()); }
     Program& Current() { return bank.programs[static_cast<std::size_t>(program)]; }
 
-    std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
-                           float option) override {
-        switch (opcode) {
+    std::intptr_t Dispatch(const Call& call) override {
+        switch (call.opcode) {
             case vst2::effSetProgram:
                 Store();
-                program = value;
+                program = call.value;
                 Recall();
                 return 0;
             case vst2::effGetChunk:
                 Store();
                 bank.current = static_cast<std::int32_t>(program);
-                *static_cast<void**>(pointer) = index == 0 ? static_cast<void*>(&bank) : Current().data();
-                return index == 0 ? sizeof bank : sizeof(Program);
+                *static_cast<void**>(call.pointer) = call.index == 0 ? static_cast<void*>(&bank) : Current().data();
+                return call.index == 0 ? sizeof bank : sizeof(Program);
             case vst2::effSetChunk:
-                SetChunk(index, value, pointer);
+                SetChunk(call.index, call.value, call.pointer);
                 // Tells the host of every parameter, as real ones do.
                 for (int i = 0; i < kParameters; ++i) host(&effect, vst2::audioMasterAutomate, i, 0, nullptr, 0.5F);
                 return 1;
             case vst2::effGetProgramName:
-                return Copy("Chunk " + std::to_string(program), pointer);
+                return Copy("Chunk " + std::to_string(program), call.pointer);
             case vst2::effVendorSpecific:
                 return chunksGiven;
             default:
-                return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
+                return CTestPlugin::Dispatch(call);
         }
     }
 
@@ -74,16 +67,12 @@ private:
 
     void Process(float**, float** out, std::int32_t frames) override {
         for (const Event& event : events) held = event.status == 0x90 && event.data2 > 0;
-        float sum = 0;
-        for (const float value : parameters) sum += value;
-        for (int i = 0; i < frames; ++i) out[0][i] = out[1][i] = held ? sum : 0.0F;
+        Fill(out, frames, held ? Sum() : 0.0F);
     }
 
     Bank bank;
     std::intptr_t chunksGiven = 0;
     bool held = false;
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CChunkSynth, VSTPluginMain)

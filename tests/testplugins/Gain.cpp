@@ -3,15 +3,10 @@
 // equal input and output buffers its output is a constant. Exports `main` alone.
 #include "TestPlugin.h"
 
-namespace {
-
 class CGain final : public CTestPlugin {
 public:
-    explicit CGain(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        SetParameterCount(1);
+    explicit CGain(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback, EKind::kEffect, "Gain", "tsGn", 1) {
         parameters[0] = 0.5F;
-        name = "Gain";
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'G', 'n');
     }
 
 private:
@@ -22,8 +17,6 @@ private:
         }
     }
 };
-
-}  // namespace
 
 extern "C" __attribute__((visibility("default"))) vst2::AEffect* OldEntry(vst2::HostCallback host) __asm__("main");
 vst2::AEffect* OldEntry(vst2::HostCallback host) { return &(new CGain(host))->effect; }

@@ -5,15 +5,10 @@
 
 #include "TestPlugin.h"
 
-namespace {
-
 class CKeyCounter final : public CTestPlugin {
 public:
-    explicit CKeyCounter(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        BecomeSynth();
-        name = "Key counter";
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'K', 'C');
-    }
+    explicit CKeyCounter(vst2::HostCallback hostCallback)
+        : CTestPlugin(hostCallback, EKind::kSynth, "Key counter", "tsKC") {}
 
 private:
     void Process(float**, float** out, std::int32_t frames) override {
@@ -32,7 +27,5 @@ private:
     std::bitset<128> down;
     bool struck = false;
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CKeyCounter, VSTPluginMain)

@@ -3,15 +3,11 @@
 // after the first block.
 #include "TestPlugin.h"
 
-namespace {
-
 class CMono final : public CTestPlugin {
 public:
-    explicit CMono(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        effect.numInputs = 1;
-        effect.numOutputs = 1;
-        name = "QUIB compressor";
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'M', 'o');
+    explicit CMono(vst2::HostCallback hostCallback)
+        : CTestPlugin(hostCallback, EKind::kEffect, "QUIB compressor", "tsMo") {
+        effect.numInputs = effect.numOutputs = 1;
     }
 
 private:
@@ -20,7 +16,5 @@ private:
         effect.initialDelay = 64;
     }
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CMono, VSTPluginMain)

@@ -5,22 +5,14 @@
 // changed flags in the second frame.
 #include "TestPlugin.h"
 
-namespace {
-
 class CNoteProbe final : public CTestPlugin {
 public:
-    explicit CNoteProbe(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        BecomeSynth();
-        SetParameterCount(4);
-        name = "Note probe";
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'N', 'P');
-    }
+    explicit CNoteProbe(vst2::HostCallback hostCallback)
+        : CTestPlugin(hostCallback, EKind::kSynth, "Note probe", "tsNP", 4) {}
 
 private:
     void Process(float**, float** out, std::int32_t frames) override {
-        for (int channel = 0; channel < 2; ++channel) {
-            for (int i = 0; i < frames; ++i) out[channel][i] = parameters[0];
-        }
+        Fill(out, frames, parameters[0]);
         if (parameters[1] > 0.5F) return ReportTime(out, frames);
         for (const Event& event : events) {
             const float mark = static_cast<float>(event.data1) / 128.0F;
@@ -45,7 +37,5 @@ private:
         out[1][1] = (time->flags & vst2::kVstTransportChanged) != 0 ? 1.0F : 0.0F;
     }
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CNoteProbe, VSTPluginMain)

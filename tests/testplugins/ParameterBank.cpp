@@ -6,19 +6,13 @@
 
 #include "TestPlugin.h"
 
-namespace {
-
 class CParameterBank final : public CTestPlugin {
 public:
-    explicit CParameterBank(vst2::HostCallback hostCallback) : CTestPlugin(hostCallback) {
-        SetParameterCount(kParameters);
-        effect.numPrograms = kPrograms;
-        effect.uniqueId = vst2::FourCharacters('t', 's', 'P', 'B');
+    explicit CParameterBank(vst2::HostCallback hostCallback)
+        : CTestPlugin(hostCallback, EKind::kEffect, "Parameter bank", "tsPB", kParameters, kPrograms) {
         effect.version = 7;
-        name = "Parameter bank";
-        for (int index = 0; index < kPrograms; ++index) {
-            programs[static_cast<std::size_t>(index)].name = "Program " + std::to_string(index);
-        }
+        for (std::size_t index = 0; index < kPrograms; ++index)
+            programs[index].name = "Program " + std::to_string(index);
     }
 
 private:
@@ -36,28 +30,26 @@ private:
         if (Current().named) Current().values[static_cast<std::size_t>(index)] = value;
     }
 
-    std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer,
-                           float option) override {
-        switch (opcode) {
+    std::intptr_t Dispatch(const Call& call) override {
+        switch (call.opcode) {
             case vst2::effSetProgram:
                 Current().named = false;
-                program = value;
+                program = call.value;
                 TakeParameters(Current().values);
                 return 0;
             case vst2::effSetProgramName:
-                Current().name = static_cast<const char*>(pointer);
+                Current().name = static_cast<const char*>(call.pointer);
                 Current().named = true;
                 return 1;
             case vst2::effGetProgramName:
-                return Copy(Current().name, pointer);
+                return Copy(Current().name, call.pointer);
             default:
-                return CTestPlugin::Dispatch(opcode, index, value, pointer, option);
+                return CTestPlugin::Dispatch(call);
         }
     }
 
     void Process(float** in, float** out, std::int32_t frames) override {
-        float sum = 0;
-        for (const float value : parameters) sum += value;
+        const float sum = Sum();
         for (int channel = 0; channel < 2; ++channel) {
             for (int i = 0; i < frames; ++i) out[channel][i] = in[channel][i] * sum;
         }
@@ -65,7 +57,5 @@ private:
 
     std::array<Program, kPrograms> programs;
 };
-
-}  // namespace
 
 QUIB_TEST_PLUGIN_ENTRY(CParameterBank, VSTPluginMain)

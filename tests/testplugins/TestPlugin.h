@@ -4,6 +4,7 @@
 // Base of the plug-ins that the tests load. A derived class says what it is in its constructor and
 // overrides what it does.
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <string>
@@ -13,7 +14,12 @@
 
 class CTestPlugin {
 public:
-    explicit CTestPlugin(vst2::HostCallback hostCallback) : host(hostCallback) {
+    enum class EKind { kEffect, kSynth };
+
+    // `code` has four characters; `name` is the effect's name.
+    CTestPlugin(vst2::HostCallback hostCallback, EKind kind, const char* pluginName, const char* code,
+                int parameterCount = 0, int programCount = 1)
+        : host(hostCallback), name(pluginName), parameters(static_cast<std::size_t>(parameterCount)) {
         effect.magic = vst2::kEffectMagic;
         effect.dispatcher = [](vst2::AEffect* e, std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                void* pointer, float option) -> std::intptr_t {
@@ -22,20 +28,27 @@ public:
                 delete self;
                 return 1;
             }
-            return self->Dispatch(opcode, index, value, pointer, option);
+            return self->Dispatch({opcode, index, value, pointer, option});
         };
         effect.setParameter = [](vst2::AEffect* e, std::int32_t index, float value) {
             Self(e)->SetParameter(index, value);
         };
-        effect.getParameter = [](vst2::AEffect* e, std::int32_t index) { return Self(e)->GetParameter(index); };
+        effect.getParameter = [](vst2::AEffect* e, std::int32_t index) {
+            return index >= 0 && index < e->numParams ? Self(e)->parameters[static_cast<std::size_t>(index)].load()
+                                                      : 0.0F;
+        };
         effect.processReplacing = [](vst2::AEffect* e, float** in, float** out, std::int32_t frames) {
             Self(e)->Process(in, out, frames);
             Self(e)->events.clear();
         };
-        effect.flags = vst2::effFlagsCanReplacing;
-        effect.numInputs = 2;
+        const bool isSynth = kind == EKind::kSynth;
+        category = isSynth ? vst2::kPlugCategSynth : vst2::kPlugCategEffect;
+        effect.flags = vst2::effFlagsCanReplacing | (isSynth ? vst2::effFlagsIsSynth : 0);
+        effect.numInputs = isSynth ? 0 : 2;
         effect.numOutputs = 2;
-        effect.numPrograms = 1;
+        effect.numParams = parameterCount;
+        effect.numPrograms = programCount;
+        effect.uniqueId = vst2::FourCharacters(code[0], code[1], code[2], code[3]);
         effect.object = this;
         effect.version = 1;
         events.reserve(4096);
@@ -54,46 +67,42 @@ protected:
         int data2;
     };
 
-    void BecomeSynth() {
-        category = vst2::kPlugCategSynth;
-        effect.flags |= vst2::effFlagsIsSynth;
-        effect.numInputs = 0;
-    }
+    // What the host calls the dispatcher with.
+    struct Call {
+        std::int32_t opcode;
+        std::int32_t index;
+        std::intptr_t value;
+        void* pointer;
+        float option;
+    };
 
     virtual void Process(float** in, float** out, std::int32_t frames) = 0;
     virtual void SetParameter(std::int32_t index, float value) {
-        if (index >= 0 && index < static_cast<std::int32_t>(parameters.size())) {
-            parameters[static_cast<std::size_t>(index)] = value;
-        }
+        if (index >= 0 && index < effect.numParams) parameters[static_cast<std::size_t>(index)] = value;
     }
-    virtual float GetParameter(std::int32_t index) {
-        return index >= 0 && index < static_cast<std::int32_t>(parameters.size())
-                   ? parameters[static_cast<std::size_t>(index)].load(std::memory_order_relaxed)
-                   : 0.0F;
-    }
-    virtual std::intptr_t Dispatch(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer, float) {
-        switch (opcode) {
+    virtual std::intptr_t Dispatch(const Call& call) {
+        switch (call.opcode) {
             case vst2::effGetPlugCategory:
                 return category;
             case vst2::effGetEffectName:
-                return Copy(name, pointer);
+                return Copy(name, call.pointer);
             case vst2::effGetVendorString:
-                return Copy("QUIB tests", pointer);
+                return Copy("QUIB tests", call.pointer);
             case vst2::effGetParamName:
-                return Copy("Parameter " + std::to_string(index), pointer);
+                return Copy("Parameter " + std::to_string(call.index), call.pointer);
             case vst2::effGetProgram:
                 return program;
             case vst2::effSetProgram:
-                program = value;
+                program = call.value;
                 events.clear();
                 return 0;
             case vst2::effMainsChanged:
                 events.clear();
                 return 0;
             case vst2::effCanDo:
-                return std::strcmp(static_cast<const char*>(pointer), "receiveVstMidiEvent") == 0;
+                return std::strcmp(static_cast<const char*>(call.pointer), "receiveVstMidiEvent") == 0;
             case vst2::effProcessEvents:
-                return TakeEvents(*static_cast<const vst2::VstEvents*>(pointer));
+                return TakeEvents(*static_cast<const vst2::VstEvents*>(call.pointer));
             default:
                 return 0;
         }
@@ -111,14 +120,19 @@ protected:
         return 1;
     }
 
-    void SetParameterCount(int count) {
-        effect.numParams = count;
-        parameters = std::vector<std::atomic<float>>(static_cast<std::size_t>(count));
+    static void Fill(float** out, std::int32_t frames, float value) {
+        for (const int channel : {0, 1}) std::fill_n(out[channel], frames, value);
+    }
+
+    float Sum() const {
+        float sum = 0;
+        for (const float value : parameters) sum += value;
+        return sum;
     }
 
     vst2::HostCallback host;
-    std::int32_t category = vst2::kPlugCategEffect;
-    std::string name = "Test";
+    std::int32_t category;
+    std::string name;
     std::intptr_t program = 0;
     // Set by the user's thread and by the one that renders, as the interface allows.
     std::vector<std::atomic<float>> parameters;

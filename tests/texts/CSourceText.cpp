@@ -2,9 +2,6 @@
 #include "texts/CSourceText.h"
 
 #include <QRegularExpression>
-#include <cctype>
-#include <fstream>
-#include <sstream>
 
 namespace quib {
 

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #pragma once
 
 // The string literals and numbers of C++ sources, and which of them name a text of the windows.
-
-#include <filesystem>
-#include <set>
-#include <string>
-#include <vector>
 
 namespace quib {
 

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/Texts.h"
 
-#include <gtest/gtest.h>
-
 #include <QRegularExpression>
-#include <algorithm>
 
 #include "model/StripSettings.h"
 #include "texts/CSourceText.h"

@@ -3,14 +3,8 @@
 
 // Runs the command-line programs as a user would and keeps what they print.
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "Testing.h"
 
 namespace quib {
 

@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
-
+#include "Testing.h"
 #include "engine/strip/StripKernels.h"
 
 namespace quib {

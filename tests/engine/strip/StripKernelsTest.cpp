@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/strip/StripKernels.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <bit>
-#include <cstring>
-
 #include "MixerRig.h"
+#include "Testing.h"
 
 namespace quib {
 namespace {

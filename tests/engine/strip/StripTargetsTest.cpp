@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Testing.h"
 #include "engine/strip/StripTargets.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
 
 namespace quib {
 namespace {

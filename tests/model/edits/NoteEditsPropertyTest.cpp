@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstring>
-#include <functional>
-#include <string>
 
 #include "NotePatterns.h"
+#include "Testing.h"
 #include "model/edits/Chord.h"
 #include "model/edits/NoteClip.h"
 #include "model/edits/NoteEdits.h"

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/files/InstrumentFile.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-
+#include "Testing.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/PatternRecords.h"
 

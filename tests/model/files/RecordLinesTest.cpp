@@ -1,13 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <bit>
-#include <cstdio>
-#include <cstdlib>
-#include <limits>
-#include <random>
-#include <string>
-
+#include "Testing.h"
 #include "model/files/CRecordReader.h"
 #include "model/files/CRecordWriter.h"
 
@@ -38,21 +31,11 @@ float ReadBack(const std::string& text) {
 
 TEST(RecordNumbers, RealsAreWrittenAsPrintfWritesThem) {
     std::mt19937 random(1);
-    std::vector<float> values = {0.0F,
-                                 -0.0F,
-                                 0.5F,
-                                 0.00005F,
-                                 -0.00005F,
-                                 0.03125F,
-                                 0.09375F,
-                                 2.5e-5F,
-                                 8.6e9F,
-                                 -1e15F,
-                                 std::numeric_limits<float>::max(),
-                                 std::numeric_limits<float>::denorm_min(),
-                                 std::numeric_limits<float>::infinity(),
-                                 0.000030517578125F,
-                                 99999.99995F};
+    using Limits = std::numeric_limits<float>;
+    std::vector<float> values = {Limits::max(), Limits::denorm_min(), Limits::infinity(), 0.000030517578125F};
+    for (const float value :
+         {0.0F, -0.0F, 0.5F, 5e-5F, -5e-5F, 0.03125F, 0.09375F, 2.5e-5F, 8.6e9F, -1e15F, 99999.99995F})
+        values.push_back(value);
     for (int i = 0; i < 100000; ++i) {
         values.push_back(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
         // Multiples of 1/32768 end in many exact ties of the last decimal.
@@ -69,17 +52,11 @@ TEST(RecordNumbers, RealsAreWrittenAsPrintfWritesThem) {
 
 TEST(RecordNumbers, RealsAreReadAsTheCLibraryReadsThem) {
     std::mt19937_64 random(2);
-    std::vector<std::string> texts = {"",          "  12.5",
-                                      "+3",        "-0.0000",
-                                      "1e3",       "12abc",
-                                      "abc",       "-.5",
-                                      "5.",        "--1",
-                                      "+-1",       "1e-50",
-                                      "0.1e-44",   "1.5;x",
-                                      " \t7",      ".",
-                                      "-",         "1e",
-                                      "16777217",  "16777217.0000000001",
-                                      "8388609.5", "340282346638528859811704183484516925440"};
+    std::vector<std::string> texts = {"340282346638528859811704183484516925440", "16777217.0000000001"};
+    for (const char* const text :
+         {"",    "  12.5", "+3",      "-0.0000", "1e3",  "12abc", "abc", "-.5", "5.",       "--1",
+          "+-1", "1e-50",  "0.1e-44", "1.5;x",   " \t7", ".",     "-",   "1e",  "16777217", "8388609.5"})
+        texts.emplace_back(text);
     for (int i = 0; i < 60000; ++i) {
         texts.push_back(
             Printed("%.4f", static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())))));

@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
 
-#include <array>
-#include <bit>
-#include <memory>
-#include <string>
-#include <tuple>
-
+#include "Testing.h"
 #include "model/plugin/CPlugin.h"
 #include "model/plugin/CPluginFinder.h"
 #include "model/plugin/vst2/CVst2Plugin.h"

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Loading and calling plug-ins, and what they are told when they ask.
-#include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
-#include <thread>
-#include <vector>
-
+#include "Testing.h"
 #include "model/plugin/vst2/CVst2Plugin.h"
 #include "platform/FloatingPointMode.h"
 
@@ -31,6 +26,11 @@ protected:
 
     std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
+    }
+    // Throws, as a test cannot go on without it.
+    std::shared_ptr<CPlugin> Loaded(const std::string& name) {
+        auto plugin = Load(name, ESlotKind::kInstrument);
+        return plugin ? plugin : throw std::runtime_error(error);
     }
     static std::intptr_t Ask(CPlugin& asker, int hostOpcode, void* pointer = nullptr) {
         return dynamic_cast<CVst2Plugin&>(asker).Dispatch(effVendorSpecific, hostOpcode, 0, pointer);
@@ -79,8 +79,7 @@ TEST_F(CPluginHostTest, AMonoPluginHasTwoBuffersOnEachSideAndShowsTheNameOfItsUs
 }
 
 TEST_F(CPluginHostTest, EveryQuestionOfAPluginHasItsFixedAnswer) {
-    const auto asker = Load("Asker", ESlotKind::kInstrument);
-    ASSERT_TRUE(asker) << error;
+    const auto asker = Loaded("Asker");
     for (int opcode = 0; opcode <= 60; ++opcode) {
         if (opcode == audioMasterGetTime) continue;
         std::intptr_t expected = 0;
@@ -100,8 +99,7 @@ TEST_F(CPluginHostTest, EveryQuestionOfAPluginHasItsFixedAnswer) {
 }
 
 TEST_F(CPluginHostTest, IdleRequestsReachTheApplicationFromItsOwnThreadOnly) {
-    const auto asker = Load("Asker", ESlotKind::kInstrument);
-    ASSERT_TRUE(asker) << error;
+    const auto asker = Loaded("Asker");
     EXPECT_FALSE(asker->NeedsIdle());
     Ask(*asker, audioMasterNeedIdle);
     EXPECT_TRUE(asker->NeedsIdle());
@@ -113,8 +111,7 @@ TEST_F(CPluginHostTest, IdleRequestsReachTheApplicationFromItsOwnThreadOnly) {
 }
 
 TEST_F(CPluginHostTest, TheTimeToldDependsOnTheThreadThatAsks) {
-    const auto asker = Load("Asker", ESlotKind::kInstrument);
-    ASSERT_TRUE(asker) << error;
+    const auto asker = Loaded("Asker");
     EXPECT_EQ(Ask(*asker, -1), 0) << "during the entry call nobody owns the effect yet";
     const auto* const editing = reinterpret_cast<const VstTimeInfo*>(Ask(*asker, audioMasterGetTime));
     ASSERT_NE(editing, nullptr);
@@ -155,8 +152,7 @@ TEST_F(CPluginHostTest, OnlyWhatTheUserMovesInThePluginsWindowIsReported) {
 TEST_F(CPluginHostTest, ForeignCodeLeavesTheFloatingPointModeAsItWas) {
     const CFloatingPointScope keepMode;
     const unsigned before = ReadFloatingPointMode();
-    const auto trouble = Load("Trouble", ESlotKind::kInstrument);
-    ASSERT_TRUE(trouble) << error;
+    const auto trouble = Loaded("Trouble");
     EXPECT_EQ(ReadFloatingPointMode(), before) << "after loading";
     trouble->SetParameter(0, 0.3F);
     trouble->Process(64);
@@ -164,8 +160,7 @@ TEST_F(CPluginHostTest, ForeignCodeLeavesTheFloatingPointModeAsItWas) {
 }
 
 TEST_F(CPluginHostTest, ABlockHandsOverNoMoreEventsThanItHasRoomFor) {
-    const auto asker = Load("Asker", ESlotKind::kInstrument);
-    ASSERT_TRUE(asker) << error;
+    const auto asker = Loaded("Asker");
     const std::vector<BlockEvent> events(kMaximumBlockEvents + 100, BlockEvent{0x90, 60, 100, 0});
     asker->SendEvents(events);
     asker->Process(64);
@@ -173,8 +168,7 @@ TEST_F(CPluginHostTest, ABlockHandsOverNoMoreEventsThanItHasRoomFor) {
 }
 
 TEST_F(CPluginHostTest, AnExclusiveChangeKeepsTheRenderThreadOut) {
-    const auto asker = Load("Asker", ESlotKind::kInstrument);
-    ASSERT_TRUE(asker) << error;
+    const auto asker = Loaded("Asker");
     const std::vector<BlockEvent> events(3, BlockEvent{0x90, 60, 100, 0});
     {
         const CPlugin::CExclusive exclusive(*asker);
@@ -196,8 +190,7 @@ using CPluginHostDeathTest = CPluginHostTest;
 
 TEST_F(CPluginHostDeathTest, WritingPastTheLastOutputBufferEndsAtTheGuardPage) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto probe = Load("NoteProbe", ESlotKind::kInstrument);
-    ASSERT_TRUE(probe) << error;
+    const auto probe = Loaded("NoteProbe");
     auto* const last = const_cast<float*>(probe->Output(1));
     last[CPlugin::kMaximumFrames - 1] = 1.0F;
     EXPECT_DEATH(*static_cast<volatile float*>(last + CPlugin::kMaximumFrames) = 1.0F, "");

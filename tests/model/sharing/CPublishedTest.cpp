@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/sharing/CPublished.h"
 
-#include <gtest/gtest.h>
-
-#include <thread>
-#include <vector>
-
+#include "Testing.h"
 #include "platform/SpinPause.h"
 
 namespace quib {

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The two channels between threads that carry no ownership: bounded queue and triple buffer.
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <thread>
-
+#include "Testing.h"
 #include "model/sharing/CBoundedQueue.h"
 #include "model/sharing/CTripleBuffer.h"
 
