@@ -26,6 +26,7 @@ struct EngineCommand {
     std::int32_t value = 0;
     float x = 0;
     float y = 0;
+    std::uint32_t time = 0;  // kPlayNote: millisecond at which the key moved; 0: with the next block
 };
 
 // Render thread to editing thread.
