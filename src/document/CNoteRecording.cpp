@@ -53,11 +53,10 @@ void CNoteRecording::Look() {
 void CNoteRecording::Take(const EngineNotice& notice) {
     const auto current = selection.CurrentInstrument();
     const bool isCurrent = current && current->Id() == notice.instrument;
-    if (notice.x < 0) {
-        if (isCurrent && onStepEntry) onStepEntry(notice.value, notice.lane);
-    } else if (isCurrent || notice.lane == 0) {
-        take->Take(notice, current, options);
-    }
+    const bool ends = notice.lane == 0;
+    if (!isCurrent && !ends) return;
+    if ((notice.x < 0 || ends) && onStepEntry) onStepEntry(notice.value, notice.lane);
+    if (notice.x >= 0) take->Take(notice, current, options);
 }
 
 void CNoteRecording::Tick() {

@@ -40,8 +40,9 @@ void CNoteCapture::Tell(const BlockContext& block, const CTransport& transport) 
                             play.currentPattern};
         notice.x = -1;
         const bool wanted = transport.playing ? settings.recording.IsOn() : settings.stepEntry.IsOn();
-        const bool silent = transport.playing && play.currentStep < 0 && note.velocity > 0;
-        if (!wanted || silent) continue;
+        const bool silent = transport.playing && play.currentStep < 0;
+        // Ends are always told: their notes may have begun in the other state.
+        if (note.velocity > 0 && (!wanted || silent)) continue;
         if (transport.playing) Locate(notice, note, block, transport);
         notices.TryPush(notice);
     }

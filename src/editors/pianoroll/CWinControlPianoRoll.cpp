@@ -47,9 +47,14 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     frames.setTimerType(Qt::PreciseTimer);
     connect(&frames, &QTimer::timeout, this, [this] { roll->SetPlayhead(playhead.At(Nanoseconds())); });
     setMinimumSize(640, 400);
+    Document().NoteRecording().onStepEntry = [this](int key, int velocity) { roll->Keys().EnterStep(key, velocity); };
 }
 
-CWinControlPianoRoll::~CWinControlPianoRoll() { RemoveAll(); }
+CWinControlPianoRoll::~CWinControlPianoRoll() {
+    Document().NoteRecording().onStepEntry = {};
+    SetStepEntry(false);
+    RemoveAll();
+}
 
 void CWinControlPianoRoll::Build() {
     const auto options = roll != nullptr ? std::optional(roll->options) : std::nullopt;
@@ -136,8 +141,21 @@ void CWinControlPianoRoll::UpdateScrollBars() {
     for (CScrollCtrl* const bar : {keyScroll, timeScroll}) bar->Refresh();
 }
 
+// A window that is hidden takes nothing.
+void CWinControlPianoRoll::SetStepEntry(bool on) {
+    stepEntry = on;
+    roll->Keys().EndSteps();
+    Document().Audio().noteCapture.stepEntry.Set(on && isVisible() ? 1.0F : 0.0F);
+}
+
+void CWinControlPianoRoll::showEvent(QShowEvent* event) {
+    CToolWindow::showEvent(event);
+    SetStepEntry(stepEntry);
+}
+
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
+    Document().Audio().noteCapture.stepEntry.Set(0.0F);
     gesture.reset();
     CToolWindow::hideEvent(event);
 }
