@@ -28,7 +28,7 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
     };
     add(menu, Text("Overdub"), !now.replace, {false, now.grid, now.strength});
     add(menu, Text("Replace"), now.replace, {true, now.grid, now.strength});
-    menu.addSection(Text("Quantise what is played"));
+    menu.addSection(Text("Quantise input"));
     const EngineSettings& engine = station.Audio().settings;
     const double whole = static_cast<double>(engine.stepsPerBeat.Get()) * engine.beatUnit.Get();
     for (const int part : kInputGrids) {
