@@ -19,11 +19,11 @@ constexpr MixSettings kMixSettings = [] {
 }();
 static_assert(std::ranges::count(kMixSettings, nullptr) == 0, "two settings have the same lane index");
 
-LaneDescription Continuous(const char* name, float minimum, float maximum, LaneKind kind = LaneKind::Continuous) {
+LaneDescription Continuous(const char* name, float minimum, float maximum, ELaneKind kind = ELaneKind::kContinuous) {
     return {name, minimum, maximum, 0.0F, kind};
 }
 
-LaneDescription Switch(const char* name) { return {name, 0.0F, 1.0F, 2.0F, LaneKind::Switch}; }
+LaneDescription Switch(const char* name) { return {name, 0.0F, 1.0F, 2.0F, ELaneKind::kSwitch}; }
 
 std::array<LaneDescription, kMixParameterCount> Describe(const MixSettings& settings) {
     std::array<LaneDescription, kMixParameterCount> descriptions;
@@ -40,11 +40,11 @@ const std::array<LaneDescription, kMidiLaneCount> kMidiLanes = {
     Continuous("Pitch Bend", 0, 127),
     Continuous("Modulation Wheel", 0, 127),
     Continuous("Aftertouch", 0, 127),
-    Continuous("ProgramChange", 0, 127, LaneKind::ProgramChange),
+    Continuous("ProgramChange", 0, 127, ELaneKind::kProgram),
 };
 
 const std::array<LaneDescription, kMasterLaneCount> kMasterLanes = {
-    Continuous("Level", 0, 127, LaneKind::Level),
+    Continuous("Level", 0, 127, ELaneKind::kLevel),
     Continuous("Crossfader", 0, 127),
     Switch("Insert1 ON"),
     Switch("Insert2 ON"),

@@ -34,7 +34,7 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginChoices = [](SlotKind) {
+        actions.pluginChoices = [](ESlotKind) {
             const QString name = QStringLiteral("QUIB synth");
             return QList<PluginChoice>{{name, QString(), name}};
         };

@@ -92,7 +92,7 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     });
     ExpectUndoable(
         "Ball", [&] { workstation->Contents().SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball"); });
-    ExpectUndoable("Pattern order", [&] { workstation->Contents().SetStepNumberMode(0, StepNumberMode::Random); });
+    ExpectUndoable("Pattern order", [&] { workstation->Contents().SetStepNumberMode(0, EStepNumberMode::kRandom); });
     ExpectUndoable("Level", [&] { Move(At(0)->strip.level, 12, "Level"); });
     ExpectUndoable("Tempo", [&] { Move(workstation->Audio().settings.tempo, 99, "Tempo"); });
     ExpectUndoable("Load plug-in", [&] {

@@ -47,7 +47,7 @@ TEST(ProjectFile, LoadAndSaveTwiceGivesTheSameBytes) {
 TEST(ProjectFile, EveryExampleProjectStaysTheSameWhenItIsSavedAgain) {
     CPluginFinder finder(QUIB_BIN_DIR, {}, {});
     PluginEnvironment environment;
-    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         const auto library = finder.Find(wanted, kind);
         return library ? CPlugin::Load(*library, kind, environment, error) : nullptr;
     };
@@ -198,7 +198,7 @@ TEST(ProjectFile, PluginsOfTheWrongKindAndForeignStatesBecomeWarnings) {
 
 TEST(ProjectFile, AnIdentityStandsBesideEachNameAndIsAskedForAndKept) {
     std::vector<std::string> asked;
-    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         asked.push_back(wanted.fileName + ' ' + wanted.identity);
         const bool isHere = wanted.identity == "vst2:74735042";
         return isHere ? TestPluginLoader()({"ParameterBank", {}}, kind, error) : nullptr;

@@ -19,7 +19,7 @@ class CSwitchFaderCtrl;
 // What the console asks its window for.
 struct ConsoleActions {
     // The plug-ins to choose from.
-    std::function<QList<PluginChoice>(SlotKind)> pluginChoices;
+    std::function<QList<PluginChoice>(ESlotKind)> pluginChoices;
     // Opens the window of the plug-in in a place.
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;

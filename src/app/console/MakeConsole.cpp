@@ -31,7 +31,7 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
 
 ConsoleActions ActionsFor(CMainWindow& window) {
     ConsoleActions actions;
-    actions.pluginChoices = [&window](SlotKind kind) {
+    actions.pluginChoices = [&window](ESlotKind kind) {
         return PluginChoices(window.Workstation().ProgramFolders(), window.Catalog(), kind);
     };
     actions.openPlugin = [&window](const SlotPlace& place) { window.PluginWindows().Show(place); };

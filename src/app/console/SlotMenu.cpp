@@ -125,7 +125,7 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
         menu.addSeparator();
     }
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const SlotKind kind = isInstrument ? SlotKind::Instrument : SlotKind::Effect;
+    const ESlotKind kind = isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
     for (const PluginChoice& choice : context.actions.pluginChoices(kind)) {
         menu.addAction(choice.text,
                        [context, place, choice, window] { LoadInto(context, place, choice.path, window); });

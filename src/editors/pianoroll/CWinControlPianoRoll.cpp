@@ -249,7 +249,7 @@ void CWinControlPianoRoll::ShowRows() {
     const CPattern& notes = *roll->State().pattern;
     CKeyRows rows;
     if (folded) {
-        rows = roll->view.IsDrums() || roll->options.scale.type == ScaleType::Chromatic
+        rows = roll->view.IsDrums() || roll->options.scale.type == EScaleType::kChromatic
                    ? CKeyRows::FoldToUsed(notes)
                    : CKeyRows::FoldToScale(roll->options.scale, notes);
     }

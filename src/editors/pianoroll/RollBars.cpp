@@ -166,7 +166,7 @@ void CRollToolBar::FillRoots(QMenu& menu) {
 void CRollToolBar::FillScales(QMenu& menu) {
     const Scale now = window.Roll().options.scale;
     for (int type = 0; type < kScaleTypeCount; ++type) {
-        const auto chosen = static_cast<ScaleType>(type);
+        const auto chosen = static_cast<EScaleType>(type);
         AddChoice(menu, Text(kScaleNames[static_cast<std::size_t>(type)]), chosen == now.type, [this, chosen, now] {
             window.SetScaleShown({now.root, chosen});
         });

@@ -144,7 +144,7 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
     apply("Octave down", [](const NoteState& from) { return TransposeNotes(from, -12); });
     QMenu* const chords = menu.addMenu(Text("Chord"));
     for (int type = 0; type < kChordTypeCount && !state.selection.empty(); ++type) {
-        const auto chord = static_cast<ChordType>(type);
+        const auto chord = static_cast<EChordType>(type);
         const std::string_view symbol = ChordSymbol(chord);
         chords->addAction(QString::fromUtf8(symbol.data(), static_cast<qsizetype>(symbol.size())), [this, chord] {
             const NoteState now = roll->State();

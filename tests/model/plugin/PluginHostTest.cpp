@@ -29,7 +29,7 @@ protected:
         environment.currentTime = [](PlayTime& time) { time.tempo = 133.0; };
     }
 
-    std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+    std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
     }
     static std::intptr_t Ask(CPlugin& asker, int hostOpcode, void* pointer = nullptr) {
@@ -45,18 +45,18 @@ protected:
 };
 
 TEST_F(CPluginHostTest, LibrariesThatAreNoPluginsFailWithoutBotheringTheUser) {
-    EXPECT_TRUE(Load("Gain", SlotKind::Effect)) << "the old entry point alone: " << error;
+    EXPECT_TRUE(Load("Gain", ESlotKind::kEffect)) << "the old entry point alone: " << error;
     for (const char* const name : {"NoEntry", "Refuses", "NotThere"}) {
         error.clear();
-        EXPECT_FALSE(Load(name, SlotKind::Effect)) << name;
+        EXPECT_FALSE(Load(name, ESlotKind::kEffect)) << name;
         EXPECT_FALSE(error.empty()) << name;
     }
     EXPECT_TRUE(messages.empty()) << messages.front();
 }
 
 TEST_F(CPluginHostTest, APluginInTheWrongPlaceIsRefusedWithAMessage) {
-    EXPECT_FALSE(Load("Gain", SlotKind::Instrument));
-    EXPECT_FALSE(Load("NoteProbe", SlotKind::Effect));
+    EXPECT_FALSE(Load("Gain", ESlotKind::kInstrument));
+    EXPECT_FALSE(Load("NoteProbe", ESlotKind::kEffect));
     EXPECT_EQ(messages, (std::vector<std::string>{"QUIB: This plugin is not a synth category !",
                                                   "QUIB: This plugin is not a compatible category !"}));
     EXPECT_TRUE(CPlugin::LoadAny(QUIB_BIN_DIR "/testplugins/NoteProbe.so", environment, error)) << error;
@@ -64,7 +64,7 @@ TEST_F(CPluginHostTest, APluginInTheWrongPlaceIsRefusedWithAMessage) {
 }
 
 TEST_F(CPluginHostTest, AMonoPluginHasTwoBuffersOnEachSideAndShowsTheNameOfItsUse) {
-    const auto mono = Load("Mono", SlotKind::Effect);
+    const auto mono = Load("Mono", ESlotKind::kEffect);
     ASSERT_TRUE(mono) << error;
     EXPECT_EQ(mono->Identity().effectName, "QUIB compressor");
     EXPECT_EQ(mono->Identity().displayName, "Limiter");
@@ -79,7 +79,7 @@ TEST_F(CPluginHostTest, AMonoPluginHasTwoBuffersOnEachSideAndShowsTheNameOfItsUs
 }
 
 TEST_F(CPluginHostTest, EveryQuestionOfAPluginHasItsFixedAnswer) {
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(asker) << error;
     for (int opcode = 0; opcode <= 60; ++opcode) {
         if (opcode == audioMasterGetTime) continue;
@@ -100,7 +100,7 @@ TEST_F(CPluginHostTest, EveryQuestionOfAPluginHasItsFixedAnswer) {
 }
 
 TEST_F(CPluginHostTest, IdleRequestsReachTheApplicationFromItsOwnThreadOnly) {
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(asker) << error;
     EXPECT_FALSE(asker->NeedsIdle());
     Ask(*asker, audioMasterNeedIdle);
@@ -113,7 +113,7 @@ TEST_F(CPluginHostTest, IdleRequestsReachTheApplicationFromItsOwnThreadOnly) {
 }
 
 TEST_F(CPluginHostTest, TheTimeToldDependsOnTheThreadThatAsks) {
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(asker) << error;
     EXPECT_EQ(Ask(*asker, -1), 0) << "during the entry call nobody owns the effect yet";
     const auto* const editing = reinterpret_cast<const VstTimeInfo*>(Ask(*asker, audioMasterGetTime));
@@ -136,8 +136,8 @@ TEST_F(CPluginHostTest, TheTimeToldDependsOnTheThreadThatAsks) {
 }
 
 TEST_F(CPluginHostTest, OnlyWhatTheUserMovesInThePluginsWindowIsReported) {
-    const auto trouble = Load("Trouble", SlotKind::Instrument);
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto trouble = Load("Trouble", ESlotKind::kInstrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(trouble && asker) << error;
     dynamic_cast<CVst2Plugin&>(*trouble).Dispatch(effSetProgram, 0, 0);
     asker->SetParameter(0, 0.2F);
@@ -155,7 +155,7 @@ TEST_F(CPluginHostTest, OnlyWhatTheUserMovesInThePluginsWindowIsReported) {
 TEST_F(CPluginHostTest, ForeignCodeLeavesTheFloatingPointModeAsItWas) {
     const CFloatingPointScope keepMode;
     const unsigned before = ReadFloatingPointMode();
-    const auto trouble = Load("Trouble", SlotKind::Instrument);
+    const auto trouble = Load("Trouble", ESlotKind::kInstrument);
     ASSERT_TRUE(trouble) << error;
     EXPECT_EQ(ReadFloatingPointMode(), before) << "after loading";
     trouble->SetParameter(0, 0.3F);
@@ -164,7 +164,7 @@ TEST_F(CPluginHostTest, ForeignCodeLeavesTheFloatingPointModeAsItWas) {
 }
 
 TEST_F(CPluginHostTest, ABlockHandsOverNoMoreEventsThanItHasRoomFor) {
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(asker) << error;
     const std::vector<BlockEvent> events(kMaximumBlockEvents + 100, BlockEvent{0x90, 60, 100, 0});
     asker->SendEvents(events);
@@ -173,7 +173,7 @@ TEST_F(CPluginHostTest, ABlockHandsOverNoMoreEventsThanItHasRoomFor) {
 }
 
 TEST_F(CPluginHostTest, AnExclusiveChangeKeepsTheRenderThreadOut) {
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(asker) << error;
     const std::vector<BlockEvent> events(3, BlockEvent{0x90, 60, 100, 0});
     {
@@ -196,7 +196,7 @@ using CPluginHostDeathTest = CPluginHostTest;
 
 TEST_F(CPluginHostDeathTest, WritingPastTheLastOutputBufferEndsAtTheGuardPage) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto probe = Load("NoteProbe", SlotKind::Instrument);
+    const auto probe = Load("NoteProbe", ESlotKind::kInstrument);
     ASSERT_TRUE(probe) << error;
     auto* const last = const_cast<float*>(probe->Output(1));
     last[CPlugin::kMaximumFrames - 1] = 1.0F;

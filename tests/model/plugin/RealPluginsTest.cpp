@@ -97,7 +97,7 @@ protected:
     std::shared_ptr<CPlugin> Load() {
         const auto file = Find(GetParam().file);
         if (file.empty()) return nullptr;
-        return CPlugin::Load(file, GetParam().isSynthesiser ? SlotKind::Instrument : SlotKind::Effect, environment,
+        return CPlugin::Load(file, GetParam().isSynthesiser ? ESlotKind::kInstrument : ESlotKind::kEffect, environment,
                              error);
     }
     void ExpectSound(CPlugin& plugin, const std::string& when) {
@@ -142,7 +142,7 @@ TEST_P(CRealPluginsTest, ItsStateGoesToAnImageAndBack) {
         source->SetParameter(index, index % 2 == 0 ? 0.25F : 0.75F);
     const auto wanted = Parameters(*source);
     const StateImage image = source->SaveBank();
-    ASSERT_EQ(target->LoadBank(image), BankResult::Done);
+    ASSERT_EQ(target->LoadBank(image), EBankResult::kDone);
     const auto found = Parameters(*target);
     ASSERT_EQ(found.size(), wanted.size());
     for (std::size_t index = 0; index < wanted.size(); ++index)
