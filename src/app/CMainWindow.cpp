@@ -36,6 +36,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
       tools(ToolContext{projectOwner, controlSettings}, this),
+      computerKeyboard(projectOwner, this),
       edits(this),
       drops([this](const QString& path) { TakeFile(path); }, this) {
     drops.Serve(this);

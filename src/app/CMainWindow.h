@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 
+#include "app/CComputerKeyboard.h"
 #include "app/CEditCommands.h"
 #include "app/CFileDrops.h"
 #include "app/CRecentFiles.h"
@@ -119,6 +120,7 @@ private:
     std::unique_ptr<CPluginWindows> pluginWindows;
     CSettingsForControls controlSettings;
     CToolWindows tools;
+    CComputerKeyboard computerKeyboard;
     CEditCommands edits;
     CFileDrops drops;
     CBackupCountdown countdown;

@@ -88,6 +88,7 @@ protected:
         Publish(audio.masterLanes, CEventLanes().With(CEventLanes::kSongSlot, 0, {{0.0F, 90.0F}, {9.0F, 120.0F}}));
         Publish(audio.audition, Audition{std::vector<float>(44100, 0.1F)});
         audio.recordAutomation.Set(1.0F);
+        audio.noteCapture.recording.Set(1.0F);
         audio.Scope().Show(true);
     }
 

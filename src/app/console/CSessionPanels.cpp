@@ -116,7 +116,7 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
 
 void CSessionPanel::AddRecorder() {
     CWorkstation& station = context.station;
-    record = &AddChild<CSwitchCtrl>(0U, 8, 84, 34, 50, &recordShown, picture::kGlyphRecord);
+    record = &AddChild<CSwitchCtrl>(0U, 8, 84, 34, 50, &recordShown, QStringLiteral("REC"));
     record->onColour = Palette().Colour(QStringLiteral("record"));
     record->infoString = 458;
     record->onChange = [this](CControl&) { ToggleRecording(); };

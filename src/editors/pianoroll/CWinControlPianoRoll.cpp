@@ -48,10 +48,13 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     connect(&frames, &QTimer::timeout, this, [this] { roll->SetPlayhead(playhead.At(Nanoseconds())); });
     connect(&Document().Changes(), &CChanges::Settling, this, [this] { roll->Edit().Settle(); });
     setMinimumSize(640, 400);
+    Document().NoteRecording().onStepEntry = [this](int key, int velocity) { roll->Keys().EnterStep(key, velocity); };
 }
 
 CWinControlPianoRoll::~CWinControlPianoRoll() {
     disconnect(&Document().Changes(), nullptr, this, nullptr);
+    Document().NoteRecording().onStepEntry = {};
+    SetStepEntry(false);
     RemoveAll();
 }
 
@@ -140,9 +143,22 @@ void CWinControlPianoRoll::UpdateScrollBars() {
     for (CScrollCtrl* const bar : {keyScroll, timeScroll}) bar->Refresh();
 }
 
+// A window that is hidden takes nothing.
+void CWinControlPianoRoll::SetStepEntry(bool on) {
+    stepEntry = on;
+    roll->Keys().EndSteps();
+    Document().Audio().noteCapture.stepEntry.Set(on && isVisible() ? 1.0F : 0.0F);
+}
+
+void CWinControlPianoRoll::showEvent(QShowEvent* event) {
+    CToolWindow::showEvent(event);
+    SetStepEntry(stepEntry);
+}
+
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
     roll->Edit().Settle();
+    Document().Audio().noteCapture.stepEntry.Set(0.0F);
     gesture.reset();
     CToolWindow::hideEvent(event);
 }

@@ -221,6 +221,7 @@ CRollLaneBar::CRollLaneBar(CWinControl& frame, std::uint32_t number, int left, i
     auto& shownLane = AddLabel(8, 120, Text("Velocity"));
     shownLane.textColour = Palette().Accent(ESection::kPattern);
     shownLane.strong = true;
+    AddButton(132, 44, Text("STEP"), 0, &stepShown, 429, [this] { window.SetStepEntry(stepShown.IsOn()); });
     count = &AddLabel(newWidth - 208, 200, {});
     count->alignment = Qt::AlignRight | Qt::AlignVCenter;
     PaintChildren();
