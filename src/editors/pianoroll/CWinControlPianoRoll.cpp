@@ -371,7 +371,7 @@ void CWinControlPianoRoll::Edit(EEdit command) {
         case EEdit::kCut:
         case EEdit::kCopy:
             clip = CopyNotes(state, roll->view.time.meter.StepsPerBeat());
-            if (command == EEdit::kCut) Apply(RemoveSelected(state), "Cut notes");
+            if (command == EEdit::kCut) Apply(RemoveSelected(state), TextKey("Cut notes"));
             return;
         case EEdit::kPaste: {
             const double playing = roll->Playhead();
@@ -379,10 +379,10 @@ void CWinControlPianoRoll::Edit(EEdit command) {
             const bool visible = static_cast<double>(clip.origin) >= first &&
                                  static_cast<double>(clip.origin) < roll->view.time.EndStep();
             const double place = playing >= 0 ? playing : visible ? static_cast<double>(clip.origin) : first;
-            return Apply(PasteNotes(state, clip, roll->view.time.SnapDown(place)), "Paste notes");
+            return Apply(PasteNotes(state, clip, roll->view.time.SnapDown(place)), TextKey("Paste notes"));
         }
         case EEdit::kDelete:
-            return Apply(RemoveSelected(state), "Delete notes");
+            return Apply(RemoveSelected(state), TextKey("Delete notes"));
         case EEdit::kSelectAll:
             return roll->Edit().Select(SelectAll(state));
     }
