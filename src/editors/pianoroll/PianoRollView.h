@@ -99,7 +99,7 @@ private:
 
 // "C 3", "F#2": key 60 is C 3.
 struct KeyName {
-    char text[8];
+    char text[16];
 };
 KeyName NameOfKey(int key) noexcept;
 bool IsBlackKey(int key) noexcept;
