@@ -36,7 +36,7 @@ constexpr int kBlocksPerTurn = kBlocksPerChord;
 
 std::shared_ptr<CPlugin> LoadSynthesiser(PluginEnvironment& environment) {
     std::string error;
-    auto plugin = CPlugin::Load(kSynthesiser, SlotKind::Instrument, environment, error);
+    auto plugin = CPlugin::Load(kSynthesiser, ESlotKind::kInstrument, environment, error);
     if (!plugin) {
         std::fprintf(stderr, "bench_engine: %s; install it with scripts/setup --tests\n", error.c_str());
         std::exit(1);

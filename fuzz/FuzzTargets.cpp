@@ -24,7 +24,7 @@ void Require(bool holds, const char* promise) {
 
 // One plug-in of each kind, loaded once. It also keeps its library in memory, which makes the loading of
 // further ones fast.
-CPlugin& PluginNamed(const char* name, SlotKind kind) {
+CPlugin& PluginNamed(const char* name, ESlotKind kind) {
     std::string error;
     static std::map<std::string, std::shared_ptr<CPlugin>> loaded;
     auto& plugin = loaded[name];
@@ -32,8 +32,8 @@ CPlugin& PluginNamed(const char* name, SlotKind kind) {
     Require(plugin != nullptr, "the test plug-ins are there");
     return *plugin;
 }
-CPlugin& ChunkPlugin() { return PluginNamed("ChunkSynth", SlotKind::Instrument); }
-CPlugin& ParameterPlugin() { return PluginNamed("ParameterBank", SlotKind::Effect); }
+CPlugin& ChunkPlugin() { return PluginNamed("ChunkSynth", ESlotKind::kInstrument); }
+CPlugin& ParameterPlugin() { return PluginNamed("ParameterBank", ESlotKind::kEffect); }
 
 PluginLoader Loader() {
     ChunkPlugin();
@@ -60,12 +60,12 @@ void LoadInto(std::string_view bytes, Load load, Save save) {
     const auto image = std::as_bytes(std::span(bytes.data(), bytes.size()));
     for (CPlugin* const plugin : {&ChunkPlugin(), &ParameterPlugin()}) {
         const StateImage before = (plugin->*save)();
-        if ((plugin->*load)(image) != BankResult::Done) {
+        if ((plugin->*load)(image) != EBankResult::kDone) {
             Require((plugin->*save)() == before, "a refused image changes nothing");
             continue;
         }
         const StateImage first = (plugin->*save)();
-        Require((plugin->*load)(first) == BankResult::Done, "an image of our own loads");
+        Require((plugin->*load)(first) == EBankResult::kDone, "an image of our own loads");
         Require((plugin->*save)() == first, "an image of our own gives the same state");
     }
 }

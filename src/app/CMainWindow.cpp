@@ -10,6 +10,7 @@
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
+#include "app/Dialogs.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -35,6 +36,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
       tools(ToolContext{projectOwner, controlSettings}, this),
+      computerKeyboard(projectOwner, this),
       edits(this),
       drops([this](const QString& path) { TakeFile(path); }, this) {
     drops.Serve(this);
@@ -75,11 +77,7 @@ void CMainWindow::OnTick() {
     Q_EMIT Ticked();
 }
 
-void CMainWindow::ShowMessage(const QString& caption, const QString& text) {
-    auto* const box = new QMessageBox(QMessageBox::Warning, caption, text, QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-}
+void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
 
@@ -119,6 +117,10 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
     if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
+}
+
+void CMainWindow::OpenPlugin(const SlotPlace& place) {
+    if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
 }
 
 void CMainWindow::TakeFile(const QString& path) {

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 
+#include "app/CComputerKeyboard.h"
 #include "app/CEditCommands.h"
 #include "app/CFileDrops.h"
 #include "app/CRecentFiles.h"
@@ -45,6 +46,7 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    void OpenPlugin(const SlotPlace& place);
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -118,6 +120,7 @@ private:
     std::unique_ptr<CPluginWindows> pluginWindows;
     CSettingsForControls controlSettings;
     CToolWindows tools;
+    CComputerKeyboard computerKeyboard;
     CEditCommands edits;
     CFileDrops drops;
     CBackupCountdown countdown;

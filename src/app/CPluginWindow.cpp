@@ -7,7 +7,6 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -15,7 +14,9 @@
 #include <algorithm>
 
 #include "app/CParameterList.h"
+#include "app/Dialogs.h"
 #include "app/FileDialogs.h"
+#include "app/ProgramNames.h"
 #include "document/CWorkstation.h"
 #include "texts/Texts.h"
 
@@ -23,15 +24,7 @@ namespace quib {
 
 namespace {
 
-constexpr int kMostPrograms = 4096;
-
 bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
-
-QString ProgramName(CPlugin& plugin, int program) {
-    const QString name = QString::fromStdString(plugin.ProgramName(program)).trimmed();
-    const QString number = QString::number(program + 1);
-    return name.isEmpty() ? number : number + QStringLiteral("  ") + name;
-}
 
 }  // namespace
 
@@ -122,9 +115,8 @@ void CPluginWindow::BuildPage() {
 void CPluginWindow::FillPrograms() {
     const QSignalBlocker quiet(programs);
     programs->clear();
-    const int count = std::min(plugin->Identity().programCount, kMostPrograms);
-    for (int program = 0; program < count; ++program) programs->addItem(ProgramName(*plugin, program));
-    programs->setEnabled(count > 0);
+    programs->addItems(ProgramNames(*plugin));
+    programs->setEnabled(programs->count() > 0);
 }
 
 void CPluginWindow::ShowPage() {
@@ -197,7 +189,7 @@ void CPluginWindow::Load(EFileKind kind) {
     QString error;
     const bool loaded = kind == EFileKind::kBank ? workstation.Places().LoadBank(place, path, error)
                                                  : workstation.Places().LoadProgram(place, path, error);
-    if (!loaded) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
+    if (!loaded) TellError(this, error);
     FillPrograms();
 }
 
@@ -209,7 +201,7 @@ void CPluginWindow::Save(EFileKind kind) {
     QString error;
     const bool saved = kind == EFileKind::kBank ? workstation.Places().SaveBank(place, path, error)
                                                 : workstation.Places().SaveProgram(place, path, error);
-    if (!saved) QMessageBox::warning(this, QStringLiteral("QUIB"), error);
+    if (!saved) TellError(this, error);
 }
 
 void CPluginWindow::closeEvent(QCloseEvent* event) {

@@ -96,6 +96,13 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
     return true;
 }
 
+void TellError(QWidget* parent, const QString& text, const QString& caption) {
+    if (text.isEmpty()) return;
+    auto* const box = new QMessageBox(QMessageBox::Warning, caption, text, QMessageBox::Ok, parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
 void ShowAboutBox(QWidget* parent) {
     const QString libraries = Text(
         "Qt %1 (LGPL 3), ALSA library (LGPL 2.1), fmt (MIT), CLI11 (BSD 3-clause), Inter (SIL Open Font "

@@ -42,6 +42,8 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation);
 // Gives the engine the time signature and the timebase of the settings.
 void ApplyTimeSignature(const CSettings& settings, CWorkstation& workstation);
 void RunBackupDialog(QWidget* parent, CSettings& settings, CBackupCountdown& countdown);
+// Tells in a box of its own, which holds nothing up, what could not be done. Nothing for an empty text.
+void TellError(QWidget* parent, const QString& text, const QString& caption = QStringLiteral("QUIBBOX"));
 void ShowAboutBox(QWidget* parent);
 void ShowQuickStart(QWidget* parent);
 // Asks every plug-in that is new; can be cancelled.

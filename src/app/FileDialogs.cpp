@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include "app/PluginChoices.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
 
@@ -20,19 +21,22 @@ struct Kind {
     const char* extension;  // empty: none is added
 };
 
-const Kind& Describe(EFileKind kind) {
-    static constexpr Kind kinds[] = {
-        {TextKey("Choose the Program file"), TextKey("Quib Program File (*.prg)"), "ProgramDir", ".prg"},
-        {TextKey("Choose the Instrument file"), TextKey("Quib Instrument File (*.ist)"), "InstrumentDir", ".ist"},
-        {TextKey("Choose the Pattern file"), TextKey("Quib Pattern File (*.ptn)"), "PatternDir", ".ptn"},
-        {TextKey("Choose the Bank file"), TextKey("Plugin Bank File (*.fxb)"), "PresetDir", ".fxb"},
-        {TextKey("Choose the Preset file"), TextKey("Plugin Preset File (*.fxp)"), "PresetDir", ".fxp"},
-        {TextKey("Choose the VST Plugin library"), TextKey("VST library (*.so)"), "PluginDir", ""},
-        {TextKey("Choose the VST Plugin library"), TextKey("VST library (*.so)"), "EffectDir", ""},
-        {TextKey("Choose the sound file"), TextKey("Wave and MP3 files (*.wav *.mp3)"), "RecordDir", ".wav"},
-    };
-    return kinds[static_cast<std::size_t>(kind)];
-}
+// In the order of EFileKind. "%1" in a filter: what libraries of plug-ins are called.
+constexpr Kind kKinds[] = {
+    {TextKey("Choose the Program file"), TextKey("Quib Program File (*.prg)"), "ProgramDir", ".prg"},
+    {TextKey("Choose the Instrument file"), TextKey("Quib Instrument File (*.ist)"), "InstrumentDir", ".ist"},
+    {TextKey("Choose the Pattern file"), TextKey("Quib Pattern File (*.ptn)"), "PatternDir", ".ptn"},
+    {TextKey("Choose the Bank file"), TextKey("Plugin Bank File (*.fxb)"), "PresetDir", ".fxb"},
+    {TextKey("Choose the Preset file"), TextKey("Plugin Preset File (*.fxp)"), "PresetDir", ".fxp"},
+    {TextKey("Choose the VST Plugin library"), TextKey("VST library (%1)"), "PluginDir", ""},
+    {TextKey("Choose the VST Plugin library"), TextKey("VST library (%1)"), "EffectDir", ""},
+    {TextKey("Choose an instrument or a plug-in"), TextKey("Instruments (*.ist %1)"), "InstrumentDir", ""},
+    {TextKey("Record to"), TextKey("Wave and MP3 files (*.wav *.mp3)"), "RecordDir", ".wav"},
+};
+
+const Kind& Describe(EFileKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+
+QString FilterOf(const Kind& kind) { return Text(kind.filter).replace(QLatin1String("%1"), PluginFilePatterns()); }
 
 QString StartFolder(const CSettings& settings, const Kind& kind) {
     const QString folder = settings.ReadSettingString(kSettingsSection, QLatin1String(kind.folder));
@@ -55,7 +59,7 @@ bool MayReplace(QWidget* parent, const QString& title) {
 QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind fileKind) {
     const Kind& kind = Describe(fileKind);
     const QString file =
-        QFileDialog::getOpenFileName(parent, Text(kind.title), StartFolder(settings, kind), Text(kind.filter));
+        QFileDialog::getOpenFileName(parent, Text(kind.title), StartFolder(settings, kind), FilterOf(kind));
     KeepFolder(settings, kind, file);
     return file;
 }
@@ -64,7 +68,7 @@ QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind fileKin
     const Kind& kind = Describe(fileKind);
     QString file =
         QFileDialog::getSaveFileName(parent, Text(kind.title), QDir(StartFolder(settings, kind)).filePath(suggestion),
-                                     Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
+                                     FilterOf(kind), nullptr, QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return {};
     if (QFileInfo(file).suffix().isEmpty()) file += QLatin1String(kind.extension);
     if (QFileInfo::exists(file) && !MayReplace(parent, Text(kind.title))) return {};

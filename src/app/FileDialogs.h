@@ -11,7 +11,17 @@ namespace quib {
 
 class CSettings;
 
-enum class EFileKind { kProject, kInstrument, kPattern, kBank, kProgram, kInstrumentPlugin, kEffectPlugin, kSound };
+enum class EFileKind {
+    kProject,
+    kInstrument,
+    kPattern,
+    kBank,
+    kProgram,
+    kInstrumentPlugin,
+    kEffectPlugin,
+    kInstrumentOrPlugin,
+    kRecording
+};
 
 // Empty when the user gave up.
 QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind kind);

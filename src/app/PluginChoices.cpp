@@ -49,8 +49,8 @@ void TellApart(QList<PluginChoice>& choices, const QList<PluginEntry>& entries, 
 
 }  // namespace
 
-QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, SlotKind kind) {
-    const bool instruments = kind == SlotKind::Instrument;
+QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, ESlotKind kind) {
+    const bool instruments = kind == ESlotKind::kInstrument;
     QList<PluginEntry> entries;
     QSet<QString> listed;
     for (const PluginEntry& entry :

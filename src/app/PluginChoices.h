@@ -22,7 +22,7 @@ struct PluginChoice {
 
 // Those of the program's own folders, which are there at once, then what else the machine has. Plug-ins of one
 // name are told apart by their makers, else by their files.
-QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, SlotKind kind);
+QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, ESlotKind kind);
 
 // Of the plug-in files of all formats, as filters of dialogs want them: "*.so".
 QString PluginFilePatterns();

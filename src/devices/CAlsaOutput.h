@@ -32,6 +32,7 @@ public:
     // The device that was really opened.
     const std::string& Name() const noexcept override { return name; }
     DeviceFormat Format() const noexcept override { return format; }
+    int Latency() const noexcept override { return ringFrames - format.blockSize; }
     // Frames of the whole ring as the device granted it.
     int RingFrames() const noexcept { return ringFrames; }
 

@@ -59,6 +59,8 @@ public:
     // Name under which it stands in the device list.
     virtual const std::string& Name() const noexcept = 0;
     virtual DeviceFormat Format() const noexcept = 0;
+    // Frames from the rendering of a block to the sound of its first one; 0 where it is not known.
+    virtual int Latency() const noexcept { return 0; }
 
     EOutputState State() const noexcept { return state.load(std::memory_order_acquire); }
     // Blocks that did not reach the device in time, since it was opened.

@@ -99,6 +99,7 @@ void COutputManager::Poll() {
     if (device && device->State() == EOutputState::kFormatChanged) FollowFormat();
     if (device && device->State() == EOutputState::kLost) StandIn();
     if (!lostName.empty()) LookForReturn();
+    audio.noteCapture.latency.Set(device ? device->Latency() : 0);
 }
 
 void COutputManager::FollowFormat() {

@@ -141,10 +141,10 @@ bool CContents::SavePattern(int index, const QString& path, QString& error) {
     return saved;
 }
 
-void CContents::SetStepNumberMode(int index, StepNumberMode mode) {
+void CContents::SetStepNumberMode(int index, EStepNumberMode mode) {
     const auto instrument = context.Instrument(index);
     if (!instrument || SelectedStepNumberMode(*instrument) == mode) return;
-    const auto set = [this, instrument](StepNumberMode value) {
+    const auto set = [this, instrument](EStepNumberMode value) {
         SelectStepNumberMode(*instrument, value);
         context.changes.Tell({EChange::kInstrument, instrument->Id()});
     };

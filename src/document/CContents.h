@@ -23,7 +23,7 @@ public:
     void SetLanes(std::uint32_t id, ELanes family, std::shared_ptr<const CEventLanes> next, const QString& undoName);
     void SetMasterLanes(std::shared_ptr<const CEventLanes> next, const QString& undoName);
     void SetBallSounds(std::uint32_t id, std::shared_ptr<const BallSoundList> next, const QString& undoName);
-    void SetStepNumberMode(int instrument, StepNumberMode mode);
+    void SetStepNumberMode(int instrument, EStepNumberMode mode);
     bool LoadPattern(int index, const QString& path, QString& error);
     bool SavePattern(int index, const QString& path, QString& error);
     int PlaylistSteps() const noexcept { return playlistSteps; }

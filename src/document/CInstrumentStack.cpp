@@ -53,7 +53,7 @@ std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nam
         warnings = std::move(loading.warnings);
         return instrument;
     }
-    const auto plugin = places.LoadLibrary(nameOrPath, SlotKind::Instrument, error);
+    const auto plugin = places.LoadLibrary(nameOrPath, ESlotKind::kInstrument, error);
     if (!plugin) return nullptr;
     auto instrument = std::make_shared<CInstrument>();
     instrument->title = plugin->Identity().displayName;

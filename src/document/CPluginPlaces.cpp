@@ -122,7 +122,7 @@ std::shared_ptr<CPlugin> CPluginPlaces::Shared(const CPlugin& plugin) const {
     return found;
 }
 
-std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error) {
+std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error) {
     const auto library = finder.Find(wanted, kind);
     if (library) return CPlugin::Load(*library, kind, context.audio.environment, error);
     error = Text("not found in any plug-in folder").toStdString();
@@ -130,12 +130,12 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted,
 }
 
 PluginLoader CPluginPlaces::Loader() {
-    return [this](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    return [this](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         return LoadNamed(wanted, kind, error);
     };
 }
 
-std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error) {
+std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, ESlotKind kind, QString& error) {
     std::string reason;
     messageShown = false;
     const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo::exists(nameOrPath);
@@ -164,7 +164,7 @@ void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const Pl
 bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
     if (!PublishedSlot(place)) return false;
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const auto plugin = LoadLibrary(nameOrPath, isInstrument ? SlotKind::Instrument : SlotKind::Effect, error);
+    const auto plugin = LoadLibrary(nameOrPath, isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect, error);
     if (!plugin) return false;
     auto next = std::make_shared<PluginSlot>();
     next->plugin = plugin;

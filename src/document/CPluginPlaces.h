@@ -48,7 +48,7 @@ public:
 
     // Loads a library by its name in the lists or by its path. Null: `error` says why, or is empty when the
     // user has been told already.
-    std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, SlotKind kind, QString& error);
+    std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, ESlotKind kind, QString& error);
     PluginLoader Loader();
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
@@ -72,7 +72,7 @@ private:
 
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
-    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, SlotKind kind, std::string& error);
+    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
     static State StateOf(CPlugin& plugin);
     static void SetState(CPlugin& plugin, const State& state);

@@ -22,6 +22,12 @@ void CTransportControl::Locate(int step) {
     context.audio.Post({EngineCommand::EKind::kLocate, 0, std::clamp(step, 0, kMaximumSongStep)});
 }
 
+void CTransportControl::PlayKey(std::uint32_t instrument, int key, int velocity) {
+    EngineCommand command{EngineCommand::EKind::kPlayNote, instrument, key, static_cast<float>(velocity)};
+    command.time = ToMilliseconds(Nanoseconds());
+    context.audio.Post(command);
+}
+
 void CTransportControl::TapTempo() {
     const std::uint64_t now = Nanoseconds();
     if (!taps.empty() && now - taps.back() > kLongestTap) taps.clear();

@@ -20,6 +20,8 @@ public:
     void Locate(int step);
     // Sets the tempo from the time between two calls or more.
     void TapTempo();
+    // A key of an instrument (by id) as if it came in by MIDI just now; velocity 0 ends it.
+    void PlayKey(std::uint32_t instrument, int key, int velocity);
     // A steady tone into the master bus, to check levels.
     void SetTestTone(bool on) { context.audio.testTone.Set(on ? 1.0F : 0.0F); }
 

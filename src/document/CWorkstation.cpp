@@ -43,7 +43,10 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
               [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
-    connect(&session, &CSession::AboutToReplace, this, [this] { take = std::make_unique<CAutomationTake>(); });
+    connect(&session, &CSession::AboutToReplace, this, [this] {
+        take = std::make_unique<CAutomationTake>();
+        noteRecording.Abandon();
+    });
 }
 
 CWorkstation::~CWorkstation() {
@@ -71,9 +74,11 @@ void CWorkstation::Tick() {
 }
 
 void CWorkstation::FollowNotices() {
+    noteRecording.Look();
     quib::FollowNotices(
         audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
+    noteRecording.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
 }
@@ -87,6 +92,8 @@ void CWorkstation::FollowNotice(const EngineNotice& notice) {
             changes.Touch();
             changes.Tell({EChange::kInstrument, notice.instrument});
             return;
+        case EngineNotice::EKind::kNote:
+            return noteRecording.Take(notice);
         case EngineNotice::EKind::kLanePoint:
             return;
     }

@@ -11,6 +11,7 @@
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CNoteRecording.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
 #include "document/CRecording.h"
@@ -43,6 +44,7 @@ public:
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
+    CNoteRecording& NoteRecording() noexcept { return noteRecording; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -76,6 +78,7 @@ private:
     CPresets presets{context, stack};
     CTransportControl transport{context};
     CRecording recording{context, recorder};
+    CNoteRecording noteRecording{context, selection};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
 };

@@ -4,6 +4,7 @@
 // The published objects that one block works with, each read once at its start. Render thread; the
 // pool reads it between its barriers. Nothing in it outlives the block.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -40,5 +41,13 @@ struct BlockContext {
     std::uint32_t now = 0;   // milliseconds
     PlayTime time;
 };
+
+// Frame of the block at which something of that millisecond falls: what came in during the last block keeps
+// its distances in this one.
+inline std::int32_t FrameOf(std::uint32_t time, const BlockContext& block) noexcept {
+    const auto age = static_cast<std::int32_t>(block.now - time);
+    const double frame = block.frames - age * block.sampleRate / 1000.0;
+    return static_cast<std::int32_t>(std::clamp(frame, 0.0, block.frames - 1.0));
+}
 
 }  // namespace quib

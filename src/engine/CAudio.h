@@ -16,6 +16,7 @@
 #include "engine/CLiveMidi.h"
 #include "engine/CMasterSection.h"
 #include "engine/CMidiRouter.h"
+#include "engine/CNoteCapture.h"
 #include "engine/CRenderPool.h"
 #include "engine/CSharedEffects.h"
 #include "engine/CSongTime.h"
@@ -42,12 +43,15 @@ public:
     EngineSettings settings;
     PresetSelection presetSelection;
     CValue recordAutomation;  // switch: incoming controllers are recorded
-    CValue testTone;          // switch: a steady tone in the master bus, to check levels
-    CValue paused;            // switch: devices play silence and do not render
+    NoteCaptureSettings noteCapture;
+    CValue testTone;  // switch: a steady tone in the master bus, to check levels
+    CValue paused;    // switch: devices play silence and do not render
     std::array<CValue, 2> masterPeak;
 
     float CpuLoad() const noexcept { return cpuMeter.Load(); }
     const RenderFormat& Format() const noexcept { return format; }
+    // Frames from a key to the sound of what was rendered while it went down.
+    int KeyDelay() const noexcept { return format.blockSize + std::max(0, noteCapture.latency.Get()); }
 
     // --- Editing thread ---------------------------------------------------------------------------
 
@@ -125,7 +129,8 @@ private:
     // The parts, in the order in which a block passes through them.
     BlockContext block;
     CSongTime songTime;
-    CMidiRouter router{presetSelection, recordAutomation, notices};
+    CNoteCapture capture{noteCapture, notices};
+    CMidiRouter router{presetSelection, recordAutomation, notices, capture};
     CLiveMidi midi;
     CInstrumentMixer mixer{kernels, tables};
     CSharedEffects effects;

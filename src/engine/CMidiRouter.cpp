@@ -138,6 +138,7 @@ void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& messa
     const int transposed = key + midi.transpose.Get();
     if (transposed < 0 || transposed > 127 || instrument.arpeggiator.on.IsOn()) return;
     instrument.play.liveEvents.Add(Event(kNoteOn, transposed, velocity, message.time));
+    capture.Add(instrument, transposed, velocity, message.time);
 }
 
 void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {

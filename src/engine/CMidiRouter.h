@@ -6,6 +6,7 @@
 // thread only.
 
 #include "engine/BlockContext.h"
+#include "engine/CNoteCapture.h"
 #include "engine/CTransport.h"
 #include "engine/EngineMessages.h"
 #include "model/sharing/CBoundedQueue.h"
@@ -22,8 +23,8 @@ struct PresetSelection {
 class CMidiRouter {
 public:
     CMidiRouter(const PresetSelection& presetSelection, const CValue& recordSwitch,
-                CBoundedQueue<EngineNotice>& noticeQueue) noexcept
-        : presets(presetSelection), recording(recordSwitch), notices(noticeQueue) {}
+                CBoundedQueue<EngineNotice>& noticeQueue, CNoteCapture& noteCapture) noexcept
+        : presets(presetSelection), recording(recordSwitch), notices(noticeQueue), capture(noteCapture) {}
 
     // Everything but channel messages is ignored.
     void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
@@ -43,6 +44,7 @@ private:
     const PresetSelection& presets;
     const CValue& recording;
     CBoundedQueue<EngineNotice>& notices;
+    CNoteCapture& capture;
     std::uint32_t count = 0;
 };
 

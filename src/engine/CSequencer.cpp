@@ -192,17 +192,17 @@ void CSequencer::AdvancePattern(CInstrument& instrument, bool atBeat, bool force
 
 void CSequencer::EndPattern(CInstrument& instrument) noexcept {
     InstrumentPlayState& play = instrument.play;
-    const StepNumberMode mode = SelectedStepNumberMode(instrument);
+    const EStepNumberMode mode = SelectedStepNumberMode(instrument);
     if (play.nextPattern >= 0) {
         play.currentPattern = std::exchange(play.nextPattern, -1);
-    } else if (mode == StepNumberMode::Chain) {
+    } else if (mode == EStepNumberMode::kChain) {
         for (int distance = 1; distance <= kPatternCount; ++distance) {
             const int candidate = (play.currentPattern + distance) % kPatternCount;
             if (!IsUsed(instrument, candidate)) continue;
             play.currentPattern = candidate;
             break;
         }
-    } else if (mode == StepNumberMode::Random) {
+    } else if (mode == EStepNumberMode::kRandom) {
         for (int draw = 0; draw < kPatternCount; ++draw) {
             const int candidate = random.Draw() * kPatternCount / CRandom::kRange;
             if (!IsUsed(instrument, candidate)) continue;

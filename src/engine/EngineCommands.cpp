@@ -32,7 +32,8 @@ void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
         case EngineCommand::EKind::kMoveBall:
             return PlaceBall(instrument.play, command.value, command.x, command.y);
         case EngineCommand::EKind::kPlayNote:
-            return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x), targets.block.now);
+            return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x),
+                                          command.time != 0 ? command.time : targets.block.now);
         case EngineCommand::EKind::kAudition:
             return CMidiRouter::Audition(instrument, command.value, static_cast<int>(command.x), targets.block.now);
         default:

@@ -26,6 +26,7 @@ struct EngineCommand {
     std::int32_t value = 0;
     float x = 0;
     float y = 0;
+    std::uint32_t time = 0;  // kPlayNote: millisecond at which the key moved; 0: with the next block
 };
 
 // Render thread to editing thread.
@@ -35,6 +36,8 @@ struct EngineNotice {
         kProgramSelected,  // instrument, value: program to set in its plug-in
         kLanePoint,        // instrument, lane, pattern, x, y: recorded automation of a MIDI lane
         kLimitLearned,     // instrument: its key range has changed
+        kNote,             // instrument, value: key, lane: velocity, 0 for its end, pattern, x: step, -1 while
+                           // nothing plays, y: samples of a step, sample
     };
     EKind kind = EKind::kPresetSelected;
     std::uint32_t instrument = 0;
@@ -43,6 +46,7 @@ struct EngineNotice {
     std::int32_t pattern = 0;
     float x = 0;
     float y = 0;
+    std::int64_t sample = 0;  // since the start of playing
 };
 
 // A short MIDI message with the millisecond of its arrival.

@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/InstrumentChain.h"
 
-#include <algorithm>
-
 #include "engine/ParameterChange.h"
 
 namespace quib {
 
 namespace {
-
-// Frame of the block at which a live message falls: what came in during the last block keeps its
-// distances in this one.
-std::int32_t FrameOf(const LiveEvent& event, const BlockContext& block) noexcept {
-    const auto age = static_cast<std::int32_t>(block.now - event.time);
-    const double frame = block.frames - age * block.sampleRate / 1000.0;
-    return static_cast<std::int32_t>(std::clamp(frame, 0.0, block.frames - 1.0));
-}
 
 // Earlier first, equal frames in the order in which they were added. Lists are short and nearly sorted.
 void SortByFrame(std::vector<BlockEvent>& events) noexcept {
@@ -37,7 +27,7 @@ void KeepForNextBlock(std::vector<BlockEvent>& events) noexcept {
 void SendEvents(BlockInstrument& entry, const BlockContext& block) noexcept {
     InstrumentPlayState& play = entry.instrument->play;
     for (const LiveEvent& event : play.liveEvents.Items()) {
-        play.blockEvents.Add({event.status, event.data1, event.data2, FrameOf(event, block)});
+        play.blockEvents.Add({event.status, event.data1, event.data2, FrameOf(event.time, block)});
     }
     play.liveEvents.Items().clear();
     SortByFrame(play.blockEvents.Items());

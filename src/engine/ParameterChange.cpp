@@ -22,7 +22,7 @@ void PlayMixLanes(CInstrument& instrument, int slot, float position, double samp
 void PlayPluginLanes(CPlugin* plugin, int slot, float position) noexcept {
     if (plugin == nullptr) return;
     for (const CEventLanes::Lane& lane : plugin->lanes.ForRender().Lanes(slot)) {
-        if (const auto value = ValueAt(*lane.points, position, LaneKind::Continuous)) {
+        if (const auto value = ValueAt(*lane.points, position, ELaneKind::kContinuous)) {
             plugin->AutomateParameter(lane.index, *value);
         }
     }
@@ -70,17 +70,17 @@ void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignm
     for (const BallAssignment& assignment : assignments) {
         const float value = assignment.high / 128.0F * share + assignment.low / 128.0F * (1.0F - share);
         switch (assignment.target) {
-            case BallTarget::Plugin:
+            case EBallTarget::kPlugin:
                 entry.plugin->PlayParameter(assignment.parameter, value);
                 break;
-            case BallTarget::Mix:
+            case EBallTarget::kMix:
                 if (const auto scaled = MixValueOf(assignment.parameter, value)) {
                     ChangeMixValue(*entry.instrument, assignment.parameter, *scaled, sampleRate);
                 }
                 break;
-            case BallTarget::Insert1:
-            case BallTarget::Insert2: {
-                CPlugin* const insert = entry.inserts[assignment.target == BallTarget::Insert1 ? 0 : 1];
+            case EBallTarget::kInsert1:
+            case EBallTarget::kInsert2: {
+                CPlugin* const insert = entry.inserts[assignment.target == EBallTarget::kInsert1 ? 0 : 1];
                 if (insert != nullptr) insert->PlayParameter(assignment.parameter, value);
                 break;
             }

@@ -34,6 +34,7 @@ void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
     RunCommands(commands, {block, settings, songTime, router});
     midi.Drain(router, block, songTime.Transport());
     songTime.Advance(block, settings, recordAutomation.IsOn());
+    capture.Tell(block, songTime.Transport());
     PlayMasterAutomation(block, settings);
     mixer.Render(block, *pool, master.Crossfade());
     MixBuses buses = master.Begin(block);

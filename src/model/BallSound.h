@@ -10,10 +10,10 @@
 namespace quib {
 
 // What an assignment moves; written to files as the number.
-enum class BallTarget : std::int32_t { Plugin = 0, Mix = 1, Insert1 = 2, Insert2 = 3 };
+enum class EBallTarget : std::int32_t { kPlugin = 0, kMix = 1, kInsert1 = 2, kInsert2 = 3 };
 
 struct BallAssignment {
-    BallTarget target = BallTarget::Plugin;
+    EBallTarget target = EBallTarget::kPlugin;
     std::int32_t parameter = 0;  // index in the plug-in's parameters or the mix lanes
     float low = 0;               // 0..128: value with the ball at 0
     float high = 128;            // 0..128: value with the ball at 127

@@ -17,11 +17,11 @@ void Sort(PointList& points) {
     }
 }
 
-bool Steps(LaneKind kind) noexcept { return kind == LaneKind::Switch || kind == LaneKind::ProgramChange; }
+bool Steps(ELaneKind kind) noexcept { return kind == ELaneKind::kSwitch || kind == ELaneKind::kProgram; }
 
 }  // namespace
 
-std::optional<float> ValueAt(std::span<const Point> points, float position, LaneKind kind) noexcept {
+std::optional<float> ValueAt(std::span<const Point> points, float position, ELaneKind kind) noexcept {
     const auto next = std::upper_bound(points.begin(), points.end(), position,
                                        [](float wanted, const Point& point) { return wanted < point.x; });
     if (next == points.begin()) return std::nullopt;

@@ -16,16 +16,16 @@
 namespace quib {
 
 // How the value of a lane is shown and applied.
-enum class LaneKind : int {
-    Continuous = 0,
-    LowPassFrequency = 1,
-    BandPassFrequency = 2,
-    HighPassFrequency = 3,
-    Gain = 4,
-    Resonance = 5,
-    Level = 6,
-    ProgramChange = 7,
-    Switch = 8,
+enum class ELaneKind : int {
+    kContinuous = 0,
+    kLowPassFrequency = 1,
+    kBandPassFrequency = 2,
+    kHighPassFrequency = 3,
+    kGain = 4,
+    kResonance = 5,
+    kLevel = 6,
+    kProgram = 7,
+    kSwitch = 8,
 };
 
 // What a lane controls. Its index is its place in the family.
@@ -34,7 +34,7 @@ struct LaneDescription {
     float minimum = 0;
     float maximum = 1;
     float thirdValue = 0;  // 2 for switches
-    LaneKind kind = LaneKind::Continuous;
+    ELaneKind kind = ELaneKind::kContinuous;
 };
 
 struct Point {
@@ -49,7 +49,7 @@ using PointList = std::vector<Point>;
 
 // The value that `points` give at `position` (steps): the line between the neighbours, or the last
 // value passed for kinds that step (switches, programs). Nothing before the first point.
-std::optional<float> ValueAt(std::span<const Point> points, float position, LaneKind kind) noexcept;
+std::optional<float> ValueAt(std::span<const Point> points, float position, ELaneKind kind) noexcept;
 
 class CEventLanes {
 public:

@@ -15,16 +15,16 @@ std::uint32_t NextId() noexcept { return lastId.fetch_add(1, std::memory_order_r
 
 CInstrument::CInstrument() : id(NextId()) {}
 
-StepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept {
+EStepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept {
     for (int mode = 3; mode >= 1; --mode) {
         if (instrument.stepNumberModes[static_cast<std::size_t>(mode - 1)].IsOn()) {
-            return static_cast<StepNumberMode>(mode);
+            return static_cast<EStepNumberMode>(mode);
         }
     }
-    return StepNumberMode::Loop;
+    return EStepNumberMode::kLoop;
 }
 
-void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept {
+void SelectStepNumberMode(CInstrument& instrument, EStepNumberMode mode) noexcept {
     for (int candidate = 1; candidate <= 3; ++candidate) {
         instrument.stepNumberModes[static_cast<std::size_t>(candidate - 1)].Set(
             candidate == static_cast<int>(mode) ? 1.0F : 0.0F);

@@ -44,11 +44,11 @@ struct MidiInputSettings {
     CIntegerValue limitLearning{-1};  // 0 or 1: the next key becomes the lower or upper limit
 };
 
-enum class ArpeggiatorOrder : int { Upward = 0, Downward = 1, UpAndDown = 2, Random = 3 };
+enum class EArpeggiatorOrder : int { kUpward = 0, kDownward = 1, kUpAndDown = 2, kRandom = 3 };
 
 struct ArpeggiatorSettings {
     CValue on;        // switch
-    CValue mode;      // ArpeggiatorOrder
+    CValue mode;      // EArpeggiatorOrder
     CValue hole;      // silent slots of the random order
     CValue ext;       // how often each key or pass is repeated higher
     CValue extMode;   // 0 each key, 1 and 2 each pass, 3 random
@@ -59,7 +59,7 @@ struct ArpeggiatorSettings {
 };
 
 // What follows the end of a pattern when nothing is queued; at most one is on.
-enum class StepNumberMode : int { Loop = 0, Chain = 1, Random = 2, Hold = 3 };
+enum class EStepNumberMode : int { kLoop = 0, kChain = 1, kRandom = 2, kHold = 3 };
 
 class CInstrument {
 public:
@@ -113,8 +113,8 @@ private:
 };
 
 // The mode whose switch is on, the last one in order if several are.
-StepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept;
-void SelectStepNumberMode(CInstrument& instrument, StepNumberMode mode) noexcept;
+EStepNumberMode SelectedStepNumberMode(const CInstrument& instrument) noexcept;
+void SelectStepNumberMode(CInstrument& instrument, EStepNumberMode mode) noexcept;
 
 // Editing thread: computes one band of the equaliser from the strip's settings and hands it to the
 // render thread. False when too many updates wait already and this one was dropped.

@@ -7,44 +7,45 @@ namespace quib {
 
 namespace {
 
-using MixSettings = std::array<const StripSetting*, kMixParameterCount>;
-
-// By lane index.
-constexpr MixSettings kMixSettings = [] {
-    MixSettings settings{};
-    for (const StripSetting& setting : kStripSettings) {
-        settings[static_cast<std::size_t>(setting.lane.index)] = &setting;
+// Rows of the settings by lane index.
+using MixRows = std::array<int, kMixParameterCount>;
+constexpr MixRows kMixRows = [] {
+    MixRows rows{};
+    rows.fill(-1);
+    for (std::size_t row = 0; row < kStripSettings.size(); ++row) {
+        rows[static_cast<std::size_t>(kStripSettings[row].lane.index)] = static_cast<int>(row);
     }
-    return settings;
+    return rows;
 }();
-static_assert(std::ranges::count(kMixSettings, nullptr) == 0, "two settings have the same lane index");
+static_assert(std::ranges::count(kMixRows, -1) == 0, "two settings have the same lane index");
 
-LaneDescription Continuous(const char* name, float minimum, float maximum, LaneKind kind = LaneKind::Continuous) {
+LaneDescription Continuous(const char* name, float minimum, float maximum, ELaneKind kind = ELaneKind::kContinuous) {
     return {name, minimum, maximum, 0.0F, kind};
 }
 
-LaneDescription Switch(const char* name) { return {name, 0.0F, 1.0F, 2.0F, LaneKind::Switch}; }
+LaneDescription Switch(const char* name) { return {name, 0.0F, 1.0F, 2.0F, ELaneKind::kSwitch}; }
 
-std::array<LaneDescription, kMixParameterCount> Describe(const MixSettings& settings) {
+std::array<LaneDescription, kMixParameterCount> Describe(const MixRows& rows) {
     std::array<LaneDescription, kMixParameterCount> descriptions;
-    std::ranges::transform(settings, descriptions.begin(), [](const StripSetting* setting) {
-        if (setting->IsSwitch()) return Switch(setting->lane.name);
-        return Continuous(setting->lane.name, setting->range.minimum, setting->range.maximum, setting->lane.kind);
+    std::ranges::transform(rows, descriptions.begin(), [](int row) {
+        const StripSetting& setting = kStripSettings[static_cast<std::size_t>(row)];
+        if (setting.IsSwitch()) return Switch(setting.lane.name);
+        return Continuous(setting.lane.name, setting.range.minimum, setting.range.maximum, setting.lane.kind);
     });
     return descriptions;
 }
 
-const std::array<LaneDescription, kMixParameterCount> kMixParameters = Describe(kMixSettings);
+const std::array<LaneDescription, kMixParameterCount> kMixParameters = Describe(kMixRows);
 
 const std::array<LaneDescription, kMidiLaneCount> kMidiLanes = {
     Continuous("Pitch Bend", 0, 127),
     Continuous("Modulation Wheel", 0, 127),
     Continuous("Aftertouch", 0, 127),
-    Continuous("ProgramChange", 0, 127, LaneKind::ProgramChange),
+    Continuous("ProgramChange", 0, 127, ELaneKind::kProgram),
 };
 
 const std::array<LaneDescription, kMasterLaneCount> kMasterLanes = {
-    Continuous("Level", 0, 127, LaneKind::Level),
+    Continuous("Level", 0, 127, ELaneKind::kLevel),
     Continuous("Crossfader", 0, 127),
     Switch("Insert1 ON"),
     Switch("Insert2 ON"),
@@ -59,7 +60,7 @@ const std::array<LaneDescription, kMasterLaneCount>& MasterLanes() { return kMas
 
 const StripSetting* MixSetting(int parameter) noexcept {
     if (parameter < 0 || parameter >= kMixParameterCount) return nullptr;
-    return kMixSettings[static_cast<std::size_t>(parameter)];
+    return &kStripSettings[static_cast<std::size_t>(kMixRows[static_cast<std::size_t>(parameter)])];
 }
 
 bool IsMixLane(int index) noexcept {

@@ -30,7 +30,7 @@ void RecallPatterns(CInstrument& instrument, const Preset& preset, CGraveyard& g
         instrument.patternUsed[i].Set(preset.patternUsed[i]);
     }
     instrument.stepNumber.Set(preset.stepNumber);
-    SelectStepNumberMode(instrument, static_cast<StepNumberMode>(preset.stepNumberMode));
+    SelectStepNumberMode(instrument, static_cast<EStepNumberMode>(preset.stepNumberMode));
     instrument.swing.Set(preset.stepNumberModeValue);
     instrument.patternSelected.Set(preset.patternSelected);
     PublishLanes(instrument.midiLanes, preset.midiLanes, graveyard);
@@ -92,8 +92,9 @@ void CPresetRecall::AddState(const PluginSlot& slot, const std::shared_ptr<const
 }
 
 void CPresetRecall::SetState(const PendingState& state) {
-    const BankResult result = state.plugin->LoadBank(*state.image);
-    if (result != BankResult::Done) warnings.push_back(state.plugin->Identity().displayName + ": " + Describe(result));
+    const EBankResult result = state.plugin->LoadBank(*state.image);
+    if (result != EBankResult::kDone)
+        warnings.push_back(state.plugin->Identity().displayName + ": " + Describe(result));
     state.plugin->FadeIn();
 }
 

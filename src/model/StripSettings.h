@@ -57,7 +57,7 @@ private:
 struct StripLane {
     int index;         // written to files as the number of the lane
     const char* name;  // English
-    LaneKind kind;
+    ELaneKind kind;
     bool automated = true;  // false: named, but no lane that points may go to
 };
 
@@ -75,11 +75,11 @@ struct StripKeys {
 
 // Where the records of a setting stand; in each part in the order of the table. In an instrument, those of an
 // insert stand with its plug-in and are not written without one.
-enum class StripPart : int {
-    Mixer,    // before the selected pattern, in an instrument before the arpeggiator
-    Insert1,  // in a preset after the selected pattern
-    Insert2,
-    Effects,  // after the selected pattern
+enum class EStripPart : int {
+    kMixer,    // before the selected pattern, in an instrument before the arpeggiator
+    kInsert1,  // in a preset after the selected pattern
+    kInsert2,
+    kEffects,  // after the selected pattern
 };
 
 struct StripSetting {
@@ -87,12 +87,12 @@ struct StripSetting {
     StripLane lane;
     StripRange range;
     StripKeys keys;
-    StripPart part;
+    EStripPart part;
     StripMember member;
     bool staysOnReset = false;  // a reset of the instrument leaves it alone
     int eqBand = -1;            // band whose coefficients depend on it
 
-    bool IsSwitch() const noexcept { return lane.kind == LaneKind::Switch; }
+    bool IsSwitch() const noexcept { return lane.kind == ELaneKind::kSwitch; }
     // `value`, which is a number, within the range.
     float Limited(float value) const noexcept { return std::clamp(value, range.minimum, range.maximum); }
 };
@@ -106,58 +106,58 @@ constexpr StripRange kStripEqQ = {0, 1, 0.707F};
 // The bands begin at 100 Hz, 500 Hz and 2000 Hz, on the scale 20 Hz x 800^x.
 // clang-format off
 inline constexpr auto kStripSettings = std::to_array<StripSetting>({
-    {"Level", {0, "Level", LaneKind::Level}, {0, 127, 73.67F},
-     {"LEVEL", "PRESET_LEVEL"}, StripPart::Mixer, [](auto& s) { return &s.level; }},
-    {"Pan", {1, "Pan", LaneKind::Continuous}, {-1, 1, 0},
-     {"PAN", "PRESET_PAN"}, StripPart::Mixer, [](auto& s) { return &s.pan; }},
-    {"Mute", {2, "Mute", LaneKind::Switch}, kStripSwitch,
-     {"MUTE", "PRESET_MUTE"}, StripPart::Mixer, [](auto& s) { return &s.mute; }},
-    {"Crossfade A", {24, "CrossfadeA", LaneKind::Switch, false}, kStripSwitch,
-     {"CROSSFADEA", "PRESET_CROSSFADEA"}, StripPart::Mixer, [](auto& s) { return &s.crossfadeA; }},
-    {"Crossfade B", {25, "CrossfadeB", LaneKind::Switch, false}, kStripSwitch,
-     {"CROSSFADEB", "PRESET_CROSSFADEA", "PRESET_CROSSFADEB"}, StripPart::Mixer, [](auto& s) { return &s.crossfadeB; }},
-    {"Synchro", {23, "Synchro", LaneKind::Switch}, kStripSwitch,
-     {"SYNCHRO_INST", "PRESET_SYNCHRO"}, StripPart::Mixer, [](auto& s) { return &s.synchro; }},
-    {"Insert", {13, "Insert1 ON", LaneKind::Switch}, kStripSwitch,
-     {"INSERT1_ON", "PRESET_INSERT1_ON"}, StripPart::Insert1, [](auto& s) { return &s.insertOn[0]; }, true},
-    {"Insert", {14, "Insert2 ON", LaneKind::Switch}, kStripSwitch,
-     {"INSERT2_ON", "PRESET_INSERT2_ON"}, StripPart::Insert2, [](auto& s) { return &s.insertOn[1]; }, true},
-    {"Send", {15, "Send1 ON", LaneKind::Switch}, kStripSwitch,
-     {"EFFECT1_ON", "PRESET_EFFECT1_ON"}, StripPart::Effects, [](auto& s) { return &s.sendOn[0]; }},
-    {"Send level", {16, "Send1 Level", LaneKind::Level}, kStripSendLevel,
-     {"EFFECT1_LEVEL", "PRESET_EFFECT1_LEVEL"}, StripPart::Effects, [](auto& s) { return &s.sendLevel[0]; }},
-    {"Send", {17, "Send2 ON", LaneKind::Switch}, kStripSwitch,
-     {"EFFECT2_ON", "PRESET_EFFECT2_ON"}, StripPart::Effects, [](auto& s) { return &s.sendOn[1]; }},
-    {"Send level", {18, "Send2 Level", LaneKind::Level}, kStripSendLevel,
-     {"EFFECT2_LEVEL", "PRESET_EFFECT2_LEVEL"}, StripPart::Effects, [](auto& s) { return &s.sendLevel[1]; }},
-    {"Send", {19, "Send3 ON", LaneKind::Switch}, kStripSwitch,
-     {"EFFECT3_ON", "PRESET_EFFECT3_ON"}, StripPart::Effects, [](auto& s) { return &s.sendOn[2]; }},
-    {"Send level", {20, "Send3 Level", LaneKind::Level}, kStripSendLevel,
-     {"EFFECT3_LEVEL", "PRESET_EFFECT3_LEVEL"}, StripPart::Effects, [](auto& s) { return &s.sendLevel[2]; }},
-    {"Send", {21, "Send4 ON", LaneKind::Switch}, kStripSwitch,
-     {"EFFECT4_ON", "PRESET_EFFECT4_ON"}, StripPart::Effects, [](auto& s) { return &s.sendOn[3]; }},
-    {"Send level", {22, "Send4 Level", LaneKind::Level}, kStripSendLevel,
-     {"EFFECT4_LEVEL", "PRESET_EFFECT4_LEVEL"}, StripPart::Effects, [](auto& s) { return &s.sendLevel[3]; }},
-    {"Equaliser", {3, "EQ ON", LaneKind::Switch}, kStripSwitch,
-     {"EQ_ON", "PRESET_EQ_ON"}, StripPart::Effects, [](auto& s) { return &s.eqOn; }, true},
-    {"Equaliser", {4, "LP Freq", LaneKind::LowPassFrequency}, {0, 1, 0.24076759815216064F},
-     {"EQ1_FREQ", "PRESET_EQ1_FREQ"}, StripPart::Effects, [](auto& s) { return &s.eqFreq[0]; }, false, 0},
-    {"Equaliser", {5, "LP Q", LaneKind::Resonance}, kStripEqQ,
-     {"EQ1_RES", "PRESET_EQ1_RES"}, StripPart::Effects, [](auto& s) { return &s.eqQ[0]; }, false, 0},
-    {"Equaliser", {6, "LP Gain", LaneKind::Gain}, kStripEqGain,
-     {"EQ1_GAIN", "PRESET_EQ1_GAIN"}, StripPart::Effects, [](auto& s) { return &s.eqGain[0]; }, false, 0},
-    {"Equaliser", {7, "BP Freq", LaneKind::BandPassFrequency}, {0, 1, 0.4815351963043213F},
-     {"EQ2_FREQ", "PRESET_EQ2_FREQ"}, StripPart::Effects, [](auto& s) { return &s.eqFreq[1]; }, false, 1},
-    {"Equaliser", {8, "BP Q", LaneKind::Resonance}, kStripEqQ,
-     {"EQ2_RES", "PRESET_EQ2_RES"}, StripPart::Effects, [](auto& s) { return &s.eqQ[1]; }, false, 1},
-    {"Equaliser", {9, "BP Gain", LaneKind::Gain}, kStripEqGain,
-     {"EQ2_GAIN", "PRESET_EQ2_GAIN"}, StripPart::Effects, [](auto& s) { return &s.eqGain[1]; }, false, 1},
-    {"Equaliser", {10, "HP Freq", LaneKind::HighPassFrequency}, {0, 1, 0.6889311075210571F},
-     {"EQ3_FREQ", "PRESET_EQ3_FREQ"}, StripPart::Effects, [](auto& s) { return &s.eqFreq[2]; }, false, 2},
-    {"Equaliser", {11, "HP Q", LaneKind::Resonance}, kStripEqQ,
-     {"EQ3_RES", "PRESET_EQ3_RES"}, StripPart::Effects, [](auto& s) { return &s.eqQ[2]; }, false, 2},
-    {"Equaliser", {12, "HP Gain", LaneKind::Gain}, kStripEqGain,
-     {"EQ3_GAIN", "PRESET_EQ3_GAIN"}, StripPart::Effects, [](auto& s) { return &s.eqGain[2]; }, false, 2},
+    {"Level", {0, "Level", ELaneKind::kLevel}, {0, 127, 73.67F},
+     {"LEVEL", "PRESET_LEVEL"}, EStripPart::kMixer, [](auto& s) { return &s.level; }},
+    {"Pan", {1, "Pan", ELaneKind::kContinuous}, {-1, 1, 0},
+     {"PAN", "PRESET_PAN"}, EStripPart::kMixer, [](auto& s) { return &s.pan; }},
+    {"Mute", {2, "Mute", ELaneKind::kSwitch}, kStripSwitch,
+     {"MUTE", "PRESET_MUTE"}, EStripPart::kMixer, [](auto& s) { return &s.mute; }},
+    {"Crossfade A", {24, "CrossfadeA", ELaneKind::kSwitch, false}, kStripSwitch,
+     {"CROSSFADEA", "PRESET_CROSSFADEA"}, EStripPart::kMixer, [](auto& s) { return &s.crossfadeA; }},
+    {"Crossfade B", {25, "CrossfadeB", ELaneKind::kSwitch, false}, kStripSwitch,
+     {"CROSSFADEB", "PRESET_CROSSFADEA", "PRESET_CROSSFADEB"}, EStripPart::kMixer, [](auto& s) { return &s.crossfadeB; }},
+    {"Synchro", {23, "Synchro", ELaneKind::kSwitch}, kStripSwitch,
+     {"SYNCHRO_INST", "PRESET_SYNCHRO"}, EStripPart::kMixer, [](auto& s) { return &s.synchro; }},
+    {"Insert", {13, "Insert1 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"INSERT1_ON", "PRESET_INSERT1_ON"}, EStripPart::kInsert1, [](auto& s) { return &s.insertOn[0]; }, true},
+    {"Insert", {14, "Insert2 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"INSERT2_ON", "PRESET_INSERT2_ON"}, EStripPart::kInsert2, [](auto& s) { return &s.insertOn[1]; }, true},
+    {"Send", {15, "Send1 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"EFFECT1_ON", "PRESET_EFFECT1_ON"}, EStripPart::kEffects, [](auto& s) { return &s.sendOn[0]; }},
+    {"Send level", {16, "Send1 Level", ELaneKind::kLevel}, kStripSendLevel,
+     {"EFFECT1_LEVEL", "PRESET_EFFECT1_LEVEL"}, EStripPart::kEffects, [](auto& s) { return &s.sendLevel[0]; }},
+    {"Send", {17, "Send2 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"EFFECT2_ON", "PRESET_EFFECT2_ON"}, EStripPart::kEffects, [](auto& s) { return &s.sendOn[1]; }},
+    {"Send level", {18, "Send2 Level", ELaneKind::kLevel}, kStripSendLevel,
+     {"EFFECT2_LEVEL", "PRESET_EFFECT2_LEVEL"}, EStripPart::kEffects, [](auto& s) { return &s.sendLevel[1]; }},
+    {"Send", {19, "Send3 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"EFFECT3_ON", "PRESET_EFFECT3_ON"}, EStripPart::kEffects, [](auto& s) { return &s.sendOn[2]; }},
+    {"Send level", {20, "Send3 Level", ELaneKind::kLevel}, kStripSendLevel,
+     {"EFFECT3_LEVEL", "PRESET_EFFECT3_LEVEL"}, EStripPart::kEffects, [](auto& s) { return &s.sendLevel[2]; }},
+    {"Send", {21, "Send4 ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"EFFECT4_ON", "PRESET_EFFECT4_ON"}, EStripPart::kEffects, [](auto& s) { return &s.sendOn[3]; }},
+    {"Send level", {22, "Send4 Level", ELaneKind::kLevel}, kStripSendLevel,
+     {"EFFECT4_LEVEL", "PRESET_EFFECT4_LEVEL"}, EStripPart::kEffects, [](auto& s) { return &s.sendLevel[3]; }},
+    {"Equaliser", {3, "EQ ON", ELaneKind::kSwitch}, kStripSwitch,
+     {"EQ_ON", "PRESET_EQ_ON"}, EStripPart::kEffects, [](auto& s) { return &s.eqOn; }, true},
+    {"Equaliser", {4, "LP Freq", ELaneKind::kLowPassFrequency}, {0, 1, 0.24076759815216064F},
+     {"EQ1_FREQ", "PRESET_EQ1_FREQ"}, EStripPart::kEffects, [](auto& s) { return &s.eqFreq[0]; }, false, 0},
+    {"Equaliser", {5, "LP Q", ELaneKind::kResonance}, kStripEqQ,
+     {"EQ1_RES", "PRESET_EQ1_RES"}, EStripPart::kEffects, [](auto& s) { return &s.eqQ[0]; }, false, 0},
+    {"Equaliser", {6, "LP Gain", ELaneKind::kGain}, kStripEqGain,
+     {"EQ1_GAIN", "PRESET_EQ1_GAIN"}, EStripPart::kEffects, [](auto& s) { return &s.eqGain[0]; }, false, 0},
+    {"Equaliser", {7, "BP Freq", ELaneKind::kBandPassFrequency}, {0, 1, 0.4815351963043213F},
+     {"EQ2_FREQ", "PRESET_EQ2_FREQ"}, EStripPart::kEffects, [](auto& s) { return &s.eqFreq[1]; }, false, 1},
+    {"Equaliser", {8, "BP Q", ELaneKind::kResonance}, kStripEqQ,
+     {"EQ2_RES", "PRESET_EQ2_RES"}, EStripPart::kEffects, [](auto& s) { return &s.eqQ[1]; }, false, 1},
+    {"Equaliser", {9, "BP Gain", ELaneKind::kGain}, kStripEqGain,
+     {"EQ2_GAIN", "PRESET_EQ2_GAIN"}, EStripPart::kEffects, [](auto& s) { return &s.eqGain[1]; }, false, 1},
+    {"Equaliser", {10, "HP Freq", ELaneKind::kHighPassFrequency}, {0, 1, 0.6889311075210571F},
+     {"EQ3_FREQ", "PRESET_EQ3_FREQ"}, EStripPart::kEffects, [](auto& s) { return &s.eqFreq[2]; }, false, 2},
+    {"Equaliser", {11, "HP Q", ELaneKind::kResonance}, kStripEqQ,
+     {"EQ3_RES", "PRESET_EQ3_RES"}, EStripPart::kEffects, [](auto& s) { return &s.eqQ[2]; }, false, 2},
+    {"Equaliser", {12, "HP Gain", ELaneKind::kGain}, kStripEqGain,
+     {"EQ3_GAIN", "PRESET_EQ3_GAIN"}, EStripPart::kEffects, [](auto& s) { return &s.eqGain[2]; }, false, 2},
 });
 // clang-format on
 

@@ -105,7 +105,7 @@ bool CProjectReader::ReadSlotRecord(const SlotKeys& keys, CSlotReader& slot) {
     const std::string_view key = reader.Key();
     if (key == keys.plugin) {
         AskToGoOn(reader.Text(1));
-        if (!stopped) slot.Load(reader, SlotKind::Effect, context);
+        if (!stopped) slot.Load(reader, ESlotKind::kEffect, context);
     } else if (key == keys.preset) {
         if (OpensBracket(reader)) slot.ReadState(reader, context);
     } else if (key == keys.events) {

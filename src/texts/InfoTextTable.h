@@ -83,6 +83,19 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
+    {428,
+     "RECORD NOTES - While it is on, what you play during playing is written into the current pattern of the current "
+     "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
+     "above, Z and X for the octave). Right button: overdub or replace, quantise.",
+     "ENREGISTREMENT DE NOTES - Quand il est actif, ce que vous jouez pendant la lecture est écrit dans le motif en "
+     "cours de l'instrument courant : sur un clavier MIDI, le clavier de la tranche ou les touches de l'ordinateur (la "
+     "rangée centrale et celle du dessus, les deux premières de la rangée du bas pour l'octave). Bouton droit : "
+     "ajouter ou remplacer, quantifier."},
+    {429,
+     "STEP ENTRY - While nothing plays, the keys you play are written at the cursor, keys held together as a chord. "
+     "Then the cursor goes on by the snap, at the end back to the beginning. The arrow keys move it.",
+     "SAISIE PAS À PAS - À l'arrêt, les touches jouées sont écrites au curseur, celles tenues ensemble en accord. Le "
+     "curseur avance ensuite de la valeur du magnétisme, à la fin il revient au début. Les flèches le déplacent."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
     {431, "STOP - Stops playing. A second click goes back to the start.",

@@ -32,11 +32,6 @@ protected:
         for (const QString& name : names) QFile::link(from + "/" + name, to + "/" + name);
     }
 
-    auto& Steps() { return workstation->Changes().Steps(); }
-    auto& Stack() { return workstation->Stack(); }
-    auto& Contents() { return workstation->Contents(); }
-    auto& Places() { return workstation->Places(); }
-    auto& Session() { return workstation->Session(); }
     // Adds the built-in synthesiser; gives its index.
     int AddSynth() {
         QString error;
@@ -47,6 +42,11 @@ protected:
     std::shared_ptr<CInstrument> At(int index) { return Stack().Instrument(index); }
     CPlugin& PluginAt(int index) { return *At(index)->plugin.ForEdit()->plugin; }
     SlotPlace Place(int index) { return {SlotPlace::EKind::kInstrument, At(index)->Id(), 0}; }
+    QUndoStack& Steps() { return workstation->Changes().Steps(); }
+    CInstrumentStack& Stack() { return workstation->Stack(); }
+    CContents& Contents() { return workstation->Contents(); }
+    CPluginPlaces& Places() { return workstation->Places(); }
+    CSession& Session() { return workstation->Session(); }
     std::string UndoText() { return Steps().undoText().toStdString(); }
     QString File(const char* name) { return folder.filePath(QLatin1String(name)); }
 

@@ -34,7 +34,7 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginChoices = [](SlotKind) {
+        actions.pluginChoices = [](ESlotKind) {
             const QString name = QStringLiteral("QUIB synth");
             return QList<PluginChoice>{{name, QString(), name}};
         };
@@ -137,6 +137,37 @@ TEST_F(ConsoleTest, StepBoxesAreSetPaintedMadeLouderAndClearedAndEachGestureIsOn
     QTest::mouseRelease(console.get(), Qt::LeftButton, {}, box(3));
     EXPECT_EQ(notes().size(), 1U);
     EXPECT_EQ(steps(), before + 5);
+}
+
+// Elsewhere than in its own cells and boxes a strip has nothing new to show.
+TEST_F(ConsoleTest, ADragOfNotesRepaintsTheCellsAndBoxesOfItsStripOnly) {
+    timer.stop();
+    QTest::qWait(50);
+    const auto instrument = workstation->Stack().Instrument(0);
+    const int pattern = workstation->Selection().CurrentPattern();
+    const auto painted = [&](const std::function<void(int move)>& drag) {
+        const qint64 before = console->PaintedPixels();
+        for (int move = 0; move < 60; ++move) {
+            drag(move);
+            console->FollowEngine();
+            QApplication::processEvents();
+        }
+        return console->PaintedPixels() - before;
+    };
+    const qint64 idle = painted([](int) {});
+    qint64 room = 0;
+    for (const auto& child : console->Strip(0)->Children()) {
+        if (child->infoString == 127 || child->infoString == 480 || child->infoString == 481) {
+            room += qint64{child->Width() + 1} * (child->Height() + 1);
+        }
+    }
+    CGesture gesture(workstation->Changes());
+    const qint64 dragging = painted([&](int move) {
+        gesture.Publish(PatternPlace(instrument, pattern),
+                        std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 30 + move, 100}}));
+    });
+    EXPECT_GT(dragging, idle);
+    EXPECT_LE(dragging - idle, 60 * room);
 }
 
 }  // namespace

@@ -164,7 +164,7 @@ TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
     const auto catalog = Make();
     Scan(*catalog);
     ConsoleActions actions;
-    actions.pluginChoices = [&](SlotKind kind) { return PluginChoices(folders, *catalog, kind); };
+    actions.pluginChoices = [&](ESlotKind kind) { return PluginChoices(folders, *catalog, kind); };
     AddSynth();
     const SlotPlace place{SlotPlace::EKind::kInsert, At(0)->Id(), 0};
     QMenu menu;
@@ -183,7 +183,7 @@ TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
     EXPECT_EQ(texts.filter("Gain"),
               QStringList({"Gain (" + QFileInfo(File("plugins/deep/two.so")).canonicalFilePath() + ")", "Gain (one)",
                            "Gain (" + QFileInfo(File("plugins/two.so")).canonicalFilePath() + ")"}));
-    for (const PluginChoice& choice : actions.pluginChoices(SlotKind::Effect)) {
+    for (const PluginChoice& choice : actions.pluginChoices(ESlotKind::kEffect)) {
         EXPECT_EQ(choice.identity == "vst2:74735042", choice.text == "Parameter bank") << choice.text.toStdString();
     }
 }

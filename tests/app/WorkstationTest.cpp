@@ -83,7 +83,7 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     ExpectUndoable("Points", [&] { Contents().SetLanes(id, ELanes::kMix, points, "Points"); });
     ExpectUndoable("Master points", [&] { Contents().SetMasterLanes(points, "Master points"); });
     ExpectUndoable("Ball", [&] { Contents().SetBallSounds(id, std::make_shared<const BallSoundList>(1), "Ball"); });
-    ExpectUndoable("Pattern order", [&] { Contents().SetStepNumberMode(0, StepNumberMode::Random); });
+    ExpectUndoable("Pattern order", [&] { Contents().SetStepNumberMode(0, EStepNumberMode::kRandom); });
     ExpectUndoable("Level", [&] { Move(At(0)->strip.level, 12, "Level"); });
     ExpectUndoable("Tempo", [&] { Move(workstation->Audio().settings.tempo, 99, "Tempo"); });
     ExpectUndoable("Load plug-in",

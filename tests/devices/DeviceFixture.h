@@ -61,7 +61,7 @@ inline void CDeviceTest::AddSynths(CAudio& engine, int count) {
     for (int index = 0; index < count; ++index) {
         auto instrument = std::make_shared<CInstrument>();
         std::string error;
-        auto plugin = CPlugin::Load(QUIB_BIN_DIR "/PluginInstruments/QUIB synth.so", SlotKind::Instrument,
+        auto plugin = CPlugin::Load(QUIB_BIN_DIR "/PluginInstruments/QUIB synth.so", ESlotKind::kInstrument,
                                     engine.environment, error);
         ASSERT_TRUE(plugin) << error;
         instrument->plugin.Publish(std::make_shared<const PluginSlot>(PluginSlot{plugin, nullptr}), engine.graveyard);

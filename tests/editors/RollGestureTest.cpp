@@ -305,6 +305,24 @@ TEST_F(RollGesture, TheStripSoundsAndDragsTheLimits) {
     ExpectConsistent();
 }
 
+TEST_F(RollGesture, KeysHeldTogetherAreAChordAtTheCursorAndOneStep) {
+    const auto play = [this](std::initializer_list<int> chord) {
+        for (const int velocity : {90, 0}) {
+            for (const int key : chord) keys.EnterStep(key, velocity);
+        }
+    };
+    play({60, 64});
+    play({62});
+    EXPECT_EQ(Notes(), (std::vector<Note>{{0, 1, 60, 90}, {0, 1, 64, 90}, {1, 1, 62, 90}}));
+    EXPECT_EQ(document.steps.size(), 2U);
+    keys.EnterStep(70, 0);
+    EXPECT_EQ(keys.ShownCursor()->step, 2) << "the end of a key that began elsewhere";
+    for (int step = 2; step < 32; ++step) play({50});
+    play({67});
+    EXPECT_EQ(Notes().back(), (Note{0, 1, 67, 90})) << "from the end back to the beginning";
+    ExpectConsistent();
+}
+
 TEST_F(RollGesture, EverythingWorksWithoutAMouse) {
     Key(virtualKey::kRight);
     Key(virtualKey::kReturn);

@@ -15,7 +15,7 @@ const std::vector<std::pair<int, const char*>> kDrums = {
 
 void ShowMelody(CExampleRoll& example) {
     CPianoRollCtrlEx& roll = *example.roll;
-    roll.options.scale = {5, ScaleType::Minor};
+    roll.options.scale = {5, EScaleType::kMinor};
     roll.options.swing = 0.25F;
     roll.options.lowerLimit = 51;
     roll.options.upperLimit = 76;

@@ -31,16 +31,16 @@ public:
         const InstrumentList& list = *audio.instruments.ForEdit();
         return *list[static_cast<std::size_t>(Draw(static_cast<int>(list.size())))];
     }
-    std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+    std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
         auto plugin = LoadPlugin(name, kind);
         loaded.push_back(plugin);
         return plugin;
     }
     std::shared_ptr<CInstrument> MakeInstrument() {
         auto instrument = std::make_shared<CInstrument>();
-        Put(instrument->plugin, Load(Chance(6) ? "Trouble" : "NoteProbe", SlotKind::Instrument));
-        Put(instrument->inserts[0], Load("Gain", SlotKind::Effect));
-        Put(instrument->inserts[1], Load("Mono", SlotKind::Effect));
+        Put(instrument->plugin, Load(Chance(6) ? "Trouble" : "NoteProbe", ESlotKind::kInstrument));
+        Put(instrument->inserts[0], Load("Gain", ESlotKind::kEffect));
+        Put(instrument->inserts[1], Load("Mono", ESlotKind::kEffect));
         instrument->midi.channel.Set(kChannelOmni);
         audio.PrepareInstrument(*instrument);
         return instrument;
@@ -83,8 +83,8 @@ public:
             sound.rate = Draw(4);
             sound.channelSelector = Draw(3);
             sound.controllerX = 1;
-            sound.horizontal.push_back({static_cast<BallTarget>(Draw(4)), Draw(26), 0, DrawWithin(0, 128), 0});
-            sound.vertical.push_back({static_cast<BallTarget>(Draw(4)), Draw(26), DrawWithin(0, 128), 0, 0});
+            sound.horizontal.push_back({static_cast<EBallTarget>(Draw(4)), Draw(26), 0, DrawWithin(0, 128), 0});
+            sound.vertical.push_back({static_cast<EBallTarget>(Draw(4)), Draw(26), DrawWithin(0, 128), 0, 0});
         }
         Publish(AnyInstrument().ballSounds, std::move(sounds));
     }
@@ -133,10 +133,10 @@ public:
                 return swap(audio.sharedEffects[static_cast<std::size_t>(Draw(kSendCount))],
                             audio.sharedEffects[static_cast<std::size_t>(Draw(kSendCount))]);
             case 3:
-                if (Chance(20)) Put(instrument.plugin, Load("NoteProbe", SlotKind::Instrument));
+                if (Chance(20)) Put(instrument.plugin, Load("NoteProbe", ESlotKind::kInstrument));
                 return;
             case 4:
-                if (Chance(20)) Put(instrument.inserts[0], Chance(3) ? nullptr : Load("Gain", SlotKind::Effect));
+                if (Chance(20)) Put(instrument.inserts[0], Chance(3) ? nullptr : Load("Gain", ESlotKind::kEffect));
                 return;
             case 5:
                 return plugin->Prepare();
@@ -158,7 +158,7 @@ public:
         SetMixValue(instrument.strip, Draw(kMixParameterCount), DrawWithin(-1, 127));
         instrument.swing.Set(DrawWithin(0, 1));
         instrument.patternUsed[static_cast<std::size_t>(Draw(3))].Set(Draw(2));
-        SelectStepNumberMode(instrument, static_cast<StepNumberMode>(Draw(4)));
+        SelectStepNumberMode(instrument, static_cast<EStepNumberMode>(Draw(4)));
         instrument.midi.priority.Set(Draw(2));
         instrument.midi.limitLearning.Set(Draw(3) - 1);
         instrument.keyboardOn.Set(static_cast<float>(Draw(2)));
@@ -205,8 +205,8 @@ public:
         InstrumentList list;
         for (int count = 0; count < 6; ++count) list.push_back(MakeInstrument());
         audio.PublishInstruments(std::move(list));
-        for (auto& insert : audio.masterInserts) Put(insert, Load("Gain", SlotKind::Effect));
-        for (auto& effect : audio.sharedEffects) Put(effect, Load("Gain", SlotKind::Effect));
+        for (auto& insert : audio.masterInserts) Put(insert, Load("Gain", ESlotKind::kEffect));
+        for (auto& effect : audio.sharedEffects) Put(effect, Load("Gain", ESlotKind::kEffect));
     }
     void EmptySlots() {
         audio.PublishInstruments({});
@@ -278,7 +278,7 @@ public:
             instrument->inserts[0].ForEdit()->plugin->SetParameter(0, 0.4F);
             instrument->keyboardOn.Set(1.0F);
             instrument->arpeggiator.on.Set(1.0F);
-            instrument->arpeggiator.mode.Set(static_cast<float>(ArpeggiatorOrder::Random));
+            instrument->arpeggiator.mode.Set(static_cast<float>(EArpeggiatorOrder::kRandom));
             Publish(instrument->mixLanes, CEventLanes().With(0, 1, {{0.0F, -1.0F}, {4.0F, 1.0F}}));
             audio.PrepareInstrument(*instrument);
             ++index;

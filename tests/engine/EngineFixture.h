@@ -28,7 +28,7 @@ protected:
         audio.Prepare({sampleRate, blockSize, threads, false});
     }
 
-    std::shared_ptr<CPlugin> LoadPlugin(const std::string& name, SlotKind kind) {
+    std::shared_ptr<CPlugin> LoadPlugin(const std::string& name, ESlotKind kind) {
         std::string error;
         auto plugin =
             CPlugin::Load(std::string(QUIB_BIN_DIR "/testplugins/") + name + ".so", kind, audio.environment, error);
@@ -49,7 +49,7 @@ protected:
 
     CInstrument& AddInstrument(const std::string& pluginName = "NoteProbe") {
         auto instrument = std::make_shared<CInstrument>();
-        Put(instrument->plugin, LoadPlugin(pluginName, SlotKind::Instrument));
+        Put(instrument->plugin, LoadPlugin(pluginName, ESlotKind::kInstrument));
         audio.PrepareInstrument(*instrument);
         InstrumentList list = *audio.instruments.ForEdit();
         list.push_back(instrument);

@@ -45,7 +45,9 @@ protected:
     PresetSelection selection;
     CValue recording;
     CBoundedQueue<EngineNotice> notices{64};
-    CMidiRouter router{selection, recording, notices};
+    NoteCaptureSettings captured;
+    CNoteCapture capture{captured, notices};
+    CMidiRouter router{selection, recording, notices, capture};
     BlockContext block{};
     CTransport transport;
 };

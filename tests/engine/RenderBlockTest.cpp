@@ -76,19 +76,19 @@ TEST_F(CRenderBlockTest, TheMasterNeverExceedsItsCeilingAndGainsNeverJump) {
 TEST_F(CRenderBlockTest, InsertsWorkOutOfPlaceAndAMonoInsertHearsBothSides) {
     CInstrument& instrument = AddConstant();
     Settle();
-    Put(instrument.inserts[0], LoadPlugin("Gain", SlotKind::Effect));
+    Put(instrument.inserts[0], LoadPlugin("Gain", ESlotKind::kEffect));
     instrument.strip.insertOn[0].Set(1.0F);
     instrument.inserts[0].ForEdit()->plugin->SetParameter(0, 1.0F);
     audio.RenderBlock();
     EXPECT_NEAR(Left(), 2 * 0.0625F, 1e-4F);
-    Put(instrument.inserts[1], LoadPlugin("Mono", SlotKind::Effect));
+    Put(instrument.inserts[1], LoadPlugin("Mono", ESlotKind::kEffect));
     instrument.strip.insertOn[1].Set(1.0F);
     audio.RenderBlock();
     EXPECT_NEAR(Left(), 2 * 0.0625F, 1e-4F);
     EXPECT_NEAR(Right(), 2 * 0.0625F, 1e-4F);
     EXPECT_EQ(instrument.inserts[1].ForEdit()->plugin->Latency(), 64);
 
-    Put(audio.masterInserts[0], LoadPlugin("Gain", SlotKind::Effect));
+    Put(audio.masterInserts[0], LoadPlugin("Gain", ESlotKind::kEffect));
     audio.settings.masterInsertOn[0].Set(1.0F);
     audio.masterInserts[0].ForEdit()->plugin->SetParameter(0, 0.25F);
     audio.RenderBlock();
@@ -98,7 +98,7 @@ TEST_F(CRenderBlockTest, InsertsWorkOutOfPlaceAndAMonoInsertHearsBothSides) {
 TEST_F(CRenderBlockTest, ASharedEffectRunsAHundredBlocksAfterItsLastSend) {
     CInstrument& instrument = AddConstant();
     instrument.strip.mute.Set(0.0F);
-    Put(audio.sharedEffects[1], LoadPlugin("Gain", SlotKind::Effect));
+    Put(audio.sharedEffects[1], LoadPlugin("Gain", ESlotKind::kEffect));
     instrument.strip.sendOn[1].Set(1.0F);
     instrument.strip.sendLevel[1].Set(127.0F);
     Settle();
@@ -203,8 +203,8 @@ TEST_F(CRenderBlockTest, BallsWanderOnTheirGridFromTheSeed) {
     SetPattern(instrument, 0, 16, {});
     BallSound sound;
     sound.rate = 3;  // every four steps
-    sound.horizontal.push_back({BallTarget::Plugin, 0, 0.0F, 128.0F, 0.0F});
-    sound.vertical.push_back({BallTarget::Mix, 0, 64.0F, 64.0F, 0.0F});
+    sound.horizontal.push_back({EBallTarget::kPlugin, 0, 0.0F, 128.0F, 0.0F});
+    sound.vertical.push_back({EBallTarget::kMix, 0, 64.0F, 64.0F, 0.0F});
     Publish(instrument.ballSounds, BallSoundList{sound});
     std::vector<float> values;
     audio.Seed(5);

@@ -66,11 +66,11 @@ TEST_F(CSequencerTest, ChainAndRandomFollowTheUsedPatterns) {
         SetPattern(instrument, pattern, 1, EveryStep(1, 60 + pattern));
         instrument.patternUsed[static_cast<std::size_t>(pattern)].Set(1);
     }
-    SelectStepNumberMode(instrument, StepNumberMode::Chain);
+    SelectStepNumberMode(instrument, EStepNumberMode::kChain);
     PlayPatterns();
     EXPECT_EQ(Keys(instrument, 6 * kStep), (std::vector<int>{60, 63, 69, 60, 63, 69}));
 
-    SelectStepNumberMode(instrument, StepNumberMode::Random);
+    SelectStepNumberMode(instrument, EStepNumberMode::kRandom);
     std::map<int, int> counts;
     for (const int key : Keys(instrument, 400 * kStep)) ++counts[key];
     EXPECT_EQ(counts.size(), 3U);
@@ -83,7 +83,7 @@ TEST_F(CSequencerTest, RandomWithOneUsedPatternStaysOnItOrRepeats) {
     SetPattern(instrument, 0, 1, EveryStep(1, 60));
     SetPattern(instrument, 15, 1, EveryStep(1, 75));
     instrument.patternUsed[15].Set(1);
-    SelectStepNumberMode(instrument, StepNumberMode::Random);
+    SelectStepNumberMode(instrument, EStepNumberMode::kRandom);
     PlayPatterns();
     const auto keys = Keys(instrument, 200 * kStep);
     const auto firstHit = std::find(keys.begin(), keys.end(), 75);
@@ -99,7 +99,7 @@ TEST_F(CSequencerTest, AQueuedPatternWaitsForTheEndAndGoesBeforeChain) {
     SetPattern(instrument, 5, 2, EveryStep(2, 65));
     instrument.patternUsed[0].Set(1);
     instrument.patternUsed[1].Set(1);
-    SelectStepNumberMode(instrument, StepNumberMode::Chain);
+    SelectStepNumberMode(instrument, EStepNumberMode::kChain);
     PlayPatterns();
     Listen(instrument, kStep);
     Command(EngineCommand::EKind::kSelectPattern, 5, instrument.Id());
@@ -215,7 +215,7 @@ TEST_F(CSequencerTest, EditingAPatternLeavesSoundingNotesToTheirEnd) {
 
 class CArpeggiatorTest : public CSequencerTest {
 protected:
-    CInstrument& AddArpeggiator(std::vector<int> held, ArpeggiatorOrder order) {
+    CInstrument& AddArpeggiator(std::vector<int> held, EArpeggiatorOrder order) {
         CInstrument& instrument = AddInstrument();
         SetPattern(instrument, 0, 16, {});
         instrument.arpeggiator.on.Set(1.0F);
@@ -228,18 +228,18 @@ protected:
 TEST_F(CArpeggiatorTest, OrdersWalkTheHeldKeys) {
     struct Case {
         std::vector<int> held;
-        ArpeggiatorOrder order;
+        EArpeggiatorOrder order;
         float extensionMode;
         float extension;
         std::vector<int> keys;
     };
     const std::vector<Case> cases = {
-        {{60, 64, 67}, ArpeggiatorOrder::Upward, 1, 0, {60, 64, 67, 60, 64, 67, 60, 64}},
-        {{60, 64, 67}, ArpeggiatorOrder::Downward, 1, 0, {60, 64, 67, 67, 64, 60, 67, 64}},
-        {{60, 64, 67}, ArpeggiatorOrder::UpAndDown, 1, 0, {60, 64, 67, 67, 64, 60, 60, 64}},
-        {{60, 64, 67}, ArpeggiatorOrder::Upward, 0, 1, {60, 72, 64, 76, 67, 79, 60, 72}},
-        {{60, 64, 67}, ArpeggiatorOrder::Upward, 1, 1, {60, 64, 67, 72, 76, 79, 60, 64}},
-        {{100, 120}, ArpeggiatorOrder::Upward, 0, 1, {100, 112, 120, 100, 112, 120}},  // above the keyboard: rests
+        {{60, 64, 67}, EArpeggiatorOrder::kUpward, 1, 0, {60, 64, 67, 60, 64, 67, 60, 64}},
+        {{60, 64, 67}, EArpeggiatorOrder::kDownward, 1, 0, {60, 64, 67, 67, 64, 60, 67, 64}},
+        {{60, 64, 67}, EArpeggiatorOrder::kUpAndDown, 1, 0, {60, 64, 67, 67, 64, 60, 60, 64}},
+        {{60, 64, 67}, EArpeggiatorOrder::kUpward, 0, 1, {60, 72, 64, 76, 67, 79, 60, 72}},
+        {{60, 64, 67}, EArpeggiatorOrder::kUpward, 1, 1, {60, 64, 67, 72, 76, 79, 60, 64}},
+        {{100, 120}, EArpeggiatorOrder::kUpward, 0, 1, {100, 112, 120, 100, 112, 120}},  // above the keyboard: rests
     };
     for (const Case& one : cases) {
         CInstrument& instrument = AddArpeggiator(one.held, one.order);
@@ -259,7 +259,7 @@ TEST_F(CArpeggiatorTest, RandomOrderLeavesHolesAndRepeatsFromItsSeed) {
     std::vector<std::vector<int>> runs;
     for (int run = 0; run < 2; ++run) {
         audio.Seed(7);
-        CInstrument& instrument = AddArpeggiator({60, 64}, ArpeggiatorOrder::Random);
+        CInstrument& instrument = AddArpeggiator({60, 64}, EArpeggiatorOrder::kRandom);
         instrument.arpeggiator.hole.Set(2.0F);
         PlayPatterns();
         runs.push_back(Keys(instrument, 400 * kStep));
@@ -271,7 +271,7 @@ TEST_F(CArpeggiatorTest, RandomOrderLeavesHolesAndRepeatsFromItsSeed) {
 }
 
 TEST_F(CArpeggiatorTest, RateAndGateSetTheGrid) {
-    CInstrument& instrument = AddArpeggiator({60}, ArpeggiatorOrder::Upward);
+    CInstrument& instrument = AddArpeggiator({60}, EArpeggiatorOrder::kUpward);
     instrument.arpeggiator.extMode.Set(1.0F);
     instrument.arpeggiator.tempo.Set(1.0F);
     instrument.arpeggiator.gateTime.Set(2.0F);

@@ -37,12 +37,12 @@ TEST(CInstrument, TheHundredAndFirstEqualiserChangeWaitsForNobody) {
 
 TEST(CInstrument, OnlyOneStepNumberModeIsOnAndTheLastOneCounts) {
     CInstrument instrument;
-    SelectStepNumberMode(instrument, StepNumberMode::Random);
-    SelectStepNumberMode(instrument, StepNumberMode::Chain);
-    EXPECT_EQ(SelectedStepNumberMode(instrument), StepNumberMode::Chain);
+    SelectStepNumberMode(instrument, EStepNumberMode::kRandom);
+    SelectStepNumberMode(instrument, EStepNumberMode::kChain);
+    EXPECT_EQ(SelectedStepNumberMode(instrument), EStepNumberMode::kChain);
     EXPECT_FALSE(instrument.stepNumberModes[1].IsOn());
     instrument.stepNumberModes[2].Set(1.0F);
-    EXPECT_EQ(SelectedStepNumberMode(instrument), StepNumberMode::Hold);
+    EXPECT_EQ(SelectedStepNumberMode(instrument), EStepNumberMode::kHold);
 }
 
 TEST(MixLanes, AValueReachesTheSettingOfItsLaneWithinItsRange) {
@@ -98,11 +98,11 @@ TEST(CPattern, FindsTheNotesOfAStepInAnyOrderAndSurvivesNonsense) {
 
 TEST(CEventLanes, ValuesFollowTheLineOrTheLastPoint) {
     const PointList points = {{1.0F, 0.0F}, {3.0F, 1.0F}, {3.0F, 0.5F}};
-    EXPECT_FALSE(ValueAt(points, 0.5F, LaneKind::Continuous));
-    EXPECT_FLOAT_EQ(*ValueAt(points, 2.0F, LaneKind::Continuous), 0.5F);
-    EXPECT_EQ(*ValueAt(points, 2.0F, LaneKind::Switch), 0.0F);
-    EXPECT_EQ(*ValueAt(points, 3.0F, LaneKind::Continuous), 0.5F) << "the last of equal positions";
-    EXPECT_EQ(*ValueAt(points, 99.0F, LaneKind::Continuous), 0.5F);
+    EXPECT_FALSE(ValueAt(points, 0.5F, ELaneKind::kContinuous));
+    EXPECT_FLOAT_EQ(*ValueAt(points, 2.0F, ELaneKind::kContinuous), 0.5F);
+    EXPECT_EQ(*ValueAt(points, 2.0F, ELaneKind::kSwitch), 0.0F);
+    EXPECT_EQ(*ValueAt(points, 3.0F, ELaneKind::kContinuous), 0.5F) << "the last of equal positions";
+    EXPECT_EQ(*ValueAt(points, 99.0F, ELaneKind::kContinuous), 0.5F);
 }
 
 TEST(CEventLanes, AnEditedCopyLeavesTheOriginalAndItsOtherLanesAlone) {

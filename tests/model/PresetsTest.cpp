@@ -11,7 +11,7 @@ class CPresetsTest : public testing::Test {
 protected:
     CPresetsTest() {
         std::string error;
-        synth = CPlugin::Load(QUIB_BIN_DIR "/testplugins/ChunkSynth.so", SlotKind::Instrument, environment, error);
+        synth = CPlugin::Load(QUIB_BIN_DIR "/testplugins/ChunkSynth.so", ESlotKind::kInstrument, environment, error);
         EXPECT_TRUE(synth) << error;
         instrument.plugin.Prepare(std::make_shared<const PluginSlot>(PluginSlot{synth, nullptr}));
     }
@@ -32,7 +32,7 @@ TEST_F(CPresetsTest, RecallBringsBackEverythingButTheSong) {
     instrument.strip.eqGain[2].Set(-0.5F);
     instrument.patterns[4].Prepare(std::make_shared<const CPattern>(8, std::vector<Note>{{1.0F, 2.0F, 60, 100}}));
     instrument.patternUsed[4].Set(1);
-    SelectStepNumberMode(instrument, StepNumberMode::Hold);
+    SelectStepNumberMode(instrument, EStepNumberMode::kHold);
     instrument.mixLanes.Prepare(Lane(4, 0.25F));
     synth->lanes.Prepare(Lane(4, 0.75F));
     synth->SetParameter(3, 0.5F);
@@ -42,13 +42,13 @@ TEST_F(CPresetsTest, RecallBringsBackEverythingButTheSong) {
     instrument.patterns[4].Prepare(std::make_shared<const CPattern>());
     instrument.mixLanes.Prepare(Lane(CEventLanes::kSongSlot, 0.125F));
     synth->lanes.Prepare(std::make_shared<const CEventLanes>());
-    SelectStepNumberMode(instrument, StepNumberMode::Loop);
+    SelectStepNumberMode(instrument, EStepNumberMode::kLoop);
     synth->SetParameter(3, 0.9F);
 
     CPresetRecall recall(instrument, instrument.presets[0], graveyard, 44100.0);
     EXPECT_EQ(instrument.strip.level.Get(), 12.5F);
     EXPECT_EQ(instrument.patterns[4].ForEdit()->Notes().size(), 1U);
-    EXPECT_EQ(SelectedStepNumberMode(instrument), StepNumberMode::Hold);
+    EXPECT_EQ(SelectedStepNumberMode(instrument), EStepNumberMode::kHold);
     ASSERT_NE(instrument.mixLanes.ForEdit()->Find(4, 0), nullptr);
     ASSERT_NE(instrument.mixLanes.ForEdit()->Find(CEventLanes::kSongSlot, 0), nullptr);
     EXPECT_EQ(synth->lanes.ForEdit()->Find(4, 0)->front().y, 0.75F);

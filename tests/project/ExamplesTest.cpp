@@ -45,7 +45,7 @@ protected:
     std::string song = FileBytes(std::string(QUIB_SOURCE_DIR "/examples/") + GetParam().name + ".prg");
     PluginEnvironment environment;
     CPluginFinder finder{QUIB_BIN_DIR, {}, {}};
-    PluginLoader load = [this](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    PluginLoader load = [this](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         const auto library = finder.Find(wanted, kind);
         return library ? CPlugin::Load(*library, kind, environment, error) : nullptr;
     };

@@ -14,7 +14,7 @@ PluginEnvironment& Environment() {
     return environment;
 }
 
-std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
     std::string error;
     return TestPluginLoader()({name, {}}, kind, error);
 }
@@ -43,8 +43,8 @@ BallSoundList Balls() {
     ball.rate = 3;
     ball.channelSelector = 2;
     ball.controllerX = 71;
-    ball.horizontal = {{BallTarget::Plugin, 3, 0.0F, 128.0F, 0.25F}, {BallTarget::Insert1, 1, 10.0F, 20.0F, 0.0F}};
-    ball.vertical = {{BallTarget::Mix, 1, 64.0F, 32.0F, 0.75F}};
+    ball.horizontal = {{EBallTarget::kPlugin, 3, 0.0F, 128.0F, 0.25F}, {EBallTarget::kInsert1, 1, 10.0F, 20.0F, 0.0F}};
+    ball.vertical = {{EBallTarget::kMix, 1, 64.0F, 32.0F, 0.75F}};
     return {ball, BallSound()};
 }
 
@@ -73,8 +73,8 @@ Preset MakePreset(const CInstrument& instrument) {
 
 std::shared_ptr<CInstrument> FullInstrument() {
     auto instrument = std::make_shared<CInstrument>();
-    auto synth = Load("ChunkSynth.dll", SlotKind::Instrument);
-    auto insert = Load("ParameterBank", SlotKind::Effect);
+    auto synth = Load("ChunkSynth.dll", ESlotKind::kInstrument);
+    auto insert = Load("ParameterBank", ESlotKind::kEffect);
     synth->SetParameter(2, 0.625F);
     insert->SetParameter(5, 0.375F);
     synth->lanes.Prepare(Points(3, 8, 0.5F));
@@ -91,7 +91,7 @@ std::shared_ptr<CInstrument> FullInstrument() {
     instrument->strip.level.Set(101.25F);
     instrument->strip.insertOn[0].Set(1.0F);
     instrument->arpeggiator.interval.Set(-7.0F);
-    SelectStepNumberMode(*instrument, StepNumberMode::Random);
+    SelectStepNumberMode(*instrument, EStepNumberMode::kRandom);
     instrument->swing.Set(0.33333F);
     instrument->patterns[3].Prepare(std::make_shared<const CPattern>(
         32, std::vector<Note>{{0.0F, 0.25F, 36, 127}, {31.9999F, 40.5F, 48, 1}, {7.12345F, 1.0F, 60, 64}}));
@@ -109,7 +109,7 @@ std::shared_ptr<CInstrument> FullInstrument() {
 }  // namespace
 
 PluginLoader TestPluginLoader() {
-    return [](const PluginReference& wanted, SlotKind kind, std::string& error) -> std::shared_ptr<CPlugin> {
+    return [](const PluginReference& wanted, ESlotKind kind, std::string& error) -> std::shared_ptr<CPlugin> {
         const std::string library = wanted.fileName.substr(0, wanted.fileName.find('.'));
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + library + ".so", kind, Environment(), error);
     };
@@ -120,12 +120,12 @@ ProjectState EveryRecord() {
     state.master.tempo = 133.333F;
     state.master.presetMidi = {2, 14, -1};
     state.detector.threshold = -24.5F;
-    state.masterInserts[0] = {1.0F, Slot(Load("ParameterBank.so", SlotKind::Effect))};
-    state.masterInserts[1] = {0.0F, Slot(Load("Gain.so", SlotKind::Effect))};
+    state.masterInserts[0] = {1.0F, Slot(Load("ParameterBank.so", ESlotKind::kEffect))};
+    state.masterInserts[1] = {0.0F, Slot(Load("Gain.so", ESlotKind::kEffect))};
     for (const auto& insert : state.masterInserts) insert.slot->plugin->lanes.Prepare(Points(0, 1, 0.5F));
     state.masterLanes = *Points(CEventLanes::kSongSlot, kMasterLaneCount, 100.0F);
     for (auto& effect : state.effects) {
-        auto plugin = Load("ParameterBank.so", SlotKind::Effect);
+        auto plugin = Load("ParameterBank.so", ESlotKind::kEffect);
         plugin->lanes.Prepare(Points(0, 2, 0.25F));
         effect = Slot(std::move(plugin));
     }

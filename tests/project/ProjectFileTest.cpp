@@ -106,7 +106,7 @@ TEST(ProjectFile, PluginsOfTheWrongKindAndForeignStatesBecomeWarnings) {
 
 TEST(ProjectFile, AnIdentityStandsBesideEachNameAndIsAskedForAndKept) {
     std::vector<std::string> asked;
-    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         asked.push_back(wanted.fileName + ' ' + wanted.identity);
         const bool isHere = wanted.identity == "vst2:74735042";
         return isHere ? TestPluginLoader()({"ParameterBank", {}}, kind, error) : nullptr;

@@ -22,7 +22,7 @@ protected:
         Prepare(256, threads);
     }
 
-    std::shared_ptr<CPlugin> LoadBuiltIn(const std::string& file, SlotKind kind) {
+    std::shared_ptr<CPlugin> LoadBuiltIn(const std::string& file, ESlotKind kind) {
         std::string error;
         auto plugin = CPlugin::Load(QUIB_BIN_DIR "/" + file, kind, audio.environment, error);
         EXPECT_TRUE(plugin) << file << ": " << error;
@@ -31,9 +31,9 @@ protected:
 
     void AddVoice(int index) {
         CInstrument& instrument = AddInstrument("NoteProbe");
-        if (index % 4 == 1) Put(instrument.plugin, LoadBuiltIn(kSynth, SlotKind::Instrument));
-        Put(instrument.inserts[0], LoadPlugin("Gain", SlotKind::Effect));
-        Put(instrument.inserts[1], LoadPlugin("Mono", SlotKind::Effect));
+        if (index % 4 == 1) Put(instrument.plugin, LoadBuiltIn(kSynth, ESlotKind::kInstrument));
+        Put(instrument.inserts[0], LoadPlugin("Gain", ESlotKind::kEffect));
+        Put(instrument.inserts[1], LoadPlugin("Mono", ESlotKind::kEffect));
         ChannelStrip& strip = instrument.strip;
         for (CValue* const on :
              {&strip.eqOn, &strip.insertOn[0], &strip.insertOn[1], &strip.sendOn[0], &strip.sendOn[1]})
@@ -46,7 +46,7 @@ protected:
         instrument.arpeggiator.on.Set(index % 3 == 0 ? 1.0F : 0.0F);
         instrument.arpeggiator.mode.Set(static_cast<float>(index % 4));
         instrument.patternUsed[1].Set(1);
-        SelectStepNumberMode(instrument, index % 2 == 0 ? StepNumberMode::Chain : StepNumberMode::Random);
+        SelectStepNumberMode(instrument, index % 2 == 0 ? EStepNumberMode::kChain : EStepNumberMode::kRandom);
         AddMusic(instrument, index);
     }
 
@@ -60,7 +60,7 @@ protected:
         CEventLanes parameters;
         for (const int slot : {0, 1, CEventLanes::kSongSlot}) {
             for (int lane = 1; lane < kMixLaneCount; ++lane) {
-                const bool isSwitch = MixParameters()[static_cast<std::size_t>(lane)].kind == LaneKind::Switch;
+                const bool isSwitch = MixParameters()[static_cast<std::size_t>(lane)].kind == ELaneKind::kSwitch;
                 if (!isSwitch) mix = mix.With(slot, lane, ramp);
             }
             for (int lane = 0; lane < kMidiLaneCount; ++lane)
@@ -75,19 +75,20 @@ protected:
         ball.rate = 1;
         ball.channelSelector = kChannelOmni;
         ball.controllerX = 1;
-        ball.horizontal.push_back({BallTarget::Mix, 5, 0, 128, 0});
-        ball.vertical.push_back({BallTarget::Insert1, 0, 0, 64, 0});
+        ball.horizontal.push_back({EBallTarget::kMix, 5, 0, 128, 0});
+        ball.vertical.push_back({EBallTarget::kInsert1, 0, 0, 64, 0});
         Publish(instrument.ballSounds, BallSoundList{ball});
     }
 
     void AddMaster() {
-        Put(audio.sharedEffects[0], LoadPlugin("Gain", SlotKind::Effect));
-        Put(audio.sharedEffects[1], LoadBuiltIn(kReverb, SlotKind::Effect));
-        Put(audio.masterInserts[0], LoadPlugin("Gain", SlotKind::Effect));
+        Put(audio.sharedEffects[0], LoadPlugin("Gain", ESlotKind::kEffect));
+        Put(audio.sharedEffects[1], LoadBuiltIn(kReverb, ESlotKind::kEffect));
+        Put(audio.masterInserts[0], LoadPlugin("Gain", ESlotKind::kEffect));
         audio.settings.masterInsertOn[0].Set(1.0F);
         Publish(audio.masterLanes, CEventLanes().With(CEventLanes::kSongSlot, 0, {{0.0F, 90.0F}, {9.0F, 120.0F}}));
         Publish(audio.audition, Audition{std::vector<float>(44100, 0.1F)});
         audio.recordAutomation.Set(1.0F);
+        audio.noteCapture.recording.Set(1.0F);
         audio.Scope().Show(true);
     }
 

@@ -80,8 +80,8 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
         ASSERT_NE(fader, nullptr);
         const float before = fader->ValueNow();
         user.Drag(user.PointOf(*fader, static_cast<double>(fader->Share()) * 0.92 + 0.04), user.PointOf(*fader, 0.2));
+        EXPECT_TRUE(user.WaitFor([&] { return !fader->pressed && fader->ValueNow() < before - 20; }));
         level = fader->ValueNow();
-        EXPECT_LT(level, before - 20);
 
         user.Click(user.PointOf(*user.Find(strip, kMute)));
         EXPECT_TRUE(At(user, kSubject).strip.mute.IsOn());

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/CSourceText.h"
 
-#include <cctype>
-#include <regex>
+#include <QRegularExpression>
 
 namespace quib {
 
@@ -18,7 +17,7 @@ char Unescaped(char letter) { return letter == 'n' ? '\n' : letter == 'r' ? '\r'
 }  // namespace
 
 void CSourceText::Read(const std::filesystem::path& folder) {
-    const std::regex sentence("[A-Za-z]{2,} [A-Za-z]{3,}");
+    const QRegularExpression sentence("[A-Za-z]{2,} [A-Za-z]{3,}");
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         const std::filesystem::path& path = entry.path();
         if (path.extension() != ".cpp" && path.extension() != ".h") continue;
@@ -33,7 +32,7 @@ void CSourceText::Read(const std::filesystem::path& folder) {
             if (token.kind != Token::EKind::kName || i + 2 >= tokens.size() || tokens[i + 1].text != "(") continue;
             if (kTakeTexts.count(token.text) != 0) TakeCall(file, tokens, i + 1);
             const std::string& argument = tokens[i + 2].text;
-            if (token.text == "QStringLiteral" && std::regex_search(argument, sentence)) {
+            if (token.text == "QStringLiteral" && sentence.match(QString::fromStdString(argument)).hasMatch()) {
                 sentences.push_back({file, argument});
             }
         }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "texts/Texts.h"
 
-#include <regex>
+#include <QRegularExpression>
 
 #include "model/StripSettings.h"
 #include "texts/CSourceText.h"
@@ -29,10 +29,10 @@ CSourceText SourcesOfTheWindows() {
 }
 
 std::vector<std::string> Placeholders(const std::string& text) {
-    const std::regex form("%L?[0-9]+|%[-+0]?[0-9]*(\\.[0-9]+)?[a-zA-Z]");
     std::vector<std::string> found;
-    for (std::sregex_iterator match(text.begin(), text.end(), form), end; match != end; ++match) {
-        found.push_back(match->str());
+    const QRegularExpression form("%L?[0-9]+|%[-+0]?[0-9]*(\\.[0-9]+)?[a-zA-Z]");
+    for (const QRegularExpressionMatch& match : form.globalMatch(QString::fromStdString(text))) {
+        found.push_back(match.captured().toStdString());
     }
     std::sort(found.begin(), found.end());
     return found;

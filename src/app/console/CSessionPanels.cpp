@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Levels, crossfader, presets and recorder of the master band.
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
 
+#include "app/FileDialogs.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
@@ -116,7 +116,7 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
 
 void CSessionPanel::AddRecorder() {
     CWorkstation& station = context.station;
-    record = &AddChild<CSwitchCtrl>(0U, 8, 84, 34, 50, &recordShown, picture::kGlyphRecord);
+    record = &AddChild<CSwitchCtrl>(0U, 8, 84, 34, 50, &recordShown, QStringLiteral("REC"));
     record->onColour = Palette().Colour(QStringLiteral("record"));
     record->infoString = 458;
     record->onChange = [this](CControl&) { ToggleRecording(); };
@@ -137,9 +137,8 @@ void CSessionPanel::AddRecorder() {
 void CSessionPanel::ToggleRecording() {
     CWorkstation& station = context.station;
     if (station.Recording().IsRecording()) return station.Recording().Stop();
-    const QString path = QFileDialog::getSaveFileName(
-        &Owner(), Text("Record to"), recordPath.isEmpty() ? QStringLiteral("recording.wav") : recordPath,
-        QStringLiteral("Wave (*.wav);;MP3 (*.mp3)"));
+    const QString proposed = recordPath.isEmpty() ? QStringLiteral("recording.wav") : recordPath;
+    const QString path = ChooseFileToSave(&Owner(), station.Settings(), EFileKind::kRecording, proposed);
     if (path.isEmpty()) return;
     recordPath = path;
     station.Recording().Start(path);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <QMenu>
+#include <array>
 #include <cmath>
 
 #include "app/console/CMasterPanels.h"
@@ -10,6 +12,39 @@
 #include "texts/Texts.h"
 
 namespace quib {
+
+namespace {
+
+// What keys played may be moved to; parts of a whole note, 0: they stay where they are.
+constexpr std::array kInputGrids = {0, 4, 8, 16, 32};
+
+void FillRecordMenu(QMenu& menu, CWorkstation& station) {
+    CNoteRecording& recording = station.NoteRecording();
+    const NoteTakeOptions now = recording.Options();
+    const auto add = [&recording](QMenu& list, const QString& text, bool chosen, const NoteTakeOptions& next) {
+        QAction* const action = list.addAction(text, [&recording, next] { recording.SetOptions(next); });
+        action->setCheckable(true);
+        action->setChecked(chosen);
+    };
+    add(menu, Text("Overdub"), !now.replace, {false, now.grid, now.strength});
+    add(menu, Text("Replace"), now.replace, {true, now.grid, now.strength});
+    menu.addSection(Text("Quantise input"));
+    const EngineSettings& engine = station.Audio().settings;
+    const double whole = static_cast<double>(engine.stepsPerBeat.Get()) * engine.beatUnit.Get();
+    for (const int part : kInputGrids) {
+        const double grid = part > 0 ? whole / part : 0;
+        add(menu, part > 0 ? QStringLiteral("1/%1").arg(part) : Text("Off"), std::abs(now.grid - grid) < 0.005,
+            {now.replace, grid, now.strength});
+    }
+    QMenu* const strengths = menu.addMenu(Text("Strength"));
+    for (const int percent : {50, 75, 90, 100}) {
+        const float share = static_cast<float>(percent) / 100;
+        add(*strengths, QStringLiteral("%1 %").arg(percent), std::abs(now.strength - share) < 0.005F,
+            {now.replace, now.grid, share});
+    }
+}
+
+}  // namespace
 
 void CPanelCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
@@ -36,12 +71,12 @@ CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, int 
 void CTransportPanel::AddSwitches() {
     CWorkstation& station = context.station;
     EngineSettings& settings = station.Audio().settings;
-    play = &AddChild<CSwitchCtrl>(0U, 8, 8, 46, 34, &playShown, picture::kGlyphPlay);
+    play = &AddChild<CSwitchCtrl>(0U, 8, 8, 39, 34, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
     play->onChange = [this, &station](CControl&) {
         playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
     };
-    auto& stop = AddChild<CSwitchCtrl>(0U, 58, 8, 36, 34, nullptr, picture::kGlyphStop);
+    auto& stop = AddChild<CSwitchCtrl>(0U, 50, 8, 24, 34, nullptr, picture::kGlyphStop);
     stop.momentary = true;
     stop.infoString = 431;
     stop.onChange = [&station](CControl&) {
@@ -51,9 +86,15 @@ void CTransportPanel::AddSwitches() {
             station.Transport().Locate(0);
         }
     };
-    auto& record = AddChild<CSwitchCtrl>(0U, 98, 8, 30, 34, &station.Audio().recordAutomation, picture::kGlyphRecord);
-    record.onColour = Palette().Colour(QStringLiteral("record"));
-    record.infoString = 432;
+    auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
+    notes.infoString = 428;
+    notes.onAlternativeClick = [this, &station](CControl&) {
+        PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
+    };
+    auto& automation =
+        AddChild<CSwitchCtrl>(0U, 104, 8, 24, 34, &station.Audio().recordAutomation, QStringLiteral("A\u25CF"));
+    automation.infoString = 432;
+    for (CSwitchCtrl* const arm : {&notes, &automation}) arm->onColour = Palette().Colour(QStringLiteral("record"));
     struct Plan {
         int glyph;
         CValue* value;
@@ -96,7 +137,7 @@ void CTransportPanel::AddDisplays() {
     auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 120, 36, [&audio] {
         const PlayPicture& picture = audio.Picture();
         const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
-        return BarBeatStep(step, audio.settings.stepsPerBeat.Get());
+        return BarBeatStep(step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get());
     });
     position.fontHeight = 22;
     position.strong = true;

@@ -84,7 +84,7 @@ void CWinControlMain::BuildMaster() {
     scrollBar->onChange = [this](CControl&) { Scroll(); };
     auto& add =
         Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"), [this](QMenu& menu) {
-            for (const PluginChoice& choice : actions.pluginChoices(SlotKind::Instrument)) {
+            for (const PluginChoice& choice : actions.pluginChoices(ESlotKind::kInstrument)) {
                 menu.addAction(choice.text, [this, choice] { actions.addInstrument(choice.path); });
             }
             menu.addSeparator();

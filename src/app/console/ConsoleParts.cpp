@@ -12,8 +12,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kBeatsPerBar = 4;
-
 // The control value of a gain in decibels, by halving: the laws grow without exception.
 float ControlOf(double decibels, float highest, const std::function<float(float)>& gain) {
     const auto wanted = static_cast<float>(std::pow(10.0, decibels / 20.0));
@@ -76,12 +74,13 @@ QString Decibels(float gain) {
     return QStringLiteral("%1%2 dB").arg(decibels >= 0.05 ? QStringLiteral("+") : QString()).arg(decibels, 0, 'f', 1);
 }
 
-QString BarBeatStep(int step, int stepsPerBeat) {
+QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar) {
     const int inBeat = std::max(1, stepsPerBeat);
+    const int inBar = std::max(1, beatsPerBar);
     const int whole = std::max(0, step);
     return QStringLiteral("%1.%2.%3")
-        .arg(whole / (inBeat * kBeatsPerBar) + 1, 3, 10, QLatin1Char('0'))
-        .arg(whole / inBeat % kBeatsPerBar + 1)
+        .arg(whole / (inBeat * inBar) + 1, 3, 10, QLatin1Char('0'))
+        .arg(whole / inBeat % inBar + 1)
         .arg(whole % inBeat + 1);
 }
 

@@ -19,7 +19,7 @@ class CSwitchFaderCtrl;
 // What the console asks its window for.
 struct ConsoleActions {
     // The plug-ins to choose from.
-    std::function<QList<PluginChoice>(SlotKind)> pluginChoices;
+    std::function<QList<PluginChoice>(ESlotKind)> pluginChoices;
     // Opens the window of the plug-in in a place.
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
@@ -48,7 +48,7 @@ void ShowDecibels(CControl& control, std::function<float(float)> gain);
 
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
-QString BarBeatStep(int step, int stepsPerBeat);
+QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/console/MakeConsole.h"
 
-#include <QFileDialog>
 #include <cmath>
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
+#include "app/Dialogs.h"
+#include "app/FileDialogs.h"
 #include "app/console/CWinControlMain.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
@@ -17,24 +18,19 @@ namespace {
 void AddInstrument(CMainWindow& window, QString nameOrPath) {
     CWorkstation& station = window.Workstation();
     if (nameOrPath.isEmpty()) {
-        const QString folder = station.Settings().ReadSettingString(QString::fromLatin1(kSettingsSection),
-                                                                    QStringLiteral("InstrumentDir"));
-        nameOrPath = QFileDialog::getOpenFileName(&window, Text("Choose an instrument or a plug-in"), folder,
-                                                  QStringLiteral("QUIB (*.ist %1)").arg(PluginFilePatterns()));
+        nameOrPath = ChooseFileToOpen(&window, station.Settings(), EFileKind::kInstrumentOrPlugin);
         if (nameOrPath.isEmpty()) return;
     }
     QString error;
-    if (station.Stack().AddInstrument(nameOrPath, error) < 0 && !error.isEmpty()) {
-        window.ShowMessage(QStringLiteral("QUIBBOX"), error);
-    }
+    if (station.Stack().AddInstrument(nameOrPath, error) < 0) TellError(&window, error);
 }
 
 ConsoleActions ActionsFor(CMainWindow& window) {
     ConsoleActions actions;
-    actions.pluginChoices = [&window](SlotKind kind) {
+    actions.pluginChoices = [&window](ESlotKind kind) {
         return PluginChoices(window.Workstation().ProgramFolders(), window.Catalog(), kind);
     };
-    actions.openPlugin = [&window](const SlotPlace& place) { window.PluginWindows().Show(place); };
+    actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
     actions.hasTool = [](ETool tool) { return tool == ETool::kTutorial || CToolWindows::Has(tool); };

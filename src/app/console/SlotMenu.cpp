@@ -2,12 +2,12 @@
 #include "app/console/SlotMenu.h"
 
 #include <QColorDialog>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QMenu>
-#include <QMessageBox>
 
+#include "app/Dialogs.h"
+#include "app/FileDialogs.h"
+#include "app/ProgramNames.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
@@ -16,91 +16,53 @@ namespace quib {
 
 namespace {
 
+constexpr int kMostMenuPrograms = 128;  // what a menu can show
+
 using FileAction = std::function<bool(const QString& path, QString& error)>;
 
-void Tell(QWidget* window, const QString& error) {
-    if (!error.isEmpty()) QMessageBox::warning(window, QStringLiteral("QUIBBOX"), error);
-}
-
-struct FileKind {
-    const char* title;
-    const char* filter;
-    const char* extension;
-    const char* folder;  // setting that remembers where such files lie
-};
-constexpr FileKind kInstrumentFile = {TextKey("Choose the Instrument file"), TextKey("Quib Instrument File (*.ist)"),
-                                      ".ist", "InstrumentDir"};
-constexpr FileKind kPatternFile = {TextKey("Choose the Pattern file"), TextKey("Quib Pattern File (*.ptn)"), ".ptn",
-                                   "PatternDir"};
-constexpr FileKind kBankFile = {TextKey("Choose the Bank file"), TextKey("Bank (*.fxb)"), ".fxb", "PresetDir"};
-constexpr FileKind kProgramFile = {TextKey("Choose the Program file"), TextKey("Program (*.fxp)"), ".fxp", "PresetDir"};
-
-void Remember(CSettings& settings, const FileKind& kind, const QString& path) {
-    settings.WriteSettingString(kSettingsSection, QString::fromLatin1(kind.folder),
-                                QFileInfo(path).absolutePath() + QLatin1Char('/'));
-}
-
-void LoadFile(const ConsoleContext& context, QWidget* window, const FileKind& kind, const FileAction& load) {
-    CSettings& settings = context.station.Settings();
-    const QString folder = settings.ReadSettingString(kSettingsSection, QString::fromLatin1(kind.folder));
-    const QString path = QFileDialog::getOpenFileName(window, Text(kind.title), folder, Text(kind.filter));
-    if (path.isEmpty()) return;
-    Remember(settings, kind, path);
+void LoadFile(const ConsoleContext& context, QWidget* window, EFileKind kind, const FileAction& load) {
+    const QString path = ChooseFileToOpen(window, context.station.Settings(), kind);
     QString error;
-    if (!load(path, error)) Tell(window, error);
+    if (!path.isEmpty() && !load(path, error)) TellError(window, error);
 }
 
-// The desktop's dialog asks before it replaces a file.
-void SaveFile(const ConsoleContext& context, QWidget* window, const FileKind& kind, const QString& name,
+void SaveFile(const ConsoleContext& context, QWidget* window, EFileKind kind, const QString& name,
               const FileAction& save) {
-    CSettings& settings = context.station.Settings();
-    const QString folder = settings.ReadSettingString(kSettingsSection, QString::fromLatin1(kind.folder));
-    QString path = QFileDialog::getSaveFileName(window, Text(kind.title), folder + name + QLatin1String(kind.extension),
-                                                Text(kind.filter), nullptr, QFileDialog::DontConfirmOverwrite);
-    if (path.isEmpty()) return;
-    if (!path.endsWith(QLatin1String(kind.extension))) path += QLatin1String(kind.extension);
-    if (QFileInfo::exists(path) &&
-        QMessageBox::question(window, QStringLiteral("QUIBBOX"),
-                              Text("This file exists !\r\nDo you want to replace it ?")) != QMessageBox::Yes) {
-        return;
-    }
-    Remember(settings, kind, path);
+    const QString path = ChooseFileToSave(window, context.station.Settings(), kind, name);
     QString error;
-    if (!save(path, error)) Tell(window, error);
+    if (!path.isEmpty() && !save(path, error)) TellError(window, error);
 }
 
 void AddFileItems(QMenu& menu, const ConsoleContext& context, const SlotPlace& place, QWidget* window) {
     CWorkstation& station = context.station;
-    const auto load = [=, &menu, &station](const char* text, const FileKind& kind, auto member) {
+    const auto load = [=, &menu, &station](const char* text, EFileKind kind, auto member) {
         menu.addAction(Text(text), [=, &station] {
             LoadFile(context, window, kind, [&](const QString& path, QString& error) {
                 return (station.Places().*member)(place, path, error);
             });
         });
     };
-    const auto save = [=, &menu, &station](const char* text, const FileKind& kind, auto member) {
+    const auto save = [=, &menu, &station](const char* text, EFileKind kind, auto member) {
         menu.addAction(Text(text), [=, &station] {
             SaveFile(context, window, kind, QString(), [&](const QString& path, QString& error) {
                 return (station.Places().*member)(place, path, error);
             });
         });
     };
-    load(TextKey("Load Bank..."), kBankFile, &CPluginPlaces::LoadBank);
-    save(TextKey("Save Bank As..."), kBankFile, &CPluginPlaces::SaveBank);
-    load(TextKey("Load Program..."), kProgramFile, &CPluginPlaces::LoadProgram);
-    save(TextKey("Save Program As..."), kProgramFile, &CPluginPlaces::SaveProgram);
+    load(TextKey("Load Bank..."), EFileKind::kBank, &CPluginPlaces::LoadBank);
+    save(TextKey("Save Bank As..."), EFileKind::kBank, &CPluginPlaces::SaveBank);
+    load(TextKey("Load Program..."), EFileKind::kProgram, &CPluginPlaces::LoadProgram);
+    save(TextKey("Save Program As..."), EFileKind::kProgram, &CPluginPlaces::SaveProgram);
 }
 
 void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_ptr<CPlugin>& plugin) {
-    const int count = plugin->ProgramCount();
-    if (count < 2) return;
+    const QStringList names = ProgramNames(*plugin);
+    if (names.size() < 2) return;
     QMenu* const programs = menu.addMenu(Text("Program"));
     const int now = plugin->CurrentProgram();
     CWorkstation& station = context.station;
-    for (int program = 0; program < std::min(count, 128); ++program) {
-        QString name = QString::fromStdString(plugin->ProgramName(program)).trimmed();
-        if (name.isEmpty()) name = Text("Program %1").arg(program + 1);
-        QAction* const action = programs->addAction(QStringLiteral("%1  %2").arg(program + 1).arg(name));
+    for (int program = 0; program < std::min(static_cast<int>(names.size()), kMostMenuPrograms); ++program) {
+        QAction* const action = programs->addAction(names[program]);
         action->setCheckable(true);
         action->setChecked(program == now);
         QObject::connect(action, &QAction::triggered, &station,
@@ -110,7 +72,7 @@ void AddPrograms(QMenu& menu, const ConsoleContext& context, const std::shared_p
 
 void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QString& path, QWidget* window) {
     QString error;
-    if (!context.station.Places().LoadPlugin(place, path, error)) Tell(window, error);
+    if (!context.station.Places().LoadPlugin(place, path, error)) TellError(window, error);
 }
 
 }  // namespace
@@ -124,21 +86,18 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
         menu.addSeparator();
     }
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const SlotKind kind = isInstrument ? SlotKind::Instrument : SlotKind::Effect;
+    const ESlotKind kind = isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
     for (const PluginChoice& choice : context.actions.pluginChoices(kind)) {
         menu.addAction(choice.text,
                        [context, place, choice, window] { LoadInto(context, place, choice.path, window); });
     }
     menu.addSeparator();
-    menu.addAction(
-        isInstrument ? Text("Select Plugin") : Text("Load Plugin..."), [context, place, window, isInstrument] {
-            const QString setting = isInstrument ? QStringLiteral("PluginDir") : QStringLiteral("EffectDir");
-            const QString path =
-                QFileDialog::getOpenFileName(window, Text("Choose the VST Plugin"),
-                                             context.station.Settings().ReadSettingString(kSettingsSection, setting),
-                                             QStringLiteral("VST (%1)").arg(PluginFilePatterns()));
-            if (!path.isEmpty()) LoadInto(context, place, path, window);
-        });
+    menu.addAction(isInstrument ? Text("Select Plugin") : Text("Load Plugin..."),
+                   [context, place, window, isInstrument] {
+                       const EFileKind library = isInstrument ? EFileKind::kInstrumentPlugin : EFileKind::kEffectPlugin;
+                       const QString path = ChooseFileToOpen(window, context.station.Settings(), library);
+                       if (!path.isEmpty()) LoadInto(context, place, path, window);
+                   });
     if (slot && (slot->plugin || slot->missing)) {
         menu.addAction(Text("Remove Plugin"), [context, place] { context.station.Places().ClearPlugin(place); });
     }
@@ -155,25 +114,26 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
     menu.addSection(Text("Instrument"));
     menu.addAction(Text("Reset Instrument"), with([&station](int index) { station.Stack().ResetInstrument(index); }));
     menu.addAction(Text("Load Instrument..."), with([=, &station](int index) {
-                       LoadFile(context, window, kInstrumentFile, [&](const QString& path, QString& error) {
+                       LoadFile(context, window, EFileKind::kInstrument, [&](const QString& path, QString& error) {
                            return station.Stack().LoadInstrument(index, path, error);
                        });
                    }));
     menu.addAction(Text("Save Instrument As..."), with([=, &station](int index) {
                        const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
-                       SaveFile(context, window, kInstrumentFile, name, [&](const QString& path, QString& error) {
-                           return station.Stack().SaveInstrument(index, path, error);
-                       });
+                       SaveFile(context, window, EFileKind::kInstrument, name,
+                                [&](const QString& path, QString& error) {
+                                    return station.Stack().SaveInstrument(index, path, error);
+                                });
                    }));
     menu.addSection(Text("Pattern"));
     menu.addAction(Text("Load Pattern..."), with([=, &station](int index) {
-                       LoadFile(context, window, kPatternFile, [&](const QString& path, QString& error) {
+                       LoadFile(context, window, EFileKind::kPattern, [&](const QString& path, QString& error) {
                            return station.Contents().LoadPattern(index, path, error);
                        });
                    }));
     menu.addAction(Text("Save Pattern As ..."), with([=, &station](int index) {
                        const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
-                       SaveFile(context, window, kPatternFile, name, [&](const QString& path, QString& error) {
+                       SaveFile(context, window, EFileKind::kPattern, name, [&](const QString& path, QString& error) {
                            return station.Contents().SavePattern(index, path, error);
                        });
                    }));

@@ -113,8 +113,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     modes->section = ESection::kPattern;
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
-        context.station.Contents().SetStepNumberMode(Index(),
-                                                     static_cast<StepNumberMode>(static_cast<int>(changed.ValueNow())));
+        context.station.Contents().SetStepNumberMode(
+            Index(), static_cast<EStepNumberMode>(static_cast<int>(changed.ValueNow())));
     };
     auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
     label.textColour = Palette().Colour(QStringLiteral("textMuted"));

@@ -123,8 +123,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     keyboard = &AddChild<CKeyboardExCtrl>(0U, 10, Height() - kKeyboardHeight, Width() - 18, kKeyboardHeight - 6, true);
     keyboard->infoString = 469;
     keyboard->onNote = [this](CKeyboardExCtrl&, int note, bool off) {
-        context.station.Audio().Post(
-            {EngineCommand::EKind::kPlayNote, instrument->Id(), note, off ? 0.0F : static_cast<float>(kVelocity)});
+        context.station.Transport().PlayKey(instrument->Id(), note, off ? 0 : kVelocity);
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {

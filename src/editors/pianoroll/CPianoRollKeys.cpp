@@ -34,6 +34,10 @@ float CPianoRollKeys::Raster() const noexcept {
     return raster > 0 ? static_cast<float>(raster) : 1;
 }
 
+float CPianoRollKeys::NewLength() const noexcept {
+    return options.length > 0 && !view.IsDrums() ? options.length : Raster();
+}
+
 bool CPianoRollKeys::KeyDown(int key, CPianoRollGestures& mouse) {
     if (mouse.IsBusy()) return false;
     switch (key) {
@@ -181,14 +185,38 @@ void CPianoRollKeys::Walk(bool back) {
 
 void CPianoRollKeys::AddAtCursor() {
     edit.Settle();
-    const float length = options.length > 0 && !view.IsDrums() ? options.length : Raster();
     if (!edit.Index().IsCellCovered(cursor.step, view.time.SnapSteps(), cursor.key)) {
-        edit.Apply(AddNote(edit.State(), {cursor.step, length, cursor.key, options.velocity}), "Add note");
+        edit.Apply(AddNote(edit.State(), {cursor.step, NewLength(), cursor.key, options.velocity}), "Add note");
         Audition(cursor.key, options.velocity);
     }
     edit.SelectNone();
     cursorShown = true;
     MoveCursor(Raster(), 0);
+}
+
+void CPianoRollKeys::EnterStep(int key, int velocity) {
+    if (velocity > 0) {
+        // A gesture of the mouse goes on.
+        if (edit.IsOpen() && edit.Pending() == nullptr) return;
+        if (entered.empty()) edit.Settle();
+        entered.insert(key);
+        edit.SelectNone();
+        if (!cursorShown) MoveCursor(0, 0);
+        if (cursor.step >= static_cast<float>(edit.State().pattern->LoopLength())) MoveCursor(-cursor.step, 0);
+        const Note note{cursor.step, NewLength(), key, velocity};
+        if (!edit.Index().IsCellCovered(cursor.step, view.time.SnapSteps(), key))
+            edit.Accumulate(AddNote(edit.State(), note), "Step entry");
+        if (view.Reveal(note)) surface.ViewMoved();
+    } else if (entered.erase(key) > 0 && entered.empty()) {
+        edit.Settle();
+        MoveCursor(Raster(), 0);
+    }
+}
+
+void CPianoRollKeys::EndSteps() {
+    if (entered.empty()) return;
+    entered.clear();
+    edit.Settle();
 }
 
 // --- Edits --------------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 // edits that have a key. A held key's changes are one step. User-interface thread; knows no window.
 
 #include <optional>
+#include <set>
 
 #include "editors/pianoroll/CPianoRollGestures.h"
 
@@ -30,6 +31,12 @@ public:
     std::optional<EditCursor> ShownCursor() const noexcept;
     void HideCursor() noexcept { cursorShown = false; }
 
+    // A key that is played into the pattern: keys held together are a chord at the cursor, which goes on by
+    // the raster when all are up. Each chord is a step. Velocity 0: the key went up.
+    void EnterStep(int key, int velocity);
+    // The keys that are held now are none of a chord.
+    void EndSteps();
+
     // --- The edits that menus and buttons share with keys
 
     void Quantise();
@@ -51,6 +58,7 @@ private:
     void Audition(int key, int velocity);
     void Silence();
     float Raster() const noexcept;
+    float NewLength() const noexcept;
 
     CPianoRollEdit& edit;
     PianoRollView& view;
@@ -58,6 +66,7 @@ private:
     IPianoRollSurface& surface;
     EditCursor cursor;
     bool cursorShown = false;
+    std::set<int> entered;  // held keys
     int mouseX = -1, mouseY = -1;
     int sounding = -1;
 };

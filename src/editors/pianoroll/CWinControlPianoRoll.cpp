@@ -48,10 +48,13 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     connect(&frames, &QTimer::timeout, this, [this] { roll->SetPlayhead(playhead.At(Nanoseconds())); });
     connect(&Document().Changes(), &CChanges::Settling, this, [this] { roll->Edit().Settle(); });
     setMinimumSize(640, 400);
+    Document().NoteRecording().onStepEntry = [this](int key, int velocity) { roll->Keys().EnterStep(key, velocity); };
 }
 
 CWinControlPianoRoll::~CWinControlPianoRoll() {
     disconnect(&Document().Changes(), nullptr, this, nullptr);
+    Document().NoteRecording().onStepEntry = {};
+    SetStepEntry(false);
     RemoveAll();
 }
 
@@ -140,9 +143,22 @@ void CWinControlPianoRoll::UpdateScrollBars() {
     for (CScrollCtrl* const bar : {keyScroll, timeScroll}) bar->Refresh();
 }
 
+// A window that is hidden takes nothing.
+void CWinControlPianoRoll::SetStepEntry(bool on) {
+    stepEntry = on;
+    roll->Keys().EndSteps();
+    Document().Audio().noteCapture.stepEntry.Set(on && isVisible() ? 1.0F : 0.0F);
+}
+
+void CWinControlPianoRoll::showEvent(QShowEvent* event) {
+    CToolWindow::showEvent(event);
+    SetStepEntry(stepEntry);
+}
+
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
     roll->Edit().Settle();
+    Document().Audio().noteCapture.stepEntry.Set(0.0F);
     gesture.reset();
     CToolWindow::hideEvent(event);
 }
@@ -239,7 +255,7 @@ void CWinControlPianoRoll::ShowRows() {
     const CPattern& notes = *roll->State().pattern;
     CKeyRows rows;
     if (folded) {
-        rows = roll->view.IsDrums() || roll->options.scale.type == ScaleType::Chromatic
+        rows = roll->view.IsDrums() || roll->options.scale.type == EScaleType::kChromatic
                    ? CKeyRows::FoldToUsed(notes)
                    : CKeyRows::FoldToScale(roll->options.scale, notes);
     } else if (roll->view.IsDrums() && namedKeys.any()) {
@@ -355,7 +371,7 @@ void CWinControlPianoRoll::Edit(EEdit command) {
         case EEdit::kCut:
         case EEdit::kCopy:
             clip = CopyNotes(state, roll->view.time.meter.StepsPerBeat());
-            if (command == EEdit::kCut) Apply(RemoveSelected(state), "Cut notes");
+            if (command == EEdit::kCut) Apply(RemoveSelected(state), TextKey("Cut notes"));
             return;
         case EEdit::kPaste: {
             const double playing = roll->Playhead();
@@ -363,10 +379,10 @@ void CWinControlPianoRoll::Edit(EEdit command) {
             const bool visible = static_cast<double>(clip.origin) >= first &&
                                  static_cast<double>(clip.origin) < roll->view.time.EndStep();
             const double place = playing >= 0 ? playing : visible ? static_cast<double>(clip.origin) : first;
-            return Apply(PasteNotes(state, clip, roll->view.time.SnapDown(place)), "Paste notes");
+            return Apply(PasteNotes(state, clip, roll->view.time.SnapDown(place)), TextKey("Paste notes"));
         }
         case EEdit::kDelete:
-            return Apply(RemoveSelected(state), "Delete notes");
+            return Apply(RemoveSelected(state), TextKey("Delete notes"));
         case EEdit::kSelectAll:
             return roll->Edit().Select(SelectAll(state));
     }

@@ -56,6 +56,8 @@ public:
     void Apply(const NoteState& next, const char* name);
     void ZoomTime(bool in);
     void ZoomKeys(bool in);
+    // Keys played while nothing plays are written at the cursor.
+    void SetStepEntry(bool on);
     // The limit that waits for a key: 0 lower, 1 upper, -1 none.
     int ArmedLimit() const;
     void ArmLimit(int limit);
@@ -71,6 +73,7 @@ protected:
     void DrawBackground() override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool /*next*/) override { return false; }
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
@@ -106,6 +109,7 @@ private:
     KeySet namedKeys;  // of the plug-in
     Ghosts ghosts;
     std::unique_ptr<CGesture> gesture;
+    bool stepEntry = false;
     bool publishing = false;  // the change that is told is our own
     int limitBefore = 0;
     bool limitDragged = false;

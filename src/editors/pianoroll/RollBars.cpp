@@ -16,9 +16,11 @@ namespace quib {
 
 namespace {
 
-constexpr std::array kScaleNames = {"Chromatic",   "Major",       "Minor",   "Dorian",         "Phrygian",
-                                    "Lydian",      "Mixolydian",  "Locrian", "Harmonic minor", "Melodic minor",
-                                    "Major penta", "Minor penta", "Blues"};
+constexpr std::array kScaleNames = {TextKey("Chromatic"),     TextKey("Major"),       TextKey("Minor"),
+                                    TextKey("Dorian"),        TextKey("Phrygian"),    TextKey("Lydian"),
+                                    TextKey("Mixolydian"),    TextKey("Locrian"),     TextKey("Harmonic minor"),
+                                    TextKey("Melodic minor"), TextKey("Major penta"), TextKey("Minor penta"),
+                                    TextKey("Blues")};
 static_assert(kScaleNames.size() == kScaleTypeCount);
 
 constexpr std::array kRoots = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
@@ -166,7 +168,7 @@ void CRollToolBar::FillRoots(QMenu& menu) {
 void CRollToolBar::FillScales(QMenu& menu) {
     const Scale now = window.Roll().options.scale;
     for (int type = 0; type < kScaleTypeCount; ++type) {
-        const auto chosen = static_cast<ScaleType>(type);
+        const auto chosen = static_cast<EScaleType>(type);
         AddChoice(menu, Text(kScaleNames[static_cast<std::size_t>(type)]), chosen == now.type, [this, chosen, now] {
             window.SetScaleShown({now.root, chosen});
         });
@@ -221,6 +223,7 @@ CRollLaneBar::CRollLaneBar(CWinControl& frame, std::uint32_t number, int left, i
     auto& shownLane = AddLabel(8, 120, Text("Velocity"));
     shownLane.textColour = Palette().Accent(ESection::kPattern);
     shownLane.strong = true;
+    AddButton(132, 44, Text("STEP"), 0, &stepShown, 429, [this] { window.SetStepEntry(stepShown.IsOn()); });
     count = &AddLabel(newWidth - 208, 200, {});
     count->alignment = Qt::AlignRight | Qt::AlignVCenter;
     PaintChildren();
@@ -260,10 +263,11 @@ void CRollStatusBar::AddSwitches() {
         const char* name;
         CIntegerValue MidiInputSettings::*setting;
     };
-    constexpr std::array<Plan, 4> kPlans = {{{"Bend", "Pitch bend", &MidiInputSettings::pitchBend},
-                                             {"Wheel", "Modulation wheel", &MidiInputSettings::modulationWheel},
-                                             {"Touch", "Aftertouch", &MidiInputSettings::aftertouch},
-                                             {"Program", "Program change", &MidiInputSettings::programChange}}};
+    constexpr std::array<Plan, 4> kPlans = {
+        {{TextKey("Bend"), TextKey("Pitch bend"), &MidiInputSettings::pitchBend},
+         {TextKey("Wheel"), TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
+         {TextKey("Touch"), TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
+         {TextKey("Program"), TextKey("Program change"), &MidiInputSettings::programChange}}};
     int left = 582;
     for (std::size_t index = 0; index < kPlans.size(); ++index) {
         const Plan& plan = kPlans[index];

@@ -69,6 +69,7 @@ public:
     void ShowCount();
 
 private:
+    CValue stepShown;
     CLabelCtrl* count = nullptr;
 };
 

@@ -126,30 +126,30 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
     const auto apply = [&](const char* text, auto edit) {
         add(text, nullptr, [this, text, edit] { Apply(edit(roll->State()), text); });
     };
-    add("Cut", "Ctrl+X", [this] { Edit(EEdit::kCut); });
-    add("Copy", "Ctrl+C", [this] { Edit(EEdit::kCopy); });
-    add("Paste", "Ctrl+V", [this] { Edit(EEdit::kPaste); });
-    add("Delete", "Del", [this] { Edit(EEdit::kDelete); });
+    add(TextKey("Cut"), "Ctrl+X", [this] { Edit(EEdit::kCut); });
+    add(TextKey("Copy"), "Ctrl+C", [this] { Edit(EEdit::kCopy); });
+    add(TextKey("Paste"), "Ctrl+V", [this] { Edit(EEdit::kPaste); });
+    add(TextKey("Delete"), "Del", [this] { Edit(EEdit::kDelete); });
     menu.addSeparator();
-    add("Quantise", "Ctrl+G", [&keys] { keys.Quantise(); });
-    add("Humanise", "Ctrl+H", [&keys] { keys.Humanise(); });
-    add("Duplicate", "Ctrl+D", [&keys] { keys.Duplicate(); });
-    add("Join", "Ctrl+J", [&keys] { keys.Join(); });
-    add("Split", "Ctrl+K", [&keys] { keys.Split(); });
-    apply("Legato", [](const NoteState& from) { return LegatoNotes(from); });
-    apply("Strum", [](const NoteState& from) { return StrumNotes(from, kStrum); });
-    apply("Reverse", [](const NoteState& from) { return ReverseNotes(from); });
-    apply("Invert", [](const NoteState& from) { return InvertNotes(from); });
-    apply("Octave up", [](const NoteState& from) { return TransposeNotes(from, 12); });
-    apply("Octave down", [](const NoteState& from) { return TransposeNotes(from, -12); });
+    add(TextKey("Quantise"), "Ctrl+G", [&keys] { keys.Quantise(); });
+    add(TextKey("Humanise"), "Ctrl+H", [&keys] { keys.Humanise(); });
+    add(TextKey("Duplicate"), "Ctrl+D", [&keys] { keys.Duplicate(); });
+    add(TextKey("Join"), "Ctrl+J", [&keys] { keys.Join(); });
+    add(TextKey("Split"), "Ctrl+K", [&keys] { keys.Split(); });
+    apply(TextKey("Legato"), [](const NoteState& from) { return LegatoNotes(from); });
+    apply(TextKey("Strum"), [](const NoteState& from) { return StrumNotes(from, kStrum); });
+    apply(TextKey("Reverse"), [](const NoteState& from) { return ReverseNotes(from); });
+    apply(TextKey("Invert"), [](const NoteState& from) { return InvertNotes(from); });
+    apply(TextKey("Octave up"), [](const NoteState& from) { return TransposeNotes(from, 12); });
+    apply(TextKey("Octave down"), [](const NoteState& from) { return TransposeNotes(from, -12); });
     QMenu* const chords = menu.addMenu(Text("Chord"));
     for (int type = 0; type < kChordTypeCount && !state.selection.empty(); ++type) {
-        const auto chord = static_cast<ChordType>(type);
+        const auto chord = static_cast<EChordType>(type);
         const std::string_view symbol = ChordSymbol(chord);
         chords->addAction(QString::fromUtf8(symbol.data(), static_cast<qsizetype>(symbol.size())), [this, chord] {
             const NoteState now = roll->State();
             if (now.selection.empty()) return;
-            Apply(StampChord(now, now.Notes()[now.selection.front()], chord), "Chord");
+            Apply(StampChord(now, now.Notes()[now.selection.front()], chord), TextKey("Chord"));
         });
     }
     chords->setEnabled(!state.selection.empty());
@@ -158,11 +158,11 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
     const auto change = [&](const char* text, auto edit) {
         whole->addAction(Text(text), [this, text, edit] { Apply(edit(roll->State()), text); });
     };
-    change("Double pattern", [](const NoteState& from) { return DoublePattern(from); });
-    change("Halve pattern", [](const NoteState& from) { return HalvePattern(from); });
-    change("Shift left", [](const NoteState& from) { return ShiftWrapped(from, -1); });
-    change("Shift right", [](const NoteState& from) { return ShiftWrapped(from, 1); });
-    change("Clear pattern", [](const NoteState& from) { return ClearNotes(from); });
+    change(TextKey("Double pattern"), [](const NoteState& from) { return DoublePattern(from); });
+    change(TextKey("Halve pattern"), [](const NoteState& from) { return HalvePattern(from); });
+    change(TextKey("Shift left"), [](const NoteState& from) { return ShiftWrapped(from, -1); });
+    change(TextKey("Shift right"), [](const NoteState& from) { return ShiftWrapped(from, 1); });
+    change(TextKey("Clear pattern"), [](const NoteState& from) { return ClearNotes(from); });
     const int key = roll->view.IsDrums() && roll->options.focusedKey >= 0 ? roll->options.focusedKey
                     : state.selection.empty()                             ? -1
                                                                           : state.Notes()[state.selection.front()].key;
@@ -172,9 +172,11 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
     const auto fill = [&](const char* text, auto edit) {
         rowMenu->addAction(Text(text), [this, text, edit] { Apply(edit(roll->State()), text); });
     };
-    fill("Fill every beat", [key, steps](const NoteState& from) { return FillRow(from, key, EveryBeat(steps)); });
-    fill("Fill off-beats", [key, steps](const NoteState& from) { return FillRow(from, key, OffBeats(steps)); });
-    fill("Clear row", [key](const NoteState& from) { return ClearRow(from, key); });
+    fill(TextKey("Fill every beat"),
+         [key, steps](const NoteState& from) { return FillRow(from, key, EveryBeat(steps)); });
+    fill(TextKey("Fill off-beats"),
+         [key, steps](const NoteState& from) { return FillRow(from, key, OffBeats(steps)); });
+    fill(TextKey("Clear row"), [key](const NoteState& from) { return ClearRow(from, key); });
 }
 
 void CWinControlPianoRoll::ViewChanged() {

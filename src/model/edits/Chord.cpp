@@ -17,7 +17,7 @@ struct ChordRow {
     std::array<int, 4> intervals;
 };
 
-// In the order of ChordType.
+// In the order of EChordType.
 constexpr std::array<ChordRow, kChordTypeCount> kChords{{
     {"maj", 3, {0, 4, 7}},
     {"m", 3, {0, 3, 7}},
@@ -32,18 +32,18 @@ constexpr std::array<ChordRow, kChordTypeCount> kChords{{
     {"8", 2, {0, 12}},
 }};
 
-const ChordRow& RowOf(ChordType type) noexcept { return kChords[static_cast<std::size_t>(type)]; }
+const ChordRow& RowOf(EChordType type) noexcept { return kChords[static_cast<std::size_t>(type)]; }
 
 }  // namespace
 
-std::string_view ChordSymbol(ChordType type) noexcept { return RowOf(type).symbol; }
+std::string_view ChordSymbol(EChordType type) noexcept { return RowOf(type).symbol; }
 
-std::span<const int> ChordIntervals(ChordType type) noexcept {
+std::span<const int> ChordIntervals(EChordType type) noexcept {
     const ChordRow& row = RowOf(type);
     return {row.intervals.data(), static_cast<std::size_t>(row.count)};
 }
 
-std::vector<Note> MakeChord(const Note& root, ChordType type) {
+std::vector<Note> MakeChord(const Note& root, EChordType type) {
     std::vector<Note> notes;
     for (const int interval : ChordIntervals(type)) {
         Note note = Repaired(root);
@@ -53,7 +53,7 @@ std::vector<Note> MakeChord(const Note& root, ChordType type) {
     return notes;
 }
 
-NoteState StampChord(const NoteState& from, const Note& root, ChordType type) {
+NoteState StampChord(const NoteState& from, const Note& root, EChordType type) {
     std::vector<Note> notes = MakeChord(root, type);
     const float start = notes.front().position;
     for (const std::uint32_t index :

@@ -10,29 +10,29 @@
 
 namespace quib {
 
-enum class ChordType {
-    Major,
-    Minor,
-    Dominant7,
-    Major7,
-    Minor7,
-    Suspended2,
-    Suspended4,
-    Diminished,
-    Augmented,
-    Power,
-    Octave
+enum class EChordType {
+    kMajor,
+    kMinor,
+    kDominant7,
+    kMajor7,
+    kMinor7,
+    kSuspended2,
+    kSuspended4,
+    kDiminished,
+    kAugmented,
+    kPower,
+    kOctave
 };
 constexpr int kChordTypeCount = 11;
 
 // As musicians write it after the root: "maj", "m", "7", "maj7" and so on; the same in every language.
-std::string_view ChordSymbol(ChordType type) noexcept;
+std::string_view ChordSymbol(EChordType type) noexcept;
 // Semitones above the root, which is the first.
-std::span<const int> ChordIntervals(ChordType type) noexcept;
+std::span<const int> ChordIntervals(EChordType type) noexcept;
 
 // The chord on `root`, whose start, length and velocity all its notes have. Keys above 127 are left out.
-std::vector<Note> MakeChord(const Note& root, ChordType type);
+std::vector<Note> MakeChord(const Note& root, EChordType type);
 // Adds it, leaving the selection as it is; no note where one of that key starts already.
-NoteState StampChord(const NoteState& from, const Note& root, ChordType type);
+NoteState StampChord(const NoteState& from, const Note& root, EChordType type);
 
 }  // namespace quib

@@ -19,7 +19,7 @@ constexpr unsigned Mask(Semitones... semitones) {
     return ((1U << semitones) | ...);
 }
 
-// In the order of ScaleType.
+// In the order of EScaleType.
 constexpr std::array<unsigned, kScaleTypeCount> kMasks{
     0xFFFU,
     Mask(0, 2, 4, 5, 7, 9, 11),
@@ -40,7 +40,7 @@ int AboveRoot(const Scale& scale, int key) noexcept { return ((key - scale.root)
 
 }  // namespace
 
-unsigned ScaleMask(ScaleType type) noexcept { return kMasks[static_cast<std::size_t>(type)]; }
+unsigned ScaleMask(EScaleType type) noexcept { return kMasks[static_cast<std::size_t>(type)]; }
 
 bool IsInScale(const Scale& scale, int key) noexcept {
     return (ScaleMask(scale.type) >> AboveRoot(scale, key) & 1U) != 0;

@@ -5,32 +5,32 @@
 
 namespace quib {
 
-enum class ScaleType {
-    Chromatic,
-    Major,
-    Minor,
-    Dorian,
-    Phrygian,
-    Lydian,
-    Mixolydian,
-    Locrian,
-    HarmonicMinor,
-    MelodicMinor,
-    MajorPentatonic,
-    MinorPentatonic,
-    Blues
+enum class EScaleType {
+    kChromatic,
+    kMajor,
+    kMinor,
+    kDorian,
+    kPhrygian,
+    kLydian,
+    kMixolydian,
+    kLocrian,
+    kHarmonicMinor,
+    kMelodicMinor,
+    kMajorPentatonic,
+    kMinorPentatonic,
+    kBlues
 };
 constexpr int kScaleTypeCount = 13;
 
 struct Scale {
     int root = 0;  // 0 to 11, 0 = C
-    ScaleType type = ScaleType::Chromatic;
+    EScaleType type = EScaleType::kChromatic;
 
     friend bool operator==(const Scale&, const Scale&) = default;
 };
 
 // Bit n set: n semitones above the root belong to it.
-unsigned ScaleMask(ScaleType type) noexcept;
+unsigned ScaleMask(EScaleType type) noexcept;
 // Any key, also outside 0 to 127.
 bool IsInScale(const Scale& scale, int key) noexcept;
 bool IsRoot(const Scale& scale, int key) noexcept;

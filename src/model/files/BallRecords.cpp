@@ -20,16 +20,16 @@ constexpr int kLastController = 127;
 // Keys that say themselves what the assignment moves.
 struct TargetKey {
     std::string_view key;
-    BallTarget target;
+    EBallTarget target;
     bool horizontal;
 };
 constexpr std::array<TargetKey, 6> kTargetKeys = {{
-    {"PRESET_SOUND_MIX_PARAM_HORZ", BallTarget::Mix, true},
-    {"PRESET_SOUND_MIX_PARAM_VERT", BallTarget::Mix, false},
-    {"PRESET_SOUND_INSERT1_PARAM_HORZ", BallTarget::Insert1, true},
-    {"PRESET_SOUND_INSERT1_PARAM_VERT", BallTarget::Insert1, false},
-    {"PRESET_SOUND_INSERT2_PARAM_HORZ", BallTarget::Insert2, true},
-    {"PRESET_SOUND_INSERT2_PARAM_VERT", BallTarget::Insert2, false},
+    {"PRESET_SOUND_MIX_PARAM_HORZ", EBallTarget::kMix, true},
+    {"PRESET_SOUND_MIX_PARAM_VERT", EBallTarget::kMix, false},
+    {"PRESET_SOUND_INSERT1_PARAM_HORZ", EBallTarget::kInsert1, true},
+    {"PRESET_SOUND_INSERT1_PARAM_VERT", EBallTarget::kInsert1, false},
+    {"PRESET_SOUND_INSERT2_PARAM_HORZ", EBallTarget::kInsert2, true},
+    {"PRESET_SOUND_INSERT2_PARAM_VERT", EBallTarget::kInsert2, false},
 }};
 
 BallSound ReadBall(const CRecordReader& line) {
@@ -47,16 +47,17 @@ void ReadMidi(const CRecordReader& line, BallSound& ball) {
 }
 
 // Nothing for a target or a parameter that cannot be.
-std::optional<BallAssignment> ReadAssignment(const CRecordReader& line, std::optional<BallTarget> target) {
+std::optional<BallAssignment> ReadAssignment(const CRecordReader& line, std::optional<EBallTarget> target) {
     const std::int32_t number = target ? static_cast<std::int32_t>(*target) : line.Integer(1);
     const std::int32_t parameter = line.Integer(2);
-    if (!line.HasFields(6) || number < 0 || number > static_cast<std::int32_t>(BallTarget::Insert2)) return {};
+    if (!line.HasFields(6) || number < 0 || number > static_cast<std::int32_t>(EBallTarget::kInsert2)) return {};
     if (parameter < 0 || parameter >= CPlugin::kMaximumParameters) return {};
-    return BallAssignment{static_cast<BallTarget>(number), parameter, std::clamp(line.Real(3), 0.0F, kAssignmentRange),
+    return BallAssignment{static_cast<EBallTarget>(number), parameter, std::clamp(line.Real(3), 0.0F, kAssignmentRange),
                           std::clamp(line.Real(4), 0.0F, kAssignmentRange), line.Real(5)};
 }
 
-void AddAssignment(const CRecordReader& line, std::optional<BallTarget> target, bool horizontal, BallSoundList& balls) {
+void AddAssignment(const CRecordReader& line, std::optional<EBallTarget> target, bool horizontal,
+                   BallSoundList& balls) {
     const auto assignment = ReadAssignment(line, target);
     if (balls.empty() || !assignment) return;
     (horizontal ? balls.back().horizontal : balls.back().vertical).push_back(*assignment);

@@ -17,13 +17,13 @@ bool SaveImage(const fs::path& path, const StateImage& image, std::string& error
     return CAtomicFile().Replace(path, {reinterpret_cast<const char*>(image.data()), image.size()}, error);
 }
 
-bool LoadImage(const fs::path& path, CPlugin& plugin, BankResult (CPlugin::*load)(std::span<const std::byte>),
+bool LoadImage(const fs::path& path, CPlugin& plugin, EBankResult (CPlugin::*load)(std::span<const std::byte>),
                std::string& error) {
     CFileBytes file;
     if (!file.Read(path, error)) return false;
-    const BankResult result = (plugin.*load)(std::as_bytes(std::span(file.View().data(), file.View().size())));
-    if (result != BankResult::Done) error = Describe(result);
-    return result == BankResult::Done;
+    const EBankResult result = (plugin.*load)(std::as_bytes(std::span(file.View().data(), file.View().size())));
+    if (result != EBankResult::kDone) error = Describe(result);
+    return result == EBankResult::kDone;
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ private:
     void ReadInsertEvents() { ReadEventsOf(InsertOfLastDigit()); }
     void ReadInsertState() { ReadStateOf(InsertOfLastDigit()); }
     void ReadInsertPlugin() {
-        inserts[reader.Key() == "INSERT2_PLUGIN" ? 1 : 0].Load(reader, SlotKind::Effect, context);
+        inserts[reader.Key() == "INSERT2_PLUGIN" ? 1 : 0].Load(reader, ESlotKind::kEffect, context);
     }
 
     CSlotReader& InsertOfLastDigit() { return inserts[reader.Key().back() == '2' ? 1 : 0]; }
@@ -226,7 +226,7 @@ std::shared_ptr<CInstrument> CInstrumentReader::Read(bool& ended) {
             break;
         } else {
             named = true;
-            plugin.Load(reader, SlotKind::Instrument, context);
+            plugin.Load(reader, ESlotKind::kInstrument, context);
         }
     }
     if (!recognised && !named) return nullptr;

@@ -25,7 +25,7 @@ void WriteFields(CRecordWriter& writer, std::span<const InstrumentField> fields,
     }
 }
 
-void WriteStrip(CRecordWriter& writer, StripPart part, const ChannelStrip& strip) {
+void WriteStrip(CRecordWriter& writer, EStripPart part, const ChannelStrip& strip) {
     for (const StripSetting& setting : kStripSettings) {
         if (setting.part == part) writer.RealLine(setting.keys.instrument, setting.member(strip).Get());
     }
@@ -52,7 +52,7 @@ void WriteInsert(CRecordWriter& writer, CInstrument& instrument, std::size_t ind
     if (IsEmpty(slot)) return;
     const std::string number = std::to_string(index + 1);
     WriteSlotName(writer, "INSERT" + number + "_PLUGIN", slot);
-    WriteStrip(writer, index == 0 ? StripPart::Insert1 : StripPart::Insert2, instrument.strip);
+    WriteStrip(writer, index == 0 ? EStripPart::kInsert1 : EStripPart::kInsert2, instrument.strip);
     WriteState(writer, "INSERT_PRESET_" + number, slot);
     WriteEvents(writer, "INSERT_PARAM_EVENTS_" + number, slot);
 }
@@ -74,9 +74,9 @@ void WriteInstrument(CRecordWriter& writer, CInstrument& instrument, std::span<c
     WriteFields(writer, MidiInputFields(), instrument);
     WriteKeyboard(writer, instrument, heldKeys);
     WriteFields(writer, StepFields(), instrument);
-    WriteStrip(writer, StripPart::Mixer, instrument.strip);
+    WriteStrip(writer, EStripPart::kMixer, instrument.strip);
     WriteFields(writer, ArpeggiatorFields(), instrument);
-    WriteStrip(writer, StripPart::Effects, instrument.strip);
+    WriteStrip(writer, EStripPart::kEffects, instrument.strip);
     WriteIntegers(writer, "EVENT_PLUGIN_PARAM", instrument.eventPluginParameters);
     WriteBalls(writer, kInstrumentBallKeys, *instrument.ballSounds.ForEdit());
     if (withPresets) {

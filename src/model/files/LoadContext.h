@@ -15,7 +15,7 @@ namespace quib {
 
 // Finds and loads a plug-in that a file names. Null when that is not possible; `error` then says why.
 using PluginLoader =
-    std::function<std::shared_ptr<CPlugin>(const PluginReference& wanted, SlotKind kind, std::string& error)>;
+    std::function<std::shared_ptr<CPlugin>(const PluginReference& wanted, ESlotKind kind, std::string& error)>;
 
 struct LoadContext {
     PluginLoader load;                  // unset: every plug-in counts as missing

@@ -55,8 +55,8 @@ std::shared_ptr<const CEventLanes> Joined(const CEventLanes& patterns, const CEv
 
 }  // namespace
 
-StepNumberMode ToStepNumberMode(std::int32_t number) noexcept {
-    return number >= 0 && number <= 3 ? static_cast<StepNumberMode>(number) : StepNumberMode::Loop;
+EStepNumberMode ToStepNumberMode(std::int32_t number) noexcept {
+    return number >= 0 && number <= 3 ? static_cast<EStepNumberMode>(number) : EStepNumberMode::kLoop;
 }
 
 float ToStepNumberModeValue(float value) noexcept { return std::clamp(value, 0.0F, 1.0F); }

@@ -49,7 +49,7 @@ struct PatternLaneBuilders {
 // What a pattern block says beside its points.
 struct PatternBlock {
     CNoteReader notes;
-    std::optional<StepNumberMode> mode;
+    std::optional<EStepNumberMode> mode;
     float modeValue = 0;
     std::string pluginName;
     bool recognised = false;  // at least one record was known
@@ -63,14 +63,14 @@ void WritePatternBlock(CRecordWriter& writer, const CInstrument& instrument);
 void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used);
 
 // The step-number mode and value of a record; limited to what exists.
-StepNumberMode ToStepNumberMode(std::int32_t number) noexcept;
+EStepNumberMode ToStepNumberMode(std::int32_t number) noexcept;
 float ToStepNumberModeValue(float value) noexcept;
 
 // The content of a pattern file, ready to replace an instrument's patterns.
 struct PatternSet {
     std::array<std::shared_ptr<const CPattern>, kPatternCount> patterns;  // null: not mentioned
     std::array<std::int32_t, kPatternCount> used{};
-    std::optional<StepNumberMode> mode;
+    std::optional<EStepNumberMode> mode;
     float modeValue = 0;
     CEventLanes midiLanes;
     CEventLanes mixLanes;

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kMostIntegers = 65536;
 constexpr std::int32_t kHighestKey = 127;
 
-void WriteStrip(CRecordWriter& writer, std::initializer_list<StripPart> parts, const StripValues& values) {
+void WriteStrip(CRecordWriter& writer, std::initializer_list<EStripPart> parts, const StripValues& values) {
     for (const StripSetting& setting : kStripSettings) {
         if (std::ranges::find(parts, setting.part) == parts.end()) continue;
         writer.RealLine(setting.keys.preset, setting.member(values));
@@ -155,9 +155,9 @@ void WritePreset(CRecordWriter& writer, const Preset& preset) {
         const CPattern& content = preset.patterns[index] ? *preset.patterns[index] : empty;
         WriteNotes(writer, "PRESET_PATTERN_NOTES", pattern, content, preset.patternUsed[index]);
     }
-    WriteStrip(writer, {StripPart::Mixer}, preset.strip);
+    WriteStrip(writer, {EStripPart::kMixer}, preset.strip);
     writer.IntegerLine("PRESET_PATTERNSELECTED", preset.patternSelected);
-    WriteStrip(writer, {StripPart::Insert1, StripPart::Insert2, StripPart::Effects}, preset.strip);
+    WriteStrip(writer, {EStripPart::kInsert1, EStripPart::kInsert2, EStripPart::kEffects}, preset.strip);
     WriteBalls(writer, kPresetBallKeys, preset.ballSounds);
     WriteIntegers(writer, "PRESET_EVENT_PLUGIN_PARAM", preset.eventPluginParameters);
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {

@@ -40,7 +40,7 @@ std::shared_ptr<const StateImage> CopyOf(std::string_view bytes) {
 bool OpensBracket(const CRecordReader& line) noexcept { return line.Text(1) == "START"; }
 bool ClosesBracket(const CRecordReader& line) noexcept { return line.Text(1) == "END"; }
 
-void CSlotReader::Load(CRecordReader& reader, SlotKind kind, LoadContext& context) {
+void CSlotReader::Load(CRecordReader& reader, ESlotKind kind, LoadContext& context) {
     *this = CSlotReader();
     fileName = reader.Text(1);
     PluginReference wanted{fileName, ReadIdentity(reader)};
@@ -91,8 +91,8 @@ void CSlotReader::ApplyState(std::string_view image, LoadContext& context) {
     if (image.empty()) return;
     if (missing) missing->state = CopyOf(image);
     if (!plugin) return;
-    const BankResult result = plugin->LoadBank(std::as_bytes(std::span(image.data(), image.size())));
-    if (result != BankResult::Done) context.Warn(fileName, Describe(result));
+    const EBankResult result = plugin->LoadBank(std::as_bytes(std::span(image.data(), image.size())));
+    if (result != EBankResult::kDone) context.Warn(fileName, Describe(result));
 }
 
 void CSlotReader::ApplyProgram(int program, LoadContext& context) {

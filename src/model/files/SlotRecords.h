@@ -24,7 +24,7 @@ class CSlotReader {
 public:
     // Loads the plug-in that the current line names, with the line of its identity if that comes next; one
     // that cannot be loaded is remembered as missing, with a warning.
-    void Load(CRecordReader& reader, SlotKind kind, LoadContext& context);
+    void Load(CRecordReader& reader, ESlotKind kind, LoadContext& context);
     bool IsEmpty() const noexcept { return plugin == nullptr && missing == nullptr; }
 
     // The name that the file shows for the plug-in; kept for a missing one.

@@ -3,15 +3,15 @@
 
 namespace quib {
 
-const char* Describe(BankResult result) noexcept {
+const char* Describe(EBankResult result) noexcept {
     switch (result) {
-        case BankResult::Incompatible:
+        case EBankResult::kIncompatible:
             return "No Compatible File !";
-        case BankResult::Damaged:
+        case EBankResult::kDamaged:
             return "the stored state is damaged";
-        case BankResult::Unsuited:
+        case EBankResult::kUnsuited:
             return "the stored state is of a kind that the plug-in does not take";
-        case BankResult::Done:
+        case EBankResult::kDone:
             break;
     }
     return "";

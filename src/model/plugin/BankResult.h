@@ -5,14 +5,14 @@
 
 namespace quib {
 
-enum class BankResult {
-    Done,
-    Incompatible,  // no image of this layout, another version, or of another plug-in
-    Damaged,       // shorter than it says
-    Unsuited,      // a kind that this plug-in does not take
+enum class EBankResult {
+    kDone,
+    kIncompatible,  // no image of this layout, another version, or of another plug-in
+    kDamaged,       // shorter than it says
+    kUnsuited,      // a kind that this plug-in does not take
 };
 
 // For the user; empty for Done.
-const char* Describe(BankResult result) noexcept;
+const char* Describe(EBankResult result) noexcept;
 
 }  // namespace quib

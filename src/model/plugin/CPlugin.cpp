@@ -26,8 +26,8 @@ constexpr int kCheckedOutputs = 10;
 
 }  // namespace
 
-std::shared_ptr<CPlugin> CPlugin::Load(const std::filesystem::path& path, SlotKind kind, PluginEnvironment& environment,
-                                       std::string& error) {
+std::shared_ptr<CPlugin> CPlugin::Load(const std::filesystem::path& path, ESlotKind kind,
+                                       PluginEnvironment& environment, std::string& error) {
     auto plugin = LoadLibrary(path, environment, error);
     if (!plugin || !plugin->CheckCategory(kind, error)) return nullptr;
     plugin->Finish();
@@ -62,9 +62,9 @@ std::shared_ptr<CPlugin> CPlugin::LoadLibrary(const std::filesystem::path& path,
     return nullptr;
 }
 
-bool CPlugin::CheckCategory(SlotKind kind, std::string& error) {
+bool CPlugin::CheckCategory(ESlotKind kind, std::string& error) {
     identity.isInstrument = IsInstrument();
-    if (identity.isInstrument == (kind == SlotKind::Instrument)) return true;
+    if (identity.isInstrument == (kind == ESlotKind::kInstrument)) return true;
     error =
         identity.isInstrument ? "This plugin is not a compatible category !" : "This plugin is not a synth category !";
     environment.Message(error, "QUIB");
@@ -228,25 +228,25 @@ void CPlugin::CallRender(const float* const* from, int frames) noexcept {
         outputs.Clear(frames);
         faulty.store(true, std::memory_order_relaxed);
     }
-    if (fade.load(std::memory_order_relaxed) != Fade::None) ApplyFade(frames);
+    if (fade.load(std::memory_order_relaxed) != EFade::kNone) ApplyFade(frames);
 }
 
 // The editing thread may ask for the other direction at any time: then its wish stands, not the end of
 // the fade that was made here.
 void CPlugin::ApplyFade(int frames) noexcept {
-    Fade wanted = fade.load();
-    if (wanted == Fade::Silent) return outputs.Clear(frames);
+    EFade wanted = fade.load();
+    if (wanted == EFade::kSilent) return outputs.Clear(frames);
     const int length = std::min(frames, kFadeFrames);
     const float step = 1.0F / static_cast<float>(length);
     for (int channel = 0; channel < outputs.Channels(); ++channel) {
         float* const samples = outputs.Channel(channel);
         for (int i = 0; i < length; ++i) {
             const float rising = static_cast<float>(i + 1) * step;
-            samples[i] *= wanted == Fade::In ? rising : 1.0F - rising;
+            samples[i] *= wanted == EFade::kIn ? rising : 1.0F - rising;
         }
-        if (wanted == Fade::Out) std::fill(samples + length, samples + frames, 0.0F);
+        if (wanted == EFade::kOut) std::fill(samples + length, samples + frames, 0.0F);
     }
-    fade.compare_exchange_strong(wanted, wanted == Fade::In ? Fade::None : Fade::Silent);
+    fade.compare_exchange_strong(wanted, wanted == EFade::kIn ? EFade::kNone : EFade::kSilent);
 }
 
 bool CPlugin::OutputsAreSane(int frames) const noexcept {

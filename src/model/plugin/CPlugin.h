@@ -33,9 +33,9 @@ namespace quib {
 class CPlugin {
 public:
     // Loads a library into a new object. Null when that is not possible; `error` then says why, and
-    // a wrong category is also told to the user. `SlotKind::Instrument` takes synthesisers only, the
+    // a wrong category is also told to the user. `ESlotKind::kInstrument` takes synthesisers only, the
     // other kind everything else.
-    static std::shared_ptr<CPlugin> Load(const std::filesystem::path& path, SlotKind kind,
+    static std::shared_ptr<CPlugin> Load(const std::filesystem::path& path, ESlotKind kind,
                                          PluginEnvironment& environment, std::string& error);
     // Loads whatever it is; for scanners.
     static std::shared_ptr<CPlugin> LoadAny(const std::filesystem::path& path, PluginEnvironment& environment,
@@ -73,8 +73,8 @@ public:
     // before the plug-in sees a byte; nothing changes unless the result is Done. Programs are walked where that
     // is the only way; the current one is as before afterwards, edits included. An open editor wants IdleEditor
     // after a change.
-    virtual BankResult LoadBank(std::span<const std::byte> image) = 0;
-    virtual BankResult LoadProgram(std::span<const std::byte> image) = 0;
+    virtual EBankResult LoadBank(std::span<const std::byte> image) = 0;
+    virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
     virtual StateImage SaveBank() = 0;
     virtual StateImage SaveProgram() = 0;
 
@@ -138,9 +138,9 @@ public:
 
     // Asks the render thread to fade the output out and keep it silent, or to let it be heard again, so
     // that a change of state does not click. IsFadedOut stays false while nothing renders the plug-in.
-    void FadeOut() noexcept { fade.store(Fade::Out); }
-    void FadeIn() noexcept { fade.store(Fade::In); }
-    bool IsFadedOut() const noexcept { return fade.load() == Fade::Silent; }
+    void FadeOut() noexcept { fade.store(EFade::kOut); }
+    void FadeIn() noexcept { fade.store(EFade::kIn); }
+    bool IsFadedOut() const noexcept { return fade.load() == EFade::kSilent; }
 
     // --- Render thread --------------------------------------------------------------------------
 
@@ -233,7 +233,7 @@ private:
 
     static std::shared_ptr<CPlugin> LoadLibrary(const std::filesystem::path& path, PluginEnvironment& environment,
                                                 std::string& error);
-    bool CheckCategory(SlotKind kind, std::string& error);
+    bool CheckCategory(ESlotKind kind, std::string& error);
     void Finish();
     void RecogniseBuiltIn();
     void CallRender(const float* const* from, int frames) noexcept;
@@ -261,8 +261,8 @@ private:
     PlayTime editingTime;  // editing thread
     std::thread::id editingThread = std::this_thread::get_id();
 
-    enum class Fade { None, Out, Silent, In };
-    std::atomic<Fade> fade{Fade::None};
+    enum class EFade { kNone, kOut, kSilent, kIn };
+    std::atomic<EFade> fade{EFade::kNone};
     std::atomic<bool> busy{false};  // a call of a render thread or an exclusive change is under way
     std::atomic<bool> needsIdle{false};
     std::atomic<bool> faulty{false};

@@ -96,9 +96,9 @@ const CPluginFinder::Listing& CPluginFinder::ListingOf(const Folder& folder) {
     return listing;
 }
 
-std::optional<fs::path> CPluginFinder::Find(std::string_view fileName, SlotKind kind) {
+std::optional<fs::path> CPluginFinder::Find(std::string_view fileName, ESlotKind kind) {
     std::vector<Folder> folders = {{instrumentFolder, false}, {effectFolder, false}};
-    if (kind == SlotKind::Effect) std::swap(folders[0], folders[1]);
+    if (kind == ESlotKind::kEffect) std::swap(folders[0], folders[1]);
     folders.insert(folders.end(), others.begin(), others.end());
     const std::vector<std::string> wanted = NamesOf(fileName);
     for (const bool exactly : {true, false}) {
@@ -117,7 +117,7 @@ std::optional<fs::path> CPluginFinder::Find(std::string_view fileName, SlotKind 
     return std::nullopt;
 }
 
-std::optional<fs::path> CPluginFinder::Find(const PluginReference& wanted, SlotKind kind) {
+std::optional<fs::path> CPluginFinder::Find(const PluginReference& wanted, ESlotKind kind) {
     auto named = Find(wanted.fileName, kind);
     if (wanted.identity.empty()) return named;
     if (named) {

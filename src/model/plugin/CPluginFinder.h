@@ -29,10 +29,10 @@ public:
 
     // The real path of the library. An exact name in any folder goes before one that differs in upper
     // and lower case; of equals, the folder that comes first wins.
-    std::optional<std::filesystem::path> Find(std::string_view fileName, SlotKind kind);
+    std::optional<std::filesystem::path> Find(std::string_view fileName, ESlotKind kind);
     // The same for a plug-in whose identity may be known: where no library has the name, or the one that has
     // it is known to be another plug-in, the identity decides.
-    std::optional<std::filesystem::path> Find(const PluginReference& wanted, SlotKind kind);
+    std::optional<std::filesystem::path> Find(const PluginReference& wanted, ESlotKind kind);
 
     // What libraries hold, as a catalogue has learnt it: identities by real path.
     using Identities = std::map<std::filesystem::path, std::string>;

@@ -9,7 +9,7 @@
 
 namespace quib {
 
-enum class SlotKind { Instrument, Effect };
+enum class ESlotKind { kInstrument, kEffect };
 
 // What a plug-in said when it was loaded.
 struct PluginIdentity {

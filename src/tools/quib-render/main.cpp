@@ -77,7 +77,7 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
     return json.Text();
 }
 
-std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference& wanted, SlotKind kind,
+std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference& wanted, ESlotKind kind,
                                     PluginEnvironment& environment, std::string& error) {
     const auto library = finder.Find(wanted, kind);
     if (library) return CPlugin::Load(*library, kind, environment, error);
@@ -88,7 +88,7 @@ std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
     CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
-    const PluginLoader load = [&](const PluginReference& wanted, SlotKind kind, std::string& error) {
+    const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         return LoadByName(finder, wanted, kind, audio.environment, error);
     };
     std::string error;

@@ -41,7 +41,7 @@ protected:
     float Steps(float most) { return most * static_cast<float>(Draw(-1000, 1000)) / 1000.0F; }
     double Grid() { return std::vector<double>{0, 0.25, 1, 4.0 / 3, 4}[static_cast<std::size_t>(Draw(0, 4))]; }
     Note AnyNote() { return {Steps(40), Steps(4), Draw(-20, 150), Draw(-20, 150)}; }
-    ChordType AnyChord() { return static_cast<ChordType>(Draw(0, kChordTypeCount - 1)); }
+    EChordType AnyChord() { return static_cast<EChordType>(Draw(0, kChordTypeCount - 1)); }
 
     VelocityStroke AnyStroke() { return {Steps(30), Draw(0, 127), Steps(30), 90}; }
     QuantiseSettings AnyQuantise() { return {Grid(), Steps(1.5F), Draw(0, 1) == 1}; }

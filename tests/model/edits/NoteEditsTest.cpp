@@ -151,18 +151,18 @@ TEST(PatternEditsTest, RowsAndSteps) {
 }
 
 TEST(ScaleTest, ScalesChordsAndFolds) {
-    const Scale dMinor{2, ScaleType::Minor};
+    const Scale dMinor{2, EScaleType::kMinor};
     for (const int key : {50, 52, 53, 55, 57, 58, 60}) EXPECT_TRUE(IsInScale(dMinor, key)) << key;
-    EXPECT_EQ(KeysOfScale({11, ScaleType::Locrian}), KeysOfScale({0, ScaleType::Major})) << "the same white keys";
-    EXPECT_EQ(KeysOfScale({9, ScaleType::MinorPentatonic}), KeysOfScale({0, ScaleType::MajorPentatonic}));
+    EXPECT_EQ(KeysOfScale({11, EScaleType::kLocrian}), KeysOfScale({0, EScaleType::kMajor})) << "the same white keys";
+    EXPECT_EQ(KeysOfScale({9, EScaleType::kMinorPentatonic}), KeysOfScale({0, EScaleType::kMajorPentatonic}));
     EXPECT_EQ(KeyByDegrees(dMinor, 61, 1), 62);
     EXPECT_EQ(KeyByDegrees(dMinor, 50, -7), 38);
     EXPECT_EQ(KeyByDegrees(dMinor, 126, 9), 127);
-    EXPECT_EQ(MakeChord({0, 1, 120, 9}, ChordType::Dominant7).size(), 3U) << "130 is no key";
-    EXPECT_EQ(StampChord(StateOf({{0, 2, 64, 9}}), {0, 1, 60, 9}, ChordType::Major).Notes().size(), 3U);
+    EXPECT_EQ(MakeChord({0, 1, 120, 9}, EChordType::kDominant7).size(), 3U) << "130 is no key";
+    EXPECT_EQ(StampChord(StateOf({{0, 2, 64, 9}}), {0, 1, 60, 9}, EChordType::kMajor).Notes().size(), 3U);
 
     const NoteState notes = StateOf({{0, 1, 61, 9}, {99, 1, 63, 9}});
-    const CKeyRows fold = CKeyRows::FoldToScale({0, ScaleType::Major}, *notes.pattern);
+    const CKeyRows fold = CKeyRows::FoldToScale({0, EScaleType::kMajor}, *notes.pattern);
     EXPECT_EQ(fold.Count(), 75 + 2);
     EXPECT_TRUE(fold.IsShown(61) && fold.IsShown(63) && !fold.IsShown(66));
     for (int row = 0; row < fold.Count(); ++row) EXPECT_EQ(fold.RowOfKey(fold.KeyOfRow(row)), row);

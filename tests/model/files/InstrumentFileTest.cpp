@@ -89,7 +89,7 @@ TEST(InstrumentReader, NumbersThatCannotBeAreLimitedAndIndicesOutOfRangeSkipped)
     EXPECT_EQ(pattern.StepCount(), kMaximumStepCount);
     ASSERT_EQ(pattern.Notes().size(), 1U);  // the second one is not whole
     EXPECT_EQ(pattern.Notes()[0], (Note{kMaximumStepCount, 0.0F, 127, 0}));
-    EXPECT_EQ(SelectedStepNumberMode(*instrument), StepNumberMode::Loop);
+    EXPECT_EQ(SelectedStepNumberMode(*instrument), EStepNumberMode::kLoop);
     EXPECT_TRUE(instrument->midiLanes.ForEdit()->Lanes(0).empty());
 }
 
@@ -103,9 +103,9 @@ TEST(InstrumentReader, BallAssignmentsComeUnderSeveralKeys) {
     const BallSound& ball = instrument->ballSounds.ForEdit()->front();
     EXPECT_EQ(ball.controllerY, 10);
     EXPECT_EQ(ball.horizontal,
-              (std::vector<BallAssignment>{{BallTarget::Mix, 3, 1, 2, 0}, {BallTarget::Insert2, 6, 1, 2, 0}}));
+              (std::vector<BallAssignment>{{EBallTarget::kMix, 3, 1, 2, 0}, {EBallTarget::kInsert2, 6, 1, 2, 0}}));
     EXPECT_EQ(ball.vertical,
-              (std::vector<BallAssignment>{{BallTarget::Mix, 4, 0, 128, 0.5F}, {BallTarget::Insert1, 5, 1, 2, 0}}));
+              (std::vector<BallAssignment>{{EBallTarget::kMix, 4, 0, 128, 0.5F}, {EBallTarget::kInsert1, 5, 1, 2, 0}}));
 }
 
 TEST(PresetRecords, TheSecondSideOfTheCrossfaderGoesByTheKeyOfTheFirst) {
@@ -185,7 +185,7 @@ TEST(PatternFile, ReplacesPatternsAndTheirPointsButNotThoseOfTheSong) {
     ReplacePatterns(instrument, set, graveyard);
     EXPECT_TRUE(instrument.patterns[1].ForEdit()->Notes().empty());
     EXPECT_EQ(instrument.patterns[2].ForEdit()->StepCount(), 32);
-    EXPECT_EQ(SelectedStepNumberMode(instrument), StepNumberMode::Chain);
+    EXPECT_EQ(SelectedStepNumberMode(instrument), EStepNumberMode::kChain);
     const CEventLanes& lanes = *instrument.mixLanes.ForEdit();
     EXPECT_EQ(lanes.Find(1, 1), nullptr);
     EXPECT_NE(lanes.Find(CEventLanes::kSongSlot, 1), nullptr);

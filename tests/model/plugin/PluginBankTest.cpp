@@ -12,14 +12,14 @@ using namespace vst2;
 
 class CPluginBankTest : public testing::Test {
 protected:
-    std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+    std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
         std::string error;
         auto plugin = CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
         EXPECT_TRUE(plugin) << error;
         return plugin;
     }
-    std::shared_ptr<CPlugin> Synth() { return Load("ChunkSynth", SlotKind::Instrument); }
-    std::shared_ptr<CPlugin> Effect() { return Load("ParameterBank", SlotKind::Effect); }
+    std::shared_ptr<CPlugin> Synth() { return Load("ChunkSynth", ESlotKind::kInstrument); }
+    std::shared_ptr<CPlugin> Effect() { return Load("ParameterBank", ESlotKind::kEffect); }
 
     PluginEnvironment environment;
 };
@@ -80,14 +80,14 @@ TEST_F(CPluginBankTest, ABankOfEitherKindSoundsTheSameInAnotherInstance) {
         const StateImage bank = source->SaveBank();
         EXPECT_EQ(bank, source->SaveBank());
         auto target = chunks ? Synth() : Effect();
-        ASSERT_EQ(target->LoadBank(bank), BankResult::Done);
+        ASSERT_EQ(target->LoadBank(bank), EBankResult::kDone);
         EXPECT_EQ(target->SaveBank(), bank);
         EXPECT_TRUE(target->SelectProgram(2));
         EXPECT_EQ(Sound(*target), Sound(*source));
         EXPECT_GT(Sound(*target), 0.7F);
         const StateImage program = source->SaveProgram();
         auto third = chunks ? Synth() : Effect();
-        ASSERT_EQ(third->LoadProgram(program), BankResult::Done);
+        ASSERT_EQ(third->LoadProgram(program), EBankResult::kDone);
         EXPECT_EQ(Sound(*third), Sound(*source));
     }
 }
@@ -100,14 +100,14 @@ TEST_F(CPluginBankTest, SavingABankKeepsTheEditsOfTheCurrentProgram) {
     EXPECT_EQ(effect->Parameter(4), 0.875F);
     EXPECT_EQ(effect->CurrentProgram(), 1);
     auto other = Effect();
-    ASSERT_EQ(other->LoadBank(bank), BankResult::Done);
+    ASSERT_EQ(other->LoadBank(bank), EBankResult::kDone);
     ASSERT_TRUE(other->SelectProgram(1));
     EXPECT_EQ(other->Parameter(4), 0.875F);
 }
 
 TEST_F(CPluginBankTest, HandMadeImagesLoadInEitherByteOrder) {
     auto effect = Effect();
-    ASSERT_EQ(effect->LoadBank(HandMadeParameterBank()), BankResult::Done);
+    ASSERT_EQ(effect->LoadBank(HandMadeParameterBank()), EBankResult::kDone);
     EXPECT_EQ(effect->CurrentProgram(), 0);
     ASSERT_TRUE(effect->SelectProgram(3));
     EXPECT_FLOAT_EQ(effect->Parameter(5), 0.35F);
@@ -116,7 +116,7 @@ TEST_F(CPluginBankTest, HandMadeImagesLoadInEitherByteOrder) {
     StateImage turned = HandMadeParameterBank();
     std::swap(turned[0], turned[3]);  // the magic alone, as some programs write it
     std::swap(turned[1], turned[2]);
-    EXPECT_EQ(effect->LoadBank(turned), BankResult::Done);
+    EXPECT_EQ(effect->LoadBank(turned), EBankResult::kDone);
 
     auto synth = Synth();
     const StateImage own = synth->SaveBank();
@@ -124,7 +124,7 @@ TEST_F(CPluginBankTest, HandMadeImagesLoadInEitherByteOrder) {
     chunk.Code("CcnK").Number(0).Code("FBCh").Number(1).Code("tsCh").Number(1).Number(16).Zeros(128);
     chunk.Number(static_cast<std::uint32_t>(own.size() - 160));
     chunk.bytes.insert(chunk.bytes.end(), own.begin() + 160, own.end());
-    EXPECT_EQ(synth->LoadBank(chunk.bytes), BankResult::Done);
+    EXPECT_EQ(synth->LoadBank(chunk.bytes), EBankResult::kDone);
     EXPECT_EQ(synth->SaveBank(), own);
 }
 
@@ -133,22 +133,22 @@ TEST_F(CPluginBankTest, WhatDoesNotFitNeverReachesThePlugin) {
     auto effect = Effect();
     const StateImage bank = synth->SaveBank();
     for (std::size_t length = 0; length < bank.size(); ++length) {
-        EXPECT_NE(synth->LoadBank(std::span(bank).first(length)), BankResult::Done) << length;
+        EXPECT_NE(synth->LoadBank(std::span(bank).first(length)), EBankResult::kDone) << length;
     }
     StateImage changed = bank;
     changed[156] = std::byte{0x7f};  // the chunk's size
-    EXPECT_EQ(synth->LoadBank(changed), BankResult::Damaged);
+    EXPECT_EQ(synth->LoadBank(changed), EBankResult::kDamaged);
     changed[156] = std::byte{0xff};
-    EXPECT_EQ(synth->LoadBank(changed), BankResult::Damaged);
-    EXPECT_EQ(synth->LoadBank(synth->SaveProgram()), BankResult::Unsuited);
-    EXPECT_EQ(synth->LoadProgram(bank), BankResult::Unsuited);
+    EXPECT_EQ(synth->LoadBank(changed), EBankResult::kDamaged);
+    EXPECT_EQ(synth->LoadBank(synth->SaveProgram()), EBankResult::kUnsuited);
+    EXPECT_EQ(synth->LoadProgram(bank), EBankResult::kUnsuited);
     for (const std::size_t place : {0U, 15U, 19U}) {  // magic, version, identifier
         changed = bank;
         changed[place] ^= std::byte{1};
-        const BankResult result = synth->LoadBank(changed);
+        const EBankResult result = synth->LoadBank(changed);
         EXPECT_STREQ(Describe(result), "No Compatible File !");
     }
-    EXPECT_EQ(effect->LoadBank(bank), BankResult::Incompatible);
+    EXPECT_EQ(effect->LoadBank(bank), EBankResult::kIncompatible);
     EXPECT_EQ(Vst2(*synth).Dispatch(effVendorSpecific), 0);  // chunks that it was given
 }
 
@@ -156,12 +156,12 @@ TEST_F(CPluginBankTest, ABankSelectsNoProgramThatThePluginDoesNotHave) {
     StateImage bank = HandMadeParameterBank();
     bank[26] = std::byte{0x10};  // 4100 programs
     auto effect = Effect();
-    ASSERT_EQ(effect->LoadBank(bank), BankResult::Done);
+    ASSERT_EQ(effect->LoadBank(bank), EBankResult::kDone);
     EXPECT_EQ(effect->ProgramCount(), 4);
     EXPECT_FALSE(effect->SelectProgram(4));
     bank[26] = std::byte{0};
     bank[27] = std::byte{2};
-    ASSERT_EQ(effect->LoadBank(bank), BankResult::Done);
+    ASSERT_EQ(effect->LoadBank(bank), EBankResult::kDone);
     EXPECT_EQ(effect->ProgramCount(), 2);
 }
 
@@ -176,7 +176,7 @@ protected:
         std::filesystem::create_directories((folder / name).parent_path());
         std::fclose(std::fopen((folder / name).c_str(), "w"));
     }
-    std::string Find(CPluginFinder& finder, const std::string& name, SlotKind kind) {
+    std::string Find(CPluginFinder& finder, const std::string& name, ESlotKind kind) {
         const auto found = finder.Find(name, kind);
         return found ? found->lexically_relative(folder).string() : "none";
     }
@@ -193,24 +193,24 @@ TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
     CPluginFinder finder(folder, {folder / "user"}, {folder / "system"});
     struct Case {
         const char* name;
-        SlotKind kind;
+        ESlotKind kind;
         const char* found;
     };
     for (const Case& example :
-         {Case{"Synth.dll", SlotKind::Instrument, "PluginInstruments/Synth.so"},
-          Case{"Synth", SlotKind::Effect, "PluginEffects/Synth.so"},
-          Case{"C:\\Vst\\only.DLL", SlotKind::Effect, "user/Only.so"},
-          Case{"sYnTh.so", SlotKind::Instrument, "system/sYnTh.so"},
-          Case{"SYNTH.so", SlotKind::Instrument, "PluginInstruments/Synth.so"},
-          Case{"Far-vst.so", SlotKind::Effect, "system/deep/er/Far-vst.so"},
-          Case{"Linked.dll", SlotKind::Effect, "user/Only.so"}, Case{"Readme", SlotKind::Effect, "none"},
-          Case{"", SlotKind::Effect, "none"}, Case{"../user/", SlotKind::Effect, "none"}}) {
+         {Case{"Synth.dll", ESlotKind::kInstrument, "PluginInstruments/Synth.so"},
+          Case{"Synth", ESlotKind::kEffect, "PluginEffects/Synth.so"},
+          Case{"C:\\Vst\\only.DLL", ESlotKind::kEffect, "user/Only.so"},
+          Case{"sYnTh.so", ESlotKind::kInstrument, "system/sYnTh.so"},
+          Case{"SYNTH.so", ESlotKind::kInstrument, "PluginInstruments/Synth.so"},
+          Case{"Far-vst.so", ESlotKind::kEffect, "system/deep/er/Far-vst.so"},
+          Case{"Linked.dll", ESlotKind::kEffect, "user/Only.so"}, Case{"Readme", ESlotKind::kEffect, "none"},
+          Case{"", ESlotKind::kEffect, "none"}, Case{"../user/", ESlotKind::kEffect, "none"}}) {
         EXPECT_EQ(Find(finder, example.name, example.kind), example.found) << example.name;
     }
     // A library that is known to hold the wanted plug-in goes before one of the same name that does not.
     const std::string other = (folder / "user" / "Only.so").string();
     const auto identified = [&](const char* name, const char* identity) {
-        const auto found = finder.Find(PluginReference{name, identity}, SlotKind::Effect);
+        const auto found = finder.Find(PluginReference{name, identity}, ESlotKind::kEffect);
         return found ? found->lexically_relative(folder).string() : "none";
     };
     EXPECT_EQ(identified("Renamed.dll", "vst2:1"), "none");
@@ -224,9 +224,9 @@ TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
         EXPECT_EQ(identified(name, identity), found) << name << ' ' << identity;
     }
     Touch("user/Later.so");
-    EXPECT_EQ(Find(finder, "Later.dll", SlotKind::Effect), "none");
+    EXPECT_EQ(Find(finder, "Later.dll", ESlotKind::kEffect), "none");
     finder.Refresh();
-    EXPECT_EQ(Find(finder, "Later.dll", SlotKind::Effect), "user/Later.so");
+    EXPECT_EQ(Find(finder, "Later.dll", ESlotKind::kEffect), "user/Later.so");
 }
 
 }  // namespace

@@ -24,12 +24,12 @@ protected:
         environment.currentTime = [](PlayTime& time) { time.tempo = 133.0; };
     }
 
-    std::shared_ptr<CPlugin> Load(const std::string& name, SlotKind kind) {
+    std::shared_ptr<CPlugin> Load(const std::string& name, ESlotKind kind) {
         return CPlugin::Load(QUIB_BIN_DIR "/testplugins/" + name + ".so", kind, environment, error);
     }
     // Throws, as a test cannot go on without it.
     std::shared_ptr<CPlugin> Loaded(const std::string& name) {
-        auto plugin = Load(name, SlotKind::Instrument);
+        auto plugin = Load(name, ESlotKind::kInstrument);
         return plugin ? plugin : throw std::runtime_error(error);
     }
     static std::intptr_t Ask(CPlugin& asker, int hostOpcode, void* pointer = nullptr) {
@@ -45,18 +45,18 @@ protected:
 };
 
 TEST_F(CPluginHostTest, LibrariesThatAreNoPluginsFailWithoutBotheringTheUser) {
-    EXPECT_TRUE(Load("Gain", SlotKind::Effect)) << "the old entry point alone: " << error;
+    EXPECT_TRUE(Load("Gain", ESlotKind::kEffect)) << "the old entry point alone: " << error;
     for (const char* const name : {"NoEntry", "Refuses", "NotThere"}) {
         error.clear();
-        EXPECT_FALSE(Load(name, SlotKind::Effect)) << name;
+        EXPECT_FALSE(Load(name, ESlotKind::kEffect)) << name;
         EXPECT_FALSE(error.empty()) << name;
     }
     EXPECT_TRUE(messages.empty()) << messages.front();
 }
 
 TEST_F(CPluginHostTest, APluginInTheWrongPlaceIsRefusedWithAMessage) {
-    EXPECT_FALSE(Load("Gain", SlotKind::Instrument));
-    EXPECT_FALSE(Load("NoteProbe", SlotKind::Effect));
+    EXPECT_FALSE(Load("Gain", ESlotKind::kInstrument));
+    EXPECT_FALSE(Load("NoteProbe", ESlotKind::kEffect));
     EXPECT_EQ(messages, (std::vector<std::string>{"QUIB: This plugin is not a synth category !",
                                                   "QUIB: This plugin is not a compatible category !"}));
     EXPECT_TRUE(CPlugin::LoadAny(QUIB_BIN_DIR "/testplugins/NoteProbe.so", environment, error)) << error;
@@ -64,7 +64,7 @@ TEST_F(CPluginHostTest, APluginInTheWrongPlaceIsRefusedWithAMessage) {
 }
 
 TEST_F(CPluginHostTest, AMonoPluginHasTwoBuffersOnEachSideAndShowsTheNameOfItsUse) {
-    const auto mono = Load("Mono", SlotKind::Effect);
+    const auto mono = Load("Mono", ESlotKind::kEffect);
     ASSERT_TRUE(mono) << error;
     EXPECT_EQ(mono->Identity().effectName, "QUIB compressor");
     EXPECT_EQ(mono->Identity().displayName, "Limiter");
@@ -133,8 +133,8 @@ TEST_F(CPluginHostTest, TheTimeToldDependsOnTheThreadThatAsks) {
 }
 
 TEST_F(CPluginHostTest, OnlyWhatTheUserMovesInThePluginsWindowIsReported) {
-    const auto trouble = Load("Trouble", SlotKind::Instrument);
-    const auto asker = Load("Asker", SlotKind::Instrument);
+    const auto trouble = Load("Trouble", ESlotKind::kInstrument);
+    const auto asker = Load("Asker", ESlotKind::kInstrument);
     ASSERT_TRUE(trouble && asker) << error;
     dynamic_cast<CVst2Plugin&>(*trouble).Dispatch(effSetProgram, 0, 0);
     asker->SetParameter(0, 0.2F);

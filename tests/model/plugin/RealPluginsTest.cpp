@@ -68,7 +68,7 @@ protected:
         const auto file = Find(GetParam());
         if (file.empty()) return nullptr;
         const bool isSynthesiser = std::ranges::count(kSynthesisers, GetParam()) > 0;
-        return CPlugin::Load(file, isSynthesiser ? SlotKind::Instrument : SlotKind::Effect, environment, error);
+        return CPlugin::Load(file, isSynthesiser ? ESlotKind::kInstrument : ESlotKind::kEffect, environment, error);
     }
     void ExpectSound(CPlugin& plugin, const std::string& when) {
         const Heard heard = Play(plugin);
@@ -112,7 +112,7 @@ TEST_P(CRealPluginsTest, ItsStateGoesToAnImageAndBack) {
         source->SetParameter(index, index % 2 == 0 ? 0.25F : 0.75F);
     const auto wanted = Parameters(*source);
     const StateImage image = source->SaveBank();
-    ASSERT_EQ(target->LoadBank(image), BankResult::Done);
+    ASSERT_EQ(target->LoadBank(image), EBankResult::kDone);
     const auto found = Parameters(*target);
     ASSERT_EQ(found.size(), wanted.size());
     for (std::size_t index = 0; index < wanted.size(); ++index)

@@ -63,7 +63,7 @@ CGridPainter::EGround CGridPainter::GroundOf(const RollDrawing& drawing, int key
     }
     const Scale& scale = drawing.options.scale;
     // Without a scale the rows tell white keys from black ones.
-    if (scale.type == ScaleType::Chromatic) return IsBlackKey(key) ? kOff : kInScale;
+    if (scale.type == EScaleType::kChromatic) return IsBlackKey(key) ? kOff : kInScale;
     if (IsRoot(scale, key)) return kRoot;
     return IsInScale(scale, key) ? kInScale : kOff;
 }

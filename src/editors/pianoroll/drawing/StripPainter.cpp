@@ -110,7 +110,7 @@ void DrawKeyStrip(const RollDrawing& drawing, int pressed) {
         } else {
             DrawWhiteKey(drawing, key, y, lit);
         }
-        if (scale.type != ScaleType::Chromatic && IsRoot(scale, key)) {
+        if (scale.type != EScaleType::kChromatic && IsRoot(scale, key)) {
             drawing.Fill(kStrip - kRootMark, y + 1, kRootMark, drawing.view.RowHeight() - 3, drawing.colours.pattern);
         }
         DrawKeyLabel(drawing, key, y, lit);

@@ -43,7 +43,7 @@ bool ReadImageHeader(std::span<const std::byte> image, ImageHeader& header) noex
     // Some programs turn the magic only; the version tells which order the rest has.
     header.reversed = magic == kReversedMagic && CImageNumbers(image, true).Integer(12) == kLayoutVersion;
     const CImageNumbers numbers(image, header.reversed);
-    header.kind = static_cast<ImageKind>(numbers.Integer(8));
+    header.kind = static_cast<EImageKind>(numbers.Integer(8));
     header.version = numbers.Integer(12);
     header.uniqueId = numbers.Integer(16);
     header.pluginVersion = numbers.Integer(20);
@@ -59,7 +59,7 @@ bool ReadChunk(const CImageNumbers& numbers, std::size_t offset, std::span<const
     return true;
 }
 
-void CImageWriter::Header(ImageKind kind, const vst2::AEffect& effect, std::int32_t count) {
+void CImageWriter::Header(EImageKind kind, const vst2::AEffect& effect, std::int32_t count) {
     headers.push_back(image.size());
     Integer(kMagic);
     Integer(0);

@@ -21,11 +21,11 @@ constexpr std::size_t kProgramHeader = 56;
 constexpr std::size_t kProgramChunkHeader = 60;
 constexpr std::size_t kProgramNameSize = 28;
 
-enum class ImageKind : std::int32_t {
-    BankChunk = vst2::FourCharacters('F', 'B', 'C', 'h'),
-    BankPrograms = vst2::FourCharacters('F', 'x', 'B', 'k'),
-    ProgramChunk = vst2::FourCharacters('F', 'P', 'C', 'h'),
-    ProgramParameters = vst2::FourCharacters('F', 'x', 'C', 'k'),
+enum class EImageKind : std::int32_t {
+    kBankChunk = vst2::FourCharacters('F', 'B', 'C', 'h'),
+    kBankPrograms = vst2::FourCharacters('F', 'x', 'B', 'k'),
+    kProgramChunk = vst2::FourCharacters('F', 'P', 'C', 'h'),
+    kProgramParameters = vst2::FourCharacters('F', 'x', 'C', 'k'),
 };
 
 // Takes numbers out of an image. The caller has checked that they lie inside.
@@ -46,7 +46,7 @@ private:
 
 // The fields that all four kinds share.
 struct ImageHeader {
-    ImageKind kind{};
+    EImageKind kind{};
     std::int32_t version = 0;  // of the layout
     std::int32_t uniqueId = 0;
     std::int32_t pluginVersion = 0;
@@ -64,7 +64,7 @@ bool ReadChunk(const CImageNumbers& numbers, std::size_t offset, std::span<const
 class CImageWriter {
 public:
     // The five shared fields after a magic and the byte count, which Finish sets.
-    void Header(ImageKind kind, const vst2::AEffect& effect, std::int32_t count);
+    void Header(EImageKind kind, const vst2::AEffect& effect, std::int32_t count);
     void Integer(std::int32_t value);
     void Real(float value);
     void Name(const std::string& name);

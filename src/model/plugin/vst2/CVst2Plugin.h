@@ -46,8 +46,8 @@ public:
     int CurrentProgram() override { return static_cast<int>(Dispatch(vst2::effGetProgram)); }
     std::string KeyName(int key) override;
     std::string ProgramName(int program) override { return Text(vst2::effGetProgramNameIndexed, program); }
-    BankResult LoadBank(std::span<const std::byte> image) override;
-    BankResult LoadProgram(std::span<const std::byte> image) override;
+    EBankResult LoadBank(std::span<const std::byte> image) override;
+    EBankResult LoadProgram(std::span<const std::byte> image) override;
     StateImage SaveBank() override;
     StateImage SaveProgram() override;
     bool HasEditor() const noexcept override { return (effect->flags & vst2::effFlagsHasEditor) != 0; }
@@ -89,10 +89,10 @@ private:
     void RestoreValues(const Values& wanted);
     void SetChunk(std::int32_t scope, std::span<const std::byte> chunk);
     std::span<const std::byte> GetChunk(std::int32_t scope);
-    BankResult LoadChunk(std::int32_t scope, const CImageNumbers& numbers, std::size_t offset);
+    EBankResult LoadChunk(std::int32_t scope, const CImageNumbers& numbers, std::size_t offset);
     void ApplyProgramRecord(const CImageNumbers& numbers, std::size_t offset, int count);
-    BankResult LoadPrograms(const CImageNumbers& numbers, std::int32_t programs);
-    BankResult CheckHeader(std::span<const std::byte> image, ImageHeader& header) const;
+    EBankResult LoadPrograms(const CImageNumbers& numbers, std::int32_t programs);
+    EBankResult CheckHeader(std::span<const std::byte> image, ImageHeader& header) const;
     void WriteProgramRecord(CImageWriter& writer, const Values& values);
     StateImage SavePrograms();
 

@@ -59,12 +59,12 @@ std::span<const std::byte> CVst2Plugin::GetChunk(std::int32_t scope) {
     return {static_cast<const std::byte*>(data), static_cast<std::size_t>(size)};
 }
 
-BankResult CVst2Plugin::LoadChunk(std::int32_t scope, const CImageNumbers& numbers, std::size_t offset) {
-    if (!HasChunks()) return BankResult::Unsuited;
+EBankResult CVst2Plugin::LoadChunk(std::int32_t scope, const CImageNumbers& numbers, std::size_t offset) {
+    if (!HasChunks()) return EBankResult::kUnsuited;
     std::span<const std::byte> chunk;
-    if (!ReadChunk(numbers, offset, chunk)) return BankResult::Damaged;
+    if (!ReadChunk(numbers, offset, chunk)) return EBankResult::kDamaged;
     SetChunk(scope, chunk);
-    return BankResult::Done;
+    return EBankResult::kDone;
 }
 
 // Name and parameters of the program record at `offset` go to the current program.
@@ -77,15 +77,15 @@ void CVst2Plugin::ApplyProgramRecord(const CImageNumbers& numbers, std::size_t o
     }
 }
 
-BankResult CVst2Plugin::LoadPrograms(const CImageNumbers& numbers, std::int32_t programs) {
-    if (programs <= 0) return BankResult::Done;
+EBankResult CVst2Plugin::LoadPrograms(const CImageNumbers& numbers, std::int32_t programs) {
+    if (programs <= 0) return EBankResult::kDone;
     const int values = RecordParameters(numbers, kBankProgramsHeader);
-    if (values < 0) return BankResult::Damaged;
+    if (values < 0) return EBankResult::kDamaged;
     const std::size_t stride = kProgramHeader + 4 * static_cast<std::size_t>(values);
     const CExclusive exclusive(*this);
     if (Identity().programCount == 0) {  // one state, no program to select
         ApplyProgramRecord(numbers, kBankProgramsHeader, values);
-        return BankResult::Done;
+        return EBankResult::kDone;
     }
     // A plug-in is asked for no program that it did not have when it was loaded.
     const int count = std::min(programs, Identity().programCount);
@@ -97,16 +97,16 @@ BankResult CVst2Plugin::LoadPrograms(const CImageNumbers& numbers, std::int32_t 
         ApplyProgramRecord(numbers, offset, values);
     }
     Dispatch(effSetProgram, 0, current);
-    return BankResult::Done;
+    return EBankResult::kDone;
 }
 
-BankResult CVst2Plugin::CheckHeader(std::span<const std::byte> image, ImageHeader& header) const {
-    if (!ReadImageHeader(image, header)) return BankResult::Incompatible;
-    return header.uniqueId == effect->uniqueId ? BankResult::Done : BankResult::Incompatible;
+EBankResult CVst2Plugin::CheckHeader(std::span<const std::byte> image, ImageHeader& header) const {
+    if (!ReadImageHeader(image, header)) return EBankResult::kIncompatible;
+    return header.uniqueId == effect->uniqueId ? EBankResult::kDone : EBankResult::kIncompatible;
 }
 
 void CVst2Plugin::WriteProgramRecord(CImageWriter& writer, const Values& values) {
-    writer.Header(ImageKind::ProgramParameters, *effect, static_cast<std::int32_t>(values.size()));
+    writer.Header(EImageKind::kProgramParameters, *effect, static_cast<std::int32_t>(values.size()));
     writer.Name(Text(effGetProgramName));
     for (const float value : values) writer.Real(value);
 }
@@ -114,7 +114,7 @@ void CVst2Plugin::WriteProgramRecord(CImageWriter& writer, const Values& values)
 StateImage CVst2Plugin::SavePrograms() {
     CImageWriter writer;
     const int programs = std::clamp(effect->numPrograms, 1, std::max(1, Identity().programCount));
-    writer.Header(ImageKind::BankPrograms, *effect, programs);
+    writer.Header(EImageKind::kBankPrograms, *effect, programs);
     writer.Zeros(kBankProgramsHeader - 28);
     // Read before any other program is selected: some plug-ins forget edits that leave the current one.
     const Values edited = CurrentValues();
@@ -133,33 +133,33 @@ StateImage CVst2Plugin::SavePrograms() {
     return writer.Finish();
 }
 
-BankResult CVst2Plugin::LoadBank(std::span<const std::byte> image) {
+EBankResult CVst2Plugin::LoadBank(std::span<const std::byte> image) {
     ImageHeader header;
-    if (const BankResult result = CheckHeader(image, header); result != BankResult::Done) return result;
+    if (const EBankResult result = CheckHeader(image, header); result != EBankResult::kDone) return result;
     const CImageNumbers numbers(image, header.reversed);
-    if (header.kind == ImageKind::BankChunk) return LoadChunk(0, numbers, kBankChunkHeader);
-    if (header.kind == ImageKind::BankPrograms) return LoadPrograms(numbers, header.count);
-    return BankResult::Unsuited;
+    if (header.kind == EImageKind::kBankChunk) return LoadChunk(0, numbers, kBankChunkHeader);
+    if (header.kind == EImageKind::kBankPrograms) return LoadPrograms(numbers, header.count);
+    return EBankResult::kUnsuited;
 }
 
-BankResult CVst2Plugin::LoadProgram(std::span<const std::byte> image) {
+EBankResult CVst2Plugin::LoadProgram(std::span<const std::byte> image) {
     ImageHeader header;
-    if (const BankResult result = CheckHeader(image, header); result != BankResult::Done) return result;
+    if (const EBankResult result = CheckHeader(image, header); result != EBankResult::kDone) return result;
     const CImageNumbers numbers(image, header.reversed);
-    if (header.kind == ImageKind::ProgramChunk) return LoadChunk(1, numbers, kProgramChunkHeader);
-    if (header.kind != ImageKind::ProgramParameters) return BankResult::Unsuited;
+    if (header.kind == EImageKind::kProgramChunk) return LoadChunk(1, numbers, kProgramChunkHeader);
+    if (header.kind != EImageKind::kProgramParameters) return EBankResult::kUnsuited;
     const int values = RecordParameters(numbers, 0);
-    if (values < 0) return BankResult::Damaged;
+    if (values < 0) return EBankResult::kDamaged;
     const CExclusive exclusive(*this);
     ApplyProgramRecord(numbers, 0, values);
-    return BankResult::Done;
+    return EBankResult::kDone;
 }
 
 StateImage CVst2Plugin::SaveBank() {
     if (!HasChunks()) return SavePrograms();
     const auto chunk = GetChunk(0);
     CImageWriter writer;
-    writer.Header(ImageKind::BankChunk, *effect, effect->numPrograms);
+    writer.Header(EImageKind::kBankChunk, *effect, effect->numPrograms);
     writer.Zeros(kBankChunkHeader - 32);
     writer.Integer(static_cast<std::int32_t>(chunk.size()));
     writer.Bytes(chunk);
@@ -173,7 +173,7 @@ StateImage CVst2Plugin::SaveProgram() {
         return writer.Finish();
     }
     const auto chunk = GetChunk(1);
-    writer.Header(ImageKind::ProgramChunk, *effect, static_cast<std::int32_t>(Parameters().size()));
+    writer.Header(EImageKind::kProgramChunk, *effect, static_cast<std::int32_t>(Parameters().size()));
     writer.Name(Text(effGetProgramName));
     writer.Integer(static_cast<std::int32_t>(chunk.size()));
     writer.Bytes(chunk);

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Tells what is played on keys, so that it can be written into patterns: while the transport runs with the
+// place where it was played to what was heard, while it stands still without a place. Keys are told as the
+// plug-in gets them. Render thread only.
+
+#include "engine/BlockContext.h"
+#include "engine/CTransport.h"
+#include "engine/EngineMessages.h"
+#include "model/sharing/CBoundedQueue.h"
+
+namespace quib {
+
+// What is to be told. Any thread.
+struct NoteCaptureSettings {
+    CValue recording;       // switch: while the transport runs
+    CValue stepEntry;       // switch: while it stands still
+    CIntegerValue latency;  // frames from the rendering of a block to the sound of its first one
+};
+
+class CNoteCapture {
+public:
+    CNoteCapture(const NoteCaptureSettings& captureSettings, CBoundedQueue<EngineNotice>& noticeQueue) noexcept
+        : settings(captureSettings), notices(noticeQueue) {}
+
+    // A key on its way to the plug-in in the block that begins. `time`: millisecond; velocity 0: its end.
+    void Add(const CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    // Once the steps of the block have run.
+    void Tell(const BlockContext& block, const CTransport& transport) noexcept;
+
+private:
+    struct Played {
+        const CInstrument* instrument;
+        int key;
+        int velocity;
+        std::uint32_t time;
+    };
+
+    void Locate(EngineNotice& notice, const Played& note, const BlockContext& block,
+                const CTransport& transport) const noexcept;
+
+    const NoteCaptureSettings& settings;
+    CBoundedQueue<EngineNotice>& notices;
+    CFixedList<Played> played{kMaximumBlockEvents};
+};
+
+// The position whose note sounds at `steps` of a pattern, given that notes of odd steps come `swing` steps
+// late; the nearest one where none does.
+double WithoutSwing(double steps, double swing) noexcept;
+
+}  // namespace quib
