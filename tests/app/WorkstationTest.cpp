@@ -205,15 +205,20 @@ TEST_F(WorkstationTest, WrongPluginsAndFilesAreToldOnceAndChangeNothing) {
     ASSERT_TRUE(bad.open(QIODevice::WriteOnly));
     bad.write("nothing of the kind");
     bad.close();
-    for (const auto& load :
-         {std::function<bool()>([&] { return Session().LoadProject(bad.fileName(), error); }),
-          std::function<bool()>([&] { return Stack().LoadInstrument(0, bad.fileName(), error); }),
-          std::function<bool()>([&] { return Contents().LoadPattern(0, bad.fileName(), error); }),
-          std::function<bool()>([&] { return Places().LoadBank(Place(0), bad.fileName(), error); })}) {
-        error.clear();
-        EXPECT_FALSE(load());
-        EXPECT_FALSE(error.isEmpty());
-    }
+    QStringList errors;
+    const auto refused = [&](bool loaded) {
+        EXPECT_FALSE(loaded);
+        errors.append(std::exchange(error, QString()));
+    };
+    error.clear();
+    refused(Session().LoadProject(bad.fileName(), error));
+    refused(Stack().LoadInstrument(0, bad.fileName(), error));
+    refused(Contents().LoadPattern(0, bad.fileName(), error));
+    refused(Places().LoadBank(Place(0), bad.fileName(), error));
+    refused(Places().LoadProgram(Place(0), bad.fileName(), error));
+    EXPECT_TRUE(errors[1].contains(bad.fileName() + ": not an instrument file")) << errors[1].toStdString();
+    EXPECT_EQ(errors.filter("No Compatible File !").size(), 2);
+    EXPECT_FALSE(errors.contains(QString())) << "one of them said nothing";
     EXPECT_EQ(Stack().Instruments().size(), 1U);
     EXPECT_FALSE(Session().IsModified());
 }
@@ -375,10 +380,12 @@ TEST_F(WorkstationTest, InstrumentAndPatternFilesGoFromOneInstrumentToAnother) {
     QString error;
     AddSynth();
     Contents().SetPattern(At(0)->Id(), 1, SomePattern(40), "Draw");
+    PluginAt(0).SetParameter(1, 0.75F);
     ASSERT_TRUE(Stack().SaveInstrument(0, File("a.ist"), error));
     ASSERT_TRUE(Contents().SavePattern(0, File("a.ptn"), error));
     ASSERT_EQ(Stack().AddInstrument(File("a.ist"), error), 1) << error.toStdString();
     EXPECT_EQ(At(1)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());
+    EXPECT_EQ(PluginAt(1).SaveBank(), PluginAt(0).SaveBank());
     AddSynth();
     ASSERT_TRUE(Contents().LoadPattern(2, File("a.ptn"), error));
     EXPECT_EQ(At(2)->patterns[1].ForEdit()->Notes(), SomePattern(40)->Notes());

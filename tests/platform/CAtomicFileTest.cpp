@@ -2,8 +2,6 @@
 #include "platform/CAtomicFile.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -153,32 +151,6 @@ TEST_F(CAtomicFileTest, RefusesWhatCannotBeReplaced) {
     fs::permissions(path, fs::perms::owner_read);
     EXPECT_FALSE(Replace("lost"));
     EXPECT_EQ(Content(path), "kept");
-}
-
-// Runs `body` in a child process and returns its exit code.
-template <class Body>
-int InChild(Body body) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(body());
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-TEST_F(CAtomicFileTest, AFullDiskLeavesTheOldFile) {
-    constexpr int cannotMount = 77;
-    const int result = InChild([this] {
-        if (::geteuid() != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return cannotMount;
-        if (::geteuid() == 0 && ::unshare(CLONE_NEWNS) != 0) return cannotMount;
-        if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return cannotMount;
-        if (::mount("none", folder.c_str(), "tmpfs", 0, "size=64k") != 0) return cannotMount;
-        if (!Replace("old")) return 1;
-        if (Replace(std::string(200000, 'x'))) return 2;
-        if (error.find("No space left") == std::string::npos) return 3;
-        return Content(path) == "old" && FilesInFolder() == 1 ? 0 : 4;
-    });
-    if (result == cannotMount) GTEST_SKIP() << "may not mount a small disk here";
-    EXPECT_EQ(result, 0);
 }
 
 TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {

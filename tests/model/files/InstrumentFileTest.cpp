@@ -2,7 +2,6 @@
 #include "model/files/InstrumentFile.h"
 
 #include "Testing.h"
-#include "model/files/ContentFiles.h"
 #include "model/files/PatternRecords.h"
 
 namespace quib {
@@ -193,46 +192,6 @@ TEST(PatternFile, ReplacesPatternsAndTheirPointsButNotThoseOfTheSong) {
     EXPECT_EQ(*lanes.Find(2, 0), (PointList{{0.5F, 90.0F}, {1.0F, 100.0F}}));
     EXPECT_FALSE(ReadPatternFile("TITLE;Song;\r\n", set, error));
     EXPECT_TRUE(set.patterns[2]) << "a refused file changes nothing";
-}
-
-TEST(ContentFiles, EveryKindSavesAndLoadsAlone) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "quib-content-XXXXXX").string();
-    const std::filesystem::path folder = ::mkdtemp(pattern.data());
-    PluginEnvironment environment;
-    std::string error;
-    const auto load = [&environment](const PluginReference&, ESlotKind kind, std::string& why) {
-        return CPlugin::Load(QUIB_BIN_DIR "/testplugins/ChunkSynth.so", kind, environment, why);
-    };
-    LoadContext context;
-    context.load = load;
-    auto instrument = ReadInstrumentFile("PLUGIN;ChunkSynth;\r\nTITLE;Lead;\r\n", context, error);
-    ASSERT_TRUE(instrument);
-    CPlugin& plugin = *instrument->plugin.ForEdit()->plugin;
-    plugin.SetParameter(1, 0.75F);
-    SetPattern(*instrument, 3, 8, {{0, 1, 60, 100}});
-    EXPECT_TRUE(SaveInstrumentFile(folder / "a.ist", *instrument, {}, error)) << error;
-    EXPECT_TRUE(SavePatternFile(folder / "a.ptn", *instrument, error)) << error;
-    EXPECT_TRUE(SaveBankFile(folder / "a.fxb", plugin, error)) << error;
-    EXPECT_TRUE(SaveProgramFile(folder / "a.fxp", plugin, error)) << error;
-
-    const auto again = LoadInstrumentFile(folder / "a.ist", context, error);
-    ASSERT_TRUE(again) << error;
-    EXPECT_EQ(Written(*again), Written(*instrument));
-    PatternSet set;
-    EXPECT_TRUE(LoadPatternFile(folder / "a.ptn", set, error)) << error;
-    EXPECT_EQ(set.patterns[3]->Notes(), instrument->patterns[3].ForEdit()->Notes());
-    CPlugin& other = *again->plugin.ForEdit()->plugin;
-    for (const auto& [file, read] : {std::pair{"a.fxb", &LoadBankFile}, std::pair{"a.fxp", &LoadProgramFile}}) {
-        other.SetParameter(1, 0.0F);
-        EXPECT_TRUE(read(folder / file, other, error)) << error;
-        EXPECT_EQ(other.Parameter(1), 0.75F) << file;
-        EXPECT_FALSE(read(folder / "a.ptn", other, error));
-        EXPECT_EQ(error, "No Compatible File !");
-    }
-    EXPECT_FALSE(LoadInstrumentFile(folder / "a.fxb", context, error));
-    EXPECT_EQ(error, (folder / "a.fxb").string() + ": not an instrument file");
-    EXPECT_FALSE(LoadPatternFile(folder / "none.ptn", set, error));
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace
