@@ -14,6 +14,7 @@ buildPackages=(
 testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
     xvfb xauth xdotool openbox locales
+    gsettings-desktop-schemas
     sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )
