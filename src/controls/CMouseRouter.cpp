@@ -162,7 +162,8 @@ void CMouseRouter::Forget(const CControl& control) noexcept {
     if (captured == &control) captured = nullptr;
     if (clicked.control == &control) clicked.control = nullptr;
     if (clicked.top == &control) clicked.top = nullptr;
-    std::replace(released.begin(), released.end(), const_cast<CControl*>(&control), static_cast<CControl*>(nullptr));
+    std::replace_if(
+        released.begin(), released.end(), [&control](const CControl* known) { return known == &control; }, nullptr);
 }
 
 }  // namespace quib
