@@ -22,6 +22,7 @@ CToolWindow* CToolWindows::Open(ETool tool) {
         const ToolRow& row = *FindTool(tool);
         window = row.make(context, row, parent);
         window->SetScale(scale);
+        window->infoPanel = infoPanel;
     }
     window->Open();
     return window.get();
@@ -35,6 +36,11 @@ CToolWindow* CToolWindows::Find(ETool tool) const {
 void CToolWindows::SetScale(int percent) {
     scale = percent;
     for (const auto& [tool, window] : windows) window->SetScale(percent);
+}
+
+void CToolWindows::SetInfoPanel(CInfoCtrl* panel) {
+    infoPanel = panel;
+    for (const auto& [tool, window] : windows) window->infoPanel = panel;
 }
 
 void CToolWindows::Retranslate() {

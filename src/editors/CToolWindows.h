@@ -12,6 +12,7 @@
 
 namespace quib {
 
+class CInfoCtrl;
 class CToolWindow;
 
 class CToolWindows {
@@ -26,6 +27,8 @@ public:
     // Null when it has not been made.
     CToolWindow* Find(ETool tool) const;
     void SetScale(int percent);
+    // Where the help of the windows' controls is shown: the console's panel. To be told of each new one.
+    void SetInfoPanel(CInfoCtrl* panel);
     void Retranslate();
     void KeepPlacements();
     // The 40 ms work.
@@ -35,6 +38,7 @@ private:
     ToolContext context;
     QWidget* parent;
     int scale = 100;
+    CInfoCtrl* infoPanel = nullptr;
     std::map<ETool, std::unique_ptr<CToolWindow>> windows;
 };
 

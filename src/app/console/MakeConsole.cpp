@@ -51,10 +51,12 @@ QWidget* MakeConsole(CMainWindow& window) {
         window.Tools().SetScale(window.Scale());
     };
     applyScale();
+    window.Tools().SetInfoPanel(console->infoPanel);
     QObject::connect(&window, &CMainWindow::Ticked, console, &CWinControlMain::FollowEngine);
     QObject::connect(&window, &CMainWindow::SettingsChanged, console, [&window, console, applyScale] {
         applyScale();
         console->Translate();
+        window.Tools().SetInfoPanel(console->infoPanel);
         window.Tools().Retranslate();
     });
     return console;
