@@ -354,6 +354,13 @@ void CWinControlPianoRoll::ZoomKeys(bool in) {
     ViewChanged();
 }
 
+void CWinControlPianoRoll::ViewChanged() {
+    CSettings& store = Document().Settings();
+    store.WriteSettingInt(kWindowsSection, QLatin1String(kZoomTime), roll->view.time.StepWidth());
+    store.WriteSettingInt(kWindowsSection, QLatin1String(kZoomKey), roll->view.KeyZoom());
+    UpdateScrollBars();
+}
+
 // --- Commands ----------------------------------------------------------------------------------------------
 
 bool CWinControlPianoRoll::CanEdit(EEdit command) const {

@@ -179,13 +179,6 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
     fill(TextKey("Clear row"), [key](const NoteState& from) { return ClearRow(from, key); });
 }
 
-void CWinControlPianoRoll::ViewChanged() {
-    CSettings& store = Document().Settings();
-    store.WriteSettingInt(kWindowsSection, QStringLiteral("PianoRoolZoomTime"), roll->view.time.StepWidth());
-    store.WriteSettingInt(kWindowsSection, QStringLiteral("PianoRoolZoomKey"), roll->view.KeyZoom());
-    UpdateScrollBars();
-}
-
 void CWinControlPianoRoll::RowFocused(int key) {
     roll->options.focusedKey = key;
     lane->Refresh();
