@@ -11,7 +11,7 @@ public:
         : CTestPlugin(hostCallback, EKind::kSynth, "Key counter", "tsKC") {}
 
 private:
-    void Process(float**, float** out, std::int32_t frames) override {
+    void Process(const float* const*, float* const* out, std::int32_t frames) override {
         for (const Event& event : events) {
             const bool on = (event.status & 0xf0) == 0x90 && event.data2 > 0;
             struck = struck || on;
