@@ -48,9 +48,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation.Changes(), &CChanges::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
-    connect(&workstation.Session(), &CSession::BackupFailed, this, [this](const QString& error) {
-        ShowNotice(Text("Backups cannot be written, so a crash would lose your work: %1").arg(error));
-    });
+    connect(&workstation, &CWorkstation::Notice, this, &CMainWindow::ShowNotice);
     const auto tellIdentities = [this] { workstation.Places().SetPluginIdentities(catalog.Identities()); };
     connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
     tellIdentities();

@@ -133,10 +133,12 @@ void CSession::WriteBackup(bool timed) {
     saver.Write(context.folders.backupProject.toStdString(), std::move(bytes), done);
 }
 
+// Told once, until a backup could be written again.
 void CSession::BackupDone(const std::string& error) {
     if (!error.empty()) backedUp = 0;
     if (std::exchange(backupFailed, !error.empty()) || error.empty()) return;
-    Q_EMIT BackupFailed(QString::fromStdString(error));
+    context.notice(
+        Text("Backups cannot be written, so a crash would lose your work: %1").arg(QString::fromStdString(error)));
 }
 
 QString CSession::TimedPath(const QDateTime& time) const {

@@ -71,8 +71,6 @@ Q_SIGNALS:
     // The steps of undo and all that belongs to the present project go now.
     void AboutToReplace();
     void ProjectPathChanged();
-    // Backups cannot be written; told once until one could be written again.
-    void BackupFailed(const QString& error);
 
 private:
     void Publish(ProjectState state, const QString& path);

@@ -3,22 +3,33 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdint>
+
+#include "platform/Clock.h"
 
 namespace quib {
 
 namespace {
 
-std::atomic<bool> wanted{false};  // a handler can reach nothing else
-static_assert(std::atomic<bool>::is_always_lock_free);
+constexpr std::uint64_t kSameWish = 300'000'000;  // nanoseconds
 
-void OnEndSignal(int /*signal*/) { wanted.store(true); }
+std::atomic<std::uint64_t> wantedSince{0};  // a handler can reach nothing else
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+
+// Whoever ends a group of processes often sends the signal twice at once.
+void OnEndSignal(int signal) {
+    std::uint64_t first = 0;
+    if (wantedSince.compare_exchange_strong(first, Nanoseconds()) || Nanoseconds() - first < kSameWish) return;
+    std::signal(signal, SIG_DFL);
+    (void)std::raise(signal);
+}
 
 }  // namespace
 
 void CatchEndSignals() noexcept {
     struct sigaction action {};
     action.sa_handler = OnEndSignal;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    action.sa_flags = SA_RESTART;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction present {};
         // Who was started with nohup wants to outlive its terminal.
@@ -28,6 +39,6 @@ void CatchEndSignals() noexcept {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool EndWanted() noexcept { return wanted.load(); }
+bool EndWanted() noexcept { return wantedSince.load() != 0; }
 
 }  // namespace quib

@@ -6,8 +6,8 @@
 
 namespace quib {
 
-// From now on the first of these signals sets the flag; a second one of the same kind ends the process at
-// once. A file that grows past the limit of the user (SIGXFSZ) becomes a write that fails.
+// From now on the first of these signals sets the flag; another one after more than a moment ends the process
+// at once. A file that grows past the limit of the user (SIGXFSZ) becomes a write that fails.
 void CatchEndSignals() noexcept;
 
 bool EndWanted() noexcept;

@@ -136,6 +136,7 @@ inline constexpr KeyedText kTexts[] = {
     {" (second window, no backups)", " (seconde fenêtre, sans sauvegardes)"},
     {"Backups cannot be written, so a crash would lose your work: %1",
      "Les sauvegardes ne peuvent pas être écrites ; un plantage ferait perdre votre travail : %1"},
+    {"The recording goes on in %1", "L'enregistrement continue dans %1"},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},

@@ -114,7 +114,7 @@ TEST_F(SessionKeeperTest, AGuestLeavesEverythingOfTheFirstWindowAlone) {
 }
 
 TEST_F(SessionKeeperTest, BackupsThatFailAreToldOnceUntilOneIsWritten) {
-    QSignalSpy tellings(&Session(), &CSession::BackupFailed);
+    QSignalSpy tellings(workstation.get(), &CWorkstation::Notice);
     const auto backUp = [this] {
         Session().WriteBackup(false);
         Session().Saver().Finish();
