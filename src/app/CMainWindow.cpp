@@ -5,6 +5,8 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
 #include <algorithm>
 
 #include "app/CPluginCatalog.h"
@@ -14,6 +16,7 @@
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
+#include "platform/EndSignals.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -45,6 +48,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation.Changes(), &CChanges::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
+    connect(&workstation, &CWorkstation::Notice, this, &CMainWindow::ShowNotice);
     const auto tellIdentities = [this] { workstation.Places().SetPluginIdentities(catalog.Identities()); };
     connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
     tellIdentities();
@@ -58,7 +62,8 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
 CMainWindow::~CMainWindow() = default;
 
 void CMainWindow::ShowTitle() {
-    setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer"));
+    const QString guest = workstation.Session().IsGuest() ? Text(" (second window, no backups)") : QString();
+    setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer") + guest);
     setWindowModified(workstation.Session().IsModified());
     if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.Session().ProjectPath().isEmpty());
 }
@@ -78,6 +83,21 @@ void CMainWindow::OnTick() {
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
+
+// A line at the bottom that stays until it is clicked away, and stops nobody who plays.
+void CMainWindow::ShowNotice(const QString& text) {
+    if (notice == nullptr) {
+        notice = new QPushButton;
+        notice->setObjectName(QStringLiteral("notice"));
+        notice->setFlat(true);
+        notice->setFocusPolicy(Qt::NoFocus);
+        connect(notice, &QPushButton::clicked, statusBar(), &QWidget::hide);
+        statusBar()->setSizeGripEnabled(false);
+        statusBar()->addWidget(notice, 1);
+    }
+    notice->setText(QStringLiteral("\u00D7   ") + text);
+    statusBar()->show();
+}
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
 
@@ -102,8 +122,9 @@ bool CMainWindow::MayDiscard() {
     return answer == QMessageBox::Discard || SaveNow();
 }
 
-// Nothing is thrown away here: the project as it is comes back with the next start.
+// Nothing is thrown away here: the project as it is comes back with the next start, but for that of a guest.
 void CMainWindow::closeEvent(QCloseEvent* event) {
+    if (workstation.Session().IsGuest() && !EndWanted() && !MayDiscard()) return event->ignore();
     timer.stop();
     pluginWindows->CloseAll();
     tools.KeepPlacements();

@@ -39,8 +39,12 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
              [this](const std::string& caption, const std::string& text) {
                  Q_EMIT Message(QString::fromStdString(caption), QString::fromStdString(text));
              }),
-      context{audio, settingsStore, folders, changes,
-              [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); }},
+      context{audio,
+              settingsStore,
+              folders,
+              changes,
+              [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); },
+              [this](const QString& text) { Q_EMIT Notice(text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
     connect(&session, &CSession::AboutToReplace, this, [this] {

@@ -59,6 +59,8 @@ public:
 Q_SIGNALS:
     // A message box, to be shown from the event loop.
     void Message(const QString& caption, const QString& text);
+    // A line that needs no answer.
+    void Notice(const QString& text);
 
 private:
     void FollowNotices();

@@ -119,6 +119,24 @@ inline constexpr KeyedText kTexts[] = {
     {"The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
      "Le logiciel ne s'est pas fermé correctement lors de la dernière utilisation !\r\nVoulez-vous charger le dernier "
      "Backup ?"},
+    {"The last start ended while it loaded its project. Load the last session nevertheless? It also stays under File > "
+     "Restore backup.",
+     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? Elle "
+     "reste aussi dans Fichier > Restaurer une sauvegarde."},
+    {"The last session cannot be kept in \"%1\", so this window leaves it as it is and writes no backups. Its work has "
+     "to be saved before it closes.",
+     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et n'écrit "
+     "aucune sauvegarde. Le travail doit être enregistré avant de la fermer."},
+    {"QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second window can be opened "
+     "that neither writes backups nor keeps the session.",
+     "QUIB Sequencer est déjà lancé (processus %1) et occupe le dossier du programme « %2 ». Une seconde fenêtre peut "
+     "être ouverte, qui n'écrit pas de sauvegardes et ne conserve pas la session."},
+    {"Open a second window", "Ouvrir une seconde fenêtre"},
+    {"End", "Terminer"},
+    {" (second window, no backups)", " (seconde fenêtre, sans sauvegardes)"},
+    {"Backups cannot be written, so a crash would lose your work: %1",
+     "Les sauvegardes ne peuvent pas être écrites ; un plantage ferait perdre votre travail : %1"},
+    {"The recording goes on in %1", "L'enregistrement continue dans %1"},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},

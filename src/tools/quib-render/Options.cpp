@@ -2,10 +2,39 @@
 #include "tools/quib-render/Options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
 
 #include "platform/ThreadPriority.h"
 
 namespace quib {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSame(const fs::path& one, const fs::path& other) {
+    std::error_code error;
+    return fs::absolute(one).lexically_normal() == fs::absolute(other).lexically_normal() ||
+           fs::equivalent(one, other, error);
+}
+
+// Wrong usage that the form of the words does not show.
+void CheckPaths(const std::string& project, const std::string& output, const std::string& resave) {
+    for (const std::string& written : {output, resave}) {
+        if (!written.empty() && IsSame(written, project)) {
+            throw CLI::ValidationError(written, "would be written over the project that is read");
+        }
+    }
+    std::string kind = fs::path(output).extension().string();
+    std::transform(kind.begin(), kind.end(), kind.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    if (!output.empty() && kind != ".wav" && kind != ".mp3") {
+        throw CLI::ValidationError(output, "is no name of a sound file; it has to end in .wav or .mp3");
+    }
+}
+
+}  // namespace
 
 std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     CLI::App app{"Renders a project to a Wave or MP3 file, or plays it on a sound device", "quib-render"};
@@ -50,6 +79,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
         if (options.list) return std::nullopt;
         if (in->count() == 0) throw CLI::RequiredError("PROJECT");
         if (output.empty() && resave.empty() && !options.play) throw CLI::RequiredError("OUT");
+        CheckPaths(project, output, resave);
     } catch (const CLI::ParseError& stop) {
         return app.exit(stop) == 0 ? kDone : kWrongUsage;
     }
