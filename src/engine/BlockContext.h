@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/CBlockGrid.h"
 #include "engine/EngineSettings.h"
 #include "model/CInstrument.h"
 #include "model/plugin/CPlugin.h"
@@ -34,12 +35,12 @@ struct BlockContext {
 
     int frames = 0;
     double sampleRate = 44100.0;
-    bool playing = false;
     bool songMode = false;
-    float songPosition = 0;  // steps
-    float stepFraction = 0;  // of the current step
-    std::uint32_t now = 0;   // milliseconds
-    PlayTime time;
+    CBlockGrid grid;        // empty while nothing plays
+    std::uint32_t now = 0;  // milliseconds
+    PlayTime time;          // at its first frame
+    double quartersPerStep = 0.25;
+    double quartersPerBar = 4.0;
 };
 
 // Frame of the block at which something of that millisecond falls: what came in during the last block keeps

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The effects that all instruments send to. One runs while it is sent to and for its tail, 100 blocks,
-// afterwards. Render thread only.
+// The effects that all instruments send to. One runs while it is sent to, and afterwards until it has been
+// silent, below -120 dBFS, for the length of 100 blocks of the usual size. Render thread only.
 
 #include <array>
 
@@ -19,10 +19,15 @@ public:
     void Run(const BlockContext& block, float* left, float* right) noexcept;
 
 private:
-    bool Runs(const CPlugin* effect, std::size_t index, bool audible) noexcept;
+    struct State {
+        int tail = 0;  // frames that it still runs in silence
+        bool runs = false;
+        bool audible = false;  // something is sent to it
+    };
 
-    std::array<int, kSendCount> tail{};  // blocks
-    std::array<bool, kSendCount> runs{};
+    void RunEffect(CPlugin& effect, State& state, const BlockContext& block, float* left, float* right) const noexcept;
+
+    std::array<State, kSendCount> states;
 };
 
 }  // namespace quib

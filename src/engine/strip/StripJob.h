@@ -49,6 +49,8 @@ struct alignas(64) StripJob {
     // Filled in before: says that the inputs stay as they are until MixStrips is done. A strip with nothing
     // but a constant gain is then mixed straight from them, and its left and right planes are not written.
     bool inputsStay = false;
+    // Its owner has had it processed already.
+    bool isRendered = false;
 };
 
 // What is added to; a send bus with a null buffer is left out.
