@@ -135,7 +135,7 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
         if (instrument.arpeggiator.on.IsOn()) RunArpeggiator(instrument, offset, transport.stepSamples, random);
     }
     transport.stepTime =
-        block.now + static_cast<std::uint32_t>((offset * 1000.0 + block.frames * 5.0) / block.sampleRate);
+        block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
     transport.soundingStep = transport.NextStep(songMode);
     if (!songMode) return;

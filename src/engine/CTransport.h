@@ -16,7 +16,7 @@ struct CTransport {
     std::int32_t soundingStep = -1;  // step that the last boundary ran, counted on outside song mode
     std::int32_t stopStep = -1;      // playing ends where this step would begin; -1 none
     std::int32_t maxStepCount = 1;   // longest playing pattern + 1
-    std::uint32_t stepTime = 0;      // milliseconds at which the last step began
+    std::uint64_t stepTime = 0;      // nanoseconds at which the last step began
     bool loopJumped = false;         // sounding notes end at the next boundary
 
     // Timing of the current block, set once its tempo is known.

@@ -18,18 +18,21 @@ void SortByFrame(std::vector<BlockEvent>& events) noexcept {
     }
 }
 
+bool BeginsNote(const BlockEvent& event) noexcept { return (event.status & 0xf0) == kNoteOn && event.data2 > 0; }
+
 // While the plug-in's state is being changed no note begins, but every note still ends afterwards.
 void KeepForNextBlock(std::vector<BlockEvent>& events) noexcept {
-    std::erase_if(events, [](const BlockEvent& event) { return (event.status & 0xf0) == kNoteOn && event.data2 > 0; });
+    std::erase_if(events, BeginsNote);
     for (BlockEvent& event : events) event.deltaFrames = 0;
 }
 
 void SendEvents(BlockInstrument& entry, const BlockContext& block) noexcept {
     InstrumentPlayState& play = entry.instrument->play;
-    for (const LiveEvent& event : play.liveEvents.Items()) {
-        play.blockEvents.Add({event.status, event.data1, event.data2, FrameOf(event.time, block)});
-    }
-    play.liveEvents.Items().clear();
+    // What finds no room waits, but for notes that would begin.
+    std::erase_if(play.liveEvents.Items(), [&](const LiveEvent& event) {
+        const BlockEvent placed{event.status, event.data1, event.data2, FrameOf(event.time, block)};
+        return play.blockEvents.Add(placed) || BeginsNote(placed);
+    });
     SortByFrame(play.blockEvents.Items());
     if (entry.plugin->SendEvents(play.blockEvents.Items())) {
         play.blockEvents.Items().clear();
