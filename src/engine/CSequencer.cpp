@@ -161,7 +161,7 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
     }
     LogStep(block, transport, offset, jumps);
     transport.stepTime =
-        block.now + static_cast<std::uint32_t>((offset * 1000.0 + block.frames * 5.0) / block.sampleRate);
+        block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
     if (!block.songMode) return;
     ++transport.globalStep;

@@ -18,7 +18,7 @@ struct CTransport {
     std::int32_t maxStepCount = 1;   // longest playing pattern + 1
     std::uint32_t run = 0;           // grows when playing starts or ends
     std::int32_t ran = 0;            // steps since playing started
-    std::uint32_t stepTime = 0;      // milliseconds at which the last step began
+    std::uint64_t stepTime = 0;      // nanoseconds at which the last step began
     bool loopJumped = false;         // sounding notes end at the next boundary
 
     // Timing of the step under way, set when it begins; a change of tempo acts with the next one.

@@ -13,7 +13,9 @@ CPlugin* PluginOf(const CPublished<PluginSlot>& slot) noexcept { return slot.For
 
 }  // namespace
 
-bool CAudio::RenderBlock() noexcept {
+bool CAudio::RenderBlock() noexcept { return RenderBlock(Nanoseconds()); }
+
+bool CAudio::RenderBlock(std::uint64_t now) noexcept {
     const CBlockGuard::CBlock current(guard);
     if (!current.IsOpen()) return false;
     const std::uint64_t start = Nanoseconds();
@@ -21,16 +23,16 @@ bool CAudio::RenderBlock() noexcept {
     const CFloatingPointScope keepMode;
     SetFlushToZero();
     clock.BeginBlock();
-    RenderOpenBlock(start);
+    RenderOpenBlock(now);
     clock.EndBlock();
     cpuMeter.Add(Nanoseconds() - start, format.blockSize, format.sampleRate);
     return true;
 }
 
-void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
+void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
+    block.now = now;
     GatherBlock();
-    block.now = ToMilliseconds(start);
-    RunCommands(commands, {block, settings, songTime, router});
+    RunCommands(commands, {block, settings, songTime, router, keys});
     midi.Drain(router, block, songTime.Transport());
     songTime.Advance(block, settings, recordAutomation.IsOn());
     capture.Tell(block, songTime.Transport());
@@ -50,6 +52,7 @@ void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
 }
 
 void CAudio::GatherBlock() noexcept {
+    ++block.number;
     block.instruments.clear();
     block.grid.Clear();
     for (const auto& instrument : instruments.ForRender()) {
@@ -71,6 +74,7 @@ void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
     instrument.play.blockSteps.Items().clear();
     instrument.play.ballMoves.Items().clear();
     songTime.Admit(instrument);
+    keys.Admit(instrument, *plugin, block.number);
     block.instruments.push_back(
         {&instrument, plugin, {PluginOf(instrument.inserts[0]), PluginOf(instrument.inserts[1])}});
 }

@@ -22,6 +22,7 @@
 #include "model/MidiEvents.h"
 #include "model/Preset.h"
 #include "model/plugin/BankResult.h"
+#include "model/plugin/CKeysDown.h"
 #include "model/plugin/CPluginBuffers.h"
 #include "model/plugin/PlayTime.h"
 #include "model/plugin/PluginEnvironment.h"
@@ -158,6 +159,8 @@ public:
     // Hands over the events of the block, earliest first; those beyond kMaximumBlockEvents are left out.
     // False, and nothing is handed over, while the editing thread changes the plug-in's whole state.
     bool SendEvents(std::span<const BlockEvent> events) noexcept;
+    // What is down by the events so far.
+    const CKeysDown& KeysDown() const noexcept { return keysDown; }
     // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
     // changes the plug-in's whole state.
     bool PlayParameter(int index, float value) noexcept;
@@ -263,6 +266,7 @@ private:
     std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
     std::vector<float*> pieceOutputs;
     std::vector<float> lastAutomation;  // render thread; NaN: none
+    CKeysDown keysDown;                 // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread
