@@ -27,10 +27,6 @@ public:
 
     // The strips of the block, in the order of the instruments that sound.
     std::span<const StripJob> Strips() const noexcept { return jobs; }
-    // The largest gain towards a shared effect.
-    float LargestSend(int send) const noexcept {
-        return LargestSendGain(jobs.data(), static_cast<int>(jobs.size()), send);
-    }
 
 private:
     void ListJobs(const BlockContext& block) noexcept;

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "engine/Arpeggiator.h"
 #include "engine/ParameterChange.h"
+#include "model/PlaylistSpans.h"
 
 namespace quib {
 
@@ -186,33 +186,11 @@ void CSequencer::RunInstrument(BlockInstrument& entry, const BlockContext& block
 
 void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     const Playlist& playlist = instrument.playlist.ForRender();
+    const PlaylistPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
     InstrumentPlayState& play = instrument.play;
-    int best = -1;     // nearest entry whose pattern still covers the step
-    int nearest = -1;  // nearest entry that has begun at all
-    int bestDistance = std::numeric_limits<int>::max();
-    int nearestDistance = bestDistance;
-    for (std::size_t index = 0; index < playlist.size(); ++index) {
-        const PlaylistEntry& entry = playlist[index];
-        if (entry.start > globalStep || entry.start < 0 || entry.pattern < 0 || entry.pattern >= kPatternCount)
-            continue;
-        const int distance = globalStep - entry.start;
-        const CPattern& pattern = instrument.patterns[static_cast<std::size_t>(entry.pattern)].ForRender();
-        if (distance < bestDistance && distance < pattern.LoopLength()) {
-            best = static_cast<int>(index);
-            bestDistance = distance;
-        }
-        if (distance < nearestDistance) {
-            nearest = static_cast<int>(index);
-            nearestDistance = distance;
-        }
-    }
-    play.songEntry = best >= 0 ? best : nearest;
-    play.currentStep = -1;
-    if (play.songEntry < 0) return;
-    const PlaylistEntry& entry = playlist[static_cast<std::size_t>(play.songEntry)];
-    if (best < 0 && entry.repeat == 0) return;
-    play.currentPattern = entry.pattern;
-    play.currentStep = (globalStep - entry.start) % LoopLength(instrument);
+    play.songEntry = place.entry;
+    play.currentStep = place.step;
+    if (place.entry >= 0) play.currentPattern = playlist[static_cast<std::size_t>(place.entry)].pattern;
 }
 
 void CSequencer::AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept {

@@ -19,13 +19,14 @@ public:
     void Run(const BlockContext& block, float* left, float* right) noexcept;
 
 private:
+    // Frames of the block are counted from 0; a range is empty where it does not begin before its end.
     struct State {
-        int tail = 0;  // frames that it still runs in silence
-        bool runs = false;
-        bool audible = false;  // something is sent to it
+        int tail = 0;                  // frames that it still runs when the block is over
+        int first = 0, end = 0;        // it runs
+        int sentFrom = 0, sentTo = 0;  // something is sent to it
     };
 
-    void RunEffect(CPlugin& effect, State& state, const BlockContext& block, float* left, float* right) const noexcept;
+    static void RunEffect(CPlugin& effect, State& state, const BlockContext& block, float* left, float* right) noexcept;
 
     std::array<State, kSendCount> states;
 };

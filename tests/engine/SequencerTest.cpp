@@ -2,6 +2,7 @@
 #include "engine/CSequencer.h"
 
 #include "EngineFixture.h"
+#include "model/PlaylistSpans.h"
 
 namespace quib {
 namespace {
@@ -175,6 +176,46 @@ TEST_F(CSequencerTest, TheSongFollowsPlaylistsRepeatsAndFallsSilent) {
     }
     EXPECT_EQ(struck, (std::vector<std::pair<std::int64_t, int>>{
                           {1, 60}, {2, 60}, {3, 60}, {4, 60}, {5, 60}, {6, 61}, {7, 61}}));
+}
+
+// What spans draw is what the engine plays, wherever it was sent. Entries without a pattern or a place, lengths
+// of 1 and equal starts are among them.
+TEST_F(CSequencerTest, EveryStepOfASongIsWhatItsSpansSay) {
+    Prepare(662);
+    audio.settings.tempo.Set(1000.0F);
+    CInstrument& instrument = AddInstrument();
+    std::minstd_rand random(11);
+    const auto draw = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
+    const char* const count = std::getenv("QUIB_PLAYLISTS");
+    for (int round = 0; round < (count != nullptr ? std::atoi(count) : 300); ++round) {
+        for (int pattern = 0; pattern < 4; ++pattern) SetPattern(instrument, pattern, draw(1, 9), {});
+        Playlist playlist;
+        for (int entry = draw(0, 6); entry > 0; --entry) playlist.push_back({draw(-1, 3), draw(-2, 30), draw(0, 1)});
+        Publish(instrument.playlist, playlist);
+        const auto spans = PlaylistSpans(playlist, PatternLengthsForEdit(instrument));
+        for (int seek = 0; seek < 3; ++seek) {
+            Command(EngineCommand::EKind::kLocate, draw(0, 45));
+            if (seek == 0) Command(EngineCommand::EKind::kPlay);
+            for (int steps = draw(1, 12); steps > 0; --steps) {
+                audio.RenderBlock();
+                const PlayPicture& picture = audio.Picture();
+                const int step = picture.soundingStep;
+                const auto span = std::find_if(spans.begin(), spans.end(), [&](const PlaylistSpan& one) {
+                    return one.first <= step && step < one.end;
+                });
+                const InstrumentPicture& played = picture.instruments[0];
+                if (span == spans.end()) {
+                    ASSERT_EQ(played.step, -1) << "round " << round << " step " << step;
+                } else {
+                    const int length = PatternLengthsForEdit(instrument)[static_cast<std::size_t>(span->pattern)];
+                    ASSERT_EQ(std::pair(played.pattern, played.step),
+                              std::pair(span->pattern, (step - span->origin) % length))
+                        << "round " << round << " step " << step;
+                }
+            }
+        }
+        audio.Collect();
+    }
 }
 
 TEST_F(CSequencerTest, TheLoopRegionRepeatsItsStepsAndEndsSoundingNotes) {

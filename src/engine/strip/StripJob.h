@@ -78,13 +78,4 @@ StripPlanes MakeStripPlanes(const Planes& planes, int first = 0) noexcept {
             planes.Plane(first + 7)};
 }
 
-// The largest smoothed gain of send k over all strips; after ProcessStrips it says whether the send's
-// effect has anything to hear (above kAudibleSendGain).
-inline float LargestSendGain(const StripJob* jobs, int count, int k) noexcept {
-    float largest = 0;
-    for (int i = 0; i < count; ++i)
-        if (jobs[i].state->sendGain[k] > largest) largest = jobs[i].state->sendGain[k];
-    return largest;
-}
-
 }  // namespace quib
