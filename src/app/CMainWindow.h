@@ -92,6 +92,7 @@ private:
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run);
+    void AddKey(int number, const QKeySequence& key, std::function<void()> run);
     QAction* AddToggle(QMenu& menu, int number, const char* text, const char* setting);
     void Toggle(int number, const char* setting);
     void ChooseLanguage(int number);

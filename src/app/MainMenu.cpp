@@ -115,20 +115,30 @@ void CMainWindow::BuildMenus() {
     BuildSettingsMenu();
     BuildHelpMenu();
 
-    auto* const play = new QAction(this);
-    play->setObjectName(QStringLiteral("key"));
-    play->setShortcut(Qt::Key_Space);
-    play->setShortcutContext(Qt::ApplicationShortcut);
-    play->setAutoRepeat(false);
-    connect(play, &QAction::triggered, this, [this] {
+    AddKey(command::kPlay, Qt::Key_Space, [this] {
         if (workstation.Transport().IsPlaying()) {
             workstation.Transport().Stop();
         } else {
             workstation.Transport().Play();
         }
     });
-    addAction(play);
-    actions[command::kPlay] = play;
+    AddKey(command::kRecordNotes, Qt::CTRL | Qt::Key_R, [this] {
+        CNoteRecording& recording = workstation.NoteRecording();
+        recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
+        recording.ArmSwitched();
+    });
+}
+
+// A command that has a key but no entry in a menu.
+void CMainWindow::AddKey(int number, const QKeySequence& key, std::function<void()> run) {
+    auto* const action = new QAction(this);
+    action->setObjectName(QStringLiteral("key"));
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::ApplicationShortcut);
+    action->setAutoRepeat(false);
+    connect(action, &QAction::triggered, this, std::move(run));
+    addAction(action);
+    actions[number] = action;
 }
 
 void CMainWindow::BuildFileMenu() {

@@ -43,6 +43,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
               [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
+    audio.settings.songMode.Set(0.0F);  // as for a new project
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
