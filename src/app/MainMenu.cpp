@@ -175,10 +175,16 @@ void CMainWindow::BuildTransportMenu() {
     QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"),
                               [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); });
     play->setShortcut(Qt::Key_Space);
+    QAction* const record = Add(*menu, command::kRecordNotes, TextKey("Record notes"), [this] {
+        CNoteRecording& recording = workstation.NoteRecording();
+        recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
+        recording.ArmSwitched();
+    });
+    record->setShortcut(Qt::CTRL | Qt::Key_R);
     QAction* const panic =
         Add(*menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); });
     panic->setShortcut(Qt::CTRL | Qt::Key_Period);
-    for (QAction* const action : {play, panic}) {
+    for (QAction* const action : {play, record, panic}) {
         action->setShortcutContext(Qt::ApplicationShortcut);
         action->setAutoRepeat(false);
     }

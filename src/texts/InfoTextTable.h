@@ -84,10 +84,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
     {428,
-     "RECORD NOTES - While it is on, what you play during playing is written into the current pattern of the current "
+     "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
+     "pattern of the current "
      "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
      "above, Z and X for the octave). Right button: overdub or replace, quantise.",
-     "ENREGISTREMENT DE NOTES - Quand il est actif, ce que vous jouez pendant la lecture est écrit dans le motif en "
+     "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt ; ce que vous jouez est écrit dans le motif "
+     "en "
      "cours de l'instrument courant : sur un clavier MIDI, le clavier de la tranche ou les touches de l'ordinateur (la "
      "rangée centrale et celle du dessus, les deux premières de la rangée du bas pour l'octave). Bouton droit : "
      "ajouter ou remplacer, quantifier."},

@@ -15,7 +15,7 @@ protected:
         QString error;
         workstation->Stack().AddInstrument(QStringLiteral(QUIB_BIN_DIR "/testplugins/NoteProbe.so"), error);
         audio.Prepare({44100.0, 256, 1, false});
-        audio.settings.songMode.Set(0.0F);
+        workstation->NoteRecording().SetOptions({});
         At(0)->midi.channel.Set(kChannelOmni);
     }
     void SetPattern(int steps, std::vector<Note> notes) {

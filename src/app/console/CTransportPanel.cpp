@@ -85,6 +85,7 @@ void CTransportPanel::AddSwitches() {
     };
     auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
     notes.infoString = 428;
+    notes.onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
     notes.onAlternativeClick = [this, &station](CControl&) {
         PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
     };
