@@ -138,6 +138,7 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
         block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
     transport.soundingStep = transport.NextStep(songMode);
+    block.steps.Add({offset, transport.soundingStep});
     if (!songMode) return;
     ++transport.globalStep;
     if (settings.loopOn.IsOn() && transport.globalStep >= settings.loopEnd.Get()) {

@@ -20,13 +20,13 @@ void CSongTime::Admit(CInstrument& instrument) const noexcept {
     }
 }
 
-void CSongTime::Play(BlockContext& block, const EngineSettings& settings) noexcept {
-    CSequencer::ReleaseNotes(block, 0);
+void CSongTime::Play(BlockContext& block, const EngineSettings& settings, int frame) noexcept {
+    CSequencer::ReleaseNotes(block, frame);
     CSequencer::StartPatterns(block);
     transport.playing = true;
     transport.changed = true;
-    transport.sampleCounter = 0;
-    transport.samplesToNextStep = 0;
+    transport.sampleCounter = -frame;
+    transport.samplesToNextStep = frame;
     transport.stepTime = block.now;
     transport.loopJumped = false;
     transport.soundingStep = settings.songMode.Get() > 0.0F ? transport.globalStep - 1 : -1;
