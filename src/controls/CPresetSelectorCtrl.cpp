@@ -49,8 +49,7 @@ void CPresetSelectorCtrl::OnLButtonDown(int px, int /*py*/, int button) {
 
 void CPresetSelectorCtrl::Select(int preset) {
     ScrollTo(preset);
-    SetValueAndUpdate(true, true, static_cast<float>(preset + 1));
-    if (onSelect) onSelect(preset);
+    if (!onSelect || onSelect(preset)) SetValueAndUpdate(true, true, static_cast<float>(preset + 1));
 }
 
 void CPresetSelectorCtrl::ScrollTo(int preset) {
@@ -89,7 +88,7 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsShown() || CellCount() == drawnCount) return;
+    if (!IsShown() || (CellCount() == drawnCount && ValueNow() == drawnValue)) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }
@@ -97,6 +96,7 @@ void CPresetSelectorCtrl::Tick() {
 void CPresetSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     drawnCount = CellCount();
+    drawnValue = ValueNow();
     const int count = presetCount ? presetCount() : 0;
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {

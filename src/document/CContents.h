@@ -19,6 +19,8 @@ public:
     // The notes, the marks and the pattern's points of automation.
     void CopyPattern(int instrument, int from, int to);
     void SetPattern(std::uint32_t id, int pattern, std::shared_ptr<const CPattern> next, const QString& undoName);
+    // Number of steps of a pattern, 1..kMaximumStepCount, and of those that follow; one step of undo.
+    void SetSteps(int instrument, int pattern, int count);
     void SetPlaylist(std::uint32_t id, std::shared_ptr<const Playlist> next, const QString& undoName);
     void SetLanes(std::uint32_t id, ELanes family, std::shared_ptr<const CEventLanes> next, const QString& undoName);
     void SetMasterLanes(std::shared_ptr<const CEventLanes> next, const QString& undoName);

@@ -137,6 +137,8 @@ inline constexpr KeyedText kTexts[] = {
     {"Backups cannot be written, so a crash would lose your work: %1",
      "Les sauvegardes ne peuvent pas être écrites ; un plantage ferait perdre votre travail : %1"},
     {"The recording goes on in %1", "L'enregistrement continue dans %1"},
+    {"Presets are switched off: Settings > Presets On lets the console and MIDI recall them.",
+     "Les presets sont désactivés : Réglages > Presets actifs permet à la console et au MIDI de les rappeler."},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},

@@ -92,7 +92,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     presets->section = ESection::kPattern;
     presets->infoString = 467;
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
-    presets->onSelect = [this](int preset) { context.station.Presets().RecallPreset(Index(), preset); };
+    presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };
     presets->onPresetMenu = [this, id](int preset) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillPresetMenu(menu, context, id, preset); });
