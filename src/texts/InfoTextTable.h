@@ -84,10 +84,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
     {428,
-     "RECORD NOTES - While it is on, what you play during playing is written into the current pattern of the current "
+     "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
+     "pattern of the current "
      "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
      "above, Z and X for the octave). Right button: overdub or replace, quantise.",
-     "ENREGISTREMENT DE NOTES - Quand il est actif, ce que vous jouez pendant la lecture est écrit dans le motif en "
+     "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt ; ce que vous jouez est écrit dans le motif "
+     "en "
      "cours de l'instrument courant : sur un clavier MIDI, le clavier de la tranche ou les touches de l'ordinateur (la "
      "rangée centrale et celle du dessus, les deux premières de la rangée du bas pour l'octave). Bouton droit : "
      "ajouter ou remplacer, quantifier."},
@@ -98,8 +100,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "curseur avance ensuite de la valeur du magnétisme, à la fin il revient au début. Les flèches le déplacent."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
-    {431, "STOP - Stops playing. A second click goes back to the start.",
-     "STOP - Arrête la lecture. Un second clic revient au début."},
+    {431, "STOP - Stops playing and ends what keys hold. A second click goes back to the start and ends every note.",
+     "STOP - Arrête la lecture et finit ce que des touches tiennent. Un second clic revient au début et finit toutes "
+     "les "
+     "notes."},
     {432,
      "RECORD AUTOMATION - While it is on, what you move on your MIDI keyboard during playing is written into the "
      "current pattern.",
@@ -144,9 +148,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MASTER INSERT - An effect through which the whole sound goes. The button on the left switches it on and off.",
      "INSERT MASTER - Un effet que tout le son traverse. Le bouton de gauche l'active ou le coupe."},
     {451, "EDIT - Opens the window of the effect.", "ÉDITER - Ouvre la fenêtre de l'effet."},
-    {452,
-     "MASTER LEVEL - Level of the whole sound. Double click: full level. Click with the right button to type decibels.",
-     "NIVEAU MASTER - Niveau de tout le son. Double clic : niveau maximum. Clic droit : taper des décibels."},
+    {452, "MASTER LEVEL - Level of the whole sound. Double click to type decibels. Alt + click: full level.",
+     "NIVEAU MASTER - Niveau de tout le son. Double clic : taper des décibels. Alt + clic : niveau maximum."},
     {453,
      "METER - Peak level of the left and right channel. The mark on top stays lit after clipping until you click it.",
      "VU-MÈTRE - Niveau crête des voies gauche et droite. La marque du haut reste allumée après une saturation, "
@@ -186,10 +189,18 @@ inline constexpr NumberedText kInfoTexts[] = {
      "menu."},
     {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
      "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
-    {469, "KEYBOARD - Click a key to play it. Ctrl or Shift holds keys. The wheel moves along.",
-     "CLAVIER - Cliquez une touche pour la jouer. Ctrl ou Maj tient les touches. La molette défile."},
-    {470, "LEVEL - Level of the instrument. Double click: 0 dB. Shift makes the drag finer.",
-     "NIVEAU - Niveau de l'instrument. Double clic : 0 dB. Maj rend le geste plus fin."},
+    {469,
+     "KEYBOARD - Click a key to play it. With Ctrl or Shift it stays down until the next such click. The wheel moves "
+     "along.",
+     "CLAVIER - Cliquez une touche pour la jouer. Avec Ctrl ou Maj elle reste enfoncée jusqu'au prochain clic de ce "
+     "genre. La molette défile."},
+    {470,
+     "LEVEL - Level of the instrument. Double click to type decibels. Alt + click: the level of a new one. Shift makes "
+     "the "
+     "drag finer.",
+     "NIVEAU - Niveau de l'instrument. Double clic : taper des décibels. Alt + clic : celui d'un nouvel instrument. "
+     "Maj "
+     "rend le geste plus fin."},
     {471, "MUTE - Silences the instrument.", "MUTE - Coupe l'instrument."},
     {472, "SOLO - Only instruments in solo are heard. With Solo Cumul Mode several can be.",
      "SOLO - Seuls les instruments en solo s'entendent. Avec Solos cumulés, plusieurs à la fois."},
@@ -202,6 +213,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {476, "SYNCHRO - The pattern restarts with the longest one while Synchro of the transport is on.",
      "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
     {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
+    {478,
+     "ARPEGGIATOR - Silent: it plays the keys of the keyboard below the strip, which is hidden. Show it with the "
+     "button "
+     "to the right.",
+     "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
+     "montre."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
      "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",

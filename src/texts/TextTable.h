@@ -29,6 +29,10 @@ inline constexpr KeyedText kTexts[] = {
     {"Paste", "Coller"},
     {"Delete", "Supprimer"},
     {"Select All", "Tout sélectionner"},
+    {"Transport", "Transport"},
+    {"Play / Stop", "Lecture / Arrêt"},
+    {"Panic: end all notes", "Panique : finir toutes les notes"},
+    {"Keys are silent: show the strip's keyboard", "Touches muettes : affichez le clavier de la tranche"},
     {"Settings", "Réglages"},
     {"Audio && Midi ...", "Audio && Midi ..."},
     {"Time Signature ...", "Signature rythmique ..."},
@@ -108,7 +112,8 @@ inline constexpr KeyedText kTexts[] = {
     {"Plugin Preset File (*.fxp)", "Fichier preset de plug-in (*.fxp)"},
     {"VST library (%1)", "Bibliothèque VST (%1)"},
     {"Instruments (*.ist %1)", "Instruments (*.ist %1)"},
-    {"Wave and MP3 files (*.wav *.mp3)", "Fichiers Wave et MP3 (*.wav *.mp3)"},
+    {"Wave files (*.wav)", "Fichiers Wave (*.wav)"},
+    {"MP3 files (*.mp3)", "Fichiers MP3 (*.mp3)"},
     {"This file exists !\r\nDo you want to replace it ?", "Ce fichier existe !\r\nVoulez-vous le remplacer ?"},
     {"\"%1\" has changes that are not saved. Save them?",
      "« %1 » contient des modifications non enregistrées. Les enregistrer ?"},
@@ -121,11 +126,13 @@ inline constexpr KeyedText kTexts[] = {
      "Backup ?"},
     {"The last start ended while it loaded its project. Load the last session nevertheless? It also stays under File > "
      "Restore backup.",
-     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? Elle "
+     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? "
+     "Elle "
      "reste aussi dans Fichier > Restaurer une sauvegarde."},
     {"The last session cannot be kept in \"%1\", so this window leaves it as it is and writes no backups. Its work has "
      "to be saved before it closes.",
-     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et n'écrit "
+     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et "
+     "n'écrit "
      "aucune sauvegarde. Le travail doit être enregistré avant de la fermer."},
     {"QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second window can be opened "
      "that neither writes backups nor keeps the session.",
@@ -365,6 +372,11 @@ inline constexpr KeyedText kTexts[] = {
     {"Double pattern", "Doubler le motif"},
     {"Halve pattern", "Diviser le motif par deux"},
     {"Duplicate", "Dupliquer"},
+    {"Transpose up", "Transposer vers le haut"},
+    {"Transpose down", "Transposer vers le bas"},
+    {"Cut pattern", "Couper le motif"},
+    {"Paste pattern", "Coller le motif"},
+    {"There are no notes and no pattern on the clipboard.", "Le presse-papiers ne contient ni notes ni motif."},
     {"Fill every beat", "Remplir chaque temps"},
     {"Fill off-beats", "Remplir les contretemps"},
     {"Humanise", "Humaniser"},
