@@ -109,6 +109,8 @@ public:
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
+    // Whether a shared effect gave its output into the mix of the last block.
+    bool EffectRan(int send) const noexcept { return effects.Ran(send); }
 
 private:
     // `start` in nanoseconds.

@@ -102,6 +102,7 @@ void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CT
     transport.sampleCounter += block.frames;
     while (transport.samplesToNextStep < block.frames) {
         if (transport.stopStep >= 0 && transport.NextStep(settings.songMode.Get() > 0.0F) >= transport.stopStep) {
+            transport.sampleCounter -= block.frames - transport.samplesToNextStep;
             return Stop(block, transport, transport.samplesToNextStep);
         }
         RunStep(block, settings, transport);

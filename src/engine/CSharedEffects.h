@@ -17,6 +17,8 @@ public:
     void Connect(const BlockContext& block, const CInstrumentMixer& mixer, MixBuses& buses) noexcept;
     // Adds what the running ones make of their inputs.
     void Run(const BlockContext& block, float* left, float* right) noexcept;
+    // Whether one ran in the last block.
+    bool Ran(int send) const noexcept { return runs[static_cast<std::size_t>(send)]; }
 
 private:
     bool Runs(const CPlugin* effect, std::size_t index, bool audible) noexcept;
