@@ -30,7 +30,8 @@ struct PlayPicture {
     std::int32_t soundingStep = -1;
     std::int32_t maxStepCount = 1;
     float stepFraction = 0;
-    std::int64_t sampleCounter = 0;  // samples since the start of playing, or until it ended by itself
+    std::int64_t sampleCounter = 0;
+    std::int64_t endedAt = 0;  // samples from the start of playing to where it last ended by itself
     std::uint32_t midiCount = 0;  // live messages that came in
     PlayTime time;
     std::size_t instrumentCount = 0;

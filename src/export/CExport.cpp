@@ -154,13 +154,13 @@ bool CExport::TakeInto(std::size_t index, int count) {
             left[i] = strip.mixLeft[i] * strip.mixGainLeft;
             right[i] = strip.mixRight[i] * strip.mixGainRight;
         }
-    } else if (file.source == ExportFile::ESource::kEffect && audio.EffectRan(file.index)) {
-        const CPlugin& effect = *engine->state.effects[static_cast<std::size_t>(file.index)]->plugin;
-        std::copy_n(effect.Left(), count, left.begin());
-        std::copy_n(effect.Right(), count, right.begin());
     } else if (file.source == ExportFile::ESource::kEffect) {
-        std::fill_n(left.begin(), count, 0.0F);
-        std::fill_n(right.begin(), count, 0.0F);
+        const CPlugin& effect = *engine->state.effects[static_cast<std::size_t>(file.index)]->plugin;
+        const auto [first, end] = audio.EffectSpan(file.index);
+        std::fill(left.begin(), left.end(), 0.0F);
+        std::fill(right.begin(), right.end(), 0.0F);
+        std::copy(effect.Left() + first, effect.Left() + end, left.begin() + first);
+        std::copy(effect.Right() + first, effect.Right() + end, right.begin() + first);
     }
     if (!IsSolo() && file.source != ExportFile::ESource::kMix) {
         fromLeft = left.data();

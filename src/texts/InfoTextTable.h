@@ -98,8 +98,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "curseur avance ensuite de la valeur du magnétisme, à la fin il revient au début. Les flèches le déplacent."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
-    {431, "STOP - Stops playing. A second click goes back to the start.",
-     "STOP - Arrête la lecture. Un second clic revient au début."},
+    {431, "STOP - Stops playing and ends what keys hold. A second click goes back to the start and ends every note.",
+     "STOP - Arrête la lecture et finit ce que des touches tiennent. Un second clic revient au début et finit toutes "
+     "les "
+     "notes."},
     {432,
      "RECORD AUTOMATION - While it is on, what you move on your MIDI keyboard during playing is written into the "
      "current pattern.",
@@ -202,6 +204,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {476, "SYNCHRO - The pattern restarts with the longest one while Synchro of the transport is on.",
      "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
     {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
+    {478,
+     "ARPEGGIATOR - Silent: it plays the keys of the keyboard below the strip, which is hidden. Show it with the "
+     "button "
+     "to the right.",
+     "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
+     "montre."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
      "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",
