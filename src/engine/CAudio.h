@@ -114,6 +114,8 @@ public:
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
+    // Frames of the last block, first and end, in which a shared effect gave its output into the mix.
+    std::pair<int, int> EffectSpan(int send) const noexcept { return effects.Span(send); }
 
 private:
     // Whether a recording of notes would be counted in.

@@ -126,6 +126,7 @@ void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CT
     while (transport.samplesToNextStep < block.frames) {
         if (transport.stopStep >= 0 && transport.NextStep(block.songMode) >= transport.stopStep) {
             block.grid.SetPoints(transport.samplesToNextStep);
+            transport.endedAt = transport.sampleCounter - block.frames + transport.samplesToNextStep;
             return Stop(block, transport, transport.samplesToNextStep);
         }
         RunStep(block, settings, transport);

@@ -30,6 +30,7 @@ void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport
     shown.maxStepCount = transport.maxStepCount;
     shown.stepFraction = transport.stepFraction;
     shown.sampleCounter = transport.sampleCounter;
+    shown.endedAt = transport.endedAt;
     shown.time = block.time;
     shown.instrumentCount = block.instruments.size();
     for (std::size_t index = 0; index < shown.instrumentCount; ++index) {

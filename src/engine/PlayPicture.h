@@ -32,6 +32,7 @@ struct PlayPicture {
     std::int32_t maxStepCount = 1;
     float stepFraction = 0;
     std::int64_t sampleCounter = 0;
+    std::int64_t endedAt = 0;  // samples from the start of playing to where it last ended by itself
     std::uint32_t midiCount = 0;  // live messages that came in
     PlayTime time;
     std::size_t instrumentCount = 0;
