@@ -189,7 +189,7 @@ void CSequencer::RunInstrument(BlockInstrument& entry, const BlockContext& block
 
 void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     const Playlist& playlist = instrument.playlist.ForRender();
-    const PlaylistPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
+    const SongPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
     InstrumentPlayState& play = instrument.play;
     play.songEntry = place.entry;
     play.currentStep = place.step;
