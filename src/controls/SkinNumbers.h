@@ -46,6 +46,7 @@ constexpr int kGlyphGrip = 324;
 constexpr int kGlyphFolder = 325;
 constexpr int kGlyphHeadphones = 326;
 constexpr int kGlyphEdit = 327;
+constexpr int kGlyphMetronome = 328;
 
 // Icons that an instrument can wear: this number and the seven after it.
 constexpr int kInstrumentIcon = 401;

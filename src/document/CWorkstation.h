@@ -11,6 +11,7 @@
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
@@ -45,6 +46,7 @@ public:
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
+    CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -79,6 +81,7 @@ private:
     CTransportControl transport{context};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
+    CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
 };
