@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
+#include "app/console/ConsoleParts.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
 
@@ -188,6 +189,26 @@ void CMainWindow::BuildTransportMenu() {
         action->setShortcutContext(Qt::ApplicationShortcut);
         action->setAutoRepeat(false);
     }
+    menu->addSeparator();
+    CValue& armed = workstation.NoteRecording().Armed();
+    CMetronomeControl& metronome = workstation.Metronome();
+    Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
+    Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    QMenu* const countIn = menu->addMenu(Text("Count-in"));
+    for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+        QAction* const action =
+            countIn->addAction(CountInText(bars), [&metronome, bars] { metronome.SetCountIn(bars); });
+        action->setCheckable(true);
+        actions[command::kCountIn0 + bars] = action;
+    }
+    for (const int number : {command::kRecordNotes, command::kMetronome}) Action(number)->setCheckable(true);
+    connect(menu, &QMenu::aboutToShow, this, [this, &armed, &metronome] {
+        Action(command::kRecordNotes)->setChecked(armed.IsOn());
+        Action(command::kMetronome)->setChecked(metronome.On().IsOn());
+        for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+            Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
+        }
+    });
 }
 
 void CMainWindow::BuildWindowsMenu() {

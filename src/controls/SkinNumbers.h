@@ -46,6 +46,7 @@ constexpr int kGlyphGrip = 324;
 constexpr int kGlyphFolder = 325;
 constexpr int kGlyphHeadphones = 326;
 constexpr int kGlyphEdit = 327;
+constexpr int kGlyphMetronome = 328;
 constexpr int kGlyphPoints = 340;
 constexpr int kGlyphLine = 341;
 constexpr int kGlyphRamp = 342;

@@ -13,6 +13,7 @@
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
@@ -47,6 +48,7 @@ public:
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
+    CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -85,6 +87,7 @@ private:
     CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
+    CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one

@@ -83,6 +83,11 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
+    {427,
+     "METRONOME - A click on every beat while playing, higher on the first of the bar. You hear it; recordings and "
+     "rendered files never do. Right button: level, count-in.",
+     "MÉTRONOME - Un clic à chaque temps de la lecture, plus aigu au premier de la mesure. Vous l'entendez, les "
+     "enregistrements et les rendus jamais. Bouton droit : niveau, décompte."},
     {428,
      "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
      "pattern of the current "
@@ -245,6 +250,13 @@ inline constexpr NumberedText kInfoTexts[] = {
      "to the right.",
      "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
      "montre."},
+    {479,
+     "COUNT-IN - Bars that the metronome counts before a recording of notes begins: none, 1 or 2. What you strike up "
+     "to "
+     "half a beat too early goes on the first step.",
+     "DÉCOMPTE - Mesures comptées par le métronome avant un enregistrement de notes : aucune, 1 ou 2. Ce que vous "
+     "jouez "
+     "jusqu'à un demi-temps trop tôt va sur le premier pas."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
      "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",

@@ -13,6 +13,8 @@
 
 #include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
+#include "controls/CKeyboardExCtrl.h"
+#include "controls/VirtualKeys.h"
 #include "devices/CSilentOutput.h"
 
 namespace quib {
@@ -144,6 +146,38 @@ TEST_F(ConsoleTest, StepBoxesAreSetPaintedMadeLouderAndClearedAndEachGestureIsOn
 }
 
 // Elsewhere than in its own cells and boxes a strip has nothing new to show.
+TEST_F(ConsoleTest, KeysLeftHeldOnAStripGoUpWithStopPanicAndTheFocus) {
+    CInstrument& instrument = *At(0);
+    instrument.keyboardOn.Set(1.0F);
+    workstation->Changes().Tell({EChange::kInstrument, instrument.Id()});
+    CKeyboardExCtrl* keyboard = nullptr;
+    const auto find = [&] {
+        for (const auto& child : console->Strip(0)->Children()) {
+            if (auto* const found = dynamic_cast<CKeyboardExCtrl*>(child.get())) keyboard = found;
+        }
+        return keyboard != nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(find));
+    const auto held = [&] { return workstation->Audio().Picture().instruments[0].heldKeyCount; };
+    CTransportControl& transport = workstation->Transport();
+    const std::function<void()> ends[] = {[&] { transport.Stop(); }, [&] { transport.Panic(); },
+                                          [&] {
+                                              QEvent away(QEvent::WindowDeactivate);
+                                              QApplication::sendEvent(console.get(), &away);
+                                          }};
+    for (const auto& end : ends) {
+        transport.Play();
+        keyboard->OnKeyDown(virtualKey::kShift);
+        keyboard->OnLButtonDown(keyboard->X() + 100, keyboard->Y() + 50, 0);
+        keyboard->OnLButtonUp(keyboard->X() + 200, keyboard->Y() + 50, 0);
+        keyboard->OnKeyUp(virtualKey::kShift);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return held() == 1 && transport.IsPlaying(); }));
+        ASSERT_EQ(keyboard->HeldNotes().size(), 1U);
+        end();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return held() == 0 && keyboard->HeldNotes().empty(); }));
+    }
+}
+
 TEST_F(ConsoleTest, ADragOfNotesRepaintsTheCellsAndBoxesOfItsStripOnly) {
     timer.stop();
     QTest::qWait(50);

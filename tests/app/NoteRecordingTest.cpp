@@ -83,6 +83,32 @@ TEST_F(NoteRecordingTest, AThousandNotesPlayBackWithinOneSampleOfWhereTheyWerePl
     EXPECT_TRUE(Notes().empty());
 }
 
+TEST_F(NoteRecordingTest, ANoteThatThePedalHoldsLastsUntilItGoesUp) {
+    const auto move = [&](int status, int number, int value) {
+        audio.ReceiveMidi({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(number),
+                           static_cast<std::uint8_t>(value), Nanoseconds()});
+    };
+    SetPattern(64, {});
+    workstation->NoteRecording().Armed().Set(1.0F);
+    Play();
+    Listen(30);
+    move(0xb0, 64, 127);
+    for (const int key : {60, 62}) {
+        move(0x90, key, 100);
+        Listen(20);
+        move(0x80, key, 0);
+        Listen(20);
+    }
+    move(0xb0, 64, 0);
+    Listen(5);
+    workstation->Transport().Stop();
+    Listen(1);
+    workstation->Tick();
+    ASSERT_EQ(Notes().size(), 2U);
+    EXPECT_NEAR(Notes()[0].length, 80 * 256 / 5512.0, 0.05);
+    EXPECT_NEAR(Notes()[1].length, 40 * 256 / 5512.0, 0.05);
+}
+
 TEST_F(NoteRecordingTest, ATakeQuantisesWrapsReplacesAndEndsWhatIsHeld) {
     SetPattern(16, {{2, 1, 40, 90}, {5, 1, 40, 90}});
     CNoteTake take(workstation->Changes());

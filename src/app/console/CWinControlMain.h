@@ -74,7 +74,7 @@ private:
     int stripsHeight = 0;
     int dropPlace = -1;
     bool rebuildWanted = false;
-    CTransportControl::Releases released;
+    CTransportControl::Releases released = station.Transport().KeysReleased();
     int builtWidth = 0;
 };
 

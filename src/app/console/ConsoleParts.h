@@ -51,6 +51,8 @@ void ShowDecibels(CControl& control, std::function<float(float)> gain);
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
 QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
+// How many bars are counted in.
+QString CountInText(int bars);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
 
