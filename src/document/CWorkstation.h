@@ -6,7 +6,9 @@
 // parts, so that each change is a step of undo with a name. User-interface thread.
 
 #include <QObject>
+#include <map>
 #include <memory>
+#include <utility>
 
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
@@ -59,10 +61,14 @@ public:
 Q_SIGNALS:
     // A message box, to be shown from the event loop.
     void Message(const QString& caption, const QString& text);
+    // A line that needs no answer.
+    void Notice(const QString& text);
 
 private:
     void FollowNotices();
     void FollowNotice(const EngineNotice& notice);
+    void WatchLimits();
+    void LimitLearned(std::uint32_t id);
 
     Folders folders;
     CRecorder recorder;
@@ -75,12 +81,13 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
-    CPresets presets{context, stack};
     CTransportControl transport{context};
+    CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
+    std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 
 }  // namespace quib

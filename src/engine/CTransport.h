@@ -11,6 +11,7 @@ struct CTransport {
     bool playing = false;
     bool changed = true;             // started, stopped or jumped since the last block
     std::int64_t sampleCounter = 0;  // samples since the start of playing
+    std::int64_t endedAt = 0;        // likewise, where playing last ended by itself
     std::int32_t samplesToNextStep = 0;
     std::int32_t globalStep = 0;     // song step that the next boundary runs
     std::int32_t soundingStep = -1;  // step that the last boundary ran, counted on outside song mode
@@ -18,7 +19,7 @@ struct CTransport {
     std::int32_t maxStepCount = 1;   // longest playing pattern + 1
     std::uint32_t run = 0;           // grows when playing starts or ends
     std::int32_t ran = 0;            // steps since playing started
-    std::uint32_t stepTime = 0;      // milliseconds at which the last step began
+    std::uint64_t stepTime = 0;      // nanoseconds at which the last step began
     bool loopJumped = false;         // sounding notes end at the next boundary
 
     // Timing of the step under way, set when it begins; a change of tempo acts with the next one.

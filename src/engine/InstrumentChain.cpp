@@ -65,6 +65,8 @@ void AddLaneEvents(CInstrument& instrument, const BlockContext& block) noexcept 
         std::rotate(events.begin(), events.begin() + notes, events.end());
 }
 
+bool BeginsNote(const BlockEvent& event) noexcept { return (event.status & 0xf0) == kNoteOn && event.data2 > 0; }
+
 class CChain {
 public:
     CChain(BlockInstrument& blockEntry, const BlockContext& context, CStripPieces& stripPieces) noexcept
@@ -87,10 +89,11 @@ public:
 private:
     void CollectEvents() noexcept {
         AddLaneEvents(instrument, block);
-        for (const LiveEvent& event : play.liveEvents.Items()) {
-            play.blockEvents.Add({event.status, event.data1, event.data2, FrameOf(event.time, block)});
-        }
-        play.liveEvents.Items().clear();
+        // What finds no room waits, but for notes that would begin.
+        std::erase_if(play.liveEvents.Items(), [&](const LiveEvent& event) {
+            const BlockEvent placed{event.status, event.data1, event.data2, FrameOf(event.time, block)};
+            return play.blockEvents.Add(placed) || BeginsNote(placed);
+        });
         SortByFrame(events);
     }
 
@@ -191,7 +194,7 @@ private:
         const std::span<BlockEvent> due(events.data() + first, nextEvent - first);
         if (entry.plugin->SendEvents(due)) return;
         for (const BlockEvent& event : due) {
-            if ((event.status & 0xf0) == kNoteOn && event.data2 > 0) continue;
+            if (BeginsNote(event)) continue;
             events[keptEvents++] = {event.status, event.data1, event.data2, 0};
         }
     }

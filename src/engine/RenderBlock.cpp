@@ -13,7 +13,9 @@ CPlugin* PluginOf(const CPublished<PluginSlot>& slot) noexcept { return slot.For
 
 }  // namespace
 
-bool CAudio::RenderBlock() noexcept {
+bool CAudio::RenderBlock() noexcept { return RenderBlock(Nanoseconds()); }
+
+bool CAudio::RenderBlock(std::uint64_t now) noexcept {
     const CBlockGuard::CBlock current(guard);
     if (!current.IsOpen()) return false;
     const std::uint64_t start = Nanoseconds();
@@ -21,17 +23,18 @@ bool CAudio::RenderBlock() noexcept {
     const CFloatingPointScope keepMode;
     SetFlushToZero();
     clock.BeginBlock();
-    RenderOpenBlock(start);
+    RenderOpenBlock(now);
     clock.EndBlock();
     cpuMeter.Add(Nanoseconds() - start, format.blockSize, format.sampleRate);
     return true;
 }
 
-void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
+void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
+    block.now = now;
     GatherBlock();
-    block.now = ToMilliseconds(start);
-    RunCommands(commands, {block, settings, songTime, router});
+    RunCommands(commands, {block, settings, songTime, router, keys, clicks, CountsIn()});
     midi.Drain(router, block, songTime.Transport());
+    if (const int frame = clicks.Count(block, settings); frame >= 0) songTime.Play(block, settings, frame);
     songTime.Advance(block, settings, recordAutomation.IsOn());
     capture.Tell(block, songTime.Transport());
     master.Plan(block, settings);
@@ -45,13 +48,17 @@ void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
     master.PlayTestTone(block, testTone.IsOn());
     master.Finish(block);
     taps.TakeOutput(master.Left(), master.Right(), block.frames);
+    clicks.Play(block, settings, master.Left(), master.Right());
     master.ApplyHeadphonesLevel(block, settings);
     taps.TakePicture(block, songTime.Transport(), router.Count());
 }
 
 void CAudio::GatherBlock() noexcept {
+    ++block.number;
     block.instruments.clear();
     block.grid.Clear();
+    block.steps.Items().clear();
+    block.beats.Items().clear();
     for (const auto& instrument : instruments.ForRender()) {
         if (block.instruments.size() == kMaximumInstruments) break;
         GatherInstrument(*instrument);
@@ -71,6 +78,7 @@ void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
     instrument.play.blockSteps.Items().clear();
     instrument.play.ballMoves.Items().clear();
     songTime.Admit(instrument);
+    keys.Admit(instrument, *plugin, block.number);
     block.instruments.push_back(
         {&instrument, plugin, {PluginOf(instrument.inserts[0]), PluginOf(instrument.inserts[1])}});
 }

@@ -72,9 +72,34 @@ struct BallMove {
     float place;        // 0..127
 };
 
+// Who plays live.
+enum class ELiveSource : std::uint8_t { kMidiInput, kDeviceMidi, kWindows, kAudition };
+
+struct LiveOrigin {
+    ELiveSource source = ELiveSource::kWindows;
+    std::uint8_t channel = 0;  // 0..15
+    std::int16_t key = 0;      // 0..127, as it was struck; kPedalKey: the sustain pedal
+
+    friend bool operator==(const LiveOrigin&, const LiveOrigin&) = default;
+};
+constexpr std::int16_t kPedalKey = 128;
+constexpr int kPedalDown = 64;  // from this value on notes are held
+
+// What a key or a pedal that is down became.
+struct LiveKey {
+    LiveOrigin origin;
+    std::int16_t sent = -1;  // key that the plug-in got; -1: none
+    std::uint8_t pedal = 0;  // 1..127: it is a pedal
+    bool listed = false;     // it stands among the held keys
+    bool rings = false;      // it is up, but the pedal holds its note
+};
+
+class CPlugin;
+
 struct InstrumentPlayState {
     static constexpr std::size_t kMaximumPendingNotes = 4096;
     static constexpr std::size_t kMaximumHeldKeys = 256;
+    static constexpr std::size_t kMaximumLiveKeys = 512;
     static constexpr std::size_t kMaximumBalls = 64;
     static constexpr std::size_t kMaximumBlockSteps = 128;
 
@@ -90,6 +115,7 @@ struct InstrumentPlayState {
 
     ArpeggiatorState arpeggiator;
     CFixedList<std::int32_t> heldKeys{kMaximumHeldKeys};
+    CFixedList<LiveKey> liveKeys{kMaximumLiveKeys};
     CFixedList<PendingNote> pendingNotes{kMaximumPendingNotes};
     CFixedList<PatternStep> blockSteps{kMaximumBlockSteps};  // beside the block's own list
     CFixedList<BallMove> ballMoves{kMaximumBlockSteps};      // of the block
@@ -101,6 +127,8 @@ struct InstrumentPlayState {
     std::unique_ptr<CAudioPlanes> planes;  // what the strip writes; made for the block size of the engine
     bool known = false;                    // has been in a block before
     bool stripSettled = false;             // its strip has rendered: gains move on from where they are
+    std::uint64_t lastBlock = 0;           // number of the last block that it was in,
+    const CPlugin* heardBy = nullptr;      // and its plug-in there: compared, never followed
 
     // The value that automation gave each lane last; NaN: none since the transport started.
     std::array<float, kMixLaneCount> lastMixValue{};

@@ -29,6 +29,10 @@ inline constexpr KeyedText kTexts[] = {
     {"Paste", "Coller"},
     {"Delete", "Supprimer"},
     {"Select All", "Tout sélectionner"},
+    {"Transport", "Transport"},
+    {"Play / Stop", "Lecture / Arrêt"},
+    {"Panic: end all notes", "Panique : finir toutes les notes"},
+    {"Keys are silent: show the strip's keyboard", "Touches muettes : affichez le clavier de la tranche"},
     {"Settings", "Réglages"},
     {"Audio && Midi ...", "Audio && Midi ..."},
     {"Time Signature ...", "Signature rythmique ..."},
@@ -108,7 +112,8 @@ inline constexpr KeyedText kTexts[] = {
     {"Plugin Preset File (*.fxp)", "Fichier preset de plug-in (*.fxp)"},
     {"VST library (%1)", "Bibliothèque VST (%1)"},
     {"Instruments (*.ist %1)", "Instruments (*.ist %1)"},
-    {"Wave and MP3 files (*.wav *.mp3)", "Fichiers Wave et MP3 (*.wav *.mp3)"},
+    {"Wave files (*.wav)", "Fichiers Wave (*.wav)"},
+    {"MP3 files (*.mp3)", "Fichiers MP3 (*.mp3)"},
     {"This file exists !\r\nDo you want to replace it ?", "Ce fichier existe !\r\nVoulez-vous le remplacer ?"},
     {"\"%1\" has changes that are not saved. Save them?",
      "« %1 » contient des modifications non enregistrées. Les enregistrer ?"},
@@ -119,6 +124,28 @@ inline constexpr KeyedText kTexts[] = {
     {"The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
      "Le logiciel ne s'est pas fermé correctement lors de la dernière utilisation !\r\nVoulez-vous charger le dernier "
      "Backup ?"},
+    {"The last start ended while it loaded its project. Load the last session nevertheless? It also stays under File > "
+     "Restore backup.",
+     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? "
+     "Elle "
+     "reste aussi dans Fichier > Restaurer une sauvegarde."},
+    {"The last session cannot be kept in \"%1\", so this window leaves it as it is and writes no backups. Its work has "
+     "to be saved before it closes.",
+     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et "
+     "n'écrit "
+     "aucune sauvegarde. Le travail doit être enregistré avant de la fermer."},
+    {"QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second window can be opened "
+     "that neither writes backups nor keeps the session.",
+     "QUIB Sequencer est déjà lancé (processus %1) et occupe le dossier du programme « %2 ». Une seconde fenêtre peut "
+     "être ouverte, qui n'écrit pas de sauvegardes et ne conserve pas la session."},
+    {"Open a second window", "Ouvrir une seconde fenêtre"},
+    {"End", "Terminer"},
+    {" (second window, no backups)", " (seconde fenêtre, sans sauvegardes)"},
+    {"Backups cannot be written, so a crash would lose your work: %1",
+     "Les sauvegardes ne peuvent pas être écrites ; un plantage ferait perdre votre travail : %1"},
+    {"The recording goes on in %1", "L'enregistrement continue dans %1"},
+    {"Presets are switched off: Settings > Presets On lets the console and MIDI recall them.",
+     "Les presets sont désactivés : Réglages > Presets actifs permet à la console et au MIDI de les rappeler."},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},
@@ -345,6 +372,11 @@ inline constexpr KeyedText kTexts[] = {
     {"Double pattern", "Doubler le motif"},
     {"Halve pattern", "Diviser le motif par deux"},
     {"Duplicate", "Dupliquer"},
+    {"Transpose up", "Transposer vers le haut"},
+    {"Transpose down", "Transposer vers le bas"},
+    {"Cut pattern", "Couper le motif"},
+    {"Paste pattern", "Coller le motif"},
+    {"There are no notes and no pattern on the clipboard.", "Le presse-papiers ne contient ni notes ni motif."},
     {"Fill every beat", "Remplir chaque temps"},
     {"Fill off-beats", "Remplir les contretemps"},
     {"Humanise", "Humaniser"},
@@ -389,6 +421,29 @@ inline constexpr KeyedText kTexts[] = {
     {"Resize notes", "Allonger des notes"},
     {"Split notes", "Couper des notes en deux"},
     {"Pattern length", "Longueur du motif"},
+    // Automation
+    {"PATTERN", "MOTIF"},
+    {"SONG", "MORCEAU"},
+    {"ARM", "ARMER"},
+    {"Time", "Temps"},
+    {"Search lanes", "Chercher une courbe"},
+    {"LAST TOUCHED", "DERNIER TOUCHÉ"},
+    {"USED", "UTILISÉES"},
+    {"MIDI", "MIDI"},
+    {"MIX", "MIX"},
+    {"Master", "Master"},
+    {"Song", "Morceau"},
+    {"On", "Oui"},
+    {"Add point", "Ajouter un point"},
+    {"Move points", "Déplacer les points"},
+    {"Delete points", "Effacer les points"},
+    {"Draw automation", "Dessiner l'automation"},
+    {"Clear the lane", "Vider la courbe"},
+    {"Cut points", "Couper les points"},
+    {"Paste points", "Coller les points"},
+    {"Time: %1  Value: %2", "Temps : %1  Valeur : %2"},
+    {"Click to add a point, or arm and move the knob.",
+     "Cliquez pour ajouter un point, ou armez et tournez le bouton."},
 };
 
 }  // namespace quib

@@ -318,7 +318,7 @@ TEST_F(CRenderBlockTest, LiveMessagesKeepTheirPlaceInTheBlock) {
     instrument.midi.channel.Set(kChannelOmni);
     const auto send = [&](int status, int key, int ago) {
         audio.ReceiveMidi({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(key), 100,
-                           Milliseconds() - static_cast<std::uint32_t>(ago)});
+                           Nanoseconds() - static_cast<std::uint64_t>(ago) * 1'000'000});
     };
     send(0x99, 36, 60);
     send(0xf8, 40, 60);  // no channel message

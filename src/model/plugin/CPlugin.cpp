@@ -168,7 +168,9 @@ bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
     if (events.empty()) return true;
     const CRenderCall call(*this);
     if (!call.Entered()) return false;
-    TakeEvents(events.first(std::min(events.size(), kMaximumBlockEvents)));
+    const auto taken = events.first(std::min(events.size(), kMaximumBlockEvents));
+    TakeEvents(taken);
+    for (const BlockEvent& event : taken) keysDown.Follow(event);
     return true;
 }
 

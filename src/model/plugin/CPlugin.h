@@ -22,6 +22,7 @@
 #include "model/MidiEvents.h"
 #include "model/Preset.h"
 #include "model/plugin/BankResult.h"
+#include "model/plugin/CKeysDown.h"
 #include "model/plugin/CPluginBuffers.h"
 #include "model/plugin/PlayTime.h"
 #include "model/plugin/PluginEnvironment.h"
@@ -77,6 +78,9 @@ public:
     virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
     virtual StateImage SaveBank() = 0;
     virtual StateImage SaveProgram() = 0;
+    // As SaveBank, but rendering goes on: of programs that are not selected it says what `last`, an image of
+    // this plug-in or nothing, has said, where looking would mean selecting them.
+    virtual StateImage SaveBankUnheard(const StateImage& last) = 0;
 
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {
@@ -158,6 +162,8 @@ public:
     // Hands over the events of the block, earliest first; those beyond kMaximumBlockEvents are left out.
     // False, and nothing is handed over, while the editing thread changes the plug-in's whole state.
     bool SendEvents(std::span<const BlockEvent> events) noexcept;
+    // What is down by the events so far.
+    const CKeysDown& KeysDown() const noexcept { return keysDown; }
     // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
     // changes the plug-in's whole state.
     bool PlayParameter(int index, float value) noexcept;
@@ -263,6 +269,7 @@ private:
     std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
     std::vector<float*> pieceOutputs;
     std::vector<float> lastAutomation;  // render thread; NaN: none
+    CKeysDown keysDown;                 // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread
