@@ -9,7 +9,11 @@ namespace quib {
 
 namespace {
 
-CEditTarget* Target() { return dynamic_cast<CEditTarget*>(QApplication::activeWindow()); }
+// The part of the active window that has the focus, else the window.
+CEditTarget* Target() {
+    auto* const focus = dynamic_cast<CEditTarget*>(QApplication::focusWidget());
+    return focus != nullptr ? focus : dynamic_cast<CEditTarget*>(QApplication::activeWindow());
+}
 
 }  // namespace
 
