@@ -139,6 +139,7 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
+    if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
     if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
 }
 

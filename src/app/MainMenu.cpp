@@ -221,6 +221,13 @@ void CMainWindow::BuildWindowsMenu() {
         action->setShortcut(row.key);
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
+    menu->addSeparator();
+    Add(*menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"), [this] {
+        OpenTool(ETool::kPlaylist);
+    })->setShortcut(Qt::Key_F6);
+    Add(*menu, command::kSongWindow, TextKey("Song in the whole window"), [this] {
+        Q_EMIT SongWanted(true);
+    })->setShortcut(Qt::SHIFT | Qt::Key_F6);
 }
 
 void CMainWindow::BuildSettingsMenu() {

@@ -20,6 +20,7 @@
 #include "document/CRecording.h"
 #include "document/CSelection.h"
 #include "document/CSession.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "engine/EngineMessages.h"
 
@@ -44,6 +45,7 @@ public:
     CPluginPlaces& Places() noexcept { return places; }
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
+    CSong& Song() noexcept { return song; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
@@ -83,6 +85,7 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
+    CSong song{context, contents};
     CTransportControl transport{context};
     CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};

@@ -282,6 +282,44 @@ inline constexpr NumberedText kInfoTexts[] = {
      "button chooses the effect.",
      "SEND - Part de l'instrument envoyée à l'effet partagé. Tirez pour le niveau, le voyant l'active, le bouton droit "
      "choisit l'effet."},
+    // The song
+    {490,
+     "SONG - Click to add an item, drag to paint it across bars, drag an item to move it, its right end to repeat it. "
+     "Up and down choose the pattern, Delete held removes what is pressed. Double click opens the piano roll.",
+     "MORCEAU - Clic : ajoute un élément, tirez pour le peindre sur des mesures ; tirez un élément pour le déplacer, "
+     "sa "
+     "fin pour le répéter. Haut et bas choisissent le motif, Suppr tenue enlève. Double clic : piano roll."},
+    {491,
+     "RULER - Above: drag the loop, its ends, or a new one. Below: click or drag to go to a place; with Shift a drag "
+     "draws the loop.",
+     "RÈGLE - En haut : tirez la boucle, ses bouts, ou une autre. En bas : clic ou glisser pour aller à un endroit ; "
+     "avec "
+     "Maj, glisser dessine la boucle."},
+    {492, "INSTRUMENT - A click makes it the current one.", "INSTRUMENT - Un clic en fait l'instrument courant."},
+    {493, "NEW ITEM - The pattern that a click on an empty place adds.",
+     "ÉLÉMENT - Le motif qu'un clic sur un endroit vide ajoute."},
+    {494, "SNAP - Where items begin and end. Alt held while dragging: any step.",
+     "GRILLE - Où les éléments commencent et finissent. Alt tenue : n'importe quel pas."},
+    {495, "FOLLOW - Turns the page when the playhead leaves it.", "SUIVRE - Tourne la page avec la tête de lecture."},
+    {496, "LOOP SELECTION - Loops the selected items (Ctrl+L).", "BOUCLER - Boucle les éléments choisis (Ctrl+L)."},
+    {497,
+     "INSERT TIME - Moves everything behind, in all instruments, by the length of the selection, else of the loop, "
+     "else "
+     "by a bar.",
+     "INSÉRER - Décale tout ce qui suit, dans tous les instruments, de la longueur de la sélection, sinon de la "
+     "boucle, "
+     "sinon d'une mesure."},
+    {498, "DELETE TIME - Takes the selection, else the loop, else the bar of the playhead out of all instruments.",
+     "SUPPRIMER - Ôte la sélection, sinon la boucle, sinon la mesure de la tête de lecture à tous les instruments."},
+    {499, "MAKE UNIQUE - The selected items play a copy of their pattern in a free place.",
+     "RENDRE UNIQUE - Les éléments choisis jouent une copie de leur motif dans une place libre."},
+    {500, "WHOLE WINDOW - The song takes the place of the strips (Shift+F6).",
+     "TOUTE LA FENÊTRE - Le morceau prend la place des pistes (Maj+F6)."},
+    {501, "CLOSE - Hides the song (F6).", "FERMER - Cache le morceau (F6)."},
+    {502, "SPLIT - Drag to share the room of strips and song.", "PARTAGE - Tirez pour partager la place."},
+    {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
+    {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
+     "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
 };
 
 }  // namespace quib

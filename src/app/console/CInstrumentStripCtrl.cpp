@@ -95,7 +95,7 @@ QRgb CInstrumentStripCtrl::Ground() const { return Palette().Colour(QStringLiter
 
 QRgb CInstrumentStripCtrl::StripColour() const {
     const QColor own = context.station.Stack().StripColour(Index());
-    return own.isValid() ? own.rgb() : Palette().Accent(ESection::kMix);
+    return own.isValid() ? own.rgb() : Palette().Colour(QStringLiteral("track%1").arg(Index() % 8 + 1));
 }
 
 void CInstrumentStripCtrl::ShowContent() {

@@ -29,7 +29,7 @@ protected:
 
 class CTransportPanel : public CPanelCtrl, public CTicked {
 public:
-    static constexpr int kWidth = 240;
+    static constexpr int kWidth = 326;
     CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
                     const ConsoleContext& consoleContext);
     void Tick() override;

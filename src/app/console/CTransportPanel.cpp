@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/console/CMasterPanels.h"
+#include "app/console/CSongModeCtrl.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -118,9 +119,9 @@ void CTransportPanel::AddSwitches() {
         const char* name;
         int infoString;
     };
-    int place = 134;
-    for (const Plan& plan : {Plan{picture::kGlyphSong, &settings.songMode, TextKey("Song mode"), 433},
-                             Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
+    AddChild<CSongModeCtrl>(0U, 134, 8, 34, station);
+    int place = 134 + CSongModeCtrl::kWidth + 4;
+    for (const Plan& plan : {Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
                              Plan{picture::kGlyphSynchro, &settings.synchroOn, TextKey("Synchro"), 435}}) {
         auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
         BindValue(button, context, plan.name, plan.infoString);
@@ -162,14 +163,14 @@ void CTransportPanel::AddTempo() {
     CWorkstation& station = context.station;
     CValue& tempo = station.Audio().settings.tempo;
     auto& label = AddChild<CLiveLabelCtrl>(
-        0U, 134, 48, 62, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
+        0U, 134, 48, 100, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
     label.fontHeight = 16;
     label.strong = true;
-    auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
+    auto& tap = AddChild<CSwitchCtrl>(0U, 280, 47, 38, 20, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
     tap.infoString = 437;
     tap.onChange = [&station](CControl&) { station.Transport().TapTempo(); };
-    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 101, 16, &tempo, false);
+    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 187, 16, &tempo, false);
     fader.minimum = 20;
     fader.maximum = 300;
     fader.defaultValue = 120.0F;
@@ -199,7 +200,7 @@ void CTransportPanel::AddDisplays() {
     auto& xruns = AddChild<CLiveLabelCtrl>(
         0U, 80, 90, 60, 14, [&station] { return QStringLiteral("Xruns %1").arg(station.Output().Xruns()); });
     xruns.infoString = 440;
-    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 94, 14, [&station, &audio] {
+    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 178, 14, [&station, &audio] {
         const COutputDevice* const output = station.Output().Device();
         if (output == nullptr) return Text("No device");
         return QStringLiteral("%1 %2 k")

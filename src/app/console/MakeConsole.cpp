@@ -35,7 +35,9 @@ ConsoleActions ActionsFor(CMainWindow& window) {
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
     actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
-    actions.hasTool = [](ETool tool) { return tool == ETool::kTutorial || CToolWindows::Has(tool); };
+    actions.hasTool = [](ETool tool) {
+        return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
+    };
     return actions;
 }
 
@@ -54,6 +56,9 @@ QWidget* MakeConsole(CMainWindow& window) {
     };
     applyScale();
     window.Tools().SetInfoPanel(console->infoPanel);
+    QObject::connect(&window, &CMainWindow::SongWanted, console, [console](bool whole) {
+        whole ? console->ShowSong(true, !console->IsSongWhole()) : console->ShowSong(!console->IsSongShown(), false);
+    });
     QObject::connect(&window, &CMainWindow::Ticked, console, &CWinControlMain::FollowEngine);
     QObject::connect(&window, &CMainWindow::SettingsChanged, console, [&window, console, applyScale] {
         applyScale();
