@@ -26,18 +26,14 @@ struct BlockInstrument {
     const float* right = nullptr;
 };
 
-// A step that begins in the block, and a beat that is counted in there before playing.
-struct StepBegin {
-    std::int32_t frame;
-    std::int32_t step;
-};
+// A beat that is counted in before playing.
 struct Beat {
     std::int32_t frame;
     bool accented;
 };
 
 struct BlockContext {
-    static constexpr std::size_t kMaximumSteps = 1024;
+    static constexpr std::size_t kMaximumBeats = 1024;
 
     BlockContext() { instruments.reserve(kMaximumInstruments); }
 
@@ -55,8 +51,7 @@ struct BlockContext {
     PlayTime time;             // at its first frame
     double quartersPerStep = 0.25;
     double quartersPerBar = 4.0;
-    CFixedList<StepBegin> steps{kMaximumSteps};
-    CFixedList<Beat> beats{kMaximumSteps};
+    CFixedList<Beat> beats{kMaximumBeats};
     int beatFrames = 0;    // of the tempo
     int beatsToStart = 0;  // that are counted in before playing begins; 0 when none are
 };

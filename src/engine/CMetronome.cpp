@@ -59,8 +59,9 @@ void CMetronome::Play(const BlockContext& block, const EngineSettings& engine, f
     };
     for (const Beat& beat : block.beats.Items()) strike(beat.frame, beat.accented);
     const int bar = StepsPerBeat(engine) * BeatsPerBar(engine);
-    for (const StepBegin& begun : block.steps.Items()) {
-        if (settings.on.IsOn() && begun.step % StepsPerBeat(engine) == 0) strike(begun.frame, begun.step % bar == 0);
+    for (const BlockStep& begun : block.grid.Steps()) {
+        if (settings.on.IsOn() && begun.frame >= 0 && begun.step % StepsPerBeat(engine) == 0)
+            strike(begun.frame, begun.step % bar == 0);
     }
     Sound(from, block.frames, left, right);
 }

@@ -165,7 +165,6 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
     transport.stepTime =
         block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
-    block.steps.Add({offset, step});
     if (!block.songMode) return;
     ++transport.globalStep;
     if (HasLoop(settings) && transport.globalStep >= settings.loopEnd.Get()) {

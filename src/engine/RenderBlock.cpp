@@ -57,7 +57,6 @@ void CAudio::GatherBlock() noexcept {
     ++block.number;
     block.instruments.clear();
     block.grid.Clear();
-    block.steps.Items().clear();
     block.beats.Items().clear();
     for (const auto& instrument : instruments.ForRender()) {
         if (block.instruments.size() == kMaximumInstruments) break;
