@@ -143,19 +143,20 @@ TEST_F(CJackOutputTest, NotesAreToldWithinASampleOfWhereTheyWerePlayed) {
 
     std::vector<std::int64_t> sent;
     std::vector<std::int64_t> told;
+    const auto fetch = [&] {
+        for (EngineNotice notice; audio.Fetch(notice);) {
+            if (notice.kind == EngineNotice::EKind::kNote && notice.lane > 0) told.push_back(notice.sample);
+        }
+    };
     for (int note = 0; note < notes; ++note) {
         const auto key = static_cast<unsigned char>(36 + note % 48);
         ASSERT_TRUE(peer.SendMidi({0x90, key, 100}, note * 37 % kBlock));
         sent.push_back(static_cast<std::int64_t>(peer.SentAt()));
         ASSERT_TRUE(peer.SendMidi({0x80, key, 0}));
-        for (EngineNotice notice; audio.Fetch(notice);) {
-            if (notice.kind == EngineNotice::EKind::kNote && notice.lane > 0) told.push_back(notice.sample);
-        }
+        fetch();
     }
     ASSERT_TRUE(PlayOn(0.1));
-    for (EngineNotice notice; audio.Fetch(notice);) {
-        if (notice.kind == EngineNotice::EKind::kNote && notice.lane > 0) told.push_back(notice.sample);
-    }
+    fetch();
     std::vector<std::int64_t> heard;  // the note of the first step, then what was played
     const std::vector<float> sound = peer.Channel(0);
     for (std::size_t frame = 0; frame < sound.size(); ++frame) {
