@@ -68,6 +68,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "DURÉE - La durée de chaque note : un pas entier, ou la moitié, le quart, le huitième, le seizième d'un pas."},
     {418, "TEMPO - How often a note is played: with every step, or every 2, 4, 8 or 16 steps.",
      "TEMPO - La fréquence des notes : une à chaque pas, ou tous les 2, 4, 8 ou 16 pas."},
+    {427, "ROWS - The order of the sounds: by key, by name, or those with notes first.",
+     "LIGNES - L'ordre des sons : par touche, par nom, ou ceux qui ont des notes d'abord."},
     {420, "AUDITION - Notes are heard when you add, press or move them.",
      "ÉCOUTE - Les notes s'entendent quand vous les ajoutez, pressez ou déplacez."},
     {421, "FOLLOW - Turns the page with the music.", "SUIVRE - Tourne la page avec la musique."},
@@ -259,9 +261,12 @@ inline constexpr NumberedText kInfoTexts[] = {
      "jusqu'à un demi-temps trop tôt va sur le premier pas."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
-     "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",
+     "velocity. Ctrl+click restarts the pattern at that step; the right button has more. Longer patterns have pages "
+     "of 64 steps, which the wheel turns.",
      "PAS - Cliquez un pas pour poser ou effacer sa note, glissez pour peindre, montez ou descendez en tenant le "
-     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus."},
+     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus. Les longs "
+     "motifs "
+     "ont des pages de 64 pas, que la molette tourne."},
     {481, "NUMBER OF STEPS - Length of the selected pattern.", "NOMBRE DE PAS - Longueur du motif sélectionné."},
     {482,
      "CHAIN, RANDOM, HOLD - What follows at the end of the pattern: the next marked one, a marked one at random, or "

@@ -78,6 +78,7 @@ private:
     void Paint(const QRect& part) override;
     void PaintHeader(const RollDrawing& drawing) const;
     void PaintGrid(const RollDrawing& drawing);
+    void PaintRows(const RollDrawing& drawing);
     void PaintMarks(const RollDrawing& drawing) const;
     void PaintHover(const RollDrawing& drawing) const;
     // The part of the control that a rectangle of the grid takes.
