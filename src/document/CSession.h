@@ -13,6 +13,7 @@
 #include "document/CAsyncSave.h"
 #include "document/CContents.h"
 #include "document/CPresets.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "project/ProjectFile.h"
 #include "project/ProjectState.h"
@@ -31,6 +32,7 @@ public:
         CContents& contents;
         CPresets& presets;
         CTransportControl& transport;
+        CSong& song;
     };
 
     CSession(const DocumentContext& document, const Parts& documentParts) : context(document), parts(documentParts) {}

@@ -46,6 +46,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
+        performance.Abandon();
     });
 }
 
@@ -79,6 +80,7 @@ void CWorkstation::FollowNotices() {
         audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     noteRecording.Tick();
+    performance.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
 }

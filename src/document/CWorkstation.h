@@ -12,6 +12,7 @@
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
 #include "document/CNoteRecording.h"
+#include "document/CPerformance.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
 #include "document/CRecording.h"
@@ -43,6 +44,7 @@ public:
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
     CSong& Song() noexcept { return song; }
+    CPerformance& Performance() noexcept { return performance; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
@@ -78,11 +80,12 @@ private:
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
     CSong song{context, contents};
+    CPerformance performance{context};
     CPresets presets{context, stack};
     CTransportControl transport{context};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
-    CSession session{context, {places, selection, stack, contents, presets, transport}};
+    CSession session{context, {places, selection, stack, contents, presets, transport, song}};
     std::unique_ptr<CAutomationTake> take;
 };
 
