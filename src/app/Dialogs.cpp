@@ -77,10 +77,10 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
     CSettings& settings = workstation.Settings();
     QDialog dialog(parent);
     dialog.setWindowTitle(Text("Time Signature"));
-    auto* const beats = MakeNumber(1, 32, Signature(settings, "BeatsPerBar", 4));
+    auto* const beats = MakeNumber(1, 32, workstation.Audio().settings.beatsPerBar.Get());
     auto* const unit = new QComboBox;
     for (const int value : kBeatUnits) unit->addItem(QString::number(value));
-    unit->setCurrentText(QString::number(Signature(settings, "BeatUnit", 4)));
+    unit->setCurrentText(QString::number(workstation.Audio().settings.beatUnit.Get()));
     auto* const steps = MakeNumber(1, 16, Signature(settings, "StepsPerBeat", 4));
     auto* const form = new QFormLayout(&dialog);
     form->addRow(Text("Beats in a bar"), beats);
@@ -93,6 +93,7 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
     settings.WriteSettingInt(kTimeSignatureSection, QStringLiteral("StepsPerBeat"), steps->value());
     settings.Flush();
     ApplyTimeSignature(settings, workstation);
+    workstation.Changes().Touch();
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include "document/CContents.h"
 #include "document/CJournal.h"
 #include "document/CPresets.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "project/ProjectFile.h"
 #include "project/ProjectState.h"
@@ -32,6 +33,7 @@ public:
         CContents& contents;
         CPresets& presets;
         CTransportControl& transport;
+        CSong& song;
     };
 
     CSession(const DocumentContext& document, const Parts& documentParts);

@@ -28,9 +28,7 @@ int CSong::StepsPerBar() const {
     return std::max(1, settings.stepsPerBeat.Get()) * std::max(1, settings.beatsPerBar.Get());
 }
 
-StepRange CSong::Loop() const {
-    return {context.audio.settings.loopStart.Get(), context.audio.settings.loopEnd.Get()};
-}
+StepRange CSong::Loop() const { return {context.audio.settings.loopStart.Get(), context.audio.settings.loopEnd.Get()}; }
 
 void CSong::SetLoop(CGesture& gesture, StepRange range, bool on) const {
     EngineSettings& settings = context.audio.settings;
@@ -61,8 +59,14 @@ void CSong::ToggleLoop(StepRange selected) {
 }
 
 template <class Edit>
-void CSong::EditAll(const QString& name, const Edit& edit) {
+void CSong::EditAll(const QString& name, const Edit& edit, int from, int way) {
     CGesture gesture(context.changes);
+    SongMarkers moved;
+    for (const SongMarker& marker : markers) {
+        if (marker.step < from + std::min(way, 0)) moved.push_back(marker);
+        if (marker.step >= from) moved.push_back({std::min(marker.step + way, kMaximumSongStep), marker.name});
+    }
+    if (moved != markers) PutMarkers(gesture, std::move(moved));
     for (const auto& instrument : context.Instruments()) {
         const auto before = instrument->playlist.ForEdit();
         Playlist next = edit(*instrument, *before);
@@ -73,23 +77,51 @@ void CSong::EditAll(const QString& name, const Edit& edit) {
 }
 
 void CSong::InsertTime(int at, int steps) {
-    EditAll(Text("Insert time"), [at, steps](const CInstrument& /*instrument*/, const Playlist& playlist) {
-        return WithTimeInserted(playlist, at, steps);
-    });
+    EditAll(
+        Text("Insert time"),
+        [at, steps](const CInstrument& /*instrument*/, const Playlist& playlist) {
+            return WithTimeInserted(playlist, at, steps);
+        },
+        at, steps);
 }
 
 void CSong::DeleteTime(StepRange range) {
     if (range.IsEmpty()) return;
-    EditAll(Text("Delete time"), [range](const CInstrument& instrument, const Playlist& playlist) {
-        return WithTimeDeleted(playlist, SongPatternsOf(instrument), range);
-    });
+    EditAll(
+        Text("Delete time"),
+        [range](const CInstrument& instrument, const Playlist& playlist) {
+            return WithTimeDeleted(playlist, SongPatternsOf(instrument), range);
+        },
+        range.end, range.first - range.end);
 }
 
 void CSong::DoubleSection(StepRange range) {
     if (range.IsEmpty()) return;
-    EditAll(Text("Duplicate section"), [range](const CInstrument& instrument, const Playlist& playlist) {
-        return WithSectionDoubled(playlist, SongPatternsOf(instrument), range);
-    });
+    EditAll(
+        Text("Duplicate section"),
+        [range](const CInstrument& instrument, const Playlist& playlist) {
+            return WithSectionDoubled(playlist, SongPatternsOf(instrument), range);
+        },
+        range.end, range.end - range.first);
+}
+
+void CSong::PutMarkers(CGesture& gesture, SongMarkers next) {
+    const auto set = [this](const SongMarkers& list) {
+        markers = list;
+        context.changes.Tell({EChange::kValue});
+    };
+    gesture.Note(
+        &markers, [set, before = markers] { set(before); }, [set, next = std::move(next)] { set(next); });
+}
+
+void CSong::SetMarker(int step, const QString& name) {
+    // What would end a field of the file.
+    const QString safe = QString(name).replace(QLatin1Char(';'), QLatin1Char(',')).trimmed();
+    SongMarkers next = WithMarker(markers, step, safe.toStdString());
+    if (next == markers) return;
+    CGesture gesture(context.changes);
+    PutMarkers(gesture, std::move(next));
+    gesture.Finish(Text("Marker"));
 }
 
 void CSong::PutSelectedPatterns() {

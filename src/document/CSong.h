@@ -6,14 +6,14 @@
 
 #include "document/CContents.h"
 #include "document/DocumentContext.h"
+#include "model/SongMarker.h"
 #include "model/edits/PlaylistEdits.h"
 
 namespace quib {
 
 class CSong {
 public:
-    CSong(const DocumentContext& document, CContents& projectContents)
-        : context(document), contents(projectContents) {}
+    CSong(const DocumentContext& document, CContents& projectContents) : context(document), contents(projectContents) {}
 
     // No instrument has an item.
     bool IsEmpty() const;
@@ -34,17 +34,26 @@ public:
     void DeleteTime(StepRange range);
     void DoubleSection(StepRange range);
 
+    const SongMarkers& Markers() const noexcept { return markers; }
+    // An empty name takes the marker away.
+    void SetMarker(int step, const QString& name);
+    // Another project has been published.
+    void ProjectReplaced(const SongMarkers& next) { markers = next; }
+
     // The selected patterns of all instruments that have notes, repeated from the beginning.
     void PutSelectedPatterns();
     // The items play a copy of their pattern in a free place from then on. False when no place is free.
     bool MakeUnique(const std::shared_ptr<CInstrument>& instrument, const PlaylistState& state);
 
 private:
+    // Markers at or behind `from` go along by `way` steps; those between are taken out.
     template <class Edit>
-    void EditAll(const QString& name, const Edit& edit);
+    void EditAll(const QString& name, const Edit& edit, int from = 0, int way = 0);
+    void PutMarkers(CGesture& gesture, SongMarkers next);
 
     const DocumentContext& context;
     CContents& contents;
+    SongMarkers markers;
 };
 
 }  // namespace quib

@@ -15,6 +15,7 @@
 #include "document/CInstrumentStack.h"
 #include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
+#include "document/CPerformance.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
 #include "document/CRecording.h"
@@ -46,6 +47,7 @@ public:
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
     CSong& Song() noexcept { return song; }
+    CPerformance& Performance() noexcept { return performance; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
@@ -86,12 +88,13 @@ private:
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
     CSong song{context, contents};
+    CPerformance performance{context};
     CTransportControl transport{context};
     CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
     CMetronomeControl metronome{context};
-    CSession session{context, {places, selection, stack, contents, presets, transport}};
+    CSession session{context, {places, selection, stack, contents, presets, transport, song}};
     std::unique_ptr<CAutomationTake> take;
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };

@@ -19,6 +19,10 @@ void PublishSettings(const MasterSettings& master, CAudio& audio) {
     settings.loopStart.Set(master.loopStart);
     settings.loopEnd.Set(master.loopEnd);
     settings.crossfader.Set(master.crossfade);
+    if (master.timeSignature[0] > 0) {
+        settings.beatsPerBar.Set(master.timeSignature[0]);
+        settings.beatUnit.Set(master.timeSignature[1]);
+    }
     audio.presetSelection.channel.Set(master.presetMidi[0]);
     audio.presetSelection.baseNote.Set(master.presetMidi[1]);
     audio.presetSelection.mode.Set(master.presetMidi[2]);
@@ -34,6 +38,7 @@ void GatherSettings(const CAudio& audio, MasterSettings& master) {
     master.loopStart = settings.loopStart.Get();
     master.loopEnd = settings.loopEnd.Get();
     master.crossfade = settings.crossfader.Get();
+    master.timeSignature = {settings.beatsPerBar.Get(), settings.beatUnit.Get()};
     master.presetMidi = {audio.presetSelection.channel.Get(), audio.presetSelection.baseNote.Get(),
                          audio.presetSelection.mode.Get()};
 }

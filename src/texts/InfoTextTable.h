@@ -325,6 +325,15 @@ inline constexpr NumberedText kInfoTexts[] = {
     {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
     {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
      "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
+    {505,
+     "PERFORM - Armed, the patterns that you choose while playing in pattern mode are written into the song, from its "
+     "present place on. One step of undo a take.",
+     "EN DIRECT - Armé, les motifs choisis pendant la lecture en mode motif sont écrits dans le morceau, à partir de "
+     "sa "
+     "place actuelle. Une prise est une étape d'annulation."},
+    {506,
+     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: there.",
+     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : là."},
 };
 
 }  // namespace quib

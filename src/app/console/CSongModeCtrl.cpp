@@ -10,8 +10,11 @@
 namespace quib {
 
 namespace {
-constexpr qreal kSongWidth = 0.46;  // share of the shorter word
-}
+constexpr int kTextHeight = 11;
+constexpr qreal kRoom = 14;  // beside a word
+
+qreal RoomOf(const char* word) { return CCanvas::TextWidth(Text(word), kTextHeight, true) + kRoom; }
+}  // namespace
 
 void SetSongMode(CWorkstation& station, bool on) {
     CValue& mode = station.Audio().settings.songMode;
@@ -31,7 +34,8 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
 }
 
 QRectF CSongModeCtrl::Half(bool song) const {
-    const qreal first = std::floor(Width() * kSongWidth);
+    const qreal first =
+        std::floor(Width() * RoomOf(TextKey("SONG")) / (RoomOf(TextKey("SONG")) + RoomOf(TextKey("PATTERN"))));
     return song ? QRectF(X(), Y(), first, Height()) : QRectF(X() + first, Y(), Width() - first, Height());
 }
 
@@ -52,7 +56,7 @@ void CSongModeCtrl::Draw() {
         const QRectF area = Half(half);
         DrawCap(Canvas(), area, state, Palette().Accent(section));
         Canvas().Text(area, Text(half ? TextKey("SONG") : TextKey("PATTERN")),
-                      CapTextColour(state, Palette().Accent(section)), 11, Qt::AlignCenter, true);
+                      CapTextColour(state, Palette().Accent(section)), kTextHeight, Qt::AlignCenter, true);
     }
 }
 

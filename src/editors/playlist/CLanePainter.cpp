@@ -21,9 +21,18 @@ void CLanePainter::Draw(const SongDrawing& drawing, const CPlaylistEdit& edit, c
     const double from = drawing.view.time.StepAt(drawing.part.left() - 8);
     const double to = drawing.view.time.StepAt(drawing.part.right() + 8);
     const std::vector<PlaylistSpan>& spans = edit.Spans();
-    for (auto index = static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, edit.SpanAt(from) - 1));
-         index < spans.size() && spans[index].first < to; ++index) {
+    const auto first = static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, edit.SpanAt(from) - 1));
+    for (std::size_t index = first; index < spans.size() && spans[index].first < to; ++index) {
         DrawSpan(drawing, edit, spans[index], look);
+    }
+    for (std::size_t index = first; index < spans.size() && spans[index].first < to; ++index) {
+        if (!IsSelected(edit.State(), static_cast<std::uint32_t>(spans[index].entry))) continue;
+        // An item and its repeat are one.
+        const PlaylistSpan& begin = spans[index];
+        while (index + 1 < spans.size() && spans[index + 1].entry == begin.entry) ++index;
+        const double left = drawing.view.time.XOf(begin.first) - 1;
+        const double right = drawing.view.time.XOf(std::min<double>(spans[index].end, to + 100));
+        drawing.Frame(left, 0, right - left, drawing.height, 2, drawing.colours.text);
     }
     drawing.Unclip();
 }
@@ -70,9 +79,6 @@ void CLanePainter::DrawSpan(const SongDrawing& drawing, const CPlaylistEdit& edi
     }
     const bool sounds = look.sounding >= span.first && look.sounding < span.end;
     if (sounds) drawing.Fill(left, 1, right - left - 1, 2, colours.transport);
-    if (IsSelected(edit.State(), static_cast<std::uint32_t>(span.entry))) {
-        drawing.Frame(left - 1, 0, right - left + 1, drawing.height, 2, colours.text);
-    }
 }
 
 void CLanePainter::DrawRepeat(const SongDrawing& drawing, const PlaylistSpan& span, int length, QRect area,

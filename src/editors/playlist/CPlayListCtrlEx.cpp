@@ -220,10 +220,15 @@ void CPlayListCtrlEx::DocumentChanged() {
 void CPlayListCtrlEx::PlayheadMoved(double before) {
     const CTimeGrid& time = parts.view.time;
     const int room = IsRuler() ? 7 : 0;
-    for (const double step : {before, parts.view.playhead}) {
-        if (step < 0) continue;
-        DrawPart({static_cast<int>(std::floor(time.XOf(step))) - room, 0, 2 + 2 * room, Height()});
+    const auto place = [&time](double step) { return static_cast<int>(std::floor(time.XOf(step))); };
+    QRect now(place(parts.view.playhead) - room, 0, 2 + 2 * room, Height());
+    const QRect then(place(before) - room, 0, now.width(), Height());
+    if (before >= 0 && std::abs(then.left() - now.left()) <= 2 * then.width()) {
+        now |= then;
+    } else if (before >= 0) {
+        DrawPart(then);
     }
+    DrawPart(now);
 }
 
 void CPlayListCtrlEx::SetSounding(double step) {

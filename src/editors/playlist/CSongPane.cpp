@@ -42,6 +42,10 @@ CSongPane::CSongPane(CWinControl& window, std::uint32_t number, CWorkstation& wo
     BuildTools();
     const SongParts parts{*this, station, view, masks, colours};
     ruler = &AddChild<CPlayListCtrlEx>(0U, kHead, kToolRow, 100, kRuler, kRulerHeader, parts, nullptr);
+    ruler->onAlternativeClick = [this](CControl&) {
+        const int raster = std::max(1, static_cast<int>(view.time.meter.StepsPerBeat()));
+        AskMarker(view.SnapDown(view.time.StepAt(Owner().Mouse().X() - ruler->X()), raster));
+    };
     timeBar = &AddChild<CScrollbarCtrl>(0U, view.time);
     timeBar->onScroll = [this] { ViewMoved(); };
     laneBar = &AddChild<CScrollCtrl>(0U, 0, 0, kBar, 100, &laneScroll, true);
@@ -78,7 +82,7 @@ void CSongPane::KeepView() const {
 // --- The row of tools
 
 void CSongPane::BuildTools() {
-    title = &AddChild<CLabelCtrl>(0U, 8, 2, 60, 24, Text("SONG"));
+    title = &AddChild<CLabelCtrl>(0U, 8, 2, 80, 24, Text("SONG"));
     title->fontHeight = 13;
     title->strong = true;
     const auto add = [this](CControl& control, int room) {
@@ -106,6 +110,11 @@ void CSongPane::BuildTools() {
         view.time.PlayingStarts();
     };
     add(follow, widthOf(follow.label));
+    auto& perform = AddChild<CSwitchCtrl>(0U, 0, 4, 10, 20, &station.Performance().Armed(), Text("Perform"));
+    perform.infoString = 505;
+    perform.onColour = Palette().Colour(QStringLiteral("record"));
+    perform.onChange = [this](CControl&) { Perform(); };
+    add(perform, widthOf(perform.label));
     const auto button = [&](const QString& text, int info, const std::function<void()>& run) {
         auto& made = AddChild<CSwitchCtrl>(0U, 0, 4, 10, 20, nullptr, text);
         made.momentary = true;
@@ -114,6 +123,8 @@ void CSongPane::BuildTools() {
         add(made, widthOf(text));
     };
     button(Text("Loop selection"), 496, [this] { LoopSelection(); });
+    button(Text("Marker"), 506,
+           [this] { AskMarker(view.SnapDown(std::max(0.0, view.playhead), station.Song().StepsPerBar())); });
     button(Text("Insert time"), 497,
            [this] { station.Song().InsertTime(Section().first, Section().end - Section().first); });
     button(Text("Delete time"), 498, [this] { station.Song().DeleteTime(Section()); });
@@ -150,7 +161,7 @@ void CSongPane::PlaceTools() {
     whole->SetPosition(right, 4);
     right -= zoom->Width() + 8;
     zoom->SetPosition(right, 5);
-    int left = 84;
+    int left = 92;
     for (const Tool& tool : tools) {
         tool.control->SetPosition(left, 4);
         tool.control->SetSize(tool.width, 20);
@@ -329,7 +340,9 @@ void CSongPane::UpdateExtent() {
 void CSongPane::ShowLoop() {
     const StepRange loop = station.Song().Loop();
     const bool on = station.Song().IsLoopOn();
-    const bool same = loop.first == view.loop.first && loop.end == view.loop.end && on == view.loopOn;
+    const bool same = loop.first == view.loop.first && loop.end == view.loop.end && on == view.loopOn &&
+                      view.markers == station.Song().Markers();
+    view.markers = station.Song().Markers();
     view.loop = loop;
     view.loopOn = on;
     if (same) return;

@@ -100,6 +100,8 @@ private:
     void Zoom(bool in, int anchor);
     void SetLaneHeight(int height);
     StepRange Section() const;
+    void AskMarker(int step);
+    void Perform();
     void FillPatterns(QMenu& menu);
     void FillSnaps(QMenu& menu);
     void FillItemMenu(QMenu& menu, CPlayListCtrlEx& lane);

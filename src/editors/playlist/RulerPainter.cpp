@@ -27,6 +27,24 @@ void DrawBars(const SongDrawing& drawing, int top) {
     }
 }
 
+void DrawMarkers(const SongDrawing& drawing, int top) {
+    const CTimeGrid& time = drawing.view.time;
+    const SongColours& colours = drawing.colours;
+    for (const SongMarker& marker : drawing.view.markers) {
+        const double x = time.XOf(marker.step);
+        if (x > drawing.part.right()) break;
+        const QString number = QString::number(static_cast<int>(marker.step / time.meter.StepsPerBar()) + 1);
+        const QString name = QString::fromStdString(marker.name);
+        const double first = drawing.masks.Text(number, 11, true).width;
+        const double room = first + drawing.masks.Text(name, 11, true).width + 16;
+        drawing.Fill(x, top + 1, room, drawing.height - top - 3, Mix(colours.panel, colours.pattern, 0.18F));
+        drawing.Fill(x, top + 1, 1, drawing.height - top - 2, colours.pattern);
+        const int line = drawing.height - top - 2;
+        drawing.TextFrom(x + 5, top, line, number, colours.text, 11, true);
+        drawing.TextFrom(x + 10 + first, top, line, name, colours.pattern, 11, true);
+    }
+}
+
 void DrawBrace(const SongDrawing& drawing, int band) {
     const StepRange loop = drawing.view.loop;
     const double left = drawing.view.time.XOf(loop.first);
@@ -45,6 +63,7 @@ void DrawRuler(const SongDrawing& drawing, int loopBand) {
     drawing.Fill(part.left(), 0, part.width(), loopBand, drawing.colours.well);
     drawing.Fill(part.left(), loopBand, part.width(), drawing.height - loopBand, drawing.colours.panel);
     DrawBars(drawing, loopBand);
+    DrawMarkers(drawing, loopBand);
     if (!drawing.view.loop.IsEmpty()) DrawBrace(drawing, loopBand);
     drawing.Fill(part.left(), drawing.height - 1, part.width(), 1, drawing.colours.well);
 }
@@ -54,6 +73,11 @@ void DrawMarks(const SongDrawing& drawing, bool flag) {
     if (!flag && drawing.view.loopOn && !drawing.view.loop.IsEmpty()) {
         drawing.Fill(time.XOf(drawing.view.loop.first), 0, 1, drawing.height, drawing.colours.transport);
         drawing.Fill(time.XOf(drawing.view.loop.end), 0, 1, drawing.height, drawing.colours.transport);
+    }
+    for (const SongMarker& marker : drawing.view.markers) {
+        if (!flag)
+            drawing.Fill(time.XOf(marker.step), 0, 1, drawing.height,
+                         Mix(drawing.colours.lane, drawing.colours.pattern, 0.6F));
     }
     if (drawing.view.playhead < 0) return;
     const double x = std::floor(time.XOf(drawing.view.playhead));

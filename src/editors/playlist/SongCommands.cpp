@@ -23,6 +23,27 @@ StepRange CSongPane::Section() const {
     return {first, first + bar};
 }
 
+void CSongPane::AskMarker(int step) {
+    QString known;
+    for (const SongMarker& marker : station.Song().Markers()) {
+        if (marker.step == step) known = QString::fromStdString(marker.name);
+    }
+    ruler->onTextEntry = [this, step](CControl&, const QString& text) { station.Song().SetMarker(step, text); };
+    ruler->entryText = known.isEmpty() ? Text("Part") : known;
+    ruler->entryTitle = Text("Marker");
+    Owner().RunManualEntry(*ruler);
+    ruler->entryTitle.clear();  // a double click is no way to it
+}
+
+// What is performed are the patterns, so they are what plays.
+void CSongPane::Perform() {
+    CValue& mode = station.Audio().settings.songMode;
+    if (!station.Performance().Armed().IsOn() || !mode.IsOn()) return;
+    mode.Set(0);
+    station.Changes().ValueEdited(EnginePart(mode), 1.0F, 0.0F, Text("Song mode"));
+    Tell(TextKey("Pattern mode: play, and choose patterns. The take is written into the song when you stop."));
+}
+
 void CSongPane::LoopSelection() { station.Song().SetLoop(Section()); }
 
 void CSongPane::MakeUnique() {

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "editors/grid/CTimeGrid.h"
+#include "model/SongMarker.h"
 #include "model/edits/PlaylistEdits.h"
 
 namespace quib {
@@ -27,6 +28,7 @@ struct SongView {
     int songEnd = 0;  // steps
     StepRange loop;
     bool loopOn = false;
+    SongMarkers markers;
 
     // Song steps are whole, so the finest raster is a step.
     int Raster() const noexcept {
