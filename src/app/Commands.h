@@ -42,6 +42,7 @@ constexpr int kPlay = 40000;
 constexpr int kScanPlugins = 40001;
 constexpr int kPluginFolders = 40002;
 constexpr int kPanic = 40003;
+constexpr int kExport = 40003;
 constexpr int kScale0 = 40010;    // and those that follow, one for each scale
 constexpr int kTool0 = 40050;     // and those that follow, one for each tool window
 constexpr int kRestore0 = 40100;  // and the nine that follow
