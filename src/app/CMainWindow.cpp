@@ -13,6 +13,7 @@
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/console/PatternMenu.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -43,6 +44,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       edits(this),
       drops([this](const QString& path) { TakeFile(path); }, this) {
     drops.Serve(this);
+    edits.SetMainTarget(std::make_unique<CPatternEdits>(workstation));
     countdown.Start(BackupMinutes(settings));
     BuildMenus();
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
@@ -137,6 +139,7 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
+    if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
     if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
 }
 
@@ -178,9 +181,7 @@ void CMainWindow::TakePluginLibrary(const QString& path) {
         SlotPlace place{SlotPlace::EKind::kInsert, instrument->Id(), 0};
         const auto first = workstation.Places().Slot(place);
         if (first->plugin || first->missing) place.index = 1;
-        if (workstation.Places().LoadPlugin(place, path, error)) {
-            instrument->strip.insertOn[static_cast<std::size_t>(place.index)].Set(1.0F);
-        }
+        workstation.Places().LoadInsert(place, path, error);
     } else {
         error = Text("There is no instrument to put this effect into.");
     }

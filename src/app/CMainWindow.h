@@ -81,6 +81,7 @@ Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
     void SettingsChanged();  // toggles, language, scale
     void QuickStartWanted();
+    void SongWanted(bool inPlaceOfTheStrips);
     void TimebaseChanged();
 
 protected:

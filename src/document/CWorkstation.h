@@ -6,17 +6,21 @@
 // parts, so that each change is a step of undo with a name. User-interface thread.
 
 #include <QObject>
+#include <map>
 #include <memory>
+#include <utility>
 
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
 #include "document/CRecording.h"
 #include "document/CSelection.h"
 #include "document/CSession.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "engine/EngineMessages.h"
 
@@ -41,10 +45,12 @@ public:
     CPluginPlaces& Places() noexcept { return places; }
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
+    CSong& Song() noexcept { return song; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
+    CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -65,6 +71,8 @@ Q_SIGNALS:
 private:
     void FollowNotices();
     void FollowNotice(const EngineNotice& notice);
+    void WatchLimits();
+    void LimitLearned(std::uint32_t id);
 
     Folders folders;
     CRecorder recorder;
@@ -77,12 +85,15 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
-    CPresets presets{context, stack};
+    CSong song{context, contents};
     CTransportControl transport{context};
+    CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
+    CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
+    std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 
 }  // namespace quib

@@ -26,7 +26,19 @@ struct BlockInstrument {
     const float* right = nullptr;
 };
 
+// A step that begins in the block, and a beat that is counted in there before playing.
+struct StepBegin {
+    std::int32_t frame;
+    std::int32_t step;
+};
+struct Beat {
+    std::int32_t frame;
+    bool accented;
+};
+
 struct BlockContext {
+    static constexpr std::size_t kMaximumSteps = 1024;
+
     BlockContext() { instruments.reserve(kMaximumInstruments); }
 
     std::vector<BlockInstrument> instruments;
@@ -43,6 +55,10 @@ struct BlockContext {
     PlayTime time;             // at its first frame
     double quartersPerStep = 0.25;
     double quartersPerBar = 4.0;
+    CFixedList<StepBegin> steps{kMaximumSteps};
+    CFixedList<Beat> beats{kMaximumSteps};
+    int beatFrames = 0;    // of the tempo
+    int beatsToStart = 0;  // that are counted in before playing begins; 0 when none are
 };
 
 // Frame of the block at which something of that nanosecond falls: what came in during the last block keeps

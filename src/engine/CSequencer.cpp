@@ -119,8 +119,9 @@ void CutNotes(InstrumentPlayState& play, int offset) noexcept {
 
 void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     if (!transport.playing) return;
+    const bool begun = transport.sampleCounter >= 0;  // not within this block
     transport.sampleCounter += block.frames;
-    if (transport.samplesToNextStep > 0)
+    if (transport.samplesToNextStep > 0 && begun)
         LogStep(block, transport, transport.samplesToNextStep - transport.stepSamples, false);
     while (transport.samplesToNextStep < block.frames) {
         if (transport.stopStep >= 0 && transport.NextStep(block.songMode) >= transport.stopStep) {
@@ -164,6 +165,7 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
     transport.stepTime =
         block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
+    block.steps.Add({offset, step});
     if (!block.songMode) return;
     ++transport.globalStep;
     if (HasLoop(settings) && transport.globalStep >= settings.loopEnd.Get()) {
@@ -187,7 +189,7 @@ void CSequencer::RunInstrument(BlockInstrument& entry, const BlockContext& block
 
 void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     const Playlist& playlist = instrument.playlist.ForRender();
-    const PlaylistPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
+    const SongPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
     InstrumentPlayState& play = instrument.play;
     play.songEntry = place.entry;
     play.currentStep = place.step;

@@ -24,6 +24,7 @@ void FillInstrument(InstrumentPicture& shown, const CInstrument& instrument) noe
 
 void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport& transport) noexcept {
     shown.playing = transport.playing;
+    shown.beatsToStart = block.beatsToStart;
     shown.globalStep = transport.globalStep;
     shown.soundingStep = transport.soundingStep;
     shown.maxStepCount = transport.maxStepCount;

@@ -26,6 +26,7 @@ struct InstrumentPicture {
 
 struct PlayPicture {
     bool playing = false;
+    std::int32_t beatsToStart = 0;  // that are counted in before it plays; 0 when none are
     std::int32_t globalStep = 0;
     std::int32_t soundingStep = -1;
     std::int32_t maxStepCount = 1;

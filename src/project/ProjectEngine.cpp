@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "model/PlaylistSpans.h"
+
 namespace quib {
 
 namespace {
@@ -66,18 +68,16 @@ void GatherProject(const CAudio& audio, ProjectState& state) {
 }
 
 int SongSteps(const ProjectState& state) {
-    std::int64_t end = 0;
-    bool repeats = false;
+    std::int32_t end = 0;
+    bool endless = false;
     for (const auto& instrument : state.instruments) {
-        for (const PlaylistEntry& entry : *instrument->playlist.ForEdit()) {
-            if (entry.pattern < 0 || entry.pattern >= kPatternCount || entry.start < 0) continue;
-            const CPattern& pattern = *instrument->patterns[static_cast<std::size_t>(entry.pattern)].ForEdit();
-            end = std::max(end, std::int64_t{entry.start} + pattern.LoopLength());
-            repeats = repeats || entry.repeat != 0;
-        }
+        const PlaylistLength length =
+            LengthOf(PlaylistSpans(*instrument->playlist.ForEdit(), PatternLengthsForEdit(*instrument)));
+        end = std::max(end, length.steps);
+        endless = endless || length.endless;
     }
-    if (repeats) end = std::max<std::int64_t>(end, state.master.playlistStepNumber);
-    return static_cast<int>(std::min<std::int64_t>(end, kMaximumStepCount));
+    if (endless) end = std::max(end, state.master.playlistStepNumber);
+    return std::min(end, kMaximumStepCount);
 }
 
 namespace {

@@ -29,19 +29,23 @@ protected:
 
 class CTransportPanel : public CPanelCtrl, public CTicked {
 public:
-    static constexpr int kWidth = 240;
+    static constexpr int kWidth = 326;
     CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
                     const ConsoleContext& consoleContext);
     void Tick() override;
 
 private:
     void AddSwitches();
+    void AddMetronome();
+    void ShowCountIn();
     void AddTempo();
     void AddDisplays();
     void AddTools();
 
     ConsoleContext context;
     CValue playShown;  // follows the engine
+    CValue countInShown;
+    CSwitchCtrl* countIn = nullptr;
     CSwitchCtrl* play = nullptr;
 };
 
