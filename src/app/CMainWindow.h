@@ -5,6 +5,7 @@
 // work. What the commands do to the project is the workstation's. User-interface thread.
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <map>
@@ -25,6 +26,7 @@ class QPushButton;
 
 namespace quib {
 
+class CExportDialog;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -112,6 +114,7 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
+    void ShowExport();
     void ScanPlugins();
     void ChoosePluginFolders();
     void ShowTitle();
@@ -133,6 +136,7 @@ private:
     std::map<int, QAction*> actions;
     QMenu* fileMenu = nullptr;
     QMenu* restoreMenu = nullptr;
+    QPointer<CExportDialog> exporting;  // while it is open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;

@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
+#include "app/export/CExportDialog.h"
 #include "document/CSettings.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
@@ -125,6 +126,13 @@ void CMainWindow::Restore(const QString& path) {
         return ShowMessage(QStringLiteral("QUIB Sequencer"), error);
     }
     ShowWarnings();
+}
+
+void CMainWindow::ShowExport() {
+    if (!exporting) exporting = new CExportDialog(this, workstation, Scale());
+    exporting->show();
+    exporting->raise();
+    exporting->activateWindow();
 }
 
 void CMainWindow::ScanPlugins() {

@@ -124,6 +124,9 @@ void CMainWindow::BuildFileMenu() {
     fileMenu->addSeparator();
     Add(*fileMenu, command::kSave, TextKey("Save"), [this] { Save(); });
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
+    Add(*fileMenu, command::kExport, TextKey("Export ..."), [this] {
+        ShowExport();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();

@@ -122,16 +122,17 @@ std::shared_ptr<CPlugin> CPluginPlaces::Shared(const CPlugin& plugin) const {
     return found;
 }
 
-std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error) {
+std::shared_ptr<CPlugin> CPluginPlaces::LoadFor(PluginEnvironment& environment, const PluginReference& wanted,
+                                                ESlotKind kind, std::string& error) {
     const auto library = finder.Find(wanted, kind);
-    if (library) return CPlugin::Load(*library, kind, context.audio.environment, error);
+    if (library) return CPlugin::Load(*library, kind, environment, error);
     error = Text("not found in any plug-in folder").toStdString();
     return nullptr;
 }
 
 PluginLoader CPluginPlaces::Loader() {
     return [this](const PluginReference& wanted, ESlotKind kind, std::string& error) {
-        return LoadNamed(wanted, kind, error);
+        return LoadFor(context.audio.environment, wanted, kind, error);
     };
 }
 
@@ -140,7 +141,7 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, E
     messageShown = false;
     const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo::exists(nameOrPath);
     auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, context.audio.environment, reason)
-                         : LoadNamed({nameOrPath.toStdString(), {}}, kind, reason);
+                         : LoadFor(context.audio.environment, {nameOrPath.toStdString(), {}}, kind, reason);
     error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
     return plugin;
 }

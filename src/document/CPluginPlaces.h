@@ -52,6 +52,9 @@ public:
     // user has been told already.
     std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, ESlotKind kind, QString& error);
     PluginLoader Loader();
+    // Loads what a project names, for another engine. Null with the reason in `error`.
+    std::shared_ptr<CPlugin> LoadFor(PluginEnvironment& environment, const PluginReference& wanted, ESlotKind kind,
+                                     std::string& error);
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
     // Follows a change of the folders that the user has added.
@@ -74,7 +77,6 @@ private:
 
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
-    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error);
     std::shared_ptr<const PluginSlot> LoadedSlot(const SlotPlace& place, const QString& nameOrPath, QString& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
     static State StateOf(CPlugin& plugin);

@@ -64,6 +64,8 @@ public:
     bool IsGuest() const noexcept { return guest; }
     QStringList TimedBackups() const;  // newest first
     ProjectState GatherState();
+    // The project as its file would hold it now.
+    std::string Bytes();
     QString ProjectPath() const { return projectPath; }
     QString ProjectName() const;
     bool IsModified() const { return context.changes.IsModified(); }
@@ -79,7 +81,6 @@ Q_SIGNALS:
 
 private:
     void Publish(ProjectState state, const QString& path);
-    std::string Bytes();
     void SetSaved(const QString& path);
     void BackupDone(const std::string& error);
     QString TimedPath(const QDateTime& time) const;
