@@ -47,6 +47,12 @@ constexpr int kGlyphFolder = 325;
 constexpr int kGlyphHeadphones = 326;
 constexpr int kGlyphEdit = 327;
 
+constexpr int kGlyphSearch = 340;
+constexpr int kGlyphStar = 341;
+constexpr int kGlyphStarEmpty = 342;
+constexpr int kGlyphClock = 343;
+constexpr int kGlyphMostUsed = 344;
+
 // Icons that an instrument can wear: this number and the seven after it.
 constexpr int kInstrumentIcon = 401;
 constexpr int kInstrumentIconCount = 8;

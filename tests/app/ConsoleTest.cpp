@@ -34,13 +34,9 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginChoices = [](ESlotKind) {
-            const QString name = QStringLiteral("QUIB synth");
-            return QList<PluginChoice>{{name, QString(), name}};
-        };
-        actions.addInstrument = [this](const QString& name) {
+        actions.browse = [this](const BrowseWish& wish) {
             QString error;
-            workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
+            if (!wish.place) workstation->Stack().AddInstrument(QStringLiteral("QUIB drums"), error);
         };
         return actions;
     }
