@@ -145,7 +145,7 @@ TEST_F(CatalogTest, AsksEachLibraryOnceAndSurvivesBrokenOnes) {
     for (const PluginEntry& entry : catalog->All()) broken += entry.isBroken ? 1 : 0;
     EXPECT_EQ(broken, 2);
     for (const PluginEntry& entry : catalog->Failed()) {
-        if (entry.name == "Exits") EXPECT_EQ(entry.failure, EPluginFailure::kEnded);
+        EXPECT_EQ(entry.name == "Exits", entry.failure == EPluginFailure::kEnded) << entry.name.toStdString();
     }
 
     const auto again = Make();

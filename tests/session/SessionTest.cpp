@@ -149,16 +149,17 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
         press("Return");
         ASSERT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == 1; }));
         press("a");
-        EXPECT_TRUE(user.WaitFor([&] { return At(user, 0).strip.peak.Get() > 0; }));
+        const CInstrument& instrument = At(user, 0);
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.strip.peak.Get() > 0; }));
         EXPECT_LE(presses, 4);
-        EXPECT_EQ(At(user, 0).title, "Trouble");
+        EXPECT_EQ(instrument.title, "Trouble");
 
         presses = 0;
         press("ctrl+e");
         type({"r", "e", "v"});
         press("Return");
-        EXPECT_TRUE(user.WaitFor([&] { return At(user, 0).inserts[0].ForEdit()->plugin != nullptr; }));
-        EXPECT_TRUE(At(user, 0).strip.insertOn[0].IsOn());
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[0].ForEdit()->plugin != nullptr; }));
+        EXPECT_TRUE(instrument.strip.insertOn[0].IsOn());
         EXPECT_LE(presses, 3);
         Close(user);
     });
