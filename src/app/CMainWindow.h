@@ -17,6 +17,7 @@
 #include "app/CRecentFiles.h"
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
+#include "app/console/SlotFields.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 
@@ -62,8 +63,13 @@ public:
 
     // Opens a project after the question about unsaved work.
     void Open(const QString& path);
-    // What dropping a file on the window does.
-    void TakeFile(const QString& path);
+    // What dropping a file on the window does; `point` of the screen, where it was dropped.
+    void TakeFile(const QString& path, std::optional<QPoint> point = {});
+    // Loads a plug-in, or an instrument's file, into a place; without one as a new instrument.
+    void LoadFileInto(const QString& path, const std::optional<SlotPlace>& place);
+    // Where a plug-in that is dropped goes; the console sets it.
+    std::function<std::optional<DropPlace>(ESlotKind kind, const QPoint& point)> dropPlaceAt;
+    void ChoosePluginFolders();
     // True when unsaved work may be thrown away: there is none, it was saved, or the user agreed.
     bool MayDiscard();
     void ShowMessage(const QString& caption, const QString& text);
@@ -82,6 +88,9 @@ Q_SIGNALS:
     void SettingsChanged();  // toggles, language, scale
     void QuickStartWanted();
     void SongWanted(bool inPlaceOfTheStrips);
+    void InstrumentWanted();  // a plug-in is to be chosen for a new one
+    void EffectWanted();
+    void FilesHover(const QStringList& paths, const QPoint& point);  // plug-ins; none: they are gone
     void TimebaseChanged();
 
 protected:
@@ -116,10 +125,9 @@ private:
     bool LoadWithProgress(const QString& path);
     void ShowExport();
     void ScanPlugins();
-    void ChoosePluginFolders();
     void ShowTitle();
     void OnTick();
-    void TakePluginLibrary(const QString& path);
+    void TakePluginLibrary(const QString& path, const std::optional<QPoint>& point);
 
     CWorkstation& workstation;
     CPluginCatalog& catalog;

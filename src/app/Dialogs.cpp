@@ -165,12 +165,22 @@ bool RunPluginFoldersDialog(QWidget* parent, CSettings& settings) {
     layout->addWidget(list);
     row->addWidget(add);
     row->addWidget(remove);
+    for (const int by : {-1, 1}) {
+        auto* const move = new QPushButton(by < 0 ? Text("Move Up") : Text("Move Down"));
+        row->addWidget(move);
+        QObject::connect(move, &QPushButton::clicked, &dialog, [list, by] {
+            const int from = list->currentRow();
+            if (from < 0 || from + by < 0 || from + by >= list->count()) return;
+            list->insertItem(from + by, list->takeItem(from));
+            list->setCurrentRow(from + by);
+        });
+    }
     row->addStretch();
     layout->addLayout(row);
     layout->addWidget(AddButtons(dialog));
     QObject::connect(add, &QPushButton::clicked, &dialog, [&] {
         const QString folder = QFileDialog::getExistingDirectory(&dialog, Text("Plug-in folders"));
-        if (!folder.isEmpty()) list->addItem(folder);
+        if (!folder.isEmpty() && list->findItems(folder, Qt::MatchExactly).isEmpty()) list->addItem(folder);
     });
     QObject::connect(remove, &QPushButton::clicked, &dialog, [list] { delete list->currentItem(); });
     if (dialog.exec() != QDialog::Accepted) return false;

@@ -143,6 +143,7 @@ void CMainWindow::ScanPlugins() {
 void CMainWindow::ChoosePluginFolders() {
     if (!RunPluginFoldersDialog(this, settings)) return;
     workstation.Places().ReadPluginFolders();
+    catalog.Cancel();
     catalog.SetFolders(PluginFolders(workstation.ProgramFolders(), settings));
     ScanPlugins();
 }

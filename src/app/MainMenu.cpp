@@ -169,6 +169,15 @@ void CMainWindow::BuildEditMenu() {
         action->setShortcutContext(Qt::ApplicationShortcut);
         edits.Connect(row.edit, action);
     }
+    menu->addSeparator();
+    const auto addWish = [this, menu](int number, const char* text, const QKeySequence& key, auto wish) {
+        QAction* const action = Add(*menu, number, text, [this, wish] { (this->*wish)(); });
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::ApplicationShortcut);
+    };
+    addWish(command::kAddInstrument, TextKey("Add an instrument ..."), Qt::CTRL | Qt::Key_I,
+            &CMainWindow::InstrumentWanted);
+    addWish(command::kAddEffect, TextKey("Add an effect ..."), Qt::CTRL | Qt::Key_E, &CMainWindow::EffectWanted);
     connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
     edits.Update();
 }

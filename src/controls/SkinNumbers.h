@@ -54,6 +54,12 @@ constexpr int kGlyphSine = 343;
 constexpr int kGlyphBin = 344;
 constexpr int kGlyphLearn = 345;
 
+constexpr int kGlyphSearch = 350;
+constexpr int kGlyphStar = 351;
+constexpr int kGlyphStarEmpty = 352;
+constexpr int kGlyphClock = 353;
+constexpr int kGlyphMostUsed = 354;
+
 // Icons that an instrument can wear: this number and the seven after it.
 constexpr int kInstrumentIcon = 401;
 constexpr int kInstrumentIconCount = 8;

@@ -40,13 +40,9 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginChoices = [](ESlotKind) {
-            const QString name = QStringLiteral("QUIB synth");
-            return QList<PluginChoice>{{name, QString(), name}};
-        };
-        actions.addInstrument = [this](const QString& name) {
+        actions.browse = [this](const BrowseWish& wish) {
             QString error;
-            workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
+            if (!wish.place) workstation->Stack().AddInstrument(QStringLiteral("QUIB drums"), error);
         };
         return actions;
     }
@@ -220,11 +216,15 @@ protected:
         workstation->Presets().AddPreset(0);
         AddSynth();
         settings.SetOn(QStringLiteral("PresetOn"), true);
-        actions.pluginChoices = [](ESlotKind kind) {
-            const QString name = QLatin1String(kind == ESlotKind::kInstrument ? "QUIB drums" : "QUIB chorus");
-            return QList<PluginChoice>{{name, QString(), name}};
+        actions.browse = [this](const BrowseWish& wish) {
+            const bool isInstrument = !wish.place || wish.place->kind == SlotPlace::EKind::kInstrument;
+            const QString name = QLatin1String(isInstrument ? "QUIB drums" : "QUIB chorus");
+            if (wish.place) {
+                Places().LoadPlugin(*wish.place, name, error);
+            } else {
+                Stack().AddInstrument(name, error);
+            }
         };
-        actions.addInstrument = [this](const QString& name) { Stack().AddInstrument(name, error); };
         actions.openPlugin = [](const SlotPlace&) {};
         actions.openTool = [](ETool) {};
         console = std::make_unique<CWinControlMain>(noSettings, *workstation, actions);

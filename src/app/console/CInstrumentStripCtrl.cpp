@@ -196,6 +196,18 @@ int CInstrumentStripCtrl::ShownPattern() const {
     return std::clamp(shown, 0, kPatternCount - 1);
 }
 
+void CInstrumentStripCtrl::ListSlots(std::vector<SlotField>& fields) const {
+    const std::uint32_t id = instrument->Id();
+    fields.push_back({{SlotPlace::EKind::kInstrument, id, 0}, plugin});
+    if (collapsed) return;
+    for (int index = 0; index < kInsertCount; ++index) {
+        fields.push_back({{SlotPlace::EKind::kInsert, id, index}, inserts[static_cast<std::size_t>(index)]});
+    }
+    for (int index = 0; index < kSendCount; ++index) {
+        fields.push_back({{SlotPlace::EKind::kEffect, id, index}, sends[static_cast<std::size_t>(index)]});
+    }
+}
+
 // --- Patterns -------------------------------------------------------------------------------------------------
 
 std::uint32_t CInstrumentStripCtrl::FilledPatterns() const {

@@ -90,14 +90,8 @@ void CWinControlMain::BuildMaster() {
     scrollBar = &Add<CScrollCtrl>(0U, 0, kStripsTop, kScrollWidth, 100, &scrollPosition, true);
     scrollBar->wheelUnits = 60;
     scrollBar->onChange = [this](CControl&) { Scroll(); };
-    auto& add =
-        Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"), [this](QMenu& menu) {
-            for (const PluginChoice& choice : actions.pluginChoices(ESlotKind::kInstrument)) {
-                menu.addAction(choice.text, [this, choice] { actions.addInstrument(choice.path); });
-            }
-            menu.addSeparator();
-            menu.addAction(Text("From a file ..."), [this] { actions.addInstrument(QString()); });
-        });
+    auto& add = Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"),
+                                    [this](QMenu& /*menu*/) { actions.browse({}); });
     add.infoString = 448;
     add.fontHeight = 11;
     addButton = &add;
