@@ -86,7 +86,6 @@ private:
 
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
-    std::shared_ptr<const PluginSlot> LoadedSlot(const SlotPlace& place, const QString& nameOrPath, QString& error);
     std::shared_ptr<CPlugin> LoadAdmitted(PluginEnvironment& environment, const QString& library, ESlotKind kind,
                                           std::string& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
