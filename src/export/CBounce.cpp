@@ -34,9 +34,7 @@ bool CBounce::Play(const BounceSpan& span, const Take& take, const Progress& pro
     while (playing) {
         if (!RenderBlock(error)) return false;
         const PlayPicture& picture = audio.Picture();
-        const std::int64_t end = span.frames > 0   ? span.frames
-                                 : picture.playing ? frames + block
-                                                   : picture.endedAt;
+        const std::int64_t end = span.frames > 0 ? span.frames : picture.playing ? frames + block : picture.endedAt;
         playing = span.frames > 0 ? frames + block < span.frames : picture.playing;
         const bool cut = !playing && span.tailSeconds <= 0;
         const auto count = cut ? static_cast<int>(std::clamp<std::int64_t>(end - frames, 0, block)) : block;

@@ -63,7 +63,7 @@ void CExport::ChooseSpan() {
     const ProjectState& state = engine->state;
     if (!settings.range) settings.range = state.master.songMode > 0 ? EExportRange::kSong : EExportRange::kPatterns;
     if (settings.endStep == 0) {
-        const StepRange steps = StepsOf(*settings.range, state);
+        const ExportSteps steps = StepsOf(*settings.range, state);
         settings.firstStep = std::max(settings.firstStep, steps.first);
         settings.endStep = steps.end;
     }

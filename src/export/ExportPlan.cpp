@@ -16,6 +16,13 @@ namespace {
 constexpr std::size_t kLongestName = 180;  // bytes, without extension
 constexpr float kFullLevel = 127;
 
+ExportSteps BetweenMarkers(const ProjectState& state) {
+    if (state.markers.empty()) return {};
+    const int first = state.markers.front().step;
+    const int end = state.markers.size() > 1 ? state.markers.back().step : SongSteps(state);
+    return end > first ? ExportSteps{first, end} : ExportSteps{};
+}
+
 bool IsLeftOut(const ExportSettings& settings, int index) {
     return std::find(settings.leftOut.begin(), settings.leftOut.end(), index) != settings.leftOut.end();
 }
@@ -101,13 +108,15 @@ std::vector<ExportFile> PlanFiles(const ProjectState& state, const ExportSetting
     return files;
 }
 
-StepRange StepsOf(EExportRange range, const ProjectState& state) {
+ExportSteps StepsOf(EExportRange range, const ProjectState& state) {
     switch (range) {
         case EExportRange::kSong:
             return {0, SongSteps(state)};
         case EExportRange::kLoop:
             if (state.master.loopEnd <= state.master.loopStart || state.master.loopStart < 0) return {};
             return {state.master.loopStart, state.master.loopEnd};
+        case EExportRange::kMarkers:
+            return BetweenMarkers(state);
         case EExportRange::kPatterns:
             return {0, state.instruments.empty() ? 0 : PatternModeSteps(state)};
     }

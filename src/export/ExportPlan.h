@@ -28,11 +28,11 @@ bool Sounds(const CInstrument& instrument);
 std::vector<ExportFile> PlanFiles(const ProjectState& state, const ExportSettings& settings);
 
 // The steps of a range; both 0 when there is nothing in it.
-struct StepRange {
+struct ExportSteps {
     int first = 0;
     int end = 0;
 };
-StepRange StepsOf(EExportRange range, const ProjectState& state);
+ExportSteps StepsOf(EExportRange range, const ProjectState& state);
 
 // Whether the stems, added up, give the mix: 32 bits, before the master and nothing left out or done there.
 bool StemsAddUp(const ProjectState& state, const ExportSettings& settings);

@@ -32,7 +32,8 @@ struct SoundTags {
     int beatsPerBar = 4;  // beats of a bar, of quarter notes
 };
 
-enum class EExportRange { kSong, kLoop, kPatterns };
+// Markers: from the first to the last one, or to the end of the song after a single one.
+enum class EExportRange { kSong, kLoop, kPatterns, kMarkers };
 
 // Before the master: what a strip, or a shared effect, gives into the mix. After it: the instrument alone
 // with all that it sends, through everything.

@@ -182,28 +182,28 @@ void CExportDialog::ShowRange() {
     page.range->SetOff(0, empty(EExportRange::kSong) ? Text("The song has no entries.") : QString());
     page.range->SetOff(1, empty(EExportRange::kLoop) ? Text("There is no loop region.") : QString());
     page.range->SetOff(2, empty(EExportRange::kPatterns) ? Text("There is no instrument.") : QString());
-    page.range->SetOff(3, Text("The song has no markers."));
+    page.range->SetOff(3, empty(EExportRange::kMarkers) ? Text("The song has no markers.") : QString());
     if (page.range->IsOff(page.range->Chosen())) page.range->Choose(page.range->IsOff(0) ? 2 : 0);
     const auto range = static_cast<EExportRange>(page.range->Chosen());
-    const StepRange steps = StepsOf(range, state);
+    const ExportSteps steps = StepsOf(range, state);
     const int bar = StepsPerBar();
     const QSignalBlocker quietFrom(page.from);
     const QSignalBlocker quietTo(page.to);
     page.from->setValue(steps.first / bar + 1);
     page.to->setValue((steps.end + bar - 1) / bar + 1);
     page.from->setEnabled(range == EExportRange::kSong);
-    page.to->setEnabled(range != EExportRange::kLoop);
+    page.to->setEnabled(range == EExportRange::kSong || range == EExportRange::kPatterns);
 }
 
 ExportSettings CExportDialog::Settings() const {
     ExportSettings settings;
     settings.range = static_cast<EExportRange>(page.range->Chosen());
-    const StepRange whole = StepsOf(*settings.range, state);
+    const ExportSteps whole = StepsOf(*settings.range, state);
     const int bar = StepsPerBar();
     const int endBar = (whole.end + bar - 1) / bar + 1;
-    const bool isLoop = settings.range == EExportRange::kLoop;
-    settings.firstStep = isLoop ? whole.first : (page.from->value() - 1) * bar;
-    settings.endStep = isLoop || page.to->value() == endBar ? whole.end : (page.to->value() - 1) * bar;
+    const bool isFixed = settings.range == EExportRange::kLoop || settings.range == EExportRange::kMarkers;
+    settings.firstStep = isFixed ? whole.first : (page.from->value() - 1) * bar;
+    settings.endStep = isFixed || page.to->value() == endBar ? whole.end : (page.to->value() - 1) * bar;
     settings.tailSeconds = page.tail->isChecked() ? page.tailSeconds->value() : 0;
 
     SoundFormat& format = settings.format;
