@@ -85,7 +85,8 @@ private:
     QRect GridPart(double left, double top, double right, double bottom) const;
     QRect HoverPart() const;
     QRect MarqueePart() const;
-    QRect PlayheadPart(double step) const;
+    // Of the flag in the header, or of the line through the grid.
+    QRect PlayheadPart(double step, bool isFlag) const;
     void NotesChanged(const NoteState& before);
     QRect ChangedPart(const NoteState& before) const;
     void UpdateExtent();

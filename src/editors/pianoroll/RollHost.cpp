@@ -120,6 +120,7 @@ void CWinControlPianoRoll::ShowRowMenu(int key) {
 
 void CWinControlPianoRoll::RowFocused(int key) {
     roll->options.focusedKey = key;
+    roll->Refresh();
     lane->Refresh();
 }
 

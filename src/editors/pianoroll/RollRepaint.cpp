@@ -13,7 +13,8 @@ namespace quib {
 namespace {
 constexpr int kWidestRepaint = 64;  // pixels of width that hover and playhead redraw at most
 constexpr int kPlayheadHalf = 7;    // pixels of its flag to each side
-constexpr int kBandRows = 2;        // drawn together
+constexpr int kPlayheadLineHalf = 2;
+constexpr int kBandRows = 2;  // drawn together
 constexpr int kHeader = PianoRollView::kHeaderHeight;
 }  // namespace
 
@@ -130,11 +131,13 @@ QRect CPianoRollCtrlEx::MarqueePart() const {
     return GridPart(left, top, right, bottom + 1);
 }
 
-QRect CPianoRollCtrlEx::PlayheadPart(double step) const {
+QRect CPianoRollCtrlEx::PlayheadPart(double step, bool isFlag) const {
     if (step < 0) return {};
     const int place = static_cast<int>(std::floor(view.XOf(step)));
-    if (place + kPlayheadHalf < view.GridLeft() || place - kPlayheadHalf > Width()) return {};
-    return {place - kPlayheadHalf, 0, 2 * kPlayheadHalf + 1, Height()};
+    const int half = isFlag ? kPlayheadHalf : kPlayheadLineHalf;
+    if (place + half < view.GridLeft() || place - half > Width()) return {};
+    const int top = isFlag ? 0 : kHeader;
+    return {place - half, top, 2 * half + 1, (isFlag ? kHeader : Height()) - top};
 }
 
 void CPianoRollCtrlEx::SetPlayhead(double step) {
@@ -146,13 +149,15 @@ void CPianoRollCtrlEx::SetPlayhead(double step) {
     const double before = playhead;
     playhead = step;
     if (view.time.Follow(step)) return ViewMoved();
-    const QRect from = PlayheadPart(before);
-    const QRect to = PlayheadPart(step);
-    if (from.intersects(to)) {
-        DrawPart(from.united(to));
-    } else {
-        DrawPart(from);
-        DrawPart(to);
+    for (const bool isFlag : {true, false}) {
+        const QRect from = PlayheadPart(before, isFlag);
+        const QRect to = PlayheadPart(step, isFlag);
+        if (from.intersects(to)) {
+            DrawPart(from.united(to));
+        } else {
+            DrawPart(from);
+            DrawPart(to);
+        }
     }
     if (onPlayhead) onPlayhead(before, step);
 }
