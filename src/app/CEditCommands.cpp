@@ -7,21 +7,20 @@
 
 namespace quib {
 
-namespace {
-
-CEditTarget* Target() { return dynamic_cast<CEditTarget*>(QApplication::activeWindow()); }
-
-}  // namespace
-
 CEditCommands::CEditCommands(QObject* parent) : QObject(parent) {
     connect(qApp, &QApplication::focusChanged, this, &CEditCommands::Update);
+}
+
+CEditTarget* CEditCommands::Target() const {
+    QWidget* const active = QApplication::activeWindow();
+    return active != nullptr && active == parent() ? mainTarget.get() : dynamic_cast<CEditTarget*>(active);
 }
 
 void CEditCommands::Connect(EEdit command, QAction* action) {
     actions[static_cast<std::size_t>(command)] = action;
     connect(action, &QObject::destroyed, this,
             [this, command] { actions[static_cast<std::size_t>(command)] = nullptr; });
-    connect(action, &QAction::triggered, this, [command] {
+    connect(action, &QAction::triggered, this, [this, command] {
         CEditTarget* const target = Target();
         if (target != nullptr && target->CanEdit(command)) target->Edit(command);
     });

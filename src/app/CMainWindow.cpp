@@ -13,6 +13,7 @@
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/console/PatternMenu.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -43,6 +44,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       edits(this),
       drops([this](const QString& path) { TakeFile(path); }, this) {
     drops.Serve(this);
+    edits.SetMainTarget(std::make_unique<CPatternEdits>(workstation));
     countdown.Start(BackupMinutes(settings));
     BuildMenus();
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);

@@ -89,6 +89,7 @@ private:
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildSettingsMenu();
+    void BuildTransportMenu();
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);

@@ -28,7 +28,9 @@ QString CSession::ProjectName() const {
 
 void CSession::NewProject() {
     warnings.clear();
-    Publish({}, {});
+    ProjectState empty;
+    empty.master.songMode = 0;  // there is no song yet: it would be silent
+    Publish(std::move(empty), {});
 }
 
 bool CSession::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {

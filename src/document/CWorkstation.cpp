@@ -47,6 +47,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
               [this](const QString& text) { Q_EMIT Notice(text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
+    audio.settings.songMode.Set(0.0F);  // as for a new project
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();

@@ -13,6 +13,7 @@
 #include "engine/CBlockGuard.h"
 #include "engine/CCpuMeter.h"
 #include "engine/CInstrumentMixer.h"
+#include "engine/CLiveKeys.h"
 #include "engine/CLiveMidi.h"
 #include "engine/CMasterSection.h"
 #include "engine/CMidiRouter.h"
@@ -105,14 +106,16 @@ public:
     // Renders one block into the master buffers. False when the engine is being prepared or another
     // thread renders: the buffers are then not the caller's, who plays silence.
     bool RenderBlock() noexcept;
+    // The same asked for at this nanosecond: messages of a block's length before it fall on its first frame.
+    bool RenderBlock(std::uint64_t now) noexcept;
     const float* Master(int channel) const noexcept { return master.Channel(channel); }
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
 
 private:
-    // `start` in nanoseconds.
-    void RenderOpenBlock(std::uint64_t start) noexcept;
+    // `now` in nanoseconds.
+    void RenderOpenBlock(std::uint64_t now) noexcept;
     void GatherBlock() noexcept;
     void GatherInstrument(CInstrument& instrument) noexcept;
 
@@ -130,7 +133,8 @@ private:
     BlockContext block;
     CSongTime songTime;
     CNoteCapture capture{noteCapture, notices};
-    CMidiRouter router{presetSelection, recordAutomation, notices, capture};
+    CLiveKeys keys{capture};
+    CMidiRouter router{presetSelection, recordAutomation, notices, keys};
     CLiveMidi midi;
     CInstrumentMixer mixer{kernels, tables};
     CSharedEffects effects;

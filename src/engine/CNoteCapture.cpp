@@ -29,11 +29,12 @@ double WithoutSwing(double steps, double swing) noexcept {
     return late > -swing / 2 ? step : step - kJustBefore;
 }
 
-void CNoteCapture::Add(const CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+void CNoteCapture::Add(const CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept {
     if (settings.recording.IsOn() || settings.stepEntry.IsOn()) played.Add({&instrument, key, velocity, time});
 }
 
 void CNoteCapture::Tell(const BlockContext& block, const CTransport& transport) noexcept {
+    running = transport.playing;
     for (const Played& note : played.Items()) {
         const InstrumentPlayState& play = note.instrument->play;
         EngineNotice notice{EngineNotice::EKind::kNote, note.instrument->Id(), note.key, note.velocity,

@@ -24,8 +24,10 @@ public:
     CNoteCapture(const NoteCaptureSettings& captureSettings, CBoundedQueue<EngineNotice>& noticeQueue) noexcept
         : settings(captureSettings), notices(noticeQueue) {}
 
-    // A key on its way to the plug-in in the block that begins. `time`: millisecond; velocity 0: its end.
-    void Add(const CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    // A key on its way to the plug-in in the block that begins. `time`: nanosecond; velocity 0: its end.
+    void Add(const CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept;
+    // Whether notes go into patterns at present.
+    bool IsRecording() const noexcept { return running && settings.recording.IsOn(); }
     // Once the steps of the block have run.
     void Tell(const BlockContext& block, const CTransport& transport) noexcept;
 
@@ -34,7 +36,7 @@ private:
         const CInstrument* instrument;
         int key;
         int velocity;
-        std::uint32_t time;
+        std::uint64_t time;
     };
 
     void Locate(EngineNotice& notice, const Played& note, const BlockContext& block,
@@ -43,6 +45,7 @@ private:
     const NoteCaptureSettings& settings;
     CBoundedQueue<EngineNotice>& notices;
     CFixedList<Played> played{kMaximumBlockEvents};
+    bool running = false;
 };
 
 // The position whose note sounds at `steps` of a pattern, given that notes of odd steps come `swing` steps

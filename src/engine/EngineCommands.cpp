@@ -35,10 +35,21 @@ void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
             return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x),
                                           command.time != 0 ? command.time : targets.block.now);
         case EngineCommand::EKind::kAudition:
-            return CMidiRouter::Audition(instrument, command.value, static_cast<int>(command.x), targets.block.now);
+            return targets.router.Audition(instrument, command.value, static_cast<int>(command.x), targets.block.now);
         default:
             return;
     }
+}
+
+void Panic(const CommandTargets& targets) noexcept {
+    CSequencer::ReleaseNotes(targets.block, 0);
+    for (const BlockInstrument& entry : targets.block.instruments) targets.keys.Panic(*entry.instrument);
+}
+
+void Stop(const CommandTargets& targets) noexcept {
+    if (!targets.songTime.Transport().playing) return Panic(targets);
+    targets.songTime.Stop(targets.block);
+    for (const BlockInstrument& entry : targets.block.instruments) targets.keys.EndSounding(*entry.instrument);
 }
 
 void RunCommand(const EngineCommand& command, const CommandTargets& targets) noexcept {
@@ -46,7 +57,9 @@ void RunCommand(const EngineCommand& command, const CommandTargets& targets) noe
         case EngineCommand::EKind::kPlay:
             return targets.songTime.Play(targets.block, targets.settings);
         case EngineCommand::EKind::kStop:
-            return targets.songTime.Stop(targets.block);
+            return Stop(targets);
+        case EngineCommand::EKind::kPanic:
+            return Panic(targets);
         case EngineCommand::EKind::kStopAt:
             return targets.songTime.StopAt(command.value);
         case EngineCommand::EKind::kLocate:

@@ -15,6 +15,7 @@ struct CommandTargets {
     const EngineSettings& settings;
     CSongTime& songTime;
     CMidiRouter& router;
+    CLiveKeys& keys;
 };
 
 // Runs every command that waits. One for an instrument that is gone does nothing.

@@ -84,10 +84,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
     {428,
-     "RECORD NOTES - While it is on, what you play during playing is written into the current pattern of the current "
+     "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
+     "pattern of the current "
      "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
      "above, Z and X for the octave). Right button: overdub or replace, quantise.",
-     "ENREGISTREMENT DE NOTES - Quand il est actif, ce que vous jouez pendant la lecture est écrit dans le motif en "
+     "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt ; ce que vous jouez est écrit dans le motif "
+     "en "
      "cours de l'instrument courant : sur un clavier MIDI, le clavier de la tranche ou les touches de l'ordinateur (la "
      "rangée centrale et celle du dessus, les deux premières de la rangée du bas pour l'octave). Bouton droit : "
      "ajouter ou remplacer, quantifier."},
@@ -98,8 +100,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "curseur avance ensuite de la valeur du magnétisme, à la fin il revient au début. Les flèches le déplacent."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
-    {431, "STOP - Stops playing. A second click goes back to the start.",
-     "STOP - Arrête la lecture. Un second clic revient au début."},
+    {431, "STOP - Stops playing and ends what keys hold. A second click goes back to the start and ends every note.",
+     "STOP - Arrête la lecture et finit ce que des touches tiennent. Un second clic revient au début et finit toutes "
+     "les "
+     "notes."},
     {432,
      "RECORD AUTOMATION - While it is on, what you move on your MIDI keyboard during playing is written into the "
      "current pattern.",
@@ -202,6 +206,12 @@ inline constexpr NumberedText kInfoTexts[] = {
     {476, "SYNCHRO - The pattern restarts with the longest one while Synchro of the transport is on.",
      "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
     {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
+    {478,
+     "ARPEGGIATOR - Silent: it plays the keys of the keyboard below the strip, which is hidden. Show it with the "
+     "button "
+     "to the right.",
+     "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
+     "montre."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
      "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",

@@ -15,7 +15,7 @@ protected:
         QString error;
         workstation->Stack().AddInstrument(QStringLiteral(QUIB_BIN_DIR "/testplugins/NoteProbe.so"), error);
         audio.Prepare({44100.0, 256, 1, false});
-        audio.settings.songMode.Set(0.0F);
+        workstation->NoteRecording().SetOptions({});
         At(0)->midi.channel.Set(kChannelOmni);
     }
     void SetPattern(int steps, std::vector<Note> notes) {
@@ -23,9 +23,9 @@ protected:
     }
     const std::vector<Note>& Notes() { return At(0)->patterns[0].ForEdit()->Notes(); }
     void Send(int velocity, int key) {
-        const auto early = static_cast<std::uint32_t>(random.Draw() % 6);
+        const auto early = static_cast<std::uint64_t>(random.Draw()) * 177;
         audio.ReceiveMidi(
-            {0x90, static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(velocity), Milliseconds() - early});
+            {0x90, static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(velocity), Nanoseconds() - early});
     }
     std::vector<HeardNote> Listen(int blocks) {
         std::vector<HeardNote> heard;

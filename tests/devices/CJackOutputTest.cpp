@@ -101,6 +101,16 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
         EXPECT_FALSE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
         ASSERT_TRUE(output.OpenMidiIn("peer:midi"));
         ASSERT_TRUE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
+        ASSERT_TRUE(peer.Disconnect("peer:midi", "QUIB Sequencer:midi_in"));
+        ASSERT_TRUE(TurnUntil([&] { return heard() == 0.0F; })) << "the key of a cut cable hangs";
+        ASSERT_TRUE(peer.Connect("peer:midi", "QUIB Sequencer:midi_in"));
+        ASSERT_TRUE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
+    }
+    {
+        CJackPeer witness;
+        ASSERT_TRUE(witness.RecordProgram());
+        ASSERT_TRUE(TurnUntil([&] { return witness.Last(1) > 0.0F; }));
+        EXPECT_TRUE(TurnUntil([&] { return witness.Last(0) == 0.0F; })) << "the key of a program that ended hangs";
     }
     server.Stop(SIGKILL);
     ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); }));

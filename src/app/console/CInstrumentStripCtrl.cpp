@@ -36,7 +36,26 @@ CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<
     Rebuild(newWidth);
 }
 
+void CInstrumentStripCtrl::EndKeys() {
+    if (keyboard != nullptr) keyboard->EndAll();
+}
+
+void CInstrumentStripCtrl::ReleaseKeys(bool all) {
+    if (keyboard != nullptr && (all || !instrument->arpeggiator.on.IsOn())) keyboard->ReleaseAll();
+}
+
+// With the arpeggiator on and its keyboard hidden no key is heard.
+void CInstrumentStripCtrl::ShowSilentKeys() {
+    const bool silent = instrument->arpeggiator.on.IsOn() && !instrument->keyboardOn.IsOn();
+    const QRgb colour = silent ? Palette().Colour(QStringLiteral("warning")) : 0;
+    if (arpeggiator->onColour == colour) return;
+    arpeggiator->onColour = colour;
+    arpeggiator->infoString = silent ? 478 : 463;
+    arpeggiator->Refresh();
+}
+
 void CInstrumentStripCtrl::Rebuild(int newWidth) {
+    EndKeys();
     ClearChildren();
     cells = nullptr;
     leds = nullptr;
@@ -116,6 +135,7 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
         picture != nullptr ? std::min<std::uint32_t>(picture->heldKeyCount, InstrumentPicture::kShownKeys) : 0;
     for (std::uint32_t key = 0; key < keys; ++key) sounding[picture->heldKeys[key] & 127U] = true;
     const float lit = keys > 0 ? 1.0F : 0.0F;
+    ShowSilentKeys();
     if (lit != lampShown.Get()) lamp->SetValueAndUpdate(false, true, lit);
     const float soloNow = context.station.Stack().IsSolo(Index()) ? 1.0F : 0.0F;
     if (soloNow != soloShown.Get()) solo->SetValueAndUpdate(false, true, soloNow);

@@ -80,14 +80,12 @@ void CTransportPanel::AddSwitches() {
     stop.momentary = true;
     stop.infoString = 431;
     stop.onChange = [&station](CControl&) {
-        if (station.Transport().IsPlaying()) {
-            station.Transport().Stop();
-        } else {
-            station.Transport().Locate(0);
-        }
+        if (!station.Transport().IsPlaying()) station.Transport().Locate(0);
+        station.Transport().Stop();
     };
     auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
     notes.infoString = 428;
+    notes.onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
     notes.onAlternativeClick = [this, &station](CControl&) {
         PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
     };

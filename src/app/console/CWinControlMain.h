@@ -38,11 +38,13 @@ protected:
     QRect ClipOf(const CControl& control) const override;
     void DrawBackground() override;
     void wheelEvent(QWheelEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void BuildMaster();
     void BuildStrips();
     void Follow(const Change& change);
+    void ReleaseKeys(bool all);
     void RebuildSoon();
     void ShowSlots();
     void StripChanged(quint32 id);
@@ -72,6 +74,7 @@ private:
     int stripsHeight = 0;
     int dropPlace = -1;
     bool rebuildWanted = false;
+    CTransportControl::Releases released;
     int builtWidth = 0;
 };
 

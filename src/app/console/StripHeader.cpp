@@ -70,11 +70,10 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     button(350, picture::kGlyphPianoRoll, 442, hasTool(ETool::kPianoRoll), [open] { open(ETool::kPianoRoll); });
     button(377, picture::kGlyphAutomation, 443, hasTool(ETool::kAutomation), [open] { open(ETool::kAutomation); });
     button(404, picture::kGlyphBall, 445, hasTool(ETool::kBall), [open] { open(ETool::kBall); });
-    auto& arpeggiator =
-        AddChild<CSwitchCtrl>(0U, 431, 4, 24, 20, &instrument->arpeggiator.on, picture::kGlyphArpeggiator);
-    arpeggiator.section = ESection::kKeyboard;
-    BindValue(arpeggiator, context, "Arpeggiator", 463);
-    arpeggiator.onAlternativeClick = [open](CControl&) { open(ETool::kArpeggiator); };
+    arpeggiator = &AddChild<CSwitchCtrl>(0U, 431, 4, 24, 20, &instrument->arpeggiator.on, picture::kGlyphArpeggiator);
+    arpeggiator->section = ESection::kKeyboard;
+    BindValue(*arpeggiator, context, "Arpeggiator", 463);
+    arpeggiator->onAlternativeClick = [open](CControl&) { open(ETool::kArpeggiator); };
     auto& keys = AddChild<CSwitchCtrl>(0U, 458, 4, 24, 20, &instrument->keyboardOn, picture::kGlyphKeyboard);
     keys.section = ESection::kKeyboard;
     const auto tell = [&station = context.station, id] { station.Changes().Tell({EChange::kInstrument, id}); };

@@ -119,8 +119,14 @@ inline void RunSettledStrip(StripJob& job, int frames) noexcept {
     job.mixGainRight = job.state->gainRight;
 }
 
+template <EFilters filters>
+void RunGroupWithSends(StripJob* jobs, int count, int frames, bool sendsMove) noexcept {
+    sendsMove ? RunGroup<filters, true>(jobs, count, frames) : RunGroup<filters, false>(jobs, count, frames);
+}
+
 inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     bool filters = false;
+    bool fades = false;
     bool gainsMove = false;
     bool sendsMove = false;
     for (int i = 0; i < count; ++i) {
@@ -128,15 +134,16 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
         MixFromPlanes(jobs[i]);
         PrepareExtra(jobs[i], moves, frames);
         filters |= EqualizerRuns(jobs[i]);
+        fades |= EqualizerFades(jobs[i]);
         gainsMove |= moves;
         sendsMove |= PrepareSends(jobs[i]);
     }
-    if (filters)
-        sendsMove ? RunGroup<true, true>(jobs, count, frames) : RunGroup<true, false>(jobs, count, frames);
-    else if (sendsMove)
-        RunGroup<false, true>(jobs, count, frames);
-    else if (gainsMove)
-        RunGroup<false, false>(jobs, count, frames);
+    if (fades)
+        RunGroupWithSends<EFilters::kFading>(jobs, count, frames, sendsMove);
+    else if (filters)
+        RunGroupWithSends<EFilters::kOn>(jobs, count, frames, sendsMove);
+    else if (gainsMove || sendsMove)
+        RunGroupWithSends<EFilters::kNone>(jobs, count, frames, sendsMove);
     else
         for (int i = 0; i < count; ++i) RunSettledStrip(jobs[i], frames);
 }

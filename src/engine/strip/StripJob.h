@@ -49,6 +49,8 @@ struct alignas(64) StripJob {
     // Filled in before: says that the inputs stay as they are until MixStrips is done. A strip with nothing
     // but a constant gain is then mixed straight from them, and its left and right planes are not written.
     bool inputsStay = false;
+    // Its owner has had it processed already.
+    bool isRendered = false;
 };
 
 // What is added to; a send bus with a null buffer is left out.
@@ -74,15 +76,6 @@ StripPlanes MakeStripPlanes(const Planes& planes, int first = 0) noexcept {
             {planes.Plane(first + 2), planes.Plane(first + 3), planes.Plane(first + 4), planes.Plane(first + 5)},
             planes.Plane(first + 6),
             planes.Plane(first + 7)};
-}
-
-// The largest smoothed gain of send k over all strips; after ProcessStrips it says whether the send's
-// effect has anything to hear (above kAudibleSendGain).
-inline float LargestSendGain(const StripJob* jobs, int count, int k) noexcept {
-    float largest = 0;
-    for (int i = 0; i < count; ++i)
-        if (jobs[i].state->sendGain[k] > largest) largest = jobs[i].state->sendGain[k];
-    return largest;
 }
 
 }  // namespace quib

@@ -58,6 +58,8 @@ struct PatternBlock {
 // Reads up to the closing bracket or the end of the bytes.
 void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBuilders lanes);
 void WritePatternBlock(CRecordWriter& writer, const CInstrument& instrument);
+// The block with one pattern alone, written even when it is empty.
+void WritePatternAlone(CRecordWriter& writer, const CInstrument& instrument, int pattern);
 
 // One notes line if the pattern has notes or is marked as used.
 void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used);
@@ -75,10 +77,22 @@ struct PatternSet {
     CEventLanes midiLanes;
     CEventLanes mixLanes;
     CEventLanes pluginLanes;
+    std::string pluginName;  // whose parameters the plug-in's points mean
+};
+
+// One pattern of a pattern file.
+struct PatternClip {
+    PatternSet set;
+    int pattern = 0;  // which one of the set
+    // A whole pattern with its automation, not only notes of one.
+    bool IsWhole() const noexcept { return set.mode.has_value(); }
+    const CPattern& Notes() const noexcept { return *set.patterns[static_cast<std::size_t>(pattern)]; }
 };
 
 // False when the bytes hold no record of a pattern file; `set` is as before then.
 bool ReadPatternFile(std::string_view bytes, PatternSet& set, std::string& error);
+// The first pattern of a pattern file's text; nothing when there is none.
+std::optional<PatternClip> ReadPatternClip(std::string_view text);
 
 // Replaces all sixteen patterns and their points in an instrument that may be playing; patterns that
 // the set does not mention become empty. Points of the song stay.
