@@ -20,7 +20,7 @@ void Put(const CRecordWriter& writer) {
 
 void CopyNotesToClipboard(const CPattern& notes) {
     CRecordWriter writer;
-    WriteNotes(writer, "PATTERN_NOTES", 0, notes, 1);
+    WriteNotes(writer, "", 0, notes, 1);
     Put(writer);
 }
 

@@ -57,8 +57,7 @@ void WriteBlockHead(CRecordWriter& writer, const CInstrument& instrument) {
 }
 
 void WritePattern(CRecordWriter& writer, const CInstrument& instrument, int pattern, std::int32_t used) {
-    WriteNotes(writer, "PATTERN_NOTES", pattern, *instrument.patterns[static_cast<std::size_t>(pattern)].ForEdit(),
-               used);
+    WriteNotes(writer, "", pattern, *instrument.patterns[static_cast<std::size_t>(pattern)].ForEdit(), used);
     WritePatternPoints(writer, "PATTERN_MIDIPARAM_EVENTS", *instrument.midiLanes.ForEdit(), pattern);
     WritePatternPoints(writer, "PATTERN_PLUGINPARAM_EVENTS", SlotLanes(*instrument.plugin.ForEdit()), pattern);
     WritePatternPoints(writer, "PATTERN_MIXPARAM_EVENTS", *instrument.mixLanes.ForEdit(), pattern);
@@ -93,6 +92,14 @@ void CNoteReader::Read(const CRecordReader& line) {
     }
 }
 
+void CNoteReader::ReadSteps(const CRecordReader& line) {
+    const std::int32_t index = line.Integer(1);
+    if (!line.HasFields(3) || index < 0 || index >= kPatternCount) return;
+    Pattern& pattern = patterns[static_cast<std::size_t>(index)];
+    pattern.mentioned = true;
+    pattern.steps = line.Integer(2);
+}
+
 std::shared_ptr<const CPattern> CNoteReader::Take(std::size_t pattern) {
     Pattern& content = patterns[pattern];
     if (!content.mentioned) return nullptr;
@@ -111,6 +118,8 @@ void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBui
             block.pluginName = reader.Text(1);
         } else if (key == "PATTERN_NOTES") {
             block.notes.Read(reader);
+        } else if (key == "PATTERN_STEPS") {
+            block.notes.ReadSteps(reader);
         } else if (key == "PATTERN_MIDIPARAM_EVENTS") {
             ReadPatternPoints(reader, kMidiLaneCount, lanes.midi);
         } else if (key == "PATTERN_PLUGINPARAM_EVENTS") {
@@ -121,9 +130,16 @@ void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBui
     }
 }
 
-void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used) {
-    if (content.Notes().empty() && used < 1) return;
-    writer.Key(key).Integer(pattern).Integer(content.StepCount()).Integer(used);
+// Without notes and mark only a length that is not the usual one is told, by a key that older readers pass over.
+void WriteNotes(CRecordWriter& writer, std::string_view prefix, int pattern, const CPattern& content,
+                std::int32_t used) {
+    const std::string family(prefix);
+    if (content.Notes().empty() && used < 1) {
+        if (content.StepCount() == kDefaultStepCount) return;
+        writer.Key(family + "PATTERN_STEPS").Integer(pattern).Integer(content.StepCount());
+        return writer.EndLine();
+    }
+    writer.Key(family + "PATTERN_NOTES").Integer(pattern).Integer(content.StepCount()).Integer(used);
     for (const Note& note : content.Notes()) {
         writer.Real(note.position).Integer(note.key).Real(note.length).Integer(note.velocity);
     }

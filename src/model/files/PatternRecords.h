@@ -24,6 +24,8 @@ class CNoteReader {
 public:
     // Adds the notes of a line to its pattern; skips a line without a pattern 0..15.
     void Read(const CRecordReader& line);
+    // The same for a line that tells the number of steps of a pattern without notes.
+    void ReadSteps(const CRecordReader& line);
     // Null for a pattern that was not mentioned. To be called once for each pattern.
     std::shared_ptr<const CPattern> Take(std::size_t pattern);
     std::int32_t Used(std::size_t pattern) const noexcept { return patterns[pattern].used; }
@@ -61,8 +63,10 @@ void WritePatternBlock(CRecordWriter& writer, const CInstrument& instrument);
 // The block with one pattern alone, written even when it is empty.
 void WritePatternAlone(CRecordWriter& writer, const CInstrument& instrument, int pattern);
 
-// One notes line if the pattern has notes or is marked as used.
-void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used);
+// One line of notes if the pattern has notes or is marked as used, of steps if it only has an unusual length.
+// `prefix` stands before its key.
+void WriteNotes(CRecordWriter& writer, std::string_view prefix, int pattern, const CPattern& content,
+                std::int32_t used);
 
 // The step-number mode and value of a record; limited to what exists.
 EStepNumberMode ToStepNumberMode(std::int32_t number) noexcept;
