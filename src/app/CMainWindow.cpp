@@ -180,9 +180,7 @@ void CMainWindow::TakePluginLibrary(const QString& path) {
         SlotPlace place{SlotPlace::EKind::kInsert, instrument->Id(), 0};
         const auto first = workstation.Places().Slot(place);
         if (first->plugin || first->missing) place.index = 1;
-        if (workstation.Places().LoadPlugin(place, path, error)) {
-            instrument->strip.insertOn[static_cast<std::size_t>(place.index)].Set(1.0F);
-        }
+        workstation.Places().LoadInsert(place, path, error);
     } else {
         error = Text("There is no instrument to put this effect into.");
     }

@@ -44,6 +44,22 @@ void CContents::SetPattern(std::uint32_t id, int pattern, std::shared_ptr<const 
     context.changes.Publish(PatternPlace(instrument, pattern), std::move(next), undoName);
 }
 
+// Files keep the number beside the notes, too.
+void CContents::SetSteps(int index, int pattern, int count) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || !IsPattern(pattern) || count < 1 || count > kMaximumStepCount) return;
+    const auto before = instrument->patterns[static_cast<std::size_t>(pattern)].ForEdit();
+    if (before->StepCount() == count && instrument->stepNumber.Get() == count) return;
+    CIntegerValue& number = instrument->stepNumber;
+    const auto set = [instrument, &number](int value) { number.Set(value); };
+    CGesture change(context.changes);
+    change.Publish(PatternPlace(instrument, pattern),
+                   std::make_shared<const CPattern>(count, before->Notes(), std::min(before->LoopStart(), count - 1)));
+    change.Note(
+        &number, [set, former = number.Get()] { set(former); }, [set, count] { set(count); });
+    change.Finish(Text("Number of steps"));
+}
+
 void CContents::SetPlaylist(std::uint32_t id, std::shared_ptr<const Playlist> next, const QString& undoName) {
     const auto instrument = context.InstrumentById(id);
     if (!instrument || !next) return;

@@ -22,6 +22,27 @@ constexpr qint64 kTimedInterval = 60;  // seconds
 
 }  // namespace
 
+CSession::CSession(const DocumentContext& document, const Parts& documentParts)
+    : context(document),
+      parts(documentParts),
+      journal(
+          context.changes, saver, [this] { return GatherState(); },
+          [this](const CInstrument& instrument) { return parts.stack.HeldKeysOf(instrument); },
+          [this](const std::string& error) { BackupDone(error); }) {}
+
+void CSession::Tick() {
+    if (!guest) journal.Tick(context.folders.journal.toStdString());
+    saver.Poll();
+}
+
+// The journal is younger unless the backup has been written since.
+QString CSession::CrashCopy() const {
+    const QFileInfo written(context.folders.journal);
+    const bool isYounger =
+        written.exists() && written.lastModified() >= QFileInfo(context.folders.backupProject).lastModified();
+    return isYounger ? context.folders.journal : context.folders.backupProject;
+}
+
 QString CSession::ProjectName() const {
     return projectPath.isEmpty() ? Text("Untitled") : QFileInfo(projectPath).completeBaseName();
 }
@@ -67,6 +88,7 @@ void CSession::Publish(ProjectState state, const QString& path) {
     detector = state.detector;
     SetSaved(path);
     context.changes.Tell({EChange::kProject});
+    journal.Restart();
     parts.selection.Renew(state.instruments.empty() ? -1 : 0);
 }
 

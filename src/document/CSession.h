@@ -12,6 +12,7 @@
 
 #include "document/CAsyncSave.h"
 #include "document/CContents.h"
+#include "document/CJournal.h"
 #include "document/CPresets.h"
 #include "document/CTransportControl.h"
 #include "project/ProjectFile.h"
@@ -33,7 +34,7 @@ public:
         CTransportControl& transport;
     };
 
-    CSession(const DocumentContext& document, const Parts& documentParts) : context(document), parts(documentParts) {}
+    CSession(const DocumentContext& document, const Parts& documentParts);
 
     void NewProject();
     bool LoadProject(const QString& path, QString& error, const LoadProgress& progress = {});
@@ -53,7 +54,9 @@ public:
     // Writes the project among the timed backups now, and waits for the disk.
     bool WriteTimedCopy(QString& error);
     // What a run that did not end properly has written last.
-    QString CrashCopy() const { return context.folders.backupProject; }
+    QString CrashCopy() const;
+    // Goes on with the journal, and tells the ends of files; from the 40 ms timer.
+    void Tick();
     // A guest in a folder that belongs to another run: its backups are not written any more.
     void SetGuest() noexcept { guest = true; }
     bool IsGuest() const noexcept { return guest; }
@@ -82,6 +85,7 @@ private:
     const DocumentContext& context;
     Parts parts;
     CAsyncSave saver;
+    CJournal journal;
     DetectorSettings detector;
     QString projectPath;
     std::vector<std::string> warnings;

@@ -6,7 +6,9 @@
 // parts, so that each change is a step of undo with a name. User-interface thread.
 
 #include <QObject>
+#include <map>
 #include <memory>
+#include <utility>
 
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
@@ -65,6 +67,8 @@ Q_SIGNALS:
 private:
     void FollowNotices();
     void FollowNotice(const EngineNotice& notice);
+    void WatchLimits();
+    void LimitLearned(std::uint32_t id);
 
     Folders folders;
     CRecorder recorder;
@@ -77,12 +81,13 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
-    CPresets presets{context, stack};
     CTransportControl transport{context};
+    CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
     CSession session{context, {places, selection, stack, contents, presets, transport}};
     std::unique_ptr<CAutomationTake> take;
+    std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 
 }  // namespace quib

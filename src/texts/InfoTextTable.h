@@ -148,9 +148,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MASTER INSERT - An effect through which the whole sound goes. The button on the left switches it on and off.",
      "INSERT MASTER - Un effet que tout le son traverse. Le bouton de gauche l'active ou le coupe."},
     {451, "EDIT - Opens the window of the effect.", "ÉDITER - Ouvre la fenêtre de l'effet."},
-    {452,
-     "MASTER LEVEL - Level of the whole sound. Double click: full level. Click with the right button to type decibels.",
-     "NIVEAU MASTER - Niveau de tout le son. Double clic : niveau maximum. Clic droit : taper des décibels."},
+    {452, "MASTER LEVEL - Level of the whole sound. Double click to type decibels. Alt + click: full level.",
+     "NIVEAU MASTER - Niveau de tout le son. Double clic : taper des décibels. Alt + clic : niveau maximum."},
     {453,
      "METER - Peak level of the left and right channel. The mark on top stays lit after clipping until you click it.",
      "VU-MÈTRE - Niveau crête des voies gauche et droite. La marque du haut reste allumée après une saturation, "
@@ -190,10 +189,18 @@ inline constexpr NumberedText kInfoTexts[] = {
      "menu."},
     {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
      "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
-    {469, "KEYBOARD - Click a key to play it. Ctrl or Shift holds keys. The wheel moves along.",
-     "CLAVIER - Cliquez une touche pour la jouer. Ctrl ou Maj tient les touches. La molette défile."},
-    {470, "LEVEL - Level of the instrument. Double click: 0 dB. Shift makes the drag finer.",
-     "NIVEAU - Niveau de l'instrument. Double clic : 0 dB. Maj rend le geste plus fin."},
+    {469,
+     "KEYBOARD - Click a key to play it. With Ctrl or Shift it stays down until the next such click. The wheel moves "
+     "along.",
+     "CLAVIER - Cliquez une touche pour la jouer. Avec Ctrl ou Maj elle reste enfoncée jusqu'au prochain clic de ce "
+     "genre. La molette défile."},
+    {470,
+     "LEVEL - Level of the instrument. Double click to type decibels. Alt + click: the level of a new one. Shift makes "
+     "the "
+     "drag finer.",
+     "NIVEAU - Niveau de l'instrument. Double clic : taper des décibels. Alt + clic : celui d'un nouvel instrument. "
+     "Maj "
+     "rend le geste plus fin."},
     {471, "MUTE - Silences the instrument.", "MUTE - Coupe l'instrument."},
     {472, "SOLO - Only instruments in solo are heard. With Solo Cumul Mode several can be.",
      "SOLO - Seuls les instruments en solo s'entendent. Avec Solos cumulés, plusieurs à la fois."},

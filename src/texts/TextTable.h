@@ -112,7 +112,8 @@ inline constexpr KeyedText kTexts[] = {
     {"Plugin Preset File (*.fxp)", "Fichier preset de plug-in (*.fxp)"},
     {"VST library (%1)", "Bibliothèque VST (%1)"},
     {"Instruments (*.ist %1)", "Instruments (*.ist %1)"},
-    {"Wave and MP3 files (*.wav *.mp3)", "Fichiers Wave et MP3 (*.wav *.mp3)"},
+    {"Wave files (*.wav)", "Fichiers Wave (*.wav)"},
+    {"MP3 files (*.mp3)", "Fichiers MP3 (*.mp3)"},
     {"This file exists !\r\nDo you want to replace it ?", "Ce fichier existe !\r\nVoulez-vous le remplacer ?"},
     {"\"%1\" has changes that are not saved. Save them?",
      "« %1 » contient des modifications non enregistrées. Les enregistrer ?"},
@@ -125,11 +126,13 @@ inline constexpr KeyedText kTexts[] = {
      "Backup ?"},
     {"The last start ended while it loaded its project. Load the last session nevertheless? It also stays under File > "
      "Restore backup.",
-     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? Elle "
+     "Le dernier démarrage s'est terminé pendant le chargement du projet. Charger quand même la dernière session ? "
+     "Elle "
      "reste aussi dans Fichier > Restaurer une sauvegarde."},
     {"The last session cannot be kept in \"%1\", so this window leaves it as it is and writes no backups. Its work has "
      "to be saved before it closes.",
-     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et n'écrit "
+     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et "
+     "n'écrit "
      "aucune sauvegarde. Le travail doit être enregistré avant de la fermer."},
     {"QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second window can be opened "
      "that neither writes backups nor keeps the session.",
@@ -141,6 +144,8 @@ inline constexpr KeyedText kTexts[] = {
     {"Backups cannot be written, so a crash would lose your work: %1",
      "Les sauvegardes ne peuvent pas être écrites ; un plantage ferait perdre votre travail : %1"},
     {"The recording goes on in %1", "L'enregistrement continue dans %1"},
+    {"Presets are switched off: Settings > Presets On lets the console and MIDI recall them.",
+     "Les presets sont désactivés : Réglages > Presets actifs permet à la console et au MIDI de les rappeler."},
     {"Untitled", "Sans titre"},
     {"and %1 more", "et %1 de plus"},
     {"The manual cannot be opened: %1", "Le manuel ne peut pas être ouvert : %1"},

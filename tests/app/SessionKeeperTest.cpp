@@ -97,6 +97,38 @@ TEST_F(SessionKeeperTest, ASessionThatCannotBeReadIsKeptBeforeItIsReplaced) {
     EXPECT_EQ(Mark("ErrorClosed"), 1);
 }
 
+TEST_F(SessionKeeperTest, AfterACrashTheJournalBringsBackWhatTheBackupHasNotYet) {
+    ASSERT_TRUE(Session().LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
+    Session().WriteBackup(false);
+    workstation->Presets().AddPreset(2);
+    Contents().SetSteps(3, 7, 40);
+    At(1)->midi.channel.Set(5);
+    At(1)->swing.Set(0.5F);
+    PluginAt(0).SetParameter(2, 0.125F);
+    workstation->Changes().Touch();
+    const auto journal = [this] {
+        for (int tick = 0; tick < 200; ++tick) workstation->Tick();
+        Session().Saver().Finish();
+        return Content(folders.journal);
+    };
+    const QByteArray written = journal();
+    Session().WriteCopy(File("now.prg"));
+    Session().Saver().Finish();
+    EXPECT_TRUE(written == Content(File("now.prg"))) << written.size();
+    QFile::remove(folders.journal);
+    EXPECT_TRUE(journal().isEmpty()) << "nothing has changed";
+    Put(folders.journal, written);
+
+    Session().NewProject();
+    settings.WriteSettingInt(kSettingsSection, QStringLiteral("BackupClosed"), 0);
+    answer = true;
+    keeper.Begin({});
+    ASSERT_EQ(Stack().Instruments().size(), 10U);
+    EXPECT_EQ(At(3)->patterns[7].ForEdit()->StepCount(), 40);
+    EXPECT_TRUE(Session().IsModified());
+    EXPECT_TRUE(IsKept(written));
+}
+
 TEST_F(SessionKeeperTest, AGuestLeavesEverythingOfTheFirstWindowAlone) {
     const QByteArray left = LeaveSession();
     Put(folders.backupProject, "the first one's");

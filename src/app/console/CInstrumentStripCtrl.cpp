@@ -106,6 +106,7 @@ void CInstrumentStripCtrl::ShowContent() {
     plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
     channel->SetText(ChannelText(instrument->midi.channel.Get()));
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
+    presetShown.Set(static_cast<float>(context.station.Presets().Recalled(instrument->Id())));
     if (collapsed) return;
     modeShown.Set(static_cast<float>(static_cast<int>(SelectedStepNumberMode(*instrument))));
     for (int place = 0; place < kInsertCount; ++place) {
@@ -235,12 +236,7 @@ void CInstrumentStripCtrl::SendPatternMask(std::uint32_t mask) {
 
 void CInstrumentStripCtrl::SetSteps(int count) {
     const int pattern = std::clamp(instrument->patternSelected.Get(), 0, kPatternCount - 1);
-    const auto before = instrument->patterns[static_cast<std::size_t>(pattern)].ForEdit();
-    instrument->stepNumber.Set(count);
-    context.station.Contents().SetPattern(
-        instrument->Id(), pattern,
-        std::make_shared<const CPattern>(count, before->Notes(), std::min(before->LoopStart(), count - 1)),
-        Text("Number of steps"));
+    context.station.Contents().SetSteps(Index(), pattern, count);
 }
 
 void CInstrumentStripCtrl::ToggleCollapsed() { context.station.Stack().SetCollapsed(Index(), !collapsed); }

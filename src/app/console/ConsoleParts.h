@@ -24,8 +24,10 @@ struct ConsoleActions {
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
-    // Adds an instrument, shows why it could not.
+    // Adds an instrument, shows why it could not, and what it lacks.
     std::function<void(const QString& nameOrPath)> addInstrument;
+    // Tells what a loading left out.
+    std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };
 
 struct ConsoleContext {

@@ -118,6 +118,7 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
                        LoadFile(context, window, EFileKind::kInstrument, [&](const QString& path, QString& error) {
                            return station.Stack().LoadInstrument(index, path, error);
                        });
+                       if (context.actions.showWarnings) context.actions.showWarnings(station.Stack().TakeWarnings());
                    }));
     menu.addAction(Text("Save Instrument As..."), with([=, &station](int index) {
                        const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);

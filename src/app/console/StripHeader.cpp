@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The header of an instrument's strip and the keyboard below it.
 #include <QMenu>
+#include <cmath>
 
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
@@ -91,7 +92,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     presets->section = ESection::kPattern;
     presets->infoString = 467;
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
-    presets->onSelect = [this](int preset) { context.station.Presets().RecallPreset(Index(), preset); };
+    presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };
     presets->onPresetMenu = [this, id](int preset) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillPresetMenu(menu, context, id, preset); });
@@ -126,7 +127,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {
-        instrument->keyboardPosition = offset / (CKeyboardExCtrl::kOctaveWidth / 12);
+        instrument->keyboardPosition = static_cast<int>(std::lround(offset * 12.0 / CKeyboardExCtrl::kOctaveWidth));
     };
     keyboard->SetScrollOffset(instrument->keyboardPosition * CKeyboardExCtrl::kOctaveWidth / 12);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "model/plugin/BankUnheard.h"
 #include "model/plugin/vst2/BankImage.h"
 #include "model/plugin/vst2/CVst2Plugin.h"
 
@@ -164,6 +165,25 @@ StateImage CVst2Plugin::SaveBank() {
     writer.Integer(static_cast<std::int32_t>(chunk.size()));
     writer.Bytes(chunk);
     return writer.Finish();
+}
+
+StateImage SaveBankUnheard(CPlugin& plugin, const StateImage& last) {
+    auto* const programs = dynamic_cast<CVst2Plugin*>(&plugin);
+    return programs != nullptr ? programs->SaveBankUnheard(last) : plugin.SaveBank();
+}
+
+StateImage CVst2Plugin::SaveBankUnheard(const StateImage& last) {
+    const int program = CurrentProgram();
+    CImageWriter writer;
+    WriteProgramRecord(writer, CurrentValues());
+    const StateImage record = writer.Finish();
+    const std::size_t offset = kBankProgramsHeader + static_cast<std::size_t>(std::max(program, 0)) * record.size();
+    if (HasChunks() || effect->numPrograms <= 1 || program < 0 || last.size() < offset + record.size()) {
+        return SaveBank();
+    }
+    StateImage image = last;
+    std::copy(record.begin(), record.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));
+    return image;
 }
 
 StateImage CVst2Plugin::SaveProgram() {
