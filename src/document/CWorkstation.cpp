@@ -43,9 +43,15 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
               [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
+    connect(&changes, &CChanges::ValueMoved, this,
+            [this](const void* thing, int part) { automationRecording.Touched(thing, part); });
+    connect(&places, &CPluginPlaces::ParameterMoved, this, [this](const void* plugin, int parameter) {
+        automationRecording.ParameterMoved(static_cast<const CPlugin*>(plugin), parameter);
+    });
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
+        automationRecording.Abandon();
     });
 }
 
@@ -79,6 +85,7 @@ void CWorkstation::FollowNotices() {
         audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     noteRecording.Tick();
+    automationRecording.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
 }

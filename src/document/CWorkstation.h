@@ -9,8 +9,10 @@
 #include <memory>
 
 #include "devices/COutputManager.h"
+#include "document/CAutomationRecording.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CLanes.h"
 #include "document/CNoteRecording.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
@@ -41,6 +43,8 @@ public:
     CPluginPlaces& Places() noexcept { return places; }
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
+    const CLanes& Lanes() const noexcept { return lanes; }
+    CAutomationRecording& AutomationRecording() noexcept { return automationRecording; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
@@ -75,6 +79,8 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
+    CLanes lanes{context, places, contents};
+    CAutomationRecording automationRecording{context, lanes};
     CPresets presets{context, stack};
     CTransportControl transport{context};
     CRecording recording{context, recorder};

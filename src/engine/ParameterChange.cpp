@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "model/edits/BallEdits.h"
 
 namespace quib {
 
@@ -12,6 +15,10 @@ void PlayMixLanes(CInstrument& instrument, int slot, float position, double samp
     for (const CEventLanes::Lane& lane : instrument.mixLanes.ForRender().Lanes(slot)) {
         if (!IsMixLane(lane.index)) continue;
         const auto index = static_cast<std::size_t>(lane.index);
+        if ((instrument.heldMix.Get() >> index & 1U) != 0) {
+            instrument.play.lastMixValue[index] = std::numeric_limits<float>::quiet_NaN();
+            continue;
+        }
         const auto value = ValueAt(*lane.points, position, MixParameters()[index].kind);
         if (!value || *value == instrument.play.lastMixValue[index]) continue;
         instrument.play.lastMixValue[index] = *value;
@@ -66,9 +73,8 @@ void ChangeMixValue(CInstrument& instrument, int lane, float value, double sampl
 
 void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignments, float place,
               double sampleRate) noexcept {
-    const float share = place / 128.0F;
     for (const BallAssignment& assignment : assignments) {
-        const float value = assignment.high / 128.0F * share + assignment.low / 128.0F * (1.0F - share);
+        const float value = BallShare(assignment, place);
         switch (assignment.target) {
             case EBallTarget::kPlugin:
                 entry.plugin->PlayParameter(assignment.parameter, value);

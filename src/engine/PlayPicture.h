@@ -24,6 +24,12 @@ struct InstrumentPicture {
     std::array<std::uint8_t, kShownKeys> heldKeys{};
 };
 
+// Where the balls of the one instrument are that a window shows.
+struct BallPicture {
+    std::uint32_t instrument = 0;                                                   // 0: none
+    std::array<std::array<float, 2>, InstrumentPlayState::kMaximumBalls> places{};  // x and y, 0..127
+};
+
 struct PlayPicture {
     bool playing = false;
     std::int32_t globalStep = 0;
@@ -33,6 +39,7 @@ struct PlayPicture {
     std::int64_t sampleCounter = 0;
     std::uint32_t midiCount = 0;  // live messages that came in
     PlayTime time;
+    BallPicture balls;
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};
 };

@@ -195,6 +195,10 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(lastAutomation.size())) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
+    if (index == heldParameter.Get()) {
+        last = std::numeric_limits<float>::quiet_NaN();
+        return;
+    }
     if (last != value && PlayParameter(index, value)) last = value;
 }
 

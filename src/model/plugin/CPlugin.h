@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "model/CEventLanes.h"
+#include "model/CValue.h"
 #include "model/MidiEvents.h"
 #include "model/Preset.h"
 #include "model/plugin/BankResult.h"
@@ -120,7 +121,8 @@ public:
     // True once after the plug-in's output had to be muted; for a message to the user.
     bool TakeFaultReport() noexcept;
 
-    CPublished<CEventLanes> lanes;  // automation of the plug-in's parameters
+    CPublished<CEventLanes> lanes;    // automation of the plug-in's parameters
+    CIntegerValue heldParameter{-1};  // the hand is on it: its lane plays nothing; -1: on none
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
     // render thread is silent for the blocks that fall into it and neither plays notes nor sets
