@@ -46,17 +46,17 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
 CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
                                    const ArpeggiatorValues& firstValues)
     : CControl(window, number, left, top, kWidth, kHeight) {
-    auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, Text("ON"));
+    auto& on = AddChild<CSwitchCtrl>(0U, 7, 6, 44, 20, nullptr, Text("ON"));
     on.infoString = 410;
     on.name = Text("Arpeggiator");
     bound.push_back({&on, &ArpeggiatorValues::on});
-    auto& mode = AddChild<CSelectorCtrl>(0U, 74, 14, 90, 22, nullptr,
+    auto& mode = AddChild<CSelectorCtrl>(0U, 56, 6, 102, 20, nullptr,
                                          QStringList{Text("Up"), Text("Down"), Text("Up & down"), Text("Random")});
     mode.infoString = 411;
     mode.name = Text("Arpeggiator mode");
     bound.push_back({&mode, &ArpeggiatorValues::mode});
     auto& extMode = AddChild<CSelectorCtrl>(
-        0U, 170, 14, 90, 22, nullptr, QStringList{Text("Each key"), Text("Pass"), Text("Pass, back"), Text("Random")});
+        0U, 163, 6, 100, 20, nullptr, QStringList{Text("Each key"), Text("Pass"), Text("Pass, back"), Text("Random")});
     extMode.infoString = 414;
     extMode.name = Text("Arpeggiator extension mode");
     bound.push_back({&extMode, &ArpeggiatorValues::extMode});
@@ -65,7 +65,7 @@ CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, in
     hint.backgroundColour = Palette().Colour(QStringLiteral("panel"));
     int place = 7;
     for (const KnobPlan& plan : kKnobs) {
-        auto& knob = AddChild<CKnobCtrl>(0U, place, 64, 42, 58, nullptr);
+        auto& knob = AddChild<CKnobCtrl>(0U, place, 30, 42, 56, nullptr);
         knob.label = Text(plan.label);
         knob.name = Text(plan.name);
         knob.maximum = plan.maximum;

@@ -19,7 +19,10 @@ CControl::CControl(CWinControl& window, std::uint32_t number, int left, int top,
       height(newHeight),
       value(bound) {}
 
-CControl::~CControl() { owner.Forget(*this); }
+CControl::~CControl() {
+    if (gestureStart && owner.onHold) owner.onHold(value, false);
+    owner.Forget(*this);
+}
 
 CCanvas& CControl::Canvas() const noexcept { return owner.Canvas(); }
 
@@ -162,13 +165,16 @@ QString CControl::ValueText() const {
 }
 
 void CControl::BeginGesture() {
-    if (!gestureStart && value != nullptr) gestureStart = value->Get();
+    if (gestureStart || value == nullptr) return;
+    gestureStart = value->Get();
+    if (owner.onHold) owner.onHold(value, true);
 }
 
 void CControl::EndGesture() {
     if (!gestureStart) return;
     const float before = *gestureStart;
     gestureStart.reset();
+    if (owner.onHold) owner.onHold(value, false);
     if (onGesture && value != nullptr && value->Get() != before) onGesture(*this, before);
 }
 

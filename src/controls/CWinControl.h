@@ -78,6 +78,8 @@ public:
 
     CInfoCtrl* infoPanel = nullptr;
     std::function<void(CControl& topLevel)> onControlClicked;
+    // The user takes hold of a control's value or lets it go.
+    std::function<void(const CValue* value, bool held)> onHold;
     std::function<void(CControl& target, int menu)> onPopupMenu;
     std::function<void(const QString& caption, const QString& text)> onMessage;
 

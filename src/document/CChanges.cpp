@@ -34,6 +34,7 @@ void CChanges::PushDone(const QString& name, std::function<void()> forth, std::f
 void CChanges::PushValue(const QString& name, const void* thing, int part, float before, float after,
                          std::function<void(float)> set) {
     undo.push(new CGestureCommand(name, thing, part, before, after, std::move(set)));
+    Q_EMIT ValueMoved(thing, part);
 }
 
 void CChanges::Undo() {

@@ -94,6 +94,8 @@ Q_SIGNALS:
     void Changed(const quib::Change& change);
     void ModifiedChanged(bool modified);
     void Settling();
+    // The user has moved a single value: a setting (part 0), or a parameter `part` of the plug-in `thing`.
+    void ValueMoved(const void* thing, int part);
 
 private:
     void TellModified();

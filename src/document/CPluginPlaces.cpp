@@ -199,9 +199,8 @@ void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const Pl
         [publish, before = slot->ForEdit()] { publish(before); });
 }
 
-std::shared_ptr<const PluginSlot> CPluginPlaces::LoadedSlot(const SlotPlace& place, const QString& nameOrPath,
-                                                            QString& error) {
-    if (!PublishedSlot(place)) return nullptr;
+bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
+    if (!PublishedSlot(place)) return false;
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
     const auto plugin = LoadLibrary(nameOrPath, isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect, error);
     if (!plugin) return false;

@@ -48,10 +48,16 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
     audio.settings.songMode.Set(0.0F);  // as for a new project
+    connect(&changes, &CChanges::ValueMoved, this,
+            [this](const void* thing, int part) { automationRecording.Touched(thing, part); });
+    connect(&places, &CPluginPlaces::ParameterMoved, this, [this](const void* plugin, int parameter) {
+        automationRecording.ParameterMoved(static_cast<const CPlugin*>(plugin), parameter);
+    });
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
         performance.Abandon();
+        automationRecording.Abandon();
     });
 }
 
@@ -87,6 +93,7 @@ void CWorkstation::FollowNotices() {
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     noteRecording.Tick();
     performance.Tick();
+    automationRecording.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
 }

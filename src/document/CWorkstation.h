@@ -11,8 +11,10 @@
 #include <utility>
 
 #include "devices/COutputManager.h"
+#include "document/CAutomationRecording.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CLanes.h"
 #include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
 #include "document/CPerformance.h"
@@ -48,6 +50,8 @@ public:
     CContents& Contents() noexcept { return contents; }
     CSong& Song() noexcept { return song; }
     CPerformance& Performance() noexcept { return performance; }
+    const CLanes& Lanes() const noexcept { return lanes; }
+    CAutomationRecording& AutomationRecording() noexcept { return automationRecording; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
@@ -89,6 +93,8 @@ private:
     CContents contents{context};
     CSong song{context, contents};
     CPerformance performance{context};
+    CLanes lanes{context, places, contents};
+    CAutomationRecording automationRecording{context, lanes};
     CTransportControl transport{context};
     CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};

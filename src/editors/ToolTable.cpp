@@ -6,6 +6,7 @@
 
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
 #include "editors/automation/CWinControlParamEvent.h"
+#include "editors/ball/CWinControlBall.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 #include "texts/Texts.h"
 
@@ -43,7 +44,7 @@ const std::array kRows = {
             true,
             Qt::Key_F4,
             Make<CWinControlArpeggiator>},
-    ToolRow{ETool::kBall, "Ball", TextKey("Ball pad"), {445, 436}, true, false, Qt::Key_F5, nullptr},
+    ToolRow{ETool::kBall, "Ball", TextKey("Ball pad"), {445, 436}, true, false, Qt::Key_F5, Make<CWinControlBall>},
     ToolRow{ETool::kTutorial, "Tutorial", TextKey("Tutorial"), {640, 580}, true, true, Qt::Key_unknown, nullptr},
 };
 

@@ -41,6 +41,7 @@ struct BlockContext {
     std::array<CPlugin*, kInsertCount> masterInserts{};
     std::array<CPlugin*, kSendCount> sharedEffects{};
     const CEventLanes* masterLanes = nullptr;
+    std::uint32_t ballsShown = 0;  // instrument whose balls are in the picture; 0: none
 
     int frames = 0;
     double sampleRate = 44100.0;

@@ -47,8 +47,9 @@ public:
     CValue recordAutomation;  // switch: incoming controllers are recorded
     NoteCaptureSettings noteCapture;
     MetronomeSettings metronome;
-    CValue testTone;  // switch: a steady tone in the master bus, to check levels
-    CValue paused;    // switch: devices play silence and do not render
+    CSharedSetting<std::uint32_t> ballsShown;  // id of the instrument whose balls the picture has; 0: none
+    CValue testTone;                           // switch: a steady tone in the master bus, to check levels
+    CValue paused;                             // switch: devices play silence and do not render
     std::array<CValue, 2> masterPeak;
 
     float CpuLoad() const noexcept { return cpuMeter.Load(); }

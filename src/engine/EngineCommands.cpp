@@ -2,6 +2,9 @@
 #include "engine/EngineCommands.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "engine/ParameterChange.h"
 
 namespace quib {
 
@@ -16,13 +19,21 @@ void SelectPattern(InstrumentPlayState& play, int pattern, bool playing) noexcep
     }
 }
 
-void PlaceBall(InstrumentPlayState& play, int ball, float x, float y) noexcept {
-    if (ball < 0 || ball >= static_cast<int>(play.balls.size())) return;
-    play.balls[static_cast<std::size_t>(ball)] = {x, y};
+// What is assigned to the ball follows in this block.
+void PlaceBall(BlockInstrument& entry, const EngineCommand& command, double sampleRate) noexcept {
+    auto& balls = entry.instrument->play.balls;
+    const auto ball = static_cast<std::size_t>(command.value);
+    if (command.value < 0 || ball >= balls.size() || std::isnan(command.x) || std::isnan(command.y)) return;
+    balls[ball] = {std::clamp(command.x, 0.0F, 127.0F), std::clamp(command.y, 0.0F, 127.0F)};
+    const BallSoundList& sounds = entry.instrument->ballSounds.ForRender();
+    if (ball >= sounds.size()) return;
+    MoveBall(entry, sounds[ball].horizontal, balls[ball][0], sampleRate);
+    MoveBall(entry, sounds[ball].vertical, balls[ball][1], sampleRate);
 }
 
-void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
+void RunInstrumentCommand(const EngineCommand& command, BlockInstrument& entry,
                           const CommandTargets& targets) noexcept {
+    CInstrument& instrument = *entry.instrument;
     switch (command.kind) {
         case EngineCommand::EKind::kSelectPattern:
             return SelectPattern(instrument.play, command.value, targets.songTime.Transport().playing);
@@ -30,7 +41,7 @@ void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
             instrument.play.restartStep = std::max(0, command.value);
             return;
         case EngineCommand::EKind::kMoveBall:
-            return PlaceBall(instrument.play, command.value, command.x, command.y);
+            return PlaceBall(entry, command, targets.block.sampleRate);
         case EngineCommand::EKind::kPlayNote:
             return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x),
                                           command.time != 0 ? command.time : targets.block.now);
@@ -75,9 +86,8 @@ void RunCommand(const EngineCommand& command, const CommandTargets& targets) noe
         default:
             break;
     }
-    for (const BlockInstrument& entry : targets.block.instruments) {
-        if (entry.instrument->Id() == command.instrument)
-            return RunInstrumentCommand(command, *entry.instrument, targets);
+    for (BlockInstrument& entry : targets.block.instruments) {
+        if (entry.instrument->Id() == command.instrument) return RunInstrumentCommand(command, entry, targets);
     }
 }
 

@@ -17,7 +17,7 @@ struct EngineCommand {
         kLocate,         // value: song step
         kSelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
         kStartPattern,   // value: step; the current pattern begins there at the next beat
-        kMoveBall,       // value: ball; x, y: 0..127
+        kMoveBall,       // value: ball; x, y: 0..127; what is assigned to it follows at once
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
         kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
         kPanic,          // every note and pedal of every instrument ends, known or not

@@ -2,6 +2,7 @@
 #include "engine/InstrumentChain.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "engine/BlockTime.h"
 #include "engine/ParameterChange.h"
@@ -146,6 +147,10 @@ private:
         for (const CEventLanes::Lane& lane : instrument.mixLanes.ForRender().Lanes(slot)) {
             if (!IsMixLane(lane.index)) continue;
             float& last = play.lastMixValue[static_cast<std::size_t>(lane.index)];
+            if ((instrument.heldMix.Get() >> lane.index & 1U) != 0) {
+                last = std::numeric_limits<float>::quiet_NaN();
+                continue;
+            }
             const auto value =
                 ValueAt(*lane.points, position, MixParameters()[static_cast<std::size_t>(lane.index)].kind);
             if (!value || *value == last) continue;

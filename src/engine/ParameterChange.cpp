@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "model/edits/BallEdits.h"
 
 namespace quib {
 
@@ -14,9 +17,8 @@ void ChangeMixValue(CInstrument& instrument, int lane, float value, double sampl
 
 void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignments, float place,
               double sampleRate) noexcept {
-    const float share = place / 128.0F;
     for (const BallAssignment& assignment : assignments) {
-        const float value = assignment.high / 128.0F * share + assignment.low / 128.0F * (1.0F - share);
+        const float value = BallShare(assignment, place);
         switch (assignment.target) {
             case EBallTarget::kPlugin:
                 entry.plugin->PlayParameter(assignment.parameter, value);

@@ -32,9 +32,14 @@ void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport
     shown.sampleCounter = transport.sampleCounter;
     shown.endedAt = transport.endedAt;
     shown.time = block.time;
+    shown.balls.instrument = 0;
     shown.instrumentCount = block.instruments.size();
     for (std::size_t index = 0; index < shown.instrumentCount; ++index) {
-        FillInstrument(shown.instruments[index], *block.instruments[index].instrument);
+        const CInstrument& instrument = *block.instruments[index].instrument;
+        FillInstrument(shown.instruments[index], instrument);
+        if (instrument.Id() != block.ballsShown) continue;
+        shown.balls.instrument = instrument.Id();
+        shown.balls.places = instrument.play.balls;
     }
 }
 

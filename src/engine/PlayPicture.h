@@ -24,6 +24,12 @@ struct InstrumentPicture {
     std::array<std::uint8_t, kShownKeys> heldKeys{};
 };
 
+// Where the balls of the one instrument are that a window shows.
+struct BallPicture {
+    std::uint32_t instrument = 0;                                                   // 0: none
+    std::array<std::array<float, 2>, InstrumentPlayState::kMaximumBalls> places{};  // x and y, 0..127
+};
+
 struct PlayPicture {
     bool playing = false;
     std::int32_t beatsToStart = 0;  // that are counted in before it plays; 0 when none are
@@ -32,9 +38,10 @@ struct PlayPicture {
     std::int32_t maxStepCount = 1;
     float stepFraction = 0;
     std::int64_t sampleCounter = 0;
-    std::int64_t endedAt = 0;  // samples from the start of playing to where it last ended by itself
+    std::int64_t endedAt = 0;     // samples from the start of playing to where it last ended by itself
     std::uint32_t midiCount = 0;  // live messages that came in
     PlayTime time;
+    BallPicture balls;
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};
 };

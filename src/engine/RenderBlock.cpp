@@ -67,6 +67,7 @@ void CAudio::GatherBlock() noexcept {
     for (std::size_t index = 0; index < kSendCount; ++index)
         block.sharedEffects[index] = PluginOf(sharedEffects[index]);
     block.masterLanes = &masterLanes.ForRender();
+    block.ballsShown = ballsShown.Get();
     block.frames = format.blockSize;
     block.sampleRate = format.sampleRate;
 }

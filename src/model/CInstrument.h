@@ -81,6 +81,7 @@ public:
     CIntegerValue stepNumber{kDefaultStepCount};           // steps shown and given to new patterns
     CIntegerValue patternSelected;                         // 0..15
     std::array<CIntegerValue, kPatternCount> patternUsed;  // not 0: chain and random may play it
+    CSharedSetting<std::uint32_t> heldMix;                 // bit n: the hand is on mix lane n, which plays nothing
     CValue keyboardOn;                                     // on-screen keyboard shown
 
     // Published by the editing thread, read by the render thread.

@@ -628,10 +628,40 @@ inline constexpr KeyedText kTexts[] = {
     {"Delay", "Délai"},
     {"Reverb", "Réverbération"},
     {"Pitch", "Hauteur"},
-    {"The plug-in \"%1\" was being loaded or opened when the program ended. It is left out now; projects keep its state. "
+    {"The plug-in \"%1\" was being loaded or opened when the program ended. It is left out now; projects keep its "
+     "state. "
      "It can be tried again under \"Failed\" in the plug-in browser.",
      "Le plug-in \"%1\" était en cours de chargement ou d'ouverture quand le programme s'est terminé. Il est laissé de "
      "côté ; les projets gardent son état. On peut le réessayer sous \"Illisibles\" dans le navigateur de plug-ins."},
+
+    // Ball pad
+    {"X and Y", "X et Y"},
+    {"ADD", "AJOUTER"},
+    {"DELETE", "EFFACER"},
+    {"NEW PLACE EVERY ... steps", "NOUVEAU LIEU ... pas"},
+    {"Ball rate", "Cadence de la bille"},
+    {"Ball MIDI", "MIDI de la bille"},
+    {"Controller", "Contrôleur"},
+    {"LEARN X", "APPRENDRE X"},
+    {"LEARN Y", "APPRENDRE Y"},
+    {"KEEP LAST 60 S", "GARDER 60 S"},
+    {"Ball assignment", "Assignation de la bille"},
+    {"Ball %1", "Bille %1"},
+    {"every %1", "tous les %1"},
+    {"glides", "glisse"},
+    {"still", "fixe"},
+    {"missing", "absent"},
+    {"Move a knob: it will follow X", "Tournez un bouton : il suivra X"},
+    {"Move a knob: it will follow Y", "Tournez un bouton : il suivra Y"},
+    {"Press LEARN X or LEARN Y and move a knob", "Pressez APPRENDRE X ou Y et tournez un bouton"},
+    {"Add ball", "Ajouter une bille"},
+    {"Delete ball", "Effacer la bille"},
+    {"Move ball", "Déplacer la bille"},
+    {"Keep the ball's movement", "Garder le mouvement de la bille"},
+    {"Hold keys to hear it", "Tenez des touches pour l'entendre"},
+    {"WRITE TO PATTERN", "ÉCRIRE DANS LE MOTIF"},
+    {"KEYS", "CLAVIER"},
+    {"Write the arpeggio", "Écrire l'arpège"},
 };
 
 }  // namespace quib

@@ -298,6 +298,23 @@ TEST_F(CRenderBlockTest, BallsWanderOnTheirGridFromTheSeed) {
     EXPECT_NEAR(instrument.strip.level.Get(), 63.5F, 1e-3F);
 }
 
+TEST_F(CRenderBlockTest, ABallThatIsMovedTakesAlongWhatFollowsItWithinTheBlock) {
+    CInstrument& instrument = AddInstrument();
+    BallSound sound;
+    sound.horizontal.push_back({EBallTarget::kMix, 0, 0.0F, 128.0F, 0.0F});
+    sound.vertical.push_back({EBallTarget::kMix, 1, 128.0F, 0.0F, 0.0F});
+    Publish(instrument.ballSounds, BallSoundList{sound});
+    audio.RenderBlock();
+    EXPECT_EQ(audio.Picture().balls.instrument, 0U) << "nobody looks";
+    audio.ballsShown.Set(instrument.Id());
+    audio.Post({EngineCommand::EKind::kMoveBall, instrument.Id(), 0, 32.0F, 500.0F});
+    audio.RenderBlock();
+    EXPECT_FLOAT_EQ(instrument.strip.level.Get(), 127.0F * 32 / 128);
+    EXPECT_FLOAT_EQ(instrument.strip.pan.Get(), -1 + 2 * (1 - 127.0F / 128));
+    EXPECT_EQ(audio.Picture().balls.instrument, instrument.Id());
+    EXPECT_EQ(audio.Picture().balls.places[0], (std::array<float, 2>{32, 127}));
+}
+
 TEST_F(CRenderBlockTest, ACommandPlacesTheBallItNamesAndNoOther) {
     CInstrument& instrument = AddInstrument();
     CInstrument& other = AddInstrument();

@@ -33,6 +33,9 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const console =
         new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
     *browsing = new CPluginBrowsing(window, *console);
+    console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
+        recording.Hold(value, held);
+    };
     console->onMessage = [&window](const QString& caption, const QString& text) { window.ShowMessage(caption, text); };
     const auto applyScale = [&window, console] {
         const double scale = window.Scale() / 100.0;

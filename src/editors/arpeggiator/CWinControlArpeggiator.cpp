@@ -1,9 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
 
+#include <algorithm>
+
 #include "controls/CArpeggiatorCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "editors/arpeggiator/ArpeggiatorPreview.h"
+#include "editors/arpeggiator/CArpeggiatorStripCtrl.h"
+#include "texts/Texts.h"
 
 namespace quib {
+
+namespace {
+constexpr int kPanelHeight = 88;
+constexpr std::uint32_t kSeed = 1;
+}  // namespace
 
 CWinControlArpeggiator::CWinControlArpeggiator(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
     : CToolWindow(toolContext, toolRow, parent) {
@@ -13,9 +24,27 @@ CWinControlArpeggiator::CWinControlArpeggiator(const ToolContext& toolContext, c
 void CWinControlArpeggiator::Build() {
     RemoveAll();
     panel = &Add<CArpeggiatorCtrl>(0U, 0, 0, ArpeggiatorValues());
+    panel->SetSize(panel->Width(), kPanelHeight);
     panel->SetGesture([this](CControl& changed, float before) {
         Document().Changes().ValueEdited(Part(shown, *changed.Value()), before, changed.ValueNow(), changed.name);
     });
+    strip = &Add<CArpeggiatorStripCtrl>(0U, 7, 90);
+    strip->infoString = 550;
+    auto& write = Add<CSwitchCtrl>(0U, 7, 124, 180, 20, nullptr, Text("WRITE TO PATTERN"));
+    write.momentary = true;
+    write.onChange = [this](CControl&) { WriteToPattern(); };
+    write.infoString = 551;
+    auto& keyboard = Add<CSwitchCtrl>(0U, 191, 124, 72, 20, &keyboardShown, Text("KEYS"));
+    keyboard.onChange = [this](CControl&) { ShowKeyboard(keyboardShown.IsOn()); };
+    keyboard.infoString = 552;
+    for (CSwitchCtrl* const button : {&write, &keyboard}) {
+        button->section = ESection::kKeyboard;
+        button->backgroundColour = Palette().Colour(QStringLiteral("panel"));
+    }
+}
+
+void CWinControlArpeggiator::DrawBackground() {
+    Canvas().Fill(QRect(QPoint(0, 0), SkinSize()), Palette().Colour(QStringLiteral("panel")));
 }
 
 void CWinControlArpeggiator::Translate() {
@@ -33,7 +62,40 @@ void CWinControlArpeggiator::ShowSelection() {
                   &own.velocity, &own.interval, &own.gateTime, &own.tempo, &next->keyboardOn};
     }
     panel->BindTo(values);
+    if (shown != next) keys.clear();
     shown = next;
+}
+
+// What was held last stays in the strip until other keys are.
+void CWinControlArpeggiator::ShowPlaying(const PlayPicture& picture) {
+    if (!shown) return strip->Show({});
+    keyboardShown.Set(shown->keyboardOn.Get());
+    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
+    const auto entry = std::find_if(picture.instruments.begin(), end,
+                                    [this](const InstrumentPicture& candidate) { return candidate.id == shown->Id(); });
+    if (entry != end && entry->heldKeyCount > 0)
+        keys.assign(entry->heldKeys.begin(), entry->heldKeys.begin() + entry->heldKeyCount);
+    strip->Show(keys.empty() ? std::vector<Note>()
+                             : PreviewArpeggiator(shown->arpeggiator, keys, CArpeggiatorStripCtrl::kSteps, kSeed));
+}
+
+void CWinControlArpeggiator::ShowKeyboard(bool on) {
+    if (!shown) return;
+    const float before = shown->keyboardOn.Get();
+    shown->keyboardOn.Set(on ? 1.0F : 0.0F);
+    CChanges& changes = Document().Changes();
+    const auto tell = [&changes, id = shown->Id()] { changes.Tell({EChange::kInstrument, id}); };
+    changes.ValueEdited(Part(shown, shown->keyboardOn), before, shown->keyboardOn.Get(), Text("Keyboard"), tell);
+    tell();
+}
+
+void CWinControlArpeggiator::WriteToPattern() {
+    if (!shown || keys.empty()) return;
+    const auto old = shown->patterns[static_cast<std::size_t>(Pattern())].ForEdit();
+    auto notes = PreviewArpeggiator(shown->arpeggiator, keys, old->StepCount(), kSeed);
+    Document().Contents().SetPattern(
+        shown->Id(), Pattern(), std::make_shared<const CPattern>(old->StepCount(), std::move(notes), old->LoopStart()),
+        Text("Write the arpeggio"));
 }
 
 }  // namespace quib

@@ -3,12 +3,12 @@
 
 #include <QMenu>
 
-#include "controls/CEntryDialog.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "editors/automation/CWinControlParamEvent.h"
+#include "editors/base/CFieldCtrl.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -18,22 +18,9 @@ namespace {
 constexpr std::array kToolGlyphs = {picture::kGlyphPoints, picture::kGlyphEdit, picture::kGlyphLine,
                                     picture::kGlyphRamp,   picture::kGlyphSine, picture::kGlyphRandom};
 
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
+constexpr std::array kToolTexts = {521, 522, 523, 524, 525, 526};
 
-// A number that a click opens for typing.
-class CFieldCtrl : public CLabelCtrl {
-public:
-    using CLabelCtrl::CLabelCtrl;
-    void OnMouseMove(int /*px*/, int /*py*/) override {
-        if (enabled) Owner().setCursor(Qt::IBeamCursor);
-    }
-    void OnMouseLeave() override { Owner().unsetCursor(); }
-    void OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) override {
-        if (!enabled) return;
-        entryText = Text();
-        Owner().RunManualEntry(*this);
-    }
-};
+QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 
@@ -58,7 +45,7 @@ void CEventBar::AddTools() {
         auto& button = AddChild<CSwitchCtrl>(0U, 152 + 29 * static_cast<int>(tool), 8, 28, 24, &toolShown[tool],
                                              kToolGlyphs[tool]);
         button.section = ESection::kEqualiser;
-        button.infoString = 521 + static_cast<int>(tool);
+        button.infoString = kToolTexts[tool];
         button.onChange = [this, tool](CControl&) { window.SetTool(static_cast<int>(tool)); };
     }
     auto& label = AddChild<CLabelCtrl>(0U, 336, 8, 34, 24, Text("Snap"));
@@ -80,11 +67,7 @@ void CEventBar::AddHead() {
     owner = &AddChild<CLabelCtrl>(0U, 176, top, 200, 20);
     owner->textColour = Colour("textMuted");
     const auto addField = [this, top](int wide, const QString& title) -> CLabelCtrl& {
-        auto& field = AddChild<CFieldCtrl>(0U, 0, top, wide, 20);
-        field.sunken = true;
-        field.alignment = Qt::AlignCenter;
-        field.entryTitle = title;
-        return field;
+        return AddChild<CFieldCtrl>(0U, 0, top, wide, 20, title);
     };
     timeLabel = &AddChild<CLabelCtrl>(0U, 0, top, 40, 20, Text("Time"));
     time = &addField(64, Text("Time"));

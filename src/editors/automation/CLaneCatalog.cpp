@@ -6,7 +6,6 @@
 
 #include "controls/CEntryDialog.h"
 #include "model/Equalizer.h"
-#include "model/MixLanes.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -14,17 +13,6 @@ namespace quib {
 namespace {
 
 constexpr int kValueSteps = 1024;  // tried for a typed value
-
-bool IsEffect(ELaneGroup group) noexcept { return group >= ELaneGroup::kEffect1; }
-bool IsOfMaster(ELaneGroup group) noexcept { return group >= ELaneGroup::kMaster; }
-
-SlotPlace SlotOf(ELaneGroup group, std::uint32_t instrument) noexcept {
-    using EKind = SlotPlace::EKind;
-    if (IsEffect(group)) return {EKind::kEffect, 0, static_cast<int>(group) - static_cast<int>(ELaneGroup::kEffect1)};
-    if (group >= ELaneGroup::kMasterInsert1) return {EKind::kMasterInsert, 0, group == ELaneGroup::kMasterInsert2};
-    if (group >= ELaneGroup::kInsert1) return {EKind::kInsert, instrument, group == ELaneGroup::kInsert2};
-    return {EKind::kInstrument, instrument, 0};
-}
 
 QString Decibels(double decibels) {
     return QStringLiteral("%1%2 dB").arg(decibels >= 0.05 ? QStringLiteral("+") : QString()).arg(decibels, 0, 'f', 1);
@@ -44,75 +32,6 @@ std::optional<double> TypedNumber(const QString& text) {
 }
 
 }  // namespace
-
-void CLaneCatalog::AddPlugin(std::vector<LaneEntry>& lanes, const std::shared_ptr<CInstrument>& instrument,
-                             ELaneGroup group) const {
-    const auto plugin = PluginOf(instrument, group);
-    if (!plugin) return;
-    const auto first = static_cast<std::ptrdiff_t>(lanes.size());
-    for (const PluginParameter& parameter : plugin->Parameters()) {
-        const int index = static_cast<int>(lanes.size()) - static_cast<int>(first);
-        lanes.push_back({{group, index}, {parameter.name, 0, 1, 0, ELaneKind::kContinuous}});
-    }
-    std::stable_sort(lanes.begin() + first, lanes.end(),
-                     [](const LaneEntry& a, const LaneEntry& b) { return a.description.name < b.description.name; });
-}
-
-std::vector<LaneEntry> CLaneCatalog::Lanes(const std::shared_ptr<CInstrument>& instrument, bool song) const {
-    std::vector<LaneEntry> lanes;
-    const auto add = [&lanes](ELaneGroup group, const auto& descriptions, int count) {
-        for (int index = 0; index < count; ++index) {
-            lanes.push_back({{group, index}, descriptions[static_cast<std::size_t>(index)]});
-        }
-    };
-    if (instrument) {
-        if (!song) add(ELaneGroup::kMidi, MidiLanes(), kMidiLaneCount);
-        add(ELaneGroup::kMix, MixParameters(), kMixLaneCount);
-        AddPlugin(lanes, instrument, ELaneGroup::kPlugin);
-    }
-    if (!song) return lanes;
-    for (const ELaneGroup group : {ELaneGroup::kInsert1, ELaneGroup::kInsert2}) {
-        if (instrument) AddPlugin(lanes, instrument, group);
-    }
-    add(ELaneGroup::kMaster, MasterLanes(), kMasterLaneCount);
-    for (int group = static_cast<int>(ELaneGroup::kMasterInsert1); group <= static_cast<int>(ELaneGroup::kEffect4);
-         ++group) {
-        AddPlugin(lanes, instrument, static_cast<ELaneGroup>(group));
-    }
-    return lanes;
-}
-
-std::shared_ptr<CPlugin> CLaneCatalog::PluginOf(const std::shared_ptr<CInstrument>& instrument,
-                                                ELaneGroup group) const {
-    if (group == ELaneGroup::kMidi || group == ELaneGroup::kMix || group == ELaneGroup::kMaster) return nullptr;
-    if (!IsOfMaster(group) && !instrument) return nullptr;
-    const auto slot = document.Places().Slot(SlotOf(group, instrument ? instrument->Id() : 0));
-    return slot ? slot->plugin : nullptr;
-}
-
-Place<CEventLanes> CLaneCatalog::PlaceOf(const std::shared_ptr<CInstrument>& instrument, ELaneGroup group) const {
-    if (group == ELaneGroup::kMaster) return {EnginePart(document.Audio().masterLanes), {EChange::kLanes}};
-    if (IsOfMaster(group)) {
-        const auto plugin = PluginOf(instrument, group);
-        return {plugin ? Part(plugin, plugin->lanes) : nullptr, {EChange::kLanes}};
-    }
-    if (!instrument) return {};
-    constexpr std::array kFamilies = {ELanes::kMidi, ELanes::kMix, ELanes::kPlugin, ELanes::kInsert1, ELanes::kInsert2};
-    return document.Contents().LanesPlace(instrument, kFamilies[static_cast<std::size_t>(group)]);
-}
-
-std::optional<float> CLaneCatalog::ValueNow(const std::shared_ptr<CInstrument>& instrument, const LaneKey& key) const {
-    if (key.group == ELaneGroup::kMaster) {
-        const CValue* const setting = EngineSetting(document.Audio().settings, key.index);
-        return setting != nullptr ? std::optional(setting->Get()) : std::nullopt;
-    }
-    if (key.group == ELaneGroup::kMix && instrument) {
-        const StripSetting* const setting = MixSetting(key.index);
-        return setting != nullptr ? std::optional(setting->member(instrument->strip).Get()) : std::nullopt;
-    }
-    const auto plugin = PluginOf(instrument, key.group);
-    return plugin ? std::optional(plugin->Parameter(key.index)) : std::nullopt;
-}
 
 QString CLaneCatalog::ValueText(const LaneEntry& lane, float value) const {
     const auto number = static_cast<double>(value);
@@ -172,7 +91,7 @@ QString CLaneCatalog::GroupName(const std::shared_ptr<CInstrument>& instrument, 
     if (group == ELaneGroup::kMidi) return Text("MIDI");
     if (group == ELaneGroup::kMix) return Text("MIX");
     if (group == ELaneGroup::kMaster) return Text("MASTER");
-    const auto plugin = PluginOf(instrument, group);
+    const auto plugin = document.Lanes().PluginOf(instrument, group);
     return plugin ? QString::fromStdString(plugin->Identity().displayName).toUpper() : QString();
 }
 

@@ -43,11 +43,12 @@ CWinControlParamEvent::CWinControlParamEvent(const ToolContext& toolContext, con
     frames.setTimerType(Qt::PreciseTimer);
     connect(&frames, &QTimer::timeout, this, [this] { curve->SetPlayhead(playhead.At(Nanoseconds())); });
     connect(&Document().Changes(), &CChanges::Settling, this, [this] { curve->Edit().Settle(); });
+    connect(&Document().Changes(), &CChanges::ValueMoved, this, &CWinControlParamEvent::ShowTouched);
     connect(search, &QLineEdit::textChanged, this, [this] { ShowList(); });
-    const auto colour = [](const char* name) { return QColor(Palette().Colour(QLatin1String(name))).name(); };
-    search->setStyleSheet(QStringLiteral("QLineEdit{background:%1;color:%2;border:1px solid %3;border-radius:3px;"
-                                         "padding-left:4px;}")
-                              .arg(colour("well"), colour("text"), colour("edge")));
+    QPalette look = search->palette();
+    look.setColor(QPalette::Base, QColor(Palette().Colour(QStringLiteral("well"))));
+    look.setColor(QPalette::Text, QColor(Palette().Colour(QStringLiteral("text"))));
+    search->setPalette(look);
     search->setFocusPolicy(Qt::ClickFocus);
     search->setClearButtonEnabled(true);
     search->setPlaceholderText(Text("Search lanes"));
@@ -75,7 +76,7 @@ void CWinControlParamEvent::Build() {
     curve->onView = [this] { UpdateScrollBars(); };
     curve->onState = [this] { bar->ShowState(); };
     curve->onLocate = [this](double step) { Locate(step); };
-    curve->valueNow = [this] { return chosen ? catalog.ValueNow(shown, *chosen) : std::nullopt; };
+    curve->valueNow = [this] { return chosen ? Document().Lanes().ValueNow(shown, *chosen) : std::nullopt; };
     curve->Edit().onPreview = [this](const LaneState& state) { Publish(state); };
     curve->Edit().onFinish = [this](const char* name) { FinishEdit(name); };
     curve->Edit().onCancel = [this] { gesture.reset(); };
@@ -162,9 +163,10 @@ void CWinControlParamEvent::ShowSelection() {
     const EngineSettings& engine = Document().Audio().settings;
     curve->View().time.meter = {engine.stepsPerBeat.Get(), engine.beatsPerBar.Get(), engine.beatUnit.Get(),
                                 engine.timebase.Get()};
-    lanes = catalog.Lanes(shown, song);
+    lanes = Document().Lanes().Lanes(shown, song);
     if (touched && Entry(touched) == nullptr) touched.reset();
     if (chosen && Entry(chosen) == nullptr) chosen.reset();
+    if (TakeTouched()) chosen = touched;
     for (const LaneEntry& lane : lanes) {
         if (!chosen && PointsOf(lane.key)) chosen = lane.key;
     }
@@ -198,7 +200,7 @@ const LaneEntry* CWinControlParamEvent::Entry(const std::optional<LaneKey>& key)
 }
 
 std::shared_ptr<const PointList> CWinControlParamEvent::PointsOf(const LaneKey& key) const {
-    const Place<CEventLanes> place = catalog.PlaceOf(shown, key.group);
+    const Place<CEventLanes> place = Document().Lanes().PlaceOf(shown, key.group);
     if (!place.target) return nullptr;
     for (const CEventLanes::Lane& lane : place.target->ForEdit()->Lanes(Slot())) {
         if (lane.index == key.index) return lane.points;
@@ -222,7 +224,8 @@ void CWinControlParamEvent::ShowList() {
     if (top != nullptr && matches(*top)) {
         heading(Text("LAST TOUCHED"));
         rows.push_back(rowOf(*top));
-        if (const auto now = catalog.ValueNow(shown, top->key)) rows.back().right = catalog.ValueText(*top, *now);
+        if (const auto now = Document().Lanes().ValueNow(shown, top->key))
+            rows.back().right = catalog.ValueText(*top, *now);
     }
     std::vector<CLaneListCtrl::Row> used;
     for (const LaneEntry& lane : lanes) {
@@ -306,6 +309,8 @@ void CWinControlParamEvent::ShowPlaying(const PlayPicture& picture) {
     }
     playhead.Set(now, Nanoseconds());
     curve->SetPlayhead(playhead.At(Nanoseconds()));
+    const bool isWritten = Document().AutomationRecording().IsWriting(chosen ? *chosen : LaneKey{});
+    if (isWritten != std::exchange(curve->recording, isWritten)) curve->Refresh();
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
 }
 
@@ -313,7 +318,7 @@ void CWinControlParamEvent::ShowPlaying(const PlayPicture& picture) {
 
 void CWinControlParamEvent::Publish(const LaneState& state) {
     if (!chosen) return;
-    const Place<CEventLanes> place = catalog.PlaceOf(shown, chosen->group);
+    const Place<CEventLanes> place = Document().Lanes().PlaceOf(shown, chosen->group);
     if (!place.target) return;
     if (!gesture) gesture = std::make_unique<CGesture>(Document().Changes());
     publishing = true;
@@ -367,11 +372,20 @@ void CWinControlParamEvent::ChooseLane(const LaneKey& key) {
     ShowList();
 }
 
-void CWinControlParamEvent::LaneTouched(const LaneKey& key) {
-    if (Entry(key) == nullptr || curve->Gestures().IsBusy()) return;
-    const bool another = touched != key;
-    touched = key;
-    if (another || chosen != key) return ChooseLane(key);
+// One that was shown before is not forced upon the user again.
+bool CWinControlParamEvent::TakeTouched() {
+    const auto& last = Document().AutomationRecording().LastTouched();
+    const std::uint32_t owner = shown ? shown->Id() : 0;
+    if (!last || last == seenTouch || (last->first != owner && last->first != 0)) return false;
+    if (Entry(last->second) == nullptr) return false;
+    seenTouch = last;
+    touched = last->second;
+    return true;
+}
+
+void CWinControlParamEvent::ShowTouched() {
+    if (!isVisible() || curve->Gestures().IsBusy()) return;
+    if (TakeTouched()) return ChooseLane(*touched);
     ShowList();
 }
 

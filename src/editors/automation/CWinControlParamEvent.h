@@ -43,8 +43,6 @@ public:
     void SetSnap(const Snap& snap);
     // Shows a lane; nothing happens where there is none of that key.
     void ChooseLane(const LaneKey& key);
-    // A knob that belongs to a lane was moved: the lane stands on top of the list and is shown.
-    void LaneTouched(const LaneKey& key);
     void ClearLane();
     void TypeTime(const QString& text);
     void TypeValue(const QString& text);
@@ -71,6 +69,9 @@ protected:
 private:
     void Build();
     void ShowList();
+    // What was moved last stands on top of the list and is shown.
+    void ShowTouched();
+    bool TakeTouched();
     void ShowLane();
     void ShowPoints();
     void UpdateScrollBars();
@@ -90,6 +91,7 @@ private:
     std::vector<LaneEntry> lanes;
     std::optional<LaneKey> chosen;
     std::optional<LaneKey> touched;
+    std::optional<CAutomationRecording::TouchedLane> seenTouch;
     std::unique_ptr<CGesture> gesture;
     bool publishing = false;  // the change that is told is our own
     LaneClip clip;

@@ -157,16 +157,16 @@ LaneState ReplaceSpan(const LaneState& from, const LaneLimits& limits, const Poi
     const auto first = std::lower_bound(old.begin(), old.end(), Point{left, 0}, Earlier);
     const auto last = std::upper_bound(old.begin(), old.end(), Point{right, 0}, Earlier);
     PointList points(old.begin(), first);
-    // The course outside bends where a neighbour inside goes.
-    const auto keep = [&](float edge) {
-        if (const auto value = ValueAt(old, edge, limits.kind)) points.push_back({edge, *value});
+    const auto keep = [&](float edge, float inside) {
+        const auto value = ValueAt(old, edge, limits.kind);
+        if (value && *value != inside) points.push_back({edge, *value});
     };
-    const bool cut = first != last;
-    if (cut && first != old.begin() && first->x > left && !IsStepped(limits.kind)) keep(left);
+    const bool hasCorner = first != old.end() && first->x == left;
+    if (!hasCorner && !IsStepped(limits.kind)) keep(left, limits.Repaired(shape.front()).y);
     const auto begin = static_cast<std::uint32_t>(points.size());
     for (const Point& point : shape) points.push_back(limits.Repaired(point));
     const auto end = static_cast<std::uint32_t>(points.size());
-    if (cut && last != old.end() && (last - 1)->x < right) keep(right);
+    if (last != old.end()) keep(right, points.back().y);
     points.insert(points.end(), last, old.end());
     PointSelection selection(select ? end - begin : 0);
     std::iota(selection.begin(), selection.end(), begin);

@@ -54,8 +54,8 @@ LaneState MoveSelected(const LaneState& from, const LaneLimits& limits, float st
 LaneState SetValueOfSelected(const LaneState& from, const LaneLimits& limits, float value);
 LaneState MoveSelectedTo(const LaneState& from, const LaneLimits& limits, float position);
 // The points of [shape.front().x, shape.back().x] give way to `shape`, which is ascending and becomes the
-// selection where `select` says so. A curve that comes in from the left or leaves to the right keeps its course
-// outside: where it needs one, a point is put at the edge.
+// selection where `select` says so. The line outside of the span keeps its course: where
+// it needs one, a point is put at the edge. After the last of all points the new value stays.
 LaneState ReplaceSpan(const LaneState& from, const LaneLimits& limits, const PointList& shape, bool select);
 
 // Points cut or copied; the positions count from the first of them.

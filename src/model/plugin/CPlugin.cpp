@@ -198,7 +198,12 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
 
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (!WouldAutomate(index, value)) return;
-    if (PlayParameter(index, value)) lastAutomation[static_cast<std::size_t>(index)] = value;
+    float& last = lastAutomation[static_cast<std::size_t>(index)];
+    if (index == heldParameter.Get()) {
+        last = std::numeric_limits<float>::quiet_NaN();  // comes back when it is let go
+    } else if (PlayParameter(index, value)) {
+        last = value;
+    }
 }
 
 void CPlugin::ForgetAutomation() noexcept {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "model/CEventLanes.h"
+#include "model/CValue.h"
 #include "model/MidiEvents.h"
 #include "model/Preset.h"
 #include "model/plugin/BankResult.h"
@@ -78,9 +79,6 @@ public:
     virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
     virtual StateImage SaveBank() = 0;
     virtual StateImage SaveProgram() = 0;
-    // As SaveBank, but rendering goes on: of programs that are not selected it says what `last`, an image of
-    // this plug-in or nothing, has said, where looking would mean selecting them.
-    virtual StateImage SaveBankUnheard(const StateImage& last) = 0;
 
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {
@@ -124,7 +122,8 @@ public:
     // True once after the plug-in's output had to be muted; for a message to the user.
     bool TakeFaultReport() noexcept;
 
-    CPublished<CEventLanes> lanes;  // automation of the plug-in's parameters
+    CPublished<CEventLanes> lanes;    // automation of the plug-in's parameters
+    CIntegerValue heldParameter{-1};  // the hand is on it: its lane plays nothing; -1: on none
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
     // render thread is silent for the blocks that fall into it and neither plays notes nor sets
@@ -171,7 +170,7 @@ public:
     void AutomateParameter(int index, float value) noexcept;
     bool WouldAutomate(int index, float value) const noexcept {
         return index >= 0 && index < static_cast<int>(lastAutomation.size()) &&
-               lastAutomation[static_cast<std::size_t>(index)] != value;
+               (lastAutomation[static_cast<std::size_t>(index)] != value || index == heldParameter.Get());
     }
     void ForgetAutomation() noexcept;
 

@@ -117,12 +117,15 @@ TEST(LaneEditsTest, ABlockStopsWithItsShapeAndAPointMayPassOthersOrMakeAJump) {
 
 TEST(LaneEditsTest, WhatIsDrawnOverASpanLeavesTheCourseOutsideOfIt) {
     const LaneState line = StateOf({{0, 0}, {10, 100}, {20, 0}});
-    const LaneState drawn = ReplaceSpan(line, kLimits, {{5, 80}, {15, 90}}, false);
-    for (float place = 0.5F; place < 20; place += 0.5F) {
-        if (place >= 5 && place <= 15) continue;
-        EXPECT_NEAR(*ValueAt(*line.points, place, kLimits.kind), *ValueAt(*drawn.points, place, kLimits.kind), 1e-3F);
+    for (const float left : {5.0F, 11.0F}) {
+        const LaneState drawn = ReplaceSpan(line, kLimits, {{left, 80}, {15, 90}}, false);
+        for (float place = 0.5F; place < 20; place += 0.5F) {
+            if (place >= left && place <= 15) continue;
+            EXPECT_NEAR(*ValueAt(*line.points, place, kLimits.kind), *ValueAt(*drawn.points, place, kLimits.kind),
+                        1e-3F);
+        }
+        EXPECT_NEAR(*ValueAt(*drawn.points, (left + 15) / 2, kLimits.kind), 85, 1e-3F);
     }
-    EXPECT_NEAR(*ValueAt(*drawn.points, 10, kLimits.kind), 85, 1e-3F);
 }
 
 // A hand that turns a knob to a new place, rests, and turns on; read 25 times a second.

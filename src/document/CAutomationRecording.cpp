@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/CAutomationRecording.h"
+
+#include <algorithm>
+
+#include "document/CChanges.h"
+#include "engine/CAudio.h"
+#include "model/edits/LaneShapes.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-in's parameter
+
+// Where a lane of the song, or of the instrument's pattern, stands; slot -1: it does not play.
+struct PlayPlace {
+    int slot = -1;
+    float step = 0;
+};
+
+PlayPlace PlaceNow(const PlayPicture& picture, const CInstrument* instrument, bool song) {
+    if (!picture.playing) return {};
+    if (song) {
+        return {CEventLanes::kSongSlot, static_cast<float>(picture.soundingStep) + picture.stepFraction};
+    }
+    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
+    const auto entry = std::find_if(picture.instruments.begin(), end, [&](const InstrumentPicture& candidate) {
+        return candidate.id == instrument->Id();
+    });
+    if (entry == end || entry->step < 0) return {};
+    return {entry->pattern, static_cast<float>(entry->step) + picture.stepFraction};
+}
+
+}  // namespace
+
+void CAutomationRecording::Mark(const InstrumentLane& lane, const CLanes& lanes, bool held) {
+    if (lane.key.group == ELaneGroup::kMix && lane.instrument) {
+        const std::uint32_t bit = 1U << lane.key.index;
+        const std::uint32_t before = lane.instrument->heldMix.Get();
+        lane.instrument->heldMix.Set(held ? before | bit : before & ~bit);
+    } else if (const auto plugin = lanes.PluginOf(lane.instrument, lane.key.group)) {
+        plugin->heldParameter.Set(held ? lane.key.index : -1);
+    }
+}
+
+void CAutomationRecording::Begin(const InstrumentLane& lane, int restingTicks) {
+    const Key key{lane.instrument ? lane.instrument->Id() : 0, lane.key};
+    const auto known = holding.find(key);
+    if (known != holding.end()) {
+        known->second.restingTicks = restingTicks;
+        return;
+    }
+    for (const LaneEntry& entry : lanes.Lanes(lane.instrument, true)) {
+        if (entry.key != lane.key) continue;
+        Mark(lane, lanes, true);
+        Held held{lane, entry, -1, restingTicks, {}};
+        Sample(held, context.audio.Picture());
+        holding.emplace(key, std::move(held));
+        return;
+    }
+}
+
+void CAutomationRecording::Hold(const CValue* setting, bool held) {
+    const auto lane = lanes.Find(setting);
+    if (!lane) return;
+    if (held) return Begin(*lane, -1);
+    const auto known = holding.find({lane->instrument ? lane->instrument->Id() : 0, lane->key});
+    if (known != holding.end()) Release(known);
+}
+
+void CAutomationRecording::ParameterMoved(const CPlugin* plugin, int parameter) {
+    if (const auto lane = lanes.Find(plugin, parameter)) Begin(*lane, kRestingTicks);
+}
+
+void CAutomationRecording::Touched(const void* thing, int part) {
+    auto lane = lanes.Find(thing);
+    if (!lane) lane = lanes.Find(static_cast<const CPlugin*>(thing), part);
+    if (lane) lastTouched = {lane->instrument ? lane->instrument->Id() : 0, lane->key};
+}
+
+void CAutomationRecording::Release(std::map<Key, Held>::iterator held) {
+    Sample(held->second, context.audio.Picture());
+    Commit(held->second);
+    Mark(held->second.lane, lanes, false);
+    holding.erase(held);
+}
+
+// A place before the last one is the next pass of a loop, which is a movement of its own.
+void CAutomationRecording::Sample(Held& held, const PlayPicture& picture) {
+    const bool song = context.audio.settings.songMode.IsOn();
+    const ELaneGroup group = held.lane.key.group;
+    const bool hasPlace = song || group == ELaneGroup::kMix || group == ELaneGroup::kPlugin;
+    const PlayPlace now = hasPlace && context.audio.recordAutomation.IsOn()
+                              ? PlaceNow(picture, held.lane.instrument.get(), song)
+                              : PlayPlace();
+    const bool goesOn = now.slot == held.slot && (held.samples.empty() || now.step >= held.samples.back().x);
+    if (!goesOn) Commit(held);
+    held.slot = now.slot;
+    if (now.slot < 0) return;
+    if (const auto value = lanes.ValueNow(held.lane.instrument, held.lane.key)) {
+        held.samples.push_back({now.step, *value});
+    }
+}
+
+void CAutomationRecording::Commit(Held& held) {
+    const PointList samples = std::exchange(held.samples, {});
+    if (samples.empty()) return;
+    const LaneDescription& range = held.entry.description;
+    const LaneLimits limits = {range.minimum, range.maximum, range.kind, static_cast<float>(kMaximumSongStep)};
+    const Place<CEventLanes> place = lanes.PlaceOf(held.lane.instrument, held.lane.key.group);
+    if (!place.target) return;
+    const PointList movement = Thinned(samples, limits, kRecordingTolerance * limits.Range());
+    const PointList* const old = place.target->ForEdit()->Find(held.slot, held.lane.key.index);
+    const LaneState before = {std::make_shared<const PointList>(old != nullptr ? *old : PointList()), {}};
+    const LaneState after = ReplaceSpan(before, limits, movement, false);
+    gesture.Publish(place, std::make_shared<const CEventLanes>(
+                               place.target->ForEdit()->With(held.slot, held.lane.key.index, *after.points)));
+}
+
+void CAutomationRecording::Tick() {
+    const PlayPicture& picture = context.audio.Picture();
+    for (auto held = holding.begin(); held != holding.end();) {
+        const auto current = held++;
+        Sample(current->second, picture);
+        int& resting = current->second.restingTicks;
+        if (resting >= 0 && --resting < 0) Release(current);
+    }
+    if (picture.playing && context.audio.recordAutomation.IsOn()) return;
+    for (auto& [key, held] : holding) Commit(held);
+    if (!gesture.IsEmpty()) gesture.Finish(Text("Record automation"));
+}
+
+bool CAutomationRecording::IsWriting(const LaneKey& lane) const noexcept {
+    return std::any_of(holding.begin(), holding.end(),
+                       [&](const auto& held) { return held.first.second == lane && !held.second.samples.empty(); });
+}
+
+void CAutomationRecording::Abandon() {
+    for (auto& [key, held] : holding) Mark(held.lane, lanes, false);
+    holding.clear();
+    lastTouched.reset();
+    gesture.Finish(Text("Record automation"));
+}
+
+}  // namespace quib

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Writes the settings that the user moves while the engine plays and automation is armed into their lanes: of the
+// song while it plays by its playlists, else of the pattern that plays. What is held wins over its lane until it
+// is let go, armed or not. A movement takes the place of what stood in its span, with few points; all movements
+// from the start of playing to its end are one step of undo. User-interface thread.
+
+#include <map>
+
+#include "document/CGesture.h"
+#include "document/CLanes.h"
+#include "engine/PlayPicture.h"
+#include "model/edits/LaneEdits.h"
+
+namespace quib {
+
+class CAutomationRecording {
+public:
+    CAutomationRecording(const DocumentContext& document, const CLanes& projectLanes)
+        : context(document), lanes(projectLanes), gesture(document.changes) {}
+
+    // A control has taken hold of a setting, or let it go. Settings without a lane are ignored.
+    void Hold(const CValue* setting, bool held);
+    // The user moves a parameter of a plug-in in its own window; when no more of it comes it is let go.
+    void ParameterMoved(const CPlugin* plugin, int parameter);
+    // The user has moved a setting, or a parameter of a plug-in: see CChanges::ValueMoved.
+    void Touched(const void* thing, int part);
+    // The instrument (0: the master section) and the lane of what was moved last.
+    using TouchedLane = std::pair<std::uint32_t, LaneKey>;
+    const std::optional<TouchedLane>& LastTouched() const noexcept { return lastTouched; }
+    void Tick();
+    // Another project comes: what is held and recorded is forgotten.
+    void Abandon();
+    // A movement of that lane is being written.
+    bool IsWriting(const LaneKey& lane) const noexcept;
+
+private:
+    using Key = TouchedLane;
+    struct Held {
+        InstrumentLane lane;
+        LaneEntry entry;
+        int slot = 0;
+        int restingTicks = -1;  // until it is let go by itself; -1: when it is told
+        PointList samples;
+    };
+
+    void Begin(const InstrumentLane& lane, int restingTicks);
+    void Release(std::map<Key, Held>::iterator held);
+    void Sample(Held& held, const PlayPicture& picture);
+    void Commit(Held& held);
+    static void Mark(const InstrumentLane& lane, const CLanes& lanes, bool held);
+
+    const DocumentContext& context;
+    const CLanes& lanes;
+    std::map<Key, Held> holding;
+    CGesture gesture;
+    std::optional<TouchedLane> lastTouched;
+};
+
+}  // namespace quib
