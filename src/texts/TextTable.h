@@ -622,7 +622,7 @@ inline constexpr KeyedText kTexts[] = {
     {"category", "catégorie"},
     {"favourite", "favori"},
     {"drag", "glisser"},
-    {"onto a strip", "sur une piste"},
+    {"onto a strip", "sur piste"},
     {"Esc", "Échap"},
     {"close", "fermer"},
     {"Delay", "Délai"},

@@ -331,17 +331,25 @@ void CPluginBrowser::DrawFooter(CCanvas& canvas) {
     } hints[] = {{TextKey("Arrows"), TextKey("choose")},     {TextKey("Enter"), TextKey("load")},
                  {TextKey("Tab"), TextKey("category")},      {"Ctrl+D", TextKey("favourite")},
                  {TextKey("drag"), TextKey("onto a strip")}, {TextKey("Esc"), TextKey("close")}};
-    double x = left + 16;
-    const double y = kFooterTop + 46;
+    // Spread over the width, which the words of some languages nearly fill.
+    constexpr double kRoom = kSize.width() - 32;
+    constexpr double kInside = 4;
+    double words = 0;
     for (const auto& hint : hints) {
-        const QString key = Text(hint.key);
-        const QString what = Text(hint.what);
-        const double keyWidth = CCanvas::TextWidth(key, 11, true);
-        const double whatWidth = CCanvas::TextWidth(what, 11);
-        canvas.Text(QRectF(x, y, keyWidth + 2, 18), key, palette.Colour(QStringLiteral("text")), 11,
+        words += CCanvas::TextWidth(Text(hint.key), 11, true) + kInside + CCanvas::TextWidth(Text(hint.what), 11);
+    }
+    const double gap = std::clamp((kRoom - words) / (std::size(hints) - 1), 4.0, 16.0);
+    double x = left + 16;
+    for (const auto& hint : hints) {
+        const double keyWidth = CCanvas::TextWidth(Text(hint.key), 11, true);
+        const double whatWidth = CCanvas::TextWidth(Text(hint.what), 11);
+        const double whatLeft = x + keyWidth + kInside;
+        const double y = kFooterTop + 46;
+        canvas.Text(QRectF(x, y, keyWidth + 2, 18), Text(hint.key), palette.Colour(QStringLiteral("text")), 11,
                     Qt::AlignLeft | Qt::AlignVCenter, true);
-        canvas.Text(QRectF(x + keyWidth + 4, y, whatWidth + 2, 18), what, muted, 11, Qt::AlignLeft | Qt::AlignVCenter);
-        x += keyWidth + whatWidth + 16;
+        canvas.Text(QRectF(whatLeft, y, whatWidth + 2, 18), Text(hint.what), muted, 11,
+                    Qt::AlignLeft | Qt::AlignVCenter);
+        x = whatLeft + whatWidth + gap;
     }
 }
 
