@@ -198,7 +198,7 @@ class ProjectWriter:
         for name in ("EQFREQ", "EQRES", "ATTACK", "RELEASE", "THRESHOLD", "LEVEL", "GAIN"):
             self.line(f"DETECTOR_{name}", f"{0:f}")
         for number, insert in sorted(project.inserts.items()):
-            self.line(f"MASTER_INSERT{number}_PLUGIN", insert.plugin)
+            self.line(f"MASTER_INSERT{number}_PLUGIN", insert.plugin.removesuffix(".so"))
             self.line(f"MASTER_INSERT{number}_ON", real(insert.on))
             self.plugin(f"MASTER_INSERT_PRESET_{number}", f"MASTER_INSERT_PARAM_EVENTS_{number}", insert)
         for index, name in enumerate(MASTER_LANES):
@@ -206,7 +206,7 @@ class ProjectWriter:
         for instrument in project.instruments:
             self.instrument(instrument)
         for number, effect in sorted(project.effects.items()):
-            self.line(f"EFFECT_{number}", effect.plugin)
+            self.line(f"EFFECT_{number}", effect.plugin.removesuffix(".so"))
             self.plugin(f"EFFECT_PRESET_{number}", f"EFFECT_PARAM_EVENTS_{number}", effect)
         return "".join(self.lines)
 

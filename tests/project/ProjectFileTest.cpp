@@ -142,8 +142,8 @@ TEST(ProjectFile, AnIdentityStandsBesideEachNameAndIsAskedForAndKept) {
     EXPECT_EQ(state.instruments.at(1)->strip.level.Get(), 5.0F) << "the line after a name without identity counts";
     const std::string bytes = generated::BytesOf(state);
     for (const char* const lines :
-         {"MASTER_INSERT1_PLUGIN;ParameterBank.so;\r\nMASTER_INSERT1_PLUGIN_ID;vst2:74735042;\r\n",
-          "EFFECT_1;Gone.dll;\r\nEFFECT_1_ID;other:x.y;\r\n", "EFFECT_2;Old.dll;\r\nEFFECT_PRESET_2;",
+         {"MASTER_INSERT1_PLUGIN;ParameterBank;\r\nMASTER_INSERT1_PLUGIN_ID;vst2:74735042;\r\n",
+          "EFFECT_1;Gone;\r\nEFFECT_1_ID;other:x.y;\r\n", "EFFECT_2;Old;\r\nEFFECT_PRESET_2;",
           "PLUGIN;Lost.so;\r\nPLUGIN_ID;vst2:00000001;\r\nTITLE;", "PLUGIN;Old.so;\r\nTITLE;",
           "INSERT2_PLUGIN;ParameterBank.so;\r\nINSERT2_PLUGIN_ID;vst2:74735042;\r\nINSERT2_ON;"}) {
         EXPECT_NE(bytes.find(lines), std::string::npos) << lines;
