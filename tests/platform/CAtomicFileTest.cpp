@@ -169,18 +169,25 @@ TEST_F(CAtomicFileTest, RefusesWhatCannotBeReplaced) {
 }
 
 TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
-    const std::string contents[2] = {std::string(300000, 'a'), std::string(200000, 'b')};
+    // See scripts/kills.
+    const auto wanted = [](const char* name, long usual) {
+        const char* const value = std::getenv(name);
+        return value != nullptr && *value != '\0' ? std::strtol(value, nullptr, 10) : usual;
+    };
+    const long megabytes = wanted("QUIB_KILL_MEGABYTES", 0);
+    const std::size_t size = megabytes > 0 ? static_cast<std::size_t>(megabytes) * 1000000 : 300000;
+    const std::string contents[2] = {std::string(size, 'a'), std::string(size * 2 / 3, 'b')};
     ASSERT_TRUE(Replace(contents[0]));
     std::mt19937 random(std::random_device{}());
 #ifdef QUIB_SANITIZED
     constexpr int kills = 100;
     constexpr int longestLife = 60000;  // microseconds; a child starts slowly here
 #else
-    constexpr int kills = 1000;
-    constexpr int longestLife = 3000;
+    const long kills = wanted("QUIB_KILLS", 1000);
+    const int longestLife = megabytes > 0 ? 100000 : 3000;
 #endif
     bool seen[2] = {false, false};
-    for (int kill = 0; kill < kills; ++kill) {
+    for (long kill = 0; kill < kills; ++kill) {
         const pid_t child = ::fork();
         if (child == 0) {
             std::string ignored;
