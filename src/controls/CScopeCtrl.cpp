@@ -2,6 +2,7 @@
 #include "controls/CScopeCtrl.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "controls/CWinControl.h"
 
@@ -27,8 +28,11 @@ void CScopeCtrl::Tick() {
     CScopeSource::Picture picture;
     if (!IsShown() || !source.Fetch(picture)) return;
     source.Arm();
-    const auto isFlat = [](std::span<const float> samples) {
-        return std::all_of(samples.begin(), samples.end(), [](float sample) { return sample == 0; });
+    // Below an eighth of a pixel all lines look alike.
+    const float invisible = 0.25F / static_cast<float>(std::max(Height(), 1));
+    const auto isFlat = [invisible](std::span<const float> samples) {
+        return std::all_of(samples.begin(), samples.end(),
+                           [invisible](float sample) { return std::abs(sample) < invisible; });
     };
     const bool nowFlat = isFlat(picture.left) && isFlat(picture.right);
     if (nowFlat && flat && !left.empty()) return;

@@ -5,7 +5,7 @@
 
 #include "model/files/InstrumentFields.h"
 #include "model/files/SlotRecords.h"
-#include "model/plugin/CPlugin.h"
+#include "model/plugin/BankUnheard.h"
 #include "platform/Clock.h"
 
 namespace quib {
@@ -111,7 +111,7 @@ void CJournal::Look(const std::shared_ptr<CPlugin>& plugin) {
     const std::uint64_t start = Nanoseconds();
     if (entry.image && start - entry.time < entry.cost * kPatience) return;
     const StateImage none;
-    entry.image = std::make_shared<const StateImage>(plugin->SaveBankUnheard(entry.image ? *entry.image : none));
+    entry.image = std::make_shared<const StateImage>(SaveBankUnheard(*plugin, entry.image ? *entry.image : none));
     entry.program = plugin->CurrentProgram();
     entry.plugin = plugin;
     entry.time = Nanoseconds();

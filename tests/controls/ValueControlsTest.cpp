@@ -176,7 +176,7 @@ TEST_F(CValueControlsTest, PresetsAreRecalledByMouseAndKeyboard) {
     std::vector<int> recalled;
     std::vector<int> menus;
     presets.presetCount = [&count] { return count; };
-    presets.onSelect = [&recalled](int preset) { recalled.push_back(preset); };
+    presets.onSelect = [&recalled](int preset) { return recalled.push_back(preset), true; };
     presets.onAdd = [&count] { ++count; };
     presets.onPresetMenu = [&menus](int preset) { menus.push_back(preset); };
     Open();
@@ -294,6 +294,10 @@ TEST_F(CValueControlsTest, AScopeCostsNothingWhileItIsHidden) {
     source.samples.assign(256, 0);
     window.Tick();
     EXPECT_EQ(PaintedBy([this] { window.Tick(); }), 0) << "silence stays as it is";
+    source.samples.assign(256, 0.0001F);
+    EXPECT_EQ(PaintedBy([this] { window.Tick(); }), 0) << "what nobody can see is not drawn";
+    source.samples.assign(256, -0.1F);
+    EXPECT_GT(PaintedBy([this] { window.Tick(); }), 0);
     window.Remove(parent);
     EXPECT_FALSE(source.shown);
 }

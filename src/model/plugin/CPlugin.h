@@ -78,9 +78,6 @@ public:
     virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
     virtual StateImage SaveBank() = 0;
     virtual StateImage SaveProgram() = 0;
-    // As SaveBank, but rendering goes on: of programs that are not selected it says what `last`, an image of
-    // this plug-in or nothing, has said, where looking would mean selecting them.
-    virtual StateImage SaveBankUnheard(const StateImage& last) = 0;
 
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {

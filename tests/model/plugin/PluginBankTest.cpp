@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "Testing.h"
+#include "model/plugin/BankUnheard.h"
 #include "model/plugin/CPlugin.h"
 #include "model/plugin/CPluginFinder.h"
 #include "model/plugin/vst2/CVst2Plugin.h"
@@ -232,12 +233,12 @@ TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
 TEST_F(CPluginBankTest, ABankIsSavedUnheardWithTheEditsOfTheProgramThatPlays) {
     for (const auto& plugin : {Effect(), Synth()}) {
         ASSERT_TRUE(plugin);
-        StateImage last = plugin->SaveBankUnheard({});
+        StateImage last = SaveBankUnheard(*plugin, {});
         EXPECT_EQ(last, plugin->SaveBank());
         if (plugin->ProgramCount() > 1) plugin->SelectProgram(1);
         plugin->SetParameter(0, 0.375F);
         EXPECT_NE(last, plugin->SaveBank());
-        EXPECT_EQ(plugin->SaveBankUnheard(last), plugin->SaveBank());
+        EXPECT_EQ(SaveBankUnheard(*plugin, last), plugin->SaveBank());
     }
 }
 

@@ -49,7 +49,8 @@ public:
     EBankResult LoadBank(std::span<const std::byte> image) override;
     EBankResult LoadProgram(std::span<const std::byte> image) override;
     StateImage SaveBank() override;
-    StateImage SaveBankUnheard(const StateImage& last) override;
+    // See the function of that name in BankUnheard.h.
+    StateImage SaveBankUnheard(const StateImage& last);
     StateImage SaveProgram() override;
     bool HasEditor() const noexcept override { return (effect->flags & vst2::effFlagsHasEditor) != 0; }
     void OpenEditor(std::uintptr_t parentWindow) override;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "model/plugin/BankUnheard.h"
 #include "model/plugin/vst2/BankImage.h"
 #include "model/plugin/vst2/CVst2Plugin.h"
 
@@ -164,6 +165,11 @@ StateImage CVst2Plugin::SaveBank() {
     writer.Integer(static_cast<std::int32_t>(chunk.size()));
     writer.Bytes(chunk);
     return writer.Finish();
+}
+
+StateImage SaveBankUnheard(CPlugin& plugin, const StateImage& last) {
+    auto* const programs = dynamic_cast<CVst2Plugin*>(&plugin);
+    return programs != nullptr ? programs->SaveBankUnheard(last) : plugin.SaveBank();
 }
 
 StateImage CVst2Plugin::SaveBankUnheard(const StateImage& last) {
