@@ -2,13 +2,9 @@
 // What a hand in a piano roll of 10,000 notes costs, in a window of 1600x900 at 1x and 2x: one step of a
 // drag (edit, publish, redraw, copy to the window), one frame of the playhead, one move of the mouse.
 // Prints the median and the 99th percentile in milliseconds of processor time.
-#include <QMouseEvent>
 #include <QThread>
-#include <algorithm>
-#include <cstdio>
-#include <ctime>
-#include <functional>
 
+#include "WindowBench.h"
 #include "editors/ExampleRoll.h"
 #include "editors/pianoroll/IPianoRollHost.h"
 
@@ -27,39 +23,12 @@ public:
     bool TakeKey(int /*key*/) override { return false; }
     void SetKeyLimit(bool /*upper*/, int /*key*/, bool /*done*/) override {}
     void ShowMenu(int /*x*/, int /*y*/) override {}
+    void Hold(bool /*on*/) override {}
     void ShowRowMenu(int /*key*/) override {}
     void ViewChanged() override {}
     void RowFocused(int /*key*/) override {}
     std::shared_ptr<const CPattern> published;
 };
-
-// Of all threads, in milliseconds: what others do on the machine is not counted.
-double ProcessorTime() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-}
-
-void Measure(const char* name, int scale, int rounds, const std::function<void(int round)>& action) {
-    std::vector<double> times;
-    for (int round = 0; round < rounds; ++round) {
-        const double start = ProcessorTime();
-        action(round);
-        QApplication::processEvents();
-        times.push_back(ProcessorTime() - start);
-    }
-    std::sort(times.begin(), times.end());
-    const auto at = [&](double share) {
-        return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))];
-    };
-    std::printf("%-44s %dx  median %7.3f  p99 %7.3f\n", name, scale, at(0.5), at(0.99));
-}
-
-void Send(CWinControl& window, QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons, QPoint place) {
-    const QPointF point = QPointF(place) * window.UiScale();
-    QMouseEvent event(type, point, window.mapToGlobal(point), button, buttons, Qt::NoModifier);
-    QApplication::sendEvent(&window, &event);
-}
 
 void MeasureDrag(const char* name, int scale, CExampleRoll& example, QPoint from) {
     CWinControl& window = example.window;

@@ -95,6 +95,7 @@ private:
     void SeedRecentFiles();
     void ShowWindow();
     void FollowEndSignals();
+    void LeaveOutRisk();
     void End(CSessionKeeper& keeper);
 
     const Options& options;
@@ -137,10 +138,24 @@ void CRun::FollowEndSignals() {
     endTimer.start(kInterval);
 }
 
+// The plug-in that ended the last run: the same project is opened again without it.
+void CRun::LeaveOutRisk() {
+    const QString library = CPluginPlaces::TakeRisk(folders);
+    if (library.isEmpty()) return;
+    const QString name = catalog.Block(library);
+    settings.WriteSettingInt(kSettingsSection, QStringLiteral("ErrorClosed"), 0);
+    window->ShowMessage(
+        QStringLiteral("QUIB Sequencer"),
+        Text("The plug-in \"%1\" was being loaded or opened when the program ended. It is left out now; "
+             "projects keep its state. It can be tried again under \"Failed\" in the plug-in browser.")
+            .arg(name));
+}
+
 int CRun::Run() {
     FollowEndSignals();
     ShowWindow();
     QCoreApplication::processEvents();
+    LeaveOutRisk();
     CSessionKeeper keeper(*window, AskInBox(window.get()));
     keeper.Begin(QString::fromStdString(options.project));
     window->ApplySettings();

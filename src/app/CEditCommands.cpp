@@ -11,7 +11,9 @@ CEditCommands::CEditCommands(QObject* parent) : QObject(parent) {
     connect(qApp, &QApplication::focusChanged, this, &CEditCommands::Update);
 }
 
+// The part of the active window that has the focus, else the window.
 CEditTarget* CEditCommands::Target() const {
+    if (auto* const focus = dynamic_cast<CEditTarget*>(QApplication::focusWidget())) return focus;
     QWidget* const active = QApplication::activeWindow();
     return active != nullptr && active == parent() ? mainTarget.get() : dynamic_cast<CEditTarget*>(active);
 }

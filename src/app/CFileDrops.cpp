@@ -25,8 +25,8 @@ QStringList WelcomeFiles(const QDropEvent& event) {
 
 }  // namespace
 
-CFileDrops::CFileDrops(std::function<void(const QString& path)> takeFile, QObject* parent)
-    : QObject(parent), take(std::move(takeFile)) {}
+CFileDrops::CFileDrops(TakeFile takeFile, HoverFiles hoverFiles, QObject* parent)
+    : QObject(parent), take(std::move(takeFile)), hover(std::move(hoverFiles)) {}
 
 void CFileDrops::Serve(QWidget* window) {
     window->setAcceptDrops(true);
@@ -42,15 +42,19 @@ bool CFileDrops::IsWelcome(const QString& path) {
 }
 
 bool CFileDrops::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::DragEnter && event->type() != QEvent::Drop) {
+    if (event->type() == QEvent::DragLeave) hover({}, {});
+    if (event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove && event->type() != QEvent::Drop) {
         return QObject::eventFilter(watched, event);
     }
     auto* const drop = static_cast<QDropEvent*>(event);
     const QStringList paths = WelcomeFiles(*drop);
     if (paths.isEmpty()) return QObject::eventFilter(watched, event);
     drop->acceptProposedAction();
-    if (event->type() == QEvent::Drop) {
-        for (const QString& path : paths) take(path);
+    const QPoint point = static_cast<QWidget*>(watched)->mapToGlobal(drop->position().toPoint());
+    const bool dropped = event->type() == QEvent::Drop;
+    hover(dropped ? QStringList() : paths, point);
+    if (dropped) {
+        for (const QString& path : paths) take(path, point);
     }
     return true;
 }

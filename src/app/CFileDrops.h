@@ -12,8 +12,13 @@ class CFileDrops : public QObject {
     Q_OBJECT
 
 public:
-    // `take` does what a dropped file is for.
-    CFileDrops(std::function<void(const QString& path)> takeFile, QObject* parent);
+    // Points are those of the screen.
+    using TakeFile = std::function<void(const QString& path, const QPoint& point)>;
+    using HoverFiles = std::function<void(const QStringList& paths, const QPoint& point)>;
+
+    // `takeFile` does what a dropped file is for; `hoverFiles` is told where files are held, and of none when
+    // they are gone.
+    CFileDrops(TakeFile takeFile, HoverFiles hoverFiles, QObject* parent);
 
     // From now on the window accepts files.
     void Serve(QWidget* window);
@@ -23,7 +28,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    std::function<void(const QString& path)> take;
+    TakeFile take;
+    HoverFiles hover;
 };
 
 }  // namespace quib

@@ -42,7 +42,12 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       tools(ToolContext{projectOwner, controlSettings}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
-      drops([this](const QString& path) { TakeFile(path); }, this) {
+      drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
+            [this](const QStringList& paths, const QPoint& point) {
+                const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
+                Q_EMIT FilesHover(plugins ? paths : QStringList(), point);
+            },
+            this) {
     drops.Serve(this);
     edits.SetMainTarget(std::make_unique<CPatternEdits>(workstation));
     countdown.Start(BackupMinutes(settings));
@@ -54,6 +59,25 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     const auto tellIdentities = [this] { workstation.Places().SetPluginIdentities(catalog.Identities()); };
     connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
     tellIdentities();
+    // How far reading new plug-ins is, in a line that goes with it.
+    connect(&catalog, &CPluginCatalog::Progressed, this, [this](int done, int total) {
+        statusBar()->showMessage(Text("Reading new plug-ins: %1 of %2").arg(done).arg(total));
+        statusBar()->setVisible(true);
+    });
+    connect(&catalog, &CPluginCatalog::Finished, this, [this] {
+        auto* const line = findChild<QStatusBar*>();
+        if (line == nullptr) return;
+        line->clearMessage();
+        line->setVisible(notice != nullptr);
+    });
+    // What only refuses to load may say so itself.
+    workstation.Places().admit = [this](const QString& library, QString& error) {
+        PluginEntry entry;
+        QString told;
+        if (catalog.Ask(library, entry, told) || entry.failure == EPluginFailure::kRefused) return true;
+        error = FailureText(entry);
+        return false;
+    };
     timer.setInterval(kTickMilliseconds);
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
@@ -139,6 +163,7 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
+    if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
     if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
 }
 
@@ -146,18 +171,16 @@ void CMainWindow::OpenPlugin(const SlotPlace& place) {
     if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
 }
 
-void CMainWindow::TakeFile(const QString& path) {
+void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const QString kind = Extension(path);
     QString error;
     const int current = workstation.Selection().CurrentIndex();
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
-    if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path);
-    if (kind == QLatin1String("ist")) {
-        if (workstation.Stack().AddInstrument(path, error) >= 0)
-            return ShowWarnings(workstation.Stack().TakeWarnings());
-    } else if (!instrument) {
+    if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
+    if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
+    if (!instrument) {
         error = Text("There is no instrument to load this file into.");
     } else if (kind == QLatin1String("ptn")) {
         workstation.Contents().LoadPattern(current, path, error);
@@ -169,20 +192,33 @@ void CMainWindow::TakeFile(const QString& path) {
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
 }
 
-// A synthesiser becomes an instrument, an effect goes into the first free insert of the instrument shown.
-void CMainWindow::TakePluginLibrary(const QString& path) {
+// It goes to what lies under the mouse; else a synthesiser becomes an instrument, an effect goes into the first
+// free insert of the instrument shown.
+void CMainWindow::TakePluginLibrary(const QString& path, const std::optional<QPoint>& point) {
     PluginEntry entry;
     QString error;
     if (!catalog.Ask(path, entry, error)) return ShowMessage(QStringLiteral("QUIB"), error);
-    if (entry.isInstrument) {
-        workstation.Stack().AddInstrument(path, error);
-    } else if (const auto instrument = workstation.Stack().Instrument(workstation.Selection().CurrentIndex())) {
-        SlotPlace place{SlotPlace::EKind::kInsert, instrument->Id(), 0};
-        const auto first = workstation.Places().Slot(place);
-        if (first->plugin || first->missing) place.index = 1;
-        workstation.Places().LoadInsert(place, path, error);
-    } else {
-        error = Text("There is no instrument to put this effect into.");
+    const ESlotKind kind = entry.isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
+    const auto target = point && dropPlaceAt ? dropPlaceAt(kind, *point) : std::nullopt;
+    if (target || entry.isInstrument) return LoadFileInto(path, target ? target->place : std::nullopt);
+    const auto instrument = workstation.Selection().CurrentInstrument();
+    if (!instrument) {
+        return ShowMessage(QStringLiteral("QUIB"), Text("There is no instrument to put this effect into."));
+    }
+    const SlotPlace last{SlotPlace::EKind::kInsert, instrument->Id(), kInsertCount - 1};
+    LoadFileInto(path, FreeEffectPlace(workstation.Places(), instrument->Id()).value_or(last));
+}
+
+// Nothing unknown is loaded before a process of its own has tried it.
+void CMainWindow::LoadFileInto(const QString& path, const std::optional<SlotPlace>& place) {
+    PluginEntry entry;
+    QString error;
+    const bool isPlugin = HasPluginExtension(path.toStdString());
+    if (isPlugin && !catalog.Ask(path, entry, error)) return ShowMessage(QStringLiteral("QUIB"), error);
+    if (place) {
+        workstation.Places().LoadPlugin(*place, path, error);
+    } else if (workstation.Stack().AddInstrument(path, error) >= 0 && !isPlugin) {
+        return ShowWarnings(workstation.Stack().TakeWarnings());
     }
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
 }

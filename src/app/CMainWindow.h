@@ -5,6 +5,7 @@
 // work. What the commands do to the project is the workstation's. User-interface thread.
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <map>
@@ -16,6 +17,7 @@
 #include "app/CRecentFiles.h"
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
+#include "app/console/SlotFields.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 
@@ -25,6 +27,7 @@ class QPushButton;
 
 namespace quib {
 
+class CExportDialog;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -60,8 +63,13 @@ public:
 
     // Opens a project after the question about unsaved work.
     void Open(const QString& path);
-    // What dropping a file on the window does.
-    void TakeFile(const QString& path);
+    // What dropping a file on the window does; `point` of the screen, where it was dropped.
+    void TakeFile(const QString& path, std::optional<QPoint> point = {});
+    // Loads a plug-in, or an instrument's file, into a place; without one as a new instrument.
+    void LoadFileInto(const QString& path, const std::optional<SlotPlace>& place);
+    // Where a plug-in that is dropped goes; the console sets it.
+    std::function<std::optional<DropPlace>(ESlotKind kind, const QPoint& point)> dropPlaceAt;
+    void ChoosePluginFolders();
     // True when unsaved work may be thrown away: there is none, it was saved, or the user agreed.
     bool MayDiscard();
     void ShowMessage(const QString& caption, const QString& text);
@@ -79,6 +87,10 @@ Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
     void SettingsChanged();  // toggles, language, scale
     void QuickStartWanted();
+    void SongWanted(bool inPlaceOfTheStrips);
+    void InstrumentWanted();  // a plug-in is to be chosen for a new one
+    void EffectWanted();
+    void FilesHover(const QStringList& paths, const QPoint& point);  // plug-ins; none: they are gone
     void TimebaseChanged();
 
 protected:
@@ -111,11 +123,11 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
+    void ShowExport();
     void ScanPlugins();
-    void ChoosePluginFolders();
     void ShowTitle();
     void OnTick();
-    void TakePluginLibrary(const QString& path);
+    void TakePluginLibrary(const QString& path, const std::optional<QPoint>& point);
 
     CWorkstation& workstation;
     CPluginCatalog& catalog;
@@ -132,6 +144,7 @@ private:
     std::map<int, QAction*> actions;
     QMenu* fileMenu = nullptr;
     QMenu* restoreMenu = nullptr;
+    QPointer<CExportDialog> exporting;  // while it is open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;

@@ -9,26 +9,35 @@
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QSet>
+#include <algorithm>
 #include <utility>
+
+#include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 
-constexpr int kPatience = 15;  // seconds for one library
+constexpr int kPatience = 10;  // seconds for one library
 constexpr int kMargin = 5000;  // milliseconds, for the process itself
 
 bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {
-    if (!entry.isBroken && entry.identity.isEmpty()) return false;  // kept by a version that did not ask for it
+    if (entry.isBroken != (entry.failure != EPluginFailure::kNone)) return false;  // kept by an older version
     return entry.size == file.size() && entry.changed == file.lastModified().toMSecsSinceEpoch();
 }
 
 QJsonObject ToJson(const PluginEntry& entry) {
-    return {{QStringLiteral("path"), entry.path},        {QStringLiteral("name"), entry.name},
-            {QStringLiteral("vendor"), entry.vendor},    {QStringLiteral("instrument"), entry.isInstrument},
-            {QStringLiteral("broken"), entry.isBroken},  {QStringLiteral("error"), entry.error},
-            {QStringLiteral("changed"), entry.changed},  {QStringLiteral("size"), entry.size},
-            {QStringLiteral("identity"), entry.identity}};
+    return {{QStringLiteral("path"), entry.path},
+            {QStringLiteral("name"), entry.name},
+            {QStringLiteral("vendor"), entry.vendor},
+            {QStringLiteral("instrument"), entry.isInstrument},
+            {QStringLiteral("broken"), entry.isBroken},
+            {QStringLiteral("error"), entry.error},
+            {QStringLiteral("changed"), entry.changed},
+            {QStringLiteral("size"), entry.size},
+            {QStringLiteral("identity"), entry.identity},
+            {QStringLiteral("category"), entry.category},
+            {QStringLiteral("failure"), static_cast<int>(entry.failure)}};
 }
 
 PluginEntry FromJson(const QJsonObject& object) {
@@ -40,9 +49,26 @@ PluginEntry FromJson(const QJsonObject& object) {
     entry.isInstrument = object[QStringLiteral("instrument")].toBool();
     entry.isBroken = object[QStringLiteral("broken")].toBool();
     entry.error = object[QStringLiteral("error")].toString();
+    entry.category = object[QStringLiteral("category")].toInt();
+    // Whatever a later version may write is read as a refusal.
+    entry.failure = static_cast<EPluginFailure>(
+        std::clamp(object[QStringLiteral("failure")].toInt(), 0, static_cast<int>(EPluginFailure::kEndedProgram)));
     entry.changed = object[QStringLiteral("changed")].toInteger();
     entry.size = object[QStringLiteral("size")].toInteger();
     return entry;
+}
+
+// Codes that quib-scan ends with.
+constexpr int kScanHung = 3;
+constexpr int kScanEnded = 4;
+
+EPluginFailure FailureOf(const QProcess& asked, const QString& error) {
+    if (asked.state() != QProcess::NotRunning || asked.exitCode() == kScanHung) return EPluginFailure::kHung;
+    if (asked.exitStatus() == QProcess::CrashExit || asked.exitCode() == kScanEnded) return EPluginFailure::kEnded;
+    // Words of the system's loader and of the plug-in host, which are never translated.
+    if (error.contains(QLatin1String("ELF"))) return EPluginFailure::kWrongMachine;
+    if (error.contains(QLatin1String("entry point"))) return EPluginFailure::kNoEntry;
+    return EPluginFailure::kRefused;
 }
 
 QStringList Arguments(const QString& library) {
@@ -50,6 +76,26 @@ QStringList Arguments(const QString& library) {
 }
 
 }  // namespace
+
+QString FailureText(const PluginEntry& entry) {
+    switch (entry.failure) {
+        case EPluginFailure::kNone:
+            return {};
+        case EPluginFailure::kHung:
+            return Text("did not answer within 10 seconds");
+        case EPluginFailure::kEnded:
+            return Text("ended while it was read");
+        case EPluginFailure::kWrongMachine:
+            return Text("not for this machine");
+        case EPluginFailure::kNoEntry:
+            return Text("has no entry point");
+        case EPluginFailure::kRefused:
+            return Text("refused to load");
+        case EPluginFailure::kEndedProgram:
+            return Text("ended the program last time");
+    }
+    return {};
+}
 
 CPluginCatalog::CPluginCatalog(const QString& scannerProgram, const QString& cacheFile)
     : scanner(scannerProgram), cachePath(cacheFile) {
@@ -93,6 +139,59 @@ QList<PluginEntry> CPluginCatalog::Select(bool instruments) const {
     return chosen;
 }
 
+QList<PluginEntry> CPluginCatalog::Failed() const {
+    QList<PluginEntry> failed;
+    for (const PluginEntry& entry : entries) {
+        if (entry.isBroken && entry.failure != EPluginFailure::kNoEntry) failed.append(entry);
+    }
+    return failed;
+}
+
+QString CPluginCatalog::Current() const {
+    return scanning && next < libraries.size() ? QFileInfo(libraries[next]).fileName() : QString();
+}
+
+// What is learnt can be used at once.
+void CPluginCatalog::Learn(const PluginEntry& entry) {
+    known.insert(entry.path, entry);
+    const auto old = std::find_if(entries.begin(), entries.end(),
+                                  [&entry](const PluginEntry& listed) { return listed.path == entry.path; });
+    if (old == entries.end()) {
+        entries.append(entry);
+    } else {
+        *old = entry;
+    }
+}
+
+void CPluginCatalog::AskAgain(const QString& path) {
+    known.remove(path);
+    if (scanning) return libraries.append(path);
+    Scan();
+}
+
+QString CPluginCatalog::Block(const QString& library) {
+    PluginEntry entry;
+    for (const PluginEntry& listed : entries) {
+        if (listed.path == library || QFileInfo(listed.path).fileName() == library) entry = listed;
+    }
+    const QFileInfo file(entry.path.isEmpty() ? library : entry.path);
+    entry.path = file.canonicalFilePath();
+    if (entry.path.isEmpty()) return library;
+    if (entry.name.isEmpty()) entry.name = file.completeBaseName();
+    entry.changed = file.lastModified().toMSecsSinceEpoch();
+    entry.size = file.size();
+    entry.isBroken = true;
+    entry.failure = EPluginFailure::kEndedProgram;
+    Learn(entry);
+    WriteCache();
+    return entry.name;
+}
+
+void CPluginCatalog::SetPaused(bool hold) {
+    paused = hold;
+    if (scanning && !paused && !process) AskNext();
+}
+
 QStringList CPluginCatalog::FindLibraries() const {
     QStringList found;
     QSet<QString> seen;
@@ -116,7 +215,8 @@ CPluginFinder::Identities CPluginCatalog::Identities() const {
 }
 
 void CPluginCatalog::Scan() {
-    if (scanning) return;
+    if (scanning) return SetPaused(false);
+    paused = false;
     libraries = FindLibraries();
     gathered.clear();
     next = 0;
@@ -126,6 +226,7 @@ void CPluginCatalog::Scan() {
 }
 
 void CPluginCatalog::AskNext() {
+    if (paused) return;
     while (next < libraries.size()) {
         const QString& path = libraries[next];
         const auto old = known.constFind(path);
@@ -149,12 +250,10 @@ void CPluginCatalog::AskNext() {
 void CPluginCatalog::TakeAnswer() {
     if (!scanning || !process) return;
     const std::unique_ptr<QProcess> ended = std::move(process);
-    const bool succeeded = ended->error() != QProcess::FailedToStart && ended->exitStatus() == QProcess::NormalExit &&
-                           ended->exitCode() == 0;
-    const PluginEntry entry =
-        Describe(libraries[next], succeeded, ended->readAllStandardOutput(), ended->readAllStandardError());
+    const PluginEntry entry = Describe(libraries[next], *ended);
     learnt = true;
-    if (ended->error() != QProcess::FailedToStart) known.insert(entry.path, entry);
+    Learn(entry);
+    if (ended->error() == QProcess::FailedToStart) known.remove(entry.path);
     gathered.append(entry);
     ++next;
     AskNext();
@@ -183,43 +282,51 @@ void CPluginCatalog::Cancel() {
     End();
 }
 
-PluginEntry CPluginCatalog::Describe(const QString& path, bool succeeded, const QByteArray& answer,
-                                     const QByteArray& error) {
+PluginEntry CPluginCatalog::Describe(const QString& path, QProcess& asked) {
+    const bool succeeded = asked.error() != QProcess::FailedToStart && asked.state() == QProcess::NotRunning &&
+                           asked.exitStatus() == QProcess::NormalExit && asked.exitCode() == 0;
     const QFileInfo file(path);
     PluginEntry entry;
     entry.path = path;
     entry.name = file.completeBaseName();
     entry.changed = file.lastModified().toMSecsSinceEpoch();
     entry.size = file.size();
-    const QJsonObject object = QJsonDocument::fromJson(answer).object();
+    const QJsonObject object = QJsonDocument::fromJson(asked.readAllStandardOutput()).object();
     entry.isBroken = !succeeded || object.isEmpty();
     if (entry.isBroken) {
-        entry.error = QString::fromUtf8(error).trimmed();
+        entry.error = QString::fromUtf8(asked.readAllStandardError()).trimmed();
+        entry.failure = FailureOf(asked, entry.error);
         return entry;
     }
     const QString name = object[QStringLiteral("name")].toString();
     if (!name.isEmpty()) entry.name = name;
     entry.vendor = object[QStringLiteral("vendor")].toString();
     entry.identity = object[QStringLiteral("identity")].toString();
+    entry.category = object[QStringLiteral("category")].toInt();
     entry.isInstrument = object[QStringLiteral("instrument")].toBool();
     return entry;
 }
 
-bool CPluginCatalog::Ask(const QString& path, PluginEntry& entry, QString& error) {
+bool CPluginCatalog::Knows(const QString& path, PluginEntry& entry) const {
     const QString real = QFileInfo(path).canonicalFilePath();
     const auto old = known.constFind(real);
-    if (old != known.constEnd() && IsCurrent(*old, QFileInfo(real))) {
-        entry = *old;
-    } else {
+    if (old == known.constEnd() || !IsCurrent(*old, QFileInfo(real))) return false;
+    entry = *old;
+    return true;
+}
+
+bool CPluginCatalog::Ask(const QString& path, PluginEntry& entry, QString& error) {
+    const QString real = QFileInfo(path).canonicalFilePath();
+    if (!Knows(path, entry)) {
         QProcess once;
         once.start(scanner, Arguments(real.isEmpty() ? path : real));
         const bool answered = once.waitForFinished(kPatience * 1000 + kMargin);
+        entry = Describe(real, once);
         if (!answered) once.kill();
-        const bool succeeded = answered && once.exitStatus() == QProcess::NormalExit && once.exitCode() == 0;
-        entry = Describe(real, succeeded, once.readAllStandardOutput(), once.readAllStandardError());
-        if (answered) known.insert(real, entry);
+        if (!answered) once.waitForFinished(kMargin);
+        if (answered && !real.isEmpty()) Learn(entry);
     }
-    error = entry.isBroken ? path + QStringLiteral(": ") + entry.error : QString();
+    error = entry.isBroken ? path + QStringLiteral(": ") + FailureText(entry) : QString();
     return !entry.isBroken;
 }
 

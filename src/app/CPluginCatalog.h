@@ -16,6 +16,17 @@
 
 namespace quib {
 
+// Why a library could not be read.
+enum class EPluginFailure {
+    kNone,
+    kHung,          // did not answer in time
+    kEnded,         // crashed, or ended the process
+    kWrongMachine,  // a library of another kind of machine
+    kNoEntry,       // no plug-in at all
+    kRefused,
+    kEndedProgram  // ended this program the last time it was used
+};
+
 struct PluginEntry {
     QString name;
     QString path;  // of the library
@@ -23,12 +34,17 @@ struct PluginEntry {
     QString identity;  // format and the plug-in's id in it, "vst2:31366378"; empty for a broken one
     bool isInstrument = false;
     bool isBroken = false;  // crashed, hung or refused
-    QString error;          // of a broken one
-    qint64 changed = 0;     // of the library when it was asked, milliseconds
-    qint64 size = 0;        // bytes
+    EPluginFailure failure = EPluginFailure::kNone;
+    QString error;       // of a broken one, as the scanner told it
+    int category = 0;    // as a number of its format
+    qint64 changed = 0;  // of the library when it was asked, milliseconds
+    qint64 size = 0;     // bytes
 
     friend bool operator==(const PluginEntry&, const PluginEntry&) = default;
 };
+
+// In words of the chosen language; empty for one that was read.
+QString FailureText(const PluginEntry& entry);
 
 class CPluginCatalog : public QObject {
     Q_OBJECT
@@ -44,13 +60,28 @@ public:
     // Stops after the library under way has been given up.
     void Cancel();
     bool IsScanning() const noexcept { return scanning; }
+    // Holds the scan after the library under way, or goes on with it.
+    void SetPaused(bool hold);
+    bool IsPaused() const noexcept { return paused; }
+    // Libraries that the scan under way has seen, of how many, and the one that is being asked.
+    int Done() const noexcept { return static_cast<int>(next); }
+    int Total() const noexcept { return static_cast<int>(libraries.size()); }
+    QString Current() const;
+    // Asks a library again that could not be read, as part of a scan.
+    void AskAgain(const QString& path);
+    // From now on the library, a path or the name of a file, counts as one that ends the program. Gives its name.
+    QString Block(const QString& library);
 
     // What can be loaded, in the order of the folders and of the names in them.
     QList<PluginEntry> Instruments() const { return Select(true); }
     QList<PluginEntry> Effects() const { return Select(false); }
     QList<PluginEntry> All() const { return entries; }
+    // Those that could not be read, but for what is no plug-in at all.
+    QList<PluginEntry> Failed() const;
     CPluginFinder::Identities Identities() const;
 
+    // What is known of a library without asking it.
+    bool Knows(const QString& path, PluginEntry& entry) const;
     // What one library is; asks it, and waits, when nobody did yet. False, with `error`, for a broken one.
     bool Ask(const QString& path, PluginEntry& entry, QString& error);
 
@@ -66,7 +97,8 @@ private:
     void AskNext();
     void TakeAnswer();
     void End();
-    static PluginEntry Describe(const QString& path, bool succeeded, const QByteArray& answer, const QByteArray& error);
+    void Learn(const PluginEntry& entry);
+    static PluginEntry Describe(const QString& path, QProcess& asked);
 
     QString scanner;
     QString cachePath;
@@ -77,6 +109,7 @@ private:
     QStringList libraries;        // of the scan under way
     qsizetype next = 0;
     bool scanning = false;
+    bool paused = false;
     bool learnt = false;
     std::unique_ptr<QProcess> process;
 };

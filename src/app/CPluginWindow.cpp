@@ -145,6 +145,7 @@ void CPluginWindow::OpenEditor() {
     QGuiApplication::sync();
     editorOpen = true;
     plugin->PinLibrary();
+    workstation.Places().MarkRisk(QString::fromStdString(plugin->Identity().fileName));
     plugin->OpenEditor(id);
     FitEditor();
 }

@@ -43,8 +43,14 @@ constexpr int kScanPlugins = 40001;
 constexpr int kPluginFolders = 40002;
 constexpr int kPanic = 40003;
 constexpr int kRecordNotes = 40004;
-constexpr int kScale0 = 40010;    // and those that follow, one for each scale
-constexpr int kTool0 = 40050;     // and those that follow, one for each tool window
+constexpr int kMetronome = 40005;
+constexpr int kCountIn0 = 40006;  // and the two that follow: its bars
+constexpr int kAddInstrument = 40080;
+constexpr int kAddEffect = 40081;
+constexpr int kScale0 = 40010;  // and those that follow, one for each scale
+constexpr int kExport = 40030;
+constexpr int kTool0 = 40050;  // and those that follow, one for each tool window
+constexpr int kSongWindow = 40070;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

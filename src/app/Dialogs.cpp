@@ -77,10 +77,10 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
     CSettings& settings = workstation.Settings();
     QDialog dialog(parent);
     dialog.setWindowTitle(Text("Time Signature"));
-    auto* const beats = MakeNumber(1, 32, Signature(settings, "BeatsPerBar", 4));
+    auto* const beats = MakeNumber(1, 32, workstation.Audio().settings.beatsPerBar.Get());
     auto* const unit = new QComboBox;
     for (const int value : kBeatUnits) unit->addItem(QString::number(value));
-    unit->setCurrentText(QString::number(Signature(settings, "BeatUnit", 4)));
+    unit->setCurrentText(QString::number(workstation.Audio().settings.beatUnit.Get()));
     auto* const steps = MakeNumber(1, 16, Signature(settings, "StepsPerBeat", 4));
     auto* const form = new QFormLayout(&dialog);
     form->addRow(Text("Beats in a bar"), beats);
@@ -93,6 +93,7 @@ bool RunTimeSignatureDialog(QWidget* parent, CWorkstation& workstation) {
     settings.WriteSettingInt(kTimeSignatureSection, QStringLiteral("StepsPerBeat"), steps->value());
     settings.Flush();
     ApplyTimeSignature(settings, workstation);
+    workstation.Changes().Touch();
     return true;
 }
 
@@ -164,12 +165,22 @@ bool RunPluginFoldersDialog(QWidget* parent, CSettings& settings) {
     layout->addWidget(list);
     row->addWidget(add);
     row->addWidget(remove);
+    for (const int by : {-1, 1}) {
+        auto* const move = new QPushButton(by < 0 ? Text("Move Up") : Text("Move Down"));
+        row->addWidget(move);
+        QObject::connect(move, &QPushButton::clicked, &dialog, [list, by] {
+            const int from = list->currentRow();
+            if (from < 0 || from + by < 0 || from + by >= list->count()) return;
+            list->insertItem(from + by, list->takeItem(from));
+            list->setCurrentRow(from + by);
+        });
+    }
     row->addStretch();
     layout->addLayout(row);
     layout->addWidget(AddButtons(dialog));
     QObject::connect(add, &QPushButton::clicked, &dialog, [&] {
         const QString folder = QFileDialog::getExistingDirectory(&dialog, Text("Plug-in folders"));
-        if (!folder.isEmpty()) list->addItem(folder);
+        if (!folder.isEmpty() && list->findItems(folder, Qt::MatchExactly).isEmpty()) list->addItem(folder);
     });
     QObject::connect(remove, &QPushButton::clicked, &dialog, [list] { delete list->currentItem(); });
     if (dialog.exec() != QDialog::Accepted) return false;

@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
-#include "app/PluginChoices.h"
+#include "app/browser/PluginChoices.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
 

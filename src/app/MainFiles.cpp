@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
+#include "app/export/CExportDialog.h"
 #include "document/CSettings.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
@@ -127,6 +128,13 @@ void CMainWindow::Restore(const QString& path) {
     ShowWarnings();
 }
 
+void CMainWindow::ShowExport() {
+    if (!exporting) exporting = new CExportDialog(this, workstation, Scale());
+    exporting->show();
+    exporting->raise();
+    exporting->activateWindow();
+}
+
 void CMainWindow::ScanPlugins() {
     RunScanDialog(this, catalog);
     workstation.Places().RefreshPlugins();
@@ -135,6 +143,7 @@ void CMainWindow::ScanPlugins() {
 void CMainWindow::ChoosePluginFolders() {
     if (!RunPluginFoldersDialog(this, settings)) return;
     workstation.Places().ReadPluginFolders();
+    catalog.Cancel();
     catalog.SetFolders(PluginFolders(workstation.ProgramFolders(), settings));
     ScanPlugins();
 }

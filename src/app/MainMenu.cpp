@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
+#include "app/console/ConsoleParts.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
 
@@ -123,6 +124,9 @@ void CMainWindow::BuildFileMenu() {
     fileMenu->addSeparator();
     Add(*fileMenu, command::kSave, TextKey("Save"), [this] { Save(); });
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
+    Add(*fileMenu, command::kExport, TextKey("Export ..."), [this] {
+        ShowExport();
+    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
@@ -165,6 +169,15 @@ void CMainWindow::BuildEditMenu() {
         action->setShortcutContext(Qt::ApplicationShortcut);
         edits.Connect(row.edit, action);
     }
+    menu->addSeparator();
+    const auto addWish = [this, menu](int number, const char* text, const QKeySequence& key, auto wish) {
+        QAction* const action = Add(*menu, number, text, [this, wish] { (this->*wish)(); });
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::ApplicationShortcut);
+    };
+    addWish(command::kAddInstrument, TextKey("Add an instrument ..."), Qt::CTRL | Qt::Key_I,
+            &CMainWindow::InstrumentWanted);
+    addWish(command::kAddEffect, TextKey("Add an effect ..."), Qt::CTRL | Qt::Key_E, &CMainWindow::EffectWanted);
     connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
     edits.Update();
 }
@@ -188,6 +201,26 @@ void CMainWindow::BuildTransportMenu() {
         action->setShortcutContext(Qt::ApplicationShortcut);
         action->setAutoRepeat(false);
     }
+    menu->addSeparator();
+    CValue& armed = workstation.NoteRecording().Armed();
+    CMetronomeControl& metronome = workstation.Metronome();
+    Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
+    Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    QMenu* const countIn = menu->addMenu(Text("Count-in"));
+    for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+        QAction* const action =
+            countIn->addAction(CountInText(bars), [&metronome, bars] { metronome.SetCountIn(bars); });
+        action->setCheckable(true);
+        actions[command::kCountIn0 + bars] = action;
+    }
+    for (const int number : {command::kRecordNotes, command::kMetronome}) Action(number)->setCheckable(true);
+    connect(menu, &QMenu::aboutToShow, this, [this, &armed, &metronome] {
+        Action(command::kRecordNotes)->setChecked(armed.IsOn());
+        Action(command::kMetronome)->setChecked(metronome.On().IsOn());
+        for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+            Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
+        }
+    });
 }
 
 void CMainWindow::BuildWindowsMenu() {
@@ -200,6 +233,13 @@ void CMainWindow::BuildWindowsMenu() {
         action->setShortcut(row.key);
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
+    menu->addSeparator();
+    Add(*menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"), [this] {
+        OpenTool(ETool::kPlaylist);
+    })->setShortcut(Qt::Key_F6);
+    Add(*menu, command::kSongWindow, TextKey("Song in the whole window"), [this] {
+        Q_EMIT SongWanted(true);
+    })->setShortcut(Qt::SHIFT | Qt::Key_F6);
 }
 
 void CMainWindow::BuildSettingsMenu() {

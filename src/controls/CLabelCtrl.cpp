@@ -30,9 +30,17 @@ QRectF CLabelCtrl::DrawGround(QRgb ground) {
     return area.adjusted(5, 0, -5, 0);
 }
 
-void CLabelCtrl::Draw() {
-    const QRectF area = DrawGround(Palette().Colour(QStringLiteral("well")));
-    Canvas().Text(area, text, textColour, fontHeight, alignment, strong);
+void CLabelCtrl::Draw() { DrawText(DrawGround(Palette().Colour(QStringLiteral("well"))), textColour); }
+
+bool CLabelCtrl::HasChanged() const { return CControl::HasChanged() || IsStruck() != drawnStruck; }
+
+void CLabelCtrl::DrawText(const QRectF& area, QRgb colour) {
+    drawnStruck = IsStruck();
+    const QRgb shown = drawnStruck ? Palette().Colour(QStringLiteral("textDim")) : colour;
+    Canvas().Text(area, text, shown, fontHeight, alignment, strong);
+    if (!drawnStruck) return;
+    const qreal end = std::min(area.right(), area.left() + CCanvas::TextWidth(text, fontHeight, strong));
+    Canvas().Line(area.left(), area.center().y() + 1, end, area.center().y() + 1, shown);
 }
 
 CLiveLabelCtrl::CLiveLabelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
@@ -47,6 +55,7 @@ void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu)
     auto* const menu = new QMenu(&window);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu);
+    if (menu->isEmpty()) return menu->deleteLater();
     menu->popup(QCursor::pos());
 }
 
@@ -72,7 +81,7 @@ void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 void CLabelMenuCtrl::Draw() {
     const QRectF area = DrawGround(Palette().Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
     const QRgb colour = enabled ? textColour : Palette().Colour(QStringLiteral("textDim"));
-    Canvas().Text(area.adjusted(0, 0, -10, 0), Text(), colour, fontHeight, alignment, strong);
+    DrawText(area.adjusted(0, 0, -10, 0), colour);
     Canvas().Glyph(Skin(), picture::kGlyphArrowDown, QPointF(area.right() - 3, area.center().y()),
                    hovered ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim")));
 }

@@ -16,6 +16,7 @@ public:
                const QString& fixedText = {});
 
     void Draw() override;
+    bool HasChanged() const override;
 
     void SetText(const QString& newText);
     const QString& Text() const noexcept { return text; }
@@ -24,14 +25,19 @@ public:
     std::optional<QRgb> fill;  // unset: the background
     int fontHeight = 10;
     bool strong = false;
-    bool sunken = false;  // drawn as a well
+    bool sunken = false;                     // drawn as a well
+    const CValue* struckWhileOff = nullptr;  // the switch of what it names
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
 
 protected:
     QRectF DrawGround(QRgb ground);
+    bool IsStruck() const { return struckWhileOff != nullptr && !struckWhileOff->IsOn(); }
+    // The text, dimmed and struck out where it names what is off.
+    void DrawText(const QRectF& area, QRgb colour);
 
 private:
     QString text;
+    bool drawnStruck = false;
 };
 
 // A label whose text follows a function. Costs a comparison a tick while it stays the same.
@@ -45,12 +51,12 @@ private:
     std::function<QString()> source;
 };
 
-// Shows a menu at the mouse, which goes when it is closed.
+// Shows a menu at the mouse, which goes when it is closed; nothing when it is left empty.
 void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu);
 
 class CLabelMenuCtrl : public CLabelCtrl {
 public:
-    // `fillMenu` fills the menu at each click.
+    // `fillMenu` fills the menu at each click; a menu that it leaves empty is not shown.
     CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                    const QString& fixedText, std::function<void(QMenu&)> fillMenu);
 

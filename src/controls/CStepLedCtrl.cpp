@@ -8,6 +8,11 @@
 
 namespace quib {
 
+namespace {
+constexpr int kPageRow = 3;  // pixels above the boxes
+constexpr int kPageDotPitch = 10;
+}  // namespace
+
 CStepLedCtrl::CStepLedCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                            QRgb groundColour)
     : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), ground(groundColour) {}
@@ -16,18 +21,47 @@ void CStepLedCtrl::SetStepCount(int newCount) {
     newCount = std::max(1, newCount);
     if (newCount == stepCount) return;
     stepCount = newCount;
+    page = std::min(page, PageCount() - 1);
+    takesWheel = PageCount() > 1;
     stale = true;
+}
+
+bool CStepLedCtrl::IsShownStep(int step) const noexcept {
+    return step >= FirstStep() && step < std::min(stepCount, FirstStep() + kPageSteps);
+}
+
+bool CStepLedCtrl::TurnTo(int wanted) {
+    wanted = std::clamp(wanted, 0, PageCount() - 1);
+    if (wanted == page) return false;
+    page = wanted;
+    stale = true;
+    return true;
+}
+
+void CStepLedCtrl::OnMouseWheel(int px, int /*py*/, std::uint32_t word) {
+    if (held || !TurnTo(page + (NotchesOf(word) < 0 ? 1 : -1))) return;
+    pageByHand = true;
+    hoveredStep = StepAt(px);
+}
+
+void CStepLedCtrl::FollowPlaying(int step) {
+    if (playing < 0 || step < 0) pageByHand = false;
+    if (step >= 0 && !pageByHand && !held) TurnTo(step / kPageSteps);
 }
 
 QRectF CStepLedCtrl::LedArea(int step) const {
     // Whole pixels, as even as the width allows.
-    const auto edge = [this](int index) { return X() + index * Width() / stepCount; };
-    const int gap = Width() / stepCount >= 4 ? 1 : 0;
-    return {qreal(edge(step)), qreal(Y()), qreal(std::max(1, edge(step + 1) - edge(step) - gap)), qreal(Height())};
+    const auto edge = [this](int index) { return X() + index * Width() / BoxCount(); };
+    const int box = step - FirstStep();
+    const int gap = Width() / BoxCount() >= 4 ? 1 : 0;
+    const int head = PageCount() > 1 ? kPageRow : 0;
+    return {qreal(edge(box)), qreal(Y() + head), qreal(std::max(1, edge(box + 1) - edge(box) - gap)),
+            qreal(Height() - head)};
 }
 
 int CStepLedCtrl::StepAt(int px) const noexcept {
-    return std::clamp((px - X()) * stepCount / std::max(1, Width()), 0, stepCount - 1);
+    const int last = std::min(stepCount, FirstStep() + kPageSteps) - 1;
+    return std::clamp(FirstStep() + (px - X()) * BoxCount() / std::max(1, Width()), FirstStep(), last);
 }
 
 void CStepLedCtrl::OnLButtonDown(int px, int py, int button) {
@@ -58,6 +92,7 @@ void CStepLedCtrl::OnKeyDown(int virtualKey) {
 void CStepLedCtrl::Tick() {
     if (!IsShown()) return;
     const int now = playingStep ? playingStep() : -1;
+    FollowPlaying(now);
     if (std::exchange(stale, false)) {
         playing = now;
         return Update(false, true);
@@ -67,7 +102,7 @@ void CStepLedCtrl::Tick() {
     Canvas().SetClip(ShownRectangle());
     const Colours colours = ColoursNow();
     for (const int step : {before, now}) {
-        if (step < 0 || step >= stepCount) continue;
+        if (!IsShownStep(step)) continue;
         DrawLed(step, colours);
         const QRect area = LedArea(step).toAlignedRect();
         BlitRect(area.left(), area.top(), area.right() + 1, area.bottom() + 1);
@@ -82,7 +117,18 @@ CStepLedCtrl::Colours CStepLedCtrl::ColoursNow() const {
 void CStepLedCtrl::Draw() {
     Canvas().Fill(Rectangle(), ground);
     const Colours colours = ColoursNow();
-    for (int step = 0; step < stepCount; ++step) DrawLed(step, colours);
+    for (int step = FirstStep(); IsShownStep(step); ++step) DrawLed(step, colours);
+    if (PageCount() > 1) DrawPages();
+}
+
+// As many as have room; of more the last one stands for the rest.
+void CStepLedCtrl::DrawPages() {
+    const int shown = std::min(PageCount(), Width() / kPageDotPitch);
+    for (int dot = 0; dot < shown; ++dot) {
+        const bool isThis = dot == std::min(page, shown - 1);
+        Canvas().Fill(QRectF(X() + dot * kPageDotPitch, Y(), kPageDotPitch - 3, 2),
+                      isThis ? Palette().Accent(section) : Palette().Colour(QStringLiteral("edge")));
+    }
 }
 
 void CStepLedCtrl::DrawLed(int step, const Colours& colours) {

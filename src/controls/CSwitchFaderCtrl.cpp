@@ -25,6 +25,7 @@ CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, in
 }
 
 void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
+    if (!enabled && onEmptyClick) return onEmptyClick(*this);
     if (!enabled) {
         if (InfoTextsAreShown(Owner().Settings(), 0) && Owner().onMessage) {
             Owner().onMessage(QStringLiteral("QUIB STUDIO"),
@@ -107,28 +108,42 @@ void CSwitchFaderCtrl::SetText(const QString& newText) {
 
 void CSwitchFaderCtrl::Draw() {
     const CPalette& palette = Palette();
-    const bool on = enabled && IsOn();
+    const bool on = IsOn();
     drawnLevel = level != nullptr ? level->Get() : 0;
     const QRgb accent = palette.Accent(section);
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area(Rectangle());
-    Canvas().FillRound(area, 3,
-                       palette.Colour(hovered && enabled ? QStringLiteral("wellDeep") : QStringLiteral("well")));
-    if (enabled && level != nullptr) {
+    if (!enabled) return DrawEmpty(area);
+    Canvas().FillRound(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
+    if (level != nullptr) {
         const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(drawnLevel / levelMaximum);
         const QRgb fill = Mix(palette.Colour(QStringLiteral("well")), accent, on ? 0.45F : 0.18F);
         if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, fill);
     }
     Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
-    const QRgb textColour = palette.Colour(!enabled ? QStringLiteral("textDim")
-                                           : on     ? QStringLiteral("text")
+    const bool struck = struckWhileOff && !on;
+    const QRgb textColour = palette.Colour(on       ? QStringLiteral("text")
+                                           : struck ? QStringLiteral("textDim")
                                                     : QStringLiteral("textMuted"));
-    Canvas().Text(area.adjusted(6, 0, -(enabled ? kSwitchZone : 4), 0), text, textColour, 10,
-                  Qt::AlignLeft | Qt::AlignVCenter);
-    if (!enabled) return;
+    const QRectF room = area.adjusted(6, 0, -kSwitchZone, 0);
+    Canvas().Text(room, text, textColour, 10, Qt::AlignLeft | Qt::AlignVCenter);
+    if (struck) {
+        const qreal end = std::min(room.right(), room.left() + CCanvas::TextWidth(text, 10));
+        Canvas().Line(room.left(), room.center().y() + 1, end, room.center().y() + 1, textColour);
+    }
     const QPointF lamp(area.right() - kSwitchZone / 2.0 + 2, area.center().y());
     if (on) Canvas().Ellipse(lamp, 6.5, WithOpacity(accent, 0.25F));
     Canvas().Glyph(Skin(), picture::kGlyphPower, lamp, on ? accent : palette.Colour(QStringLiteral("textDim")));
+}
+
+// Only an outline: there is nothing to switch.
+void CSwitchFaderCtrl::DrawEmpty(const QRectF& area) {
+    const CPalette& palette = Palette();
+    if (hovered && onEmptyClick) Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
+    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("line")));
+    const QRgb colour =
+        palette.Colour(hovered && onEmptyClick ? QStringLiteral("textMuted") : QStringLiteral("textOff"));
+    Canvas().Text(area.adjusted(6, 0, -4, 0), text, colour, 10, Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 }  // namespace quib

@@ -39,10 +39,14 @@ public:
     float levelDefault = 0;
     std::function<QString(float)> formatLevel;
     std::function<void(CControl&, float before)> onLevelGesture;
+    // A click while it is disabled; unset: it tells how to choose an effect.
+    std::function<void(CControl&)> onEmptyClick;
+    bool struckWhileOff = false;  // the name of what is off is struck out
 
 private:
     bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
     bool IsSwitch(int px) const noexcept { return level == nullptr || px - X() >= Width() - kSwitchZone; }
+    void DrawEmpty(const QRectF& area);
     void ShowLevel();
     void ChangeLevel(float next);
     void FinishLevel(float before);

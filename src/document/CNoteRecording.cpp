@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "texts/Texts.h"
 
@@ -54,7 +55,7 @@ void CNoteRecording::Look() {
         now.pattern = shown.pattern;
         now.step = shown.step;
     }
-    if (take->IsDisturbed()) take->Finish(Text("Record notes"), 0);
+    if (!held && take->IsDisturbed()) take->Finish(Text("Record notes"), 0);
 }
 
 void CNoteRecording::Take(const EngineNotice& notice) {
@@ -66,7 +67,14 @@ void CNoteRecording::Take(const EngineNotice& notice) {
     if (notice.x >= 0) take->Take(notice, current, options);
 }
 
+void CNoteRecording::Hold(bool on) {
+    if (std::exchange(held, on) == on) return;
+    if (!on) return take->Rebase();
+    if (!take->IsEmpty()) take->Finish(Text("Record notes"), now.rendered - context.audio.KeyDelay());
+}
+
 void CNoteRecording::Tick() {
+    if (held) return;
     const bool recording = now.running && Armed().IsOn();
     const auto current = selection.CurrentInstrument();
     if (recording && options.replace && current && now.pattern >= 0) take->Sweep(current, now.pattern, now.step);

@@ -23,6 +23,10 @@ public:
     // Kept in the settings.
     void SetOptions(const NoteTakeOptions& next);
 
+    // While a hand edits what is recorded into: the take so far becomes a step, and what is played meanwhile
+    // is added afterwards.
+    void Hold(bool on);
+
     // From the timer: looks where playing is before the notices are fetched, takes those of notes, then
     // publishes.
     void Look();
@@ -47,6 +51,7 @@ private:
     const CSelection& selection;
     NoteTakeOptions options;
     Playing now;
+    bool held = false;
     std::unique_ptr<CNoteTake> take;
 };
 

@@ -89,6 +89,11 @@ std::shared_ptr<const CPattern> CNoteTake::Written(const Track& track, std::int6
     return AddNotes(RemoveNotes({track.before, {}}, replaced), added).pattern;
 }
 
+void CNoteTake::Rebase() {
+    for (Track& track : tracks)
+        track.before = track.shown = track.instrument->patterns[static_cast<std::size_t>(track.pattern)].ForEdit();
+}
+
 bool CNoteTake::IsDisturbed() const {
     return std::any_of(tracks.begin(), tracks.end(), [](const Track& track) {
         return track.instrument->patterns[static_cast<std::size_t>(track.pattern)].ForEdit() != track.shown;

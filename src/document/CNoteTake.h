@@ -34,6 +34,8 @@ public:
     // Publishes what there is when `rendered` samples have been played, keys held now being as long as they are
     // at `heard`.
     void Publish(std::int64_t rendered, std::int64_t heard);
+    // What others have made of the patterns since is what is played into. Before anything was published.
+    void Rebase();
     // Ends held keys at `heard` and makes the step.
     void Finish(const QString& name, std::int64_t heard);
 

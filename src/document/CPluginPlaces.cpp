@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/CPluginPlaces.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <utility>
 
@@ -13,6 +14,10 @@ namespace quib {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr qint64 kLongestPath = 4096;
+
+QString RiskFile(const Folders& folders) { return folders.program + QStringLiteral("PluginInUse"); }
 
 // Built-in plug-ins stand beside the program wherever its folder is.
 CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
@@ -34,6 +39,8 @@ CPluginPlaces::CPluginPlaces(const DocumentContext& document)
     : context(document), finder(MakeFinder(document.folders, document.settings)) {
     ConnectEnvironment();
 }
+
+CPluginPlaces::~CPluginPlaces() { ForgetRisk(); }
 
 void CPluginPlaces::ConnectEnvironment() {
     PluginEnvironment& environment = context.audio.environment;
@@ -60,6 +67,7 @@ void CPluginPlaces::ReadPluginFolders() {
 }
 
 void CPluginPlaces::Tick() {
+    ForgetRisk();
     IdlePlugins();
     ReportFaults();
 }
@@ -122,16 +130,45 @@ std::shared_ptr<CPlugin> CPluginPlaces::Shared(const CPlugin& plugin) const {
     return found;
 }
 
-std::shared_ptr<CPlugin> CPluginPlaces::LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error) {
+std::shared_ptr<CPlugin> CPluginPlaces::LoadAdmitted(PluginEnvironment& environment, const QString& library,
+                                                     ESlotKind kind, std::string& error) {
+    QString reason;
+    if (admit && !admit(library, reason)) {
+        error = reason.toStdString();
+        return nullptr;
+    }
+    MarkRisk(library);
+    return CPlugin::Load(library.toStdString(), kind, environment, error);
+}
+
+void CPluginPlaces::MarkRisk(const QString& library) {
+    QFile file(RiskFile(context.folders));
+    marked = file.open(QIODevice::WriteOnly) && file.write(library.toUtf8()) >= 0;
+}
+
+void CPluginPlaces::ForgetRisk() {
+    if (std::exchange(marked, false)) QFile::remove(RiskFile(context.folders));
+}
+
+QString CPluginPlaces::TakeRisk(const Folders& folders) {
+    QFile file(RiskFile(folders));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    const QString library = QString::fromUtf8(file.read(kLongestPath));
+    file.remove();
+    return library;
+}
+
+std::shared_ptr<CPlugin> CPluginPlaces::LoadFor(PluginEnvironment& environment, const PluginReference& wanted,
+                                                ESlotKind kind, std::string& error) {
     const auto library = finder.Find(wanted, kind);
-    if (library) return CPlugin::Load(*library, kind, context.audio.environment, error);
+    if (library) return LoadAdmitted(environment, QString::fromStdString(library->string()), kind, error);
     error = Text("not found in any plug-in folder").toStdString();
     return nullptr;
 }
 
 PluginLoader CPluginPlaces::Loader() {
     return [this](const PluginReference& wanted, ESlotKind kind, std::string& error) {
-        return LoadNamed(wanted, kind, error);
+        return LoadFor(context.audio.environment, wanted, kind, error);
     };
 }
 
@@ -139,8 +176,9 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadLibrary(const QString& nameOrPath, E
     std::string reason;
     messageShown = false;
     const bool isPath = nameOrPath.contains(QLatin1Char('/')) && QFileInfo::exists(nameOrPath);
-    auto plugin = isPath ? CPlugin::Load(nameOrPath.toStdString(), kind, context.audio.environment, reason)
-                         : LoadNamed({nameOrPath.toStdString(), {}}, kind, reason);
+    PluginEnvironment& environment = context.audio.environment;
+    auto plugin = isPath ? LoadAdmitted(environment, nameOrPath, kind, reason)
+                         : LoadFor(environment, {nameOrPath.toStdString(), {}}, kind, reason);
     error = plugin || messageShown ? QString() : nameOrPath + QStringLiteral(": ") + QString::fromStdString(reason);
     return plugin;
 }
@@ -161,34 +199,36 @@ void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const Pl
         [publish, before = slot->ForEdit()] { publish(before); });
 }
 
-std::shared_ptr<const PluginSlot> CPluginPlaces::LoadedSlot(const SlotPlace& place, const QString& nameOrPath,
-                                                            QString& error) {
-    if (!PublishedSlot(place)) return nullptr;
+bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
+    if (!PublishedSlot(place)) return false;
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
     const auto plugin = LoadLibrary(nameOrPath, isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect, error);
-    if (!plugin) return nullptr;
-    auto slot = std::make_shared<PluginSlot>();
-    slot->plugin = plugin;
-    return slot;
-}
-
-bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
-    auto slot = LoadedSlot(place, nameOrPath, error);
-    if (slot) PublishSlot(place, slot, Text("Load plug-in"));
-    return slot != nullptr;
-}
-
-bool CPluginPlaces::LoadInsert(const SlotPlace& place, const QString& nameOrPath, QString& error) {
-    const auto instrument = context.InstrumentById(place.instrument);
-    const auto slot = instrument ? LoadedSlot(place, nameOrPath, error) : nullptr;
-    if (!slot) return false;
+    if (!plugin) return false;
+    auto next = std::make_shared<PluginSlot>();
+    next->plugin = plugin;
     const CChanges::CMacro step(context.changes, Text("Load plug-in"));
-    PublishSlot(place, slot, Text("Load plug-in"));
-    CValue& on = instrument->strip.insertOn[static_cast<std::size_t>(place.index)];
-    const float before = on.Get();
-    on.Set(1.0F);
-    context.changes.ValueEdited(Part(instrument, on), before, 1.0F, Text("Load plug-in"));
+    PublishSlot(place, std::move(next), Text("Load plug-in"));
+    if (const auto on = OnSwitch(place); on && !on->IsOn()) {
+        on->Set(1.0F);
+        context.changes.ValueEdited(on, 0.0F, 1.0F, Text("Load plug-in"));
+    }
     return true;
+}
+
+std::shared_ptr<CValue> CPluginPlaces::OnSwitch(const SlotPlace& place) const {
+    const auto index = static_cast<std::size_t>(place.index);
+    const auto owner = context.InstrumentById(place.instrument);
+    switch (place.kind) {
+        case SlotPlace::EKind::kInsert:
+            return owner ? Part(owner, owner->strip.insertOn[index]) : nullptr;
+        case SlotPlace::EKind::kMasterInsert:
+            return EnginePart(context.audio.settings.masterInsertOn[index]);
+        case SlotPlace::EKind::kEffect:
+            return owner ? Part(owner, owner->strip.sendOn[index]) : nullptr;
+        case SlotPlace::EKind::kInstrument:
+            return nullptr;
+    }
+    return nullptr;
 }
 
 void CPluginPlaces::ClearPlugin(const SlotPlace& place) {

@@ -14,7 +14,8 @@
 
 namespace quib {
 
-// A place for a plug-in. `instrument`: its id, for the first two kinds. `index`: 0.., but for kInstrument.
+// A place for a plug-in. `instrument`: its id, for the first two kinds; for an effect the one whose send is meant,
+// or 0. `index`: 0.., but for kInstrument.
 struct SlotPlace {
     enum class EKind { kInstrument, kInsert, kMasterInsert, kEffect };
     EKind kind = EKind::kInstrument;
@@ -27,12 +28,14 @@ class CPluginPlaces : public QObject {
 
 public:
     explicit CPluginPlaces(const DocumentContext& document);
+    ~CPluginPlaces() override;
 
     // Null for a place that does not exist.
     std::shared_ptr<const PluginSlot> Slot(const SlotPlace& place) const;
+    // An effect that is loaded is switched on in the same step.
     bool LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error);
-    // The same into an insert of an instrument, whose switch is on afterwards; one step of undo.
-    bool LoadInsert(const SlotPlace& place, const QString& nameOrPath, QString& error);
+    // The switch of an insert, a master insert, or an instrument's send; null for other places.
+    std::shared_ptr<CValue> OnSwitch(const SlotPlace& place) const;
     void ClearPlugin(const SlotPlace& place);
     bool LoadBank(const SlotPlace& place, const QString& path, QString& error);
     bool SaveBank(const SlotPlace& place, const QString& path, QString& error);
@@ -52,6 +55,15 @@ public:
     // user has been told already.
     std::shared_ptr<CPlugin> LoadLibrary(const QString& nameOrPath, ESlotKind kind, QString& error);
     PluginLoader Loader();
+    // Loads what a project names, for another engine. Null with the reason in `error`.
+    std::shared_ptr<CPlugin> LoadFor(PluginEnvironment& environment, const PluginReference& wanted, ESlotKind kind,
+                                     std::string& error);
+    // Asked before a library is loaded; false, with the reason, keeps it out. Unset: each is let in.
+    std::function<bool(const QString& library, QString& error)> admit;
+    // Names, on disk until the next Tick, a library that is about to be called in a way that may end the program.
+    void MarkRisk(const QString& library);
+    // The library that the last run was inside of when it ended; empty when there was none. Forgets it.
+    static QString TakeRisk(const Folders& folders);
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
     // Follows a change of the folders that the user has added.
@@ -74,14 +86,15 @@ private:
 
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
-    std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error);
-    std::shared_ptr<const PluginSlot> LoadedSlot(const SlotPlace& place, const QString& nameOrPath, QString& error);
+    std::shared_ptr<CPlugin> LoadAdmitted(PluginEnvironment& environment, const QString& library, ESlotKind kind,
+                                          std::string& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
     static State StateOf(CPlugin& plugin);
     static void SetState(CPlugin& plugin, const State& state);
     bool ChangeState(const SlotPlace& place, const QString& name, const std::function<bool(CPlugin&)>& change);
     void ParameterMovedInWindow(CPlugin& plugin, int parameter, float value);
     std::shared_ptr<CPlugin> Shared(const CPlugin& plugin) const;
+    void ForgetRisk();
     void IdlePlugins();
     void ReportFaults();
 
@@ -90,6 +103,7 @@ private:
     std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
     bool messageShown = false;                             // a plug-in's loading told the user why it failed
     bool idling = false;
+    bool marked = false;
 };
 
 }  // namespace quib

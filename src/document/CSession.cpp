@@ -81,10 +81,16 @@ void CSession::Publish(ProjectState state, const QString& path) {
     Q_EMIT AboutToReplace();
     context.changes.Clear();
     parts.places.Clear();
+    if (state.master.timeSignature[0] <= 0) {
+        state.master.timeSignature = {
+            std::clamp(context.settings.ReadSettingInt(kTimeSignatureSection, QStringLiteral("BeatsPerBar"), 4), 1, 32),
+            std::clamp(context.settings.ReadSettingInt(kTimeSignatureSection, QStringLiteral("BeatUnit"), 4), 1, 16)};
+    }
     PublishProject(state, context.audio);
     parts.stack.ProjectReplaced();
     parts.presets.ProjectReplaced(state.master.presetSelected);
     parts.contents.ProjectReplaced(state.master.playlistStepNumber);
+    parts.song.ProjectReplaced(state.markers);
     detector = state.detector;
     SetSaved(path);
     context.changes.Tell({EChange::kProject});
@@ -98,6 +104,7 @@ ProjectState CSession::GatherState() {
     state.master.playlistStepNumber = parts.contents.PlaylistSteps();
     state.master.presetSelected = parts.presets.SelectedPreset().Get();
     state.detector = detector;
+    state.markers = parts.song.Markers();
     return state;
 }
 

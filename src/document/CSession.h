@@ -14,6 +14,7 @@
 #include "document/CContents.h"
 #include "document/CJournal.h"
 #include "document/CPresets.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "project/ProjectFile.h"
 #include "project/ProjectState.h"
@@ -32,6 +33,7 @@ public:
         CContents& contents;
         CPresets& presets;
         CTransportControl& transport;
+        CSong& song;
     };
 
     CSession(const DocumentContext& document, const Parts& documentParts);
@@ -62,6 +64,8 @@ public:
     bool IsGuest() const noexcept { return guest; }
     QStringList TimedBackups() const;  // newest first
     ProjectState GatherState();
+    // The project as its file would hold it now.
+    std::string Bytes();
     QString ProjectPath() const { return projectPath; }
     QString ProjectName() const;
     bool IsModified() const { return context.changes.IsModified(); }
@@ -77,7 +81,6 @@ Q_SIGNALS:
 
 private:
     void Publish(ProjectState state, const QString& path);
-    std::string Bytes();
     void SetSaved(const QString& path);
     void BackupDone(const std::string& error);
     QString TimedPath(const QDateTime& time) const;

@@ -18,6 +18,11 @@ constexpr float kFastest = 300.0F;
 
 }  // namespace
 
+bool CTransportControl::IsPlaying() const {
+    const PlayPicture& picture = context.audio.Picture();
+    return picture.playing || picture.beatsToStart > 0;
+}
+
 void CTransportControl::Stop() {
     if (!IsPlaying()) return Panic();
     context.audio.Post({EngineCommand::EKind::kStop});

@@ -27,7 +27,8 @@ public:
         friend bool operator==(const Releases&, const Releases&) = default;
     };
     const Releases& KeysReleased() const noexcept { return releases; }
-    bool IsPlaying() const { return context.audio.Picture().playing; }
+    // Also while it is counted in.
+    bool IsPlaying() const;
     void Locate(int step);
     // Sets the tempo from the time between two calls or more.
     void TapTempo();

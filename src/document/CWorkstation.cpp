@@ -51,6 +51,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
+        performance.Abandon();
     });
 }
 
@@ -85,6 +86,7 @@ void CWorkstation::FollowNotices() {
         audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     noteRecording.Tick();
+    performance.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
 }

@@ -13,12 +13,15 @@
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
+#include "document/CPerformance.h"
 #include "document/CPluginPlaces.h"
 #include "document/CPresets.h"
 #include "document/CRecording.h"
 #include "document/CSelection.h"
 #include "document/CSession.h"
+#include "document/CSong.h"
 #include "document/CTransportControl.h"
 #include "engine/EngineMessages.h"
 
@@ -43,10 +46,13 @@ public:
     CPluginPlaces& Places() noexcept { return places; }
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
+    CSong& Song() noexcept { return song; }
+    CPerformance& Performance() noexcept { return performance; }
     CPresets& Presets() noexcept { return presets; }
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
+    CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -81,11 +87,14 @@ private:
     CPluginPlaces places{context};
     CInstrumentStack stack{context, places, selection};
     CContents contents{context};
+    CSong song{context, contents};
+    CPerformance performance{context};
     CTransportControl transport{context};
     CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
-    CSession session{context, {places, selection, stack, contents, presets, transport}};
+    CMetronomeControl metronome{context};
+    CSession session{context, {places, selection, stack, contents, presets, transport, song}};
     std::unique_ptr<CAutomationTake> take;
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };

@@ -26,7 +26,15 @@ struct BlockInstrument {
     const float* right = nullptr;
 };
 
+// A beat that is counted in before playing.
+struct Beat {
+    std::int32_t frame;
+    bool accented;
+};
+
 struct BlockContext {
+    static constexpr std::size_t kMaximumBeats = 1024;
+
     BlockContext() { instruments.reserve(kMaximumInstruments); }
 
     std::vector<BlockInstrument> instruments;
@@ -43,6 +51,9 @@ struct BlockContext {
     PlayTime time;             // at its first frame
     double quartersPerStep = 0.25;
     double quartersPerBar = 4.0;
+    CFixedList<Beat> beats{kMaximumBeats};
+    int beatFrames = 0;    // of the tempo
+    int beatsToStart = 0;  // that are counted in before playing begins; 0 when none are
 };
 
 // Frame of the block at which something of that nanosecond falls: what came in during the last block keeps

@@ -16,6 +16,7 @@
 #include "engine/CLiveKeys.h"
 #include "engine/CLiveMidi.h"
 #include "engine/CMasterSection.h"
+#include "engine/CMetronome.h"
 #include "engine/CMidiRouter.h"
 #include "engine/CNoteCapture.h"
 #include "engine/CRenderPool.h"
@@ -45,6 +46,7 @@ public:
     PresetSelection presetSelection;
     CValue recordAutomation;  // switch: incoming controllers are recorded
     NoteCaptureSettings noteCapture;
+    MetronomeSettings metronome;
     CValue testTone;  // switch: a steady tone in the master bus, to check levels
     CValue paused;    // switch: devices play silence and do not render
     std::array<CValue, 2> masterPeak;
@@ -112,8 +114,12 @@ public:
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
+    // Frames of the last block, first and end, in which a shared effect gave its output into the mix.
+    std::pair<int, int> EffectSpan(int send) const noexcept { return effects.Span(send); }
 
 private:
+    // Whether a recording of notes would be counted in.
+    bool CountsIn() const noexcept { return noteCapture.recording.IsOn() && metronome.countIn.Get() > 0; }
     // `now` in nanoseconds.
     void RenderOpenBlock(std::uint64_t now) noexcept;
     void GatherBlock() noexcept;
@@ -140,6 +146,7 @@ private:
     CSharedEffects effects;
     CMasterSection master{kernels, tables, masterPeak};
     CTaps taps;
+    CMetronome clicks{metronome};
 };
 
 }  // namespace quib

@@ -39,10 +39,10 @@ void CInstrumentMixer::ListJobs(const BlockContext& block) noexcept {
 void CInstrumentMixer::RenderInstrument(int index) noexcept {
     BlockInstrument& entry = current->instruments[static_cast<std::size_t>(index)];
     const int job = jobOfInstrument[static_cast<std::size_t>(index)];
-    CStripPieces strip(kernels, tables, crossfade, job < 0 ? nullptr : &jobs[static_cast<std::size_t>(job)]);
+    CStripPieces strip(kernels, tables, *current, crossfade, job < 0 ? nullptr : &jobs[static_cast<std::size_t>(job)]);
     RenderChain(entry, *current, strip);
     if (job < 0) return;
-    strip.Finish(entry, current->frames);
+    strip.Finish(entry);
     // Whoever brings the last chain of a group to its end works on the strips of the group.
     const int group = job / kStripGroup;
     if (unfinishedInGroup[static_cast<std::size_t>(group)].fetch_sub(1, std::memory_order_acq_rel) != 1) return;

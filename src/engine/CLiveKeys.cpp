@@ -22,8 +22,8 @@ void Push(InstrumentPlayState& play, int status, int data1, int data2, std::uint
         if (event.data1 == data1 && (event.status == kControlChange) == (status == kControlChange))
             time = std::max(time, event.time);
     }
-    play.liveEvents.Add({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1),
-                         static_cast<std::uint8_t>(data2), time});
+    play.liveEvents.Add(
+        {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1), static_cast<std::uint8_t>(data2), time});
 }
 
 void Unlist(InstrumentPlayState& play, const LiveKey& key) noexcept {

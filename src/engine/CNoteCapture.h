@@ -3,7 +3,8 @@
 
 // Tells what is played on keys, so that it can be written into patterns: while the transport runs with the
 // place where it was played to what was heard, while it stands still without a place. Keys are told as the
-// plug-in gets them. Render thread only.
+// plug-in gets them, those struck up to half a beat before the first one that was counted in as struck on it.
+// Render thread only.
 
 #include "engine/BlockContext.h"
 #include "engine/CTransport.h"
@@ -38,13 +39,25 @@ private:
         int velocity;
         std::uint64_t time;
     };
+    // One that was played while it is counted in.
+    struct Early {
+        std::uint32_t instrument;
+        int key;
+        int velocity;
+        std::int64_t heard;  // frame of the block under way that was heard then
+    };
 
-    void Locate(EngineNotice& notice, const Played& note, const BlockContext& block,
-                const CTransport& transport) const noexcept;
+    void Keep(const BlockContext& block) noexcept;
+    void TellEarly(const BlockContext& block, const CTransport& transport) noexcept;
+    void TellPlayed(const Played& note, const BlockContext& block, const CTransport& transport) noexcept;
+    std::int64_t HeardFrame(const Played& note, const BlockContext& block) const noexcept;
+    static void Locate(EngineNotice& notice, const CInstrument& instrument, std::int64_t frame,
+                       const BlockContext& block, const CTransport& transport) noexcept;
 
     const NoteCaptureSettings& settings;
     CBoundedQueue<EngineNotice>& notices;
     CFixedList<Played> played{kMaximumBlockEvents};
+    CFixedList<Early> early{kMaximumBlockEvents};
     bool running = false;
 };
 

@@ -119,12 +119,14 @@ void CutNotes(InstrumentPlayState& play, int offset) noexcept {
 
 void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     if (!transport.playing) return;
+    const bool begun = transport.sampleCounter >= 0;  // not within this block
     transport.sampleCounter += block.frames;
-    if (transport.samplesToNextStep > 0)
+    if (transport.samplesToNextStep > 0 && begun)
         LogStep(block, transport, transport.samplesToNextStep - transport.stepSamples, false);
     while (transport.samplesToNextStep < block.frames) {
         if (transport.stopStep >= 0 && transport.NextStep(block.songMode) >= transport.stopStep) {
             block.grid.SetPoints(transport.samplesToNextStep);
+            transport.endedAt = transport.sampleCounter - block.frames + transport.samplesToNextStep;
             return Stop(block, transport, transport.samplesToNextStep);
         }
         RunStep(block, settings, transport);
@@ -186,7 +188,7 @@ void CSequencer::RunInstrument(BlockInstrument& entry, const BlockContext& block
 
 void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     const Playlist& playlist = instrument.playlist.ForRender();
-    const PlaylistPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
+    const SongPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
     InstrumentPlayState& play = instrument.play;
     play.songEntry = place.entry;
     play.currentStep = place.step;

@@ -23,15 +23,15 @@ void CSongTime::Admit(CInstrument& instrument) const noexcept {
     }
 }
 
-void CSongTime::Play(BlockContext& block, const EngineSettings& settings) noexcept {
-    CSequencer::ReleaseNotes(block, 0);
+void CSongTime::Play(BlockContext& block, const EngineSettings& settings, int frame) noexcept {
+    CSequencer::ReleaseNotes(block, frame);
     ++transport.run;
     transport.ran = 0;
     CSequencer::StartPatterns(block, transport);
     transport.playing = true;
     transport.changed = true;
-    transport.sampleCounter = 0;
-    transport.samplesToNextStep = 0;
+    transport.sampleCounter = -frame;
+    transport.samplesToNextStep = frame;
     transport.stepTime = block.now;
     transport.loopJumped = false;
     transport.soundingStep = settings.songMode.Get() > 0.0F ? transport.globalStep - 1 : -1;

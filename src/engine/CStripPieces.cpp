@@ -73,6 +73,7 @@ void CStripPieces::RenderTo(const BlockInstrument& entry, int end) noexcept {
     job->mixGainLeft = job->mixGainRight = 1;
     job->gainMask = ~std::size_t{0};
     std::fill_n(job->sendMask, kSendCount, ~std::size_t{0});
+    std::copy_n(job->planes.sendGain, kSendCount, job->sendCourse);
     job->addsAnyExtra = piece.addsAnyExtra || (!first && job->addsAnyExtra);
     for (std::size_t send = 0; send < kSendCount; ++send)
         job->addsExtra[send] = piece.addsExtra[send] || (!first && hadExtra[send]);
@@ -80,8 +81,8 @@ void CStripPieces::RenderTo(const BlockInstrument& entry, int end) noexcept {
     begin = end;
 }
 
-void CStripPieces::Finish(const BlockInstrument& entry, int frames) noexcept {
-    if (begin > 0) return RenderTo(entry, frames);
+void CStripPieces::Finish(const BlockInstrument& entry) noexcept {
+    if (begin > 0) return RenderTo(entry, block.frames);
     if (job != nullptr) Fill(entry);
 }
 
@@ -99,6 +100,7 @@ void CStripPieces::Fill(const BlockInstrument& entry) noexcept {
     }
     auto gains = crossfade.end() - 1;
     while (gains->frame > begin) --gains;
+    for (std::size_t send = 0; send < kSendCount; ++send) job->sendUnheard[send] = block.sharedEffects[send] == nullptr;
     job->inLeft = entry.left;
     job->inRight = entry.right;
     job->state = &instrument.play.strip;

@@ -21,9 +21,9 @@ struct CrossfadeGains {
 class CStripPieces {
 public:
     // `course`: by frame, the first one at 0. `stripJob`: null for an instrument without sound.
-    CStripPieces(const StripKernels& stripKernels, const CLevelTables& levelTables,
+    CStripPieces(const StripKernels& stripKernels, const CLevelTables& levelTables, const BlockContext& context,
                  std::span<const CrossfadeGains> course, StripJob* stripJob) noexcept
-        : kernels(stripKernels), tables(levelTables), crossfade(course), job(stripJob) {}
+        : kernels(stripKernels), tables(levelTables), block(context), crossfade(course), job(stripJob) {}
 
     // The crossfader moves the strip within the block; at this frame.
     bool CrossfadeActs(const BlockInstrument& entry) const noexcept;
@@ -31,13 +31,14 @@ public:
     // Renders up to frame `end` what is not rendered yet.
     void RenderTo(const BlockInstrument& entry, int end) noexcept;
     // After the chain: the rest of a strip in pieces, or the whole one made ready for its group.
-    void Finish(const BlockInstrument& entry, int frames) noexcept;
+    void Finish(const BlockInstrument& entry) noexcept;
 
 private:
     void Fill(const BlockInstrument& entry) noexcept;
 
     const StripKernels& kernels;
     const CLevelTables& tables;
+    const BlockContext& block;
     std::span<const CrossfadeGains> crossfade;
     StripJob* job;
     int begin = 0;

@@ -11,6 +11,7 @@ struct CTransport {
     bool playing = false;
     bool changed = true;             // started, stopped or jumped since the last block
     std::int64_t sampleCounter = 0;  // samples since the start of playing
+    std::int64_t endedAt = 0;        // likewise, where playing last ended by itself
     std::int32_t samplesToNextStep = 0;
     std::int32_t globalStep = 0;     // song step that the next boundary runs
     std::int32_t soundingStep = -1;  // step that the last boundary ran, counted on outside song mode

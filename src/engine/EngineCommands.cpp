@@ -46,8 +46,16 @@ void Panic(const CommandTargets& targets) noexcept {
     for (const BlockInstrument& entry : targets.block.instruments) targets.keys.Panic(*entry.instrument);
 }
 
+void Play(const CommandTargets& targets) noexcept {
+    if (targets.metronome.IsCounting()) return;
+    if (!targets.countsIn) return targets.songTime.Play(targets.block, targets.settings);
+    if (targets.songTime.Transport().playing) targets.songTime.Stop(targets.block);
+    targets.metronome.StartCounting(targets.settings);
+}
+
 void Stop(const CommandTargets& targets) noexcept {
-    if (!targets.songTime.Transport().playing) return Panic(targets);
+    if (!targets.songTime.Transport().playing && !targets.metronome.IsCounting()) return Panic(targets);
+    targets.metronome.StopCounting();
     targets.songTime.Stop(targets.block);
     for (const BlockInstrument& entry : targets.block.instruments) targets.keys.EndSounding(*entry.instrument);
 }
@@ -55,7 +63,7 @@ void Stop(const CommandTargets& targets) noexcept {
 void RunCommand(const EngineCommand& command, const CommandTargets& targets) noexcept {
     switch (command.kind) {
         case EngineCommand::EKind::kPlay:
-            return targets.songTime.Play(targets.block, targets.settings);
+            return Play(targets);
         case EngineCommand::EKind::kStop:
             return Stop(targets);
         case EngineCommand::EKind::kPanic:

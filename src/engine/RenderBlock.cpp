@@ -32,8 +32,9 @@ bool CAudio::RenderBlock(std::uint64_t now) noexcept {
 void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
     block.now = now;
     GatherBlock();
-    RunCommands(commands, {block, settings, songTime, router, keys});
+    RunCommands(commands, {block, settings, songTime, router, keys, clicks, CountsIn()});
     midi.Drain(router, block, songTime.Transport());
+    if (const int frame = clicks.Count(block, settings); frame >= 0) songTime.Play(block, settings, frame);
     songTime.Advance(block, settings, recordAutomation.IsOn());
     capture.Tell(block, songTime.Transport());
     master.Plan(block, settings);
@@ -47,6 +48,7 @@ void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
     master.PlayTestTone(block, testTone.IsOn());
     master.Finish(block);
     taps.TakeOutput(master.Left(), master.Right(), block.frames);
+    clicks.Play(block, settings, master.Left(), master.Right());
     master.ApplyHeadphonesLevel(block, settings);
     taps.TakePicture(block, songTime.Transport(), router.Count());
 }
@@ -55,6 +57,7 @@ void CAudio::GatherBlock() noexcept {
     ++block.number;
     block.instruments.clear();
     block.grid.Clear();
+    block.beats.Items().clear();
     for (const auto& instrument : instruments.ForRender()) {
         if (block.instruments.size() == kMaximumInstruments) break;
         GatherInstrument(*instrument);

@@ -101,7 +101,7 @@ struct InstrumentPlayState {
     static constexpr std::size_t kMaximumHeldKeys = 256;
     static constexpr std::size_t kMaximumLiveKeys = 512;
     static constexpr std::size_t kMaximumBalls = 64;
-    static constexpr std::size_t kMaximumBlockSteps = 256;
+    static constexpr std::size_t kMaximumBlockSteps = 128;
 
     int currentPattern = 0;  // -1 none
     int nextPattern = -1;    // -1 nothing queued

@@ -99,7 +99,7 @@ std::vector<PlaylistSpan> PlaylistSpans(const Playlist& playlist, const PatternL
     return walk.Take();
 }
 
-PlaylistPlace PlaylistPlaceAt(const Playlist& playlist, const PatternLengths& lengths, std::int32_t step) noexcept {
+SongPlace PlaylistPlaceAt(const Playlist& playlist, const PatternLengths& lengths, std::int32_t step) noexcept {
     // The last step at or before this one that any pattern covers.
     std::int32_t covered = -1;
     for (const PlaylistEntry& entry : playlist) {

@@ -38,15 +38,15 @@ struct PlaylistSpan {
 // no pattern or begin outside of [0, kMaximumSongStep] are passed over.
 std::vector<PlaylistSpan> PlaylistSpans(const Playlist& playlist, const PatternLengths& lengths);
 
-struct PlaylistPlace {
+struct SongPlace {
     std::int32_t entry = -1;  // -1: silence
     std::int32_t step = -1;   // of the entry's pattern
 
-    friend bool operator==(const PlaylistPlace&, const PlaylistPlace&) = default;
+    friend bool operator==(const SongPlace&, const SongPlace&) = default;
 };
 
 // What the spans say of one song step; allocates nothing.
-PlaylistPlace PlaylistPlaceAt(const Playlist& playlist, const PatternLengths& lengths, std::int32_t step) noexcept;
+SongPlace PlaylistPlaceAt(const Playlist& playlist, const PatternLengths& lengths, std::int32_t step) noexcept;
 
 // Where the last span ends, in steps; `endless` tells a repeat without an end, of which the first time counts.
 struct PlaylistLength {

@@ -106,6 +106,12 @@ int CFileCalls::Remove(const char* path) { return ::unlink(path); }
 
 CAtomicFile::CAtomicFile() : CAtomicFile(systemCalls) {}
 
+fs::path CAtomicFile::TemporaryFor(const fs::path& path) {
+    std::error_code ignored;
+    for (const fs::path& left : Leftovers(path)) fs::remove(left, ignored);
+    return TemporaryName(path);
+}
+
 bool CAtomicFile::Replace(const fs::path& path, std::span<const char> bytes, std::string& error) {
     const fs::path target = Target(path);
     struct stat old {};

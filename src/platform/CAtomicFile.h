@@ -40,6 +40,10 @@ public:
     // was and no temporary one is left. A file that may not be written is not replaced either.
     bool Replace(const std::filesystem::path& path, std::span<const char> bytes, std::string& error);
 
+    // For files that grow until they are renamed: an unused temporary name beside `path`. What killed
+    // processes have left under such names goes.
+    static std::filesystem::path TemporaryFor(const std::filesystem::path& path);
+
 private:
     int WriteNew(const std::filesystem::path& path, std::span<const char> bytes, const struct ::stat* old);
     int WriteAll(int file, std::span<const char> bytes);

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "model/PlaylistSpans.h"
+
 namespace quib {
 
 namespace {
@@ -17,6 +19,10 @@ void PublishSettings(const MasterSettings& master, CAudio& audio) {
     settings.loopStart.Set(master.loopStart);
     settings.loopEnd.Set(master.loopEnd);
     settings.crossfader.Set(master.crossfade);
+    if (master.timeSignature[0] > 0) {
+        settings.beatsPerBar.Set(master.timeSignature[0]);
+        settings.beatUnit.Set(master.timeSignature[1]);
+    }
     audio.presetSelection.channel.Set(master.presetMidi[0]);
     audio.presetSelection.baseNote.Set(master.presetMidi[1]);
     audio.presetSelection.mode.Set(master.presetMidi[2]);
@@ -32,6 +38,7 @@ void GatherSettings(const CAudio& audio, MasterSettings& master) {
     master.loopStart = settings.loopStart.Get();
     master.loopEnd = settings.loopEnd.Get();
     master.crossfade = settings.crossfader.Get();
+    master.timeSignature = {settings.beatsPerBar.Get(), settings.beatUnit.Get()};
     master.presetMidi = {audio.presetSelection.channel.Get(), audio.presetSelection.baseNote.Get(),
                          audio.presetSelection.mode.Get()};
 }
@@ -66,18 +73,16 @@ void GatherProject(const CAudio& audio, ProjectState& state) {
 }
 
 int SongSteps(const ProjectState& state) {
-    std::int64_t end = 0;
-    bool repeats = false;
+    std::int32_t end = 0;
+    bool endless = false;
     for (const auto& instrument : state.instruments) {
-        for (const PlaylistEntry& entry : *instrument->playlist.ForEdit()) {
-            if (entry.pattern < 0 || entry.pattern >= kPatternCount || entry.start < 0) continue;
-            const CPattern& pattern = *instrument->patterns[static_cast<std::size_t>(entry.pattern)].ForEdit();
-            end = std::max(end, std::int64_t{entry.start} + pattern.LoopLength());
-            repeats = repeats || entry.repeat != 0;
-        }
+        const PlaylistLength length =
+            LengthOf(PlaylistSpans(*instrument->playlist.ForEdit(), PatternLengthsForEdit(*instrument)));
+        end = std::max(end, length.steps);
+        endless = endless || length.endless;
     }
-    if (repeats) end = std::max<std::int64_t>(end, state.master.playlistStepNumber);
-    return static_cast<int>(std::min<std::int64_t>(end, kMaximumStepCount));
+    if (endless) end = std::max(end, state.master.playlistStepNumber);
+    return std::min(end, kMaximumStepCount);
 }
 
 namespace {

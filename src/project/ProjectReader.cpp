@@ -90,6 +90,19 @@ bool CProjectReader::ReadOtherSetting() {
         }
         return true;
     }
+    if (key == "TIME_SIGNATURE") {
+        if (reader.HasFields(3)) {
+            state.master.timeSignature = {std::clamp(reader.Integer(1), 1, 32), std::clamp(reader.Integer(2), 1, 16)};
+        }
+        return true;
+    }
+    if (key == "SONG_MARKER") {
+        if (reader.HasFields(3)) {
+            const std::int32_t step = std::clamp(reader.Integer(1), 0, kMaximumSongStep);
+            state.markers = WithMarker(state.markers, step, std::string(reader.Text(2)));
+        }
+        return true;
+    }
     if (key == "MASTER_MIX_EVENTS") {
         ReadSongPoints(reader, kMasterLaneCount, masterLanes);
         return true;

@@ -12,6 +12,7 @@
 
 #include "model/CEventLanes.h"
 #include "model/CInstrument.h"
+#include "model/SongMarker.h"
 #include "model/plugin/PluginSlot.h"
 
 namespace quib {
@@ -31,6 +32,7 @@ struct MasterSettings {
     float crossfade = 0;                  // 0..127
     float presetSelected = 0;             // of the main console
     std::array<std::int32_t, 3> presetMidi{};
+    std::array<std::int32_t, 2> timeSignature{};  // beats of a bar, note of a beat; 0: the project has none
 
     friend bool operator==(const MasterSettings&, const MasterSettings&) = default;
 };
@@ -55,6 +57,7 @@ struct MasterInsert {
 
 struct ProjectState {
     MasterSettings master;
+    SongMarkers markers;
     DetectorSettings detector;
     std::array<MasterInsert, kMasterInsertCount> masterInserts;
     CEventLanes masterLanes;  // song slot only

@@ -35,6 +35,14 @@ void WriteHead(CRecordWriter& writer, const ProjectState& state) {
     for (const std::int32_t value : state.master.presetMidi) writer.Integer(value);
     writer.EndLine();
     WriteFields(writer, DetectorFields(), settings);
+    if (state.master.timeSignature[0] > 0) {
+        writer.Key("TIME_SIGNATURE");
+        for (const std::int32_t value : state.master.timeSignature) writer.Integer(value);
+        writer.EndLine();
+    }
+    for (const SongMarker& marker : state.markers) {
+        writer.Key("SONG_MARKER").Integer(marker.step).Text(marker.name).EndLine();
+    }
 }
 
 void WriteMasterInsert(CRecordWriter& writer, const MasterInsert& insert, const std::string& number) {

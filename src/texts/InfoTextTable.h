@@ -68,6 +68,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "DURÉE - La durée de chaque note : un pas entier, ou la moitié, le quart, le huitième, le seizième d'un pas."},
     {418, "TEMPO - How often a note is played: with every step, or every 2, 4, 8 or 16 steps.",
      "TEMPO - La fréquence des notes : une à chaque pas, ou tous les 2, 4, 8 ou 16 pas."},
+    {427, "ROWS - The order of the sounds: by key, by name, or those with notes first.",
+     "LIGNES - L'ordre des sons : par touche, par nom, ou ceux qui ont des notes d'abord."},
     {420, "AUDITION - Notes are heard when you add, press or move them.",
      "ÉCOUTE - Les notes s'entendent quand vous les ajoutez, pressez ou déplacez."},
     {421, "FOLLOW - Turns the page with the music.", "SUIVRE - Tourne la page avec la musique."},
@@ -83,6 +85,11 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
+    {427,
+     "METRONOME - A click on every beat while playing, higher on the first of the bar. You hear it; recordings and "
+     "rendered files never do. Right button: level, count-in.",
+     "MÉTRONOME - Un clic à chaque temps de la lecture, plus aigu au premier de la mesure. Vous l'entendez, les "
+     "enregistrements et les rendus jamais. Bouton droit : niveau, décompte."},
     {428,
      "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
      "pattern of the current "
@@ -122,6 +129,32 @@ inline constexpr NumberedText kInfoTexts[] = {
     {438, "POSITION - Bar, beat and step of what is playing.", "POSITION - Mesure, temps et pas de la lecture."},
     {439, "CPU - Share of the time of a block that rendering it takes. Near 100 % the sound breaks up.",
      "CPU - Part du temps d'un bloc que prend son calcul. Vers 100 %, le son se coupe."},
+    // Automation
+    {520, "PATTERN, SONG - Whether the points belong to the selected pattern or to the song.",
+     "MOTIF, MORCEAU - Si les points appartiennent au motif choisi ou au morceau."},
+    {521, "POINTS - Click to add a point, drag to move one or a part of the line. Double click deletes.",
+     "POINTS - Cliquez pour ajouter un point, glissez un point ou une partie de la ligne. Double-clic : efface."},
+    {522, "PENCIL - Draws freely. With the tool for points hold Ctrl.",
+     "CRAYON - Dessine librement. Avec l'outil des points, tenez Ctrl."},
+    {523, "LINE - Drag from the beginning to the end of a line.", "LIGNE - Glissez du début à la fin d'une ligne."},
+    {524, "RAMP - Drag over a span: a ramp every beat. The wheel changes how long one is.",
+     "RAMPE - Glissez : une rampe par temps. La molette change sa longueur."},
+    {525, "SINE - Drag over a span: a wave every beat. The wheel changes how long one is.",
+     "SINUS - Glissez : une onde par temps. La molette change sa longueur."},
+    {526, "RANDOM - Drag over a span: values that the dice throw. The wheel changes how long one is.",
+     "HASARD - Glissez : des valeurs au hasard. La molette change leur longueur."},
+    {527, "ARM - While it is on and the song plays, controls that you move are written as automation.",
+     "ARMER - Pendant la lecture, les boutons que vous tournez sont écrits comme automation."},
+    {528, "TIME, VALUE - Of the selected point. Click to type it.",
+     "TEMPS, VALEUR - Du point choisi. Cliquez pour taper."},
+    {529, "CLEAR - Removes all points of this lane.", "VIDER - Efface tous les points de cette courbe."},
+    {530, "LANES - Everything that can be automated, what is in use first. Click to show a lane.",
+     "COURBES - Tout ce qui s'automatise, d'abord ce qui sert. Cliquez pour montrer une courbe."},
+    {531,
+     "CURVE - Click adds a point, dragging moves it, Shift makes it fine, Alt is free of the grid. Drag with the "
+     "right button to select.",
+     "COURBE - Un clic ajoute un point, glissez pour le déplacer, Maj affine, Alt quitte la grille. Glissez avec le "
+     "bouton droit pour choisir."},
     {440, "XRUNS - How often the sound device did not get its block in time.",
      "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
     {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",
@@ -219,11 +252,21 @@ inline constexpr NumberedText kInfoTexts[] = {
      "to the right.",
      "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
      "montre."},
+    {479,
+     "COUNT-IN - Bars that the metronome counts before a recording of notes begins: none, 1 or 2. What you strike up "
+     "to "
+     "half a beat too early goes on the first step.",
+     "DÉCOMPTE - Mesures comptées par le métronome avant un enregistrement de notes : aucune, 1 ou 2. Ce que vous "
+     "jouez "
+     "jusqu'à un demi-temps trop tôt va sur le premier pas."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
-     "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",
+     "velocity. Ctrl+click restarts the pattern at that step; the right button has more. Longer patterns have pages "
+     "of 64 steps, which the wheel turns.",
      "PAS - Cliquez un pas pour poser ou effacer sa note, glissez pour peindre, montez ou descendez en tenant le "
-     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus."},
+     "bouton pour la vélocité. Ctrl+clic fait repartir le motif à ce pas ; le bouton droit offre plus. Les longs "
+     "motifs "
+     "ont des pages de 64 pas, que la molette tourne."},
     {481, "NUMBER OF STEPS - Length of the selected pattern.", "NOMBRE DE PAS - Longueur du motif sélectionné."},
     {482,
      "CHAIN, RANDOM, HOLD - What follows at the end of the pattern: the next marked one, a marked one at random, or "
@@ -244,6 +287,53 @@ inline constexpr NumberedText kInfoTexts[] = {
      "button chooses the effect.",
      "SEND - Part de l'instrument envoyée à l'effet partagé. Tirez pour le niveau, le voyant l'active, le bouton droit "
      "choisit l'effet."},
+    // The song
+    {490,
+     "SONG - Click to add an item, drag to paint it across bars, drag an item to move it, its right end to repeat it. "
+     "Up and down choose the pattern, Delete held removes what is pressed. Double click opens the piano roll.",
+     "MORCEAU - Clic : ajoute un élément, tirez pour le peindre sur des mesures ; tirez un élément pour le déplacer, "
+     "sa "
+     "fin pour le répéter. Haut et bas choisissent le motif, Suppr tenue enlève. Double clic : piano roll."},
+    {491,
+     "RULER - Above: drag the loop, its ends, or a new one. Below: click or drag to go to a place; with Shift a drag "
+     "draws the loop.",
+     "RÈGLE - En haut : tirez la boucle, ses bouts, ou une autre. En bas : clic ou glisser pour aller à un endroit ; "
+     "avec "
+     "Maj, glisser dessine la boucle."},
+    {492, "INSTRUMENT - A click makes it the current one.", "INSTRUMENT - Un clic en fait l'instrument courant."},
+    {493, "NEW ITEM - The pattern that a click on an empty place adds.",
+     "ÉLÉMENT - Le motif qu'un clic sur un endroit vide ajoute."},
+    {494, "SNAP - Where items begin and end. Alt held while dragging: any step.",
+     "GRILLE - Où les éléments commencent et finissent. Alt tenue : n'importe quel pas."},
+    {495, "FOLLOW - Turns the page when the playhead leaves it.", "SUIVRE - Tourne la page avec la tête de lecture."},
+    {496, "LOOP SELECTION - Loops the selected items (Ctrl+L).", "BOUCLER - Boucle les éléments choisis (Ctrl+L)."},
+    {497,
+     "INSERT TIME - Moves everything behind, in all instruments, by the length of the selection, else of the loop, "
+     "else "
+     "by a bar.",
+     "INSÉRER - Décale tout ce qui suit, dans tous les instruments, de la longueur de la sélection, sinon de la "
+     "boucle, "
+     "sinon d'une mesure."},
+    {498, "DELETE TIME - Takes the selection, else the loop, else the bar of the playhead out of all instruments.",
+     "SUPPRIMER - Ôte la sélection, sinon la boucle, sinon la mesure de la tête de lecture à tous les instruments."},
+    {499, "MAKE UNIQUE - The selected items play a copy of their pattern in a free place.",
+     "RENDRE UNIQUE - Les éléments choisis jouent une copie de leur motif dans une place libre."},
+    {500, "WHOLE WINDOW - The song takes the place of the strips (Shift+F6).",
+     "TOUTE LA FENÊTRE - Le morceau prend la place des pistes (Maj+F6)."},
+    {501, "CLOSE - Hides the song (F6).", "FERMER - Cache le morceau (F6)."},
+    {502, "SPLIT - Drag to share the room of strips and song.", "PARTAGE - Tirez pour partager la place."},
+    {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
+    {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
+     "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
+    {505,
+     "PERFORM - Armed, the patterns that you choose while playing in pattern mode are written into the song, from its "
+     "present place on. One step of undo a take.",
+     "EN DIRECT - Armé, les motifs choisis pendant la lecture en mode motif sont écrits dans le morceau, à partir de "
+     "sa "
+     "place actuelle. Une prise est une étape d'annulation."},
+    {506,
+     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: there.",
+     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : là."},
 };
 
 }  // namespace quib

@@ -13,6 +13,8 @@
 
 #include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
+#include "controls/CKeyboardExCtrl.h"
+#include "controls/VirtualKeys.h"
 #include "devices/CSilentOutput.h"
 
 namespace quib {
@@ -38,13 +40,9 @@ protected:
     }
     ConsoleActions Actions() {
         ConsoleActions actions;
-        actions.pluginChoices = [](ESlotKind) {
-            const QString name = QStringLiteral("QUIB synth");
-            return QList<PluginChoice>{{name, QString(), name}};
-        };
-        actions.addInstrument = [this](const QString& name) {
+        actions.browse = [this](const BrowseWish& wish) {
             QString error;
-            workstation->Stack().AddInstrument(name.isEmpty() ? QStringLiteral("QUIB drums") : name, error);
+            if (!wish.place) workstation->Stack().AddInstrument(QStringLiteral("QUIB drums"), error);
         };
         return actions;
     }
@@ -144,6 +142,38 @@ TEST_F(ConsoleTest, StepBoxesAreSetPaintedMadeLouderAndClearedAndEachGestureIsOn
 }
 
 // Elsewhere than in its own cells and boxes a strip has nothing new to show.
+TEST_F(ConsoleTest, KeysLeftHeldOnAStripGoUpWithStopPanicAndTheFocus) {
+    CInstrument& instrument = *At(0);
+    instrument.keyboardOn.Set(1.0F);
+    workstation->Changes().Tell({EChange::kInstrument, instrument.Id()});
+    CKeyboardExCtrl* keyboard = nullptr;
+    const auto find = [&] {
+        for (const auto& child : console->Strip(0)->Children()) {
+            if (auto* const found = dynamic_cast<CKeyboardExCtrl*>(child.get())) keyboard = found;
+        }
+        return keyboard != nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(find));
+    const auto held = [&] { return workstation->Audio().Picture().instruments[0].heldKeyCount; };
+    CTransportControl& transport = workstation->Transport();
+    const std::function<void()> ends[] = {[&] { transport.Stop(); }, [&] { transport.Panic(); },
+                                          [&] {
+                                              QEvent away(QEvent::WindowDeactivate);
+                                              QApplication::sendEvent(console.get(), &away);
+                                          }};
+    for (const auto& end : ends) {
+        transport.Play();
+        keyboard->OnKeyDown(virtualKey::kShift);
+        keyboard->OnLButtonDown(keyboard->X() + 100, keyboard->Y() + 50, 0);
+        keyboard->OnLButtonUp(keyboard->X() + 200, keyboard->Y() + 50, 0);
+        keyboard->OnKeyUp(virtualKey::kShift);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return held() == 1 && transport.IsPlaying(); }));
+        ASSERT_EQ(keyboard->HeldNotes().size(), 1U);
+        end();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return held() == 0 && keyboard->HeldNotes().empty(); }));
+    }
+}
+
 TEST_F(ConsoleTest, ADragOfNotesRepaintsTheCellsAndBoxesOfItsStripOnly) {
     timer.stop();
     QTest::qWait(50);
@@ -186,11 +216,15 @@ protected:
         workstation->Presets().AddPreset(0);
         AddSynth();
         settings.SetOn(QStringLiteral("PresetOn"), true);
-        actions.pluginChoices = [](ESlotKind kind) {
-            const QString name = QLatin1String(kind == ESlotKind::kInstrument ? "QUIB drums" : "QUIB chorus");
-            return QList<PluginChoice>{{name, QString(), name}};
+        actions.browse = [this](const BrowseWish& wish) {
+            const bool isInstrument = !wish.place || wish.place->kind == SlotPlace::EKind::kInstrument;
+            const QString name = QLatin1String(isInstrument ? "QUIB drums" : "QUIB chorus");
+            if (wish.place) {
+                Places().LoadPlugin(*wish.place, name, error);
+            } else {
+                Stack().AddInstrument(name, error);
+            }
         };
-        actions.addInstrument = [this](const QString& name) { Stack().AddInstrument(name, error); };
         actions.openPlugin = [](const SlotPlace&) {};
         actions.openTool = [](ETool) {};
         console = std::make_unique<CWinControlMain>(noSettings, *workstation, actions);

@@ -83,6 +83,32 @@ TEST_F(NoteRecordingTest, AThousandNotesPlayBackWithinOneSampleOfWhereTheyWerePl
     EXPECT_TRUE(Notes().empty());
 }
 
+TEST_F(NoteRecordingTest, ANoteThatThePedalHoldsLastsUntilItGoesUp) {
+    const auto move = [&](int status, int number, int value) {
+        audio.ReceiveMidi({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(number),
+                           static_cast<std::uint8_t>(value), Nanoseconds()});
+    };
+    SetPattern(64, {});
+    workstation->NoteRecording().Armed().Set(1.0F);
+    Play();
+    Listen(30);
+    move(0xb0, 64, 127);
+    for (const int key : {60, 62}) {
+        move(0x90, key, 100);
+        Listen(20);
+        move(0x80, key, 0);
+        Listen(20);
+    }
+    move(0xb0, 64, 0);
+    Listen(5);
+    workstation->Transport().Stop();
+    Listen(1);
+    workstation->Tick();
+    ASSERT_EQ(Notes().size(), 2U);
+    EXPECT_NEAR(Notes()[0].length, 80 * 256 / 5512.0, 0.05);
+    EXPECT_NEAR(Notes()[1].length, 40 * 256 / 5512.0, 0.05);
+}
+
 TEST_F(NoteRecordingTest, ATakeQuantisesWrapsReplacesAndEndsWhatIsHeld) {
     SetPattern(16, {{2, 1, 40, 90}, {5, 1, 40, 90}});
     CNoteTake take(workstation->Changes());
@@ -103,6 +129,79 @@ TEST_F(NoteRecordingTest, ATakeQuantisesWrapsReplacesAndEndsWhatIsHeld) {
     EXPECT_EQ(Notes(), (std::vector<Note>{{2, 1, 40, 90}, {0, 0.8F, 60, 80}, {14, 2, 62, 70}, {7, 2, 64, 60}}));
     workstation->Changes().Steps().undo();
     EXPECT_EQ(Notes(), (std::vector<Note>{{2, 1, 40, 90}, {5, 1, 40, 90}}));
+}
+
+// A hand that edits what is recorded into loses nothing, nor does the take.
+TEST_F(NoteRecordingTest, WhatIsPlayedDuringAnEditIsAddedToIt) {
+    CNoteRecording& recording = workstation->NoteRecording();
+    SetPattern(64, {{1, 1, 40, 90}});
+    recording.Armed().Set(1.0F);
+    Play();
+    const auto strike = [&](int key) {
+        for (const int velocity : {100, 0}) {
+            Send(velocity, key);
+            Listen(4);
+        }
+        workstation->Tick();
+    };
+    Listen(4);
+    strike(60);
+    recording.Hold(true);
+    ASSERT_EQ(Notes().size(), 2U) << "the take so far is a step";
+    const int steps = Steps().index();
+    CGesture drag(workstation->Changes());
+    for (const int key : {41, 42}) {
+        std::vector<Note> moved = Notes();
+        moved[0].key = key;
+        drag.Publish(PatternPlace(At(0), 0), std::make_shared<const CPattern>(64, moved));
+        strike(61);
+        EXPECT_EQ(Notes(), moved);
+    }
+    drag.Finish(QStringLiteral("Move notes"));
+    recording.Hold(false);
+    strike(62);
+    workstation->Transport().Stop();
+    Listen(1);
+    workstation->Tick();
+    ASSERT_EQ(Notes().size(), 5U);
+    EXPECT_EQ(Notes()[0].key, 42);
+    EXPECT_EQ(Steps().index(), steps + 2);
+    Steps().undo();
+    EXPECT_EQ(Notes().size(), 2U);
+    Steps().undo();
+    EXPECT_EQ(Notes()[0].key, 40);
+}
+
+// What is heard when a note is touched is what playing it sends, whatever the keys of a player go through.
+TEST_F(NoteRecordingTest, AnAuditionSoundsTheKeyThatPlayingSends) {
+    for (int round = 0; round < 40; ++round) {
+        const auto any = [this](int count) { return random.Draw() % count; };
+        CInstrument& instrument = *At(0);
+        instrument.midi.transpose.Set(any(60) - 30);
+        instrument.midi.keyFrom.Set(any(128));
+        instrument.midi.keyTo.Set(any(129));
+        instrument.midi.channel.Set(any(18));
+        instrument.arpeggiator.on.Set(static_cast<float>(any(2)));
+        instrument.swing.Set(static_cast<float>(any(10)) / 20);
+        const int key = any(127) + 1;
+        SetPattern(16, {{0, 0.01F, key, 100}});
+        std::vector<HeardNote> touched;
+        for (const float velocity : {100.0F, 0.0F}) {
+            audio.Post({EngineCommand::EKind::kAudition, instrument.Id(), key, velocity});
+            for (const HeardNote& heard : Listen(2)) touched.push_back(heard);
+        }
+        Play();
+        const std::vector<HeardNote> played = Listen(4);
+        workstation->Transport().Stop();
+        Listen(2);
+        ASSERT_EQ(touched.size(), 2U) << round;
+        ASSERT_EQ(played.size(), 2U) << round;
+        for (std::size_t event = 0; event < 2; ++event) {
+            EXPECT_EQ(touched[event].key, played[event].key);
+            EXPECT_EQ(touched[event].on, played[event].on);
+        }
+        EXPECT_EQ(played[0].key, key);
+    }
 }
 
 TEST(NoteCaptureTest, SwingIsTakenOffWhatIsPlayedLate) {

@@ -5,12 +5,14 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QSignalSpy>
+#include <QTest>
 #include <QWheelEvent>
 
 #include "app/AppFixture.h"
 #include "app/CParameterList.h"
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
+#include "app/browser/CPluginBrowser.h"
 #include "app/console/SlotMenu.h"
 
 namespace quib {
@@ -142,6 +144,9 @@ TEST_F(CatalogTest, AsksEachLibraryOnceAndSurvivesBrokenOnes) {
     int broken = 0;
     for (const PluginEntry& entry : catalog->All()) broken += entry.isBroken ? 1 : 0;
     EXPECT_EQ(broken, 2);
+    for (const PluginEntry& entry : catalog->Failed()) {
+        EXPECT_EQ(entry.name == "Exits", entry.failure == EPluginFailure::kEnded) << entry.name.toStdString();
+    }
 
     const auto again = Make();
     EXPECT_EQ(Scan(*again), 0) << "all is known";
@@ -153,9 +158,19 @@ TEST_F(CatalogTest, AsksEachLibraryOnceAndSurvivesBrokenOnes) {
     ASSERT_TRUE(nonsense.open(QIODevice::Append) && nonsense.write("!") > 0);
     nonsense.close();
     EXPECT_EQ(Scan(*again), 1) << "only what has changed";
+    // Left out for good, until the user has it asked again.
+    EXPECT_EQ(again->Block("Gain.so"), "Gain");
+    const auto later = Make();
+    EXPECT_EQ(Scan(*later), 0);
+    EXPECT_FALSE(later->Ask(File("plugins/deep/Gain.so"), entry, error));
+    EXPECT_EQ(entry.failure, EPluginFailure::kEndedProgram);
+    QSignalSpy finished(later.get(), &CPluginCatalog::Finished);
+    later->AskAgain(entry.path);
+    ASSERT_TRUE(finished.wait(60000));
+    EXPECT_TRUE(later->Ask(File("plugins/deep/Gain.so"), entry, error)) << error.toStdString();
 }
 
-TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
+TEST_F(CatalogTest, TypedLettersAndEnterLoadALibraryWhateverTheNamesAre) {
     ASSERT_TRUE(QDir().mkpath(File("plugins/deep")));
     QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/ParameterBank.so"), File("plugins/library.so"));
     QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Gain.so"), File("plugins/one.so"));
@@ -163,29 +178,56 @@ TEST_F(CatalogTest, AChoiceInAMenuLoadsItsLibraryWhateverTheNamesAre) {
     QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Gain.so"), File("plugins/deep/two.so"));
     const auto catalog = Make();
     Scan(*catalog);
-    ConsoleActions actions;
-    actions.pluginChoices = [&](ESlotKind kind) { return PluginChoices(folders, *catalog, kind); };
+    CPluginUse use(settings);
+    QWidget parent;
+    parent.resize(1366, 700);
+    CPluginBrowser browser(
+        *catalog, use, [&](ESlotKind kind) { return PluginChoices(folders, *catalog, kind); }, &parent);
     AddSynth();
     const SlotPlace place{SlotPlace::EKind::kInsert, At(0)->Id(), 0};
-    QMenu menu;
-    FillSlotMenu(menu, {*workstation, actions, nullptr}, place, nullptr);
-    QStringList texts;
-    for (QAction* const action : menu.actions()) {
-        texts.append(action->text());
-        if (action->text() == QLatin1String("Parameter bank")) action->trigger();
-    }
+    QString error;
+    QObject::connect(&browser, &CPluginBrowser::Chosen, [&](const PluginEntry& entry, bool) {
+        EXPECT_TRUE(Places().LoadPlugin(place, entry.path, error)) << error.toStdString();
+        use.Loaded(entry);
+    });
+    browser.Open(ESlotKind::kEffect, "Insert 1", QRect(900, 300, 100, 20), 1);
+    EXPECT_TRUE(browser.List().Chosen()->isBuiltIn) << "the built-in ones come first";
+    // Every word counts, in any order.
+    QTest::keyClicks(&browser.Field(), "bank par");
+    QTest::keyClick(&browser.Field(), Qt::Key_D, Qt::ControlModifier);
+    QTest::keyClick(&browser.Field(), Qt::Key_Return);
     const auto slot = Places().Slot(place);
     ASSERT_TRUE(slot->plugin);
     EXPECT_EQ(slot->plugin->Identity().effectName, "Parameter bank");
-    EXPECT_TRUE(texts.front().startsWith("QUIB ")) << "the built-in ones come first";
-    EXPECT_EQ(texts.count("QUIB delay"), 1);
+    EXPECT_TRUE(At(0)->strip.insertOn[0].IsOn()) << "what is loaded is on";
+    Steps().undo();
+    EXPECT_FALSE(Places().Slot(place)->plugin || At(0)->strip.insertOn[0].IsOn()) << "in one step";
+
     // One maker: told apart by their files, and by their folders where that is not enough.
-    EXPECT_EQ(texts.filter("Gain"),
-              QStringList({"Gain (" + QFileInfo(File("plugins/deep/two.so")).canonicalFilePath() + ")", "Gain (one)",
-                           "Gain (" + QFileInfo(File("plugins/two.so")).canonicalFilePath() + ")"}));
-    for (const PluginChoice& choice : actions.pluginChoices(ESlotKind::kEffect)) {
-        EXPECT_EQ(choice.identity == "vst2:74735042", choice.text == "Parameter bank") << choice.text.toStdString();
+    QStringList details;
+    for (const PluginChoice& choice : PluginChoices(folders, *catalog, ESlotKind::kEffect)) {
+        if (choice.entry.name == "Gain") details.append(choice.detail);
     }
+    EXPECT_EQ(details, QStringList({QFileInfo(File("plugins/deep/two.so")).canonicalFilePath(), "one.so",
+                                    QFileInfo(File("plugins/two.so")).canonicalFilePath()}));
+
+    // The shelves remember, and the next start does.
+    const CPluginUse kept(settings);
+    CPluginSearch search(kept);
+    search.SetPlugins(PluginChoices(folders, *catalog, ESlotKind::kEffect), {});
+    for (const EShelf shelf : {EShelf::kFavourites, EShelf::kRecent, EShelf::kMostUsed}) {
+        PluginFilter filter;
+        filter.shelf = shelf;
+        search.Find(filter);
+        ASSERT_EQ(search.Found().size(), 1) << static_cast<int>(shelf);
+        EXPECT_EQ(search.Found().front().entry.name, "Parameter bank");
+    }
+    PluginFilter category;
+    category.shelf =
+        static_cast<EShelf>(static_cast<int>(EShelf::kFirstCategory) + static_cast<int>(EPluginCategory::kReverb));
+    search.Find(category);
+    ASSERT_EQ(search.Found().size(), 1);
+    EXPECT_EQ(search.Found().front().entry.name, "QUIB reverb");
 }
 
 TEST_F(CatalogTest, CancelEndsALibraryThatHangs) {

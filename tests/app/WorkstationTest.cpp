@@ -110,7 +110,7 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     EXPECT_EQ(PluginAt(0).lanes.ForEdit()->Find(CEventLanes::kSongSlot, 0), nullptr);
     ExpectUndoable("Number of steps", [&] { Contents().SetSteps(0, 4, 48); });
     ExpectUndoable("Load plug-in", [&] {
-        EXPECT_TRUE(Places().LoadInsert({SlotPlace::EKind::kInsert, At(0)->Id(), 1}, "QUIB chorus", error));
+        EXPECT_TRUE(Places().LoadPlugin({SlotPlace::EKind::kInsert, At(0)->Id(), 1}, "QUIB chorus", error));
         EXPECT_TRUE(At(0)->strip.insertOn[1].IsOn());
     });
     ExpectUndoable("Remove instrument", [&] { Stack().RemoveInstrument(0); });

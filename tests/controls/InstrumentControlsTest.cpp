@@ -87,6 +87,29 @@ TEST_F(CInstrumentControlsTest, APlayingStepRedrawsTwoLeds) {
     EXPECT_EQ(PaintedBy([this] { window.Tick(); }), 0);
     leds.SetStepCount(32);
     EXPECT_EQ(PaintedBy([this] { window.Tick(); }), 160 * 6);
+    // Pages of 64 follow playing until the wheel turns them.
+    int pressed = -1;
+    leds.onPress = [&pressed](int box) { pressed = box; };
+    leds.SetStepCount(150);
+    EXPECT_EQ(leds.PageCount(), 3);
+    step = 130;
+    window.Tick();
+    EXPECT_EQ(leds.Page(), 2);
+    Click(11, 14);
+    EXPECT_EQ(pressed, 128);
+    Click(160, 14);
+    EXPECT_EQ(pressed, 149) << "the last step of a page that is not full";
+    Wheel(11, 14, 1);
+    step = 131;
+    window.Tick();
+    EXPECT_EQ(leds.Page(), 1);
+    for (const int next : {-1, 2}) {
+        step = next;
+        window.Tick();
+    }
+    EXPECT_EQ(leds.Page(), 0) << "a new start is followed again";
+    leds.SetStepCount(64);
+    EXPECT_EQ(leds.PageCount(), 1);
 }
 
 class CKeyboardTest : public CControlTest {

@@ -187,6 +187,37 @@ TEST_F(RollGesture, ADragMovesResizesOrCopies) {
     ExpectConsistent();
 }
 
+TEST_F(RollGesture, AnEdgeScrollsWhileADragIsHeldThere) {
+    Show({{4, 2, 60, 90}});
+    gestures.ScrollAtEdge();
+    Press(4.2, 60);
+    gestures.ScrollAtEdge();
+    EXPECT_EQ(surface.moves, 0) << "a press is no drag";
+    gestures.Move(900, 404 + 20);
+    for (int tick = 0; tick < 10; ++tick) gestures.ScrollAtEdge();
+    EXPECT_GT(view.time.Scroll(), 60);
+    const int scrolled = view.KeyScroll();
+    EXPECT_NEAR(Notes()[0].position, view.StepAt(900) - 0.2, 1) << "the note stays under the mouse";
+    EXPECT_EQ(Notes()[0].key, view.KeyAt(424));
+    gestures.Move(400, 200);
+    gestures.ScrollAtEdge();
+    EXPECT_EQ(view.KeyScroll(), scrolled);
+    EXPECT_TRUE(document.isHeld) << "recording waits";
+    Release();
+    EXPECT_EQ(document.steps.size(), 1U);
+    EXPECT_FALSE(document.isHeld);
+    // A marquee keeps the corner where it began.
+    view.time.ScrollTo(240);
+    Press(4, 60, kRight);
+    gestures.Move(10, 200);
+    const double corner = view.StepAt(gestures.ShownMarquee()->x0);
+    gestures.ScrollAtEdge();
+    EXPECT_LT(view.time.Scroll(), 240);
+    EXPECT_NEAR(view.StepAt(gestures.ShownMarquee()->x0), corner, 0.001);
+    Release();
+    ExpectConsistent();
+}
+
 TEST_F(RollGesture, EscapePutsEverythingBack) {
     Show({{4, 2, 60, 90}});
     const auto before = edit.State().pattern;
@@ -285,6 +316,9 @@ TEST_F(RollGesture, TheWheelScrollsZoomsAndStresses) {
 }
 
 TEST_F(RollGesture, TheStripSoundsAndDragsTheLimits) {
+    gestures.Press(kRight, 20, YOf(61));
+    gestures.Release(20, YOf(61));
+    EXPECT_EQ(document.rowOfMenu, 61);
     gestures.Press(kLeft, 10, YOf(60));
     gestures.Move(10, YOf(61));
     Release();
@@ -394,6 +428,24 @@ TEST_F(RollGesture, TheDrumViewSetsHitsOfOneStep) {
     EXPECT_EQ(document.focused, 40);
     EXPECT_EQ(document.heard.back().key, 40);
     ExpectConsistent();
+}
+
+TEST_F(RollGesture, RowsStandByKeyByNameOrUsedFirst) {
+    std::vector<std::string> names(kHighestKey + 1);
+    names[36] = "Kick";
+    names[38] = "Snare";
+    names[42] = "Hat";
+    KeySet shown;
+    KeySet used;
+    for (const int key : {36, 38, 42}) shown.set(static_cast<std::size_t>(key));
+    used.set(38);
+    const auto fromTop = [&](ERowOrder order) {
+        const CRowOrder rows(CKeyRows(shown), order, names, used);
+        return std::vector<int>{rows.KeyOf(2), rows.KeyOf(1), rows.KeyOf(0)};
+    };
+    EXPECT_EQ(fromTop(ERowOrder::kByKey), (std::vector<int>{42, 38, 36}));
+    EXPECT_EQ(fromTop(ERowOrder::kByName), (std::vector<int>{42, 36, 38}));
+    EXPECT_EQ(fromTop(ERowOrder::kUsedFirst), (std::vector<int>{38, 42, 36}));
 }
 
 TEST_F(RollGesture, TheVelocityLanePaintsAndMovesASelectionTogether) {

@@ -100,6 +100,7 @@ TEST_F(CMidiRouterTest, KeysAreLimitedTransposedAndLearned) {
     }
     instrument.midi.transpose.Set(0);
     instrument.midi.limitLearning.Set(0);
+    Send(0x80, 30, 0);  // what goes up is not learned
     Send(0x90, 40, 100);
     instrument.midi.limitLearning.Set(1);
     Send(0x90, 50, 100);

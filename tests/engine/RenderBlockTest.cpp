@@ -142,6 +142,24 @@ TEST_F(CRenderBlockTest, ASharedEffectRunsAWhileAfterItsLastSend) {
     EXPECT_NEAR(further, 100 * 2048 / 256, 2);
 }
 
+TEST_F(CRenderBlockTest, WhatIsSilentIsSilentEnoughForEffectsToSleep) {
+    constexpr float kHeardByEffects = 3e-8F;
+    Put(audio.sharedEffects[0], LoadPlugin("Gain", ESlotKind::kEffect));
+    for (int count = 0; count < 10; ++count) {
+        CInstrument& instrument = AddInstrument();
+        instrument.strip.level.Set(127.0F);
+        instrument.strip.eqOn.Set(1.0F);
+        for (int band = 0; band < kEqBandCount; ++band) {
+            instrument.strip.eqGain[static_cast<std::size_t>(band)].Set(1.0F);
+            UpdateEqualizer(instrument, band, 44100.0);
+        }
+        instrument.strip.sendOn[0].Set(1.0F);
+        instrument.strip.sendLevel[0].Set(127.0F);
+    }
+    Settle();
+    EXPECT_LT(std::abs(Left()), kHeardByEffects);
+}
+
 TEST_F(CRenderBlockTest, AnOutputThatIsNoNumberOrFarTooLoudSilencesItsPluginForTheBlock) {
     CInstrument& good = AddConstant();
     CInstrument& bad = AddInstrument("Trouble");

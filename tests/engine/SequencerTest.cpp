@@ -58,26 +58,6 @@ TEST_F(CSequencerTest, ANoteEndsWhereItsKeyIsStruckAgain) {
                                                                       {7 * kStep, 62, false}}));
 }
 
-TEST_F(CSequencerTest, EveryBlockSizeGivesTheSameNotesAtTheSameSamples) {
-    std::map<int, std::vector<HeardNote>> heard;
-    for (const int blockSize : {1, 64, 256, 2048, 16384}) {
-        CInstrument& instrument = AddInstrument();
-        instrument.swing.Set(0.3F);
-        SetPattern(instrument, 0, 7, {{0.1F, 2.7F, 60, 100}, {1.9F, 0.01F, 61, 90}, {5.0F, 9.0F, 62, 80}});
-        Prepare(blockSize);
-        audio.settings.tempo.Set(177.7F);
-        position = 0;
-        PlayPatterns();
-        auto notes = Listen(instrument, 65536 * 2);
-        heard[blockSize] = std::move(notes);
-        audio.PublishInstruments({});
-        Command(EngineCommand::EKind::kStop);
-        audio.RenderBlock();
-    }
-    ASSERT_GT(heard[64].size(), 20U);
-    for (const auto& [blockSize, notes] : heard) EXPECT_EQ(notes, heard[64]) << "block size " << blockSize;
-}
-
 TEST_F(CSequencerTest, ChainAndRandomFollowTheUsedPatterns) {
     CInstrument& instrument = AddInstrument();
     for (const int pattern : {0, 3, 9}) {
@@ -161,21 +141,6 @@ TEST_F(CSequencerTest, SynchroBringsShortPatternsBackToTheLongest) {
     }
     EXPECT_EQ(synchronised, (std::vector<std::int64_t>{0, 3, 6, 8, 11, 14, 16}));
     EXPECT_EQ(alone, (std::vector<std::int64_t>{0, 3, 6, 9, 12, 15}));
-}
-
-TEST_F(CSequencerTest, TheSongFollowsPlaylistsRepeatsAndFallsSilent) {
-    CInstrument& instrument = AddInstrument();
-    SetPattern(instrument, 0, 2, EveryStep(2, 60));
-    SetPattern(instrument, 1, 2, EveryStep(2, 61));
-    Publish(instrument.playlist, Playlist{{0, 1, 1}, {1, 6, 0}});
-    Command(EngineCommand::EKind::kPlay);
-    const auto heard = Listen(instrument, 12 * kStep);
-    std::vector<std::pair<std::int64_t, int>> struck;
-    for (const HeardNote& note : heard) {
-        if (note.on) struck.emplace_back(note.frame / kStep, note.key);
-    }
-    EXPECT_EQ(struck, (std::vector<std::pair<std::int64_t, int>>{
-                          {1, 60}, {2, 60}, {3, 60}, {4, 60}, {5, 60}, {6, 61}, {7, 61}}));
 }
 
 // What spans draw is what the engine plays, wherever it was sent. Entries without a pattern or a place, lengths

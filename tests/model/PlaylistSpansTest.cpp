@@ -21,8 +21,8 @@ PatternLengths Lengths() {
 }
 
 // The rule as it is told, for one step after the other from the start.
-std::vector<PlaylistPlace> PlayedFromTheStart(const Playlist& playlist, const PatternLengths& lengths, int steps) {
-    std::vector<PlaylistPlace> played;
+std::vector<SongPlace> PlayedFromTheStart(const Playlist& playlist, const PatternLengths& lengths, int steps) {
+    std::vector<SongPlace> played;
     int current = -1;
     for (int step = 0; step < steps; ++step) {
         int nearest = steps;
@@ -37,7 +37,7 @@ std::vector<PlaylistPlace> PlayedFromTheStart(const Playlist& playlist, const Pa
             found = static_cast<int>(index);
         }
         if (found >= 0) current = found;
-        PlaylistPlace place;
+        SongPlace place;
         if (current >= 0) {
             const PlaylistEntry& entry = playlist[static_cast<std::size_t>(current)];
             const int length = lengths[static_cast<std::size_t>(entry.pattern)];
@@ -96,7 +96,7 @@ TEST(PlaylistSpansTest, SpansAndPlacesAreTheRulePlayedFromTheStart) {
                 {static_cast<int>(draw() % 18) - 1, static_cast<int>(draw() % 120) - 2, static_cast<int>(draw() % 2)});
         }
         const auto played = PlayedFromTheStart(playlist, lengths, 200);
-        std::vector<PlaylistPlace> spanned(played.size());
+        std::vector<SongPlace> spanned(played.size());
         for (const PlaylistSpan& span : PlaylistSpans(playlist, lengths)) {
             for (int step = span.first; step < std::min(span.end, 200); ++step) {
                 const int length = lengths[static_cast<std::size_t>(span.pattern)];

@@ -18,6 +18,7 @@ TEST(ProjectEngine, WhatIsPublishedIsGatheredAgain) {
     }
     state.master.presetMidi = {next, next + 1, next + 2};
     state.instruments.push_back(std::make_shared<CInstrument>());
+    state.master.timeSignature = {7, 8};
     state.masterLanes = CEventLanes().With(CEventLanes::kSongSlot, 1, {{0.0F, 5.0F}});
     for (auto& insert : state.masterInserts) {
         insert.on = 1;

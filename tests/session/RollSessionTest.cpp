@@ -172,5 +172,63 @@ TEST_F(RollSessionTest, ALoopIsWrittenInTwentyPressesAndEightNotesAreRecordedInT
     });
 }
 
+TEST_F(RollSessionTest, TheHandsOfThePianoRollWorkWithARealMouse) {
+    Run([&] {
+        Dismiss();
+        Add("QUIB synth");
+        OpenRoll();
+        const auto selected = [&] { return user->Ask([&] { return roll->Roll().State().selection.size(); }); };
+        const auto point = [](QPoint place) { return QStringLiteral("%1 %2").arg(place.x()).arg(place.y()); };
+        const auto send = [&](const QString& words) { user->Send(words.toLatin1().constData()); };
+        // Fresh: right is length, up is key; then the body moves it and its end stretches it.
+        user->Drag(Cell(2, 60), Cell(5, 62));
+        EXPECT_EQ(Notes(0), (std::vector<Note>{{2, 4, 62, 100}}));
+        user->Drag(Cell(3, 62), Cell(5, 64));
+        EXPECT_EQ(Notes(0)[0], (Note{4, 4, 64, 100}));
+        user->Drag(Cell(7, 64) + QPoint(8, 0), Cell(9, 64) + QPoint(8, 0));
+        EXPECT_EQ(Notes(0)[0], (Note{4, 6, 64, 100}));
+        user->Click(Cell(6, 64));
+        user->Click(Cell(20, 60));
+        EXPECT_EQ(selected(), 0U);
+        EXPECT_EQ(Notes(0).size(), 1U) << "a selection is cleared first";
+        user->Click(Cell(12, 60));
+        EXPECT_EQ(Notes(0).size(), 2U);
+        send(QStringLiteral("sleep 0.5"));
+        user->Drag(Cell(1, 66), Cell(13, 58), 3);
+        EXPECT_EQ(selected(), 2U) << "the marquee of the right button";
+        send(QStringLiteral("keydown Control_L mousemove %1 click 1 keyup Control_L").arg(point(Cell(5, 64))));
+        EXPECT_EQ(selected(), 1U) << "Ctrl takes one out";
+        // Ctrl while dragging copies; Escape leaves no trace of a drag.
+        send(
+            QStringLiteral("mousemove %1 mousedown 1 sleep 0.05 mousemove %2 sleep 0.05 keydown Control_L mousemove %3 "
+                           "sleep 0.05 mouseup 1 keyup Control_L")
+                .arg(point(Cell(12, 60)), point(Cell(13, 60)), point(Cell(14, 57))));
+        ASSERT_EQ(Notes(0).size(), 3U);
+        EXPECT_EQ(Notes(0)[1].position, 12);
+        EXPECT_EQ(Notes(0)[2].position, 14);
+        EXPECT_EQ(Notes(0)[2].key, 57);
+        const std::vector<Note> before = Notes(0);
+        send(QStringLiteral("mousemove %1 mousedown 1 sleep 0.05 mousemove %2 sleep 0.05 key Escape mouseup 1")
+                 .arg(point(Cell(5, 64)), point(Cell(8, 70))));
+        EXPECT_EQ(Notes(0), before);
+        EXPECT_EQ(selected(), 0U);
+        // Copied through the clipboard into another pattern, and back to nothing by a double click.
+        user->Key("ctrl+a");
+        user->Key("ctrl+c");
+        user->Ask([&] { Station().Contents().SelectPattern(0, 1); });
+        user->Key("ctrl+v");
+        EXPECT_EQ(Notes(0, 1), before);
+        send(QStringLiteral("mousemove %1 click --repeat 2 --delay 60 1").arg(point(Cell(5, 64))));
+        EXPECT_TRUE(Notes(0, 1).empty()) << "a double click deletes what is selected";
+        user->Key("ctrl+z");
+        EXPECT_EQ(Notes(0, 1), before);
+        user->Click(Header(11));
+        EXPECT_EQ(user->Ask([&] { return roll->Roll().State().pattern->StepCount(); }), 12);
+        send(QStringLiteral("keydown Control_L mousemove %1 click 5 click 5 click 5 keyup Control_L")
+                 .arg(point(Cell(4, 62))));
+        EXPECT_EQ(user->Ask([&] { return roll->Roll().view.time.StepWidth(); }), 3);
+    });
+}
+
 }  // namespace
 }  // namespace quib

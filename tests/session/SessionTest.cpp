@@ -13,6 +13,7 @@
 #include <csignal>
 
 #include "CDriver.h"
+#include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 
 namespace quib {
@@ -99,7 +100,7 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
         });
         for (int notch = 0; notch < 30; ++notch) user.Click(scrollBar, 5);
         user.Click(user.PointOf(*user.FindInBand(kAddInstrument)));
-        EXPECT_TRUE(user.ChooseOpen(QStringLiteral("QUIB synth")));
+        for (const char* const letter : {"s", "y", "n", "t", "h", "Return"}) user.Key(letter);
         EXPECT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == count + 1; }));
         user.Key("ctrl+z");
         EXPECT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == count; })) << "undone";
@@ -119,6 +120,50 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
         EXPECT_EQ(user.Ask([&] { return station.Session().ProjectPath(); }), project);
         Close(user);
     });
+}
+
+// From a fresh start to sound, and to an effect: how much has to be pressed beside the letters of a name. The
+// plug-in is called otherwise than its file.
+TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
+    QDir(folder.path()).mkdir(QStringLiteral("more"));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Trouble.so"),
+                folder.filePath(QStringLiteral("more/library.so")));
+    CSettings(folder.filePath(QStringLiteral("program/settings.ini")))
+        .WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), folder.filePath(QStringLiteral("more")));
+    const int code = CDriver::Run(Arguments(), [&](CDriver& user) {
+        CWorkstation& station = user.Window().Workstation();
+        ASSERT_TRUE(user.WaitFor([&] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()) != nullptr; }));
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Instruments().size() > 3; }));
+        int presses = 0;
+        const auto press = [&](const char* key) {
+            user.Key(key);
+            ++presses;
+        };
+        const auto type = [&](std::initializer_list<const char*> letters) {
+            for (const char* const letter : letters) user.Key(letter);
+        };
+        press("Escape");
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().isActiveWindow(); }));
+        press("ctrl+i");
+        type({"t", "r", "o", "u"});
+        press("Return");
+        ASSERT_TRUE(user.WaitFor([&] { return station.Stack().Instruments().size() == 1; }));
+        press("a");
+        const CInstrument& instrument = At(user, 0);
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.strip.peak.Get() > 0; }));
+        EXPECT_LE(presses, 4);
+        EXPECT_EQ(instrument.title, "Trouble");
+
+        presses = 0;
+        press("ctrl+e");
+        type({"r", "e", "v"});
+        press("Return");
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[0].ForEdit()->plugin != nullptr; }));
+        EXPECT_TRUE(instrument.strip.insertOn[0].IsOn());
+        EXPECT_LE(presses, 3);
+        Close(user);
+    });
+    EXPECT_EQ(code, 0);
 }
 
 // A killed program asks at its next start, and its backup holds the work.

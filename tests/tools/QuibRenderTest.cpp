@@ -108,7 +108,7 @@ TEST_F(CQuibRenderTest, LengthModeAndFailuresFollowTheOptions) {
     EXPECT_EQ(Run("quib-render", Path("none.prg") + " " + Path("x.wav")).exitCode, 1);
     // Nothing of the user's is written over, and no file is called what it is not.
     std::filesystem::create_hard_link(Path("song.prg"), Path("same.wav"));
-    for (const char* const wrong : {"song.prg", "same.wav", "out.ogg", "out", "--resave song.prg"}) {
+    for (const char* const wrong : {"song.prg", "same.wav", "out.aiff", "out", "--resave song.prg"}) {
         const std::string words = std::string("cd ") + Path("") + "; " QUIB_BIN_DIR "/quib-render song.prg " + wrong;
         EXPECT_EQ(RunCommand("sh -c '" + words + kTestPlugins + "'").exitCode, 2) << wrong;
     }

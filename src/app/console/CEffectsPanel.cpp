@@ -39,6 +39,9 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
     }
     CWinControl& window = Owner();
     row.label = &AddChild<CLabelMenuCtrl>(0U, 38, top, 136, 19, QString(), [this, place, &window](QMenu& menu) {
+        const auto slot = context.station.Places().Slot(place);
+        const bool empty = slot && !slot->plugin && !slot->missing;
+        if (empty && context.actions.browse) return context.actions.browse({place});
         FillSlotMenu(menu, context, place, &window);
     });
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
@@ -51,12 +54,18 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
     rows.push_back(row);
 }
 
+void CEffectsPanel::ListSlots(std::vector<SlotField>& fields) const {
+    for (const Row& row : rows) fields.push_back({row.place, row.label});
+}
+
 void CEffectsPanel::ShowSlots() {
     for (const Row& row : rows) {
         const auto slot = context.station.Places().Slot(row.place);
         const bool filled = slot && slot->plugin;
-        row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textDim"));
+        row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textOff"));
         row.label->SetText(SlotText(slot.get(), Text("no effect")));
+        row.label->sunken = filled;
+        row.label->struckWhileOff = filled && row.on != nullptr ? row.on->Value() : nullptr;
         row.edit->enabled = filled;
         if (row.on != nullptr) row.on->enabled = filled;
     }

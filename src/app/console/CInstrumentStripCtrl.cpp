@@ -95,7 +95,7 @@ QRgb CInstrumentStripCtrl::Ground() const { return Palette().Colour(QStringLiter
 
 QRgb CInstrumentStripCtrl::StripColour() const {
     const QColor own = context.station.Stack().StripColour(Index());
-    return own.isValid() ? own.rgb() : Palette().Accent(ESection::kMix);
+    return own.isValid() ? own.rgb() : Palette().Colour(QStringLiteral("track%1").arg(Index() % 8 + 1));
 }
 
 void CInstrumentStripCtrl::ShowContent() {
@@ -194,6 +194,18 @@ void CInstrumentStripCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 int CInstrumentStripCtrl::ShownPattern() const {
     const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
     return std::clamp(shown, 0, kPatternCount - 1);
+}
+
+void CInstrumentStripCtrl::ListSlots(std::vector<SlotField>& fields) const {
+    const std::uint32_t id = instrument->Id();
+    fields.push_back({{SlotPlace::EKind::kInstrument, id, 0}, plugin});
+    if (collapsed) return;
+    for (int index = 0; index < kInsertCount; ++index) {
+        fields.push_back({{SlotPlace::EKind::kInsert, id, index}, inserts[static_cast<std::size_t>(index)]});
+    }
+    for (int index = 0; index < kSendCount; ++index) {
+        fields.push_back({{SlotPlace::EKind::kEffect, id, index}, sends[static_cast<std::size_t>(index)]});
+    }
 }
 
 // --- Patterns -------------------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 
 #include "app/console/CStepGestures.h"
 #include "app/console/ConsoleParts.h"
+#include "app/console/SlotFields.h"
 #include "controls/CControl.h"
 #include "controls/CPatternSelCtrl.h"
 #include "engine/PlayPicture.h"
@@ -27,7 +28,7 @@ class CSwitchCtrl;
 class CSwitchFaderCtrl;
 class CSwitchSelectorCtrl;
 
-class CInstrumentStripCtrl : public CControl, public CPatternOwner {
+class CInstrumentStripCtrl : public CControl, public CPatternOwner, public CSlotOwner {
 public:
     static constexpr int kNarrowest = 960;  // pixels that the controls need
     static constexpr int kHeaderHeight = 26;
@@ -63,6 +64,10 @@ public:
 
     // While the strip is dragged to another place, and when it is let go.
     std::function<void(CInstrumentStripCtrl&, int py, bool dropped)> onDrag;
+
+    // --- The places for plug-ins
+    void ListSlots(std::vector<SlotField>& fields) const override;
+    std::uint32_t InstrumentId() const override { return instrument->Id(); }
 
     // --- The instrument behind the pattern cells
     Look PatternLook() const override;

@@ -5,6 +5,7 @@
 // recorder. Each is a container that builds its controls over the engine's values. User-interface thread.
 
 #include "app/console/ConsoleParts.h"
+#include "app/console/SlotFields.h"
 #include "controls/CControl.h"
 
 class QMenu;
@@ -29,29 +30,34 @@ protected:
 
 class CTransportPanel : public CPanelCtrl, public CTicked {
 public:
-    static constexpr int kWidth = 240;
+    static constexpr int kWidth = 326;
     CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
                     const ConsoleContext& consoleContext);
     void Tick() override;
 
 private:
     void AddSwitches();
+    void AddMetronome();
+    void ShowCountIn();
     void AddTempo();
     void AddDisplays();
     void AddTools();
 
     ConsoleContext context;
     CValue playShown;  // follows the engine
+    CValue countInShown;
+    CSwitchCtrl* countIn = nullptr;
     CSwitchCtrl* play = nullptr;
 };
 
-class CEffectsPanel : public CPanelCtrl {
+class CEffectsPanel : public CPanelCtrl, public CSlotOwner {
 public:
     static constexpr int kWidth = 210;
     CEffectsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
                   const ConsoleContext& consoleContext);
     // Takes over what the places hold now.
     void ShowSlots();
+    void ListSlots(std::vector<SlotField>& fields) const override;
 
 private:
     void AddRow(int top, const SlotPlace& place, const QString& title, CValue* onSwitch);

@@ -43,6 +43,7 @@ void CStepGestures::Show(NoteState next) {
 // A full box waits for what the mouse does: it may be meant to become louder.
 void CStepGestures::Press(int pattern, int step) {
     Cancel();
+    station.NoteRecording().Hold(true);
     gesture = std::make_unique<CGesture>(station.Changes());
     shownPattern = pattern;
     pressedStep = lastStep = step;
@@ -82,10 +83,13 @@ void CStepGestures::Release() {
     gesture->Finish(mode == EMode::kVelocity ? Text("Velocity")
                     : mode == EMode::kClear  ? Text("Clear steps")
                                              : Text("Set steps"));
-    gesture.reset();
+    Cancel();
 }
 
-void CStepGestures::Cancel() { gesture.reset(); }
+void CStepGestures::Cancel() {
+    gesture.reset();
+    station.NoteRecording().Hold(false);
+}
 
 void CStepGestures::Apply(int pattern, const NoteState& next, const QString& name) {
     if (next.pattern == Shown(pattern).pattern) return;

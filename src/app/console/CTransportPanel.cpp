@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/console/CMasterPanels.h"
+#include "app/console/CSongModeCtrl.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -44,6 +45,24 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
     }
 }
 
+void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
+    CMetronomeControl& metronome = station.Metronome();
+    const auto add = [&menu](const QString& text, bool chosen, auto choose) {
+        QAction* const action = menu.addAction(text, choose);
+        action->setCheckable(true);
+        action->setChecked(chosen);
+    };
+    menu.addSection(Text("Level of the click"));
+    for (const int decibels : {0, -6, -12, -18, -24}) {
+        add(QStringLiteral("%1 dB").arg(decibels), metronome.Level() == decibels,
+            [&metronome, decibels] { metronome.SetLevel(decibels); });
+    }
+    menu.addSection(Text("Count-in"));
+    for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+        add(CountInText(bars), metronome.CountIn() == bars, [&metronome, bars] { metronome.SetCountIn(bars); });
+    }
+}
+
 }  // namespace
 
 void CPanelCtrl::Draw() {
@@ -61,6 +80,7 @@ CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, int 
                                  const ConsoleContext& consoleContext)
     : CPanelCtrl(window, number, left, top, kWidth, newHeight), CTicked(window), context(consoleContext) {
     AddSwitches();
+    AddMetronome();
     AddTempo();
     AddDisplays();
     AddTools();
@@ -99,9 +119,9 @@ void CTransportPanel::AddSwitches() {
         const char* name;
         int infoString;
     };
-    int place = 134;
-    for (const Plan& plan : {Plan{picture::kGlyphSong, &settings.songMode, TextKey("Song mode"), 433},
-                             Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
+    AddChild<CSongModeCtrl>(0U, 134, 8, 34, station);
+    int place = 134 + CSongModeCtrl::kWidth + 4;
+    for (const Plan& plan : {Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
                              Plan{picture::kGlyphSynchro, &settings.synchroOn, TextKey("Synchro"), 435}}) {
         auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
         BindValue(button, context, plan.name, plan.infoString);
@@ -109,18 +129,48 @@ void CTransportPanel::AddSwitches() {
     }
 }
 
+// Below the arm of the notes.
+void CTransportPanel::AddMetronome() {
+    CWorkstation& station = context.station;
+    CMetronomeControl& metronome = station.Metronome();
+    auto& click = AddChild<CSwitchCtrl>(0U, 94, 48, 34, 17, &metronome.On(), picture::kGlyphMetronome);
+    click.infoString = 427;
+    click.onChange = [&metronome](CControl&) { metronome.Keep(); };
+    countIn = &AddChild<CSwitchCtrl>(0U, 94, 67, 34, 17, &countInShown, QString());
+    countIn->infoString = 479;
+    countIn->onChange = [this, &metronome](CControl&) {
+        metronome.SetCountIn((metronome.CountIn() + 1) % (CMetronomeControl::kMostBars + 1));
+        ShowCountIn();
+    };
+    for (CSwitchCtrl* const button : {&click, countIn}) {
+        button->onAlternativeClick = [this, &station](CControl&) {
+            PopUpMenu(Owner(), [&station](QMenu& menu) { FillMetronomeMenu(menu, station); });
+        };
+    }
+    ShowCountIn();
+}
+
+void CTransportPanel::ShowCountIn() {
+    const int bars = context.station.Metronome().CountIn();
+    const QString label = Text("IN %1").arg(bars);
+    const float on = bars > 0 ? 1.0F : 0.0F;
+    if (countIn->label == label && countInShown.Get() == on) return;
+    countIn->label = label;
+    countIn->SetValueAndUpdate(false, true, on);
+}
+
 void CTransportPanel::AddTempo() {
     CWorkstation& station = context.station;
     CValue& tempo = station.Audio().settings.tempo;
     auto& label = AddChild<CLiveLabelCtrl>(
-        0U, 134, 48, 62, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
+        0U, 134, 48, 100, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
     label.fontHeight = 16;
     label.strong = true;
-    auto& tap = AddChild<CSwitchCtrl>(0U, 196, 47, 36, 20, nullptr, QStringLiteral("TAP"));
+    auto& tap = AddChild<CSwitchCtrl>(0U, 280, 47, 38, 20, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
     tap.infoString = 437;
     tap.onChange = [&station](CControl&) { station.Transport().TapTempo(); };
-    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 101, 16, &tempo, false);
+    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 187, 16, &tempo, false);
     fader.minimum = 20;
     fader.maximum = 300;
     fader.defaultValue = 120.0F;
@@ -132,12 +182,13 @@ void CTransportPanel::AddTempo() {
 void CTransportPanel::AddDisplays() {
     CWorkstation& station = context.station;
     CAudio& audio = station.Audio();
-    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 120, 36, [&audio] {
+    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 82, 36, [&audio] {
         const PlayPicture& picture = audio.Picture();
+        if (picture.beatsToStart > 0) return QStringLiteral("-%1").arg(picture.beatsToStart);
         const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
         return BarBeatStep(step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get());
     });
-    position.fontHeight = 22;
+    position.fontHeight = 20;
     position.strong = true;
     position.sunken = true;
     position.alignment = Qt::AlignCenter;
@@ -149,7 +200,7 @@ void CTransportPanel::AddDisplays() {
     auto& xruns = AddChild<CLiveLabelCtrl>(
         0U, 80, 90, 60, 14, [&station] { return QStringLiteral("Xruns %1").arg(station.Output().Xruns()); });
     xruns.infoString = 440;
-    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 94, 14, [&station, &audio] {
+    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 178, 14, [&station, &audio] {
         const COutputDevice* const output = station.Output().Device();
         if (output == nullptr) return Text("No device");
         return QStringLiteral("%1 %2 k")
@@ -188,6 +239,7 @@ void CTransportPanel::AddTools() {
 }
 
 void CTransportPanel::Tick() {
+    ShowCountIn();
     const float playing = context.station.Transport().IsPlaying() ? 1.0F : 0.0F;
     if (playing != playShown.Get()) play->SetValueAndUpdate(false, true, playing);
 }

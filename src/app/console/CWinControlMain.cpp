@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/console/CWinControlMain.h"
 
+#include <QKeyEvent>
 #include <QMenu>
 #include <QWheelEvent>
 #include <algorithm>
 
 #include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/CSongHintCtrl.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CInfoCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CScrollCtrl.h"
+#include "controls/CSplitCtrl.h"
 #include "controls/VirtualKeys.h"
+#include "document/CSettings.h"
+#include "editors/playlist/CSongPane.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -49,12 +54,15 @@ CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorks
       scopeFeed(std::make_unique<CScopeFeed>(station.Audio().Scope())) {
     setObjectName(QStringLiteral("console"));
     BuildMaster();
+    BuildSong();
     BuildStrips();
     connect(&station.Changes(), &CChanges::Changed, this, &CWinControlMain::Follow);
     connect(&station.Selection(), &CSelection::CurrentChanged, this, [this] {
         for (CInstrumentStripCtrl* const strip : strips) strip->Refresh();
+        song->ShowCurrent();
     });
     onControlClicked = [this](CControl& top) {
+        song->SetActive(&top == song);
         const auto clicked = std::find(strips.begin(), strips.end(), &top);
         if (clicked != strips.end()) station.Selection().SetCurrent((*clicked)->Index());
     };
@@ -82,14 +90,8 @@ void CWinControlMain::BuildMaster() {
     scrollBar = &Add<CScrollCtrl>(0U, 0, kStripsTop, kScrollWidth, 100, &scrollPosition, true);
     scrollBar->wheelUnits = 60;
     scrollBar->onChange = [this](CControl&) { Scroll(); };
-    auto& add =
-        Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"), [this](QMenu& menu) {
-            for (const PluginChoice& choice : actions.pluginChoices(ESlotKind::kInstrument)) {
-                menu.addAction(choice.text, [this, choice] { actions.addInstrument(choice.path); });
-            }
-            menu.addSeparator();
-            menu.addAction(Text("From a file ..."), [this] { actions.addInstrument(QString()); });
-        });
+    auto& add = Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"),
+                                    [this](QMenu& /*menu*/) { actions.browse({}); });
     add.infoString = 448;
     add.fontHeight = 11;
     addButton = &add;
@@ -97,6 +99,7 @@ void CWinControlMain::BuildMaster() {
 
 // What moves with the values themselves is drawn from the timer.
 void CWinControlMain::Follow(const Change& change) {
+    song->Follow(change);
     switch (change.kind) {
         case EChange::kProject:
             scrollPosition.Set(0);
@@ -156,6 +159,7 @@ void CWinControlMain::Translate() {
     strips.clear();
     RemoveAll();
     BuildMaster();
+    BuildSong();
     BuildStrips();
 }
 
@@ -194,7 +198,9 @@ CInstrumentStripCtrl* CWinControlMain::Strip(int index) const {
 
 QRect CWinControlMain::StripArea() const {
     const QSize size = SkinSize();
-    return {0, kStripsTop, size.width() - kScrollWidth, std::max(0, size.height() - kStripsTop)};
+    const int top = kStripsTop + (hint->IsVisible() ? CSongHintCtrl::kHeight + kMargin : 0);
+    const int bottom = songShown ? SongTop(size) : size.height();
+    return {0, top, size.width() - kScrollWidth, std::max(0, bottom - top)};
 }
 
 QRect CWinControlMain::ClipOf(const CControl& control) const {
@@ -208,8 +214,10 @@ void CWinControlMain::Arrange(const QSize& size) {
     const int rest = std::max(100, size.width() - infoLeft - kMargin);
     scope->Resize(rest, 52);
     infoPanel->Resize(rest, kBandHeight - 56);
-    scrollBar->SetPosition(size.width() - kScrollWidth, kStripsTop);
-    scrollBar->Resize(kScrollWidth, std::max(10, size.height() - kStripsTop));
+    ArrangeSong(size);
+    scrollBar->SetVisible(!StripArea().isEmpty());
+    scrollBar->SetPosition(size.width() - kScrollWidth, StripArea().top());
+    scrollBar->Resize(kScrollWidth, std::max(10, StripArea().height()));
     const int room = std::max(size.width(), kNarrowest) - kScrollWidth - 2 * kMargin;
     if (room != builtWidth) {
         builtWidth = room;
@@ -223,7 +231,7 @@ void CWinControlMain::PlaceStrips() {
     stripsHeight = kAddHeight;
     for (const CInstrumentStripCtrl* const strip : strips) stripsHeight += strip->Height() + 2;
     scrollBar->SetRange(static_cast<float>(stripsHeight), static_cast<float>(StripArea().height()));
-    int top = kStripsTop - static_cast<int>(scrollPosition.Get());
+    int top = StripArea().top() - static_cast<int>(scrollPosition.Get());
     for (CInstrumentStripCtrl* const strip : strips) {
         strip->SetPosition(kMargin, top);
         top += strip->Height() + 2;
@@ -310,6 +318,7 @@ void CWinControlMain::DrawBackground() {
 
 void CWinControlMain::DrawWelcome() {
     const QRect area = StripArea();
+    if (area.height() < 100) return;
     Canvas().SetClip(area);
     const QRectF middle(area.left(), area.top() + std::max(40, area.height() / 3), area.width(), 28);
     Canvas().Text(middle, Text("This project is empty"), Palette().Colour(QStringLiteral("text")), 20, Qt::AlignCenter,
@@ -346,6 +355,8 @@ void CWinControlMain::FollowEngine() {
         }
         strip.Follow(shown);
     }
+    FollowHint();
+    song->FollowEngine();
     Tick();
 }
 

@@ -8,13 +8,17 @@
 #include "app/console/ConsoleParts.h"
 #include "controls/CScopeCtrl.h"
 #include "controls/CWinControl.h"
+#include "editors/base/CEditTarget.h"
 
 namespace quib {
 
 class CInstrumentStripCtrl;
 class CScrollCtrl;
+class CSongHintCtrl;
+class CSongPane;
+class CSplitCtrl;
 
-class CWinControlMain : public CWinControl {
+class CWinControlMain : public CWinControl, public CEditTarget {
     Q_OBJECT
 
 public:
@@ -32,6 +36,14 @@ public:
     // Brings the strip of an instrument into view.
     void ScrollTo(int index);
     CInstrumentStripCtrl* Strip(int index) const;
+    // The song below the strips: shown or not, or in their place.
+    void ShowSong(bool shown, bool inTheirPlace);
+    bool IsSongShown() const;
+    bool IsSongWhole() const noexcept { return songWhole; }
+    CSongPane& Song() const noexcept { return *song; }
+
+    bool CanEdit(EEdit command) const override;
+    void Edit(EEdit command) override;
 
 protected:
     void Arrange(const QSize& size) override;
@@ -39,9 +51,16 @@ protected:
     void DrawBackground() override;
     void wheelEvent(QWheelEvent* event) override;
     bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void BuildMaster();
+    void BuildSong();
+    void ArrangeSong(const QSize& size);
+    int SongTop(const QSize& size) const;
+    void KeepSong();
+    void FollowHint();
     void BuildStrips();
     void Follow(const Change& change);
     void ReleaseKeys(bool all);
@@ -71,10 +90,16 @@ private:
     CScrollCtrl* scrollBar = nullptr;
     CValue scrollPosition;
     std::vector<CInstrumentStripCtrl*> strips;
+    CSongHintCtrl* hint = nullptr;
+    CSplitCtrl* split = nullptr;
+    CSongPane* song = nullptr;
+    bool songShown = false;
+    bool songWhole = false;
+    int songHeight = 0;  // of the pane beside the strips
     int stripsHeight = 0;
     int dropPlace = -1;
     bool rebuildWanted = false;
-    CTransportControl::Releases released;
+    CTransportControl::Releases released = station.Transport().KeysReleased();
     int builtWidth = 0;
 };
 

@@ -6,8 +6,9 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 
-#include "app/PluginChoices.h"
+#include "app/browser/PluginChoices.h"
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
 #include "editors/ToolTable.h"
@@ -16,16 +17,19 @@ namespace quib {
 
 class CSwitchFaderCtrl;
 
+// What a plug-in is chosen for. Without a place: a new instrument.
+struct BrowseWish {
+    std::optional<SlotPlace> place;
+};
+
 // What the console asks its window for.
 struct ConsoleActions {
-    // The plug-ins to choose from.
-    std::function<QList<PluginChoice>(ESlotKind)> pluginChoices;
+    // Opens the browser of plug-ins.
+    std::function<void(const BrowseWish&)> browse;
     // Opens the window of the plug-in in a place.
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
-    // Adds an instrument, shows why it could not, and what it lacks.
-    std::function<void(const QString& nameOrPath)> addInstrument;
     // Tells what a loading left out.
     std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };
@@ -51,6 +55,8 @@ void ShowDecibels(CControl& control, std::function<float(float)> gain);
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
 QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
+// How many bars are counted in.
+QString CountInText(int bars);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
 

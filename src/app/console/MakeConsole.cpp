@@ -5,45 +5,34 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
-#include "app/Dialogs.h"
-#include "app/FileDialogs.h"
+#include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
-#include "document/CSettings.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 
-void AddInstrument(CMainWindow& window, QString nameOrPath) {
-    CWorkstation& station = window.Workstation();
-    if (nameOrPath.isEmpty()) {
-        nameOrPath = ChooseFileToOpen(&window, station.Settings(), EFileKind::kInstrumentOrPlugin);
-        if (nameOrPath.isEmpty()) return;
-    }
-    QString error;
-    if (station.Stack().AddInstrument(nameOrPath, error) < 0) TellError(&window, error);
-    window.ShowWarnings(station.Stack().TakeWarnings());
-}
-
-ConsoleActions ActionsFor(CMainWindow& window) {
+// The browser comes after the console that it is opened from.
+ConsoleActions ActionsFor(CMainWindow& window, const std::shared_ptr<CPluginBrowsing*>& browsing) {
     ConsoleActions actions;
-    actions.pluginChoices = [&window](ESlotKind kind) {
-        return PluginChoices(window.Workstation().ProgramFolders(), window.Catalog(), kind);
-    };
+    actions.browse = [browsing](const BrowseWish& wish) { (*browsing)->Browse(wish); };
     actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
-    actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
     actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
-    actions.hasTool = [](ETool tool) { return tool == ETool::kTutorial || CToolWindows::Has(tool); };
+    actions.hasTool = [](ETool tool) {
+        return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
+    };
     return actions;
 }
 
 }  // namespace
 
 QWidget* MakeConsole(CMainWindow& window) {
+    const auto browsing = std::make_shared<CPluginBrowsing*>(nullptr);
     auto* const console =
-        new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window), &window);
+        new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
+    *browsing = new CPluginBrowsing(window, *console);
     console->onMessage = [&window](const QString& caption, const QString& text) { window.ShowMessage(caption, text); };
     const auto applyScale = [&window, console] {
         const double scale = window.Scale() / 100.0;
@@ -54,6 +43,9 @@ QWidget* MakeConsole(CMainWindow& window) {
     };
     applyScale();
     window.Tools().SetInfoPanel(console->infoPanel);
+    QObject::connect(&window, &CMainWindow::SongWanted, console, [console](bool whole) {
+        whole ? console->ShowSong(true, !console->IsSongWhole()) : console->ShowSong(!console->IsSongShown(), false);
+    });
     QObject::connect(&window, &CMainWindow::Ticked, console, &CWinControlMain::FollowEngine);
     QObject::connect(&window, &CMainWindow::SettingsChanged, console, [&window, console, applyScale] {
         applyScale();

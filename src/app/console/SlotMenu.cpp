@@ -9,6 +9,8 @@
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
 #include "app/console/PatternMenu.h"
+#include "controls/CLabelCtrl.h"
+#include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
@@ -76,23 +78,38 @@ void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QStri
     if (!context.station.Places().LoadPlugin(place, path, error)) TellError(window, error);
 }
 
+void AddBypass(QMenu& menu, const ConsoleContext& context, const SlotPlace& place) {
+    CWorkstation& station = context.station;
+    const auto on = station.Places().OnSwitch(place);
+    if (!on) return;
+    QAction* const bypass = menu.addAction(Text("Bypass"), [&station, on] {
+        const float before = on->Get();
+        on->Set(on->IsOn() ? 0.0F : 1.0F);
+        station.Changes().ValueEdited(on, before, on->Get(), Text("Bypass"));
+    });
+    bypass->setCheckable(true);
+    bypass->setChecked(!on->IsOn());
+}
+
 }  // namespace
+
+void OpenSlot(const ConsoleContext& context, const SlotPlace& place, CWinControl& window) {
+    const auto slot = context.station.Places().Slot(place);
+    if (slot && !slot->plugin && !slot->missing && context.actions.browse) return context.actions.browse({place});
+    PopUpMenu(window, [&](QMenu& menu) { FillSlotMenu(menu, context, place, &window); });
+}
 
 void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& place, QWidget* window) {
     const auto slot = context.station.Places().Slot(place);
     if (slot && slot->plugin) {
         menu.addAction(Text("Open Plugin"), [context, place] { context.actions.openPlugin(place); });
         AddPrograms(menu, context, slot->plugin);
-        AddFileItems(menu, context, place, window);
+        AddFileItems(*menu.addMenu(Text("Bank and program files")), context, place, window);
+        AddBypass(menu, context, place);
         menu.addSeparator();
     }
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const ESlotKind kind = isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
-    for (const PluginChoice& choice : context.actions.pluginChoices(kind)) {
-        menu.addAction(choice.text,
-                       [context, place, choice, window] { LoadInto(context, place, choice.path, window); });
-    }
-    menu.addSeparator();
+    menu.addAction(Text("Choose a plug-in..."), [context, place] { context.actions.browse({place}); });
     menu.addAction(isInstrument ? Text("Select Plugin") : Text("Load Plugin..."),
                    [context, place, window, isInstrument] {
                        const EFileKind library = isInstrument ? EFileKind::kInstrumentPlugin : EFileKind::kEffectPlugin;

@@ -10,8 +10,12 @@ class QWidget;
 
 namespace quib {
 
-// Plug-ins to choose from, the window, the bank and the programs of the one that is there.
+class CWinControl;
+
+// What can be done with the plug-in in a place: its window, program, bank, bypass, choosing another one.
 void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& place, QWidget* window);
+// A click on a place: an empty one is to be filled, another one shows its menu.
+void OpenSlot(const ConsoleContext& context, const SlotPlace& place, CWinControl& window);
 // "Instrument", "Pattern", plug-in and place of one instrument.
 void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t instrument, QWidget* window);
 // The MIDI input of one instrument: channel, key range, transposition, what passes.

@@ -178,11 +178,9 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
         send.formatLevel = [this](float shown) {
             return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
         };
-        send.onAlternativeClick = [this, place](CControl&) {
-            PopUpMenu(Owner(), [&](QMenu& menu) {
-                FillSlotMenu(menu, context, {SlotPlace::EKind::kEffect, 0, place}, &Owner());
-            });
-        };
+        const SlotPlace slot{SlotPlace::EKind::kEffect, instrument->Id(), place};
+        send.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
+        send.onEmptyClick = send.onAlternativeClick;
         sends[index] = &send;
     }
 }
@@ -195,9 +193,9 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
                                                   &instrument->strip.insertOn[index], nullptr);
         insert.section = ESection::kEffects;
         BindSetting(insert, context, instrument->strip, 486);
-        insert.onAlternativeClick = [this, slot](CControl&) {
-            PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
-        };
+        insert.struckWhileOff = true;
+        insert.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
+        insert.onEmptyClick = insert.onAlternativeClick;
         inserts[index] = &insert;
         auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 23, 31 + 21 * place, 23, 19, nullptr, picture::kGlyphEdit);
         edit.momentary = true;
@@ -206,7 +204,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         edit.onChange = [this, slot](CControl&) {
             const auto held = context.station.Places().Slot(slot);
             if (held && held->plugin && context.actions.openPlugin) return context.actions.openPlugin(slot);
-            PopUpMenu(Owner(), [&](QMenu& menu) { FillSlotMenu(menu, context, slot, &Owner()); });
+            OpenSlot(context, slot, Owner());
         };
     }
 }

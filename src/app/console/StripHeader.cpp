@@ -45,6 +45,9 @@ void CInstrumentStripCtrl::AddHeader() {
     plugin = &AddChild<CLabelMenuCtrl>(0U, 182, 4, 138, 20, QString(), [this, id, &window](QMenu& menu) {
         FillSlotMenu(menu, context, {SlotPlace::EKind::kInstrument, id, 0}, &window);
     });
+    plugin->onAlternativeClick = [this, id](CControl&) {
+        context.actions.browse({SlotPlace{SlotPlace::EKind::kInstrument, id, 0}});
+    };
     plugin->infoString = 461;
     AddHeaderButtons();
 }

@@ -78,13 +78,15 @@ private:
     void Paint(const QRect& part) override;
     void PaintHeader(const RollDrawing& drawing) const;
     void PaintGrid(const RollDrawing& drawing);
+    void PaintRows(const RollDrawing& drawing);
     void PaintMarks(const RollDrawing& drawing) const;
     void PaintHover(const RollDrawing& drawing) const;
     // The part of the control that a rectangle of the grid takes.
     QRect GridPart(double left, double top, double right, double bottom) const;
     QRect HoverPart() const;
     QRect MarqueePart() const;
-    QRect PlayheadPart(double step) const;
+    // Of the flag in the header, or of the line through the grid.
+    QRect PlayheadPart(double step, bool isFlag) const;
     void NotesChanged(const NoteState& before);
     QRect ChangedPart(const NoteState& before) const;
     void UpdateExtent();

@@ -3,24 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <utility>
 
-#include "controls/VirtualKeys.h"
 #include "model/edits/NoteEdits.h"
-#include "model/edits/NoteSnap.h"
 #include "model/edits/PatternEdits.h"
 
 namespace quib {
 
 namespace {
-constexpr int kShake = 3;            // pixels that a click may move
 constexpr int kLongestEnd = 8;       // pixels of a note that resize it
 constexpr int kLeastResizable = 12;  // pixels
 constexpr int kLimitMark = 9;        // pixels
-constexpr int kWheelRows = 3;        // a notch
-constexpr int kWheelBeats = 1;
-constexpr int kVelocityNotch = 4;
 constexpr const char* kAddNote = "Add note";
 }  // namespace
 
@@ -42,6 +35,7 @@ std::optional<Marquee> CPianoRollGestures::ShownMarquee() const noexcept {
 void CPianoRollGestures::Press(EMouseButton pressed, int x, int y) {
     if (IsBusy()) Release(mouseX, mouseY);
     edit.Settle();
+    edit.host.Hold(true);
     button = pressed;
     pressX = mouseX = x;
     pressY = mouseY = y;
@@ -181,102 +175,6 @@ void CPianoRollGestures::AddNoteAt(int x, int y) {
     surface.ShowNote(&anchor);
 }
 
-// --- Drags --------------------------------------------------------------------------------------------
-
-void CPianoRollGestures::Move(int x, int y) {
-    mouseX = x;
-    mouseY = y;
-    if (!moved && std::max(std::abs(x - pressX), std::abs(y - pressY)) >= kShake) {
-        moved = true;
-        edit.Settle();
-    }
-    switch (mode) {
-        case EMode::kNone:
-            return surface.SetCursor(CursorAt(x, y));
-        case EMode::kFresh:
-        case EMode::kMove:
-        case EMode::kResize:
-            if (moved) Drag(x, y);
-            return;
-        case EMode::kMarquee:
-            if (moved) DragMarquee();
-            return;
-        case EMode::kPan:
-            if (view.time.ScrollTo(panScroll + pressX - x) | view.ScrollKeysTo(panKeyScroll + pressY - y)) {
-                surface.ViewMoved();
-            }
-            return;
-        case EMode::kLength:
-            return DragLength(x);
-        case EMode::kStrip:
-            return Sound(view.KeyAt(y), options.velocity);
-        case EMode::kLimit:
-            edit.host.SetKeyLimit(upperLimit, std::clamp(view.KeyAt(y), 0, kHighestKey), false);
-            return surface.MarksChanged();
-        case EMode::kIdle:
-            return;
-    }
-}
-
-void CPianoRollGestures::Drag(int x, int y) {
-    // The document has changed under the hand.
-    if (!edit.IsOpen()) return EndMouse();
-    if (mode == EMode::kFresh) {
-        edit.Preview(FreshNote(x, y));
-    } else if (mode == EMode::kResize || resizeByKey) {
-        edit.Preview(Resized(x));
-    } else {
-        edit.Preview(Dragged(x, y));
-    }
-    const std::vector<Note>& notes = edit.State().Notes();
-    // Copies and a fresh note stand at the end of the list.
-    std::size_t shown = mode == EMode::kFresh ? notes.size() - 1 : *hit;
-    if (notes.size() > edit.Start().Notes().size() && mode != EMode::kFresh) {
-        const NoteSelection& taken = edit.Start().selection;
-        const auto place = std::lower_bound(taken.begin(), taken.end(), *hit) - taken.begin();
-        shown = notes.size() - taken.size() + static_cast<std::size_t>(place);
-    }
-    const Note note = notes[std::min(shown, notes.size() - 1)];
-    if (sounding >= 0 && note.key != sounding) Sound(note.key, note.velocity);
-    surface.ShowNote(&note);
-}
-
-int CPianoRollGestures::KeyMoved(int y) const {
-    const int row = view.Rows().RowOf(anchor.key) + view.RowAt(y) - view.RowAt(pressY);
-    return view.Rows().KeyOf(row) - anchor.key;
-}
-
-NoteState CPianoRollGestures::Dragged(int x, int y) const {
-    const auto way = static_cast<float>(view.StepAt(x) - view.StepAt(pressX));
-    // Straight up or down leaves a note off the raster where it is.
-    const bool isStill = std::abs(x - pressX) < kShake;
-    const float steps = isStill ? 0 : SnappedMove(anchor.position, way, Raster());
-    return copyByKey ? MoveCopies(edit.Start(), steps, KeyMoved(y)) : MoveNotes(edit.Start(), steps, KeyMoved(y));
-}
-
-NoteState CPianoRollGestures::Resized(int x) const {
-    const auto way = static_cast<float>(view.StepAt(x) - view.StepAt(pressX));
-    const double raster = Raster();
-    const float steps = SnappedMove(anchor.position + anchor.length, way, raster);
-    return ResizeNotes(edit.Start(), steps, std::max(kShortestNote, static_cast<float>(raster)));
-}
-
-NoteState CPianoRollGestures::FreshNote(int x, int y) const {
-    Note note = anchor;
-    note.key = anchor.key + KeyMoved(y);
-    if (!view.IsDrums() && x - pressX >= kShake) {
-        const auto end = static_cast<float>(view.StepAt(x));
-        note.length = std::max(anchor.length, SnapUp(end, Raster()) - anchor.position);
-    }
-    return AddNote(edit.Start(), note);
-}
-
-void CPianoRollGestures::DragMarquee() {
-    const NoteSelection found = view.NotesBetween(edit.Index(), pressX, pressY, mouseX, mouseY);
-    edit.Select(AddToSelection(Select(edit.State(), marqueeBase), found));
-    surface.MarksChanged();
-}
-
 // --- Ends ---------------------------------------------------------------------------------------------
 
 const char* CPianoRollGestures::DragName() const noexcept {
@@ -326,6 +224,7 @@ void CPianoRollGestures::Release(int x, int y) {
 
 void CPianoRollGestures::EndMouse() {
     mode = EMode::kNone;
+    edit.host.Hold(false);
     Silence();
     surface.ShowNote(nullptr);
     surface.SetCursor(CursorAt(mouseX, mouseY));
@@ -361,82 +260,6 @@ void CPianoRollGestures::DoubleClick(int x, int y) {
     hit.reset();
     edit.SelectNone();
     surface.MarksChanged();
-}
-
-// --- Wheel and keys -----------------------------------------------------------------------------------
-
-void CPianoRollGestures::Wheel(const WheelTurn& turn) {
-    if (IsDragging()) return;
-    if (turn.alt)
-        return ChangeVelocityAt(turn.x, turn.y,
-                                static_cast<int>(std::lround(turn.notches * static_cast<float>(kVelocityNotch))));
-    CTimeGrid& time = view.time;
-    bool changed = false;
-    if (turn.control) {
-        const bool in = turn.notches > 0;
-        const int anchorX = std::max(0, turn.x - view.GridLeft());
-        if (turn.shift) {
-            changed = in ? view.ZoomKeysIn(turn.y) : view.ZoomKeysOut(turn.y);
-        } else {
-            changed = in ? time.ZoomIn(anchorX) : time.ZoomOut(anchorX);
-        }
-    } else if (turn.shift) {
-        const double steps = kWheelBeats * time.meter.StepsPerBeat();
-        changed =
-            time.ScrollTo(time.Scroll() -
-                          static_cast<int>(std::lround(static_cast<double>(turn.notches) * steps * time.StepWidth())));
-    } else {
-        changed = view.ScrollKeysTo(
-            view.KeyScroll() -
-            static_cast<int>(std::lround(turn.notches * static_cast<float>(kWheelRows * view.RowHeight()))));
-    }
-    if (changed) surface.ViewMoved();
-}
-
-void CPianoRollGestures::ChangeVelocityAt(int x, int y, int change) {
-    if (change == 0) return;
-    const std::optional<std::uint32_t> under =
-        IsInGrid(x, y) ? view.NoteAt(edit.Index(), x, y) : std::optional<std::uint32_t>();
-    edit.Accumulate(StressAt(edit.State(), under, change), "Velocity");
-    if (under) surface.ShowNote(&edit.State().Notes()[*under]);
-}
-
-bool CPianoRollGestures::KeyDown(int key) {
-    if (key == virtualKey::kEscape) {
-        Cancel();
-        return true;
-    }
-    const bool pressed = key == virtualKey::kShift || key == virtualKey::kControl || key == virtualKey::kAlt;
-    if (!pressed) return false;
-    if (!IsBusy()) edit.Settle();
-    if (key == virtualKey::kShift) shift = resizeByKey = true;
-    if (key == virtualKey::kControl) control = copyByKey = true;
-    if (key == virtualKey::kAlt) alt = true;
-    if (IsDragging() && moved) Drag(mouseX, mouseY);
-    return false;
-}
-
-void CPianoRollGestures::KeyUp(int key) {
-    if (key == virtualKey::kShift) shift = resizeByKey = false;
-    if (key == virtualKey::kControl) control = copyByKey = false;
-    if (key == virtualKey::kAlt) alt = false;
-    const bool released = key == virtualKey::kShift || key == virtualKey::kControl || key == virtualKey::kAlt;
-    if (released && IsDragging() && moved) Drag(mouseX, mouseY);
-}
-
-void CPianoRollGestures::Sound(int key, int velocity) {
-    if (key == sounding) return;
-    if (sounding >= 0) edit.host.Audition(sounding, 0, false);
-    sounding = options.audition ? key : -1;
-    if (sounding >= 0) edit.host.Audition(sounding, velocity, true);
-}
-
-ERollCursor CPianoRollGestures::CursorAt(int x, int y) const {
-    if (!IsInGrid(x, y))
-        return LimitAt(x, y) != 0 || y >= PianoRollView::kHeaderHeight ? ERollCursor::kHand : ERollCursor::kArrow;
-    const std::optional<std::uint32_t> note = view.NoteAt(edit.Index(), x, y);
-    if (!note) return ERollCursor::kArrow;
-    return IsOverEnd(*note, x) ? ERollCursor::kResize : ERollCursor::kHand;
 }
 
 }  // namespace quib

@@ -54,6 +54,8 @@ public:
     // Only for places of the grid (see IsInGrid); elsewhere the second click is another press.
     void DoubleClick(int x, int y);
     void Wheel(const WheelTurn& turn);
+    // From the timer: scrolls while a drag is held beyond an edge of the grid.
+    void ScrollAtEdge();
     // Modifiers by their virtual keys; true for Escape, which is taken.
     bool KeyDown(int virtualKey);
     void KeyUp(int virtualKey);

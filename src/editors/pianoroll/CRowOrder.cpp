@@ -2,12 +2,25 @@
 #include "editors/pianoroll/CRowOrder.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace quib {
 
 CRowOrder::CRowOrder(const CKeyRows& rows) {
     rowOfKey.fill(-1);
     for (int row = 0; row < rows.Count(); ++row) Append(rows.KeyOfRow(row));
+}
+
+CRowOrder::CRowOrder(const CKeyRows& rows, ERowOrder order, std::span<const std::string> names, const KeySet& used) {
+    std::vector<int> keys;
+    for (int row = 0; row < rows.Count(); ++row) keys.push_back(rows.KeyOfRow(row));
+    std::ranges::stable_sort(keys, [&](int a, int b) {
+        const auto first = static_cast<std::size_t>(a);
+        const auto second = static_cast<std::size_t>(b);
+        if (order == ERowOrder::kByName) return names[first] > names[second];
+        return order == ERowOrder::kUsedFirst && !used.test(first) && used.test(second);
+    });
+    *this = CRowOrder(keys);
 }
 
 CRowOrder::CRowOrder(std::span<const int> keys) {

@@ -6,16 +6,23 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "model/edits/CKeyRows.h"
 
 namespace quib {
+
+// How drums stand above each other.
+enum class ERowOrder { kByKey, kByName, kUsedFirst };
+constexpr int kRowOrderCount = 3;
 
 class CRowOrder {
 public:
     // Every key.
     CRowOrder() : CRowOrder(CKeyRows()) {}
     explicit CRowOrder(const CKeyRows& rows);
+    // The keys of `rows` in an order: by name the first one is on top, as are those that are used.
+    CRowOrder(const CKeyRows& rows, ERowOrder order, std::span<const std::string> names, const KeySet& used);
     // These keys, the first one lowest. Keys out of range and repeated ones are left out.
     explicit CRowOrder(std::span<const int> keys);
 

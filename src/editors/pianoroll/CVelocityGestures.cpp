@@ -48,6 +48,7 @@ NoteState CVelocityGestures::Painted(const NoteState& from, int x0, int y0, int 
 }
 
 void CVelocityGestures::Press(int x, int y) {
+    edit.host.Hold(true);
     edit.Begin();
     lastX = x;
     lastY = y;
@@ -73,12 +74,14 @@ void CVelocityGestures::Move(int x, int y) {
 void CVelocityGestures::Release() {
     mode = EMode::kNone;
     edit.Finish("Velocity");
+    edit.host.Hold(false);
 }
 
 bool CVelocityGestures::Cancel() {
     if (mode == EMode::kNone) return false;
     mode = EMode::kNone;
     edit.Cancel();
+    edit.host.Hold(false);
     return true;
 }
 

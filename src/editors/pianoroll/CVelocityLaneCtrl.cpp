@@ -16,6 +16,7 @@ constexpr int kGhostWidth = 4;
 constexpr double kBar = CVelocityGestures::kBarWidth;
 constexpr int kNumberWidth = 18;  // beside a bar under the mouse
 constexpr int kWheelNotch = 4;
+constexpr int kWidestStrip = 16;  // pixels that the playhead redraws as one
 constexpr int kSilentHeight = 5;  // of the frame that stands for no velocity
 }  // namespace
 
@@ -117,9 +118,15 @@ void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, const Bar& bar, dou
         QRgb body = colours.OfVelocity(bar.velocity);
         if (beyond) body = colours.Dimmed(body);
         if (hovered == bar.note) body = colours.Hovered(body);
-        drawing.Fill(left, top, kBar, foot - top, body);
-        drawing.Fill(left, top, kBar, 2, edge);
-        if (IsSelected(roll.State(), bar.note)) PaintBarFrame(drawing, bar, foot, isLast);
+        const bool selected = IsSelected(roll.State(), bar.note);
+        drawing.Fill(left, top, kBar, foot - top, selected ? colours.white : body);
+        if (selected) {
+            // Open below where another bar stands before it.
+            const double inner = (isLast ? foot - 2 : foot) - (top + 2);
+            if (inner > 0) drawing.Fill(left + 2, top + 2, kBar - 4, inner, body);
+        } else {
+            drawing.Fill(left, top, kBar, 2, edge);
+        }
     } else {
         const QRgb frame = IsSelected(roll.State(), bar.note) ? colours.white : edge;
         drawing.Frame(left, foot - kSilentHeight, kBar, kSilentHeight, 1, frame);
@@ -127,17 +134,6 @@ void CVelocityLaneCtrl::PaintBar(const RollDrawing& drawing, const Bar& bar, dou
     if (hovered != bar.note) return;
     const double middle = std::clamp(gestures.YOf(bar.velocity), 6.0, Foot() - 6);
     drawing.TextFrom(left + kBar + 3, middle - 6, 12, QString::number(bar.velocity), colours.text, 9, true);
-}
-
-// Open below where another bar stands before it.
-void CVelocityLaneCtrl::PaintBarFrame(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const {
-    const QRgb colour = roll.Colours().white;
-    const double left = BarLeft(bar.position);
-    const double top = std::min(std::floor(gestures.YOf(bar.velocity)), foot - 2);
-    if (isLast) return drawing.Frame(left, top, kBar, foot - top, 2, colour);
-    drawing.Fill(left, top, kBar, 2, colour);
-    drawing.Fill(left, top, 2, foot - top, colour);
-    drawing.Fill(left + kBar - 2, top, 2, foot - top, colour);
 }
 
 // --- What is redrawn ----------------------------------------------------------------------------------
@@ -157,6 +153,7 @@ void CVelocityLaneCtrl::NotesChanged(const NoteState& before) {
     for (std::size_t index = 0; index < count && before.pattern != now.pattern; ++index) {
         const bool inBoth = index < before.Notes().size() && index < now.Notes().size();
         if (inBoth && before.Notes()[index] == now.Notes()[index]) continue;
+        if (part.left() <= 0 && part.right() >= Width()) break;
         if (index < before.Notes().size()) part |= BarPart(before.Notes()[index]);
         if (index < now.Notes().size()) part |= BarPart(now.Notes()[index]);
     }
@@ -173,10 +170,14 @@ void CVelocityLaneCtrl::NotesChanged(const NoteState& before) {
 }
 
 void CVelocityLaneCtrl::PlayheadMoved(double from, double to) {
-    for (const double step : {from, to}) {
+    const auto part = [this](double step) {
         const int place = static_cast<int>(std::floor(roll.view.XOf(step)));
-        if (step >= 0 && place >= roll.view.GridLeft() - 2) DrawPart(QRect(place - 2, 0, 5, Height()));
-    }
+        return step >= 0 && place >= roll.view.GridLeft() - 2 ? QRect(place - 2, 0, 5, Height()) : QRect();
+    };
+    const QRect both = part(from).united(part(to));
+    if (both.width() <= kWidestStrip) return DrawPart(both);
+    DrawPart(part(from));
+    DrawPart(part(to));
 }
 
 // --- Events -------------------------------------------------------------------------------------------

@@ -44,7 +44,6 @@ private:
     void VisitBars(const RollDrawing& drawing, const Visit& visit) const;
     // Down to `foot`, where the next lower one begins: of the last one its own.
     void PaintBar(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const;
-    void PaintBarFrame(const RollDrawing& drawing, const Bar& bar, double foot, bool isLast) const;
     double Foot() const noexcept { return Height() - CVelocityGestures::kFoot; }
     double BarLeft(float position) const noexcept { return roll.view.XOf(static_cast<double>(position)) + kBarInset; }
     void NotesChanged(const NoteState& before);

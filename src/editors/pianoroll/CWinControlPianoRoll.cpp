@@ -8,8 +8,10 @@
 #include "controls/CScrollCtrl.h"
 #include "controls/CSplitCtrl.h"
 #include "controls/VirtualKeys.h"
+#include "editors/pianoroll/CRollLaneBar.h"
+#include "editors/pianoroll/CRollStatusBar.h"
+#include "editors/pianoroll/CRollToolBar.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
-#include "editors/pianoroll/RollBars.h"
 #include "platform/Clock.h"
 #include "texts/Texts.h"
 
@@ -30,6 +32,7 @@ constexpr int kFrame = 16;  // milliseconds
 constexpr const char* kZoomTime = "PianoRoolZoomTime";
 constexpr const char* kZoomKey = "PianoRoolZoomKey";
 constexpr const char* kSplitPlace = "PianoRoolSplit";
+constexpr const char* kRowOrder = "PianoRollRows";
 
 }  // namespace
 
@@ -37,6 +40,8 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     : CToolWindow(toolContext, toolRow, parent) {
     const CSettings& store = Document().Settings();
     splitPlace = store.ReadSettingInt(kWindowsSection, QLatin1String(kSplitPlace), splitPlace);
+    rowOrder = static_cast<ERowOrder>(
+        std::clamp(store.ReadSettingInt(kWindowsSection, QLatin1String(kRowOrder), 0), 0, kRowOrderCount - 1));
     Build();
     roll->view.time.SetStepWidth(store.ReadSettingInt(kWindowsSection, QLatin1String(kZoomTime), 24), 0);
     roll->view.SetKeyZoom(store.ReadSettingInt(kWindowsSection, QLatin1String(kZoomKey), 12), 0);
@@ -156,6 +161,7 @@ void CWinControlPianoRoll::showEvent(QShowEvent* event) {
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
     roll->Edit().Settle();
+    Hold(false);
     Document().Audio().noteCapture.stepEntry.Set(0.0F);
     gesture.reset();
     CToolWindow::hideEvent(event);
@@ -178,6 +184,12 @@ void CWinControlPianoRoll::SetDrums(bool on) {
     roll->view.SetDrums(on);
     ShowRows();
     LayoutAndRefresh();
+}
+
+void CWinControlPianoRoll::SetRowOrder(ERowOrder order) {
+    rowOrder = order;
+    Document().Settings().WriteSettingInt(kWindowsSection, QLatin1String(kRowOrder), static_cast<int>(order));
+    ShowRows();
 }
 
 void CWinControlPianoRoll::SetScaleShown(const Scale& scale) {

@@ -40,6 +40,8 @@ public:
     bool IsFolded() const noexcept { return folded; }
     void SetFolded(bool on);
     void SetDrums(bool on);
+    ERowOrder RowOrder() const noexcept { return rowOrder; }
+    void SetRowOrder(ERowOrder order);
     void SetScaleShown(const Scale& scale);
     // Another setting of the roll has changed.
     void OptionsChanged();
@@ -79,6 +81,7 @@ protected:
 
 private:
     // --- The roll's host
+    void Hold(bool on) override { Document().NoteRecording().Hold(on); }
     void Preview(const NoteState& state) override;
     void Finish(const char* name) override;
     void Cancel() override;
@@ -113,6 +116,7 @@ private:
     int pattern = 0;
     bool folded = false;
     KeySet namedKeys;  // of the plug-in
+    ERowOrder rowOrder = ERowOrder::kByKey;
     Ghosts ghosts;
     std::unique_ptr<CGesture> gesture;
     bool stepEntry = false;

@@ -21,6 +21,8 @@ public:
     // Everything is as before the first Preview; no undo step.
     virtual void Cancel() = 0;
 
+    // The mouse edits: what plays keys into the pattern waits meanwhile.
+    virtual void Hold(bool on) = 0;
     // Another selection in the same pattern; no undo step.
     virtual void SelectionChanged(const NoteState& state) = 0;
     // The length that a gesture sets, in steps, beside Preview.

@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "controls/CScrollCtrl.h"
+#include "editors/pianoroll/CRollLaneBar.h"
+#include "editors/pianoroll/CRollStatusBar.h"
+#include "editors/pianoroll/CRollToolBar.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
-#include "editors/pianoroll/RollBars.h"
 #include "platform/Clock.h"
 #include "texts/Texts.h"
 
@@ -107,7 +109,8 @@ void CWinControlPianoRoll::ShowRows() {
     } else if (roll->view.IsDrums() && namedKeys.any()) {
         rows = CKeyRows(namedKeys | UsedKeys(notes));
     }
-    roll->view.SetRows(CRowOrder(rows));
+    const ERowOrder order = roll->view.IsDrums() ? rowOrder : ERowOrder::kByKey;
+    roll->view.SetRows(CRowOrder(rows, order, roll->options.rowNames, UsedKeys(notes)));
     OptionsChanged();
 }
 

@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "controls/CLabelCtrl.h"
+#include "editors/pianoroll/CRollLaneBar.h"
+#include "editors/pianoroll/CRollStatusBar.h"
+#include "editors/pianoroll/CRollToolBar.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
-#include "editors/pianoroll/RollBars.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -118,6 +120,7 @@ void CWinControlPianoRoll::ShowRowMenu(int key) {
 
 void CWinControlPianoRoll::RowFocused(int key) {
     roll->options.focusedKey = key;
+    roll->Refresh();
     lane->Refresh();
 }
 

@@ -35,13 +35,18 @@ struct alignas(64) StripJob {
     StripPlanes planes;
     StripTargets targets;
 
+    // Sends that nothing hears: they stand on their targets and are not mixed.
+    bool sendUnheard[kSendCount] = {};
+
     // Left by ProcessStrips for MixStrips: the signal with a constant gain for it, and the sends. A gain
     // that moves has its course over the block in its plane, and all bits of the mask set; a settled one
-    // has the first line of the plane and a mask of 0.
+    // has a line here, or the first one of its plane, and a mask of 0.
     float mixGainLeft = 1, mixGainRight = 1;
     const float* mixLeft = nullptr;
     const float* mixRight = nullptr;
+    const float* sendCourse[kSendCount] = {};
     std::size_t sendMask[kSendCount] = {};
+    alignas(32) float restingSend[kSendCount][8] = {};
     std::size_t gainMask = 0;
     bool addsExtra[kSendCount] = {};
     bool addsAnyExtra = false;

@@ -30,9 +30,9 @@ inline void KeepLoopWhole() noexcept { __asm__ volatile(""); }
 
 // A lane whose filter has gone passes its zeros as well.
 template <EFilters filters>
-inline Lanes InsteadOfZero(const EqualizerLanes& lanes, Lanes amount) noexcept {
-    if constexpr (filters == EFilters::kFading) return amount == 0 ? Lanes{} : lanes.insteadOfZero;
-    return lanes.insteadOfZero;
+inline Lanes Instead(Lanes insteadOfZero, Lanes amount) noexcept {
+    if constexpr (filters == EFilters::kFading) return amount == 0 ? Lanes{} : insteadOfZero;
+    return insteadOfZero;
 }
 
 // The amount and bands 0 and 1, band 1 a frame behind band 0. Each turn of this loop and of the next has
@@ -41,6 +41,7 @@ template <EFilters filters>
 inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcept {
     BandLanes low = lanes.bands[0];
     BandLanes middle = lanes.bands[1];
+    const Lanes insteadOfZero = lanes.insteadOfZero;
     Lanes amount = lanes.amount;
     const auto runLow = [&](int f) {
         amount += kAmountRate * (lanes.amountTarget - amount);
@@ -48,10 +49,10 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
             amount = (lanes.amountTarget == 0) & (amount <= kAmountGone) ? Lanes{} : amount;
         tile.amount[f] = amount;
         tile.dry[f] = 1 - amount;
-        return Filter(low, tile.signal[f], amount, tile.dry[f], InsteadOfZero<filters>(lanes, amount));
+        return Filter(low, tile.signal[f], amount, tile.dry[f], Instead<filters>(insteadOfZero, amount));
     };
     const auto runMiddle = [&](Lanes sample, int f) {
-        const Lanes zero = InsteadOfZero<filters>(lanes, tile.amount[f]);
+        const Lanes zero = Instead<filters>(insteadOfZero, tile.amount[f]);
         tile.signal[f] = Filter(middle, sample, tile.amount[f], tile.dry[f], zero);
     };
     Lanes between = runLow(0);
@@ -78,7 +79,8 @@ inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
         KeepLoopWhole();
         Lanes x = tile.signal[f];
         if constexpr (filters != EFilters::kNone)
-            x = Filter(high, x, tile.amount[f], tile.dry[f], InsteadOfZero<filters>(group.equalizer, tile.amount[f]));
+            x = Filter(high, x, tile.amount[f], tile.dry[f],
+                       Instead<filters>(group.equalizer.insteadOfZero, tile.amount[f]));
         gain += kGainRate * (group.gainTarget - gain);
         x *= gain;
         peak = Larger(Absolute(x) * weight[f], peak);

@@ -25,8 +25,10 @@ Note Repaired(Note note) noexcept {
     return note;
 }
 
-bool IsSelected(const NoteState& state, std::uint32_t note) noexcept {
-    return std::binary_search(state.selection.begin(), state.selection.end(), note);
+bool IsSelected(const NoteSelection& selection, std::uint32_t note) noexcept {
+    // Where every note up to this one is selected, it stands at its own place.
+    if (note < selection.size() && selection[note] == note) return true;
+    return std::binary_search(selection.begin(), selection.end(), note);
 }
 
 NoteState Select(const NoteState& from, NoteSelection notes) {

@@ -53,7 +53,10 @@ bool IsPlayable(const Note& note) noexcept;
 // The note within the limits: start 0 to kFarthestStart, length above 0, key and velocity 0 to 127.
 Note Repaired(Note note) noexcept;
 
-bool IsSelected(const NoteState& state, std::uint32_t note) noexcept;
+bool IsSelected(const NoteSelection& selection, std::uint32_t note) noexcept;
+inline bool IsSelected(const NoteState& state, std::uint32_t note) noexcept {
+    return IsSelected(state.selection, note);
+}
 // Selects exactly `notes`, given in any order; indices beyond the list are left out.
 NoteState Select(const NoteState& from, NoteSelection notes);
 NoteState AddToSelection(const NoteState& from, std::span<const std::uint32_t> notes);

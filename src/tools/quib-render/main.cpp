@@ -15,33 +15,12 @@
 #include "tools/common/CJsonObject.h"
 #include "tools/quib-render/CLivePlay.h"
 #include "tools/quib-render/COfflineRender.h"
+#include "tools/quib-render/LoadByName.h"
 #include "tools/quib-render/Options.h"
+#include "tools/quib-render/Terminal.h"
 
 namespace quib {
 namespace {
-
-void Say(const std::string& text) { fmt::print(stderr, "quib-render: {}\n", text); }
-
-// A bar on the terminal, redrawn when it changes.
-class CProgressBar {
-public:
-    ~CProgressBar() {
-        if (drawn >= 0) fmt::print(stderr, "\r{:60}\r", "");
-    }
-    void Show(double share) {
-        constexpr int kWidth = 50;
-        const int cells = static_cast<int>(share * kWidth);
-        if (!terminal || cells == drawn) return;
-        drawn = cells;
-        fmt::print(stderr, "\r[{:<{}}] {:3.0f} %", std::string(static_cast<std::size_t>(cells), '#'), kWidth,
-                   share * 100.0);
-        std::fflush(stderr);
-    }
-
-private:
-    bool terminal = CStandardOutput::ErrorIsTerminal();
-    int drawn = -1;
-};
 
 std::vector<std::string> MissingPlugins(const ProjectState& state) {
     std::vector<std::string> names;
@@ -73,14 +52,6 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
     json.Add("instruments", state.instruments.size());
     json.Add("missing_plugins", missing);
     return json.Text();
-}
-
-std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference& wanted, ESlotKind kind,
-                                    PluginEnvironment& environment, std::string& error) {
-    const auto library = finder.Find(wanted, kind);
-    if (library) return CPlugin::Load(*library, kind, environment, error);
-    error = "not found in any plug-in folder";
-    return nullptr;
 }
 
 // Reads the project. False, with a message, when there is nothing to render.
@@ -195,6 +166,7 @@ int ListDevices(const CStandardOutput& output) {
 int Run(const RenderOptions& options) {
     const CStandardOutput output;
     if (options.list) return ListDevices(output);
+    if (IsExport(options)) return RunExport(options, output);
     CAudio audio(options.seed);
     audio.Prepare(options.format);
     ProjectState state;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// quib-scan: loads one plug-in in a process of its own and says what it is. Never opens its editor.
+// quib-scan: loads one plug-in in a process of its own and says what it is. Never opens its editor. Ends with 1
+// for one that could not be loaded, 3 for one that did not answer in time, 4 for one that ended the process.
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
@@ -21,6 +22,8 @@ namespace quib {
 namespace {
 
 constexpr int kFailed = 1;
+constexpr int kHung = 3;
+constexpr int kEnded = 4;
 
 // Ends the process when a plug-in takes too long, or ends it itself.
 class CWatchdog {
@@ -29,10 +32,10 @@ public:
         : thread([this, seconds] {
               std::unique_lock lock(mutex);
               if (condition.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return done; })) return;
-              Fail("the plug-in did not answer in time");
+              Fail("the plug-in did not answer in time", kHung);
           }) {
         std::atexit([] {
-            if (!finished) Fail("the plug-in ended the process");
+            if (!finished) Fail("the plug-in ended the process", kEnded);
         });
     }
     ~CWatchdog() {
@@ -48,9 +51,9 @@ public:
     CWatchdog& operator=(const CWatchdog&) = delete;
 
 private:
-    [[noreturn]] static void Fail(const char* reason) {
+    [[noreturn]] static void Fail(const char* reason, int code) {
         fmt::print(stderr, "quib-scan: {}\n", reason);
-        std::_Exit(kFailed);
+        std::_Exit(code);
     }
 
     inline static std::atomic<bool> finished{false};

@@ -42,15 +42,34 @@ void CNotePainter::VisitShown(const RollDrawing& drawing, const CNoteIndex& inde
                      });
 }
 
-void CNotePainter::Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-                        std::optional<std::uint32_t> hovered) {
-    shown.clear();
+void CNotePainter::Collect(const RollDrawing& drawing, const CNoteIndex& index) {
+    found.clear();
     const int rowHeight = drawing.view.RowHeight();
     VisitShown(drawing, index, [&](std::uint32_t number, const Note& note, const NoteBox& box) {
-        shown.push_back({number, &note, Painted(box, rowHeight)});
+        found.push_back({number, &note, Painted(box, rowHeight)});
     });
     if (!drawing.view.IsDrums()) CutCovered();
-    for (const Shown& entry : shown) {
+    SortByRow(drawing.view.Rows());
+}
+
+// Counted, since there are many notes and few rows.
+void CNotePainter::SortByRow(const CRowOrder& rows) {
+    const auto fromTop = [&rows](const Shown& entry) {
+        return static_cast<std::size_t>(rows.Count() - 1 - rows.RowOf(entry.note->key));
+    };
+    std::array<std::size_t, kHighestKey + 2> starts{};
+    for (const Shown& entry : found) ++starts[fromTop(entry) + 1];
+    for (std::size_t row = 1; row < starts.size(); ++row) starts[row] += starts[row - 1];
+    shown.resize(found.size());
+    for (const Shown& entry : found) shown[starts[fromTop(entry)]++] = entry;
+}
+
+void CNotePainter::Draw(const RollDrawing& drawing, const NoteSelection& selection,
+                        std::optional<std::uint32_t> hovered) const {
+    const auto first = std::ranges::lower_bound(shown, static_cast<double>(drawing.part.top()), {},
+                                                [](const Shown& entry) { return entry.box.top; });
+    for (auto place = first; place != shown.end() && place->box.top <= drawing.part.bottom(); ++place) {
+        const Shown& entry = *place;
         if (entry.box.Width() <= 0) continue;
         const Look look = LookOf(drawing, entry, selection, hovered == entry.number);
         if (drawing.view.IsDrums()) {
@@ -74,7 +93,7 @@ CNotePainter::Look CNotePainter::LookOf(const RollDrawing& drawing, const Shown&
         look.edge = colours.Dimmed(look.edge);
     }
     if (isHovered) look.body = colours.Hovered(look.body);
-    look.selected = std::binary_search(selection.begin(), selection.end(), entry.number);
+    look.selected = IsSelected(selection, entry.number);
     return look;
 }
 
@@ -85,7 +104,7 @@ void CNotePainter::CutCovered() {
         double right = -1e9;
     };
     std::array<Cover, kHighestKey + 1> covers;
-    for (auto entry = shown.rbegin(); entry != shown.rend(); ++entry) {
+    for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
         // One sees through a silent note.
         if (entry->note->velocity <= 0) continue;
         Cover& cover = covers[static_cast<std::size_t>(entry->note->key)];
@@ -109,19 +128,24 @@ void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const 
         if (!look.selected) DrawName(drawing, note, look, box.left);
         return;
     }
+    if (look.selected) {
+        if (height < kLeastFramed) return drawing.Fill(box.left, box.top, width, height, frame);
+        drawing.Framed(box.left, box.top, width, height, kFrame, frame, look.body);
+        DrawSwing(drawing, note,
+                  {{box.left + kFrame, box.top + kFrame, box.right - kFrame, box.bottom - kFrame}, look.body});
+        return;
+    }
     drawing.Fill(box.left, box.top, width, height, look.body);
     drawing.Fill(box.left, box.top, std::min(kHead, width), height, look.edge);
-    const double free = DrawSwing(drawing, note, look);
-    if (!look.selected) return DrawName(drawing, note, look, free);
-    if (height < kLeastFramed) return drawing.Fill(box.left, box.top, width, height, frame);
-    drawing.Frame(box.left, box.top, width, height, kFrame, frame);
+    DrawName(drawing, note, look, DrawSwing(drawing, note, look));
 }
 
 // Gives where the note is free of the tick.
 double CNotePainter::DrawSwing(const RollDrawing& drawing, const Note& note, const Look& look) const {
     const double late = static_cast<double>(drawing.options.swing) * drawing.view.time.StepWidth();
     if (StepOfPosition(note.position) % 2 == 0 || late < 1) return look.box.left;
-    const double left = std::min(look.box.left + std::round(late), look.box.right - 2);
+    const double start = drawing.view.XOf(static_cast<double>(note.position)) + 1;
+    const double left = std::min(start + std::round(late), look.box.right - 2);
     if (left > look.box.left) drawing.Fill(left, look.box.top, 2, look.box.bottom - look.box.top, drawing.colours.ink);
     return left;
 }

@@ -12,9 +12,10 @@ namespace quib {
 
 class CNotePainter {
 public:
-    // `hovered`: the note under the mouse.
-    void Draw(const RollDrawing& drawing, const CNoteIndex& index, const NoteSelection& selection,
-              std::optional<std::uint32_t> hovered);
+    // What of the notes is seen in the part that is drawn. Before Draw.
+    void Collect(const RollDrawing& drawing, const CNoteIndex& index);
+    // Those whose rows begin within the part. `hovered`: the note under the mouse.
+    void Draw(const RollDrawing& drawing, const NoteSelection& selection, std::optional<std::uint32_t> hovered) const;
     void DrawGhosts(const RollDrawing& drawing) const;
 
 private:
@@ -31,6 +32,7 @@ private:
     };
     static Look LookOf(const RollDrawing& drawing, const Shown& entry, const NoteSelection& selection, bool isHovered);
     void CutCovered();
+    void SortByRow(const CRowOrder& rows);
     template <class Visit>
     static void VisitShown(const RollDrawing& drawing, const CNoteIndex& index, Visit&& visit);
     void DrawNote(const RollDrawing& drawing, const Note& note, const Look& look) const;
@@ -38,7 +40,8 @@ private:
     double DrawSwing(const RollDrawing& drawing, const Note& note, const Look& look) const;
     void DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const;
 
-    std::vector<Shown> shown;
+    std::vector<Shown> found;  // in the order of drawing
+    std::vector<Shown> shown;  // the same, upper rows first
 };
 
 }  // namespace quib

@@ -69,7 +69,10 @@ void DrawHeader(const RollDrawing& drawing, const QString& lengthText) {
     drawing.Fill(left, kHeight - kLengthBar, end - left, kLengthBar - 1, length);
     // Labels of what is scrolled away lie below this.
     drawing.Fill(0, 0, left, kFoot, colours.panel);
-    drawing.TextFrom(8, 1, 22, lengthText, colours.pattern, 11, true);
+    drawing.TextFrom(8, 0, 13, lengthText, colours.pattern, 11, true);
+    const Meter& meter = view.time.meter;
+    drawing.TextFrom(8, 12, 11, QStringLiteral("%1/%2").arg(meter.beatsPerBar).arg(meter.beatUnit), colours.textMuted,
+                     9, false);
 }
 
 void DrawPatternEnd(const RollDrawing& drawing, double top, double bottom) {

@@ -13,6 +13,14 @@ void RollDrawing::Frame(double left, double top, double width, double height, do
     Fill(left + width - side, top, side, height, colour);
 }
 
+void RollDrawing::Framed(double left, double top, double width, double height, double line, QRgb frame,
+                         QRgb body) const {
+    Fill(left, top, width, height, frame);
+    if (width > 2 * line && height > 2 * line) {
+        Fill(left + line, top + line, width - 2 * line, height - 2 * line, body);
+    }
+}
+
 void RollDrawing::DashedFrame(double left, double top, double width, double height, int dash, int gap,
                               QRgb colour) const {
     for (double along = 0; along < width; along += dash + gap) {

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/plugin/vst2/CVst2Plugin.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
 #include <cstdio>
+#include <limits>
+#include <utility>
 
 #include "model/plugin/PluginCalls.h"
 #include "model/plugin/vst2/Vst2Calls.h"
 #include "platform/FloatingPointMode.h"
+#include "platform/XErrors.h"
 
 namespace quib {
 
@@ -31,6 +36,24 @@ std::string Hexadecimal(std::int32_t number) {
     return text.data();
 }
 
+// Calls that may put a handler of a toolkit into the process.
+class CXErrorScope {
+public:
+    explicit CXErrorScope(std::int32_t opcode)
+        : needed(opcode == effOpen || opcode == effClose || opcode == effEditOpen || opcode == effEditClose ||
+                 opcode == effEditIdle || opcode == effEditGetRect) {
+        if (needed) KeepXErrorsHarmless();
+    }
+    ~CXErrorScope() {
+        if (needed) KeepXErrorsHarmless();
+    }
+    CXErrorScope(const CXErrorScope&) = delete;
+    CXErrorScope& operator=(const CXErrorScope&) = delete;
+
+private:
+    bool needed;
+};
+
 }  // namespace
 
 CVst2Plugin::~CVst2Plugin() {
@@ -54,7 +77,14 @@ bool CVst2Plugin::LoadEffect(const std::filesystem::path& path, std::string& err
         error = "no plug-in entry point";
         return false;
     }
-    AEffect* const made = CallEntry(entry, &CVst2Plugin::HostCallback);
+    AEffect* made = nullptr;
+    try {
+        made = CallEntry(entry, &CVst2Plugin::HostCallback);
+    } catch (...) {
+        error = "the plug-in threw an exception";
+        return false;
+    }
+    KeepXErrorsHarmless();
     if (made == nullptr || made->magic != kEffectMagic || !Sane(*made)) {
         error = made == nullptr ? "the plug-in refused to start" : "not a VST 2 plug-in";
         return false;
@@ -111,6 +141,23 @@ std::vector<PluginParameter> CVst2Plugin::DescribeParameters() {
     return found;
 }
 
+// Parameters are read and written on the render thread too, where nothing can be told.
+float CVst2Plugin::ReadParameter(int index) noexcept {
+    try {
+        return effect->getParameter(effect, index);
+    } catch (...) {
+        return 0.0F;
+    }
+}
+
+void CVst2Plugin::WriteParameter(std::int32_t index, float value) noexcept {
+    try {
+        effect->setParameter(effect, index, value);
+    } catch (...) {
+        renderThrew = true;
+    }
+}
+
 void CVst2Plugin::SendFormat() {
     Dispatch(effSetSampleRate, 0, 0, nullptr, static_cast<float>(Environment().sampleRate));
     Dispatch(effSetBlockSize, 0, Environment().blockSize);
@@ -128,7 +175,21 @@ std::intptr_t CVst2Plugin::Dispatch(std::int32_t opcode, std::int32_t index, std
     const CFloatingPointScope keepMode;
     // What its window does while idling is the user's doing.
     const CPluginCallScope inside(opcode == effEditIdle ? nullptr : this);
-    return effect->dispatcher(effect, opcode, index, value, pointer, option);
+    const CXErrorScope harmless(opcode);
+    try {
+        return effect->dispatcher(effect, opcode, index, value, pointer, option);
+    } catch (const abi::__forced_unwind&) {
+        throw;  // the end of a thread
+    } catch (...) {
+        TellException(opcode);
+        return 0;
+    }
+}
+
+void CVst2Plugin::TellException(std::int32_t opcode) {
+    if (std::exchange(exceptionTold, true)) return;
+    const std::string name = Identity().displayName.empty() ? Identity().fileName : Identity().displayName;
+    Environment().Message(name + ": threw an exception in call " + std::to_string(opcode) + ".", "QUIB");
 }
 
 std::string CVst2Plugin::Text(std::int32_t opcode, std::int32_t index) {
@@ -164,11 +225,21 @@ std::optional<CPlugin::EditorSize> CVst2Plugin::AskEditorSize() {
 }
 
 void CVst2Plugin::TakeEvents(std::span<const BlockEvent> events) noexcept {
-    effect->dispatcher(effect, effProcessEvents, 0, 0, FillEventBlock(eventMemory.Data(), events), 0.0F);
+    try {
+        effect->dispatcher(effect, effProcessEvents, 0, 0, FillEventBlock(eventMemory.Data(), events), 0.0F);
+    } catch (...) {
+        renderThrew = true;
+    }
 }
 
 void CVst2Plugin::Render(const float* const* from, float* const* to, int frames) noexcept {
-    effect->processReplacing(effect, from, to, frames);
+    try {
+        effect->processReplacing(effect, from, to, frames);
+    } catch (...) {
+        renderThrew = true;
+    }
+    // Counts as an output that is no sound: the block is silent and the user is told once.
+    if (renderThrew.exchange(false, std::memory_order_relaxed)) to[0][0] = std::numeric_limits<float>::quiet_NaN();
     SetLatency(effect->initialDelay);
 }
 

@@ -5,6 +5,7 @@
 // Never keeps a value that the plug-in may change.
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -75,14 +76,14 @@ private:
     void Restart() override;
     void ChangeProgram(int program) override { Dispatch(vst2::effSetProgram, 0, program); }
     void* Export(const char* name) const noexcept override { return library.Symbol(name); }
-    float ReadParameter(int index) noexcept override { return effect->getParameter(effect, index); }
-    void WriteParameter(std::int32_t index, float value) noexcept override {
-        effect->setParameter(effect, index, value);
-    }
+    float ReadParameter(int index) noexcept override;
+    void WriteParameter(std::int32_t index, float value) noexcept override;
     void TakeEvents(std::span<const BlockEvent> events) noexcept override;
     void Render(const float* const* from, float* const* to, int frames) noexcept override;
 
     bool LoadEffect(const std::filesystem::path& path, std::string& error);
+    // Once for each plug-in; `opcode` is the call.
+    void TellException(std::int32_t opcode);
     void SendFormat();
     std::intptr_t AnswerTime();
     // Banks and programs
@@ -102,6 +103,8 @@ private:
     vst2::AEffect* effect = nullptr;
     std::intptr_t category = 0;
     bool opened = false;
+    bool exceptionTold = false;
+    std::atomic<bool> renderThrew{false};
 
     // Events of the block in the layout of the interface: header with pointers, then the events.
     // Pages of it cost memory only once a block has had that many events.

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/PluginChoices.h"
+#include "app/browser/PluginChoices.h"
 
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
-#include "app/CPluginCatalog.h"
 #include "document/Folders.h"
 #include "model/plugin/PluginFormats.h"
 
@@ -25,25 +24,22 @@ QList<PluginEntry> OwnPlugins(const Folders& folders, const CPluginCatalog& cata
             entry.path = file.canonicalFilePath();
             entry.name = file.completeBaseName();
             entry.isInstrument = instruments;
-            if (const auto asked = known.constFind(entry.path); asked != known.constEnd() && !asked->isBroken) {
-                entry = *asked;
-            }
-            if (entry.isInstrument == instruments) own.append(entry);
+            if (const auto asked = known.constFind(entry.path); asked != known.constEnd()) entry = *asked;
+            if (!entry.isBroken && entry.isInstrument == instruments) own.append(entry);
         }
     }
     return own;
 }
 
-// Says more about the entries whose texts are alike.
-template <class Detail>
-void TellApart(QList<PluginChoice>& choices, const QList<PluginEntry>& entries, const Detail& detail) {
+// Says more about the choices that are still alike.
+void TellApart(QList<PluginChoice>& choices, const std::function<QString(const PluginEntry&)>& detail) {
+    const auto shown = [](const PluginChoice& choice) {
+        return choice.entry.name + QLatin1Char('\n') + choice.entry.vendor + QLatin1Char('\n') + choice.detail;
+    };
     QHash<QString, int> count;
-    for (const PluginChoice& choice : choices) ++count[choice.text];
-    for (qsizetype i = 0; i < choices.size(); ++i) {
-        const QString more = detail(entries[i]);
-        if (count[choices[i].text] > 1 && !more.isEmpty()) {
-            choices[i].text = entries[i].name + QStringLiteral(" (") + more + QLatin1Char(')');
-        }
+    for (const PluginChoice& choice : choices) ++count[shown(choice)];
+    for (PluginChoice& choice : choices) {
+        if (count[shown(choice)] > 1) choice.detail = detail(choice.entry);
     }
 }
 
@@ -51,19 +47,19 @@ void TellApart(QList<PluginChoice>& choices, const QList<PluginEntry>& entries, 
 
 QList<PluginChoice> PluginChoices(const Folders& folders, const CPluginCatalog& catalog, ESlotKind kind) {
     const bool instruments = kind == ESlotKind::kInstrument;
-    QList<PluginEntry> entries;
-    QSet<QString> listed;
-    for (const PluginEntry& entry :
-         OwnPlugins(folders, catalog, instruments) + (instruments ? catalog.Instruments() : catalog.Effects())) {
-        if (listed.contains(entry.path)) continue;
-        listed.insert(entry.path);
-        entries.append(entry);
-    }
     QList<PluginChoice> choices;
-    for (const PluginEntry& entry : entries) choices.append({entry.name, entry.identity, entry.path});
-    TellApart(choices, entries, [](const PluginEntry& entry) { return entry.vendor; });
-    TellApart(choices, entries, [](const PluginEntry& entry) { return QFileInfo(entry.path).completeBaseName(); });
-    TellApart(choices, entries, [](const PluginEntry& entry) { return entry.path; });
+    QSet<QString> listed;
+    const auto list = [&](const QList<PluginEntry>& entries, bool builtIn) {
+        for (const PluginEntry& entry : entries) {
+            if (listed.contains(entry.path)) continue;
+            listed.insert(entry.path);
+            choices.append({entry, {}, builtIn});
+        }
+    };
+    list(OwnPlugins(folders, catalog, instruments), true);
+    list(instruments ? catalog.Instruments() : catalog.Effects(), false);
+    TellApart(choices, [](const PluginEntry& entry) { return QFileInfo(entry.path).fileName(); });
+    TellApart(choices, [](const PluginEntry& entry) { return entry.path; });
     return choices;
 }
 

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What playing follows, as two words of which one holds: the song or the patterns. User-interface thread.
+
+#include "controls/CControl.h"
+#include "document/CWorkstation.h"
+
+namespace quib {
+
+// As one step of undo.
+void SetSongMode(CWorkstation& station, bool on);
+
+class CSongModeCtrl : public CControl {
+public:
+    static constexpr int kWidth = 116;
+    CSongModeCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
+                  CWorkstation& workstation);
+
+    void Draw() override;
+    void OnMouseMove(int px, int py) override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void OnMouseLeave() override;
+
+private:
+    QRectF Half(bool song) const;
+    bool IsSongAt(int px) const { return Half(true).right() > px; }
+
+    CWorkstation& station;
+};
+
+}  // namespace quib

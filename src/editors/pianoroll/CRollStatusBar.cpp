@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/pianoroll/CRollStatusBar.h"
+
+#include <QInputDialog>
+#include <QMenu>
+#include <algorithm>
+
+#include "controls/CLabelCtrl.h"
+#include "controls/CSwitchCtrl.h"
+#include "controls/SkinNumbers.h"
+#include "editors/pianoroll/CWinControlPianoRoll.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+QString KeyText(int key) { return QLatin1String(NameOfKey(std::clamp(key, 0, 127)).text); }
+
+// 0: off, 1: every channel, else the number after it.
+QString InputText(int selector) {
+    if (selector <= 0) return Text("Midi In OFF");
+    if (selector == 1) return Text("Midi In OMNI");
+    return Text("Midi In Channel %1").arg(selector - 1);
+}
+
+// A setting of the instrument's MIDI input, as a step of undo.
+void ChangeInput(CWinControlPianoRoll& window, CIntegerValue& value, int next, const QString& name) {
+    const auto shown = window.Shown();
+    if (!shown || value.Get() == next) return;
+    const int before = value.Get();
+    value.Set(next);
+    CChanges& changes = window.Project().Changes();
+    const auto tell = [&changes, shown] { changes.Tell({EChange::kInstrument, shown->Id()}); };
+    changes.ValueEdited(Part(shown, value), before, next, name, tell);
+    tell();
+}
+
+}  // namespace
+
+CRollStatusBar::CRollStatusBar(CWinControl& frame, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+                               CWinControlPianoRoll& pianoRoll)
+    : CRollBar(frame, number, left, top, newWidth, newHeight, pianoRoll) {
+    controlTop = 4;
+    AddButton(8, 24, {}, picture::kGlyphMinus, nullptr, 422, [this] { window.ZoomTime(false); });
+    AddButton(34, 24, {}, picture::kGlyphPlus, nullptr, 422, [this] { window.ZoomTime(true); });
+    channel = &AddMenu(70, 128, 423, [this](QMenu& menu) { FillChannels(menu); });
+    lower = &AddMenu(204, 116, 424, [this](QMenu& menu) { FillLimit(menu, false); });
+    upper = &AddMenu(324, 124, 424, [this](QMenu& menu) { FillLimit(menu, true); });
+    transpose = &AddMenu(454, 116, 425, [this](QMenu& menu) { FillTranspose(menu); });
+    AddSwitches();
+    place = &AddLabel(newWidth - 108, 100, {});
+    place->alignment = Qt::AlignRight | Qt::AlignVCenter;
+    PaintChildren();
+}
+
+void CRollStatusBar::AddSwitches() {
+    struct Plan {
+        const char* label;
+        const char* name;
+        CIntegerValue MidiInputSettings::*setting;
+    };
+    constexpr std::array<Plan, 4> kPlans = {
+        {{TextKey("Bend"), TextKey("Pitch bend"), &MidiInputSettings::pitchBend},
+         {TextKey("Wheel"), TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
+         {TextKey("Touch"), TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
+         {TextKey("Program"), TextKey("Program change"), &MidiInputSettings::programChange}}};
+    int left = 582;
+    for (std::size_t index = 0; index < kPlans.size(); ++index) {
+        const Plan& plan = kPlans[index];
+        auto& made = AddButton(left, 50, Text(plan.label), 0, &passes[index], 426, [this, index, plan] {
+            if (!window.Shown()) return;
+            ChangeInput(window, window.Shown()->midi.*plan.setting, passes[index].IsOn() ? 1 : 0, Text(plan.name));
+        });
+        made.section = ESection::kKeyboard;
+        switches[index] = &made;
+        left += 52;
+    }
+}
+
+void CRollStatusBar::Resize(int newWidth, int newHeight) {
+    CRollBar::Resize(newWidth, newHeight);
+    place->SetPosition(newWidth - 108, controlTop);
+    for (CSwitchCtrl* const made : switches) made->SetVisible(newWidth >= 892);
+}
+
+void CRollStatusBar::ShowInput() {
+    const auto shown = window.Shown();
+    if (!shown) return;
+    const MidiInputSettings& midi = shown->midi;
+    const int armed = window.ArmedLimit();
+    const QString wait = Text("click a key ...");
+    channel->SetText(InputText(midi.channel.Get()));
+    lower->SetText(armed == 0 ? wait : Text("Lower Limit: %1").arg(KeyText(midi.keyFrom.Get())));
+    upper->SetText(armed == 1 ? wait : Text("Superior Limit: %1").arg(KeyText(midi.keyTo.Get())));
+    transpose->SetText(Text("Key Transpose: %1").arg(midi.transpose.Get()));
+    passes[0].Set(midi.pitchBend.IsOn() ? 1.0F : 0.0F);
+    passes[1].Set(midi.modulationWheel.IsOn() ? 1.0F : 0.0F);
+    passes[2].Set(midi.aftertouch.IsOn() ? 1.0F : 0.0F);
+    passes[3].Set(midi.programChange.IsOn() ? 1.0F : 0.0F);
+    Refresh();
+}
+
+void CRollStatusBar::ShowPlace(float step, int key) {
+    if (key < 0) return place->SetText({});
+    const Meter& meter = window.Roll().view.time.meter;
+    const int whole = std::max(0, static_cast<int>(step));
+    const int inBeat = std::max(1, static_cast<int>(meter.StepsPerBeat()));
+    const int inBar = std::max(1, static_cast<int>(meter.StepsPerBar()));
+    place->SetText(QStringLiteral("%1   %2.%3.%4")
+                       .arg(KeyText(key))
+                       .arg(whole / inBar + 1)
+                       .arg(whole % inBar / inBeat + 1)
+                       .arg(whole % inBar % inBeat + 1));
+}
+
+void CRollStatusBar::FillChannels(QMenu& menu) {
+    const auto shown = window.Shown();
+    if (!shown) return;
+    for (int selector = 0; selector <= 17; ++selector) {
+        AddChoice(menu, InputText(selector), selector == shown->midi.channel.Get(), [this, shown, selector] {
+            ChangeInput(window, shown->midi.channel, selector, Text("MIDI channel"));
+        });
+    }
+}
+
+void CRollStatusBar::FillLimit(QMenu& menu, bool isUpper) {
+    const auto shown = window.Shown();
+    if (!shown) return;
+    CIntegerValue& limit = isUpper ? shown->midi.keyTo : shown->midi.keyFrom;
+    const QString line = isUpper ? Text("Superior Limit: %1  (Click the note on the keyboard)")
+                                 : Text("Lower Limit: %1  (Click the note on the keyboard)");
+    menu.addAction(line.arg(KeyText(limit.Get())), [this, isUpper] { window.ArmLimit(isUpper ? 1 : 0); });
+    menu.addAction(Text("All keys"), [this, shown] {
+        const CChanges::CMacro step(window.Project().Changes(), Text("Key range"));
+        ChangeInput(window, shown->midi.keyFrom, 0, Text("Key range"));
+        ChangeInput(window, shown->midi.keyTo, 128, Text("Key range"));
+    });
+}
+
+void CRollStatusBar::FillTranspose(QMenu& menu) {
+    const auto shown = window.Shown();
+    if (!shown) return;
+    for (const int semitones : {24, 12, 7, 5, 0, -5, -7, -12, -24}) {
+        AddChoice(
+            menu, Text("Key Transpose: %1").arg(semitones), semitones == shown->midi.transpose.Get(),
+            [this, shown, semitones] { ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose")); });
+    }
+    menu.addAction(Text("Other number ..."), [this, shown] {
+        bool accepted = false;
+        const int semitones = QInputDialog::getInt(&window, Text("Transpose"), Text("Semitones"),
+                                                   shown->midi.transpose.Get(), -127, 127, 1, &accepted);
+        if (accepted) ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose"));
+    });
+}
+
+}  // namespace quib
