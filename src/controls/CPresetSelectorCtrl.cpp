@@ -90,7 +90,7 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsShown() || (CellCount() == drawnCount && ValueNow() == drawnValue)) return;
+    if (!IsShown() || CellCount() == drawnCount) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }
@@ -98,7 +98,6 @@ void CPresetSelectorCtrl::Tick() {
 void CPresetSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     drawnCount = CellCount();
-    drawnValue = ValueNow();
     const int count = presetCount ? presetCount() : 0;
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {

@@ -37,7 +37,6 @@ private:
     int first = 0;  // the leftmost cell that is shown
     int hoveredCell = -1;
     int drawnCount = -1;
-    float drawnValue = -1;
 };
 
 }  // namespace quib
