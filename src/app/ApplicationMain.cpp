@@ -144,10 +144,9 @@ void CRun::LeaveOutRisk() {
     if (library.isEmpty()) return;
     const QString name = catalog.Block(library);
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("ErrorClosed"), 0);
-    window->ShowMessage(
-        QStringLiteral("QUIB Sequencer"),
-        Text("The plug-in \"%1\" was being loaded or opened when the program ended. It is left out now; "
-             "projects keep its state. It can be tried again under \"Failed\" in the plug-in browser.")
+    window->ShowNotice(
+        Text("\"%1\" was being loaded or opened when the program ended and is left out now. Try it again "
+             "under \"Failed\" in the plug-in browser.")
             .arg(name));
 }
 

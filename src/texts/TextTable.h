@@ -628,11 +628,10 @@ inline constexpr KeyedText kTexts[] = {
     {"Delay", "Délai"},
     {"Reverb", "Réverbération"},
     {"Pitch", "Hauteur"},
-    {"The plug-in \"%1\" was being loaded or opened when the program ended. It is left out now; projects keep its "
-     "state. "
-     "It can be tried again under \"Failed\" in the plug-in browser.",
-     "Le plug-in \"%1\" était en cours de chargement ou d'ouverture quand le programme s'est terminé. Il est laissé de "
-     "côté ; les projets gardent son état. On peut le réessayer sous \"Illisibles\" dans le navigateur de plug-ins."},
+    {"\"%1\" was being loaded or opened when the program ended and is left out now. Try it again under \"Failed\" in "
+     "the plug-in browser.",
+     "\"%1\" était en chargement ou en ouverture quand le programme s'est terminé ; il est laissé de côté. Réessayez "
+     "sous \"Illisibles\" dans le navigateur."},
 
     // Ball pad
     {"X and Y", "X et Y"},
