@@ -23,6 +23,7 @@ public:
     bool TakeKey(int /*key*/) override { return false; }
     void SetKeyLimit(bool /*upper*/, int /*key*/, bool /*done*/) override {}
     void ShowMenu(int /*x*/, int /*y*/) override {}
+    void ShowRowMenu(int /*key*/) override {}
     void ViewChanged() override {}
     void RowFocused(int /*key*/) override {}
     std::shared_ptr<const CPattern> published;

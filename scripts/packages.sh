@@ -5,7 +5,7 @@
 buildPackages=(
     g++ cmake ninja-build ccache pkg-config
     libasound2-dev libjack-jackd2-dev
-    libsndfile1-dev libsamplerate0-dev
+    libsndfile1-dev libsamplerate0-dev libebur128-dev
     libcli11-dev libfmt-dev
     qt6-base-dev qt6-svg-dev fonts-inter
     libgtest-dev libgmock-dev libbenchmark-dev

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Headers that nearly every unit of the windows reads, compiled once. They hide a missing #include, so
+# Headers that nearly every unit of a layer reads, compiled once. They hide a missing #include, so
 # scripts/lint builds without them.
-option(QUIB_PRECOMPILE "Compile the headers of Qt once for all windows" ON)
+option(QUIB_PRECOMPILE "Compile the headers of the standard library and of Qt once" ON)
 
 set(QUIB_STANDARD_HEADERS
     <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <deque> <filesystem> <functional> <map> <memory>

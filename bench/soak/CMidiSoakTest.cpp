@@ -36,12 +36,12 @@ protected:
                 const auto key = static_cast<std::uint8_t>(sent / 4 % 100);
                 const MidiMessage kinds[] = {{0x90, key, 100}, {0xe0, 0, key}, {0xb0, 1, key}, {0x80, key, 0}};
                 MidiMessage message = kinds[sent % 4];
-                message.time = Milliseconds();
+                message.time = Nanoseconds();
                 feed.Add(message);
             }
             std::this_thread::sleep_for(std::chrono::microseconds(500));
         }
-        while (!feed.Flush(Milliseconds())) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        while (!feed.Flush(Nanoseconds())) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 };
 

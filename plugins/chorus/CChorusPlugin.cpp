@@ -98,7 +98,7 @@ float CChorusPlugin::RenderChannel(Channel& channel, const float* input, float* 
         channel.taps[voice].Fill(delays, TickOffset(), frames, TickFrames());
         m_gains[voice].Fill(gains, TickOffset(), frames, TickFrames());
         for (int i = 0; i < frames; ++i) {
-            output[i] += gains[i] * channel.line.At(static_cast<double>(delays[i] - static_cast<float>(i)));
+            output[i] += gains[i] * channel.line.At(static_cast<double>(delays[i]) - i);
         }
     }
     float filtered[kMaximumTickFrames];

@@ -61,10 +61,10 @@ CPluginBase::CPluginBase(const PluginDescription& description)
         }
         return plugin->Dispatch(opcode, index, value, pointer, option);
     };
-    m_effect.process = [](vst2::AEffect* effect, float** inputs, float** outputs, std::int32_t frames) {
-        PluginOf(effect)->ProcessAccumulating(inputs, outputs, frames);
-    };
-    m_effect.processReplacing = [](vst2::AEffect* effect, float** inputs, float** outputs, std::int32_t frames) {
+    m_effect.process = [](vst2::AEffect* effect, const float* const* inputs, float* const* outputs,
+                          std::int32_t frames) { PluginOf(effect)->ProcessAccumulating(inputs, outputs, frames); };
+    m_effect.processReplacing = [](vst2::AEffect* effect, const float* const* inputs, float* const* outputs,
+                                   std::int32_t frames) {
         PluginOf(effect)->ProcessReplacing(inputs, outputs, frames);
     };
     m_effect.setParameter = [](vst2::AEffect* effect, std::int32_t index, float value) {
@@ -236,7 +236,7 @@ void CPluginBase::SetSampleRate(float hertz) noexcept {
     Resume();
 }
 
-void CPluginBase::ProcessReplacing(float** inputs, float** outputs, int frames) noexcept {
+void CPluginBase::ProcessReplacing(const float* const* inputs, float* const* outputs, int frames) noexcept {
     const CFlushToZero flushToZero;
     BeginBlock();
     int position = 0;
@@ -252,7 +252,7 @@ void CPluginBase::ProcessReplacing(float** inputs, float** outputs, int frames) 
     m_events.EndBlock(std::max(frames, 0));
 }
 
-void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end) noexcept {
+void CPluginBase::RenderSpan(const float* const* inputs, float* const* outputs, int begin, int end) noexcept {
     std::array<const float*, kMaximumChannels> from{};
     std::array<float*, kMaximumChannels> to{};
     for (int position = begin; position < end;) {
@@ -281,11 +281,11 @@ void CPluginBase::RenderSpan(float** inputs, float** outputs, int begin, int end
 }
 
 // The accumulating call of VST 1, for hosts that still make it.
-void CPluginBase::ProcessAccumulating(float** inputs, float** outputs, int frames) noexcept {
+void CPluginBase::ProcessAccumulating(const float* const* inputs, float* const* outputs, int frames) noexcept {
     constexpr int kPiece = 64;
     float storage[kMaximumChannels][kPiece];
     std::array<float*, kMaximumChannels> to{};
-    std::array<float*, kMaximumChannels> from{};
+    std::array<const float*, kMaximumChannels> from{};
     for (std::size_t i = 0; i < to.size(); ++i) to[i] = storage[i];
     for (int begin = 0; begin < frames; begin += kPiece) {
         const int count = std::min(kPiece, frames - begin);

@@ -97,9 +97,9 @@ private:
     std::intptr_t QueueEvents(const vst2::VstEvents* events) noexcept;
     void Resume() noexcept;
     void SetSampleRate(float hertz) noexcept;
-    void ProcessReplacing(float** inputs, float** outputs, int frames) noexcept;
-    void ProcessAccumulating(float** inputs, float** outputs, int frames) noexcept;
-    void RenderSpan(float** inputs, float** outputs, int begin, int end) noexcept;
+    void ProcessReplacing(const float* const* inputs, float* const* outputs, int frames) noexcept;
+    void ProcessAccumulating(const float* const* inputs, float* const* outputs, int frames) noexcept;
+    void RenderSpan(const float* const* inputs, float* const* outputs, int begin, int end) noexcept;
     void HandleMessage(const MidiMessage& message) noexcept;
 
     const PluginDescription m_description;

@@ -1,37 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ApplicationMain.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QThread>
 #include <QTimer>
-#include <atomic>
-#include <csignal>
 #include <filesystem>
 #include <optional>
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
+#include "app/CSessionKeeper.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/StartUp.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
+#include "platform/CFolderLock.h"
+#include "platform/EndSignals.h"
 #include "platform/Paths.h"
 
 namespace quib {
 
 namespace {
 
+constexpr int kFolderTaken = 1;
 constexpr int kWrongUsage = 2;
 constexpr int kShowMaximised = 3;
 constexpr unsigned long kExitWait = 500;  // milliseconds
-
-std::atomic<bool> endWanted{false};  // by a signal of the system
+constexpr int kTakenInterval = 50;        // milliseconds
 
 struct Options {
     std::string project;
@@ -66,21 +67,22 @@ QString SettingsFile(const Options& options) {
     return QDir(QString::fromStdString(options.portableFolder)).filePath(QStringLiteral("settings.ini"));
 }
 
-// One run, from the folders to the last save, in the order of the functions.
+// One run, from the devices to the last save, in the order of the functions.
 class CRun {
 public:
-    CRun(const Options& commandLine, const ConsoleFactory& makeConsole)
+    CRun(const Options& commandLine, CSettings& settingsStore, const Folders& programFolders, bool isGuest,
+         const ConsoleFactory& makeConsole)
         : options(commandLine),
-          settings(SettingsFile(commandLine)),
-          folders(FindProgramFolder(settings, QString::fromStdString(commandLine.portableFolder))),
+          settings(settingsStore),
+          folders(programFolders),
           prepared(PrepareFolders(folders, settings)),
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
-        SetLanguage(ChosenLanguage(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
         workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
+        if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
         PrepareToolPlacements(settings);
@@ -92,22 +94,17 @@ private:
     bool IsFirst() const { return settings.ReadSettingInt(kSettingsSection, QStringLiteral("Init"), 0) != 1; }
     void SeedRecentFiles();
     void ShowWindow();
-    void LoadProject();
-    void LoadSession(const QString& path, bool isBackup);
-    bool UserWantsBackup();
-    void KeepCrashBackup(const CrashMarks& marks);
-    QString WantedFile() const;
-    bool SessionIsOf(const QString& file) const;
-    void FollowSession();
-    bool SaveSession();
+    void FollowEndSignals();
+    void End(CSessionKeeper& keeper);
 
-    Options options;
-    CSettings settings;
-    Folders folders;
+    const Options& options;
+    CSettings& settings;
+    const Folders& folders;
     PluginNames prepared;
     CWorkstation workstation;
     CPluginCatalog catalog;
     std::unique_ptr<CMainWindow> window;
+    QTimer endTimer;
 };
 
 void CRun::SeedRecentFiles() {
@@ -129,99 +126,25 @@ void CRun::ShowWindow() {
     }
 }
 
-QString CRun::WantedFile() const { return QString::fromStdString(options.project); }
-
-// The session that was left last is a later state of this very file.
-bool CRun::SessionIsOf(const QString& file) const {
-    const QFileInfo session(folders.currentProject);
-    return session.exists() && session.lastModified() >= QFileInfo(file).lastModified() &&
-           settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile")) == file;
-}
-
-// A session of a run that crashed is in the backup only.
-void CRun::LoadProject() {
-    const CrashMarks marks = MarkStart(settings);
-    KeepCrashBackup(marks);
-    const QString file = WantedFile();
-    const EStartProject choice =
-        ChooseStartProject(marks.errorClosed, marks.backupClosed, window->BackupCountdown().Ticks());
-    if (choice == EStartProject::kEmpty) {
-        window->ShowMessage(
-            QStringLiteral("QUIB Sequencer"),
-            Text("The last start ended while it loaded its project, so this one begins without. The project can be "
-                 "opened from the File menu."));
-    }
-    if (choice == EStartProject::kAsk && UserWantsBackup()) {
-        LoadSession(folders.backupProject, true);
-    } else if (!file.isEmpty() && marks.errorClosed == 0 && !SessionIsOf(file)) {
-        if (settings.IsOn(QStringLiteral("ProjectModified"))) workstation.Session().KeepCopy(folders.currentProject);
-        window->Open(file);
-    } else if (choice == EStartProject::kCurrent) {
-        LoadSession(folders.currentProject, false);
-    }
-    workstation.Session().WriteBackup(false);
-    MarkLoaded(settings);
-}
-
-// Whatever the user answers, the work before the crash can be restored later.
-void CRun::KeepCrashBackup(const CrashMarks& marks) {
-    if (marks.backupClosed == 0) workstation.Session().KeepCopy(folders.backupProject);
-}
-
-bool CRun::UserWantsBackup() {
-    const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    const QString text =
-        Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
-             english ? ELanguage::kEnglish : ELanguage::kFrench);
-    QMessageBox box(QMessageBox::Question, QStringLiteral("QUIB Studio"), text, QMessageBox::Yes | QMessageBox::No,
-                    window.get());
-    box.setWindowFlag(Qt::WindowStaysOnTopHint);
-    return box.exec() == QMessageBox::Yes;
-}
-
-void CRun::LoadSession(const QString& path, bool isBackup) {
-    if (!QFileInfo::exists(path)) return;
-    const QString file = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
-    const bool modified = isBackup || settings.IsOn(QStringLiteral("ProjectModified"));
-    QString error;
-    if (!workstation.Session().LoadSession(path, QFileInfo::exists(file) ? file : QString(), modified, error)) {
-        return window->ShowMessage(QStringLiteral("QUIB Sequencer"), error);
-    }
-    window->ShowWarnings();
-}
-
-// Name and mark of the project, so that the next start has them.
-void CRun::FollowSession() {
-    const auto keep = [this] {
-        settings.WriteSettingString(kSettingsSection, QStringLiteral("ProjectFile"),
-                                    workstation.Session().ProjectPath());
-        settings.SetOn(QStringLiteral("ProjectModified"), workstation.Session().IsModified());
-    };
-    QObject::connect(&workstation.Session(), &CSession::ProjectPathChanged, window.get(), keep);
-    QObject::connect(&workstation.Changes(), &CChanges::ModifiedChanged, window.get(), keep);
-    keep();
-}
-
-bool CRun::SaveSession() {
-    std::string error;
-    workstation.Session().WriteCopy(folders.currentProject, [&error](const std::string& reason) { error = reason; });
-    workstation.Session().Saver().Finish();
-    if (error.empty()) return true;
-    QMessageBox::warning(nullptr, QStringLiteral("QUIB Sequencer"), QString::fromStdString(error));
-    return false;
+// In every event loop, those of dialogs and menus included: the process waits for no click.
+void CRun::FollowEndSignals() {
+    constexpr int kInterval = 50;  // milliseconds
+    QObject::connect(&endTimer, &QTimer::timeout, window.get(), [this] {
+        if (!EndWanted()) return;
+        window->close();
+        QCoreApplication::exit(0);
+    });
+    endTimer.start(kInterval);
 }
 
 int CRun::Run() {
+    FollowEndSignals();
     ShowWindow();
     QCoreApplication::processEvents();
-    LoadProject();
+    CSessionKeeper keeper(*window, AskInBox(window.get()));
+    keeper.Begin(QString::fromStdString(options.project));
     window->ApplySettings();
-    FollowSession();
     window->StartTimer();
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, [](int) { endWanted.store(true); });
-    QObject::connect(window.get(), &CMainWindow::Ticked, window.get(), [this] {
-        if (endWanted.load()) window->close();
-    });
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
                      [this] { ShowQuickStart(window.get()); });
     if (IsFirst()) ShowQuickStart(window.get());
@@ -230,14 +153,38 @@ int CRun::Run() {
     catalog.SetFolders(PluginFolders(folders, settings));
     QTimer::singleShot(0, &catalog, &CPluginCatalog::Scan);
 
-    const int code = QApplication::exec();
+    const int code = EndWanted() ? 0 : QApplication::exec();
+    End(keeper);
+    return code;
+}
+
+void CRun::End(CSessionKeeper& keeper) {
     catalog.Cancel();
     workstation.Recording().Finish();
-    // Without a whole session the next start offers the backup.
-    if (SaveSession()) MarkEnd(settings);
+    QString error;
+    if (!keeper.End(error)) {
+        fmt::print(stderr, "quib: {}\n", error.toStdString());
+        if (!EndWanted()) QMessageBox::warning(nullptr, QStringLiteral("QUIB Sequencer"), error);
+    }
     workstation.Output().CloseOutput();
-    QThread::msleep(kExitWait);
-    return code;
+    if (!EndWanted()) QThread::msleep(kExitWait);
+}
+
+// Whether the run that finds the folder taken goes on as a guest in it. A signal to end counts as a no.
+bool WantsToBeGuest(const Folders& folders, const std::string& holder) {
+    QMessageBox box(QMessageBox::Question, QStringLiteral("QUIB Sequencer"),
+                    Text("QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second "
+                         "window can be opened that neither writes backups nor keeps the session.")
+                        .arg(holder.empty() ? QStringLiteral("?") : QString::fromStdString(holder), folders.program));
+    const auto* const open = box.addButton(Text("Open a second window"), QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(Text("End"), QMessageBox::RejectRole));
+    QTimer endTimer;
+    QObject::connect(&endTimer, &QTimer::timeout, &box, [&box] {
+        if (EndWanted()) box.reject();
+    });
+    endTimer.start(kTakenInterval);
+    box.exec();
+    return box.clickedButton() == open;
 }
 
 }  // namespace
@@ -249,7 +196,14 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     QCoreApplication::setApplicationName(QStringLiteral("QUIB Sequencer"));
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    CRun run(options, makeConsole);
+    CatchEndSignals();
+    CSettings settings(SettingsFile(options));
+    SetLanguage(ChosenLanguage(settings));
+    const Folders folders(FindProgramFolder(settings, QString::fromStdString(options.portableFolder)));
+    CFolderLock lock;
+    const bool isGuest = !lock.Take(folders.program.toStdString());
+    if (isGuest && !WantsToBeGuest(folders, lock.Holder())) return kFolderTaken;
+    CRun run(options, settings, folders, isGuest, makeConsole);
     return run.Run();
 }
 

@@ -155,7 +155,8 @@ void CAudioDialog::Apply() {
                              timebase->currentText()};
     const AudioChanges changes = StoreAudioChoice(settings, choice);
     if (changes.output) {
-        workstation.OpenOutput();
+        // A device that was forced stays until another one is chosen.
+        changes.device ? workstation.OpenOutput() : workstation.RestartOutput();
     } else if (changes.midi) {
         workstation.Output().OpenMidiIn(choice.midiInDevice.toStdString());
     }
@@ -210,6 +211,7 @@ AudioChanges StoreAudioChoice(CSettings& settings, const AudioChoice& choice) {
     const AudioChoice before = ReadAudioChoice(settings);
     const QString device = choice.outputDevice.left(kMostCharacters);
     AudioChanges changes;
+    changes.device = device != before.outputDevice;
     changes.output = device != before.outputDevice || ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||
                      ToInteger(choice.bufferSize) != ToInteger(before.bufferSize);
     changes.midi = choice.midiInDevice != before.midiInDevice;

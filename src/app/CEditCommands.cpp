@@ -7,25 +7,22 @@
 
 namespace quib {
 
-namespace {
-
-// The part of the active window that has the focus, else the window.
-CEditTarget* Target() {
-    auto* const focus = dynamic_cast<CEditTarget*>(QApplication::focusWidget());
-    return focus != nullptr ? focus : dynamic_cast<CEditTarget*>(QApplication::activeWindow());
-}
-
-}  // namespace
-
 CEditCommands::CEditCommands(QObject* parent) : QObject(parent) {
     connect(qApp, &QApplication::focusChanged, this, &CEditCommands::Update);
+}
+
+// The part of the active window that has the focus, else the window.
+CEditTarget* CEditCommands::Target() const {
+    if (auto* const focus = dynamic_cast<CEditTarget*>(QApplication::focusWidget())) return focus;
+    QWidget* const active = QApplication::activeWindow();
+    return active != nullptr && active == parent() ? mainTarget.get() : dynamic_cast<CEditTarget*>(active);
 }
 
 void CEditCommands::Connect(EEdit command, QAction* action) {
     actions[static_cast<std::size_t>(command)] = action;
     connect(action, &QObject::destroyed, this,
             [this, command] { actions[static_cast<std::size_t>(command)] = nullptr; });
-    connect(action, &QAction::triggered, this, [command] {
+    connect(action, &QAction::triggered, this, [this, command] {
         CEditTarget* const target = Target();
         if (target != nullptr && target->CanEdit(command)) target->Edit(command);
     });

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <array>
+#include <memory>
 
 #include "editors/base/CEditTarget.h"
 
@@ -18,6 +19,8 @@ class CEditCommands : public QObject {
 
 public:
     explicit CEditCommands(QObject* parent);
+    // Acts while the parent's window is the active one.
+    void SetMainTarget(std::unique_ptr<CEditTarget> target) { mainTarget = std::move(target); }
 
     // The menu's actions; owned by the menu.
     void Connect(EEdit command, QAction* action);
@@ -25,6 +28,9 @@ public:
     void Update();
 
 private:
+    CEditTarget* Target() const;
+
+    std::unique_ptr<CEditTarget> mainTarget;
     std::array<QAction*, 5> actions{};
 };
 

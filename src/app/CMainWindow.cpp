@@ -5,15 +5,19 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
 #include <algorithm>
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/console/PatternMenu.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
+#include "platform/EndSignals.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -40,11 +44,13 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       edits(this),
       drops([this](const QString& path) { TakeFile(path); }, this) {
     drops.Serve(this);
+    edits.SetMainTarget(std::make_unique<CPatternEdits>(workstation));
     countdown.Start(BackupMinutes(settings));
     BuildMenus();
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation.Changes(), &CChanges::ModifiedChanged, this, &CMainWindow::ShowTitle);
     connect(&workstation, &CWorkstation::Message, this, &CMainWindow::ShowMessage, Qt::QueuedConnection);
+    connect(&workstation, &CWorkstation::Notice, this, &CMainWindow::ShowNotice);
     const auto tellIdentities = [this] { workstation.Places().SetPluginIdentities(catalog.Identities()); };
     connect(&catalog, &CPluginCatalog::Finished, this, tellIdentities);
     tellIdentities();
@@ -58,7 +64,8 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
 CMainWindow::~CMainWindow() = default;
 
 void CMainWindow::ShowTitle() {
-    setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer"));
+    const QString guest = workstation.Session().IsGuest() ? Text(" (second window, no backups)") : QString();
+    setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer") + guest);
     setWindowModified(workstation.Session().IsModified());
     if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.Session().ProjectPath().isEmpty());
 }
@@ -78,6 +85,21 @@ void CMainWindow::OnTick() {
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
+
+// A line at the bottom that stays until it is clicked away, and stops nobody who plays.
+void CMainWindow::ShowNotice(const QString& text) {
+    if (notice == nullptr) {
+        notice = new QPushButton;
+        notice->setObjectName(QStringLiteral("notice"));
+        notice->setFlat(true);
+        notice->setFocusPolicy(Qt::NoFocus);
+        connect(notice, &QPushButton::clicked, statusBar(), &QWidget::hide);
+        statusBar()->setSizeGripEnabled(false);
+        statusBar()->addWidget(notice, 1);
+    }
+    notice->setText(QStringLiteral("\u00D7   ") + text);
+    statusBar()->show();
+}
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
 
@@ -102,8 +124,9 @@ bool CMainWindow::MayDiscard() {
     return answer == QMessageBox::Discard || SaveNow();
 }
 
-// Nothing is thrown away here: the project as it is comes back with the next start.
+// Nothing is thrown away here: the project as it is comes back with the next start, but for that of a guest.
 void CMainWindow::closeEvent(QCloseEvent* event) {
+    if (workstation.Session().IsGuest() && !EndWanted() && !MayDiscard()) return event->ignore();
     timer.stop();
     pluginWindows->CloseAll();
     tools.KeepPlacements();
@@ -158,9 +181,7 @@ void CMainWindow::TakePluginLibrary(const QString& path) {
         SlotPlace place{SlotPlace::EKind::kInsert, instrument->Id(), 0};
         const auto first = workstation.Places().Slot(place);
         if (first->plugin || first->missing) place.index = 1;
-        if (workstation.Places().LoadPlugin(place, path, error)) {
-            instrument->strip.insertOn[static_cast<std::size_t>(place.index)].Set(1.0F);
-        }
+        workstation.Places().LoadInsert(place, path, error);
     } else {
         error = Text("There is no instrument to put this effect into.");
     }

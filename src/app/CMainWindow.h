@@ -21,6 +21,7 @@
 
 class QAction;
 class QMenu;
+class QPushButton;
 
 namespace quib {
 
@@ -64,6 +65,8 @@ public:
     // True when unsaved work may be thrown away: there is none, it was saved, or the user agreed.
     bool MayDiscard();
     void ShowMessage(const QString& caption, const QString& text);
+    // Tells something that needs no answer and must not interrupt.
+    void ShowNotice(const QString& text);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
@@ -87,6 +90,7 @@ private:
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildSettingsMenu();
+    void BuildTransportMenu();
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
@@ -130,6 +134,7 @@ private:
     QMenu* fileMenu = nullptr;
     QMenu* restoreMenu = nullptr;
     QList<QAction*> recentActions;
+    QPushButton* notice = nullptr;
     bool loading = false;
 };
 

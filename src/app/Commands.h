@@ -41,8 +41,12 @@ constexpr int kLevelOff = 33073;
 constexpr int kPlay = 40000;
 constexpr int kScanPlugins = 40001;
 constexpr int kPluginFolders = 40002;
-constexpr int kScale0 = 40010;  // and those that follow, one for each scale
-constexpr int kTool0 = 40050;   // and those that follow, one for each tool window
+constexpr int kPanic = 40003;
+constexpr int kRecordNotes = 40004;
+constexpr int kMetronome = 40005;
+constexpr int kCountIn0 = 40006;  // and the two that follow: its bars
+constexpr int kScale0 = 40010;    // and those that follow, one for each scale
+constexpr int kTool0 = 40050;     // and those that follow, one for each tool window
 constexpr int kSongWindow = 40070;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 

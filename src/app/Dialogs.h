@@ -27,6 +27,7 @@ AudioChoice ReadAudioChoice(const CSettings& settings);
 
 // What has to follow from a choice that was stored.
 struct AudioChanges {
+    bool device = false;  // another one was chosen
     bool output = false;  // the sound output has to be opened anew
     bool midi = false;    // the MIDI input has to be opened anew
     int timebase = 96;

@@ -19,6 +19,8 @@ struct Kind {
     const char* filter;
     const char* folder;     // name of the setting that keeps it
     const char* extension;  // empty: none is added
+    const char* otherFilter = nullptr;
+    const char* otherExtension = "";  // of files of the other filter
 };
 
 // In the order of EFileKind. "%1" in a filter: what libraries of plug-ins are called.
@@ -31,12 +33,15 @@ constexpr Kind kKinds[] = {
     {TextKey("Choose the VST Plugin library"), TextKey("VST library (%1)"), "PluginDir", ""},
     {TextKey("Choose the VST Plugin library"), TextKey("VST library (%1)"), "EffectDir", ""},
     {TextKey("Choose an instrument or a plug-in"), TextKey("Instruments (*.ist %1)"), "InstrumentDir", ""},
-    {TextKey("Record to"), TextKey("Wave and MP3 files (*.wav *.mp3)"), "RecordDir", ".wav"},
+    {TextKey("Record to"), TextKey("Wave files (*.wav)"), "RecordDir", ".wav", TextKey("MP3 files (*.mp3)"), ".mp3"},
 };
 
 const Kind& Describe(EFileKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
 
-QString FilterOf(const Kind& kind) { return Text(kind.filter).replace(QLatin1String("%1"), PluginFilePatterns()); }
+QString FilterOf(const Kind& kind) {
+    const QString other = kind.otherFilter != nullptr ? QStringLiteral(";;") + Text(kind.otherFilter) : QString();
+    return Text(kind.filter).replace(QLatin1String("%1"), PluginFilePatterns()) + other;
+}
 
 QString StartFolder(const CSettings& settings, const Kind& kind) {
     const QString folder = settings.ReadSettingString(kSettingsSection, QLatin1String(kind.folder));
@@ -56,6 +61,11 @@ bool MayReplace(QWidget* parent, const QString& title) {
 
 }  // namespace
 
+QString WithExtension(const QString& file, const QString& extension, const QString& other) {
+    const auto has = [&file](const QString& end) { return !end.isEmpty() && file.endsWith(end, Qt::CaseInsensitive); };
+    return has(extension) || has(other) ? file : file + extension;
+}
+
 QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind fileKind) {
     const Kind& kind = Describe(fileKind);
     const QString file =
@@ -66,11 +76,14 @@ QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind fileKin
 
 QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind fileKind, const QString& suggestion) {
     const Kind& kind = Describe(fileKind);
+    QString filter;
     QString file =
         QFileDialog::getSaveFileName(parent, Text(kind.title), QDir(StartFolder(settings, kind)).filePath(suggestion),
-                                     FilterOf(kind), nullptr, QFileDialog::DontConfirmOverwrite);
+                                     FilterOf(kind), &filter, QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return {};
-    if (QFileInfo(file).suffix().isEmpty()) file += QLatin1String(kind.extension);
+    const bool isOther = kind.otherFilter != nullptr && filter == Text(kind.otherFilter);
+    file = isOther ? WithExtension(file, QLatin1String(kind.otherExtension), QLatin1String(kind.extension))
+                   : WithExtension(file, QLatin1String(kind.extension), QLatin1String(kind.otherExtension));
     if (QFileInfo::exists(file) && !MayReplace(parent, Text(kind.title))) return {};
     KeepFolder(settings, kind, file);
     return file;

@@ -25,6 +25,8 @@ enum class EFileKind {
 
 // Empty when the user gave up.
 QString ChooseFileToOpen(QWidget* parent, CSettings& settings, EFileKind kind);
+// The name with an extension of the kind: the first one unless it ends in either. "Song 1.0" has none.
+QString WithExtension(const QString& file, const QString& extension, const QString& other = {});
 // Asks before a file is replaced; adds the extension of the kind where none is given.
 QString ChooseFileToSave(QWidget* parent, CSettings& settings, EFileKind kind, const QString& suggestion = {});
 

@@ -14,6 +14,7 @@
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "document/CSettings.h"
+#include "platform/EndSignals.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -58,10 +59,10 @@ bool CMainWindow::LoadWithProgress(const QString& path) {
                                                           [&](float share, const std::string& what) {
                                                               progress.setLabelText(QString::fromStdString(what));
                                                               progress.setValue(static_cast<int>(share * 99.0F));
-                                                              return !progress.wasCanceled();
+                                                              return !progress.wasCanceled() && !EndWanted();
                                                           });
     loading = false;
-    if (!loaded && !progress.wasCanceled()) ShowMessage(QStringLiteral("QUIB Sequencer"), error);
+    if (!loaded && !progress.wasCanceled() && !EndWanted()) ShowMessage(QStringLiteral("QUIB Sequencer"), error);
     return loaded;
 }
 

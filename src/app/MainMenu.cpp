@@ -13,6 +13,7 @@
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
+#include "app/console/ConsoleParts.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
 
@@ -106,29 +107,14 @@ void CMainWindow::ApplySettings() {
 void CMainWindow::BuildMenus() {
     qDeleteAll(menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     menuBar()->clear();
-    qDeleteAll(findChildren<QAction*>(QStringLiteral("key"), Qt::FindDirectChildrenOnly));
     actions.clear();
     recentActions.clear();
     BuildFileMenu();
     BuildEditMenu();
+    BuildTransportMenu();
     BuildWindowsMenu();
     BuildSettingsMenu();
     BuildHelpMenu();
-
-    auto* const play = new QAction(this);
-    play->setObjectName(QStringLiteral("key"));
-    play->setShortcut(Qt::Key_Space);
-    play->setShortcutContext(Qt::ApplicationShortcut);
-    play->setAutoRepeat(false);
-    connect(play, &QAction::triggered, this, [this] {
-        if (workstation.Transport().IsPlaying()) {
-            workstation.Transport().Stop();
-        } else {
-            workstation.Transport().Play();
-        }
-    });
-    addAction(play);
-    actions[command::kPlay] = play;
 }
 
 void CMainWindow::BuildFileMenu() {
@@ -182,6 +168,47 @@ void CMainWindow::BuildEditMenu() {
     }
     connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
     edits.Update();
+}
+
+void CMainWindow::BuildTransportMenu() {
+    QMenu* const menu = menuBar()->addMenu(Text("Transport"));
+    CTransportControl& transport = workstation.Transport();
+    QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"),
+                              [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); });
+    play->setShortcut(Qt::Key_Space);
+    QAction* const record = Add(*menu, command::kRecordNotes, TextKey("Record notes"), [this] {
+        CNoteRecording& recording = workstation.NoteRecording();
+        recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
+        recording.ArmSwitched();
+    });
+    record->setShortcut(Qt::CTRL | Qt::Key_R);
+    QAction* const panic =
+        Add(*menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); });
+    panic->setShortcut(Qt::CTRL | Qt::Key_Period);
+    for (QAction* const action : {play, record, panic}) {
+        action->setShortcutContext(Qt::ApplicationShortcut);
+        action->setAutoRepeat(false);
+    }
+    menu->addSeparator();
+    CValue& armed = workstation.NoteRecording().Armed();
+    CMetronomeControl& metronome = workstation.Metronome();
+    Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
+    Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    QMenu* const countIn = menu->addMenu(Text("Count-in"));
+    for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+        QAction* const action =
+            countIn->addAction(CountInText(bars), [&metronome, bars] { metronome.SetCountIn(bars); });
+        action->setCheckable(true);
+        actions[command::kCountIn0 + bars] = action;
+    }
+    for (const int number : {command::kRecordNotes, command::kMetronome}) Action(number)->setCheckable(true);
+    connect(menu, &QMenu::aboutToShow, this, [this, &armed, &metronome] {
+        Action(command::kRecordNotes)->setChecked(armed.IsOn());
+        Action(command::kMetronome)->setChecked(metronome.On().IsOn());
+        for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+            Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
+        }
+    });
 }
 
 void CMainWindow::BuildWindowsMenu() {

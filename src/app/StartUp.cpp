@@ -42,6 +42,12 @@ void MarkEnd(CSettings& settings) {
     settings.Flush();
 }
 
+void SetMarks(CSettings& settings, const CrashMarks& marks) {
+    settings.WriteSettingInt(kSettingsSection, QLatin1String(kErrorClosed), marks.errorClosed);
+    settings.WriteSettingInt(kSettingsSection, QLatin1String(kBackupClosed), marks.backupClosed);
+    settings.Flush();
+}
+
 void PrepareToolPlacements(CSettings& settings) {
     for (const ToolRow& row : ToolTable()) {
         const QString name = QLatin1String(row.placement);

@@ -48,6 +48,8 @@ struct CrashMarks {
 CrashMarks MarkStart(CSettings& settings);
 void MarkLoaded(CSettings& settings);
 void MarkEnd(CSettings& settings);
+// Puts marks back that a start has found.
+void SetMarks(CSettings& settings, const CrashMarks& marks);
 
 // Reads the placements of the tool windows and keeps them, limited to the screen.
 void PrepareToolPlacements(CSettings& settings);

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "controls/CKnobCtrl.h"
+#include "controls/CLabelCtrl.h"
 #include "controls/CSelectorCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
@@ -43,7 +44,7 @@ constexpr std::array<KnobPlan, 6> kKnobs = {{
 }  // namespace
 
 CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, int left, int top,
-                                   const ArpeggiatorValues& values)
+                                   const ArpeggiatorValues& firstValues)
     : CControl(window, number, left, top, kWidth, kHeight) {
     auto& on = AddChild<CSwitchCtrl>(0U, 10, 14, 56, 22, nullptr, Text("ON"));
     on.infoString = 410;
@@ -59,6 +60,9 @@ CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, in
     extMode.infoString = 414;
     extMode.name = Text("Arpeggiator extension mode");
     bound.push_back({&extMode, &ArpeggiatorValues::extMode});
+    auto& hint = AddChild<CLiveLabelCtrl>(0U, 8, 41, kWidth - 16, 18, [this] { return Hint(); });
+    hint.textColour = Palette().Colour(QStringLiteral("warning"));
+    hint.backgroundColour = Palette().Colour(QStringLiteral("panel"));
     int place = 7;
     for (const KnobPlan& plan : kKnobs) {
         auto& knob = AddChild<CKnobCtrl>(0U, place, 64, 42, 58, nullptr);
@@ -75,10 +79,18 @@ CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, in
         entry.control->section = ESection::kKeyboard;
         entry.control->backgroundColour = Palette().Colour(QStringLiteral("panel"));
     }
-    BindTo(values);
+    BindTo(firstValues);
 }
 
-void CArpeggiatorCtrl::BindTo(const ArpeggiatorValues& values) {
+// The keys that it plays come in by way of the keyboard, which has to be there for that.
+QString CArpeggiatorCtrl::Hint() const {
+    const bool silent =
+        values.on != nullptr && values.on->IsOn() && values.keyboard != nullptr && !values.keyboard->IsOn();
+    return silent ? Text("Keys are silent: show the strip's keyboard") : QString();
+}
+
+void CArpeggiatorCtrl::BindTo(const ArpeggiatorValues& newValues) {
+    values = newValues;
     for (const Bound& entry : bound) {
         entry.control->Bind(values.*entry.setting);
         entry.control->enabled = values.*entry.setting != nullptr;

@@ -19,6 +19,7 @@ struct ArpeggiatorValues {
     CValue* interval = nullptr;
     CValue* gateTime = nullptr;
     CValue* tempo = nullptr;
+    const CValue* keyboard = nullptr;  // switch: the keyboard whose keys it plays is shown
 };
 
 class CArpeggiatorCtrl : public CControl {
@@ -39,7 +40,10 @@ private:
         CControl* control;
         CValue* ArpeggiatorValues::*setting;
     };
+    QString Hint() const;
+
     std::vector<Bound> bound;
+    ArpeggiatorValues values;
 };
 
 }  // namespace quib

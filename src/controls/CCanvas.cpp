@@ -3,7 +3,6 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QHash>
 #include <QPaintEngine>
 #include <QPainterPath>
 #include <array>
@@ -47,16 +46,12 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
 }  // namespace
 
 QFont SkinFont(int height, bool strong) {
-    static const QString family = LoadFontFamily();
-    static QHash<int, QFont> fonts;
-    const int key = 2 * height + (strong ? 1 : 0);
-    if (const auto known = fonts.constFind(key); known != fonts.constEnd()) return *known;
+    static const QString family = LoadFontFamily();  // a constant of the program
     QFont font(family);
     font.setPixelSize(height);
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
-    fonts.insert(key, font);
     return font;
 }
 

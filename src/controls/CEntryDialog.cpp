@@ -25,7 +25,7 @@ CEntryDialog::CEntryDialog(const QString& title, const QString& text, QWidget* p
 QString CEntryDialog::Text() const { return edit->text(); }
 
 float CEntryDialog::NumberOf(const QString& text) {
-    static const QRegularExpression number(QStringLiteral("^[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)?"));
+    const QRegularExpression number(QStringLiteral("^[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)?"));
     QString plain = text.trimmed();
     plain.replace(QLatin1Char(','), QLatin1Char('.'));
     // Beyond a float's range this gives infinity, which is then clamped.

@@ -55,10 +55,16 @@ bool CKeyboardExCtrl::EndHeld(int note) {
     return found;
 }
 
-void CKeyboardExCtrl::ReleaseAll() {
+void CKeyboardExCtrl::EndAll() {
     for (const std::uint32_t note : held) Send(static_cast<int>(note), true);
     held.clear();
     current = -1;
+    playing = false;
+}
+
+void CKeyboardExCtrl::ReleaseAll() {
+    if (held.empty() && current < 0) return;
+    EndAll();
     Refresh();
 }
 
@@ -66,10 +72,7 @@ void CKeyboardExCtrl::OnLButtonDown(int px, int py, int button) {
     Owner().setCursor(Qt::PointingHandCursor);
     const int note = NoteAt(px, py);
     if (!IsNote(note)) return;
-    if (controlHeld || shiftHeld) {
-        for (const std::uint32_t entry : held) Send(static_cast<int>(entry), true);
-        held.clear();
-    }
+    if (controlHeld || shiftHeld) EndAll();
     if (button == 0) {
         if (onNote) {
             held.push_back(static_cast<std::uint32_t>(note));

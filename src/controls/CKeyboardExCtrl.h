@@ -39,8 +39,9 @@ public:
     int ScrollOffset() const noexcept { return scroll; }
     // In pixels, limited to what there is.
     void SetScrollOffset(int offset);
-    // Ends every note that is held.
+    // Ends every note that is held; the other draws nothing.
     void ReleaseAll();
+    void EndAll();
 
     std::function<void(CKeyboardExCtrl&, int note, bool off)> onNote;
     std::function<bool(int note)> isSounding;  // keys that sound from elsewhere

@@ -49,8 +49,7 @@ void CPresetSelectorCtrl::OnLButtonDown(int px, int /*py*/, int button) {
 
 void CPresetSelectorCtrl::Select(int preset) {
     ScrollTo(preset);
-    SetValueAndUpdate(true, true, static_cast<float>(preset + 1));
-    if (onSelect) onSelect(preset);
+    if (!onSelect || onSelect(preset)) SetValueAndUpdate(true, true, static_cast<float>(preset + 1));
 }
 
 void CPresetSelectorCtrl::ScrollTo(int preset) {
@@ -85,11 +84,13 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
     if (key == virtualKey::kRight && now + 1 < count) Select(now + 1);
     if (key == virtualKey::kHome && count > 0) Select(0);
     if (key == virtualKey::kEnd && count > 0) Select(count - 1);
-    if (key >= '1' && key <= '9' && key - '1' < count) Select(key - '1');
+    for (const int zero : {int{'0'}, virtualKey::kKeypad0}) {
+        if (key > zero && key <= zero + 9 && key - zero <= count) Select(key - zero - 1);
+    }
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsShown() || CellCount() == drawnCount) return;
+    if (!IsShown() || (CellCount() == drawnCount && ValueNow() == drawnValue)) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }
@@ -97,6 +98,7 @@ void CPresetSelectorCtrl::Tick() {
 void CPresetSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     drawnCount = CellCount();
+    drawnValue = ValueNow();
     const int count = presetCount ? presetCount() : 0;
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {

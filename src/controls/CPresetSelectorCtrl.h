@@ -23,7 +23,7 @@ public:
     void Tick() override;
 
     std::function<int()> presetCount;
-    std::function<void(int preset)> onSelect;      // from 0
+    std::function<bool(int preset)> onSelect;      // from 0; whether it is recalled, which the value then shows
     std::function<void()> onAdd;                   // unset: none can be added
     std::function<void(int preset)> onPresetMenu;  // from 0; -1 beside the presets
 
@@ -37,6 +37,7 @@ private:
     int first = 0;  // the leftmost cell that is shown
     int hoveredCell = -1;
     int drawnCount = -1;
+    float drawnValue = -1;
 };
 
 }  // namespace quib

@@ -65,30 +65,37 @@ void CStepLedCtrl::Tick() {
     if (now == playing || !Owner().HasBackBuffer()) return;
     const int before = std::exchange(playing, now);
     Canvas().SetClip(ShownRectangle());
+    const Colours colours = ColoursNow();
     for (const int step : {before, now}) {
         if (step < 0 || step >= stepCount) continue;
-        DrawLed(step);
+        DrawLed(step, colours);
         const QRect area = LedArea(step).toAlignedRect();
         BlitRect(area.left(), area.top(), area.right() + 1, area.bottom() + 1);
     }
 }
 
-void CStepLedCtrl::Draw() {
-    Canvas().Fill(Rectangle(), ground);
-    for (int step = 0; step < stepCount; ++step) DrawLed(step);
+CStepLedCtrl::Colours CStepLedCtrl::ColoursNow() const {
+    const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
+    return {named("wellDeep"), named("well"), named("text"), Palette().Accent(section)};
 }
 
-void CStepLedCtrl::DrawLed(int step) {
-    const QRgb off = Palette().Colour(QStringLiteral("wellDeep"));
-    const QRgb accent = Palette().Accent(section);
+void CStepLedCtrl::Draw() {
+    Canvas().Fill(Rectangle(), ground);
+    const Colours colours = ColoursNow();
+    for (int step = 0; step < stepCount; ++step) DrawLed(step, colours);
+}
+
+void CStepLedCtrl::DrawLed(int step, const Colours& colours) {
     const int velocity = loudness ? loudness(step) : -1;
     const QRectF area = LedArea(step);
-    QRgb colour = step % 4 == 0 ? Palette().Colour(QStringLiteral("well")) : off;
-    if (velocity >= 0) colour = Mix(off, accent, 0.30F + 0.70F * static_cast<float>(velocity) / 127.0F);
-    if (step == playing) colour = Mix(accent, Palette().Colour(QStringLiteral("text")), 0.55F);
+    QRgb colour = step % 4 == 0 ? colours.beat : colours.off;
+    if (velocity >= 0) {
+        colour = Mix(colours.off, colours.accent, 0.30F + 0.70F * static_cast<float>(velocity) / 127.0F);
+    }
+    if (step == playing) colour = Mix(colours.accent, colours.light, 0.55F);
     Canvas().Fill(area, colour);
     // The quietest note is seen.
-    if (velocity >= 0 && step != playing) Canvas().Fill({area.left(), area.top(), area.width(), 2}, accent);
+    if (velocity >= 0 && step != playing) Canvas().Fill({area.left(), area.top(), area.width(), 2}, colours.accent);
 }
 
 }  // namespace quib

@@ -36,9 +36,16 @@ public:
     void NotesChanged() noexcept { stale = true; }
 
 private:
+    struct Colours {
+        QRgb off;
+        QRgb beat;
+        QRgb light;
+        QRgb accent;
+    };
     QRectF LedArea(int step) const;
     int StepAt(int px) const noexcept;
-    void DrawLed(int step);
+    Colours ColoursNow() const;
+    void DrawLed(int step, const Colours& colours);
 
     QRgb ground;
     int stepCount = 16;

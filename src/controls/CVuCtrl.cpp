@@ -14,7 +14,22 @@ constexpr float kHighest = 6;
 constexpr float kFallPerTick = 26.0F * 0.04F / (kHighest - kLowest);  // 26 decibels a second
 constexpr int kHoldTicks = 38;                                        // 1.5 seconds
 constexpr qreal kClipZone = 4;                                        // pixels
+// Levels at which the colours change, as shares of the scale.
+constexpr float kYellow = (-12 - kLowest) / (kHighest - kLowest);
+constexpr float kRed = (0 - kLowest) / (kHighest - kLowest);
 }  // namespace
+
+MeterColours MeterColours::Of(const CPalette& palette) {
+    const auto named = [&](const char* name) { return palette.Colour(QLatin1String(name)); };
+    MeterColours colours;
+    colours.well = named("wellDeep");
+    colours.lit = {named("meterLow"), named("meterMid"), named("meterHigh")};
+    for (std::size_t zone = 0; zone < colours.lit.size(); ++zone) {
+        colours.unlit[zone] = Mix(colours.well, colours.lit[zone], 0.14F);
+    }
+    colours.clip = {Mix(colours.well, colours.lit[2], 0.25F), named("record")};
+    return colours;
+}
 
 float MeterShare(float level) noexcept {
     if (!(level > 0.001F)) return 0;
@@ -23,7 +38,10 @@ float MeterShare(float level) noexcept {
 
 CVuCtrl::CVuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                  CValue* bound, CValue* right, bool isVertical)
-    : CControl(window, number, left, top, newWidth, newHeight), CTicked(window), vertical(isVertical) {
+    : CControl(window, number, left, top, newWidth, newHeight),
+      CTicked(window),
+      colours(MeterColours::Of(Palette())),
+      vertical(isVertical) {
     channels[0].source = bound;
     channels[1].source = right;
 }
@@ -76,37 +94,30 @@ void CVuCtrl::Draw() {
 }
 
 void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
-    static const QRgb well = Palette().Colour(QStringLiteral("wellDeep"));
-    static const std::array<QRgb, 3> colours = {Palette().Colour(QStringLiteral("meterLow")),
-                                                Palette().Colour(QStringLiteral("meterMid")),
-                                                Palette().Colour(QStringLiteral("meterHigh"))};
-    static const std::array<QRgb, 3> unlit = {Mix(well, colours[0], 0.14F), Mix(well, colours[1], 0.14F),
-                                              Mix(well, colours[2], 0.14F)};
-    static const std::array<QRgb, 2> clipColours = {Mix(well, colours[2], 0.25F),
-                                                    Palette().Colour(QStringLiteral("record"))};
+    const auto& [well, lit, unlit, clipMarks] = colours;
     // Green to -12, yellow to 0 decibels, red above.
-    static const std::array<float, 4> borders = {0, MeterShare(0.25119F), MeterShare(1.0F), 1.0F};
+    const std::array<float, 4> borders = {0, kYellow, kRed, 1.0F};
     Canvas().Fill(area, well);
     const qreal length = (vertical ? area.height() : area.width()) - kClipZone - 1;
     const auto part = [&](qreal from, qreal to) {
         return vertical ? QRectF(area.left(), area.bottom() - to, area.width(), to - from)
                         : QRectF(area.left() + from, area.top(), to - from, area.height());
     };
-    for (std::size_t zone = 0; zone < colours.size(); ++zone) {
+    for (std::size_t zone = 0; zone < lit.size(); ++zone) {
         const qreal from = std::round(length * static_cast<qreal>(borders[zone]));
         const qreal end = std::round(length * static_cast<qreal>(borders[zone + 1]));
         const qreal to = std::round(length * static_cast<qreal>(channel.shown));
-        if (to > from) Canvas().Fill(part(from, std::min(to, end)), colours[zone]);
+        if (to > from) Canvas().Fill(part(from, std::min(to, end)), lit[zone]);
         if (to < end) Canvas().Fill(part(std::max(from, to), end), unlit[zone]);
     }
     if (channel.held > 0.01F) {
         const qreal place = std::round(length * static_cast<qreal>(channel.held));
-        Canvas().Fill(part(std::max(0.0, place - 1), place), colours[channel.held > borders[2]   ? 2
-                                                                     : channel.held > borders[1] ? 1
-                                                                                                 : 0]);
+        Canvas().Fill(part(std::max(0.0, place - 1), place), lit[channel.held > kRed      ? 2
+                                                                 : channel.held > kYellow ? 1
+                                                                                          : 0]);
     }
     const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
-    Canvas().Fill(clipMark, clipColours[channel.clipped ? 1 : 0]);
+    Canvas().Fill(clipMark, clipMarks[channel.clipped ? 1 : 0]);
 }
 
 }  // namespace quib

@@ -7,11 +7,22 @@
 #include <array>
 
 #include "controls/CControl.h"
+#include "controls/CPalette.h"
 
 namespace quib {
 
 // Place of a level (1 is full scale) on the meter's scale of -60 to +6 decibels, 0..1.
 float MeterShare(float level) noexcept;
+
+// What a meter is drawn with.
+struct MeterColours {
+    static MeterColours Of(const CPalette& palette);
+
+    QRgb well = 0;
+    std::array<QRgb, 3> lit{};  // low, middle, high
+    std::array<QRgb, 3> unlit{};
+    std::array<QRgb, 2> clip{};  // not clipped, clipped
+};
 
 class CVuCtrl : public CControl, public CTicked {
 public:
@@ -40,6 +51,7 @@ private:
     float Length() const noexcept { return static_cast<float>(vertical ? Height() : Width()); }
 
     std::array<Channel, 2> channels;
+    MeterColours colours;
     bool vertical;
 };
 

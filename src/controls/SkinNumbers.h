@@ -46,6 +46,13 @@ constexpr int kGlyphGrip = 324;
 constexpr int kGlyphFolder = 325;
 constexpr int kGlyphHeadphones = 326;
 constexpr int kGlyphEdit = 327;
+constexpr int kGlyphMetronome = 328;
+constexpr int kGlyphPoints = 340;
+constexpr int kGlyphLine = 341;
+constexpr int kGlyphRamp = 342;
+constexpr int kGlyphSine = 343;
+constexpr int kGlyphBin = 344;
+constexpr int kGlyphLearn = 345;
 
 // Icons that an instrument can wear: this number and the seven after it.
 constexpr int kInstrumentIcon = 401;

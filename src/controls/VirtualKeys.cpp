@@ -9,9 +9,8 @@ namespace quib {
 
 int VirtualKeyOf(const QKeyEvent& event) {
     const int key = event.key();
-    if (key >= Qt::Key_0 && key <= Qt::Key_9 && event.modifiers().testFlag(Qt::KeypadModifier)) {
-        return virtualKey::kKeypad0 + key - Qt::Key_0;
-    }
+    const bool isKeypad = event.modifiers().testFlag(Qt::KeypadModifier);
+    if (isKeypad && key >= Qt::Key_0 && key <= Qt::Key_9) return virtualKey::kKeypad0 + key - Qt::Key_0;
     if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z)) return key;
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return 112 + key - Qt::Key_F1;
     switch (key) {

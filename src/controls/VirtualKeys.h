@@ -26,8 +26,8 @@ constexpr int kUp = 38;
 constexpr int kRight = 39;
 constexpr int kDown = 40;
 constexpr int kDelete = 46;
+constexpr int kKeypad0 = 96;  // up to 105
 constexpr int kA = 65;
-constexpr int kKeypad0 = 96;  // and the nine that follow
 constexpr int kPlus = 107;
 constexpr int kMinus = 109;
 }  // namespace virtualKey

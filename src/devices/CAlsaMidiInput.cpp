@@ -110,13 +110,13 @@ void CAlsaMidiInput::Close() noexcept {
         thread.join();
         stopping.Clear();
     }
-    link.Leave(Milliseconds());
+    link.Leave(Nanoseconds());
     sequencer.reset();
 }
 
 void CAlsaMidiInput::Run() noexcept {
     SetRealTimePriority();
-    while (Wait(link.Flush(Milliseconds()) ? -1 : kRetryMilliseconds)) Receive();
+    while (Wait(link.Flush(Nanoseconds()) ? -1 : kRetryMilliseconds)) Receive();
 }
 
 // False when the thread is to end.
@@ -131,11 +131,11 @@ void CAlsaMidiInput::Receive() noexcept {
         snd_seq_event_t* event = nullptr;
         const int result = snd_seq_event_input(sequencer.get(), &event);
         if (result == -ENOSPC) {
-            link.LostSome(Milliseconds());
+            link.LostSome(Nanoseconds());
         } else if (result < 0 || event == nullptr) {
             return;
         } else {
-            link.Handle(*event, Milliseconds());
+            link.Handle(*event, Nanoseconds());
         }
     }
 }

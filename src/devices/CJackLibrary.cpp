@@ -22,10 +22,11 @@ CJackLibrary::CJackLibrary() {
                find(realTimePriority, "jack_client_real_time_priority") &&
                find(setProcess, "jack_set_process_callback") && find(setBlockSize, "jack_set_buffer_size_callback") &&
                find(setSampleRate, "jack_set_sample_rate_callback") && find(setXrun, "jack_set_xrun_callback") &&
-               find(onShutdown, "jack_on_shutdown") && find(registerPort, "jack_port_register") &&
-               find(buffer, "jack_port_get_buffer") && find(portName, "jack_port_name") &&
-               find(connections, "jack_port_get_all_connections") && find(ports, "jack_get_ports") &&
-               find(connect, "jack_connect") && find(free, "jack_free") &&
+               find(setConnect, "jack_set_port_connect_callback") && find(onShutdown, "jack_on_shutdown") &&
+               find(registerPort, "jack_port_register") && find(portById, "jack_port_by_id") &&
+               find(latencyRange, "jack_port_get_latency_range") && find(buffer, "jack_port_get_buffer") &&
+               find(portName, "jack_port_name") && find(connections, "jack_port_get_all_connections") &&
+               find(ports, "jack_get_ports") && find(connect, "jack_connect") && find(free, "jack_free") &&
                find(midiCount, "jack_midi_get_event_count") && find(midiEvent, "jack_midi_event_get") &&
                find(setErrorText, "jack_set_error_function") && find(setInfoText, "jack_set_info_function");
     if (!complete) return;

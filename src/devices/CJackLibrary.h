@@ -31,6 +31,14 @@ constexpr const char* kAudioType = "32 bit float mono audio";
 constexpr const char* kMidiType = "8 bit raw midi";
 
 using FramesCallback = int (*)(std::uint32_t frames, void* context);
+// Nearest and farthest way of a port to the loudspeaker or from the microphone, in frames.
+struct LatencyRange {
+    std::uint32_t minimum;
+    std::uint32_t maximum;
+};
+constexpr int kPlaybackLatency = 1;
+
+using ConnectCallback = void (*)(std::uint32_t first, std::uint32_t second, int connected, void* context);
 using XrunCallback = int (*)(void* context);
 using ShutdownCallback = void (*)(void* context);
 using TextCallback = void (*)(const char* text);
@@ -54,9 +62,12 @@ public:
     int (*setBlockSize)(jack::Client*, jack::FramesCallback, void* context) = nullptr;
     int (*setSampleRate)(jack::Client*, jack::FramesCallback, void* context) = nullptr;
     int (*setXrun)(jack::Client*, jack::XrunCallback, void* context) = nullptr;
+    int (*setConnect)(jack::Client*, jack::ConnectCallback, void* context) = nullptr;
     void (*onShutdown)(jack::Client*, jack::ShutdownCallback, void* context) = nullptr;
     jack::Port* (*registerPort)(jack::Client*, const char* name, const char* type, unsigned long flags,
                                 unsigned long bufferSize) = nullptr;
+    jack::Port* (*portById)(jack::Client*, std::uint32_t id) = nullptr;
+    void (*latencyRange)(jack::Port*, int mode, jack::LatencyRange*) = nullptr;
     void* (*buffer)(jack::Port*, std::uint32_t frames) = nullptr;
     const char* (*portName)(const jack::Port*) = nullptr;
     // Names ended by a null pointer, to be freed; null for none.

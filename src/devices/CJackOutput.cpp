@@ -71,6 +71,7 @@ bool CJackOutput::Prepare(std::string& error) {
     library.setBlockSize(client, &CJackOutput::OnBlockSize, this);
     library.setSampleRate(client, &CJackOutput::OnSampleRate, this);
     library.setXrun(client, &CJackOutput::OnXrun, this);
+    library.setConnect(client, &CJackOutput::OnConnect, this);
     library.onShutdown(client, &CJackOutput::OnShutdown, this);
     return true;
 }
@@ -99,7 +100,7 @@ void CJackOutput::Stop() noexcept {
 void CJackOutput::Close() noexcept {
     gate.Shut();
     active = false;
-    midiFeed.ReleaseAll(Milliseconds());
+    midiFeed.ReleaseAll(Nanoseconds());
     if (client != nullptr) library.close(std::exchange(client, nullptr));
     SetState(EOutputState::kClosed);
 }
@@ -196,6 +197,21 @@ int CJackOutput::OnXrun(void* self) {
     return 0;
 }
 
+void CJackOutput::OnConnect(std::uint32_t first, std::uint32_t second, int connected, void* self) {
+    auto& output = *static_cast<CJackOutput*>(self);
+    if (connected != 0 || output.midiPort == nullptr) return;
+    for (const std::uint32_t port : {first, second}) {
+        if (output.library.portById(output.client, port) == output.midiPort) output.midiCut = true;
+    }
+}
+
+int CJackOutput::Latency() const noexcept {
+    if (client == nullptr || State() != EOutputState::kPlaying) return 0;
+    jack::LatencyRange range{};
+    library.latencyRange(ports[0], jack::kPlaybackLatency, &range);
+    return static_cast<int>(range.maximum);
+}
+
 void CJackOutput::OnShutdown(void* self) { static_cast<CJackOutput*>(self)->SetState(EOutputState::kLost); }
 
 void CJackOutput::Process(std::uint32_t frames) noexcept {
@@ -220,22 +236,24 @@ bool CJackOutput::Render(int frames) noexcept {
         LeavePlaying(EOutputState::kFormatChanged);
         return false;
     }
-    if (midiPort != nullptr) ReceiveMidi(frames);
-    return RenderBlock();
+    const std::uint64_t now = Nanoseconds();
+    if (midiPort != nullptr) ReceiveMidi(frames, now);
+    return RenderBlock(now);
 }
 
 // The events of the block came in during the one before.
-void CJackOutput::ReceiveMidi(int frames) noexcept {
-    const std::uint32_t now = Milliseconds();
+void CJackOutput::ReceiveMidi(int frames, std::uint64_t now) noexcept {
     midiFeed.Flush(now);
+    // Whoever it was that went, it ends no note any more.
+    if (midiCut.exchange(false)) midiFeed.ReleaseAll(now);
     if (!listening) return midiFeed.ReleaseAll(now);
     void* const events = library.buffer(midiPort, static_cast<std::uint32_t>(frames));
     const std::uint32_t count = library.midiCount(events);
     for (std::uint32_t index = 0; index < count; ++index) {
         jack::MidiEvent event{};
         if (library.midiEvent(&event, events, index) != 0) continue;
-        const std::int64_t age = (frames - static_cast<std::int64_t>(event.time)) * 1000 / sampleRate;
-        midiFeed.Add(event.buffer, event.size, now - static_cast<std::uint32_t>(age));
+        const std::int64_t age = (frames - static_cast<std::int64_t>(event.time)) * 1'000'000'000 / sampleRate;
+        midiFeed.Add(event.buffer, event.size, now - static_cast<std::uint64_t>(age));
     }
 }
 

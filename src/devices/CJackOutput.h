@@ -47,6 +47,7 @@ public:
     void ListenTo(const std::string& portName) override;
     const std::string& Name() const noexcept override { return name; }
     DeviceFormat Format() const noexcept override { return {sampleRate.load(), blockSize.load()}; }
+    int Latency() const noexcept override;
 
 private:
     bool Prepare(std::string& error);
@@ -58,10 +59,11 @@ private:
     static int OnBlockSize(std::uint32_t frames, void* self);
     static int OnSampleRate(std::uint32_t rate, void* self);
     static int OnXrun(void* self);
+    static void OnConnect(std::uint32_t first, std::uint32_t second, int connected, void* self);
     static void OnShutdown(void* self);
     void Process(std::uint32_t frames) noexcept;
     bool Render(int frames) noexcept;
-    void ReceiveMidi(int frames) noexcept;
+    void ReceiveMidi(int frames, std::uint64_t now) noexcept;
     void WatchWiring();
     void WatchMidi();
 
@@ -80,6 +82,7 @@ private:
     CMidiFeed midiFeed;  // of whoever is behind the gate
     CRenderGate gate;
     std::atomic<bool> listening{false};
+    std::atomic<bool> midiCut{false};  // a connection of the MIDI port was taken apart
     std::atomic<int> sampleRate{0};
     std::atomic<int> blockSize{0};
     std::atomic<int> engineBlock{0};  // frames that the engine renders at present

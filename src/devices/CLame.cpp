@@ -26,7 +26,8 @@ bool IsMp3(const std::filesystem::path& path) {
 
 }  // namespace
 
-CLame::CLame(const std::filesystem::path& encoderLibrary) {
+CLame::CLame(const std::filesystem::path& encoderLibrary, std::uint32_t mostBytesOfWave)
+    : mostWaveBytes(mostBytesOfWave) {
     std::string reason;
     encoder.Load(encoderLibrary, reason);
 }
@@ -64,17 +65,50 @@ int CLame::StartRecording(const std::filesystem::path& path, int sampleRate) {
     StopRecording();
     error.clear();
     noEncoder = false;
-    rate = sampleRate;
-    samplesWritten = bytesWritten = 0;
+    secondsBefore = 0;
+    samplesWritten = bytesBefore = bytesWritten = 0;
     droppedValues = 0;
-    if (const int result = OpenSink(path, sampleRate); result != kStarted) return result;
+    firstPath = path;
+    part = 1;
+    return StartPart(path, sampleRate);
+}
+
+int CLame::ContinueRecording(int sampleRate) {
+    if (!IsRecording()) return kFailed;
+    StopRecording(ELastBuffer::kWrite);
+    if (!error.empty()) return kFailed;
+    BeginPart();
+    return StartPart(NextPath(), sampleRate);
+}
+
+int CLame::StartPart(const std::filesystem::path& path, int sampleRate) {
+    rate = sampleRate;
+    if (const int result = OpenSink(path); result != kStarted) return result;
     ring.resize(kBuffers * samplesPerBuffer);
     writeBuffer = readBuffer = writePos = 0;
     recording = true;
     return kStarted;
 }
 
-int CLame::OpenSink(const std::filesystem::path& path, int sampleRate) {
+// What was written until now counts on.
+void CLame::BeginPart() noexcept {
+    secondsBefore = Seconds();
+    bytesBefore = bytesWritten;
+    samplesWritten = 0;
+}
+
+std::filesystem::path CLame::NextPath() {
+    std::filesystem::path next;
+    std::error_code unknown;
+    do {
+        const std::string name = firstPath.stem().string() + '-' + std::to_string(++part);
+        next = firstPath.parent_path() / (name + firstPath.extension().string());
+    } while (std::filesystem::exists(next, unknown));
+    return next;
+}
+
+int CLame::OpenSink(const std::filesystem::path& path) {
+    filePath = path;
     if (IsMp3(path)) {
         if (!encoder.IsAvailable()) {
             noEncoder = true;
@@ -82,10 +116,10 @@ int CLame::OpenSink(const std::filesystem::path& path, int sampleRate) {
             return kNoEncoder;
         }
         samplesPerBuffer = kMp3SamplesPerBuffer;
-        sink = std::make_unique<CMp3Sink>(path, sampleRate, encoder);
+        sink = std::make_unique<CMp3Sink>(path, rate, encoder);
     } else {
         samplesPerBuffer = kWaveSamplesPerBuffer;
-        sink = std::make_unique<CWaveSink>(path, sampleRate);
+        sink = std::make_unique<CWaveSink>(path, rate, mostWaveBytes);
     }
     if (sink->Open()) return kStarted;
     error = sink->Error();
@@ -112,10 +146,20 @@ bool CLame::WriteFullBuffers() {
 }
 
 bool CLame::WriteValues(std::span<const std::int16_t> values) {
+    if (!sink->HasRoomFor(values.size()) && !OpenNextFile()) return false;
     const bool written = sink->Write(values);
     if (written) samplesWritten += values.size();
-    bytesWritten = sink->BytesWritten();
+    bytesWritten = bytesBefore + sink->BytesWritten();
     return written;
+}
+
+// The render thread goes on filling the ring.
+bool CLame::OpenNextFile() {
+    sink->Close();
+    error = sink->Error();
+    if (!error.empty()) return false;
+    BeginPart();
+    return OpenSink(NextPath()) == kStarted;
 }
 
 void CLame::StopRecording(ELastBuffer lastBuffer) {
@@ -135,13 +179,16 @@ void CLame::KeepRenderThreadOut() noexcept {
 
 void CLame::CloseSink() {
     KeepRenderThreadOut();
+    if (sink == nullptr) return;  // the next file could not be opened
     sink->Close();
-    bytesWritten = sink->BytesWritten();
+    bytesWritten = bytesBefore + sink->BytesWritten();
     error = sink->Error();
     sink.reset();
 }
 
-double CLame::Seconds() const noexcept { return rate > 0 ? static_cast<double>(samplesWritten) / (2.0 * rate) : 0.0; }
+double CLame::Seconds() const noexcept {
+    return secondsBefore + (rate > 0 ? static_cast<double>(samplesWritten) / (2.0 * rate) : 0.0);
+}
 
 std::string CLame::ProgressText() const {
     if (noEncoder) return "Cannot open MP3 Encoder !";

@@ -17,6 +17,7 @@
 
 #include "devices/CMp3Encoder.h"
 #include "devices/CRecordingSink.h"
+#include "devices/CWaveSink.h"
 #include "engine/CBlockRecorder.h"
 
 namespace quib {
@@ -32,8 +33,10 @@ public:
     // What becomes of the last buffer, not yet full, when a recording stops.
     enum class ELastBuffer { kDrop, kWrite };
 
-    // Looks for the MP3 encoder; without it only Wave files can be recorded.
-    explicit CLame(const std::filesystem::path& encoderLibrary = CMp3Encoder::kLibraryName);
+    // Looks for the MP3 encoder; without it only Wave files can be recorded. A Wave file with
+    // `mostBytesOfWave` of sound is full.
+    explicit CLame(const std::filesystem::path& encoderLibrary = CMp3Encoder::kLibraryName,
+                   std::uint32_t mostBytesOfWave = CWaveSink::kMostSoundBytes);
     ~CLame() override;
     CLame(const CLame&) = delete;
     CLame& operator=(const CLame&) = delete;
@@ -52,6 +55,12 @@ public:
     // cannot be written; Error() says why.
     int StartRecording(const std::filesystem::path& path, int sampleRate);
 
+    // Ends the file that runs and goes on at another rate in the next one, with the errors of StartRecording.
+    int ContinueRecording(int sampleRate);
+
+    // Where the recording goes now. A file that is full is followed by "name-2.wav" and so on, without a gap.
+    const std::filesystem::path& FilePath() const noexcept { return filePath; }
+
     // Writes every full buffer. On an error the recording stops and Error() says why; the file holds
     // what was written until then.
     void Flush();
@@ -61,9 +70,10 @@ public:
 
     bool IsRecording() const noexcept override { return recording.load(std::memory_order_relaxed); }
 
-    // These keep their values after the stop, until the next start.
+    // These keep their values after the stop, until the next start; of all files of a recording.
     double Seconds() const noexcept;
     std::uint64_t BytesWritten() const noexcept { return bytesWritten; }
+    std::uint64_t FileBytes() const noexcept { return bytesWritten - bytesBefore; }  // of these, in FilePath()
     std::uint64_t DroppedFrames() const noexcept { return droppedValues.load(std::memory_order_relaxed) / 2; }
     // For the display: time and size of the recording, or why there is none or no more of it.
     std::string ProgressText() const;
@@ -72,7 +82,11 @@ public:
 private:
     static constexpr std::size_t kBuffers = 16;
 
-    int OpenSink(const std::filesystem::path& path, int sampleRate);
+    int StartPart(const std::filesystem::path& path, int sampleRate);
+    int OpenSink(const std::filesystem::path& path);
+    bool OpenNextFile();
+    void BeginPart() noexcept;
+    std::filesystem::path NextPath();
     void FinishBuffer() noexcept;
     std::int16_t* Buffer(std::size_t index) noexcept { return ring.data() + index * samplesPerBuffer; }
     bool WriteFullBuffers();
@@ -84,9 +98,15 @@ private:
     std::unique_ptr<CRecordingSink> sink;
     std::string error;
     bool noEncoder = false;
+    std::uint32_t mostWaveBytes;
+    std::filesystem::path firstPath;
+    std::filesystem::path filePath;
+    int part = 1;
     int rate = 0;
-    std::uint64_t samplesWritten = 0;  // values of both channels
+    std::uint64_t samplesWritten = 0;  // to this file, values of both channels
     std::uint64_t bytesWritten = 0;
+    std::uint64_t bytesBefore = 0;  // in the files before this one
+    double secondsBefore = 0;
 
     // Set before `recording` becomes true, and only while the render thread is kept out.
     std::vector<std::int16_t> ring;

@@ -38,7 +38,7 @@ std::optional<MidiMessage> Translate(const snd_seq_event_t& event) noexcept {
 
 }  // namespace
 
-std::optional<MidiMessage> ToMessage(const snd_seq_event_t& event, std::uint32_t time) noexcept {
+std::optional<MidiMessage> ToMessage(const snd_seq_event_t& event, std::uint64_t time) noexcept {
     auto message = Translate(event);
     if (message) message->time = time;
     return message;
@@ -49,13 +49,13 @@ void CMidiPortLink::Listen(const std::string& portName) {
     Connect();
 }
 
-void CMidiPortLink::Leave(std::uint32_t time) noexcept {
+void CMidiPortLink::Leave(std::uint64_t time) noexcept {
     connected = false;
     source = {};
     feed.ReleaseAll(time);
 }
 
-void CMidiPortLink::Handle(const snd_seq_event_t& event, std::uint32_t time) {
+void CMidiPortLink::Handle(const snd_seq_event_t& event, std::uint64_t time) {
     if (const auto message = ToMessage(event, time)) return feed.Add(*message);
     if (event.source.client != SND_SEQ_CLIENT_SYSTEM) return;
     const snd_seq_addr_t& address = event.data.addr;
@@ -80,7 +80,7 @@ void CMidiPortLink::Handle(const snd_seq_event_t& event, std::uint32_t time) {
     if (!connected) Connect();
 }
 
-void CMidiPortLink::LostSome(std::uint32_t time) {
+void CMidiPortLink::LostSome(std::uint64_t time) {
     feed.ReleaseAll(time);
     const auto found = ports.Find(wanted);
     const bool same = connected && found && found->client == source.client && found->port == source.port;

@@ -23,8 +23,8 @@ public:
     virtual bool Connect(snd_seq_addr_t source) = 0;
 };
 
-// A message that the engine knows, or nothing. `time` in milliseconds.
-std::optional<MidiMessage> ToMessage(const snd_seq_event_t& event, std::uint32_t time) noexcept;
+// A message that the engine knows, or nothing. `time` in nanoseconds.
+std::optional<MidiMessage> ToMessage(const snd_seq_event_t& event, std::uint64_t time) noexcept;
 
 class CMidiPortLink {
 public:
@@ -33,13 +33,13 @@ public:
     // Connects to the port of that name, now or as soon as it is there.
     void Listen(const std::string& portName);
     // Ends what sounds.
-    void Leave(std::uint32_t time) noexcept;
+    void Leave(std::uint64_t time) noexcept;
 
-    void Handle(const snd_seq_event_t& event, std::uint32_t time);
+    void Handle(const snd_seq_event_t& event, std::uint64_t time);
     // Events were lost, note offs or announcements perhaps among them.
-    void LostSome(std::uint32_t time);
+    void LostSome(std::uint64_t time);
     // As CMidiFeed's.
-    bool Flush(std::uint32_t time) noexcept { return feed.Flush(time); }
+    bool Flush(std::uint64_t time) noexcept { return feed.Flush(time); }
 
     // Any thread.
     bool IsConnected() const noexcept { return connected.load(std::memory_order_relaxed); }

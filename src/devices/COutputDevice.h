@@ -12,6 +12,7 @@
 
 #include "devices/AudioSettings.h"
 #include "engine/CAudio.h"
+#include "platform/Clock.h"
 
 namespace quib {
 
@@ -71,7 +72,9 @@ public:
 protected:
     // The device's thread: one block into the master buffers. False when the device is to play silence in
     // its stead: the user paused, or the engine is being prepared, or an older device ends its last block.
-    bool RenderBlock() noexcept { return !audio.paused.IsOn() && audio.RenderBlock(); }
+    bool RenderBlock() noexcept { return RenderBlock(Nanoseconds()); }
+    // Of a device that stamps messages itself: `now` in nanoseconds, as CAudio's.
+    bool RenderBlock(std::uint64_t now) noexcept { return !audio.paused.IsOn() && audio.RenderBlock(now); }
     // A device that is lost stays so until it is closed.
     void SetState(EOutputState next) noexcept {
         EOutputState now = State();

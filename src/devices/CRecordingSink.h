@@ -4,6 +4,7 @@
 // Where a recording goes: a file of some format that takes interleaved 16-bit stereo. CLame
 // drives it from the thread that flushes, never from a render thread.
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -19,6 +20,9 @@ public:
 
     // Creates the file and prepares for sound. Once, before all else; false on an error.
     virtual bool Open() = 0;
+
+    // Whether the format has room for that many more values.
+    virtual bool HasRoomFor(std::size_t /*values*/) const noexcept { return true; }
 
     // Adds whole frames, left then right. False on an error: then only Close() makes sense.
     virtual bool Write(std::span<const std::int16_t> values) = 0;

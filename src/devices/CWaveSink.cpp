@@ -20,7 +20,7 @@ constexpr std::uint32_t kDataSizeOffset = kDataOffset + 4;
 constexpr std::uint32_t kHeadBytes = kDataOffset + 8;
 // What the RIFF size counts besides the sound: everything after the size field itself.
 constexpr std::uint32_t kRiffSizeOfHead = kHeadBytes - 8;
-constexpr std::uint32_t kMaxSoundBytes = std::numeric_limits<std::uint32_t>::max() - kRiffSizeOfHead;
+static_assert(CWaveSink::kMostSoundBytes == std::numeric_limits<std::uint32_t>::max() - kRiffSizeOfHead);
 
 static_assert(std::endian::native == std::endian::little, "samples and fields are written as they stand in memory");
 
@@ -59,8 +59,12 @@ bool CWaveSink::Open() {
     return file.Open() && file.Append(MakeHead(static_cast<std::uint32_t>(sampleRate)));
 }
 
+bool CWaveSink::HasRoomFor(std::size_t values) const noexcept {
+    return BytesWritten() + values * sizeof(std::int16_t) <= mostSoundBytes;
+}
+
 bool CWaveSink::Write(std::span<const std::int16_t> values) {
-    if (BytesWritten() + values.size_bytes() > kMaxSoundBytes) return file.Fail("a Wave file ends at 4 GiB");
+    if (!HasRoomFor(values.size())) return file.Fail("a Wave file ends at 4 GiB");
     return file.Append({reinterpret_cast<const std::uint8_t*>(values.data()), values.size_bytes()});
 }
 

@@ -5,6 +5,7 @@
 // Used by CLame on the thread that flushes.
 
 #include <filesystem>
+#include <limits>
 #include <utility>
 
 #include "devices/CGrowingFile.h"
@@ -14,11 +15,16 @@ namespace quib {
 
 class CWaveSink final : public CRecordingSink {
 public:
-    // `rate` in Hz.
-    CWaveSink(std::filesystem::path path, int rate) : file(std::move(path)), sampleRate(rate) {}
+    // The most that the size fields can say: 4 GiB with what stands before the sound.
+    static constexpr std::uint32_t kMostSoundBytes = std::numeric_limits<std::uint32_t>::max() - 38;
+
+    // `rate` in Hz. `mostBytes`: of sound, where less than the format holds is wanted.
+    CWaveSink(std::filesystem::path path, int rate, std::uint32_t mostBytes = kMostSoundBytes)
+        : file(std::move(path)), sampleRate(rate), mostSoundBytes(mostBytes) {}
 
     bool Open() override;
-    // Fails when the file would pass 4 GiB, the most that its size fields can say.
+    bool HasRoomFor(std::size_t values) const noexcept override;
+    // Fails when there is no room.
     bool Write(std::span<const std::int16_t> values) override;
     bool Settle() override;
     bool Close() override;
@@ -28,6 +34,7 @@ public:
 private:
     CGrowingFile file;
     int sampleRate;
+    std::uint32_t mostSoundBytes;
 };
 
 }  // namespace quib

@@ -50,13 +50,21 @@ CAsyncSave::~CAsyncSave() {
 }
 
 void CAsyncSave::Write(fs::path path, std::string bytes, Done done) {
-    Job job{std::move(path), std::move(bytes), std::move(done), {}};
+    PushFile({std::move(path), std::move(bytes), {}, std::move(done), {}});
+}
+
+void CAsyncSave::Write(fs::path path, Make make, Done done) {
+    PushFile({std::move(path), {}, std::move(make), std::move(done), {}});
+}
+
+void CAsyncSave::PushFile(Job job) {
     {
         const std::lock_guard lock(mutex);
         const auto older = std::find_if(jobs.begin(), jobs.end(),
                                         [&](const Job& waiting) { return !waiting.task && waiting.path == job.path; });
         if (older != jobs.end()) {
             older->bytes = std::move(job.bytes);
+            older->make = std::move(job.make);
             if (older->done && job.done) {
                 job.done = [first = std::move(older->done), second = std::move(job.done)](const std::string& error) {
                     first(error);
@@ -96,6 +104,7 @@ void CAsyncSave::Run() {
         working = true;
         lock.unlock();
         std::string error;
+        if (job.make) job.bytes = job.make();
         if (job.task) {
             job.task();
         } else if (!writer(job.path, job.bytes, error) && error.empty()) {

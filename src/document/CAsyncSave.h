@@ -29,6 +29,9 @@ public:
 
     // Files of one path that wait are replaced by the newest, so a slow disk never falls behind.
     void Write(std::filesystem::path path, std::string bytes, Done done = {});
+    // The same for bytes that are made on that thread, of what nobody changes any more.
+    using Make = std::function<std::string()>;
+    void Write(std::filesystem::path path, Make make, Done done = {});
     // Removes all but the newest `keep` files of a folder whose names begin and end like this, when
     // everything written before is on disk.
     void Prune(std::filesystem::path folder, std::string prefix, std::string suffix, std::size_t keep);
@@ -42,6 +45,7 @@ private:
     struct Job {
         std::filesystem::path path;
         std::string bytes;
+        Make make;  // of the bytes; unset: they are there
         Done done;
         std::function<void()> task;  // instead of a file
     };
@@ -52,6 +56,7 @@ private:
 
     void Run();
     void Push(Job job);
+    void PushFile(Job job);
 
     Writer writer;
     mutable std::mutex mutex;

@@ -13,7 +13,10 @@ constexpr int kUndoSteps = 500;
 
 CChanges::CChanges(CGraveyard& engineGraveyard) : graveyard(engineGraveyard) {
     undo.setUndoLimit(kUndoSteps);
-    connect(&undo, &QUndoStack::indexChanged, this, &CChanges::TellModified);
+    connect(&undo, &QUndoStack::indexChanged, this, [this] {
+        ++revision;
+        TellModified();
+    });
     connect(&undo, &QUndoStack::cleanChanged, this, &CChanges::TellModified);
 }
 
@@ -44,6 +47,7 @@ void CChanges::Redo() {
 }
 
 void CChanges::Touch() {
+    ++revision;
     touched = true;
     TellModified();
 }

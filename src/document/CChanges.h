@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QUndoStack>
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -69,8 +70,13 @@ public:
     };
 
     // Tells the windows. Steps do it whenever they go back or forth.
-    void Tell(const Change& change) { Q_EMIT Changed(change); }
+    void Tell(const Change& change) {
+        ++revision;
+        Q_EMIT Changed(change);
+    }
 
+    // Another number after each change.
+    std::uint64_t Revision() const noexcept { return revision; }
     bool IsModified() const { return touched || !undo.isClean(); }
     // The project was changed by what is no step.
     void Touch();
@@ -93,6 +99,7 @@ private:
     void TellModified();
 
     CGraveyard& graveyard;
+    std::uint64_t revision = 0;
     bool touched = false;
     bool toldModified = false;
     QUndoStack undo;

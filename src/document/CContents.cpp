@@ -13,10 +13,11 @@ namespace {
 
 bool IsPattern(int pattern) { return pattern >= 0 && pattern < kPatternCount; }
 
-// The points of slot `from` in slot `to` as well.
-std::shared_ptr<const CEventLanes> WithCopiedSlot(const CEventLanes& lanes, int from, int to) {
+// `lanes` with the points that `source` has in slot `from` in slot `to`.
+std::shared_ptr<const CEventLanes> WithCopiedSlot(const CEventLanes& lanes, const CEventLanes& source, int from,
+                                                  int to) {
     CEventLanesBuilder builder;
-    for (const CEventLanes::Lane& lane : lanes.Lanes(from)) builder.Append(to, lane.index, *lane.points);
+    for (const CEventLanes::Lane& lane : source.Lanes(from)) builder.Append(to, lane.index, *lane.points);
     return std::make_shared<const CEventLanes>(lanes.WithSlotOf(builder.Build(), to));
 }
 
@@ -41,6 +42,22 @@ void CContents::SetPattern(std::uint32_t id, int pattern, std::shared_ptr<const 
     const auto instrument = context.InstrumentById(id);
     if (!instrument || !IsPattern(pattern) || !next) return;
     context.changes.Publish(PatternPlace(instrument, pattern), std::move(next), undoName);
+}
+
+// Files keep the number beside the notes, too.
+void CContents::SetSteps(int index, int pattern, int count) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || !IsPattern(pattern) || count < 1 || count > kMaximumStepCount) return;
+    const auto before = instrument->patterns[static_cast<std::size_t>(pattern)].ForEdit();
+    if (before->StepCount() == count && instrument->stepNumber.Get() == count) return;
+    CIntegerValue& number = instrument->stepNumber;
+    const auto set = [instrument, &number](int value) { number.Set(value); };
+    CGesture change(context.changes);
+    change.Publish(PatternPlace(instrument, pattern),
+                   std::make_shared<const CPattern>(count, before->Notes(), std::min(before->LoopStart(), count - 1)));
+    change.Note(
+        &number, [set, former = number.Get()] { set(former); }, [set, count] { set(count); });
+    change.Finish(Text("Number of steps"));
 }
 
 void CContents::SetPlaylist(std::uint32_t id, std::shared_ptr<const Playlist> next, const QString& undoName) {
@@ -89,7 +106,9 @@ void CContents::CopyPattern(int index, int from, int to) {
     copy.Publish(PatternPlace(instrument, to), instrument->patterns[source].ForEdit());
     for (const ELanes family : {ELanes::kMidi, ELanes::kMix, ELanes::kPlugin}) {
         const Place<CEventLanes> lanes = LanesPlace(instrument, family);
-        if (lanes.target) copy.Publish(lanes, WithCopiedSlot(*lanes.target->ForEdit(), from, to));
+        if (!lanes.target) continue;
+        const auto now = lanes.target->ForEdit();
+        copy.Publish(lanes, WithCopiedSlot(*now, *now, from, to));
     }
     const auto set = [this, instrument, &mark](int value) {
         mark.Set(value);
@@ -99,6 +118,28 @@ void CContents::CopyPattern(int index, int from, int to) {
         &mark, [set, before = mark.Get()] { set(before); },
         [set, after = instrument->patternUsed[source].Get()] { set(after); });
     copy.Finish(Text("Copy pattern"));
+}
+
+void CContents::PastePattern(int index, int pattern, const PatternClip& clip) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || !IsPattern(pattern)) return;
+    CGesture paste(context.changes);
+    paste.Publish(PatternPlace(instrument, pattern), clip.set.patterns[static_cast<std::size_t>(clip.pattern)]);
+    const auto plugin = instrument->plugin.ForEdit()->plugin;
+    const bool samePlugin = plugin && plugin->Identity().displayName == clip.set.pluginName;
+    const struct {
+        ELanes family;
+        const CEventLanes& points;
+        bool isWanted;
+    } families[] = {{ELanes::kMidi, clip.set.midiLanes, clip.IsWhole()},
+                    {ELanes::kMix, clip.set.mixLanes, clip.IsWhole()},
+                    {ELanes::kPlugin, clip.set.pluginLanes, clip.IsWhole() && samePlugin}};
+    for (const auto& [family, points, isWanted] : families) {
+        const Place<CEventLanes> lanes = LanesPlace(instrument, family);
+        if (!lanes.target || !isWanted) continue;
+        paste.Publish(lanes, WithCopiedSlot(*lanes.target->ForEdit(), points, clip.pattern, pattern));
+    }
+    paste.Finish(Text("Paste pattern"));
 }
 
 // The whole block may change: all patterns, their marks and their points.

@@ -6,6 +6,7 @@
 
 #include "document/CInstrumentStack.h"
 #include "document/DocumentContext.h"
+#include "model/files/PatternRecords.h"
 
 namespace quib {
 
@@ -18,7 +19,12 @@ public:
     void SelectPattern(int instrument, int pattern);
     // The notes, the marks and the pattern's points of automation.
     void CopyPattern(int instrument, int from, int to);
+    // What the clip holds in place of what is there: the notes, and of a whole pattern the automation, that
+    // of the plug-in where it is the same one.
+    void PastePattern(int instrument, int pattern, const PatternClip& clip);
     void SetPattern(std::uint32_t id, int pattern, std::shared_ptr<const CPattern> next, const QString& undoName);
+    // Number of steps of a pattern, 1..kMaximumStepCount, and of those that follow; one step of undo.
+    void SetSteps(int instrument, int pattern, int count);
     void SetPlaylist(std::uint32_t id, std::shared_ptr<const Playlist> next, const QString& undoName);
     void SetLanes(std::uint32_t id, ELanes family, std::shared_ptr<const CEventLanes> next, const QString& undoName);
     void SetMasterLanes(std::shared_ptr<const CEventLanes> next, const QString& undoName);

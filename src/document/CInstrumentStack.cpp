@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "document/CContents.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/InstrumentFile.h"
 #include "texts/Texts.h"
@@ -14,6 +15,12 @@ namespace quib {
 namespace {
 
 bool IsInstrumentFile(const QString& path) { return path.endsWith(QLatin1String(".ist"), Qt::CaseInsensitive); }
+
+// What ends a field or a line of a file is no part of a title.
+std::string UsableTitle(std::string title) {
+    std::erase_if(title, [](char character) { return character == ';' || character == '\r' || character == '\n'; });
+    return title;
+}
 
 // Plug-ins that come back must not sound on where they were taken away.
 void SilencePlugins(const CInstrument& instrument) {
@@ -56,12 +63,18 @@ std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nam
     const auto plugin = places.LoadLibrary(nameOrPath, ESlotKind::kInstrument, error);
     if (!plugin) return nullptr;
     auto instrument = std::make_shared<CInstrument>();
-    instrument->title = plugin->Identity().displayName;
-    if (instrument->title.empty()) instrument->title = QFileInfo(nameOrPath).completeBaseName().toStdString();
+    instrument->title = UsableTitle(plugin->Identity().displayName);
+    if (instrument->title.empty()) {
+        instrument->title = UsableTitle(QFileInfo(nameOrPath).completeBaseName().toStdString());
+    }
     auto slot = std::make_shared<PluginSlot>();
     slot->plugin = plugin;
     instrument->plugin.Prepare(std::move(slot));
     return instrument;
+}
+
+void CInstrumentStack::StartSilent(CInstrument& loaded) const {
+    if (context.settings.IsOn(QStringLiteral("LevelOffWhenLoadingInst"))) loaded.strip.level.Set(0.0F);
 }
 
 int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
@@ -71,7 +84,7 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     }
     const auto instrument = MakeInstrument(nameOrPath, error);
     if (!instrument) return -1;
-    if (context.settings.IsOn(QStringLiteral("LevelOffWhenLoadingInst"))) instrument->strip.level.Set(0.0F);
+    StartSilent(*instrument);
     KeepKeys(*instrument);
     InstrumentList list = Instruments();
     list.push_back(instrument);
@@ -118,7 +131,7 @@ void CInstrumentStack::ReplaceInstrument(int index, std::shared_ptr<CInstrument>
     SetInstruments(std::move(list), index, name);
 }
 
-// The plug-in stays, in its state; the equaliser and insert switches are not touched either.
+// The plug-in stays, in its state but without its automation; the equaliser and insert switches are not touched.
 void CInstrumentStack::ResetInstrument(int index) {
     const auto old = Instrument(index);
     if (!old) return;
@@ -132,12 +145,22 @@ void CInstrumentStack::ResetInstrument(int index) {
     for (std::size_t i = 0; i < old->inserts.size(); ++i) {
         fresh->inserts[i].Prepare(old->inserts[i].ForEdit());
     }
+    const CChanges::CMacro step(context.changes, Text("Reset instrument"));
+    const auto clear = [this, &old](const PluginSlot& slot, int family) {
+        if (!slot.plugin) return;
+        context.changes.Publish<CEventLanes>(
+            {Part(slot.plugin, slot.plugin->lanes), {EChange::kLanes, old->Id(), family}},
+            std::make_shared<const CEventLanes>(), Text("Reset instrument"));
+    };
+    clear(*old->plugin.ForEdit(), static_cast<int>(ELanes::kPlugin));
+    clear(*old->inserts[0].ForEdit(), static_cast<int>(ELanes::kInsert1));
+    clear(*old->inserts[1].ForEdit(), static_cast<int>(ELanes::kInsert2));
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }
 
 void CInstrumentStack::RenameInstrument(int index, const QString& title) {
     const auto instrument = Instrument(index);
-    std::string next = title.toStdString();
+    std::string next = UsableTitle(title.toStdString());
     if (!instrument || instrument->title == next) return;
     const auto set = [this, instrument](const std::string& text) {
         instrument->title = text;
@@ -167,6 +190,7 @@ bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& e
     error = QString::fromStdString(reason);
     if (!instrument) return false;
     warnings = std::move(loading.warnings);
+    StartSilent(*instrument);
     KeepKeys(*instrument);
     ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
     return true;

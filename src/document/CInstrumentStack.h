@@ -74,6 +74,8 @@ private:
     void ReplaceInstrument(int index, std::shared_ptr<CInstrument> next, const QString& name);
     std::shared_ptr<CInstrument> MakeInstrument(const QString& nameOrPath, QString& error);
     void KeepKeys(const CInstrument& loaded) { loadedKeys[loaded.Id()] = loaded.play.heldKeys.Items(); }
+    // As the setting "LevelOffWhenLoadingInst" wants it.
+    void StartSilent(CInstrument& loaded) const;
     void ApplySolo();
 
     const DocumentContext& context;

@@ -23,7 +23,7 @@ CNoteRecording::CNoteRecording(const DocumentContext& document, const CSelection
         return context.settings.ReadSettingInt(kSettingsSection, QLatin1String(name), missing);
     };
     options.replace = read(kReplace, 0) == 1;
-    options.grid = std::clamp(read(kGrid, 0), 0, 100'000) / 100.0;
+    options.grid = std::clamp(read(kGrid, 100), 0, 100'000) / 100.0;
     options.strength = static_cast<float>(std::clamp(read(kStrength, 100), 0, 100)) / 100;
 }
 
@@ -37,8 +37,15 @@ void CNoteRecording::SetOptions(const NoteTakeOptions& next) {
     write(kStrength, static_cast<int>(std::lround(options.strength * 100)));
 }
 
+void CNoteRecording::ArmSwitched() {
+    if (!Armed().IsOn() || context.audio.Picture().playing) return;
+    now.running = false;  // the end of what played before is not that of this
+    context.audio.Post({EngineCommand::EKind::kPlay});
+}
+
 void CNoteRecording::Look() {
     const PlayPicture& picture = context.audio.Picture();
+    if (now.running && !picture.playing) Armed().Set(0.0F);
     now = {picture.playing, picture.sampleCounter};
     const auto current = selection.CurrentInstrument();
     for (std::size_t index = 0; current && index < picture.instrumentCount; ++index) {

@@ -15,8 +15,10 @@ class CNoteRecording {
 public:
     CNoteRecording(const DocumentContext& document, const CSelection& shownSelection);
 
-    // The arm, which is also the engine's switch.
+    // The arm, which is also the engine's switch. It goes off when playing ends.
     CValue& Armed() const noexcept { return context.audio.noteCapture.recording; }
+    // The arm was switched by hand: what is stopped plays at once.
+    void ArmSwitched();
     const NoteTakeOptions& Options() const noexcept { return options; }
     // Kept in the settings.
     void SetOptions(const NoteTakeOptions& next);

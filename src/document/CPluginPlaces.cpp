@@ -161,14 +161,33 @@ void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const Pl
         [publish, before = slot->ForEdit()] { publish(before); });
 }
 
-bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
-    if (!PublishedSlot(place)) return false;
+std::shared_ptr<const PluginSlot> CPluginPlaces::LoadedSlot(const SlotPlace& place, const QString& nameOrPath,
+                                                            QString& error) {
+    if (!PublishedSlot(place)) return nullptr;
     const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
     const auto plugin = LoadLibrary(nameOrPath, isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect, error);
-    if (!plugin) return false;
-    auto next = std::make_shared<PluginSlot>();
-    next->plugin = plugin;
-    PublishSlot(place, std::move(next), Text("Load plug-in"));
+    if (!plugin) return nullptr;
+    auto slot = std::make_shared<PluginSlot>();
+    slot->plugin = plugin;
+    return slot;
+}
+
+bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
+    auto slot = LoadedSlot(place, nameOrPath, error);
+    if (slot) PublishSlot(place, slot, Text("Load plug-in"));
+    return slot != nullptr;
+}
+
+bool CPluginPlaces::LoadInsert(const SlotPlace& place, const QString& nameOrPath, QString& error) {
+    const auto instrument = context.InstrumentById(place.instrument);
+    const auto slot = instrument ? LoadedSlot(place, nameOrPath, error) : nullptr;
+    if (!slot) return false;
+    const CChanges::CMacro step(context.changes, Text("Load plug-in"));
+    PublishSlot(place, slot, Text("Load plug-in"));
+    CValue& on = instrument->strip.insertOn[static_cast<std::size_t>(place.index)];
+    const float before = on.Get();
+    on.Set(1.0F);
+    context.changes.ValueEdited(Part(instrument, on), before, 1.0F, Text("Load plug-in"));
     return true;
 }
 

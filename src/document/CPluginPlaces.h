@@ -31,6 +31,8 @@ public:
     // Null for a place that does not exist.
     std::shared_ptr<const PluginSlot> Slot(const SlotPlace& place) const;
     bool LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error);
+    // The same into an insert of an instrument, whose switch is on afterwards; one step of undo.
+    bool LoadInsert(const SlotPlace& place, const QString& nameOrPath, QString& error);
     void ClearPlugin(const SlotPlace& place);
     bool LoadBank(const SlotPlace& place, const QString& path, QString& error);
     bool SaveBank(const SlotPlace& place, const QString& path, QString& error);
@@ -73,6 +75,7 @@ private:
     void ConnectEnvironment();
     std::shared_ptr<CPublished<PluginSlot>> PublishedSlot(const SlotPlace& place) const;
     std::shared_ptr<CPlugin> LoadNamed(const PluginReference& wanted, ESlotKind kind, std::string& error);
+    std::shared_ptr<const PluginSlot> LoadedSlot(const SlotPlace& place, const QString& nameOrPath, QString& error);
     void PublishSlot(const SlotPlace& place, std::shared_ptr<const PluginSlot> next, const QString& name);
     static State StateOf(CPlugin& plugin);
     static void SetState(CPlugin& plugin, const State& state);

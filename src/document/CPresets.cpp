@@ -9,6 +9,10 @@
 
 namespace quib {
 
+namespace {
+constexpr int kVelocity = 100;  // of keys that a preset holds
+}
+
 void CPresets::SetPresets(const std::shared_ptr<CInstrument>& instrument, std::vector<Preset> next,
                           const QString& name) {
     const auto set = [this, instrument](const std::vector<Preset>& list) {
@@ -43,31 +47,67 @@ void CPresets::RemovePreset(int index, int preset) {
     SetPresets(instrument, std::move(next), Text("Remove preset"));
 }
 
-void CPresets::ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const Preset& preset) {
+void CPresets::ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const Preset& preset, int number) {
     std::erase_if(recalls, [&](const Recall& recall) { return recall.instrument == instrument; });
     recalls.push_back({instrument, std::make_unique<CPresetRecall>(*instrument, preset, context.changes.Graveyard(),
                                                                    context.audio.Format().sampleRate)});
     context.audio.Post({EngineCommand::EKind::kSelectPattern, instrument->Id(), preset.patternSelected});
+    PressKeys(*instrument, preset.keyboardKeys);
+    recalled[instrument->Id()] = number;
     TellRecalled(*instrument);
 }
 
-void CPresets::RecallPreset(int index, int preset) {
-    const auto instrument = context.Instrument(index);
-    if (!instrument || preset < 0 || preset >= static_cast<int>(instrument->presets.size())) return;
-    auto wanted = std::make_shared<const Preset>(instrument->presets[static_cast<std::size_t>(preset)]);
-    auto before = std::make_shared<const Preset>(TakePreset(*instrument, stack.HeldKeysOf(*instrument)));
-    context.changes.Push(
-        Text("Recall preset"), [this, instrument, wanted = std::move(wanted)] { ApplyPreset(instrument, *wanted); },
-        [this, instrument, before = std::move(before)] { ApplyPreset(instrument, *before); });
+// Keys that the preset holds go down. Those of the preset before come up; what the user holds is the user's.
+void CPresets::PressKeys(const CInstrument& instrument, const std::vector<std::int32_t>& keys) {
+    const auto held = stack.HeldKeysOf(instrument);
+    const auto isIn = [](const std::vector<std::int32_t>& list, std::int32_t key) {
+        return std::find(list.begin(), list.end(), key) != list.end();
+    };
+    std::vector<std::int32_t>& pressed = pressedKeys[instrument.Id()];
+    for (const std::int32_t key : pressed) {
+        if (!isIn(keys, key)) transport.PlayKey(instrument.Id(), key, 0);
+    }
+    std::erase_if(pressed, [&](std::int32_t key) { return !isIn(keys, key); });
+    for (const std::int32_t key : keys) {
+        if (isIn(held, key) || isIn(pressed, key)) continue;
+        transport.PlayKey(instrument.Id(), key, kVelocity);
+        pressed.push_back(key);
+    }
 }
 
-void CPresets::RecallPresets(int preset) {
-    if (!context.settings.IsOn(QStringLiteral("PresetOn")) || preset < 0 || preset >= PresetCount()) return;
+bool CPresets::RecallPreset(int index, int preset) {
+    const auto instrument = context.Instrument(index);
+    if (!instrument || preset < 0 || preset >= static_cast<int>(instrument->presets.size())) return false;
+    auto wanted = std::make_shared<const Preset>(instrument->presets[static_cast<std::size_t>(preset)]);
+    auto before = std::make_shared<const Preset>(TakePreset(*instrument, stack.HeldKeysOf(*instrument)));
+    const int numberBefore = Recalled(instrument->Id());
+    context.changes.Push(
+        Text("Recall preset"),
+        [this, instrument, wanted = std::move(wanted), preset] { ApplyPreset(instrument, *wanted, preset + 1); },
+        [this, instrument, before = std::move(before), numberBefore] {
+            ApplyPreset(instrument, *before, numberBefore);
+        });
+    return true;
+}
+
+int CPresets::Recalled(std::uint32_t instrument) const {
+    const auto known = recalled.find(instrument);
+    return known != recalled.end() ? known->second : 0;
+}
+
+bool CPresets::RecallPresets(int preset, EOrigin origin) {
+    const bool isOn = context.settings.IsOn(QStringLiteral("PresetOn"));
+    if (!isOn && (origin == EOrigin::kUser || !toldOff)) {
+        context.notice(Text("Presets are switched off: Settings > Presets On lets the console and MIDI recall them."));
+    }
+    toldOff = !isOn;
+    if (!isOn || preset < 0 || preset >= PresetCount()) return false;
     const CChanges::CMacro step(context.changes, Text("Select preset"));
     const float before = presetSelected.Get();
-    presetSelected.Set(static_cast<float>(preset));
+    presetSelected.Set(static_cast<float>(preset + 1));
     context.changes.ValueEdited(EnginePart(presetSelected), before, presetSelected.Get(), Text("Select preset"));
     for (int index = 0; index < static_cast<int>(context.Instruments().size()); ++index) RecallPreset(index, preset);
+    return true;
 }
 
 int CPresets::PresetCount() const {
@@ -112,6 +152,8 @@ void CPresets::PollRecalls() {
 
 void CPresets::ProjectReplaced(float selected) {
     recalls.clear();
+    recalled.clear();
+    pressedKeys.clear();
     presetSelected.Set(selected);
 }
 

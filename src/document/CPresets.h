@@ -3,10 +3,12 @@
 
 // Presets of the instruments, alone and all together. User-interface thread.
 
+#include <map>
 #include <memory>
 #include <vector>
 
 #include "document/CInstrumentStack.h"
+#include "document/CTransportControl.h"
 #include "document/DocumentContext.h"
 #include "model/Presets.h"
 
@@ -14,16 +16,21 @@ namespace quib {
 
 class CPresets {
 public:
-    CPresets(const DocumentContext& document, CInstrumentStack& instruments) : context(document), stack(instruments) {}
+    CPresets(const DocumentContext& document, CInstrumentStack& instruments, CTransportControl& transportControl)
+        : context(document), stack(instruments), transport(transportControl) {}
 
     void AddPreset(int instrument);
     void PastePreset(int instrument, int preset);
     void RemovePreset(int instrument, int preset);
-    void RecallPreset(int instrument, int preset);
-    // Of every instrument that has one of that number, as the preset selector does; nothing when
-    // "PresetOn" is off.
-    void RecallPresets(int preset);
+    bool RecallPreset(int instrument, int preset);  // false: there is none
+    // The number, from 1, of the preset that an instrument was given last; 0: none.
+    int Recalled(std::uint32_t instrument) const;
+    // Of every instrument that has one of that number, as the preset selector does. False when none has; also
+    // when "PresetOn" is off, which the user is told: after each click, but once for all that MIDI selects.
+    enum class EOrigin { kUser, kMidi };
+    bool RecallPresets(int preset, EOrigin origin = EOrigin::kUser);
     int PresetCount() const;  // of the instrument that has most
+    // The number, from 1, of the preset that all instruments were given last; 0: none.
     CValue& SelectedPreset() noexcept { return presetSelected; }
     // MIDI assignment of the selector: channel selector, base note, mode.
     void SetPresetMidi(int channel, int baseNote, int mode);
@@ -40,13 +47,18 @@ private:
     };
 
     void SetPresets(const std::shared_ptr<CInstrument>& instrument, std::vector<Preset> next, const QString& name);
-    void ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const Preset& preset);
+    void ApplyPreset(const std::shared_ptr<CInstrument>& instrument, const Preset& preset, int number);
+    void PressKeys(const CInstrument& instrument, const std::vector<std::int32_t>& keys);
     void TellRecalled(const CInstrument& instrument);
 
     const DocumentContext& context;
     CInstrumentStack& stack;
+    CTransportControl& transport;
     CValue presetSelected;
     std::vector<Recall> recalls;
+    std::map<std::uint32_t, int> recalled;                           // number from 1 by instrument
+    std::map<std::uint32_t, std::vector<std::int32_t>> pressedKeys;  // by recalling, by instrument
+    bool toldOff = false;
 };
 
 }  // namespace quib

@@ -43,6 +43,14 @@ void CRecorder::Stop() {
     changed.notify_all();
 }
 
+void CRecorder::Continue(int sampleRate) {
+    const std::lock_guard lock(mutex);
+    if (!progress.recording || order != EOrder::kNone) return;
+    rate = sampleRate;
+    order = EOrder::kContinue;
+    changed.notify_all();
+}
+
 void CRecorder::Finish() { Order(EOrder::kStop); }
 
 bool CRecorder::IsRecording() const {
@@ -78,13 +86,15 @@ void CRecorder::Obey(std::unique_lock<std::mutex>& lock) {
     lock.unlock();
     if (given == EOrder::kStart) {
         started = lame.StartRecording(file, sampleRate);
+    } else if (given == EOrder::kContinue) {
+        started = lame.ContinueRecording(sampleRate);
     } else if (given == EOrder::kNone) {
         lame.Flush();
     } else {
         lame.StopRecording(CLame::ELastBuffer::kWrite);
     }
-    Progress next{lame.IsRecording(),   lame.Seconds(),      lame.BytesWritten(),
-                  lame.DroppedFrames(), lame.ProgressText(), lame.Error()};
+    Progress next{lame.IsRecording(),  lame.Seconds(), lame.BytesWritten(),     lame.DroppedFrames(),
+                  lame.ProgressText(), lame.Error(),   lame.FilePath().string()};
     if (started == CLame::kNoEncoder) {
         next.text = TextKey("Cannot open MP3 Encoder !");
     } else if (!next.error.empty()) {

@@ -27,6 +27,7 @@ public:
         std::uint64_t droppedFrames = 0;
         std::string text;   // "Time: ...", or what went wrong
         std::string error;  // path and reason; empty while all is well
+        std::string file;   // that is written now, or was last
     };
 
     CRecorder();
@@ -40,6 +41,8 @@ public:
     // Starts a file, ending one that is being recorded. False when it could not be started; Now().text
     // then is for the display. Waits for the disk.
     bool Start(const std::filesystem::path& path, int sampleRate);
+    // Asks to go on in another file, since the sound comes at another rate.
+    void Continue(int sampleRate);
     // Asks for the end; the file is complete when Now() says that nothing records.
     void Stop();
     // The same, and waits until the file is complete.
@@ -49,7 +52,7 @@ public:
     Progress Now() const;
 
 private:
-    enum class EOrder { kNone, kStart, kStop, kQuit };
+    enum class EOrder { kNone, kStart, kContinue, kStop, kQuit };
 
     void Run();
     void Obey(std::unique_lock<std::mutex>& lock);

@@ -6,13 +6,19 @@ namespace quib {
 bool CRecording::Start(const QString& path) {
     reportedError.clear();
     recordedRate = static_cast<int>(context.audio.Format().sampleRate);
-    return recorder.Start(path.toStdString(), recordedRate);
+    recordedFile = path.toStdString();
+    return recorder.Start(recordedFile, recordedRate);
 }
 
 void CRecording::Tick() {
     const CRecorder::Progress now = recorder.Now();
     // A file has one rate.
-    if (now.recording && recordedRate != static_cast<int>(context.audio.Format().sampleRate)) recorder.Stop();
+    const int rate = static_cast<int>(context.audio.Format().sampleRate);
+    if (now.recording && recordedRate != rate) recorder.Continue(recordedRate = rate);
+    if (now.recording && now.file != recordedFile) {
+        recordedFile = now.file;
+        context.notice(Text("The recording goes on in %1").arg(QString::fromStdString(now.file)));
+    }
     if (now.error.empty() || now.error == reportedError) return;
     reportedError = now.error;
     context.tell(QStringLiteral("QUIBBOX"), QString::fromStdString(now.error));

@@ -27,13 +27,15 @@ public:
     QString ProgressText() const { return Text(recorder.Now().text.c_str()); }
     double Seconds() const { return recorder.Now().seconds; }
     quint64 Bytes() const { return recorder.Now().bytes; }
-    // Tells an error once, and ends a recording whose rate has changed; from the timer.
+    // Tells an error once, and that a recording goes on in another file, as it does when its rate changes;
+    // from the timer.
     void Tick();
 
 private:
     const DocumentContext& context;
     CRecorder& recorder;
     int recordedRate = 0;  // Hz
+    std::string recordedFile;
     std::string reportedError;
 };
 

@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "platform/CAtomicFile.h"
+#include "platform/CFileBytes.h"
 #include "project/ProjectEngine.h"
 #include "texts/Texts.h"
 
@@ -20,13 +22,36 @@ constexpr qint64 kTimedInterval = 60;  // seconds
 
 }  // namespace
 
+CSession::CSession(const DocumentContext& document, const Parts& documentParts)
+    : context(document),
+      parts(documentParts),
+      journal(
+          context.changes, saver, [this] { return GatherState(); },
+          [this](const CInstrument& instrument) { return parts.stack.HeldKeysOf(instrument); },
+          [this](const std::string& error) { BackupDone(error); }) {}
+
+void CSession::Tick() {
+    if (!guest) journal.Tick(context.folders.journal.toStdString());
+    saver.Poll();
+}
+
+// The journal is younger unless the backup has been written since.
+QString CSession::CrashCopy() const {
+    const QFileInfo written(context.folders.journal);
+    const bool isYounger =
+        written.exists() && written.lastModified() >= QFileInfo(context.folders.backupProject).lastModified();
+    return isYounger ? context.folders.journal : context.folders.backupProject;
+}
+
 QString CSession::ProjectName() const {
     return projectPath.isEmpty() ? Text("Untitled") : QFileInfo(projectPath).completeBaseName();
 }
 
 void CSession::NewProject() {
     warnings.clear();
-    Publish({}, {});
+    ProjectState empty;
+    empty.master.songMode = 0;  // there is no song yet: it would be silent
+    Publish(std::move(empty), {});
 }
 
 bool CSession::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {
@@ -41,8 +66,9 @@ bool CSession::LoadProject(const QString& path, QString& error, const LoadProgre
     return true;
 }
 
-bool CSession::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error) {
-    if (!LoadProject(path, error)) return false;
+bool CSession::LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error,
+                           const LoadProgress& progress) {
+    if (!LoadProject(path, error, progress)) return false;
     SetSaved(projectFile);
     if (modified) context.changes.Touch();
     return true;
@@ -68,6 +94,7 @@ void CSession::Publish(ProjectState state, const QString& path) {
     detector = state.detector;
     SetSaved(path);
     context.changes.Tell({EChange::kProject});
+    journal.Restart();
     parts.selection.Renew(state.instruments.empty() ? -1 : 0);
 }
 
@@ -122,26 +149,56 @@ void CSession::WriteCopy(const QString& path, CAsyncSave::Done done) {
 }
 
 void CSession::WriteBackup(bool timed) {
+    if (guest) return;
     std::string bytes = Bytes();
     const std::size_t fingerprint = std::hash<std::string>()(bytes);
     const QDateTime now = QDateTime::currentDateTime();
     const bool isDue = !lastTimedBackup.isValid() || lastTimedBackup.secsTo(now) >= kTimedInterval;
+    const auto done = [this](const std::string& error) { BackupDone(error); };
     if (timed && isDue && fingerprint != backedUp) {
-        const QString name = QLatin1String(kTimedPrefix) + now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
-        saver.Write((context.folders.backups + name + QLatin1String(kTimedSuffix)).toStdString(), bytes);
+        saver.Write(TimedPath(now).toStdString(), bytes, done);
         saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
         lastTimedBackup = now;
         backedUp = fingerprint;
     }
-    saver.Write(context.folders.backupProject.toStdString(), std::move(bytes));
+    saver.Write(context.folders.backupProject.toStdString(), std::move(bytes), done);
 }
 
-void CSession::KeepCopy(const QString& path) {
+// Told once, until a backup could be written again.
+void CSession::BackupDone(const std::string& error) {
+    if (!error.empty()) backedUp = 0;
+    if (std::exchange(backupFailed, !error.empty()) || error.empty()) return;
+    context.notice(
+        Text("Backups cannot be written, so a crash would lose your work: %1").arg(QString::fromStdString(error)));
+}
+
+QString CSession::TimedPath(const QDateTime& time) const {
+    return context.folders.backups + QLatin1String(kTimedPrefix) + time.toString(QStringLiteral("yyyyMMdd-HHmmss")) +
+           QLatin1String(kTimedSuffix);
+}
+
+// A second that is taken by something else gives way to the next one.
+bool CSession::KeepCopy(const QString& path) {
     const QFileInfo file(path);
-    if (!file.exists()) return;
-    const QString name = file.lastModified().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QFile::copy(path, context.folders.backups + QLatin1String(kTimedPrefix) + name + QLatin1String(kTimedSuffix));
+    if (!file.exists()) return true;
+    CFileBytes bytes;
+    std::string error;
+    if (!bytes.Read(path.toStdString(), error)) return false;
+    QDateTime time = file.lastModified();
+    for (; QFileInfo::exists(TimedPath(time)); time = time.addSecs(1)) {
+        CFileBytes other;
+        if (other.Read(TimedPath(time).toStdString(), error) && other.View() == bytes.View()) return true;
+    }
+    if (!CAtomicFile().Replace(TimedPath(time).toStdString(), bytes.View(), error)) return false;
     saver.Prune(context.folders.backups.toStdString(), kTimedPrefix, kTimedSuffix, kTimedBackups);
+    return true;
+}
+
+bool CSession::WriteTimedCopy(QString& error) {
+    saver.Write(TimedPath(QDateTime::currentDateTime()).toStdString(), Bytes(),
+                [&error](const std::string& reason) { error = QString::fromStdString(reason); });
+    saver.Finish();
+    return error.isEmpty();
 }
 
 QStringList CSession::TimedBackups() const {

@@ -12,6 +12,7 @@
 
 #include "document/CAsyncSave.h"
 #include "document/CContents.h"
+#include "document/CJournal.h"
 #include "document/CPresets.h"
 #include "document/CSong.h"
 #include "document/CTransportControl.h"
@@ -35,12 +36,13 @@ public:
         CSong& song;
     };
 
-    CSession(const DocumentContext& document, const Parts& documentParts) : context(document), parts(documentParts) {}
+    CSession(const DocumentContext& document, const Parts& documentParts);
 
     void NewProject();
     bool LoadProject(const QString& path, QString& error, const LoadProgress& progress = {});
     // As LoadProject, from a copy of the project `projectFile` (empty: of one without a file).
-    bool LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error);
+    bool LoadSession(const QString& path, const QString& projectFile, bool modified, QString& error,
+                     const LoadProgress& progress = {});
     // Gathers the state now and writes it on another thread; `done` is told the error, or nothing.
     void SaveProject(const QString& path, std::function<void(const QString& error)> done);
     bool SaveProject(const QString& path, QString& error);  // waits for the disk
@@ -48,8 +50,18 @@ public:
     void WriteCopy(const QString& path, CAsyncSave::Done done = {});
     // The periodic backup, and one more among the last ten with their times.
     void WriteBackup(bool timed);
-    // Puts a copy of a file among the timed backups, under the time of its last change.
-    void KeepCopy(const QString& path);
+    // Puts a copy of a file among the timed backups, under the time of its last change. True when it is there,
+    // or when there is no such file.
+    bool KeepCopy(const QString& path);
+    // Writes the project among the timed backups now, and waits for the disk.
+    bool WriteTimedCopy(QString& error);
+    // What a run that did not end properly has written last.
+    QString CrashCopy() const;
+    // Goes on with the journal, and tells the ends of files; from the 40 ms timer.
+    void Tick();
+    // A guest in a folder that belongs to another run: its backups are not written any more.
+    void SetGuest() noexcept { guest = true; }
+    bool IsGuest() const noexcept { return guest; }
     QStringList TimedBackups() const;  // newest first
     ProjectState GatherState();
     QString ProjectPath() const { return projectPath; }
@@ -69,15 +81,20 @@ private:
     void Publish(ProjectState state, const QString& path);
     std::string Bytes();
     void SetSaved(const QString& path);
+    void BackupDone(const std::string& error);
+    QString TimedPath(const QDateTime& time) const;
 
     const DocumentContext& context;
     Parts parts;
     CAsyncSave saver;
+    CJournal journal;
     DetectorSettings detector;
     QString projectPath;
     std::vector<std::string> warnings;
     QDateTime lastTimedBackup;
     std::size_t backedUp = 0;  // fingerprint of the last timed backup
+    bool backupFailed = false;
+    bool guest = false;
 };
 
 }  // namespace quib

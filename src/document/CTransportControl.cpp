@@ -18,13 +18,29 @@ constexpr float kFastest = 300.0F;
 
 }  // namespace
 
+bool CTransportControl::IsPlaying() const {
+    const PlayPicture& picture = context.audio.Picture();
+    return picture.playing || picture.beatsToStart > 0;
+}
+
+void CTransportControl::Stop() {
+    if (!IsPlaying()) return Panic();
+    context.audio.Post({EngineCommand::EKind::kStop});
+    ++releases.stops;
+}
+
+void CTransportControl::Panic() {
+    context.audio.Post({EngineCommand::EKind::kPanic});
+    ++releases.panics;
+}
+
 void CTransportControl::Locate(int step) {
     context.audio.Post({EngineCommand::EKind::kLocate, 0, std::clamp(step, 0, kMaximumSongStep)});
 }
 
 void CTransportControl::PlayKey(std::uint32_t instrument, int key, int velocity) {
     EngineCommand command{EngineCommand::EKind::kPlayNote, instrument, key, static_cast<float>(velocity)};
-    command.time = ToMilliseconds(Nanoseconds());
+    command.time = Nanoseconds();
     context.audio.Post(command);
 }
 

@@ -15,8 +15,20 @@ public:
     explicit CTransportControl(const DocumentContext& document) : context(document) {}
 
     void Play() { context.audio.Post({EngineCommand::EKind::kPlay}); }
-    void Stop() { context.audio.Post({EngineCommand::EKind::kStop}); }
-    bool IsPlaying() const { return context.audio.Picture().playing; }
+    // What sounds ends; while nothing plays everything ends, known or not.
+    void Stop();
+    // Every note and every pedal of every instrument ends; playing goes on.
+    void Panic();
+    // Go up with each of them: for whoever shows keys as held.
+    struct Releases {
+        std::uint32_t stops = 0;
+        std::uint32_t panics = 0;
+
+        friend bool operator==(const Releases&, const Releases&) = default;
+    };
+    const Releases& KeysReleased() const noexcept { return releases; }
+    // Also while it is counted in.
+    bool IsPlaying() const;
     void Locate(int step);
     // Sets the tempo from the time between two calls or more.
     void TapTempo();
@@ -28,6 +40,7 @@ public:
 private:
     const DocumentContext& context;
     std::vector<std::uint64_t> taps;  // nanoseconds
+    Releases releases;
 };
 
 }  // namespace quib

@@ -39,10 +39,15 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
              [this](const std::string& caption, const std::string& text) {
                  Q_EMIT Message(QString::fromStdString(caption), QString::fromStdString(text));
              }),
-      context{audio, settingsStore, folders, changes,
-              [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); }},
+      context{audio,
+              settingsStore,
+              folders,
+              changes,
+              [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); },
+              [this](const QString& text) { Q_EMIT Notice(text); }},
       take(std::make_unique<CAutomationTake>()) {
     audio.SetRecorder(&recorder.Lame());
+    audio.settings.songMode.Set(0.0F);  // as for a new project
     connect(&session, &CSession::AboutToReplace, this, [this] {
         take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
@@ -69,9 +74,10 @@ void CWorkstation::Tick() {
     FollowNotices();
     presets.PollRecalls();
     audio.Collect();
+    WatchLimits();
     places.Tick();
     recording.Tick();
-    session.Saver().Poll();
+    session.Tick();
 }
 
 void CWorkstation::FollowNotices() {
@@ -85,12 +91,38 @@ void CWorkstation::FollowNotices() {
     take->Finish(Text("Record automation"), changes);
 }
 
+// The render thread sets what it learns; the step of undo needs what was there before.
+void CWorkstation::WatchLimits() {
+    for (const auto& instrument : context.Instruments()) {
+        const MidiInputSettings& midi = instrument->midi;
+        if (midi.limitLearning.Get() >= 0) limitsBefore[instrument->Id()] = {midi.keyFrom.Get(), midi.keyTo.Get()};
+    }
+}
+
+void CWorkstation::LimitLearned(std::uint32_t id) {
+    const auto instrument = context.InstrumentById(id);
+    const auto before = limitsBefore.find(id);
+    const auto tell = [this, id] { changes.Tell({EChange::kInstrument, id}); };
+    if (instrument && before != limitsBefore.end()) {
+        MidiInputSettings& midi = instrument->midi;
+        changes.ValueEdited(Part(instrument, midi.keyFrom), before->second.first, midi.keyFrom.Get(), Text("Key range"),
+                            tell);
+        changes.ValueEdited(Part(instrument, midi.keyTo), before->second.second, midi.keyTo.Get(), Text("Key range"),
+                            tell);
+        limitsBefore.erase(before);
+    }
+    changes.Touch();
+    tell();
+}
+
 void CWorkstation::FollowNotice(const EngineNotice& notice) {
     switch (notice.kind) {
         case EngineNotice::EKind::kPresetSelected:
-            return presets.RecallPresets(notice.value);
-        case EngineNotice::EKind::kProgramSelected:
+            presets.RecallPresets(notice.value, CPresets::EOrigin::kMidi);
+            return;
         case EngineNotice::EKind::kLimitLearned:
+            return LimitLearned(notice.instrument);
+        case EngineNotice::EKind::kProgramSelected:
             changes.Touch();
             changes.Tell({EChange::kInstrument, notice.instrument});
             return;

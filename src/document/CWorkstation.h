@@ -6,11 +6,14 @@
 // parts, so that each change is a step of undo with a name. User-interface thread.
 
 #include <QObject>
+#include <map>
 #include <memory>
+#include <utility>
 
 #include "devices/COutputManager.h"
 #include "document/CContents.h"
 #include "document/CInstrumentStack.h"
+#include "document/CMetronomeControl.h"
 #include "document/CNoteRecording.h"
 #include "document/CPerformance.h"
 #include "document/CPluginPlaces.h"
@@ -49,6 +52,7 @@ public:
     CTransportControl& Transport() noexcept { return transport; }
     CRecording& Recording() noexcept { return recording; }
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
+    CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
@@ -63,10 +67,14 @@ public:
 Q_SIGNALS:
     // A message box, to be shown from the event loop.
     void Message(const QString& caption, const QString& text);
+    // A line that needs no answer.
+    void Notice(const QString& text);
 
 private:
     void FollowNotices();
     void FollowNotice(const EngineNotice& notice);
+    void WatchLimits();
+    void LimitLearned(std::uint32_t id);
 
     Folders folders;
     CRecorder recorder;
@@ -81,12 +89,14 @@ private:
     CContents contents{context};
     CSong song{context, contents};
     CPerformance performance{context};
-    CPresets presets{context, stack};
     CTransportControl transport{context};
+    CPresets presets{context, stack, transport};
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
+    CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport, song}};
     std::unique_ptr<CAutomationTake> take;
+    std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 
 }  // namespace quib

@@ -20,6 +20,8 @@ struct DocumentContext {
     CChanges& changes;
     // Shows a message box from the event loop.
     std::function<void(const QString& caption, const QString& text)> tell;
+    // Tells something that needs no answer, without interrupting.
+    std::function<void(const QString& text)> notice;
 
     const InstrumentList& Instruments() const { return *audio.instruments.ForEdit(); }
     // Null for an index or id that is not there.

@@ -36,7 +36,8 @@ Folders::Folders(const QString& programFolder)
       programs(program + QStringLiteral("Programs/")),
       backups(program + QStringLiteral("Backups/")),
       currentProject(program + QStringLiteral("current.prg")),
-      backupProject(program + QStringLiteral("backup.prg")) {}
+      backupProject(program + QStringLiteral("backup.prg")),
+      journal(program + QStringLiteral("journal.prg")) {}
 
 QString FindProgramFolder(const CSettings& settings, const QString& wanted) {
     if (!wanted.isEmpty()) {

@@ -22,6 +22,7 @@ struct Folders {
     QString backups;
     QString currentProject;  // file written at exit
     QString backupProject;   // file written while the program runs
+    QString journal;         // file written soon after each change
 
     explicit Folders(const QString& programFolder);
     Folders() = default;

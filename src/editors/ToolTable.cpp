@@ -5,6 +5,7 @@
 #include <array>
 
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
+#include "editors/automation/CWinControlParamEvent.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 #include "texts/Texts.h"
 
@@ -26,7 +27,14 @@ const std::array kRows = {
             false,
             Qt::Key_F2,
             Make<CWinControlPianoRoll>},
-    ToolRow{ETool::kAutomation, "ParamEvent", TextKey("Automation"), {900, 500}, false, false, Qt::Key_F3, nullptr},
+    ToolRow{ETool::kAutomation,
+            "ParamEvent",
+            TextKey("Automation"),
+            {900, 500},
+            false,
+            false,
+            Qt::Key_F3,
+            Make<CWinControlParamEvent>},
     ToolRow{ETool::kArpeggiator,
             "Arpeggiator",
             TextKey("Arpeggiator"),

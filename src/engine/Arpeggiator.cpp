@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "engine/CSequencer.h"
+
 namespace quib {
 
 namespace {
@@ -54,10 +56,19 @@ void PlayKey(CInstrument& instrument, const Settings& settings, int offset, int 
         repetition = std::max(0, repetition - 1);
     const int note = held[static_cast<std::size_t>(state.index)] + settings.interval * repetition;
     if (note < 0 || note >= 128) return;
-    if (play.pendingNotes.Items().size() + 2 > InstrumentPlayState::kMaximumPendingNotes) return;
     const int velocity = DrawVelocity(settings.velocity, random);
-    play.pendingNotes.Add({note, velocity, offset});
-    play.pendingNotes.Add({note, 0, offset + std::max(1, stepSamples >> settings.gate)});
+    // A drawn velocity of 0 is a rest.
+    if (velocity > 0) ScheduleNote(play, note, velocity, offset, offset + std::max(1, stepSamples >> settings.gate));
+}
+
+// For keys that were not held before: the order begins where it belongs.
+void Begin(ArpeggiatorState& state, const Settings& settings, int keys) noexcept {
+    if (!state.begun) {
+        const bool downward = settings.order == kOrderDownward;
+        state.index = downward ? std::max(0, keys - 1) : 0;
+        state.upward = !downward;
+    }
+    state.begun = keys > 0;
 }
 
 // Moves the index on. True when a pass over the keys ended.
@@ -109,6 +120,7 @@ void RunArpeggiator(CInstrument& instrument, int offset, int stepSamples, CRando
     const Settings settings(instrument.arpeggiator);
     state.countdown = 1 << settings.rate;
     const int keys = static_cast<int>(instrument.play.heldKeys.Items().size());
+    Begin(state, settings, keys);
     if (state.index >= keys && (settings.order != kOrderRandom || settings.holes == 0.0F)) state.index = 0;
     PlayKey(instrument, settings, offset, stepSamples, random);
     if (settings.extensionMode == kExtendEachKey) {

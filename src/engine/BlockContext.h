@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
+#include "engine/CBlockGrid.h"
 #include "engine/EngineSettings.h"
 #include "model/CInstrument.h"
 #include "model/plugin/CPlugin.h"
@@ -24,7 +26,19 @@ struct BlockInstrument {
     const float* right = nullptr;
 };
 
+// A step that begins in the block, and a beat that is counted in there before playing.
+struct StepBegin {
+    std::int32_t frame;
+    std::int32_t step;
+};
+struct Beat {
+    std::int32_t frame;
+    bool accented;
+};
+
 struct BlockContext {
+    static constexpr std::size_t kMaximumSteps = 1024;
+
     BlockContext() { instruments.reserve(kMaximumInstruments); }
 
     std::vector<BlockInstrument> instruments;
@@ -34,19 +48,24 @@ struct BlockContext {
 
     int frames = 0;
     double sampleRate = 44100.0;
-    bool playing = false;
     bool songMode = false;
-    float songPosition = 0;  // steps
-    float stepFraction = 0;  // of the current step
-    std::uint32_t now = 0;   // milliseconds
-    PlayTime time;
+    CBlockGrid grid;           // empty while nothing plays
+    std::uint64_t now = 0;     // nanoseconds
+    std::uint64_t number = 0;  // of the block
+    PlayTime time;             // at its first frame
+    double quartersPerStep = 0.25;
+    double quartersPerBar = 4.0;
+    CFixedList<StepBegin> steps{kMaximumSteps};
+    CFixedList<Beat> beats{kMaximumSteps};
+    int beatFrames = 0;    // of the tempo
+    int beatsToStart = 0;  // that are counted in before playing begins; 0 when none are
 };
 
-// Frame of the block at which something of that millisecond falls: what came in during the last block keeps
+// Frame of the block at which something of that nanosecond falls: what came in during the last block keeps
 // its distances in this one.
-inline std::int32_t FrameOf(std::uint32_t time, const BlockContext& block) noexcept {
-    const auto age = static_cast<std::int32_t>(block.now - time);
-    const double frame = block.frames - age * block.sampleRate / 1000.0;
+inline std::int32_t FrameOf(std::uint64_t time, const BlockContext& block) noexcept {
+    const auto age = static_cast<std::int64_t>(block.now - time);
+    const double frame = std::round(block.frames - static_cast<double>(age) * block.sampleRate * 1e-9);
     return static_cast<std::int32_t>(std::clamp(frame, 0.0, block.frames - 1.0));
 }
 

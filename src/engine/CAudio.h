@@ -13,8 +13,10 @@
 #include "engine/CBlockGuard.h"
 #include "engine/CCpuMeter.h"
 #include "engine/CInstrumentMixer.h"
+#include "engine/CLiveKeys.h"
 #include "engine/CLiveMidi.h"
 #include "engine/CMasterSection.h"
+#include "engine/CMetronome.h"
 #include "engine/CMidiRouter.h"
 #include "engine/CNoteCapture.h"
 #include "engine/CRenderPool.h"
@@ -44,6 +46,7 @@ public:
     PresetSelection presetSelection;
     CValue recordAutomation;  // switch: incoming controllers are recorded
     NoteCaptureSettings noteCapture;
+    MetronomeSettings metronome;
     CValue testTone;  // switch: a steady tone in the master bus, to check levels
     CValue paused;    // switch: devices play silence and do not render
     std::array<CValue, 2> masterPeak;
@@ -105,14 +108,20 @@ public:
     // Renders one block into the master buffers. False when the engine is being prepared or another
     // thread renders: the buffers are then not the caller's, who plays silence.
     bool RenderBlock() noexcept;
+    // The same asked for at this nanosecond: messages of a block's length before it fall on its first frame.
+    bool RenderBlock(std::uint64_t now) noexcept;
     const float* Master(int channel) const noexcept { return master.Channel(channel); }
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
+    // Frames of the last block, first and end, in which a shared effect gave its output into the mix.
+    std::pair<int, int> EffectSpan(int send) const noexcept { return effects.Span(send); }
 
 private:
-    // `start` in nanoseconds.
-    void RenderOpenBlock(std::uint64_t start) noexcept;
+    // Whether a recording of notes would be counted in.
+    bool CountsIn() const noexcept { return noteCapture.recording.IsOn() && metronome.countIn.Get() > 0; }
+    // `now` in nanoseconds.
+    void RenderOpenBlock(std::uint64_t now) noexcept;
     void GatherBlock() noexcept;
     void GatherInstrument(CInstrument& instrument) noexcept;
 
@@ -130,12 +139,14 @@ private:
     BlockContext block;
     CSongTime songTime;
     CNoteCapture capture{noteCapture, notices};
-    CMidiRouter router{presetSelection, recordAutomation, notices, capture};
+    CLiveKeys keys{capture};
+    CMidiRouter router{presetSelection, recordAutomation, notices, keys};
     CLiveMidi midi;
     CInstrumentMixer mixer{kernels, tables};
     CSharedEffects effects;
     CMasterSection master{kernels, tables, masterPeak};
     CTaps taps;
+    CMetronome clicks{metronome};
 };
 
 }  // namespace quib

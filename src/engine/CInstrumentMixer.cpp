@@ -8,20 +8,13 @@
 
 namespace quib {
 
-namespace {
-
-// Output pair of the drum machine for a send, behind its main pair.
-constexpr int SendOutput(int send) noexcept { return 2 * send + 2; }
-
-}  // namespace
-
 CInstrumentMixer::CInstrumentMixer(const StripKernels& stripKernels, const CLevelTables& levelTables)
     : kernels(stripKernels), tables(levelTables) {
     jobs.reserve(kMaximumInstruments);
     jobOfInstrument.reserve(kMaximumInstruments);
 }
 
-void CInstrumentMixer::Render(BlockContext& block, CRenderPool& pool, CrossfadeGains gains) noexcept {
+void CInstrumentMixer::Render(BlockContext& block, CRenderPool& pool, std::span<const CrossfadeGains> gains) noexcept {
     current = &block;
     crossfade = gains;
     ListJobs(block);
@@ -45,36 +38,25 @@ void CInstrumentMixer::ListJobs(const BlockContext& block) noexcept {
 
 void CInstrumentMixer::RenderInstrument(int index) noexcept {
     BlockInstrument& entry = current->instruments[static_cast<std::size_t>(index)];
-    RenderChain(entry, *current);
     const int job = jobOfInstrument[static_cast<std::size_t>(index)];
+    CStripPieces strip(kernels, tables, *current, crossfade, job < 0 ? nullptr : &jobs[static_cast<std::size_t>(job)]);
+    RenderChain(entry, *current, strip);
     if (job < 0) return;
-    PrepareStrip(entry, jobs[static_cast<std::size_t>(job)]);
+    strip.Finish(entry);
     // Whoever brings the last chain of a group to its end works on the strips of the group.
     const int group = job / kStripGroup;
     if (unfinishedInGroup[static_cast<std::size_t>(group)].fetch_sub(1, std::memory_order_acq_rel) != 1) return;
-    const int first = group * kStripGroup;
-    const int members = std::min(kStripGroup, static_cast<int>(jobs.size()) - first);
-    kernels.processStrips(&jobs[static_cast<std::size_t>(first)], members, current->frames);
+    ProcessGroup(group);
 }
 
-void CInstrumentMixer::PrepareStrip(const BlockInstrument& entry, StripJob& job) const noexcept {
-    CInstrument& instrument = *entry.instrument;
-    const ChannelStrip& strip = instrument.strip;
-    EqBandUpdate update;
-    while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
-
-    StripInput values{ValuesOf(strip), strip.soloMuted.Get()};
-    values.hasSendOutputs = entry.plugin->FeedsSends() && entry.plugin->OutputCount() >= SendOutput(kSendCount);
-    for (int send = 0; values.hasSendOutputs && send < kSendCount; ++send) {
-        job.extraLeft[send] = entry.plugin->Output(SendOutput(send));
-        job.extraRight[send] = entry.plugin->Output(SendOutput(send) + 1);
+void CInstrumentMixer::ProcessGroup(int group) noexcept {
+    const std::size_t end = std::min(jobs.size(), static_cast<std::size_t>((group + 1) * kStripGroup));
+    for (std::size_t first = static_cast<std::size_t>(group * kStripGroup); first < end; ++first) {
+        std::size_t next = first;
+        while (next < end && !jobs[next].isRendered) ++next;
+        if (next > first) kernels.processStrips(&jobs[first], static_cast<int>(next - first), current->frames);
+        first = next;
     }
-    job.inLeft = entry.left;
-    job.inRight = entry.right;
-    job.state = &instrument.play.strip;
-    job.targets = MakeStripTargets(values, tables, crossfade.a, crossfade.b);
-    job.planes = MakeStripPlanes(*instrument.play.planes);
-    job.inputsStay = true;  // nothing is rendered again before the strips are mixed
 }
 
 void CInstrumentMixer::Mix(const BlockContext& block, const MixBuses& buses) noexcept {

@@ -12,36 +12,26 @@
 
 #include "engine/BlockContext.h"
 #include "engine/CRenderPool.h"
-#include "engine/strip/StripKernels.h"
+#include "engine/CStripPieces.h"
 
 namespace quib {
-
-// Smoothed gains of the crossfader's sides, as the last block left them.
-struct CrossfadeGains {
-    float a = 0;
-    float b = 0;
-};
 
 class CInstrumentMixer {
 public:
     CInstrumentMixer(const StripKernels& stripKernels, const CLevelTables& levelTables);
 
-    // Every instrument's chain and strip.
-    void Render(BlockContext& block, CRenderPool& pool, CrossfadeGains gains) noexcept;
+    // Every instrument's chain and strip. `gains`: by frame, the first ones at 0.
+    void Render(BlockContext& block, CRenderPool& pool, std::span<const CrossfadeGains> gains) noexcept;
     // Adds what was rendered to the buses, and shows the peaks.
     void Mix(const BlockContext& block, const MixBuses& buses) noexcept;
 
     // The strips of the block, in the order of the instruments that sound.
     std::span<const StripJob> Strips() const noexcept { return jobs; }
-    // The largest gain towards a shared effect.
-    float LargestSend(int send) const noexcept {
-        return LargestSendGain(jobs.data(), static_cast<int>(jobs.size()), send);
-    }
 
 private:
     void ListJobs(const BlockContext& block) noexcept;
     void RenderInstrument(int index) noexcept;
-    void PrepareStrip(const BlockInstrument& entry, StripJob& job) const noexcept;
+    void ProcessGroup(int group) noexcept;
 
     static void RunTask(void* mixer, int index) noexcept {
         static_cast<CInstrumentMixer*>(mixer)->RenderInstrument(index);
@@ -50,7 +40,7 @@ private:
     const StripKernels& kernels;
     const CLevelTables& tables;
     BlockContext* current = nullptr;  // while it is rendered
-    CrossfadeGains crossfade;
+    std::span<const CrossfadeGains> crossfade;
     std::vector<StripJob> jobs;
     std::vector<int> jobOfInstrument;  // index into `jobs`, -1 for an instrument without sound
     std::array<std::atomic<int>, kMaximumInstruments / kStripGroup> unfinishedInGroup{};

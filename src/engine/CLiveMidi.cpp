@@ -11,11 +11,13 @@ constexpr std::size_t kMaximumLiveMessages = kMaximumBlockEvents / 2;
 void CLiveMidi::Drain(CMidiRouter& router, BlockContext& block, const CTransport& transport) noexcept {
     MidiMessage message;
     std::size_t count = 0;
-    for (CBoundedQueue<MidiMessage>* const queue : {&input, &deviceInput}) {
-        for (; count < kMaximumLiveMessages && queue->TryPop(message); ++count) {
-            router.Dispatch(message, block, transport);
+    const auto drain = [&](CBoundedQueue<MidiMessage>& queue, ELiveSource source) {
+        for (; count < kMaximumLiveMessages && queue.TryPop(message); ++count) {
+            router.Dispatch(message, source, block, transport);
         }
-    }
+    };
+    drain(input, ELiveSource::kMidiInput);
+    drain(deviceInput, ELiveSource::kDeviceMidi);
 }
 
 }  // namespace quib

@@ -9,8 +9,8 @@
 #include "engine/Audition.h"
 #include "engine/BlockContext.h"
 #include "engine/CInstrumentMixer.h"
+#include "engine/CMasterPlan.h"
 #include "engine/CTestTone.h"
-#include "engine/CTransport.h"
 #include "engine/RenderFormat.h"
 #include "platform/CAudioPlanes.h"
 
@@ -21,7 +21,9 @@ public:
     using Peaks = std::array<CValue, 2>;
 
     CMasterSection(const StripKernels& stripKernels, const CLevelTables& levelTables, Peaks& shownPeaks)
-        : kernels(stripKernels), tables(levelTables), peaks(shownPeaks) {}
+        : kernels(stripKernels), tables(levelTables), peaks(shownPeaks) {
+        crossfade.reserve(CBlockGrid::kMaximumPoints + 1);
+    }
 
     // All buffers silent; while no block is rendered.
     void Clear() noexcept { planes.Clear(); }
@@ -29,24 +31,36 @@ public:
     float* Left() noexcept { return planes.Plane(0); }
     float* Right() noexcept { return planes.Plane(1); }
     const float* Channel(int channel) const noexcept { return planes.Plane(channel); }
-    CrossfadeGains Crossfade() const noexcept { return {state.crossfadeA, state.crossfadeB}; }
 
+    // Plays the automation of the master's settings; gains that have not rendered yet begin on their targets.
+    void Plan(const BlockContext& block, EngineSettings& settings) noexcept;
+    // The crossfader's gains in the planned block, one entry where they rest.
+    std::span<const CrossfadeGains> Crossfade() const noexcept { return crossfade; }
     // Begins the block: the bus, silent, to be mixed into.
     MixBuses Begin(const BlockContext& block) noexcept;
-    void RunInserts(const BlockContext& block, const EngineSettings& settings) noexcept;
+    void RunInserts(const BlockContext& block) noexcept;
     // Only while the transport runs.
-    void PlayAudition(const BlockContext& block, const Audition& audition, const CTransport& transport) noexcept;
+    void PlayAudition(const BlockContext& block, const Audition& audition) noexcept;
     void PlayTestTone(const BlockContext& block, bool on) noexcept;
     // Gain, ceiling and meters.
-    void Finish(const BlockContext& block, const EngineSettings& settings) noexcept;
+    void Finish(const BlockContext& block) noexcept;
     void ApplyHeadphonesLevel(const BlockContext& block, const EngineSettings& settings) noexcept;
 
 private:
+    MasterTargets TargetsOf(const MasterPiece& piece) const noexcept {
+        return MakeMasterTargets(piece.level, piece.crossfader, tables);
+    }
+    void PlanCrossfade(const BlockContext& block) noexcept;
+    void RunInsert(CPlugin& insert, std::size_t index, int begin, int end) noexcept;
+
     const StripKernels& kernels;
     const CLevelTables& tables;
     Peaks& peaks;
     CAudioPlanes planes{2, RenderFormat::kMaximumBlockSize};
+    CMasterPlan plan;
+    std::vector<CrossfadeGains> crossfade;  // by frame
     MasterState state;
+    bool settled = false;
     CTestTone tone;
     float headphonesGain = 1;
 };

@@ -20,7 +20,7 @@ bool Matches(int selector, const MidiMessage& message) noexcept {
     return selector == kChannelOmni || selector == Selector(message);
 }
 
-LiveEvent Event(int status, int data1, int data2, std::uint32_t time) noexcept {
+LiveEvent Event(int status, int data1, int data2, std::uint64_t time) noexcept {
     return {static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(data1), static_cast<std::uint8_t>(data2),
             time};
 }
@@ -41,8 +41,9 @@ void MoveBalls(BlockInstrument& entry, const MidiMessage& message, double sample
 
 }  // namespace
 
-void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept {
-    if (message.status < 0x80 || message.status > 0xef) return;
+void CMidiRouter::Dispatch(const MidiMessage& message, ELiveSource source, BlockContext& block,
+                           const CTransport& transport) noexcept {
+    if (!message.IsValid()) return;
     ++count;
     SelectPreset(message);
 
@@ -52,15 +53,34 @@ void CMidiRouter::Dispatch(const MidiMessage& message, BlockContext& block, cons
     const bool prioritised = std::any_of(block.instruments.begin(), block.instruments.end(), [&](const auto& entry) {
         return listens(entry) && entry.instrument->midi.priority.IsOn();
     });
-    const float stepMilliseconds = transport.samplesPerStep * 1000.0F / static_cast<float>(block.sampleRate);
-    const auto sinceStep = static_cast<std::int32_t>(message.time - transport.stepTime);
-    const float position = static_cast<float>(sinceStep) / stepMilliseconds;
+    const double stepNanoseconds = static_cast<double>(transport.samplesPerStep) * 1e9 / block.sampleRate;
+    const auto sinceStep = static_cast<std::int64_t>(message.time - transport.stepTime);
+    const auto position = static_cast<float>(static_cast<double>(sinceStep) / stepNanoseconds);
     for (BlockInstrument& entry : block.instruments) {
         if (Type(message) == kControlChange) MoveBalls(entry, message, block.sampleRate);
-        if (!listens(entry) || (prioritised && !entry.instrument->midi.priority.IsOn())) continue;
+        const bool hears = listens(entry) && (!prioritised || entry.instrument->midi.priority.IsOn());
+        if (hears) ++entry.instrument->play.midiCount;
+        if (DispatchKey(*entry.instrument, message, source, hears) || !hears) continue;
         const auto step = static_cast<float>(std::max(0, entry.instrument->play.currentStep));
         DispatchTo(entry, message, transport.playing ? std::max(0.0F, step + position) : kNowhere);
     }
+}
+
+// True for a key or the pedal. What goes up does so wherever it went down, whoever hears it now.
+bool CMidiRouter::DispatchKey(CInstrument& instrument, const MidiMessage& message, ELiveSource source,
+                              bool hears) noexcept {
+    const auto channel = static_cast<std::uint8_t>(message.status & 0x0f);
+    const LiveOrigin origin{source, channel, message.data1};
+    if (Type(message) == kControlChange && message.data1 == kSustainPedal) {
+        keys.MovePedal(instrument, {source, channel, kPedalKey}, message.data2, hears, message.time);
+    } else if (Type(message) == kNoteOff || (Type(message) == kNoteOn && message.data2 == 0)) {
+        EndNote(instrument, origin, hears, message.time);
+    } else if (Type(message) == kNoteOn) {
+        if (hears) BeginNote(instrument, origin, message.data2, message.time);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void CMidiRouter::SelectPreset(const MidiMessage& message) noexcept {
@@ -80,7 +100,6 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
     CInstrument& instrument = *entry.instrument;
     const MidiInputSettings& midi = instrument.midi;
     auto& live = instrument.play.liveEvents;
-    ++instrument.play.midiCount;
     switch (Type(message)) {
         case kPitchBend:
             if (!midi.pitchBend.IsOn()) return;
@@ -98,47 +117,54 @@ void CMidiRouter::DispatchTo(BlockInstrument& entry, const MidiMessage& message,
             if (!midi.modulationWheel.IsOn() || message.data1 != kModulationController) return;
             live.Add(Event(kControlChange, kModulationController, message.data2, message.time));
             return OfferToLane(instrument, kModulationWheelLane, message.data2, position);
-        case kNoteOn:
-        case kNoteOff:
-            return DispatchNote(instrument, message);
         default:
             return;
     }
 }
 
-void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+void CMidiRouter::PlayKey(CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept {
     if (key < 0 || key > 127) return;
-    DispatchNote(instrument, {kNoteOn, static_cast<std::uint8_t>(key),
-                              static_cast<std::uint8_t>(std::clamp(velocity, 0, 127)), time});
+    const LiveOrigin origin{ELiveSource::kWindows, 0, static_cast<std::int16_t>(key)};
+    if (velocity > 0) {
+        BeginNote(instrument, origin, std::min(velocity, 127), time);
+    } else {
+        EndNote(instrument, origin, true, time);
+    }
 }
 
-void CMidiRouter::Audition(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept {
+void CMidiRouter::Audition(CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept {
     if (key < 0 || key > 127) return;
-    instrument.play.liveEvents.Add(Event(kNoteOn, key, std::clamp(velocity, 0, 127), time));
+    const auto same = static_cast<std::int16_t>(key);
+    const LiveOrigin origin{ELiveSource::kAudition, 0, same};
+    if (velocity > 0) {
+        keys.Begin(instrument, {origin, same}, std::min(velocity, 127), time);
+    } else {
+        keys.End(instrument, origin, time);
+    }
 }
 
-void CMidiRouter::DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept {
+void CMidiRouter::BeginNote(CInstrument& instrument, const LiveOrigin& origin, int velocity,
+                            std::uint64_t time) noexcept {
     MidiInputSettings& midi = instrument.midi;
-    const int key = message.data1;
-    const int velocity = Type(message) == kNoteOff ? 0 : message.data2;
+    const int key = origin.key;
     if (midi.limitLearning.Get() >= 0) {
         (midi.limitLearning.Get() == 0 ? midi.keyFrom : midi.keyTo).Set(key);
         midi.limitLearning.Set(-1);
         notices.TryPush({EngineNotice::EKind::kLimitLearned, instrument.Id()});
         return;
     }
-    if (instrument.keyboardOn.IsOn()) {
-        if (velocity > 0) {
-            instrument.play.heldKeys.Add(key);
-        } else {
-            std::erase(instrument.play.heldKeys.Items(), key);
-        }
-    }
-    if (key < midi.keyFrom.Get() || key >= midi.keyTo.Get()) return;
     const int transposed = key + midi.transpose.Get();
-    if (transposed < 0 || transposed > 127 || instrument.arpeggiator.on.IsOn()) return;
-    instrument.play.liveEvents.Add(Event(kNoteOn, transposed, velocity, message.time));
-    capture.Add(instrument, transposed, velocity, message.time);
+    const bool plays = key >= midi.keyFrom.Get() && key < midi.keyTo.Get() && transposed >= 0 && transposed <= 127 &&
+                       !instrument.arpeggiator.on.IsOn();
+    LiveKey begun{origin, static_cast<std::int16_t>(plays ? transposed : -1)};
+    begun.listed = instrument.keyboardOn.IsOn();
+    if (plays || begun.listed) keys.Begin(instrument, begun, velocity, time);
+}
+
+void CMidiRouter::EndNote(CInstrument& instrument, const LiveOrigin& origin, bool hears, std::uint64_t time) noexcept {
+    keys.End(instrument, origin, time);
+    // Held keys may also come from a file.
+    if (hears && instrument.keyboardOn.IsOn()) std::erase(instrument.play.heldKeys.Items(), origin.key);
 }
 
 void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {

@@ -6,7 +6,7 @@
 // thread only.
 
 #include "engine/BlockContext.h"
-#include "engine/CNoteCapture.h"
+#include "engine/CLiveKeys.h"
 #include "engine/CTransport.h"
 #include "engine/EngineMessages.h"
 #include "model/sharing/CBoundedQueue.h"
@@ -23,28 +23,31 @@ struct PresetSelection {
 class CMidiRouter {
 public:
     CMidiRouter(const PresetSelection& presetSelection, const CValue& recordSwitch,
-                CBoundedQueue<EngineNotice>& noticeQueue, CNoteCapture& noteCapture) noexcept
-        : presets(presetSelection), recording(recordSwitch), notices(noticeQueue), capture(noteCapture) {}
+                CBoundedQueue<EngineNotice>& noticeQueue, CLiveKeys& liveKeys) noexcept
+        : presets(presetSelection), recording(recordSwitch), notices(noticeQueue), keys(liveKeys) {}
 
     // Everything but channel messages is ignored.
-    void Dispatch(const MidiMessage& message, BlockContext& block, const CTransport& transport) noexcept;
+    void Dispatch(const MidiMessage& message, ELiveSource source, BlockContext& block,
+                  const CTransport& transport) noexcept;
     // A key of one instrument, whatever its channel: of its on-screen keyboard. Velocity 0 ends it.
-    void PlayKey(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    void PlayKey(CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept;
     // A key straight to the plug-in, as it stands: no key range, transposition or arpeggiator.
-    static void Audition(CInstrument& instrument, int key, int velocity, std::uint32_t time) noexcept;
+    void Audition(CInstrument& instrument, int key, int velocity, std::uint64_t time) noexcept;
     // Messages dispatched so far.
     std::uint32_t Count() const noexcept { return count; }
 
 private:
     void SelectPreset(const MidiMessage& message) noexcept;
     void DispatchTo(BlockInstrument& entry, const MidiMessage& message, float position) noexcept;
-    void DispatchNote(CInstrument& instrument, const MidiMessage& message) noexcept;
+    void BeginNote(CInstrument& instrument, const LiveOrigin& origin, int velocity, std::uint64_t time) noexcept;
+    void EndNote(CInstrument& instrument, const LiveOrigin& origin, bool hears, std::uint64_t time) noexcept;
+    bool DispatchKey(CInstrument& instrument, const MidiMessage& message, ELiveSource source, bool hears) noexcept;
     void OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept;
 
     const PresetSelection& presets;
     const CValue& recording;
     CBoundedQueue<EngineNotice>& notices;
-    CNoteCapture& capture;
+    CLiveKeys& keys;
     std::uint32_t count = 0;
 };
 

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "engine/Arpeggiator.h"
 #include "engine/ParameterChange.h"
+#include "model/PlaylistSpans.h"
 
 namespace quib {
 
@@ -60,6 +60,26 @@ std::int64_t Delay(double samples) noexcept {
     return static_cast<std::int64_t>(std::clamp(samples, 0.0, kFarthestDelay));
 }
 
+// Tempo of a step: that of the song's automation where it has one.
+float TempoOf(const BlockContext& block, const EngineSettings& settings, int step) noexcept {
+    const PointList* const points =
+        block.songMode ? block.masterLanes->Find(CEventLanes::kSongSlot, kTempoLane) : nullptr;
+    if (points == nullptr) return SafeTempo(settings);
+    const LaneDescription& lane = MasterLanes()[kTempoLane];
+    const auto tempo = ValueAt(*points, static_cast<float>(step), lane.kind);
+    return tempo ? std::clamp(*tempo, lane.minimum, lane.maximum) : SafeTempo(settings);
+}
+
+// Notes the step under way as one of the block's.
+void LogStep(BlockContext& block, const CTransport& transport, int frame, bool jumps) noexcept {
+    block.grid.AddStep(
+        {frame, transport.stepSamples, transport.soundingStep, transport.samplesPerStep, transport.tempo, jumps});
+    for (const BlockInstrument& entry : block.instruments) {
+        InstrumentPlayState& play = entry.instrument->play;
+        play.blockSteps.Add({play.currentPattern, play.currentStep});
+    }
+}
+
 // Gives an instrument the events of its waiting notes that fall into the block.
 void DeliverNotes(InstrumentPlayState& play, int frames) noexcept {
     std::vector<PendingNote>& notes = play.pendingNotes.Items();
@@ -99,83 +119,81 @@ void CutNotes(InstrumentPlayState& play, int offset) noexcept {
 
 void CSequencer::Advance(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     if (!transport.playing) return;
+    const bool begun = transport.sampleCounter >= 0;  // not within this block
     transport.sampleCounter += block.frames;
+    if (transport.samplesToNextStep > 0 && begun)
+        LogStep(block, transport, transport.samplesToNextStep - transport.stepSamples, false);
     while (transport.samplesToNextStep < block.frames) {
-        if (transport.stopStep >= 0 && transport.NextStep(settings.songMode.Get() > 0.0F) >= transport.stopStep) {
+        if (transport.stopStep >= 0 && transport.NextStep(block.songMode) >= transport.stopStep) {
+            block.grid.SetPoints(transport.samplesToNextStep);
+            transport.endedAt = transport.sampleCounter - block.frames + transport.samplesToNextStep;
             return Stop(block, transport, transport.samplesToNextStep);
         }
         RunStep(block, settings, transport);
         transport.samplesToNextStep += transport.stepSamples;
     }
     transport.samplesToNextStep -= block.frames;
+    block.grid.SetPoints(block.frames);
     for (const BlockInstrument& entry : block.instruments) DeliverNotes(entry.instrument->play, block.frames);
 }
 
 void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept {
     const int offset = transport.samplesToNextStep;
-    const bool songMode = settings.songMode.Get() > 0.0F;
     if (transport.loopJumped) ReleaseNotes(block, offset);
     transport.loopJumped = false;
+    const int step = transport.NextStep(block.songMode);
+    const bool jumps = step != transport.soundingStep + 1;
+    transport.soundingStep = step;
+    ++transport.ran;
+    transport.SetTempo(block.sampleRate, settings.stepsPerBeat.Get(), TempoOf(block, settings, step));
 
-    const bool synchroEnds = !songMode && SynchroEnds(block, settings);
+    const bool synchroEnds = !block.songMode && SynchroEnds(block, settings);
     const bool atBeat = AtBeat(block, settings.stepsPerBeat.Get());
     transport.maxStepCount = 1;
     for (BlockInstrument& entry : block.instruments) {
         CInstrument& instrument = *entry.instrument;
-        if (songMode) {
-            FollowPlaylist(instrument, transport.globalStep);
+        if (block.songMode) {
+            FollowPlaylist(instrument, step);
         } else {
             AdvancePattern(instrument, atBeat, synchroEnds && TakesPartInSynchro(instrument, settings));
         }
-        if (instrument.play.currentStep >= 0) {
+        RunInstrument(entry, block, transport);
+        if (instrument.play.currentStep >= 0)
             transport.maxStepCount = std::max(transport.maxStepCount, LoopLength(instrument) + 1);
-            ScheduleStepNotes(instrument, offset, transport.stepSamples);
-            EvolveBalls(entry, block.sampleRate);
-        }
-        if (instrument.arpeggiator.on.IsOn()) RunArpeggiator(instrument, offset, transport.stepSamples, random);
     }
+    LogStep(block, transport, offset, jumps);
     transport.stepTime =
-        block.now + static_cast<std::uint32_t>((offset * 1000.0 + block.frames * 5.0) / block.sampleRate);
+        block.now + static_cast<std::uint64_t>((offset + block.frames * 0.005) * 1e9 / block.sampleRate);
 
-    transport.soundingStep = transport.NextStep(songMode);
-    if (!songMode) return;
+    block.steps.Add({offset, step});
+    if (!block.songMode) return;
     ++transport.globalStep;
-    if (settings.loopOn.IsOn() && transport.globalStep >= settings.loopEnd.Get()) {
+    if (HasLoop(settings) && transport.globalStep >= settings.loopEnd.Get()) {
         // The last step of the loop still plays; its notes end where the first one begins.
         transport.loopJumped = true;
         transport.globalStep = std::max(0, settings.loopStart.Get());
     }
 }
 
+void CSequencer::RunInstrument(BlockInstrument& entry, const BlockContext& block,
+                               const CTransport& transport) noexcept {
+    CInstrument& instrument = *entry.instrument;
+    const int offset = transport.samplesToNextStep;
+    instrument.play.ran = transport.ran;
+    if (instrument.play.currentStep >= 0) {
+        ScheduleStepNotes(instrument, offset, transport.stepSamples);
+        EvolveBalls(entry, block);
+    }
+    if (instrument.arpeggiator.on.IsOn()) RunArpeggiator(instrument, offset, transport.stepSamples, random);
+}
+
 void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     const Playlist& playlist = instrument.playlist.ForRender();
+    const SongPlace place = PlaylistPlaceAt(playlist, PatternLengthsForRender(instrument), globalStep);
     InstrumentPlayState& play = instrument.play;
-    int best = -1;     // nearest entry whose pattern still covers the step
-    int nearest = -1;  // nearest entry that has begun at all
-    int bestDistance = std::numeric_limits<int>::max();
-    int nearestDistance = bestDistance;
-    for (std::size_t index = 0; index < playlist.size(); ++index) {
-        const PlaylistEntry& entry = playlist[index];
-        if (entry.start > globalStep || entry.start < 0 || entry.pattern < 0 || entry.pattern >= kPatternCount)
-            continue;
-        const int distance = globalStep - entry.start;
-        const CPattern& pattern = instrument.patterns[static_cast<std::size_t>(entry.pattern)].ForRender();
-        if (distance < bestDistance && distance < pattern.LoopLength()) {
-            best = static_cast<int>(index);
-            bestDistance = distance;
-        }
-        if (distance < nearestDistance) {
-            nearest = static_cast<int>(index);
-            nearestDistance = distance;
-        }
-    }
-    play.songEntry = best >= 0 ? best : nearest;
-    play.currentStep = -1;
-    if (play.songEntry < 0) return;
-    const PlaylistEntry& entry = playlist[static_cast<std::size_t>(play.songEntry)];
-    if (best < 0 && entry.repeat == 0) return;
-    play.currentPattern = entry.pattern;
-    play.currentStep = (globalStep - entry.start) % LoopLength(instrument);
+    play.songEntry = place.entry;
+    play.currentStep = place.step;
+    if (place.entry >= 0) play.currentPattern = playlist[static_cast<std::size_t>(place.entry)].pattern;
 }
 
 void CSequencer::AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept {
@@ -214,6 +232,25 @@ void CSequencer::EndPattern(CInstrument& instrument) noexcept {
     play.currentStep = pattern != nullptr ? pattern->LoopStart() : -1;
 }
 
+void ScheduleNote(InstrumentPlayState& play, int key, int velocity, std::int64_t on, std::int64_t off) noexcept {
+    std::vector<PendingNote>& notes = play.pendingNotes.Items();
+    if (notes.size() + 2 > InstrumentPlayState::kMaximumPendingNotes) return;
+    std::int64_t begun = -1;  // of the note whose end comes next in the list
+    for (PendingNote& note : notes) {
+        if (note.pitch != key) continue;
+        if (note.velocity > 0) {
+            begun = note.delay;
+            if (begun > on) off = std::min(off, begun);
+            continue;
+        }
+        if (begun == on) off = note.delay = std::max(off, note.delay);  // two at once end together
+        if (begun < on) note.delay = std::min(note.delay, on);
+        begun = -1;
+    }
+    notes.push_back({key, velocity, on});
+    notes.push_back({key, 0, off});
+}
+
 void ScheduleStepNotes(CInstrument& instrument, int offset, int stepSamples) noexcept {
     const CPattern* const pattern = CurrentPattern(instrument);
     if (pattern == nullptr) return;
@@ -223,19 +260,17 @@ void ScheduleStepNotes(CInstrument& instrument, int offset, int stepSamples) noe
     for (const std::uint32_t index : pattern->NotesOfStep(step)) {
         const Note& note = pattern->Notes()[index];
         if (note.velocity <= 0 || note.key < 0 || note.key > 127) continue;
-        if (play.pendingNotes.Items().size() + 2 > InstrumentPlayState::kMaximumPendingNotes) return;
         const std::int64_t onDelay =
             offset + late + Delay((note.position - static_cast<float>(step)) * static_cast<float>(stepSamples));
         // Against the start plus the length, so that only a note longer than that is cut.
         const float length = std::min(note.length, note.position + static_cast<float>(pattern->LoopLength()));
         const std::int64_t offDelay =
             onDelay + std::max<std::int64_t>(1, Delay(static_cast<double>(stepSamples) * length));
-        play.pendingNotes.Add({note.key, std::min(note.velocity, 127), onDelay});
-        play.pendingNotes.Add({note.key, 0, offDelay});
+        ScheduleNote(play, note.key, std::min(note.velocity, 127), onDelay, offDelay);
     }
 }
 
-void CSequencer::EvolveBalls(BlockInstrument& entry, double sampleRate) noexcept {
+void CSequencer::EvolveBalls(BlockInstrument& entry, const BlockContext& block) noexcept {
     const BallSoundList& sounds = entry.instrument->ballSounds.ForRender();
     InstrumentPlayState& play = entry.instrument->play;
     const std::size_t count = std::min(sounds.size(), InstrumentPlayState::kMaximumBalls);
@@ -246,15 +281,20 @@ void CSequencer::EvolveBalls(BlockInstrument& entry, double sampleRate) noexcept
         if (play.currentStep % period != 0) continue;
         for (const std::size_t axis : {std::size_t{0}, std::size_t{1}}) {
             const float drawn = static_cast<float>(random.Draw()) * 128.0F / CRandom::kRange;
-            play.balls[index][axis] = std::clamp(drawn, 0.0F, 127.0F);
-            MoveBall(entry, axis == 0 ? sound.horizontal : sound.vertical, play.balls[index][axis], sampleRate);
+            const float place = play.balls[index][axis] = std::clamp(drawn, 0.0F, 127.0F);
+            const bool waits =
+                play.ballMoves.Add({static_cast<std::uint32_t>(block.grid.Steps().size()),
+                                    static_cast<std::uint8_t>(index), static_cast<std::uint8_t>(axis), place});
+            if (!waits) MoveBall(entry, axis == 0 ? sound.horizontal : sound.vertical, place, block.sampleRate);
         }
     }
 }
 
-void CSequencer::StartPatterns(BlockContext& block) noexcept {
+void CSequencer::StartPatterns(BlockContext& block, const CTransport& transport) noexcept {
     for (const BlockInstrument& entry : block.instruments) {
         InstrumentPlayState& play = entry.instrument->play;
+        play.run = transport.run;
+        play.ran = transport.ran;
         play.currentPattern = entry.instrument->patternSelected.Get();
         play.nextPattern = -1;
         play.currentStep = -1;
@@ -265,12 +305,37 @@ void CSequencer::StartPatterns(BlockContext& block) noexcept {
     }
 }
 
+void CSequencer::Rejoin(CInstrument& instrument, const CTransport& transport) noexcept {
+    InstrumentPlayState& play = instrument.play;
+    const bool sameRun = play.run == transport.run;
+    const int missed = transport.ran - play.ran;
+    if (sameRun && missed == 0) return;
+    CutNotes(play, 0);
+    play.run = transport.run;
+    play.ran = transport.ran;
+    if (!sameRun) {
+        play.currentStep = -1;
+        play.nextPattern = -1;
+        play.restartStep = transport.playing ? 0 : -1;
+        play.arpeggiator = {};
+    } else if (const CPattern* const pattern = CurrentPattern(instrument); pattern && play.currentStep >= 0) {
+        const int reached = play.currentStep + missed;
+        const int start = pattern->LoopStart();
+        const int round = std::max(1, pattern->LoopLength() - start);
+        play.currentStep = reached < pattern->LoopLength() ? reached : start + (reached - start) % round;
+    }
+}
+
 void CSequencer::Stop(BlockContext& block, CTransport& transport, int offset) noexcept {
     ReleaseNotes(block, offset);
     transport.playing = false;
     transport.changed = true;
     transport.stopStep = -1;
-    for (const BlockInstrument& entry : block.instruments) entry.instrument->play.currentStep = -1;
+    ++transport.run;
+    for (const BlockInstrument& entry : block.instruments) {
+        entry.instrument->play.currentStep = -1;
+        entry.instrument->play.run = transport.run;
+    }
 }
 
 void CSequencer::ReleaseNotes(BlockContext& block, int offset) noexcept {

@@ -2,6 +2,7 @@
 #include "engine/CSongTime.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/BlockTime.h"
 #include "engine/ParameterChange.h"
@@ -10,8 +11,10 @@ namespace quib {
 
 void CSongTime::Admit(CInstrument& instrument) const noexcept {
     InstrumentPlayState& play = instrument.play;
-    if (play.known) return;
+    if (play.known) return CSequencer::Rejoin(instrument, transport);
     play.known = true;
+    play.run = transport.run;
+    play.ran = transport.ran;
     play.currentPattern = instrument.patternSelected.Get();
     if (transport.playing) play.restartStep = 0;
     const BallSoundList& sounds = instrument.ballSounds.ForRender();
@@ -20,13 +23,15 @@ void CSongTime::Admit(CInstrument& instrument) const noexcept {
     }
 }
 
-void CSongTime::Play(BlockContext& block, const EngineSettings& settings) noexcept {
-    CSequencer::ReleaseNotes(block, 0);
-    CSequencer::StartPatterns(block);
+void CSongTime::Play(BlockContext& block, const EngineSettings& settings, int frame) noexcept {
+    CSequencer::ReleaseNotes(block, frame);
+    ++transport.run;
+    transport.ran = 0;
+    CSequencer::StartPatterns(block, transport);
     transport.playing = true;
     transport.changed = true;
-    transport.sampleCounter = 0;
-    transport.samplesToNextStep = 0;
+    transport.sampleCounter = -frame;
+    transport.samplesToNextStep = frame;
     transport.stepTime = block.now;
     transport.loopJumped = false;
     transport.soundingStep = settings.songMode.Get() > 0.0F ? transport.globalStep - 1 : -1;
@@ -45,15 +50,14 @@ void CSongTime::Locate(BlockContext& block, int step) noexcept {
 }
 
 void CSongTime::Advance(BlockContext& block, const EngineSettings& settings, bool recording) noexcept {
-    transport.SetTempo(block.sampleRate, settings.stepsPerBeat.Get(), SafeTempo(settings));
-    FillBlockTime(block, transport, settings, recording);
-    transport.changed = false;
-    sequencer.Advance(block, settings, transport);
-    transport.UpdateStepFraction();
-    block.playing = transport.playing;
     block.songMode = settings.songMode.Get() > 0.0F;
-    block.stepFraction = transport.stepFraction;
-    block.songPosition = static_cast<float>(transport.globalStep) + transport.stepFraction;
+    block.time.samplePosition = static_cast<double>(transport.sampleCounter);
+    block.time.playing = transport.playing;
+    block.time.transportChanged = std::exchange(transport.changed, false);
+    block.time.recording = recording;
+    sequencer.Advance(block, settings, transport);
+    FillBlockTime(block, transport, settings);
+    transport.UpdateStepFraction();
 }
 
 }  // namespace quib

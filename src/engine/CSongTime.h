@@ -23,8 +23,8 @@ public:
     // Lets an instrument that was never in a block before join what plays.
     void Admit(CInstrument& instrument) const noexcept;
 
-    // From the current song step, patterns from their start.
-    void Play(BlockContext& block, const EngineSettings& settings) noexcept;
+    // From the current song step, patterns from their start; at that frame of the block.
+    void Play(BlockContext& block, const EngineSettings& settings, int frame = 0) noexcept;
     void Stop(BlockContext& block) noexcept;
     // The step, of the song or counted from its start, where playing ends.
     void StopAt(int step) noexcept;

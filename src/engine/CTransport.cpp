@@ -6,10 +6,10 @@
 
 namespace quib {
 
-void CTransport::SetTempo(double rate, int stepsPerBeat, float tempo) noexcept {
-    sampleRate = rate;
+void CTransport::SetTempo(double sampleRate, int stepsPerBeat, float beatsPerMinute) noexcept {
+    tempo = beatsPerMinute;
     const int divisor = std::max(stepsPerBeat, 1);
-    samplesPerStep = static_cast<float>(rate * 60.0 / divisor / static_cast<double>(tempo));
+    samplesPerStep = static_cast<float>(sampleRate * 60.0 / divisor / static_cast<double>(tempo));
     stepSamples = std::max(1, static_cast<std::int32_t>(std::lrint(samplesPerStep)));  // ties to even
 }
 
@@ -19,11 +19,7 @@ double CTransport::QuarterNotes(int stepsPerBeat) const noexcept {
 }
 
 void CTransport::UpdateStepFraction() noexcept {
-    stepFraction = 1.0F - static_cast<float>(samplesToNextStep) / samplesPerStep;
-}
-
-double CTransport::SamplePlace() const noexcept {
-    return std::trunc((soundingStep + static_cast<double>(stepFraction)) * static_cast<double>(samplesPerStep));
+    stepFraction = 1.0F - static_cast<float>(samplesToNextStep) / static_cast<float>(stepSamples);
 }
 
 }  // namespace quib

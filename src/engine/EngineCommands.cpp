@@ -35,18 +35,39 @@ void RunInstrumentCommand(const EngineCommand& command, CInstrument& instrument,
             return targets.router.PlayKey(instrument, command.value, static_cast<int>(command.x),
                                           command.time != 0 ? command.time : targets.block.now);
         case EngineCommand::EKind::kAudition:
-            return CMidiRouter::Audition(instrument, command.value, static_cast<int>(command.x), targets.block.now);
+            return targets.router.Audition(instrument, command.value, static_cast<int>(command.x), targets.block.now);
         default:
             return;
     }
 }
 
+void Panic(const CommandTargets& targets) noexcept {
+    CSequencer::ReleaseNotes(targets.block, 0);
+    for (const BlockInstrument& entry : targets.block.instruments) targets.keys.Panic(*entry.instrument);
+}
+
+void Play(const CommandTargets& targets) noexcept {
+    if (targets.metronome.IsCounting()) return;
+    if (!targets.countsIn) return targets.songTime.Play(targets.block, targets.settings);
+    if (targets.songTime.Transport().playing) targets.songTime.Stop(targets.block);
+    targets.metronome.StartCounting(targets.settings);
+}
+
+void Stop(const CommandTargets& targets) noexcept {
+    if (!targets.songTime.Transport().playing && !targets.metronome.IsCounting()) return Panic(targets);
+    targets.metronome.StopCounting();
+    targets.songTime.Stop(targets.block);
+    for (const BlockInstrument& entry : targets.block.instruments) targets.keys.EndSounding(*entry.instrument);
+}
+
 void RunCommand(const EngineCommand& command, const CommandTargets& targets) noexcept {
     switch (command.kind) {
         case EngineCommand::EKind::kPlay:
-            return targets.songTime.Play(targets.block, targets.settings);
+            return Play(targets);
         case EngineCommand::EKind::kStop:
-            return targets.songTime.Stop(targets.block);
+            return Stop(targets);
+        case EngineCommand::EKind::kPanic:
+            return Panic(targets);
         case EngineCommand::EKind::kStopAt:
             return targets.songTime.StopAt(command.value);
         case EngineCommand::EKind::kLocate:

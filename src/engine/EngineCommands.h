@@ -3,6 +3,7 @@
 
 // The engine's answer to commands of the editing thread, at the start of a block. Render thread.
 
+#include "engine/CMetronome.h"
 #include "engine/CMidiRouter.h"
 #include "engine/CSongTime.h"
 #include "engine/EngineMessages.h"
@@ -15,6 +16,9 @@ struct CommandTargets {
     const EngineSettings& settings;
     CSongTime& songTime;
     CMidiRouter& router;
+    CLiveKeys& keys;
+    CMetronome& metronome;
+    bool countsIn;  // playing begins behind bars that are counted in
 };
 
 // Runs every command that waits. One for an instrument that is gone does nothing.

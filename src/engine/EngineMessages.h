@@ -12,7 +12,7 @@ namespace quib {
 struct EngineCommand {
     enum class EKind : std::uint8_t {
         kPlay,           // from the current song step, patterns from their start
-        kStop,           // sounding notes end
+        kStop,           // sounding notes end; while nothing plays: kPanic
         kStopAt,         // value: step where the next playing ends, of the song or counted from its start
         kLocate,         // value: song step
         kSelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
@@ -20,13 +20,14 @@ struct EngineCommand {
         kMoveBall,       // value: ball; x, y: 0..127
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
         kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
+        kPanic,          // every note and pedal of every instrument ends, known or not
     };
     EKind kind = EKind::kStop;
     std::uint32_t instrument = 0;
     std::int32_t value = 0;
     float x = 0;
     float y = 0;
-    std::uint32_t time = 0;  // kPlayNote: millisecond at which the key moved; 0: with the next block
+    std::uint64_t time = 0;  // kPlayNote: nanosecond at which the key moved; 0: with the next block
 };
 
 // Render thread to editing thread.
@@ -49,12 +50,15 @@ struct EngineNotice {
     std::int64_t sample = 0;  // since the start of playing
 };
 
-// A short MIDI message with the millisecond of its arrival.
+// A short MIDI message with the nanosecond of its arrival.
 struct MidiMessage {
     std::uint8_t status = 0;
     std::uint8_t data1 = 0;
     std::uint8_t data2 = 0;
-    std::uint32_t time = 0;
+    std::uint64_t time = 0;
+
+    // A channel message whose data are data.
+    bool IsValid() const noexcept { return status >= 0x80 && status <= 0xef && data1 < 0x80 && data2 < 0x80; }
 };
 
 }  // namespace quib

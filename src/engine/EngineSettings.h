@@ -4,6 +4,7 @@
 // Settings of transport and master section, each readable and writable by any thread. Switches are
 // off at 0.
 
+#include <algorithm>
 #include <array>
 
 #include "model/CEventLanes.h"
@@ -32,6 +33,11 @@ struct EngineSettings {
 
 // The setting behind a master lane, or null for an index out of range.
 CValue* EngineSetting(EngineSettings& settings, int lane) noexcept;
+
+// The song has a loop: one that is not behind its own start is none.
+inline bool HasLoop(const EngineSettings& settings) noexcept {
+    return settings.loopOn.IsOn() && settings.loopEnd.Get() > std::max(0, settings.loopStart.Get());
+}
 
 // Tempo that playback uses, in beats per minute: always a number within [10, 1000].
 float SafeTempo(const EngineSettings& settings) noexcept;

@@ -17,14 +17,20 @@ void ChangeMixValue(CInstrument& instrument, int lane, float value, double sampl
 void MoveBall(BlockInstrument& entry, const std::vector<BallAssignment>& assignments, float place,
               double sampleRate) noexcept;
 
-// Plays the automation of one instrument for the block: that of the song and that of its current
-// pattern. MIDI lanes become events at the start of the block.
-void PlayInstrumentAutomation(BlockInstrument& entry, const BlockContext& block) noexcept;
-
 // Lets the next values of all automation count as new.
 void ForgetAutomation(BlockContext& block) noexcept;
 
-// Plays the automation of the master section for the block.
-void PlayMasterAutomation(BlockContext& block, EngineSettings& settings) noexcept;
+// Sets a plug-in's parameters from their lanes at a position in steps. Calls `before` before anything changes:
+// what is not rendered yet still has the old values. Null does nothing.
+template <class Before>
+void PlayPluginLanes(CPlugin* plugin, int slot, float position, Before&& before) noexcept {
+    if (plugin == nullptr) return;
+    for (const CEventLanes::Lane& lane : plugin->lanes.ForRender().Lanes(slot)) {
+        const auto value = ValueAt(*lane.points, position, ELaneKind::kContinuous);
+        if (!value || !plugin->WouldAutomate(lane.index, *value)) continue;
+        before();
+        plugin->AutomateParameter(lane.index, *value);
+    }
+}
 
 }  // namespace quib

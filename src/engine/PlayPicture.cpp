@@ -24,11 +24,13 @@ void FillInstrument(InstrumentPicture& shown, const CInstrument& instrument) noe
 
 void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport& transport) noexcept {
     shown.playing = transport.playing;
+    shown.beatsToStart = block.beatsToStart;
     shown.globalStep = transport.globalStep;
     shown.soundingStep = transport.soundingStep;
     shown.maxStepCount = transport.maxStepCount;
     shown.stepFraction = transport.stepFraction;
     shown.sampleCounter = transport.sampleCounter;
+    shown.endedAt = transport.endedAt;
     shown.time = block.time;
     shown.instrumentCount = block.instruments.size();
     for (std::size_t index = 0; index < shown.instrumentCount; ++index) {

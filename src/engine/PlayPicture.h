@@ -26,11 +26,13 @@ struct InstrumentPicture {
 
 struct PlayPicture {
     bool playing = false;
+    std::int32_t beatsToStart = 0;  // that are counted in before it plays; 0 when none are
     std::int32_t globalStep = 0;
     std::int32_t soundingStep = -1;
     std::int32_t maxStepCount = 1;
     float stepFraction = 0;
     std::int64_t sampleCounter = 0;
+    std::int64_t endedAt = 0;  // samples from the start of playing to where it last ended by itself
     std::uint32_t midiCount = 0;  // live messages that came in
     PlayTime time;
     std::size_t instrumentCount = 0;

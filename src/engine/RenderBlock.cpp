@@ -2,7 +2,6 @@
 // The engine's render cycle.
 #include "engine/CAudio.h"
 #include "engine/EngineCommands.h"
-#include "engine/ParameterChange.h"
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
 
@@ -14,7 +13,9 @@ CPlugin* PluginOf(const CPublished<PluginSlot>& slot) noexcept { return slot.For
 
 }  // namespace
 
-bool CAudio::RenderBlock() noexcept {
+bool CAudio::RenderBlock() noexcept { return RenderBlock(Nanoseconds()); }
+
+bool CAudio::RenderBlock(std::uint64_t now) noexcept {
     const CBlockGuard::CBlock current(guard);
     if (!current.IsOpen()) return false;
     const std::uint64_t start = Nanoseconds();
@@ -22,36 +23,42 @@ bool CAudio::RenderBlock() noexcept {
     const CFloatingPointScope keepMode;
     SetFlushToZero();
     clock.BeginBlock();
-    RenderOpenBlock(start);
+    RenderOpenBlock(now);
     clock.EndBlock();
     cpuMeter.Add(Nanoseconds() - start, format.blockSize, format.sampleRate);
     return true;
 }
 
-void CAudio::RenderOpenBlock(std::uint64_t start) noexcept {
+void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
+    block.now = now;
     GatherBlock();
-    block.now = ToMilliseconds(start);
-    RunCommands(commands, {block, settings, songTime, router});
+    RunCommands(commands, {block, settings, songTime, router, keys, clicks, CountsIn()});
     midi.Drain(router, block, songTime.Transport());
+    if (const int frame = clicks.Count(block, settings); frame >= 0) songTime.Play(block, settings, frame);
     songTime.Advance(block, settings, recordAutomation.IsOn());
     capture.Tell(block, songTime.Transport());
-    PlayMasterAutomation(block, settings);
+    master.Plan(block, settings);
     mixer.Render(block, *pool, master.Crossfade());
     MixBuses buses = master.Begin(block);
     effects.Connect(block, mixer, buses);
     mixer.Mix(block, buses);
     effects.Run(block, master.Left(), master.Right());
-    master.RunInserts(block, settings);
-    master.PlayAudition(block, audition.ForRender(), songTime.Transport());
+    master.RunInserts(block);
+    master.PlayAudition(block, audition.ForRender());
     master.PlayTestTone(block, testTone.IsOn());
-    master.Finish(block, settings);
+    master.Finish(block);
     taps.TakeOutput(master.Left(), master.Right(), block.frames);
+    clicks.Play(block, settings, master.Left(), master.Right());
     master.ApplyHeadphonesLevel(block, settings);
     taps.TakePicture(block, songTime.Transport(), router.Count());
 }
 
 void CAudio::GatherBlock() noexcept {
+    ++block.number;
     block.instruments.clear();
+    block.grid.Clear();
+    block.steps.Items().clear();
+    block.beats.Items().clear();
     for (const auto& instrument : instruments.ForRender()) {
         if (block.instruments.size() == kMaximumInstruments) break;
         GatherInstrument(*instrument);
@@ -68,7 +75,10 @@ void CAudio::GatherBlock() noexcept {
 void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
     CPlugin* const plugin = PluginOf(instrument.plugin);
     if (plugin == nullptr || !instrument.play.planes) return;
+    instrument.play.blockSteps.Items().clear();
+    instrument.play.ballMoves.Items().clear();
     songTime.Admit(instrument);
+    keys.Admit(instrument, *plugin, block.number);
     block.instruments.push_back(
         {&instrument, plugin, {PluginOf(instrument.inserts[0]), PluginOf(instrument.inserts[1])}});
 }

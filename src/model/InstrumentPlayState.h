@@ -55,24 +55,70 @@ struct ArpeggiatorState {
     int repetition = 0;
     int pass = 0;
     bool upward = true;
+    bool begun = false;  // index and direction are those of the order for the held keys
 };
+
+// What an instrument plays in one step of the block.
+struct PatternStep {
+    std::int32_t pattern = 0;
+    std::int32_t step = -1;  // -1 none
+};
+
+// A place that a ball has jumped to by itself.
+struct BallMove {
+    std::uint32_t step;  // of the block's steps: it counts from the start of that one
+    std::uint8_t ball;
+    std::uint8_t axis;  // 0 horizontal, 1 vertical
+    float place;        // 0..127
+};
+
+// Who plays live.
+enum class ELiveSource : std::uint8_t { kMidiInput, kDeviceMidi, kWindows, kAudition };
+
+struct LiveOrigin {
+    ELiveSource source = ELiveSource::kWindows;
+    std::uint8_t channel = 0;  // 0..15
+    std::int16_t key = 0;      // 0..127, as it was struck; kPedalKey: the sustain pedal
+
+    friend bool operator==(const LiveOrigin&, const LiveOrigin&) = default;
+};
+constexpr std::int16_t kPedalKey = 128;
+constexpr int kPedalDown = 64;  // from this value on notes are held
+
+// What a key or a pedal that is down became.
+struct LiveKey {
+    LiveOrigin origin;
+    std::int16_t sent = -1;  // key that the plug-in got; -1: none
+    std::uint8_t pedal = 0;  // 1..127: it is a pedal
+    bool listed = false;     // it stands among the held keys
+    bool rings = false;      // it is up, but the pedal holds its note
+};
+
+class CPlugin;
 
 struct InstrumentPlayState {
     static constexpr std::size_t kMaximumPendingNotes = 4096;
     static constexpr std::size_t kMaximumHeldKeys = 256;
+    static constexpr std::size_t kMaximumLiveKeys = 512;
     static constexpr std::size_t kMaximumBalls = 64;
+    static constexpr std::size_t kMaximumBlockSteps = 128;
 
     int currentPattern = 0;  // -1 none
     int nextPattern = -1;    // -1 nothing queued
     int currentStep = -1;    // -1 stopped
     int restartStep = -1;    // -1 no restart pending
     int songEntry = -1;      // index into the playlist, -1 none
+    std::uint32_t run = 0;   // of the transport, that it last took part in,
+    std::int32_t ran = 0;    // and the steps that had run by then
 
     std::uint32_t midiCount = 0;  // live messages taken
 
     ArpeggiatorState arpeggiator;
     CFixedList<std::int32_t> heldKeys{kMaximumHeldKeys};
+    CFixedList<LiveKey> liveKeys{kMaximumLiveKeys};
     CFixedList<PendingNote> pendingNotes{kMaximumPendingNotes};
+    CFixedList<PatternStep> blockSteps{kMaximumBlockSteps};  // beside the block's own list
+    CFixedList<BallMove> ballMoves{kMaximumBlockSteps};      // of the block
     CFixedList<BlockEvent> blockEvents{kMaximumBlockEvents};
     CFixedList<LiveEvent> liveEvents{kMaximumBlockEvents};
     std::array<std::array<float, 2>, kMaximumBalls> balls{};  // x and y, 0..127
@@ -80,6 +126,9 @@ struct InstrumentPlayState {
     StripState strip;
     std::unique_ptr<CAudioPlanes> planes;  // what the strip writes; made for the block size of the engine
     bool known = false;                    // has been in a block before
+    bool stripSettled = false;             // its strip has rendered: gains move on from where they are
+    std::uint64_t lastBlock = 0;           // number of the last block that it was in,
+    const CPlugin* heardBy = nullptr;      // and its plug-in there: compared, never followed
 
     // The value that automation gave each lane last; NaN: none since the transport started.
     std::array<float, kMixLaneCount> lastMixValue{};

@@ -14,6 +14,8 @@ constexpr std::size_t kMaximumBlockEvents = 4096;
 constexpr int kNoteOff = 128;
 constexpr int kNoteOn = 144;
 constexpr int kControlChange = 176;
+constexpr int kSustainPedal = 64;  // controllers
+constexpr int kAllNotesOff = 123;
 constexpr int kProgramChange = 192;
 constexpr int kChannelPressure = 208;
 constexpr int kPitchBend = 224;
@@ -26,12 +28,12 @@ struct BlockEvent {
     std::int32_t deltaFrames;  // 0 .. block size - 1
 };
 
-// A live message with the millisecond at which it came in.
+// A live message with the nanosecond at which it came in; 0: it is due at once.
 struct LiveEvent {
     std::uint8_t status;
     std::uint8_t data1;
     std::uint8_t data2;
-    std::uint32_t time;
+    std::uint64_t time;
 };
 
 }  // namespace quib

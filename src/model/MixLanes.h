@@ -34,6 +34,7 @@ const std::array<LaneDescription, kMidiLaneCount>& MidiLanes();
 
 // Lanes of the master section: level, crossfader, the two insert switches, tempo.
 constexpr int kMasterLaneCount = 5;
+constexpr std::size_t kTempoLane = 4;
 const std::array<LaneDescription, kMasterLaneCount>& MasterLanes();
 
 // The strip setting behind a mix parameter, or null for an index out of range.

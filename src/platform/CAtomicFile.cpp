@@ -7,10 +7,18 @@
 
 #include <atomic>
 #include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
+#include <functional>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace quib {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -21,19 +29,68 @@ constexpr mode_t kPrivate = 0600;
 CFileCalls systemCalls;  // holds nothing
 std::atomic<unsigned> nextTemporary{0};
 
-// A name beside `path` that no other save of this or another process uses now.
-std::filesystem::path TemporaryName(const std::filesystem::path& path) {
-    std::string name = ".";
-    name += path.filename().string();
-    name += '.' + std::to_string(::getpid()) + '-' + std::to_string(nextTemporary.fetch_add(1)) + ".tmp";
-    return path.parent_path() / name;
+constexpr std::size_t kLongestStem = 180;  // leaves room in a file name for the number and the suffix
+constexpr int kMostLinks = 40;
+constexpr std::string_view kTemporarySuffix = ".tmp";
+constexpr auto kLongSave = std::chrono::hours(1);
+
+// What the temporary files of `path` begin with: its name, cut at a whole character where it is too long.
+std::string TemporaryStem(const fs::path& path) {
+    const std::string name = path.filename().string();
+    if (name.size() <= kLongestStem) return '.' + name + '.';
+    std::size_t end = kLongestStem;
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
+    return '.' + name.substr(0, end) + '~' + std::to_string(std::hash<std::string>()(name)) + '.';
 }
 
-// Where a link leads, so that the link itself stays; a dangling one is replaced.
-std::filesystem::path Target(const std::filesystem::path& path) {
+// A name beside `path` that no other save of this or another process uses now.
+fs::path TemporaryName(const fs::path& path) {
+    std::string name = TemporaryStem(path);
+    name += std::to_string(::getpid()) + '-' + std::to_string(nextTemporary.fetch_add(1));
+    return path.parent_path() / name.append(kTemporarySuffix);
+}
+
+// The process that made the temporary file of this name; 0 when it is none of `stem`.
+pid_t MakerOf(const std::string& name, const std::string& stem) {
+    if (!name.starts_with(stem) || !name.ends_with(kTemporarySuffix)) return 0;
+    const char* const end = name.data() + name.size() - kTemporarySuffix.size();
+    pid_t maker = 0;
+    unsigned number = 0;
+    const auto first = std::from_chars(name.data() + stem.size(), end, maker);
+    if (first.ec != std::errc() || first.ptr == end || *first.ptr != '-') return 0;
+    const auto second = std::from_chars(first.ptr + 1, end, number);
+    return second.ec == std::errc() && second.ptr == end ? maker : 0;
+}
+
+// Files that a killed save of `path` has left. One of a process that lives stays, unless it is so old that
+// another process has got the number.
+std::vector<fs::path> Leftovers(const fs::path& path) {
+    std::vector<fs::path> left;
+    const std::string stem = TemporaryStem(path);
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     std::error_code error;
-    const auto target = std::filesystem::canonical(path, error);
-    return error ? path : target;
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const pid_t maker = MakerOf(entry->path().filename().string(), stem);
+        if (maker <= 0 || maker == ::getpid()) continue;
+        std::error_code unknown;
+        const auto age = fs::file_time_type::clock::now() - fs::last_write_time(entry->path(), unknown);
+        const bool isOld = !unknown && age > kLongSave;
+        if (isOld || (::kill(maker, 0) != 0 && errno == ESRCH)) left.push_back(entry->path());
+    }
+    return left;
+}
+
+// Where a link leads, so that the link itself stays, also when nothing is there yet.
+fs::path Target(const fs::path& path) {
+    fs::path target = path;
+    std::error_code error;
+    for (int link = 0; link < kMostLinks && fs::is_symlink(target, error); ++link) {
+        const fs::path next = fs::read_symlink(target, error);
+        if (error) return path;
+        target = target.parent_path() / next;
+    }
+    return target;
 }
 
 }  // namespace
@@ -49,8 +106,14 @@ int CFileCalls::Remove(const char* path) { return ::unlink(path); }
 
 CAtomicFile::CAtomicFile() : CAtomicFile(systemCalls) {}
 
-bool CAtomicFile::Replace(const std::filesystem::path& path, std::span<const char> bytes, std::string& error) {
-    const std::filesystem::path target = Target(path);
+fs::path CAtomicFile::TemporaryFor(const fs::path& path) {
+    std::error_code ignored;
+    for (const fs::path& left : Leftovers(path)) fs::remove(left, ignored);
+    return TemporaryName(path);
+}
+
+bool CAtomicFile::Replace(const fs::path& path, std::span<const char> bytes, std::string& error) {
+    const fs::path target = Target(path);
     struct stat old {};
     const bool exists = ::stat(target.c_str(), &old) == 0;
     int reason = 0;
@@ -67,8 +130,9 @@ bool CAtomicFile::Replace(const std::filesystem::path& path, std::span<const cha
 }
 
 // 0, or the errno of the step that failed.
-int CAtomicFile::WriteNew(const std::filesystem::path& path, std::span<const char> bytes, const struct ::stat* old) {
-    const std::filesystem::path temporary = TemporaryName(path);
+int CAtomicFile::WriteNew(const fs::path& path, std::span<const char> bytes, const struct ::stat* old) {
+    for (const fs::path& leftover : Leftovers(path)) (void)calls.Remove(leftover.c_str());
+    const fs::path temporary = TemporaryName(path);
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
     const int file = calls.Open(temporary.c_str(), flags, old != nullptr ? kPrivate : kNewFile);
     if (file < 0) return errno;
@@ -102,7 +166,7 @@ int CAtomicFile::WriteAll(int file, std::span<const char> bytes) {
 
 // The new name reaches the disk. The new file stands already, so a folder that cannot be flushed (some
 // file systems do not know how) makes no difference to anybody but a power cut.
-void CAtomicFile::SyncFolder(const std::filesystem::path& folder) {
+void CAtomicFile::SyncFolder(const fs::path& folder) {
     const int file = calls.Open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (file < 0) return;
     (void)calls.Sync(file);

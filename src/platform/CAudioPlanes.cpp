@@ -11,9 +11,9 @@ namespace {
 constexpr std::size_t kLine = CAudioPlanes::kAlignment / sizeof(float);
 constexpr std::size_t kLinesPerPage = 4096 / CAudioPlanes::kAlignment;
 
-// An odd number of lines, so that consecutive planes fall on different lines of a page.
+// An odd number of lines, so that consecutive planes fall on different lines of a page; a line is left over.
 std::size_t StrideFor(int frames) {
-    const std::size_t lines = (static_cast<std::size_t>(std::max(frames, 1)) + kLine - 1) / kLine;
+    const std::size_t lines = (static_cast<std::size_t>(std::max(frames, 1)) + kLine - 1) / kLine + 1;
     return (lines | 1) * kLine;
 }
 

@@ -21,7 +21,7 @@ public:
     int Planes() const noexcept { return planes; }
     int Frames() const noexcept { return frames; }
 
-    // A plane may be written up to its padding: at least 16 samples, in whole cache lines.
+    // A plane may be written up to its padding: 16 samples behind its last frame.
     float* Plane(int index) const noexcept { return base + static_cast<std::size_t>(index) * stride; }
 
     void Clear() noexcept;

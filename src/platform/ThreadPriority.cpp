@@ -3,6 +3,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <sys/resource.h>
 
 namespace quib {
 
@@ -10,6 +11,12 @@ bool SetRealTimePriority() noexcept {
     sched_param parameters{};
     parameters.sched_priority = sched_get_priority_min(SCHED_FIFO) + 9;
     return pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters) == 0;
+}
+
+// The system takes 0 for the calling thread alone.
+void SetBackgroundPriority() noexcept {
+    constexpr int kBackground = 10;
+    ::setpriority(PRIO_PROCESS, 0, kBackground);
 }
 
 int AvailableProcessors() noexcept {

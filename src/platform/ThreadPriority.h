@@ -7,6 +7,9 @@ namespace quib {
 // False where the limits of the user do not allow it; the thread then goes on as it was.
 bool SetRealTimePriority() noexcept;
 
+// Lets the calling thread, and those that it starts, stand back behind the others. Cannot be undone.
+void SetBackgroundPriority() noexcept;
+
 // Number of processors that the process may run on, at least 1.
 int AvailableProcessors() noexcept;
 

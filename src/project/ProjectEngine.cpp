@@ -85,14 +85,37 @@ int SongSteps(const ProjectState& state) {
     return std::min(end, kMaximumStepCount);
 }
 
-int LongestPatternSteps(const ProjectState& state) {
-    int longest = 1;
-    for (const auto& instrument : state.instruments) {
-        const auto selected =
-            static_cast<std::size_t>(std::clamp(instrument->patternSelected.Get(), 0, kPatternCount - 1));
-        longest = std::max(longest, instrument->patterns[selected].ForEdit()->LoopLength());
+namespace {
+
+// Of two passes through what the instrument plays from its selected pattern on.
+int TwoPasses(const CInstrument& instrument) {
+    const auto pattern = [&](int index) { return instrument.patterns[static_cast<std::size_t>(index)].ForEdit(); };
+    const int selected = std::clamp(instrument.patternSelected.Get(), 0, kPatternCount - 1);
+    const auto isUsed = [&](int index) { return instrument.patternUsed[static_cast<std::size_t>(index)].Get() != 0; };
+    const auto next = [&](int index) {
+        int distance = 1;
+        while (distance < kPatternCount && !isUsed((index + distance) % kPatternCount)) ++distance;
+        return (index + distance) % kPatternCount;
+    };
+    // One that is not marked plays once, ahead of the chain.
+    const bool isMarked = isUsed(selected);
+    const bool isChain = SelectedStepNumberMode(instrument) == EStepNumberMode::kChain;
+    if (!isChain || (!isMarked && next(selected) == selected)) return 2 * pattern(selected)->LoopLength();
+    const int first = isMarked ? selected : next(selected);
+    int steps = pattern(selected)->LoopLength();
+    int passes = isMarked ? 1 : 0;
+    for (int index = next(selected); index != first || ++passes <= 2; index = next(index)) {
+        steps += pattern(index)->LoopLength() - pattern(index)->LoopStart();
     }
-    return longest;
+    return steps;
+}
+
+}  // namespace
+
+int PatternModeSteps(const ProjectState& state) {
+    std::int64_t longest = 1;
+    for (const auto& instrument : state.instruments) longest = std::max<std::int64_t>(longest, TwoPasses(*instrument));
+    return static_cast<int>(std::min<std::int64_t>(longest, kMaximumStepCount));
 }
 
 }  // namespace quib

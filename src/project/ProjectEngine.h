@@ -21,7 +21,8 @@ void GatherProject(const CAudio& audio, ProjectState& state);
 // itself when a pattern repeats up to it; 0 without playlist entries.
 int SongSteps(const ProjectState& state);
 
-// Length in steps of the longest selected pattern, at least 1.
-int LongestPatternSteps(const ProjectState& state);
+// Length in steps of two passes of what plays longest in pattern mode: the selected pattern of an instrument,
+// or the whole chain from there.
+int PatternModeSteps(const ProjectState& state);
 
 }  // namespace quib

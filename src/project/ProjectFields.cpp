@@ -31,8 +31,7 @@ constexpr ProjectField Detector(std::string_view key, float& (*value)(State&)) {
 
 std::span<const ProjectField> MasterFields() {
     static constexpr std::array<ProjectField, 10> fields = {{
-        Real(
-            "TEMPO", [](State& s) -> float& { return s.master.tempo; }, kSlowest, kFastest),
+        {"TEMPO", nullptr, [](State& s) -> float& { return s.master.tempo; }, kSlowest, kFastest, true},
         Real(
             "MASTER_LEVEL", [](State& s) -> float& { return s.master.level; }, 0, kFull),
         Integer("PLAYLIST_STEP_NUMBER", [](State& s) -> std::int32_t& { return s.master.playlistStepNumber; }),

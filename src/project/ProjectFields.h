@@ -18,6 +18,7 @@ struct ProjectField {
     float& (*real)(ProjectState& state);
     float low;
     float high;
+    bool isPositive = false;  // what is not above 0, or no number, leaves the default
 };
 
 // Those before and those after the record of the preset selector's MIDI assignment.

@@ -73,7 +73,8 @@ bool CProjectReader::ReadField(std::span<const ProjectField> fields) {
             field.integer(state) = std::clamp(reader.Integer(1), static_cast<std::int32_t>(field.low),
                                               static_cast<std::int32_t>(field.high));
         } else {
-            field.real(state) = std::clamp(reader.Real(1), field.low, field.high);
+            const float value = reader.Real(1);
+            if (!field.isPositive || value > 0) field.real(state) = std::clamp(value, field.low, field.high);
         }
         return true;
     }
@@ -169,8 +170,12 @@ bool CProjectReader::ReadRecord() {
 }
 
 void CProjectReader::Finish() {
-    for (std::size_t i = 0; i < inserts.size(); ++i) state.masterInserts[i].slot = inserts[i].Finish();
-    for (std::size_t i = 0; i < effects.size(); ++i) state.effects[i] = effects[i].Finish();
+    for (std::size_t i = 0; i < inserts.size(); ++i) {
+        state.masterInserts[i].slot = inserts[i].Finish(context, "master insert " + std::to_string(i + 1));
+    }
+    for (std::size_t i = 0; i < effects.size(); ++i) {
+        state.effects[i] = effects[i].Finish(context, "send " + std::to_string(i + 1));
+    }
     state.masterLanes = masterLanes.Build();
     if (reader.IsCutOff()) context.Warn("file", "it ends inside a line; what followed is lost");
     state.warnings = std::move(context.warnings);

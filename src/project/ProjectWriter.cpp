@@ -47,7 +47,7 @@ void WriteHead(CRecordWriter& writer, const ProjectState& state) {
 
 void WriteMasterInsert(CRecordWriter& writer, const MasterInsert& insert, const std::string& number) {
     if (IsEmpty(*insert.slot)) return;
-    WriteSlotName(writer, "MASTER_INSERT" + number + "_PLUGIN", *insert.slot);
+    WriteSlotName(writer, "MASTER_INSERT" + number + "_PLUGIN", *insert.slot, ESlotName::kListed);
     writer.RealLine("MASTER_INSERT" + number + "_ON", insert.on);
     WriteState(writer, "MASTER_INSERT_PRESET_" + number, *insert.slot);
     WriteEvents(writer, "MASTER_INSERT_PARAM_EVENTS_" + number, *insert.slot);
@@ -55,7 +55,7 @@ void WriteMasterInsert(CRecordWriter& writer, const MasterInsert& insert, const 
 
 void WriteEffect(CRecordWriter& writer, const PluginSlot& slot, const std::string& number) {
     if (IsEmpty(slot)) return;
-    WriteSlotName(writer, "EFFECT_" + number, slot);
+    WriteSlotName(writer, "EFFECT_" + number, slot, ESlotName::kListed);
     WriteState(writer, "EFFECT_PRESET_" + number, slot);
     WriteEvents(writer, "EFFECT_PARAM_EVENTS_" + number, slot);
 }

@@ -83,11 +83,18 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
+    {427,
+     "METRONOME - A click on every beat while playing, higher on the first of the bar. You hear it; recordings and "
+     "rendered files never do. Right button: level, count-in.",
+     "MÉTRONOME - Un clic à chaque temps de la lecture, plus aigu au premier de la mesure. Vous l'entendez, les "
+     "enregistrements et les rendus jamais. Bouton droit : niveau, décompte."},
     {428,
-     "RECORD NOTES - While it is on, what you play during playing is written into the current pattern of the current "
+     "RECORD NOTES (Ctrl+R) - Plays at once, until you stop; what you play meanwhile is written into the current "
+     "pattern of the current "
      "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
      "above, Z and X for the octave). Right button: overdub or replace, quantise.",
-     "ENREGISTREMENT DE NOTES - Quand il est actif, ce que vous jouez pendant la lecture est écrit dans le motif en "
+     "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt ; ce que vous jouez est écrit dans le motif "
+     "en "
      "cours de l'instrument courant : sur un clavier MIDI, le clavier de la tranche ou les touches de l'ordinateur (la "
      "rangée centrale et celle du dessus, les deux premières de la rangée du bas pour l'octave). Bouton droit : "
      "ajouter ou remplacer, quantifier."},
@@ -98,8 +105,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "curseur avance ensuite de la valeur du magnétisme, à la fin il revient au début. Les flèches le déplacent."},
     {430, "PLAY - Plays and stops. In song mode playing starts at the song position. Key: Space.",
      "LECTURE - Lance et arrête la lecture. En mode morceau, elle part de la position du morceau. Touche : Espace."},
-    {431, "STOP - Stops playing. A second click goes back to the start.",
-     "STOP - Arrête la lecture. Un second clic revient au début."},
+    {431, "STOP - Stops playing and ends what keys hold. A second click goes back to the start and ends every note.",
+     "STOP - Arrête la lecture et finit ce que des touches tiennent. Un second clic revient au début et finit toutes "
+     "les "
+     "notes."},
     {432,
      "RECORD AUTOMATION - While it is on, what you move on your MIDI keyboard during playing is written into the "
      "current pattern.",
@@ -118,6 +127,32 @@ inline constexpr NumberedText kInfoTexts[] = {
     {438, "POSITION - Bar, beat and step of what is playing.", "POSITION - Mesure, temps et pas de la lecture."},
     {439, "CPU - Share of the time of a block that rendering it takes. Near 100 % the sound breaks up.",
      "CPU - Part du temps d'un bloc que prend son calcul. Vers 100 %, le son se coupe."},
+    // Automation
+    {520, "PATTERN, SONG - Whether the points belong to the selected pattern or to the song.",
+     "MOTIF, MORCEAU - Si les points appartiennent au motif choisi ou au morceau."},
+    {521, "POINTS - Click to add a point, drag to move one or a part of the line. Double click deletes.",
+     "POINTS - Cliquez pour ajouter un point, glissez un point ou une partie de la ligne. Double-clic : efface."},
+    {522, "PENCIL - Draws freely. With the tool for points hold Ctrl.",
+     "CRAYON - Dessine librement. Avec l'outil des points, tenez Ctrl."},
+    {523, "LINE - Drag from the beginning to the end of a line.", "LIGNE - Glissez du début à la fin d'une ligne."},
+    {524, "RAMP - Drag over a span: a ramp every beat. The wheel changes how long one is.",
+     "RAMPE - Glissez : une rampe par temps. La molette change sa longueur."},
+    {525, "SINE - Drag over a span: a wave every beat. The wheel changes how long one is.",
+     "SINUS - Glissez : une onde par temps. La molette change sa longueur."},
+    {526, "RANDOM - Drag over a span: values that the dice throw. The wheel changes how long one is.",
+     "HASARD - Glissez : des valeurs au hasard. La molette change leur longueur."},
+    {527, "ARM - While it is on and the song plays, controls that you move are written as automation.",
+     "ARMER - Pendant la lecture, les boutons que vous tournez sont écrits comme automation."},
+    {528, "TIME, VALUE - Of the selected point. Click to type it.",
+     "TEMPS, VALEUR - Du point choisi. Cliquez pour taper."},
+    {529, "CLEAR - Removes all points of this lane.", "VIDER - Efface tous les points de cette courbe."},
+    {530, "LANES - Everything that can be automated, what is in use first. Click to show a lane.",
+     "COURBES - Tout ce qui s'automatise, d'abord ce qui sert. Cliquez pour montrer une courbe."},
+    {531,
+     "CURVE - Click adds a point, dragging moves it, Shift makes it fine, Alt is free of the grid. Drag with the "
+     "right button to select.",
+     "COURBE - Un clic ajoute un point, glissez pour le déplacer, Maj affine, Alt quitte la grille. Glissez avec le "
+     "bouton droit pour choisir."},
     {440, "XRUNS - How often the sound device did not get its block in time.",
      "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
     {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",
@@ -144,9 +179,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MASTER INSERT - An effect through which the whole sound goes. The button on the left switches it on and off.",
      "INSERT MASTER - Un effet que tout le son traverse. Le bouton de gauche l'active ou le coupe."},
     {451, "EDIT - Opens the window of the effect.", "ÉDITER - Ouvre la fenêtre de l'effet."},
-    {452,
-     "MASTER LEVEL - Level of the whole sound. Double click: full level. Click with the right button to type decibels.",
-     "NIVEAU MASTER - Niveau de tout le son. Double clic : niveau maximum. Clic droit : taper des décibels."},
+    {452, "MASTER LEVEL - Level of the whole sound. Double click to type decibels. Alt + click: full level.",
+     "NIVEAU MASTER - Niveau de tout le son. Double clic : taper des décibels. Alt + clic : niveau maximum."},
     {453,
      "METER - Peak level of the left and right channel. The mark on top stays lit after clipping until you click it.",
      "VU-MÈTRE - Niveau crête des voies gauche et droite. La marque du haut reste allumée après une saturation, "
@@ -186,10 +220,18 @@ inline constexpr NumberedText kInfoTexts[] = {
      "menu."},
     {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
      "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
-    {469, "KEYBOARD - Click a key to play it. Ctrl or Shift holds keys. The wheel moves along.",
-     "CLAVIER - Cliquez une touche pour la jouer. Ctrl ou Maj tient les touches. La molette défile."},
-    {470, "LEVEL - Level of the instrument. Double click: 0 dB. Shift makes the drag finer.",
-     "NIVEAU - Niveau de l'instrument. Double clic : 0 dB. Maj rend le geste plus fin."},
+    {469,
+     "KEYBOARD - Click a key to play it. With Ctrl or Shift it stays down until the next such click. The wheel moves "
+     "along.",
+     "CLAVIER - Cliquez une touche pour la jouer. Avec Ctrl ou Maj elle reste enfoncée jusqu'au prochain clic de ce "
+     "genre. La molette défile."},
+    {470,
+     "LEVEL - Level of the instrument. Double click to type decibels. Alt + click: the level of a new one. Shift makes "
+     "the "
+     "drag finer.",
+     "NIVEAU - Niveau de l'instrument. Double clic : taper des décibels. Alt + clic : celui d'un nouvel instrument. "
+     "Maj "
+     "rend le geste plus fin."},
     {471, "MUTE - Silences the instrument.", "MUTE - Coupe l'instrument."},
     {472, "SOLO - Only instruments in solo are heard. With Solo Cumul Mode several can be.",
      "SOLO - Seuls les instruments en solo s'entendent. Avec Solos cumulés, plusieurs à la fois."},
@@ -202,6 +244,19 @@ inline constexpr NumberedText kInfoTexts[] = {
     {476, "SYNCHRO - The pattern restarts with the longest one while Synchro of the transport is on.",
      "SYNCHRO - Le motif repart avec le plus long quand Synchro du transport est actif."},
     {477, "METER - Peak level of the instrument.", "VU-MÈTRE - Niveau crête de l'instrument."},
+    {478,
+     "ARPEGGIATOR - Silent: it plays the keys of the keyboard below the strip, which is hidden. Show it with the "
+     "button "
+     "to the right.",
+     "ARPÉGIATEUR - Muet : il joue les touches du clavier sous la tranche, qui est caché. Le bouton à droite le "
+     "montre."},
+    {479,
+     "COUNT-IN - Bars that the metronome counts before a recording of notes begins: none, 1 or 2. What you strike up "
+     "to "
+     "half a beat too early goes on the first step.",
+     "DÉCOMPTE - Mesures comptées par le métronome avant un enregistrement de notes : aucune, 1 ou 2. Ce que vous "
+     "jouez "
+     "jusqu'à un demi-temps trop tôt va sur le premier pas."},
     {480,
      "STEPS - Click a step to set or clear its note, drag across to paint, move up or down while pressed for the "
      "velocity. Ctrl+click restarts the pattern at that step; the right button has more.",

@@ -15,7 +15,7 @@ protected:
         QString error;
         workstation->Stack().AddInstrument(QStringLiteral(QUIB_BIN_DIR "/testplugins/NoteProbe.so"), error);
         audio.Prepare({44100.0, 256, 1, false});
-        audio.settings.songMode.Set(0.0F);
+        workstation->NoteRecording().SetOptions({});
         At(0)->midi.channel.Set(kChannelOmni);
     }
     void SetPattern(int steps, std::vector<Note> notes) {
@@ -23,9 +23,9 @@ protected:
     }
     const std::vector<Note>& Notes() { return At(0)->patterns[0].ForEdit()->Notes(); }
     void Send(int velocity, int key) {
-        const auto early = static_cast<std::uint32_t>(random.Draw() % 6);
+        const auto early = static_cast<std::uint64_t>(random.Draw()) * 177;
         audio.ReceiveMidi(
-            {0x90, static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(velocity), Milliseconds() - early});
+            {0x90, static_cast<std::uint8_t>(key), static_cast<std::uint8_t>(velocity), Nanoseconds() - early});
     }
     std::vector<HeardNote> Listen(int blocks) {
         std::vector<HeardNote> heard;
@@ -81,6 +81,32 @@ TEST_F(NoteRecordingTest, AThousandNotesPlayBackWithinOneSampleOfWhereTheyWerePl
     }
     workstation->Changes().Steps().undo();
     EXPECT_TRUE(Notes().empty());
+}
+
+TEST_F(NoteRecordingTest, ANoteThatThePedalHoldsLastsUntilItGoesUp) {
+    const auto move = [&](int status, int number, int value) {
+        audio.ReceiveMidi({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(number),
+                           static_cast<std::uint8_t>(value), Nanoseconds()});
+    };
+    SetPattern(64, {});
+    workstation->NoteRecording().Armed().Set(1.0F);
+    Play();
+    Listen(30);
+    move(0xb0, 64, 127);
+    for (const int key : {60, 62}) {
+        move(0x90, key, 100);
+        Listen(20);
+        move(0x80, key, 0);
+        Listen(20);
+    }
+    move(0xb0, 64, 0);
+    Listen(5);
+    workstation->Transport().Stop();
+    Listen(1);
+    workstation->Tick();
+    ASSERT_EQ(Notes().size(), 2U);
+    EXPECT_NEAR(Notes()[0].length, 80 * 256 / 5512.0, 0.05);
+    EXPECT_NEAR(Notes()[1].length, 40 * 256 / 5512.0, 0.05);
 }
 
 TEST_F(NoteRecordingTest, ATakeQuantisesWrapsReplacesAndEndsWhatIsHeld) {

@@ -2,10 +2,14 @@
 // The piano roll's window over a real project, with the mouse and keys of a user.
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 #include "app/AppFixture.h"
 #include "app/CSettingsForControls.h"
+#include "app/console/PatternMenu.h"
 #include "editors/CToolWindows.h"
 
 namespace quib {
@@ -71,7 +75,6 @@ TEST_F(PianoRollWindowTest, ARiffIsWrittenAndEachGestureIsOneStepThatUndoTakesBa
 TEST_F(PianoRollWindowTest, TheEditCommandsActOnTheSelectionWhichComesBackWithUndo) {
     for (int step = 0; step < 3; ++step) Click(Cell(4 * step, 60));
     EXPECT_FALSE(window->CanEdit(EEdit::kCopy)) << "a new note is not selected";
-    EXPECT_FALSE(window->CanEdit(EEdit::kPaste));
     window->Edit(EEdit::kSelectAll);
     ASSERT_TRUE(window->CanEdit(EEdit::kDelete));
     window->Edit(EEdit::kCopy);
@@ -88,6 +91,50 @@ TEST_F(PianoRollWindowTest, TheEditCommandsActOnTheSelectionWhichComesBackWithUn
     QTest::keyClick(window, Qt::Key_Up);
     EXPECT_EQ(Notes(1)[0].key, 61);
     EXPECT_EQ(Notes(0)[0].key, 60);
+    QSignalSpy messages(workstation.get(), &CWorkstation::Message);
+    const int steps = Steps();
+    for (const char* const foreign : {"", "PATTERNS of speech; and more", "PATTERN_NOTES;0;"}) {
+        QGuiApplication::clipboard()->setText(QLatin1String(foreign));
+        window->Edit(EEdit::kPaste);
+        CPatternEdits(*workstation).Edit(EEdit::kPaste);
+    }
+    EXPECT_EQ(messages.count(), 6);
+    EXPECT_EQ(Steps(), steps) << "foreign text is refused";
+}
+
+TEST_F(PianoRollWindowTest, AWholePatternGoesThroughTheClipboardIntoAnotherInstrumentAndProject) {
+    CPatternEdits edits(*workstation);
+    workstation->Contents().SetPattern(
+        At(0)->Id(), 0, std::make_shared<const CPattern>(24, std::vector<Note>{{1.25F, 2, 48, 80}}), "x");
+    const CEventLanes points = CEventLanes().With(0, 1, {{2, 0.5F}});
+    for (const ELanes family : {ELanes::kMidi, ELanes::kMix, ELanes::kPlugin})
+        workstation->Contents().SetLanes(At(0)->Id(), family, std::make_shared<const CEventLanes>(points), "x");
+    edits.Edit(EEdit::kCopy);
+    workstation->Session().NewProject();
+    AddSynth();
+    workstation->Contents().SelectPattern(0, 5);
+    const int before = Steps();
+    edits.Edit(EEdit::kPaste);
+    EXPECT_EQ(Steps(), before + 1);
+    EXPECT_EQ(Notes(5), (std::vector<Note>{{1.25F, 2, 48, 80}}));
+    EXPECT_EQ(At(0)->patterns[5].ForEdit()->StepCount(), 24);
+    for (const ELanes family : {ELanes::kMidi, ELanes::kMix, ELanes::kPlugin}) {
+        const auto lanes = workstation->Contents().LanesPlace(At(0), family).target->ForEdit();
+        ASSERT_NE(lanes->Find(5, 1), nullptr) << static_cast<int>(family);
+        EXPECT_EQ(*lanes->Find(5, 1), *points.Find(0, 1));
+    }
+    QString error;
+    ASSERT_GE(workstation->Stack().AddInstrument("QUIB drums", error), 0) << error.toStdString();
+    edits.Edit(EEdit::kPaste);
+    EXPECT_NE(At(1)->midiLanes.ForEdit()->Find(0, 1), nullptr);
+    EXPECT_EQ(workstation->Contents().LanesPlace(At(1), ELanes::kPlugin).target->ForEdit()->Find(0, 1), nullptr)
+        << "the parameters of another plug-in are others";
+    QTest::keyClick(window, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Notes()[0].position, 2.25F);
+    QTest::keyClick(window, Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Notes().size(), 2U);
+    QTest::keyClick(window, Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(Notes().empty());
 }
 
 TEST_F(PianoRollWindowTest, ItFollowsOtherHandsAndShowsTheSoundsOfADrumMachine) {

@@ -105,7 +105,14 @@ TEST_F(WorkstationTest, EveryEditIsAStepThatGoesBackAndForth) {
     ExpectUndoable("Remove preset", [&] { workstation->Presets().RemovePreset(0, 0); });
     ExpectUndoable("Preset MIDI assignment", [&] { workstation->Presets().SetPresetMidi(3, 36, 1); });
     ExpectUndoable("Duplicate instrument", [&] { Stack().DuplicateInstrument(0); });
+    Contents().SetLanes(At(0)->Id(), ELanes::kPlugin, points, "Points");
     ExpectUndoable("Reset instrument", [&] { Stack().ResetInstrument(0); });
+    EXPECT_EQ(PluginAt(0).lanes.ForEdit()->Find(CEventLanes::kSongSlot, 0), nullptr);
+    ExpectUndoable("Number of steps", [&] { Contents().SetSteps(0, 4, 48); });
+    ExpectUndoable("Load plug-in", [&] {
+        EXPECT_TRUE(Places().LoadInsert({SlotPlace::EKind::kInsert, At(0)->Id(), 1}, "QUIB chorus", error));
+        EXPECT_TRUE(At(0)->strip.insertOn[1].IsOn());
+    });
     ExpectUndoable("Remove instrument", [&] { Stack().RemoveInstrument(0); });
     while (Steps().canUndo()) Steps().undo();
     EXPECT_TRUE(Stack().Instruments().empty());
@@ -260,13 +267,59 @@ TEST_F(WorkstationTest, ARecalledPresetChangesEverythingAndUndoTakesItBack) {
     for (int i = 0; i < 4; ++i) workstation->Tick();
     EXPECT_EQ(Image(), changed);
 
-    workstation->Presets().RecallPresets(0);
+    QSignalSpy notices(workstation.get(), &CWorkstation::Notice);
+    for (int click = 0; click < 2; ++click) {
+        EXPECT_FALSE(workstation->Presets().RecallPresets(0));
+        EXPECT_FALSE(workstation->Presets().RecallPresets(0, CPresets::EOrigin::kMidi));
+    }
+    EXPECT_EQ(notices.size(), 2) << "told to whoever clicks, and not at every note";
     EXPECT_EQ(Image(), changed) << "presets are off";
     settings.SetOn("PresetOn", true);
-    workstation->Presets().RecallPresets(0);
+    EXPECT_TRUE(workstation->Presets().RecallPresets(0));
     for (int i = 0; i < 4; ++i) workstation->Tick();
-    EXPECT_EQ(Image(), before);
+    EXPECT_EQ(workstation->Presets().SelectedPreset().Get(), 1) << "numbers are shown from 1";
+    EXPECT_EQ(workstation->Presets().Recalled(At(0)->Id()), 1);
     EXPECT_EQ(UndoText(), "Select preset");
+    Steps().undo();
+    EXPECT_EQ(workstation->Presets().SelectedPreset().Get(), 0);
+    EXPECT_EQ(workstation->Presets().Recalled(At(0)->Id()), 0);
+}
+
+TEST_F(WorkstationTest, APresetPressesTheKeysThatItHolds) {
+    AddSynth();
+    CAudio& audio = workstation->Audio();
+    audio.Prepare({44100.0, 256, 1, false});
+    At(0)->keyboardOn.Set(1.0F);
+    const auto heldAfter = [&](const std::function<void()>& action) {
+        action();
+        for (int block = 0; block < 4; ++block) audio.RenderBlock();
+        auto keys = Stack().HeldKeysOf(*At(0));
+        std::sort(keys.begin(), keys.end());
+        return keys;
+    };
+    using Keys = std::vector<std::int32_t>;
+    CTransportControl& transport = workstation->Transport();
+    heldAfter([&] { transport.PlayKey(At(0)->Id(), 60, 100); });
+    workstation->Presets().AddPreset(0);
+    const Keys users = heldAfter([&] {
+        transport.PlayKey(At(0)->Id(), 60, 0);
+        transport.PlayKey(At(0)->Id(), 64, 100);
+    });
+    ASSERT_EQ(users, (Keys{64}));
+    workstation->Presets().AddPreset(0);
+    EXPECT_EQ(heldAfter([&] { workstation->Presets().RecallPreset(0, 0); }), (Keys{60, 64}));
+    EXPECT_EQ(heldAfter([&] { workstation->Presets().RecallPreset(0, 1); }), (Keys{64})) << "the user's stays";
+}
+
+TEST_F(WorkstationTest, LoadedInstrumentsFollowTheSettingOfTheirLevelAndTitlesStayWhole) {
+    AddSynth();
+    QString error;
+    ASSERT_TRUE(Stack().SaveInstrument(0, File("lead.ist"), error));
+    settings.SetOn(QStringLiteral("LevelOffWhenLoadingInst"), true);
+    ASSERT_TRUE(Stack().LoadInstrument(0, File("lead.ist"), error)) << error.toStdString();
+    EXPECT_EQ(At(0)->strip.level.Get(), 0);
+    Stack().RenameInstrument(0, "Lead; soft\n");
+    EXPECT_EQ(At(0)->title, "Lead soft");
 }
 
 TEST_F(WorkstationTest, AGestureIsHeardAtEachMoveAndIsOneStepOrNone) {

@@ -176,7 +176,10 @@ TEST_F(CValueControlsTest, PresetsAreRecalledByMouseAndKeyboard) {
     std::vector<int> recalled;
     std::vector<int> menus;
     presets.presetCount = [&count] { return count; };
-    presets.onSelect = [&recalled](int preset) { recalled.push_back(preset); };
+    presets.onSelect = [&recalled](int preset) {
+        recalled.push_back(preset);
+        return true;
+    };
     presets.onAdd = [&count] { ++count; };
     presets.onPresetMenu = [&menus](int preset) { menus.push_back(preset); };
     Open();

@@ -101,6 +101,16 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
         EXPECT_FALSE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
         ASSERT_TRUE(output.OpenMidiIn("peer:midi"));
         ASSERT_TRUE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
+        ASSERT_TRUE(peer.Disconnect("peer:midi", "QUIB Sequencer:midi_in"));
+        ASSERT_TRUE(TurnUntil([&] { return heard() == 0.0F; })) << "the key of a cut cable hangs";
+        ASSERT_TRUE(peer.Connect("peer:midi", "QUIB Sequencer:midi_in"));
+        ASSERT_TRUE(hears({0x90, 72, 100}, [&] { return heard() > 0.0F; }));
+    }
+    {
+        CJackPeer witness;
+        ASSERT_TRUE(witness.RecordProgram());
+        ASSERT_TRUE(TurnUntil([&] { return witness.Last(1) > 0.0F; }));
+        EXPECT_TRUE(TurnUntil([&] { return witness.Last(0) == 0.0F; })) << "the key of a program that ended hangs";
     }
     server.Stop(SIGKILL);
     ASSERT_TRUE(TurnUntil([&] { return PlaysOn("Silent"); }));
@@ -108,6 +118,55 @@ TEST_F(CJackOutputTest, NotesOfAnotherProgramSoundAndEndWithTheServer) {
     const CPlugin& plugin = *audio.instruments.ForEdit()->front()->plugin.ForEdit()->plugin;
     output.CloseOutput();
     EXPECT_EQ(plugin.Output(0)[0], 0.0F);
+}
+
+// Every message sounds on the frame where it was sent, and is told as played to what was heard then.
+TEST_F(CJackOutputTest, NotesAreToldWithinASampleOfWhereTheyWerePlayed) {
+    constexpr int kBlock = 256;
+    const int notes = std::getenv("QUIB_THOROUGH") != nullptr ? 1000 : 60;
+    CJackServer server(kBlock);
+    ASSERT_TRUE(server.Start());
+    CInstrument& instrument = AddInstrument("NoteProbe");
+    instrument.midi.channel.Set(kChannelOmni);
+    SetPattern(instrument, 0, 1000, {{0, 1, 60, 100}});
+    audio.noteCapture.recording.Set(1.0F);
+    CJackPeer peer(static_cast<std::size_t>(notes + 400) * 16 * kBlock);
+    AudioSettings settings = Settings("JACK");
+    settings.midiInDevice = "peer:midi";
+    ASSERT_TRUE(output.OpenOutput(settings));
+    ASSERT_TRUE(peer.RecordProgram());
+    ASSERT_TRUE(TurnUntil([&] { return peer.Recorded() > 4 * kBlock; }));
+    PlayPatterns();
+    ASSERT_TRUE(PlayOn(0.1));
+    ASSERT_GT(audio.noteCapture.latency.Get(), 0);
+    EXPECT_EQ(audio.noteCapture.latency.Get(), peer.PlaybackLatency("system:playback_1"));
+
+    std::vector<std::int64_t> sent;
+    std::vector<std::int64_t> told;
+    for (int note = 0; note < notes; ++note) {
+        const auto key = static_cast<unsigned char>(36 + note % 48);
+        ASSERT_TRUE(peer.SendMidi({0x90, key, 100}, note * 37 % kBlock));
+        sent.push_back(static_cast<std::int64_t>(peer.SentAt()));
+        ASSERT_TRUE(peer.SendMidi({0x80, key, 0}));
+        for (EngineNotice notice; audio.Fetch(notice);) {
+            if (notice.kind == EngineNotice::EKind::kNote && notice.lane > 0) told.push_back(notice.sample);
+        }
+    }
+    ASSERT_TRUE(PlayOn(0.1));
+    for (EngineNotice notice; audio.Fetch(notice);) {
+        if (notice.kind == EngineNotice::EKind::kNote && notice.lane > 0) told.push_back(notice.sample);
+    }
+    std::vector<std::int64_t> heard;  // the note of the first step, then what was played
+    const std::vector<float> sound = peer.Channel(0);
+    for (std::size_t frame = 0; frame < sound.size(); ++frame) {
+        if (sound[frame] > 0.001F) heard.push_back(static_cast<std::int64_t>(frame));
+    }
+    ASSERT_EQ(told.size(), sent.size());
+    ASSERT_EQ(heard.size(), sent.size() + 1);
+    for (std::size_t note = 0; note < sent.size(); ++note) {
+        EXPECT_NEAR(static_cast<double>(told[note] + audio.KeyDelay() - heard[note + 1] + heard[0]), 0, 1);
+        EXPECT_EQ(heard[note + 1] - sent[note], heard[1] - sent[0]);
+    }
 }
 
 TEST_F(CJackOutputTest, TheServersBlockSizeIsFollowedAndWhatTheUserWiredIsKept) {

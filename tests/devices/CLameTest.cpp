@@ -144,6 +144,31 @@ TEST_F(CLameTest, ARecordingThatNobodyClosesIsPlayableUpToTheLastFlush) {
     EXPECT_EQ(Decode(path), Values(values.begin(), values.begin() + kWaveBuffer * 2));
 }
 
+TEST_F(CLameTest, AFullFileAndAnotherRateGoOnInTheNextOneWithoutLoss) {
+    CLame small(CMp3Encoder::kLibraryName, kWaveBuffer * 2 * 3);
+    std::ofstream(folder / "take-2.wav") << "somebody's";
+    const Values values = Pattern(kWaveBuffer * 5 + 100);
+    ASSERT_EQ(small.StartRecording(folder / "take.wav", 48000), 0);
+    small.PushBlock(std::span(values).first(kWaveBuffer * 2));
+    small.Flush();
+    small.PushBlock(std::span(values).subspan(kWaveBuffer * 2));
+    ASSERT_EQ(small.ContinueRecording(44100), 0) << small.Error();
+    small.PushBlock(values);
+    small.StopRecording(CLame::ELastBuffer::kWrite);
+    EXPECT_EQ(small.Error(), "");
+    Values whole;
+    for (const char* const name : {"take.wav", "take-3.wav"}) {
+        const Values part = ValuesIn(folder / name);
+        whole.insert(whole.end(), part.begin(), part.end());
+    }
+    EXPECT_EQ(whole, values);
+    EXPECT_EQ(ValuesIn(folder / "take-4.wav").size(), kWaveBuffer * 3);
+    EXPECT_EQ(Probe(folder / "take-5.wav", "sample_rate"), "44100\n");
+    EXPECT_EQ(small.FilePath(), folder / "take-5.wav");
+    EXPECT_EQ(small.BytesWritten(), values.size() * 4);
+    EXPECT_NEAR(small.Seconds(), static_cast<double>(values.size()) / 2 * (1 / 48000.0 + 1 / 44100.0), 1e-6);
+}
+
 TEST_F(CLameTest, WithoutAFlushFifteenBuffersAreKeptAndTheNewestIsFilledOverAgain) {
     const auto path = folder / "ring.wav";
     ASSERT_EQ(lame.StartRecording(path, 48000), 0);

@@ -58,6 +58,12 @@ public:
     // Where in the recording that was.
     std::size_t SentAt() const { return sentAt.load(); }
     std::vector<std::string> Connections(const std::string& port) const;
+    // Of a port on its way out, in frames.
+    int PlaybackLatency(const std::string& port) const {
+        jack_latency_range_t range{};
+        jack_port_get_latency_range(jack_port_by_name(client, port.c_str()), JackPlaybackLatency, &range);
+        return static_cast<int>(range.max);
+    }
     void SetBlockSize(int frames) { jack_set_buffer_size(client, static_cast<jack_nframes_t>(frames)); }
 
     std::size_t Recorded() const { return recorded.load(std::memory_order_acquire); }

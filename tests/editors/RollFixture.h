@@ -44,6 +44,7 @@ public:
         limitDone = done;
     }
     void ShowMenu(int /*x*/, int /*y*/) override { ++menus; }
+    void ShowRowMenu(int key) override { rowOfMenu = key; }
     void ViewChanged() override { ++views; }
     void RowFocused(int key) override { focused = key; }
 
@@ -66,7 +67,8 @@ public:
     std::vector<Note> heard;
     std::map<int, int> sounding;
     std::size_t selected = 0;
-    int previews = 0, menus = 0, views = 0, focused = -1, takenKey = -1, lowerLimit = 0, upperLimit = 128;
+    int previews = 0, menus = 0, rowOfMenu = -1, views = 0, focused = -1, takenKey = -1, lowerLimit = 0,
+        upperLimit = 128;
     bool limitIsArmed = false, limitDone = false;
 };
 

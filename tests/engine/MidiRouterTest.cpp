@@ -21,9 +21,9 @@ protected:
         block.instruments.push_back(entry);
         return instrument;
     }
-    void Send(int status, int data1, int data2, std::uint32_t time = 0) {
+    void Send(int status, int data1, int data2, std::uint64_t time = 0) {
         const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
-        router.Dispatch({byte(status), byte(data1), byte(data2), time}, block, transport);
+        router.Dispatch({byte(status), byte(data1), byte(data2), time}, ELiveSource::kMidiInput, block, transport);
     }
     // What went on to the instrument's plug-in since the last time.
     static Heard Take(CInstrument& instrument) {
@@ -47,7 +47,8 @@ protected:
     CBoundedQueue<EngineNotice> notices{64};
     NoteCaptureSettings captured;
     CNoteCapture capture{captured, notices};
-    CMidiRouter router{selection, recording, notices, capture};
+    CLiveKeys keys{capture};
+    CMidiRouter router{selection, recording, notices, keys};
     BlockContext block{};
     CTransport transport;
 };
@@ -65,6 +66,8 @@ TEST_F(CMidiRouterTest, AChannelReachesItsInstrumentsAndOneWithPriorityTakesItAl
     EXPECT_EQ(Take(none), Heard());
     ten.midi.priority.Set(1);
     nine.midi.priority.Set(1);
+    Send(0x89, 60, 0);
+    for (CInstrument* const heard : {&ten, &every}) EXPECT_EQ(Take(*heard), (Heard{{144, 60, 0}}));
     Send(0x99, 60, 100);
     EXPECT_EQ(Take(ten), note);
     EXPECT_EQ(Take(every), Heard());
@@ -101,8 +104,11 @@ TEST_F(CMidiRouterTest, KeysAreLimitedTransposedAndLearned) {
     instrument.midi.limitLearning.Set(1);
     Send(0x90, 50, 100);
     EXPECT_EQ(Take(instrument), Heard()) << "a key that was learned played";
-    for (const int key : {39, 40, 49, 50}) Send(0x80, key, 77);
-    EXPECT_EQ(Take(instrument), (Heard{{144, 40, 0}, {144, 49, 0}}));
+    for (const int key : {39, 40, 49, 50}) {
+        Send(0x90, key, 77);
+        Send(0x80, key, 77);
+    }
+    EXPECT_EQ(Take(instrument), (Heard{{144, 40, 77}, {144, 40, 0}, {144, 49, 77}, {144, 49, 0}}));
 }
 
 TEST_F(CMidiRouterTest, HeldKeysAreTheUntransposedOnesAndAnArpeggiatorPlaysThemItself) {
@@ -126,6 +132,8 @@ TEST_F(CMidiRouterTest, ControllersPassWhereTheirSwitchIsOn) {
         Send(0xb0, 7, 70);  // a controller other than the wheel
         Send(0xa0, 60, 70);
         Send(0xf8, 0, 0);
+        Send(0xe0, 100, 200);  // no data
+        Send(0xb0, 200, 64);
     };
     sendAll();
     EXPECT_EQ(Take(instrument), (Heard{{224, 0, 64}, {208, 33, 0}, {176, 1, 70}}));
@@ -157,19 +165,20 @@ TEST_F(CMidiRouterTest, AControllerIsOfferedToItsLaneAtTheStepWhereItCame) {
     CInstrument& instrument = Add(kChannelOmni);
     transport.playing = true;
     transport.samplesPerStep = 4410.0F;  // 100 ms
-    transport.stepTime = 0xfffffff0U;    // the clock is about to begin anew
+    const std::uint64_t begun = 5'000'000'000;
+    transport.stepTime = begun;
     instrument.play.currentStep = 5;
     instrument.play.currentPattern = 3;
-    Send(0xb0, 1, 70, 0xfffffff0U + 50);
+    Send(0xb0, 1, 70, begun + 50'000'000);
     EngineNotice notice;
     EXPECT_FALSE(notices.TryPop(notice)) << "the switch is off";
     recording.Set(1.0F);
     transport.playing = false;
-    Send(0xb0, 1, 70, 0xfffffff0U + 50);
+    Send(0xb0, 1, 70, begun + 50'000'000);
     EXPECT_FALSE(notices.TryPop(notice)) << "nothing plays";
     transport.playing = true;
-    Send(0xb0, 1, 70, 0xfffffff0U + 50);
-    Send(0xd0, 33, 0, 0xfffffff0U - 25);
+    Send(0xb0, 1, 70, begun + 50'000'000);
+    Send(0xd0, 33, 0, begun - 25'000'000);
     for (const auto& [lane, x, y] : {std::tuple{kModulationWheelLane, 5.5F, 70.0F}, {kAftertouchLane, 4.75F, 33.0F}}) {
         ASSERT_TRUE(notices.TryPop(notice));
         EXPECT_EQ(notice.kind, EngineNotice::EKind::kLanePoint);
@@ -186,10 +195,10 @@ TEST_F(CMidiRouterTest, RecordedPointsOnlyEverFollowOneAnother) {
     instrument.midi.channel.Set(kChannelOmni);
     audio.recordAutomation.Set(1.0F);
     PlayPatterns();
-    const std::uint32_t begun = Milliseconds();
+    const std::uint64_t begun = Nanoseconds();
     std::size_t shown = 0;
-    const auto play = [&](std::initializer_list<std::uint8_t> bends, std::uint32_t later) {
-        for (const std::uint8_t bend : bends) audio.ReceiveMidi({0xe0, 0, bend, begun + later});
+    const auto play = [&](std::initializer_list<std::uint8_t> bends, std::uint64_t later) {
+        for (const std::uint8_t bend : bends) audio.ReceiveMidi({0xe0, 0, bend, begun + later * 1'000'000});
         audio.RenderBlock();
         FollowNotices(audio, [&](const EngineNotice&) { ++shown; });
     };

@@ -50,13 +50,31 @@ TEST_F(CRenderBlockTest, FadersPanMuteAndCrossfaderReachTheMaster) {
     EXPECT_NE(Left(), 0.0F);  // a muted strip still lets one millionth through
 }
 
+TEST_F(CRenderBlockTest, WhatHasNotRenderedYetBeginsOnItsTargets) {
+    Put(audio.sharedEffects[0], LoadPlugin("Gain", ESlotKind::kEffect));
+    audio.settings.masterLevel.Set(64.0F);
+    CInstrument& instrument = AddConstant();
+    instrument.strip.crossfadeA.Set(1.0F);
+    instrument.strip.sendOn[0].Set(1.0F);
+    instrument.strip.sendLevel[0].Set(127.0F);
+    audio.RenderBlock();
+    EXPECT_NEAR(audio.Master(0)[0], 2 * 0.0625F * 0.25F, 1e-4F);
+    // Later ones too, while the others move on from where they are.
+    audio.settings.masterLevel.Set(127.0F);
+    instrument.strip.mute.Set(1.0F);
+    AddConstant();
+    audio.RenderBlock();
+    EXPECT_NEAR(audio.Master(0)[0], 3 * 0.0625F * 0.25F, 1e-2F);
+}
+
 TEST_F(CRenderBlockTest, TheMasterNeverExceedsItsCeilingAndGainsNeverJump) {
     for (int count = 0; count < 8; ++count) {
         CInstrument& instrument = AddInstrument();
         PluginOf(instrument).SetParameter(0, 1.0F);
         instrument.strip.level.Set(127.0F);
     }
-    float previous = 0.0F;
+    audio.RenderBlock();
+    float previous = audio.Master(0)[255];
     float largestJump = 0.0F;
     for (int block = 0; block < 100; ++block) {
         if (block == 50) {
@@ -95,7 +113,7 @@ TEST_F(CRenderBlockTest, InsertsWorkOutOfPlaceAndAMonoInsertHearsBothSides) {
     EXPECT_NEAR(Left(), 0.0625F, 1e-4F);
 }
 
-TEST_F(CRenderBlockTest, ASharedEffectRunsAHundredBlocksAfterItsLastSend) {
+TEST_F(CRenderBlockTest, ASharedEffectRunsAWhileAfterItsLastSend) {
     CInstrument& instrument = AddConstant();
     instrument.strip.mute.Set(0.0F);
     Put(audio.sharedEffects[1], LoadPlugin("Gain", ESlotKind::kEffect));
@@ -113,14 +131,33 @@ TEST_F(CRenderBlockTest, ASharedEffectRunsAHundredBlocksAfterItsLastSend) {
         if (gain <= 0.00002F) quiet = blocks;
     }
     ASSERT_GT(quiet, 0);
+    // The length of 100 blocks of the usual size, whatever the blocks.
     const CPlugin& effect = *audio.sharedEffects[1].ForEdit()->plugin;
     int further = 1;  // the block that fell silent has run
-    for (; further < 300; ++further) {
+    for (; further < 1000; ++further) {
         const_cast<float*>(effect.Output(0))[0] = 123.0F;
         audio.RenderBlock();
         if (effect.Output(0)[0] == 123.0F) break;
     }
-    EXPECT_EQ(further, 100);
+    EXPECT_NEAR(further, 100 * 2048 / 256, 2);
+}
+
+TEST_F(CRenderBlockTest, WhatIsSilentIsSilentEnoughForEffectsToSleep) {
+    constexpr float kHeardByEffects = 3e-8F;
+    Put(audio.sharedEffects[0], LoadPlugin("Gain", ESlotKind::kEffect));
+    for (int count = 0; count < 10; ++count) {
+        CInstrument& instrument = AddInstrument();
+        instrument.strip.level.Set(127.0F);
+        instrument.strip.eqOn.Set(1.0F);
+        for (int band = 0; band < kEqBandCount; ++band) {
+            instrument.strip.eqGain[static_cast<std::size_t>(band)].Set(1.0F);
+            UpdateEqualizer(instrument, band, 44100.0);
+        }
+        instrument.strip.sendOn[0].Set(1.0F);
+        instrument.strip.sendLevel[0].Set(127.0F);
+    }
+    Settle();
+    EXPECT_LT(std::abs(Left()), kHeardByEffects);
 }
 
 TEST_F(CRenderBlockTest, AnOutputThatIsNoNumberOrFarTooLoudSilencesItsPluginForTheBlock) {
@@ -198,6 +235,43 @@ TEST_F(CRenderBlockTest, SongAutomationNeedsSongMode) {
     EXPECT_EQ(audio.settings.masterLevel.Get(), 64.0F);
 }
 
+TEST_F(CRenderBlockTest, APointOfTheSongActsWhenItsStepSounds) {
+    constexpr int kMuteLane = 2;
+    CInstrument& instrument = AddConstant();
+    Publish(instrument.mixLanes,
+            CEventLanes().With(CEventLanes::kSongSlot, kMuteLane, {{0.0F, 0.0F}, {3.0F, 1.0F}, {4.0F, 0.0F}}));
+    Command(EngineCommand::EKind::kPlay);
+    std::vector<float> heard;
+    while (heard.size() < 5 * kStep) {
+        audio.RenderBlock();
+        heard.insert(heard.end(), audio.Master(0), audio.Master(0) + 256);
+    }
+    EXPECT_EQ(heard[3 * kStep - 1], heard[0]);
+    EXPECT_LT(heard[3 * kStep], heard[0]);
+    EXPECT_LT(heard[4 * kStep - 1], 0.001F * heard[0]);
+    EXPECT_GT(heard[4 * kStep], heard[4 * kStep - 1]);
+}
+
+TEST_F(CRenderBlockTest, TempoAutomationMovesTimeForwardOnceAStep) {
+    constexpr int kLane = static_cast<int>(kTempoLane);
+    const auto lanes =
+        CEventLanes().With(CEventLanes::kSongSlot, kLane, {{0.0F, 100.0F}, {8.0F, 100.0F}, {8.0F, 240.0F}});
+    Publish(audio.masterLanes, lanes);
+    AddInstrument();
+    Command(EngineCommand::EKind::kPlay);
+    std::vector<double> tempos;
+    double before = -1;
+    for (int block = 0; block < 12 * kStep / 256; ++block) {
+        audio.RenderBlock();
+        const PlayTime& time = audio.Picture().time;
+        EXPECT_GT(time.quarterNotes, before);
+        before = time.quarterNotes;
+        if (tempos.empty() || tempos.back() != time.tempo) tempos.push_back(time.tempo);
+    }
+    EXPECT_EQ(tempos, (std::vector<double>{100, 240}));
+    EXPECT_EQ(audio.settings.tempo.Get(), 120.0F) << "the project's own";
+}
+
 TEST_F(CRenderBlockTest, BallsWanderOnTheirGridFromTheSeed) {
     CInstrument& instrument = AddInstrument();
     SetPattern(instrument, 0, 16, {});
@@ -244,7 +318,7 @@ TEST_F(CRenderBlockTest, LiveMessagesKeepTheirPlaceInTheBlock) {
     instrument.midi.channel.Set(kChannelOmni);
     const auto send = [&](int status, int key, int ago) {
         audio.ReceiveMidi({static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(key), 100,
-                           Milliseconds() - static_cast<std::uint32_t>(ago)});
+                           Nanoseconds() - static_cast<std::uint64_t>(ago) * 1'000'000});
     };
     send(0x99, 36, 60);
     send(0xf8, 40, 60);  // no channel message
@@ -267,7 +341,10 @@ TEST_F(CRenderBlockTest, AuditionPlaysOnlyWithTheTransportAndFromItsPlace) {
     EXPECT_EQ(audio.Master(0)[10], 0.0F);
     PlayPatterns();
     audio.RenderBlock();
-    EXPECT_EQ(*std::max_element(audio.Master(0), audio.Master(0) + 5512), 0.5F);
+    EXPECT_EQ(audio.Master(0)[5511], 0.0F);
+    audio.RenderBlock();
+    EXPECT_EQ(audio.Master(0)[0], 0.5F);
+    EXPECT_EQ(audio.Master(0)[999], 0.5F);
 }
 
 TEST_F(CRenderBlockTest, TheScopeStartsAtARisingCrossing) {

@@ -2,6 +2,7 @@
 #include "engine/CSequencer.h"
 
 #include "EngineFixture.h"
+#include "model/PlaylistSpans.h"
 
 namespace quib {
 namespace {
@@ -32,12 +33,29 @@ TEST_F(CSequencerTest, NotesFallOnTheirSamplesWithSwingAndEndAfterTheirLength) {
         {3 * kStep + 1378 + 2756 + 2756, 61, false},
         {16 * kStep, 60, true},
         {17 * kStep, 60, false},
+        {17 * kStep + 2756, 64, false},  // where the key is struck anew
         {17 * kStep + 2756, 64, true},
         {18 * kStep, 62, true},
         {18 * kStep + 1, 62, false},
-        {18 * kStep + 2756, 64, false},
     };
     EXPECT_EQ(heard, expected);
+}
+
+TEST_F(CSequencerTest, ANoteEndsWhereItsKeyIsStruckAgain) {
+    CInstrument& instrument = AddInstrument();
+    instrument.swing.Set(0.5F);
+    // Legato over a late step, and a short note within a long one.
+    SetPattern(instrument, 0, 16,
+               {{1.0F, 1.0F, 60, 100}, {2.0F, 1.0F, 60, 100}, {4.0F, 4.0F, 62, 100}, {6.0F, 1.0F, 62, 100}});
+    PlayPatterns();
+    EXPECT_EQ(Listen(instrument, 10 * kStep), (std::vector<HeardNote>{{kStep + 2756, 60, true},
+                                                                      {2 * kStep, 60, false},
+                                                                      {2 * kStep, 60, true},
+                                                                      {3 * kStep, 60, false},
+                                                                      {4 * kStep, 62, true},
+                                                                      {6 * kStep, 62, false},
+                                                                      {6 * kStep, 62, true},
+                                                                      {7 * kStep, 62, false}}));
 }
 
 TEST_F(CSequencerTest, EveryBlockSizeGivesTheSameNotesAtTheSameSamples) {
@@ -160,6 +178,46 @@ TEST_F(CSequencerTest, TheSongFollowsPlaylistsRepeatsAndFallsSilent) {
                           {1, 60}, {2, 60}, {3, 60}, {4, 60}, {5, 60}, {6, 61}, {7, 61}}));
 }
 
+// What spans draw is what the engine plays, wherever it was sent. Entries without a pattern or a place, lengths
+// of 1 and equal starts are among them.
+TEST_F(CSequencerTest, EveryStepOfASongIsWhatItsSpansSay) {
+    Prepare(662);
+    audio.settings.tempo.Set(1000.0F);
+    CInstrument& instrument = AddInstrument();
+    std::minstd_rand random(11);
+    const auto draw = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
+    const char* const count = std::getenv("QUIB_PLAYLISTS");
+    for (int round = 0; round < (count != nullptr ? std::atoi(count) : 300); ++round) {
+        for (int pattern = 0; pattern < 4; ++pattern) SetPattern(instrument, pattern, draw(1, 9), {});
+        Playlist playlist;
+        for (int entry = draw(0, 6); entry > 0; --entry) playlist.push_back({draw(-1, 3), draw(-2, 30), draw(0, 1)});
+        Publish(instrument.playlist, playlist);
+        const auto spans = PlaylistSpans(playlist, PatternLengthsForEdit(instrument));
+        for (int seek = 0; seek < 3; ++seek) {
+            Command(EngineCommand::EKind::kLocate, draw(0, 45));
+            if (seek == 0) Command(EngineCommand::EKind::kPlay);
+            for (int steps = draw(1, 12); steps > 0; --steps) {
+                audio.RenderBlock();
+                const PlayPicture& picture = audio.Picture();
+                const int step = picture.soundingStep;
+                const auto span = std::find_if(spans.begin(), spans.end(), [&](const PlaylistSpan& one) {
+                    return one.first <= step && step < one.end;
+                });
+                const InstrumentPicture& played = picture.instruments[0];
+                if (span == spans.end()) {
+                    ASSERT_EQ(played.step, -1) << "round " << round << " step " << step;
+                } else {
+                    const int length = PatternLengthsForEdit(instrument)[static_cast<std::size_t>(span->pattern)];
+                    ASSERT_EQ(std::pair(played.pattern, played.step),
+                              std::pair(span->pattern, (step - span->origin) % length))
+                        << "round " << round << " step " << step;
+                }
+            }
+        }
+        audio.Collect();
+    }
+}
+
 TEST_F(CSequencerTest, TheLoopRegionRepeatsItsStepsAndEndsSoundingNotes) {
     CInstrument& instrument = AddInstrument();
     std::vector<Note> notes;
@@ -179,6 +237,45 @@ TEST_F(CSequencerTest, TheLoopRegionRepeatsItsStepsAndEndsSoundingNotes) {
     }
     EXPECT_EQ(keys, (std::vector<int>{40, 41, 42, 43, 44, 45, 46, 47, 44, 45, 46, 47, 44}));
     EXPECT_EQ(ends, (std::vector<std::int64_t>{8 * kStep, 12 * kStep}));
+}
+
+TEST_F(CSequencerTest, ALoopJumpIsToldAndAnEmptyLoopIsIgnored) {
+    Prepare(kStep);
+    CInstrument& instrument = AddInstrument();
+    SetPattern(instrument, 0, 16, EveryStep(16, 60));
+    audio.settings.loopOn.Set(1.0F);
+    Command(EngineCommand::EKind::kPlay);
+    for (const auto& [end, jumps] : {std::pair{0, std::set<int>{0}}, std::pair{6, std::set<int>{2, 4, 6}}}) {
+        audio.settings.loopStart.Set(std::max(0, end - 2));
+        audio.settings.loopEnd.Set(end);
+        std::set<int> told;
+        for (int step = 0; step < (end == 0 ? 4 : 7); ++step) {
+            audio.RenderBlock();
+            if (audio.Picture().time.transportChanged) told.insert(step);
+        }
+        EXPECT_EQ(told, jumps) << "end " << end;
+    }
+    EXPECT_EQ(audio.Picture().soundingStep, 4);
+}
+
+TEST_F(CSequencerTest, AnInstrumentThatComesBackIsInPhase) {
+    CInstrument& steady = AddInstrument();
+    SetPattern(steady, 0, 16, {});
+    CInstrument& instrument = AddInstrument();
+    std::vector<Note> notes;
+    for (int step = 0; step < 7; ++step) notes.push_back({static_cast<float>(step), 3.0F, 60 + step, 100});
+    SetPattern(instrument, 0, 7, notes);
+    PlayPatterns();
+    Listen(instrument, 3 * kStep);
+    const InstrumentList all = *audio.instruments.ForEdit();
+    audio.PublishInstruments({all[0]});
+    Listen(steady, 10 * kStep);
+    audio.PublishInstruments(all);
+    const auto heard = Listen(instrument, 2 * kStep);
+    std::vector<HeardNote> begun, ended;
+    for (const HeardNote& note : heard) (note.on ? begun : ended).push_back(note);
+    EXPECT_EQ(begun, (std::vector<HeardNote>{{13 * kStep, 66, true}, {14 * kStep, 60, true}}));
+    EXPECT_EQ(ended, (std::vector<HeardNote>{{13 * kStep, 60 + 61 + 62, false}})) << "all three at once";
 }
 
 TEST_F(CSequencerTest, OutsideSongModeTheSongStandsStillAndTheLoopHasNoEffect) {
@@ -235,7 +332,7 @@ TEST_F(CArpeggiatorTest, OrdersWalkTheHeldKeys) {
     };
     const std::vector<Case> cases = {
         {{60, 64, 67}, EArpeggiatorOrder::kUpward, 1, 0, {60, 64, 67, 60, 64, 67, 60, 64}},
-        {{60, 64, 67}, EArpeggiatorOrder::kDownward, 1, 0, {60, 64, 67, 67, 64, 60, 67, 64}},
+        {{60, 64, 67}, EArpeggiatorOrder::kDownward, 1, 0, {67, 64, 60, 67, 64, 60, 67, 64}},
         {{60, 64, 67}, EArpeggiatorOrder::kUpAndDown, 1, 0, {60, 64, 67, 67, 64, 60, 60, 64}},
         {{60, 64, 67}, EArpeggiatorOrder::kUpward, 0, 1, {60, 72, 64, 76, 67, 79, 60, 72}},
         {{60, 64, 67}, EArpeggiatorOrder::kUpward, 1, 1, {60, 64, 67, 72, 76, 79, 60, 64}},

@@ -94,6 +94,21 @@ TEST_F(CAtomicFileTest, ReplacesAFileAndKeepsItsPermissionsAndLinks) {
     EXPECT_EQ(FilesInFolder(), 2U);
 }
 
+TEST_F(CAtomicFileTest, ALinkToNothingStaysAndALongNameIsSaved) {
+    const fs::path link = folder / "link.prg";
+    fs::create_symlink("first.prg", link);
+    fs::create_symlink("song.prg", folder / "first.prg");
+    ASSERT_TRUE(CAtomicFile().Replace(link, std::string_view("new"), error)) << error;
+    EXPECT_TRUE(fs::is_symlink(link) && fs::is_symlink(folder / "first.prg"));
+    EXPECT_EQ(Content(path), "new");
+
+    std::string name;
+    while (name.size() < 250) name += "\xC3\xA9";
+    const fs::path longest = folder / (name + ".prg");
+    ASSERT_TRUE(CAtomicFile().Replace(longest, std::string_view("long"), error)) << error;
+    EXPECT_EQ(Content(longest), "long");
+}
+
 TEST_F(CAtomicFileTest, EveryCallThatFailsLeavesTheOldFileAndSaysWhy) {
     const std::string before = "old content";
     const std::string after(5500, 'n');
@@ -178,10 +193,12 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
         const std::string left = Content(path);
         ASSERT_TRUE(left == contents[0] || left == contents[1]) << left.size();
         seen[left == contents[1] ? 1 : 0] = true;
-        for (const auto& file : fs::directory_iterator(folder)) {
-            if (file.path() != path) fs::remove(file.path());
-        }
     }
+    // Another's, one of a process that lives, and one of ours that is no save's.
+    const std::string living = ".song.prg." + std::to_string(::getppid()) + "-0.tmp";
+    for (const std::string& name : {std::string(".song.prg.mine.tmp"), living}) std::ofstream(folder / name) << "x";
+    ASSERT_TRUE(Replace(contents[0])) << error;
+    EXPECT_EQ(FilesInFolder(), 3U) << "the next save cleans up after those that were killed, and nothing else";
     EXPECT_TRUE(seen[0] && seen[1]) << "no save was ever finished, or none was ever cut off";
 }
 

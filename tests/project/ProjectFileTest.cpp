@@ -98,10 +98,29 @@ TEST(ProjectFile, PluginsOfTheWrongKindAndForeignStatesBecomeWarnings) {
     EXPECT_FALSE(state.effects[0]->plugin);
     EXPECT_EQ(state.effects[0]->missing->fileName, "ChunkSynth.dll");
     EXPECT_EQ(state.instruments.at(0)->strip.level.Get(), 7.0F);
-    EXPECT_EQ(state.warnings, (std::vector<std::string>{
-                                  "ChunkSynth.dll: This plugin is not a compatible category !; its settings are kept",
-                                  "Gain.dll: This plugin is not a synth category !; its settings are kept",
-                                  "Gain.dll: there is no program 9", "Gain.dll: No Compatible File !"}));
+    EXPECT_EQ(state.warnings,
+              (std::vector<std::string>{
+                  "Gain.dll: This plugin is not a synth category !; its settings are kept (an instrument)",
+                  "Gain.dll: there is no program 9", "Gain.dll: No Compatible File !",
+                  "ChunkSynth.dll: This plugin is not a compatible category !; its settings are kept "
+                  "(send 1)"}));
+}
+
+TEST(ProjectFile, AMissingPluginIsToldOnceWithAllThatWantIt) {
+    std::string text = "TEMPO;none;\r\nEFFECT_2;Gone.dll;\r\n";
+    for (const char* const title : {"Lead", "Bass"}) {
+        text += std::string("PLUGIN;Gone.dll;\r\nTITLE;") + title + ";\r\nPLUGIN;END;\r\n";
+    }
+    const ProjectState state = Read(text);
+    ASSERT_EQ(state.warnings.size(), 1U);
+    EXPECT_TRUE(state.warnings[0].ends_with("(Lead, Bass, send 2)")) << state.warnings[0];
+    EXPECT_EQ(state.master.tempo, 120) << "what is no number is no tempo";
+    // Names in lists have no extension, and line ends may be carriage returns alone.
+    const std::string written = BytesOf(state);
+    EXPECT_NE(written.find("EFFECT_2;Gone;\r\n"), std::string::npos);
+    std::string old = written;
+    std::erase(old, '\n');
+    EXPECT_EQ(BytesOf(Read(old)), written);
 }
 
 TEST(ProjectFile, AnIdentityStandsBesideEachNameAndIsAskedForAndKept) {

@@ -102,7 +102,7 @@ protected:
         const auto key = static_cast<std::uint8_t>(48 + block % 24);
         for (const int status : {0x90, 0xb0, 0xe0, 0x80})
             audio.ReceiveMidi(
-                {static_cast<std::uint8_t>(status), status == 0xb0 ? std::uint8_t{1} : key, 90, Milliseconds()});
+                {static_cast<std::uint8_t>(status), status == 0xb0 ? std::uint8_t{1} : key, 90, Nanoseconds()});
         CInstrument& instrument = *(*audio.instruments.ForEdit())[static_cast<std::size_t>(block % kInstruments)];
         UpdateEqualizer(instrument, block % kEqBandCount, 44100.0);
         if (block % 7 == 0) SetPattern(instrument, 0, 5, EveryStep(5, 50));

@@ -100,6 +100,11 @@ void CDriver::Key(const char* name) {
     Pause(30);
 }
 
+void CDriver::Send(const char* words) {
+    Xdotool(QString::fromLatin1(words).split(QLatin1Char(' ')));
+    Pause(30);
+}
+
 QPoint CDriver::PointOf(const CControl& control, double share) {
     return Ask([&] {
         const QRect place = console->ToWidget(control.Rectangle());

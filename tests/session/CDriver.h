@@ -50,6 +50,8 @@ public:
     void Click(QPoint point, int button = 1);
     void Drag(QPoint from, QPoint to, int button = 1);
     void Key(const char* name);
+    // Words for xdotool, for what is pressed and held.
+    void Send(const char* words);
     // Of a control of the console, `share` of its width from the left.
     QPoint PointOf(const CControl& control, double share = 0.5);
     // Chooses an entry of a menu of the main window by its words.

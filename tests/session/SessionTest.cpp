@@ -141,16 +141,15 @@ TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
     CDriver::Run(Arguments(), [&](CDriver& user) {
-        EXPECT_TRUE(user.WaitFor([] {
-            const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            return box != nullptr && box->text().contains(QStringLiteral("Backup"));
-        }));
+        // Where the window manager has put it.
         QPoint yes;
-        user.Ask([&] {
+        EXPECT_TRUE(user.WaitFor([&] {
             auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            QAbstractButton* const button = box->button(QMessageBox::Yes);
-            yes = button->mapToGlobal(button->rect().center());
-        });
+            if (box == nullptr || !box->text().contains(QStringLiteral("Backup"))) return false;
+            const QAbstractButton* const button = box->button(QMessageBox::Yes);
+            const QPoint before = std::exchange(yes, button->mapToGlobal(button->rect().center()));
+            return box->isActiveWindow() && yes == before;
+        }));
         user.Click(yes);
         EXPECT_TRUE(user.WaitFor([&] { return user.Window().Workstation().Stack().Instruments().size() >= 8; }));
         EXPECT_TRUE(At(user, 1).strip.mute.IsOn());

@@ -16,7 +16,7 @@ public:
 private:
     std::intptr_t Ask(std::int32_t opcode, void* pointer) { return host(&effect, opcode, 0, 0, pointer, 0.75F); }
 
-    void Process(float**, float** out, std::int32_t frames) override {
+    void Process(const float* const*, float* const* out, std::int32_t frames) override {
         Fill(out, frames, 0.0F);
         timeInProcess = Ask(vst2::audioMasterGetTime, nullptr);
         Ask(vst2::audioMasterAutomate, nullptr);

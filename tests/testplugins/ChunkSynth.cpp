@@ -65,7 +65,7 @@ private:
         Recall();
     }
 
-    void Process(float**, float** out, std::int32_t frames) override {
+    void Process(const float* const*, float* const* out, std::int32_t frames) override {
         for (const Event& event : events) held = event.status == 0x90 && event.data2 > 0;
         Fill(out, frames, held ? Sum() : 0.0F);
     }

@@ -10,7 +10,7 @@ public:
     }
 
 private:
-    void Process(float** in, float** out, std::int32_t frames) override {
+    void Process(const float* const* in, float* const* out, std::int32_t frames) override {
         for (int channel = 0; channel < 2; ++channel) {
             const bool inPlace = in[channel] == out[channel];
             for (int i = 0; i < frames; ++i) out[channel][i] = inPlace ? 0.77F : in[channel][i] * 2.0F * parameters[0];

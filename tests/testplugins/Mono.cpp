@@ -11,7 +11,7 @@ public:
     }
 
 private:
-    void Process(float** in, float** out, std::int32_t frames) override {
+    void Process(const float* const* in, float* const* out, std::int32_t frames) override {
         std::memcpy(out[0], in[0], static_cast<std::size_t>(frames) * sizeof(float));
         effect.initialDelay = 64;
     }

@@ -11,7 +11,7 @@ public:
         : CTestPlugin(hostCallback, EKind::kSynth, "Note probe", "tsNP", 4) {}
 
 private:
-    void Process(float**, float** out, std::int32_t frames) override {
+    void Process(const float* const*, float* const* out, std::int32_t frames) override {
         Fill(out, frames, parameters[0]);
         if (parameters[1] > 0.5F) return ReportTime(out, frames);
         for (const Event& event : events) {
@@ -26,7 +26,7 @@ private:
         }
     }
 
-    void ReportTime(float** out, std::int32_t frames) {
+    void ReportTime(float* const* out, std::int32_t frames) {
         const auto* const time =
             reinterpret_cast<const vst2::VstTimeInfo*>(host(&effect, vst2::audioMasterGetTime, 0, 0, nullptr, 0.0F));
         if (time == nullptr) return;

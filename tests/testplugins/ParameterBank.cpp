@@ -48,7 +48,7 @@ private:
         }
     }
 
-    void Process(float** in, float** out, std::int32_t frames) override {
+    void Process(const float* const* in, float* const* out, std::int32_t frames) override {
         const float sum = Sum();
         for (int channel = 0; channel < 2; ++channel) {
             for (int i = 0; i < frames; ++i) out[channel][i] = in[channel][i] * sum;

@@ -38,7 +38,7 @@ private:
         }
     }
 
-    void Process(float**, float** out, std::int32_t frames) override { Fill(out, frames, 0.0F); }
+    void Process(const float* const*, float* const* out, std::int32_t frames) override { Fill(out, frames, 0.0F); }
 };
 
 QUIB_TEST_PLUGIN_ENTRY(CPatchSynth, VSTPluginMain)

@@ -37,7 +37,7 @@ public:
             return index >= 0 && index < e->numParams ? Self(e)->parameters[static_cast<std::size_t>(index)].load()
                                                       : 0.0F;
         };
-        effect.processReplacing = [](vst2::AEffect* e, float** in, float** out, std::int32_t frames) {
+        effect.processReplacing = [](vst2::AEffect* e, const float* const* in, float* const* out, std::int32_t frames) {
             Self(e)->Process(in, out, frames);
             Self(e)->events.clear();
         };
@@ -76,7 +76,7 @@ protected:
         float option;
     };
 
-    virtual void Process(float** in, float** out, std::int32_t frames) = 0;
+    virtual void Process(const float* const* in, float* const* out, std::int32_t frames) = 0;
     virtual void SetParameter(std::int32_t index, float value) {
         if (index >= 0 && index < effect.numParams) parameters[static_cast<std::size_t>(index)] = value;
     }
@@ -120,7 +120,7 @@ protected:
         return 1;
     }
 
-    static void Fill(float** out, std::int32_t frames, float value) {
+    static void Fill(float* const* out, std::int32_t frames, float value) {
         for (const int channel : {0, 1}) std::fill_n(out[channel], frames, value);
     }
 

@@ -18,7 +18,7 @@ public:
     }
 
 private:
-    void Process(float**, float** out, std::int32_t frames) override {
+    void Process(const float* const*, float* const* out, std::int32_t frames) override {
         const int trick = static_cast<int>(parameters[0] * 10.0F + 0.5F);
         Fill(out, frames, 0.25F);
         if (trick == 1) out[1][frames / 2] = std::numeric_limits<float>::quiet_NaN();

@@ -4,6 +4,12 @@
 namespace quib {
 namespace {
 
+#ifdef QUIB_SANITIZED
+constexpr const char* kLength = " --seconds 4 --json";
+#else
+constexpr const char* kLength = " --seconds 24 --json";
+#endif
+
 class CExamplesRenderTest : public CToolTest, public testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override {
@@ -18,7 +24,7 @@ protected:
 
 TEST_P(CExamplesRenderTest, SoundsAndDoesNotClip) {
     const std::string project = std::string(QUIB_SOURCE_DIR "/examples/") + GetParam() + ".prg";
-    const Outcome outcome = Run("quib-render", project + " " + Path("out.wav") + " --seconds 24 --json");
+    const Outcome outcome = Run("quib-render", project + " " + Path("out.wav") + kLength);
     ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
     EXPECT_GT(NumberOf(outcome.output, "rms"), 0.02);
     EXPECT_GT(NumberOf(outcome.output, "peak"), 0.2);

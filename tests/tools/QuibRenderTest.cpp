@@ -97,16 +97,56 @@ TEST_F(CQuibRenderTest, LengthModeAndFailuresFollowTheOptions) {
     }
     EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1);
 
-    Run("quib-render", song + Path("empty.wav") + " --mode song --steps 16" + kTestPlugins);
-    EXPECT_EQ(Samples("empty.wav").find_first_not_of('\0'), std::string::npos) << "no playlist, no notes";
+    outcome = Run("quib-render", song + Path("empty.wav") + " --mode song" + kTestPlugins);
+    EXPECT_EQ(outcome.exitCode, 1) << "a song without entries is no song";
+    EXPECT_NE(outcome.error.find("--mode pattern"), std::string::npos) << outcome.error;
+    EXPECT_FALSE(std::filesystem::exists(Path("empty.wav")));
 
     EXPECT_EQ(Run("quib-render", song).exitCode, 2);
     EXPECT_EQ(Run("quib-render", song + "x.wav --block 0").exitCode, 2);
     EXPECT_EQ(Run("quib-render", song + "x.wav --steps 4 --seconds 1").exitCode, 2);
     EXPECT_EQ(Run("quib-render", Path("none.prg") + " " + Path("x.wav")).exitCode, 1);
-    outcome = Run("quib-render", song + "/dev/full" + kTestPlugins);
+    // Nothing of the user's is written over, and no file is called what it is not.
+    std::filesystem::create_hard_link(Path("song.prg"), Path("same.wav"));
+    for (const char* const wrong : {"song.prg", "same.wav", "out.aiff", "out", "--resave song.prg"}) {
+        const std::string words = std::string("cd ") + Path("") + "; " QUIB_BIN_DIR "/quib-render song.prg " + wrong;
+        EXPECT_EQ(RunCommand("sh -c '" + words + kTestPlugins + "'").exitCode, 2) << wrong;
+    }
+    EXPECT_EQ(Read("song.prg"), Project());
+    std::filesystem::create_symlink("/dev/full", Path("full.wav"));
+    outcome = Run("quib-render", song + Path("full.wav") + kTestPlugins);
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.error.find("No space left"), std::string::npos);
+}
+
+TEST_F(CQuibRenderTest, AChainIsRenderedToItsEndTwice) {
+    std::string chain = Project();
+    chain = chain.substr(0, chain.rfind("PLUGIN;NoteProbe.dll"));
+    chain.replace(chain.find(";49;0;"), 6, ";49;1;");
+    chain.insert(chain.find("PATTERNS;END"),
+                 "PATTERN_NOTES;3;32;1;2.0000;60;1.0000;100;\r\n"
+                 "PATTERN_NOTES;9;48;1;2.0000;60;1.0000;100;\r\n");
+    Write("song.prg", chain);
+    ASSERT_EQ(Run("quib-render", Path("song.prg") + " " + Path("chain.wav") + kTestPlugins).exitCode, 0);
+    constexpr double kSteps = 2 * (16 + 32 + 48);
+    EXPECT_NEAR(static_cast<double>(Samples("chain.wav").size()) / 4 / 4974, kSteps, 4);
+}
+
+TEST_F(CQuibRenderTest, ASignalEndsARenderAndARecordingAndALimitIsAnError) {
+    Write("song.prg", Project());
+    const std::string render = " " QUIB_BIN_DIR "/quib-render " + Path("song.prg") + " " + Path("out.wav");
+    for (const char* const signal : {"HUP", "TERM"}) {
+        const std::string words = std::string("timeout --preserve-status -s ") + signal + " 1" + render + kTestPlugins;
+        EXPECT_EQ(RunCommand(words + "--play --device Silent").exitCode, 0) << signal;
+        EXPECT_GT(Samples("out.wav").size(), 40000U) << "the recording is closed";
+        const Outcome outcome = RunCommand(words + "--seconds 80000 --block 16");
+        EXPECT_EQ(outcome.exitCode, 1) << signal;
+        EXPECT_NE(outcome.error.find("stopped by the user"), std::string::npos);
+    }
+    // A limit of the user is a write that fails.
+    const Outcome outcome = RunCommand("sh -c 'ulimit -f 200;" + render + kTestPlugins + "'");
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.error.find("File too large"), std::string::npos) << outcome.error;
 }
 
 TEST_F(CQuibRenderTest, SavingAgainIsStableAndKeepsAMissingPlugin) {

@@ -36,7 +36,26 @@ CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<
     Rebuild(newWidth);
 }
 
+void CInstrumentStripCtrl::EndKeys() {
+    if (keyboard != nullptr) keyboard->EndAll();
+}
+
+void CInstrumentStripCtrl::ReleaseKeys(bool all) {
+    if (keyboard != nullptr && (all || !instrument->arpeggiator.on.IsOn())) keyboard->ReleaseAll();
+}
+
+// With the arpeggiator on and its keyboard hidden no key is heard.
+void CInstrumentStripCtrl::ShowSilentKeys() {
+    const bool silent = instrument->arpeggiator.on.IsOn() && !instrument->keyboardOn.IsOn();
+    const QRgb colour = silent ? Palette().Colour(QStringLiteral("warning")) : 0;
+    if (arpeggiator->onColour == colour) return;
+    arpeggiator->onColour = colour;
+    arpeggiator->infoString = silent ? 478 : 463;
+    arpeggiator->Refresh();
+}
+
 void CInstrumentStripCtrl::Rebuild(int newWidth) {
+    EndKeys();
     ClearChildren();
     cells = nullptr;
     leds = nullptr;
@@ -87,6 +106,7 @@ void CInstrumentStripCtrl::ShowContent() {
     plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
     channel->SetText(ChannelText(instrument->midi.channel.Get()));
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
+    presetShown.Set(static_cast<float>(context.station.Presets().Recalled(instrument->Id())));
     if (collapsed) return;
     modeShown.Set(static_cast<float>(static_cast<int>(SelectedStepNumberMode(*instrument))));
     for (int place = 0; place < kInsertCount; ++place) {
@@ -116,6 +136,7 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
         picture != nullptr ? std::min<std::uint32_t>(picture->heldKeyCount, InstrumentPicture::kShownKeys) : 0;
     for (std::uint32_t key = 0; key < keys; ++key) sounding[picture->heldKeys[key] & 127U] = true;
     const float lit = keys > 0 ? 1.0F : 0.0F;
+    ShowSilentKeys();
     if (lit != lampShown.Get()) lamp->SetValueAndUpdate(false, true, lit);
     const float soloNow = context.station.Stack().IsSolo(Index()) ? 1.0F : 0.0F;
     if (soloNow != soloShown.Get()) solo->SetValueAndUpdate(false, true, soloNow);
@@ -215,12 +236,7 @@ void CInstrumentStripCtrl::SendPatternMask(std::uint32_t mask) {
 
 void CInstrumentStripCtrl::SetSteps(int count) {
     const int pattern = std::clamp(instrument->patternSelected.Get(), 0, kPatternCount - 1);
-    const auto before = instrument->patterns[static_cast<std::size_t>(pattern)].ForEdit();
-    instrument->stepNumber.Set(count);
-    context.station.Contents().SetPattern(
-        instrument->Id(), pattern,
-        std::make_shared<const CPattern>(count, before->Notes(), std::min(before->LoopStart(), count - 1)),
-        Text("Number of steps"));
+    context.station.Contents().SetSteps(Index(), pattern, count);
 }
 
 void CInstrumentStripCtrl::ToggleCollapsed() { context.station.Stack().SetCollapsed(Index(), !collapsed); }

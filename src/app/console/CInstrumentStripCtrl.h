@@ -43,6 +43,8 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseLeave() override;
 
+    ~CInstrumentStripCtrl() override { EndKeys(); }
+
     CInstrument& Instrument() const noexcept { return *instrument; }
     // Its place in the list, which may have changed since the strip was made.
     int Index() const { return context.station.Stack().IndexOf(instrument->Id()); }
@@ -54,6 +56,8 @@ public:
     void ShowContent();
     // Draws the cells of the patterns anew.
     void PatternsChanged();
+    // Ends what its keyboard holds, but for the keys that an arpeggiator plays unless `all`.
+    void ReleaseKeys(bool all);
     // With each tick, while the strip is on the screen; null when the engine does not play it.
     void Follow(const InstrumentPicture* picture);
 
@@ -78,6 +82,8 @@ private:
     void AddEffects(int left, int room);
     void AddInserts(int left, int room);
     void AddKeyboard();
+    void EndKeys();
+    void ShowSilentKeys();
     void FillSteps(QMenu& menu);
     void FillStepMenu(QMenu& menu, int step);
     // Velocity of the loudest note that begins in a step; -1 none.
@@ -118,6 +124,7 @@ private:
     CLabelMenuCtrl* plugin = nullptr;
     CLabelMenuCtrl* channel = nullptr;
     CSwitchCtrl* lamp = nullptr;
+    CSwitchCtrl* arpeggiator = nullptr;
     CValue lampShown;
     CSwitchCtrl* solo = nullptr;
     CPresetSelectorCtrl* presets = nullptr;

@@ -36,12 +36,16 @@ public:
 
 private:
     void AddSwitches();
+    void AddMetronome();
+    void ShowCountIn();
     void AddTempo();
     void AddDisplays();
     void AddTools();
 
     ConsoleContext context;
     CValue playShown;  // follows the engine
+    CValue countInShown;
+    CSwitchCtrl* countIn = nullptr;
     CSwitchCtrl* play = nullptr;
 };
 

@@ -82,7 +82,7 @@ void CSessionPanel::AddPresets() {
     presets.section = ESection::kPattern;
     presets.infoString = 456;
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
-    presets.onSelect = [&station](int preset) { station.Presets().RecallPresets(preset); };
+    presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };
 }
 
 void CSessionPanel::FillPresetMidi(QMenu& menu) {

@@ -45,6 +45,24 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
     }
 }
 
+void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
+    CMetronomeControl& metronome = station.Metronome();
+    const auto add = [&menu](const QString& text, bool chosen, auto choose) {
+        QAction* const action = menu.addAction(text, choose);
+        action->setCheckable(true);
+        action->setChecked(chosen);
+    };
+    menu.addSection(Text("Level of the click"));
+    for (const int decibels : {0, -6, -12, -18, -24}) {
+        add(QStringLiteral("%1 dB").arg(decibels), metronome.Level() == decibels,
+            [&metronome, decibels] { metronome.SetLevel(decibels); });
+    }
+    menu.addSection(Text("Count-in"));
+    for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
+        add(CountInText(bars), metronome.CountIn() == bars, [&metronome, bars] { metronome.SetCountIn(bars); });
+    }
+}
+
 }  // namespace
 
 void CPanelCtrl::Draw() {
@@ -62,6 +80,7 @@ CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, int 
                                  const ConsoleContext& consoleContext)
     : CPanelCtrl(window, number, left, top, kWidth, newHeight), CTicked(window), context(consoleContext) {
     AddSwitches();
+    AddMetronome();
     AddTempo();
     AddDisplays();
     AddTools();
@@ -81,14 +100,12 @@ void CTransportPanel::AddSwitches() {
     stop.momentary = true;
     stop.infoString = 431;
     stop.onChange = [&station](CControl&) {
-        if (station.Transport().IsPlaying()) {
-            station.Transport().Stop();
-        } else {
-            station.Transport().Locate(0);
-        }
+        if (!station.Transport().IsPlaying()) station.Transport().Locate(0);
+        station.Transport().Stop();
     };
     auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
     notes.infoString = 428;
+    notes.onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
     notes.onAlternativeClick = [this, &station](CControl&) {
         PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
     };
@@ -110,6 +127,36 @@ void CTransportPanel::AddSwitches() {
         BindValue(button, context, plan.name, plan.infoString);
         place += 33;
     }
+}
+
+// Below the arm of the notes.
+void CTransportPanel::AddMetronome() {
+    CWorkstation& station = context.station;
+    CMetronomeControl& metronome = station.Metronome();
+    auto& click = AddChild<CSwitchCtrl>(0U, 94, 48, 34, 17, &metronome.On(), picture::kGlyphMetronome);
+    click.infoString = 427;
+    click.onChange = [&metronome](CControl&) { metronome.Keep(); };
+    countIn = &AddChild<CSwitchCtrl>(0U, 94, 67, 34, 17, &countInShown, QString());
+    countIn->infoString = 479;
+    countIn->onChange = [this, &metronome](CControl&) {
+        metronome.SetCountIn((metronome.CountIn() + 1) % (CMetronomeControl::kMostBars + 1));
+        ShowCountIn();
+    };
+    for (CSwitchCtrl* const button : {&click, countIn}) {
+        button->onAlternativeClick = [this, &station](CControl&) {
+            PopUpMenu(Owner(), [&station](QMenu& menu) { FillMetronomeMenu(menu, station); });
+        };
+    }
+    ShowCountIn();
+}
+
+void CTransportPanel::ShowCountIn() {
+    const int bars = context.station.Metronome().CountIn();
+    const QString label = Text("IN %1").arg(bars);
+    const float on = bars > 0 ? 1.0F : 0.0F;
+    if (countIn->label == label && countInShown.Get() == on) return;
+    countIn->label = label;
+    countIn->SetValueAndUpdate(false, true, on);
 }
 
 void CTransportPanel::AddTempo() {
@@ -135,12 +182,13 @@ void CTransportPanel::AddTempo() {
 void CTransportPanel::AddDisplays() {
     CWorkstation& station = context.station;
     CAudio& audio = station.Audio();
-    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 120, 36, [&audio] {
+    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 82, 36, [&audio] {
         const PlayPicture& picture = audio.Picture();
+        if (picture.beatsToStart > 0) return QStringLiteral("-%1").arg(picture.beatsToStart);
         const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
         return BarBeatStep(step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get());
     });
-    position.fontHeight = 22;
+    position.fontHeight = 20;
     position.strong = true;
     position.sunken = true;
     position.alignment = Qt::AlignCenter;
@@ -191,6 +239,7 @@ void CTransportPanel::AddTools() {
 }
 
 void CTransportPanel::Tick() {
+    ShowCountIn();
     const float playing = context.station.Transport().IsPlaying() ? 1.0F : 0.0F;
     if (playing != playShown.Get()) play->SetValueAndUpdate(false, true, playing);
 }

@@ -336,7 +336,20 @@ void CWinControlMain::DrawWelcome() {
                   Palette().Colour(QStringLiteral("textMuted")), 13);
 }
 
+// What the mouse holds on a keyboard goes up with the window, as nobody sees it any more.
+bool CWinControlMain::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate) ReleaseKeys(false);
+    return CWinControl::event(event);
+}
+
+void CWinControlMain::ReleaseKeys(bool all) {
+    for (CInstrumentStripCtrl* const strip : strips) strip->ReleaseKeys(all);
+}
+
 void CWinControlMain::FollowEngine() {
+    const CTransportControl::Releases& releases = station.Transport().KeysReleased();
+    if (released != releases) ReleaseKeys(released.panics != releases.panics);
+    released = releases;
     const PlayPicture& picture = station.Audio().Picture();
     for (std::size_t index = 0; index < strips.size(); ++index) {
         CInstrumentStripCtrl& strip = *strips[index];

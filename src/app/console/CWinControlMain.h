@@ -63,6 +63,7 @@ private:
     void FollowHint();
     void BuildStrips();
     void Follow(const Change& change);
+    void ReleaseKeys(bool all);
     void RebuildSoon();
     void ShowSlots();
     void StripChanged(quint32 id);
@@ -98,6 +99,7 @@ private:
     int stripsHeight = 0;
     int dropPlace = -1;
     bool rebuildWanted = false;
+    CTransportControl::Releases released = station.Transport().KeysReleased();
     int builtWidth = 0;
 };
 

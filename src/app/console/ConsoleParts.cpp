@@ -84,6 +84,11 @@ QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar) {
         .arg(whole % inBeat + 1);
 }
 
+QString CountInText(int bars) {
+    if (bars == 0) return Text("No count-in");
+    return bars == 1 ? Text("1 bar") : Text("%1 bars").arg(bars);
+}
+
 QString PanText(float pan) {
     const auto percent = std::lround(std::abs(pan) * 100);
     if (percent == 0) return QStringLiteral("C");

@@ -24,8 +24,10 @@ struct ConsoleActions {
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
-    // Adds an instrument, shows why it could not.
+    // Adds an instrument, shows why it could not, and what it lacks.
     std::function<void(const QString& nameOrPath)> addInstrument;
+    // Tells what a loading left out.
+    std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };
 
 struct ConsoleContext {
@@ -49,6 +51,8 @@ void ShowDecibels(CControl& control, std::function<float(float)> gain);
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
 QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
+// How many bars are counted in.
+QString CountInText(int bars);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
 

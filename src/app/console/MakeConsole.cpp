@@ -23,6 +23,7 @@ void AddInstrument(CMainWindow& window, QString nameOrPath) {
     }
     QString error;
     if (station.Stack().AddInstrument(nameOrPath, error) < 0) TellError(&window, error);
+    window.ShowWarnings(station.Stack().TakeWarnings());
 }
 
 ConsoleActions ActionsFor(CMainWindow& window) {
@@ -32,6 +33,7 @@ ConsoleActions ActionsFor(CMainWindow& window) {
     };
     actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
     actions.addInstrument = [&window](const QString& nameOrPath) { AddInstrument(window, nameOrPath); };
+    actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
     actions.hasTool = [](ETool tool) {
         return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);

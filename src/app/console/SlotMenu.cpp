@@ -8,6 +8,7 @@
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
+#include "app/console/PatternMenu.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
 #include "texts/Texts.h"
@@ -117,6 +118,7 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
                        LoadFile(context, window, EFileKind::kInstrument, [&](const QString& path, QString& error) {
                            return station.Stack().LoadInstrument(index, path, error);
                        });
+                       if (context.actions.showWarnings) context.actions.showWarnings(station.Stack().TakeWarnings());
                    }));
     menu.addAction(Text("Save Instrument As..."), with([=, &station](int index) {
                        const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
@@ -126,6 +128,9 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
                                 });
                    }));
     menu.addSection(Text("Pattern"));
+    const auto owner = station.Stack().InstrumentById(instrument);
+    if (!owner) return;
+    FillPatternMenu(*menu.addMenu(Text("Pattern %1").arg(owner->patternSelected.Get() + 1)), station, instrument);
     menu.addAction(Text("Load Pattern..."), with([=, &station](int index) {
                        LoadFile(context, window, EFileKind::kPattern, [&](const QString& path, QString& error) {
                            return station.Contents().LoadPattern(index, path, error);

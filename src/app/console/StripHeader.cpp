@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The header of an instrument's strip and the keyboard below it.
 #include <QMenu>
+#include <cmath>
 
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
@@ -70,11 +71,10 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     button(350, picture::kGlyphPianoRoll, 442, hasTool(ETool::kPianoRoll), [open] { open(ETool::kPianoRoll); });
     button(377, picture::kGlyphAutomation, 443, hasTool(ETool::kAutomation), [open] { open(ETool::kAutomation); });
     button(404, picture::kGlyphBall, 445, hasTool(ETool::kBall), [open] { open(ETool::kBall); });
-    auto& arpeggiator =
-        AddChild<CSwitchCtrl>(0U, 431, 4, 24, 20, &instrument->arpeggiator.on, picture::kGlyphArpeggiator);
-    arpeggiator.section = ESection::kKeyboard;
-    BindValue(arpeggiator, context, "Arpeggiator", 463);
-    arpeggiator.onAlternativeClick = [open](CControl&) { open(ETool::kArpeggiator); };
+    arpeggiator = &AddChild<CSwitchCtrl>(0U, 431, 4, 24, 20, &instrument->arpeggiator.on, picture::kGlyphArpeggiator);
+    arpeggiator->section = ESection::kKeyboard;
+    BindValue(*arpeggiator, context, "Arpeggiator", 463);
+    arpeggiator->onAlternativeClick = [open](CControl&) { open(ETool::kArpeggiator); };
     auto& keys = AddChild<CSwitchCtrl>(0U, 458, 4, 24, 20, &instrument->keyboardOn, picture::kGlyphKeyboard);
     keys.section = ESection::kKeyboard;
     const auto tell = [&station = context.station, id] { station.Changes().Tell({EChange::kInstrument, id}); };
@@ -92,7 +92,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     presets->section = ESection::kPattern;
     presets->infoString = 467;
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
-    presets->onSelect = [this](int preset) { context.station.Presets().RecallPreset(Index(), preset); };
+    presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };
     presets->onPresetMenu = [this, id](int preset) {
         PopUpMenu(Owner(), [&](QMenu& menu) { FillPresetMenu(menu, context, id, preset); });
@@ -127,7 +127,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {
-        instrument->keyboardPosition = offset / (CKeyboardExCtrl::kOctaveWidth / 12);
+        instrument->keyboardPosition = static_cast<int>(std::lround(offset * 12.0 / CKeyboardExCtrl::kOctaveWidth));
     };
     keyboard->SetScrollOffset(instrument->keyboardPosition * CKeyboardExCtrl::kOctaveWidth / 12);
 }

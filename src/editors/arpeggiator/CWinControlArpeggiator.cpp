@@ -29,8 +29,8 @@ void CWinControlArpeggiator::ShowSelection() {
     ArpeggiatorValues values;
     if (next) {
         ArpeggiatorSettings& own = next->arpeggiator;
-        values = {&own.on,       &own.mode,     &own.hole,     &own.ext,  &own.extMode,
-                  &own.velocity, &own.interval, &own.gateTime, &own.tempo};
+        values = {&own.on,       &own.mode,     &own.hole,     &own.ext,   &own.extMode,
+                  &own.velocity, &own.interval, &own.gateTime, &own.tempo, &next->keyboardOn};
     }
     panel->BindTo(values);
     shown = next;

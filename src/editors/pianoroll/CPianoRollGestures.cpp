@@ -86,7 +86,7 @@ int CPianoRollGestures::LimitAt(int x, int y) const noexcept {
 }
 
 void CPianoRollGestures::PressStrip(EMouseButton pressed, int x, int y) {
-    if (pressed != EMouseButton::kLeft) return;
+    if (pressed != EMouseButton::kLeft) return;  // the menu of the row comes with the release
     if (const int limit = LimitAt(x, y); limit != 0) {
         mode = EMode::kLimit;
         upperLimit = limit == 2;
@@ -316,7 +316,12 @@ void CPianoRollGestures::Release(int x, int y) {
             break;
     }
     EndMouse();
-    if (button == EMouseButton::kRight && isClick && IsInGrid(pressX, pressY)) edit.host.ShowMenu(x, y);
+    if (button != EMouseButton::kRight || !isClick || pressY < PianoRollView::kHeaderHeight) return;
+    if (IsInGrid(pressX, pressY)) {
+        edit.host.ShowMenu(x, y);
+    } else {
+        edit.host.ShowRowMenu(view.KeyAt(pressY));
+    }
 }
 
 void CPianoRollGestures::EndMouse() {

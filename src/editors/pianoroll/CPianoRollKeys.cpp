@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "controls/VirtualKeys.h"
+#include "editors/pianoroll/PatternCommands.h"
 #include "model/edits/NoteEdits.h"
 #include "model/edits/NoteShaping.h"
 #include "model/edits/NoteSnap.h"
@@ -40,6 +41,7 @@ float CPianoRollKeys::NewLength() const noexcept {
 
 bool CPianoRollKeys::KeyDown(int key, CPianoRollGestures& mouse) {
     if (mouse.IsBusy()) return false;
+    if (mouse.IsControlHeld() && mouse.IsShiftHeld() && EditPattern(key)) return true;
     switch (key) {
         case virtualKey::kLeft:
         case virtualKey::kRight:
@@ -63,6 +65,13 @@ bool CPianoRollKeys::KeyDown(int key, CPianoRollGestures& mouse) {
         default:
             return mouse.IsControlHeld() && EditByLetter(key);
     }
+}
+
+bool CPianoRollKeys::EditPattern(int key) {
+    const PatternCommand* const command = PatternCommandOfKey(key);
+    if (command == nullptr) return false;
+    edit.Apply(command->edit(edit.State()), command->text);
+    return true;
 }
 
 bool CPianoRollKeys::EditByLetter(int key) {

@@ -49,6 +49,7 @@ public:
 
 private:
     bool EditByLetter(int virtualKey);
+    bool EditPattern(int virtualKey);
     bool Arrow(int virtualKey, const CPianoRollGestures& mouse);
     void MoveCursor(float steps, int keys);
     void Nudge(float steps, int keys);

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window's bands, what it follows, and the commands that reach it.
+// The window's bands, their places, and what its settings keep.
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 
 #include <QKeyEvent>
-#include <QMenu>
 #include <algorithm>
 
 #include "controls/CScrollCtrl.h"
@@ -11,7 +10,6 @@
 #include "controls/VirtualKeys.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 #include "editors/pianoroll/RollBars.h"
-#include "model/edits/NoteEdits.h"
 #include "platform/Clock.h"
 #include "texts/Texts.h"
 
@@ -163,155 +161,6 @@ void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     CToolWindow::hideEvent(event);
 }
 
-// --- Following -------------------------------------------------------------------------------------------
-
-QString CWinControlPianoRoll::Title() const {
-    const auto instrument = Instrument();
-    const QString name = instrument ? QString::fromStdString(instrument->title) : QString();
-    return QStringLiteral("%1 - %2   %3").arg(name, Text("Piano roll"), Text("Pattern %1").arg(Pattern() + 1));
-}
-
-void CWinControlPianoRoll::ShowSelection() {
-    const auto next = Instrument();
-    const bool another = next != shown;
-    shown = next;
-    pattern = Pattern();
-    if (another) {
-        ghosts = {};
-        const auto plugin = shown ? shown->plugin.ForEdit()->plugin : nullptr;
-        roll->view.SetDrums(plugin && plugin->Identity().isDrumMachine);
-        ShowKeyNames();
-    }
-    ShowMeter();
-    ShowInput();
-    ShowPattern();
-    ShowGhosts();
-    ShowRows();
-    if (another) CentreKeys();
-    for (CControl* const bar : {static_cast<CControl*>(tools), static_cast<CControl*>(laneBar)}) bar->Refresh();
-    LayoutAndRefresh();
-}
-
-// The keys in use in the middle, or the middle of the keyboard.
-void CWinControlPianoRoll::CentreKeys() {
-    int lowest = 127;
-    int highest = 0;
-    for (const Note& note : roll->State().Notes()) {
-        lowest = std::clamp(note.key, 0, lowest);
-        highest = std::clamp(note.key, highest, 127);
-    }
-    const int middle = lowest <= highest ? (lowest + highest) / 2 : 60;
-    PianoRollView& view = roll->view;
-    view.ScrollKeysTo(0);
-    view.ScrollKeysTo(view.YOfRow(view.Rows().RowOf(middle)) - view.Height() / 2);
-}
-
-void CWinControlPianoRoll::ShowChange(const Change& change) {
-    switch (change.kind) {
-        case EChange::kPattern:
-            if (publishing) return;
-            if (change.index < 0 || change.index == pattern) ShowPattern();
-            if (!ghosts.IsEmpty()) ShowGhosts();
-            return;
-        case EChange::kInstrument:
-        case EChange::kValue:
-            return ShowInput();
-        case EChange::kSlot:
-            ShowKeyNames();
-            return ShowRows();
-        default:
-            return;
-    }
-}
-
-void CWinControlPianoRoll::ShowPattern() {
-    roll->Edit().Settle();
-    const auto notes =
-        shown ? shown->patterns[static_cast<std::size_t>(pattern)].ForEdit() : std::make_shared<const CPattern>();
-    gesture.reset();
-    roll->Show({notes, SelectionOf(notes)});
-    roll->enabled = shown != nullptr;
-    laneBar->ShowCount();
-    UpdateScrollBars();
-}
-
-void CWinControlPianoRoll::ShowMeter() {
-    const EngineSettings& engine = Document().Audio().settings;
-    roll->view.time.meter = {engine.stepsPerBeat.Get(), engine.beatsPerBar.Get(), engine.beatUnit.Get(),
-                             engine.timebase.Get()};
-}
-
-void CWinControlPianoRoll::ShowInput() {
-    if (shown) {
-        roll->options.swing = shown->swing.Get();
-        roll->options.lowerLimit = shown->midi.keyFrom.Get();
-        roll->options.upperLimit = shown->midi.keyTo.Get();
-    }
-    roll->OptionsChanged();
-    status->ShowInput();
-}
-
-void CWinControlPianoRoll::ShowRows() {
-    const CPattern& notes = *roll->State().pattern;
-    CKeyRows rows;
-    if (folded) {
-        rows = roll->view.IsDrums() || roll->options.scale.type == EScaleType::kChromatic
-                   ? CKeyRows::FoldToUsed(notes)
-                   : CKeyRows::FoldToScale(roll->options.scale, notes);
-    } else if (roll->view.IsDrums() && namedKeys.any()) {
-        rows = CKeyRows(namedKeys | UsedKeys(notes));
-    }
-    roll->view.SetRows(CRowOrder(rows));
-    OptionsChanged();
-}
-
-void CWinControlPianoRoll::ShowKeyNames() {
-    const auto plugin = shown ? shown->plugin.ForEdit()->plugin : nullptr;
-    namedKeys.reset();
-    for (int key = 0; key <= kHighestKey; ++key) {
-        std::string& name = roll->options.rowNames[static_cast<std::size_t>(key)];
-        name = plugin ? plugin->KeyName(key) : std::string();
-        namedKeys.set(static_cast<std::size_t>(key), !name.empty());
-    }
-}
-
-void CWinControlPianoRoll::ShowGhosts() {
-    auto& list = roll->options.ghosts;
-    list.clear();
-    const auto add = [&list](const CInstrument& owner, int number) {
-        list.push_back(std::make_shared<const CNoteIndex>(owner.patterns[static_cast<std::size_t>(number)].ForEdit()));
-    };
-    for (const int number : ghosts.patterns) {
-        if (shown && number != pattern) add(*shown, number);
-    }
-    for (const std::uint32_t id : ghosts.instruments) {
-        const auto other = Document().Stack().InstrumentById(id);
-        if (other) add(*other, std::clamp(other->patternSelected.Get(), 0, kPatternCount - 1));
-    }
-    roll->OptionsChanged();
-}
-
-void CWinControlPianoRoll::ShowPlaying(const PlayPicture& picture) {
-    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
-    const auto entry = std::find_if(picture.instruments.begin(), end, [this](const InstrumentPicture& candidate) {
-        return shown && candidate.id == shown->Id();
-    });
-    const CPattern& notes = *roll->State().pattern;
-    CPlayhead::Picture now;
-    if (picture.playing && entry != end && entry->pattern == pattern && entry->step >= 0) {
-        const EngineSettings& engine = Document().Audio().settings;
-        now.playing = true;
-        now.step = entry->step + static_cast<double>(picture.stepFraction);
-        now.stepsPerSecond = static_cast<double>(engine.tempo.Get()) / 60 * std::max(1, engine.stepsPerBeat.Get());
-        now.loopStart = notes.LoopStart();
-        now.loopEnd = notes.LoopLength();
-    }
-    playhead.Set(now, Nanoseconds());
-    roll->SetPlayhead(playhead.At(Nanoseconds()));
-    if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
-    if (shown && shown->swing.Get() != roll->options.swing) ShowInput();
-}
-
 // --- Settings of the roll ----------------------------------------------------------------------------------
 
 void CWinControlPianoRoll::OptionsChanged() {
@@ -359,45 +208,6 @@ void CWinControlPianoRoll::ViewChanged() {
     store.WriteSettingInt(kWindowsSection, QLatin1String(kZoomTime), roll->view.time.StepWidth());
     store.WriteSettingInt(kWindowsSection, QLatin1String(kZoomKey), roll->view.KeyZoom());
     UpdateScrollBars();
-}
-
-// --- Commands ----------------------------------------------------------------------------------------------
-
-bool CWinControlPianoRoll::CanEdit(EEdit command) const {
-    const NoteState& state = roll->State();
-    if (!shown) return false;
-    if (command == EEdit::kPaste) return !clip.notes.empty();
-    if (command == EEdit::kSelectAll) return !state.Notes().empty();
-    return !state.selection.empty();
-}
-
-void CWinControlPianoRoll::Edit(EEdit command) {
-    const NoteState state = roll->State();
-    roll->Edit().Settle();
-    switch (command) {
-        case EEdit::kCut:
-        case EEdit::kCopy:
-            clip = CopyNotes(state, roll->view.time.meter.StepsPerBeat());
-            if (command == EEdit::kCut) Apply(RemoveSelected(state), TextKey("Cut notes"));
-            return;
-        case EEdit::kPaste: {
-            const double playing = roll->Playhead();
-            const double first = std::max(0.0, roll->view.time.FirstStep());
-            const bool visible = static_cast<double>(clip.origin) >= first &&
-                                 static_cast<double>(clip.origin) < roll->view.time.EndStep();
-            const double place = playing >= 0 ? playing : visible ? static_cast<double>(clip.origin) : first;
-            return Apply(PasteNotes(state, clip, roll->view.time.SnapDown(place)), TextKey("Paste notes"));
-        }
-        case EEdit::kDelete:
-            return Apply(RemoveSelected(state), TextKey("Delete notes"));
-        case EEdit::kSelectAll:
-            return roll->Edit().Select(SelectAll(state));
-    }
-}
-
-void CWinControlPianoRoll::Apply(const NoteState& next, const char* name) {
-    roll->Edit().Settle();
-    roll->Edit().Apply(next, name);
 }
 
 // A held key comes to the roll again and again; other controls hear it once.

@@ -11,7 +11,6 @@
 #include "editors/base/CToolWindow.h"
 #include "editors/grid/CPlayhead.h"
 #include "editors/pianoroll/CPianoRollCtrlEx.h"
-#include "model/edits/NoteClip.h"
 
 namespace quib {
 
@@ -62,6 +61,8 @@ public:
     int ArmedLimit() const;
     void ArmLimit(int limit);
     void FillEditMenu(QMenu& menu);
+    // Of all notes of a key.
+    void FillRowMenu(QMenu& menu, int key);
 
 protected:
     void ShowSelection() override;
@@ -87,6 +88,7 @@ private:
     bool TakeKey(int key) override;
     void SetKeyLimit(bool upper, int key, bool done) override;
     void ShowMenu(int x, int y) override;
+    void ShowRowMenu(int key) override;
     void ViewChanged() override;
     void RowFocused(int key) override;
 
@@ -100,6 +102,10 @@ private:
     void CentreKeys();
     void UpdateScrollBars();
     void MoveSplit(int place);
+    void Paste();
+    static void AddMenuItem(QMenu& menu, const char* text, const char* key, std::function<void()> run);
+    void FillShapes(QMenu& menu);
+    void FillChords(QMenu& menu);
     NoteSelection SelectionOf(const std::shared_ptr<const CPattern>& notes);
     void RememberSelection(const NoteState& state);
 
@@ -113,7 +119,6 @@ private:
     bool publishing = false;  // the change that is told is our own
     int limitBefore = 0;
     bool limitDragged = false;
-    NoteClip clip;
 
     // What was selected in patterns that undo may bring back.
     struct Selected {

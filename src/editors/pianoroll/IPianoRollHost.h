@@ -39,6 +39,8 @@ public:
 
     // At a place of the control.
     virtual void ShowMenu(int x, int y) = 0;
+    // For all notes of a key.
+    virtual void ShowRowMenu(int key) = 0;
     // Zoom or scroll has changed by hand.
     virtual void ViewChanged() = 0;
     // A drum's row has the focus, or its key was pressed on the strip.

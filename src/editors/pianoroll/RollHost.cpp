@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the piano roll asks of its window: publishing and undo, sound, the instrument's key range, menus.
-#include <QMenu>
+// What the piano roll asks of its window: publishing and undo, sound, the instrument's key range.
 #include <algorithm>
 
 #include "controls/CLabelCtrl.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 #include "editors/pianoroll/RollBars.h"
-#include "model/edits/Chord.h"
-#include "model/edits/NoteEdits.h"
-#include "model/edits/PatternEdits.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -17,7 +13,6 @@ namespace quib {
 namespace {
 
 constexpr std::size_t kMostRemembered = 600;  // more than undo has steps
-constexpr float kStrum = 0.125F;              // steps between the notes of a chord
 
 }  // namespace
 
@@ -116,67 +111,9 @@ void CWinControlPianoRoll::ShowMenu(int /*x*/, int /*y*/) {
     PopUpMenu(*this, [this](QMenu& menu) { FillEditMenu(menu); });
 }
 
-void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
-    const NoteState state = roll->State();
-    CPianoRollKeys& keys = roll->Keys();
-    const auto add = [&menu](const char* text, const char* key, std::function<void()> run) {
-        QAction* const action = menu.addAction(Text(text), std::move(run));
-        if (key != nullptr) action->setShortcut(QKeySequence(QLatin1String(key)));
-    };
-    const auto apply = [&](const char* text, auto edit) {
-        add(text, nullptr, [this, text, edit] { Apply(edit(roll->State()), text); });
-    };
-    add(TextKey("Cut"), "Ctrl+X", [this] { Edit(EEdit::kCut); });
-    add(TextKey("Copy"), "Ctrl+C", [this] { Edit(EEdit::kCopy); });
-    add(TextKey("Paste"), "Ctrl+V", [this] { Edit(EEdit::kPaste); });
-    add(TextKey("Delete"), "Del", [this] { Edit(EEdit::kDelete); });
-    menu.addSeparator();
-    add(TextKey("Quantise"), "Ctrl+G", [&keys] { keys.Quantise(); });
-    add(TextKey("Humanise"), "Ctrl+H", [&keys] { keys.Humanise(); });
-    add(TextKey("Duplicate"), "Ctrl+D", [&keys] { keys.Duplicate(); });
-    add(TextKey("Join"), "Ctrl+J", [&keys] { keys.Join(); });
-    add(TextKey("Split"), "Ctrl+K", [&keys] { keys.Split(); });
-    apply(TextKey("Legato"), [](const NoteState& from) { return LegatoNotes(from); });
-    apply(TextKey("Strum"), [](const NoteState& from) { return StrumNotes(from, kStrum); });
-    apply(TextKey("Reverse"), [](const NoteState& from) { return ReverseNotes(from); });
-    apply(TextKey("Invert"), [](const NoteState& from) { return InvertNotes(from); });
-    apply(TextKey("Octave up"), [](const NoteState& from) { return TransposeNotes(from, 12); });
-    apply(TextKey("Octave down"), [](const NoteState& from) { return TransposeNotes(from, -12); });
-    QMenu* const chords = menu.addMenu(Text("Chord"));
-    for (int type = 0; type < kChordTypeCount && !state.selection.empty(); ++type) {
-        const auto chord = static_cast<EChordType>(type);
-        const std::string_view symbol = ChordSymbol(chord);
-        chords->addAction(QString::fromUtf8(symbol.data(), static_cast<qsizetype>(symbol.size())), [this, chord] {
-            const NoteState now = roll->State();
-            if (now.selection.empty()) return;
-            Apply(StampChord(now, now.Notes()[now.selection.front()], chord), TextKey("Chord"));
-        });
-    }
-    chords->setEnabled(!state.selection.empty());
-    menu.addSeparator();
-    QMenu* const whole = menu.addMenu(Text("Pattern"));
-    const auto change = [&](const char* text, auto edit) {
-        whole->addAction(Text(text), [this, text, edit] { Apply(edit(roll->State()), text); });
-    };
-    change(TextKey("Double pattern"), [](const NoteState& from) { return DoublePattern(from); });
-    change(TextKey("Halve pattern"), [](const NoteState& from) { return HalvePattern(from); });
-    change(TextKey("Shift left"), [](const NoteState& from) { return ShiftWrapped(from, -1); });
-    change(TextKey("Shift right"), [](const NoteState& from) { return ShiftWrapped(from, 1); });
-    change(TextKey("Clear pattern"), [](const NoteState& from) { return ClearNotes(from); });
-    const int key = roll->view.IsDrums() && roll->options.focusedKey >= 0 ? roll->options.focusedKey
-                    : state.selection.empty()                             ? -1
-                                                                          : state.Notes()[state.selection.front()].key;
-    if (key < 0) return;
-    const auto steps = static_cast<float>(roll->view.time.meter.StepsPerBeat());
-    QMenu* const rowMenu = menu.addMenu(Text("Row %1").arg(QLatin1String(NameOfKey(key).text)));
-    const auto fill = [&](const char* text, auto edit) {
-        rowMenu->addAction(Text(text), [this, text, edit] { Apply(edit(roll->State()), text); });
-    };
-    fill(TextKey("Fill every beat"),
-         [key, steps](const NoteState& from) { return FillRow(from, key, EveryBeat(steps)); });
-    fill(TextKey("Fill off-beats"),
-         [key, steps](const NoteState& from) { return FillRow(from, key, OffBeats(steps)); });
-    fill(TextKey("Clear row"), [key](const NoteState& from) { return ClearRow(from, key); });
+void CWinControlPianoRoll::ShowRowMenu(int key) {
+    RowFocused(key);
+    PopUpMenu(*this, [this, key](QMenu& menu) { FillRowMenu(menu, key); });
 }
 
 void CWinControlPianoRoll::RowFocused(int key) {

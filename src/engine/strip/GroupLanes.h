@@ -18,10 +18,18 @@ inline constexpr float kGainRate = 0.005f;
 inline constexpr float kSendRate = 0.001f;
 inline constexpr float kAmountRate = 0.01f;
 inline constexpr float kAmountGone = 0.0001f;
-inline constexpr float kInsteadOfZero = 0.00001f;  // keeps the filters out of denormal numbers
+// Keeps the filters out of denormal numbers, and lies so far below what an effect hears that it still sleeps.
+inline constexpr float kInsteadOfZero = 1e-15f;
+
+// How a group is filtered. Fading: a strip of it has switched its equaliser off and may be done within the block.
+enum class EFilters { kNone, kOn, kFading };
 
 inline bool EqualizerRuns(const StripJob& job) noexcept {
     return job.targets.eqAmount != 0 || job.state->eqAmount > kAmountGone;
+}
+
+inline bool EqualizerFades(const StripJob& job) noexcept {
+    return job.targets.eqAmount == 0 && job.state->eqAmount > kAmountGone;
 }
 
 struct BandLanes {
@@ -75,7 +83,10 @@ inline void LoadEqualizer(EqualizerLanes& lanes, const StripJob& job, int strip)
 
 inline void SaveEqualizer(EqualizerLanes& lanes, StripJob& job, int strip) noexcept {
     job.state->eqAmount = lanes.amount[2 * strip];
+    const bool isOff = job.targets.eqAmount == 0 && job.state->eqAmount == 0;
     for (int b = 0; b < kEqBandCount; ++b) {
+        if (isOff) job.state->eqBands[b].left = job.state->eqBands[b].right = {};
+        if (isOff) continue;
         SaveMemory(lanes.bands[b], job.state->eqBands[b].left, 2 * strip);
         SaveMemory(lanes.bands[b], job.state->eqBands[b].right, 2 * strip + 1);
     }

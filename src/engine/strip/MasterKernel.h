@@ -9,7 +9,6 @@
 namespace quib {
 namespace {
 
-inline constexpr float kMasterRate = 0.005f;
 inline constexpr float kClip = 0.99f;
 
 // The three smoothed values of the master, side by side in one vector.
@@ -32,7 +31,7 @@ struct MasterGains {
     // The master gain of the next frames.
     void Course(float* gain, int frames) noexcept {
         for (int i = 0; i < frames; ++i) {
-            value += kMasterRate * (target - value);
+            value += kMasterSmoothing * (target - value);
             gain[i] = value[0];
         }
     }

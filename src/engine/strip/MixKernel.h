@@ -69,7 +69,7 @@ inline void AddStrip(Sums<Sample, sends, width>& sums, const StripJob& job, cons
         sums.right[0][w] += right;
         for (int i = 0; i < sends; ++i) {
             const int k = active.index[i];
-            const Sample gain = LoadFrom<Sample>(job.planes.sendGain[k] + (at & job.sendMask[k]));
+            const Sample gain = LoadFrom<Sample>(job.sendCourse[k] + (at & job.sendMask[k]));
             sums.left[i + 1][w] += left * gain;
             sums.right[i + 1][w] += right * gain;
         }

@@ -22,25 +22,40 @@ inline bool GainsMove(const StripJob& job) noexcept {
 
 inline void FillLine(float* plane, float value) noexcept { Store(plane, Spread(value)); }
 
-// The four switches at once: they are off for nearly every strip.
-inline bool HoldsAny(const StripTargets& targets) noexcept {
-    unsigned switches;
-    static_assert(sizeof switches == sizeof targets.holdSend);
-    __builtin_memcpy(&switches, targets.holdSend, sizeof switches);
-    return switches != 0;
+// Four switches at once: they are off for nearly every strip.
+inline bool IsAnyOn(const bool (&switches)[kSendCount]) noexcept {
+    unsigned all;
+    static_assert(sizeof all == sizeof switches);
+    __builtin_memcpy(&all, switches, sizeof all);
+    return all != 0;
+}
+
+// Sends without an effect behind them go to their targets at once. True when there is no other.
+inline bool SettleUnheardSends(StripJob& job) noexcept {
+    bool all = true;
+    for (int k = 0; k < kSendCount; ++k) {
+        all &= job.sendUnheard[k];
+        job.sendMask[k] = 0;
+        if (!job.sendUnheard[k]) continue;
+        const float floor = job.targets.holdSend[k] ? kHeldSendGain : 0;
+        job.state->sendGain[k] = job.targets.send[k] > floor ? job.targets.send[k] : floor;
+    }
+    return all;
 }
 
 // Decides which sends of a strip still move, and leaves the settled ones for MixStrips.
 inline bool PrepareSends(StripJob& job) noexcept {
+    if (IsAnyOn(job.sendUnheard) && SettleUnheardSends(job)) return false;
     Quad gain, target, floor = {};
     __builtin_memcpy(&gain, job.state->sendGain, sizeof gain);
     __builtin_memcpy(&target, job.targets.send, sizeof target);
-    for (int k = 0; HoldsAny(job.targets) && k < kSendCount; ++k)
+    for (int k = 0; IsAnyOn(job.targets.holdSend) && k < kSendCount; ++k)
         floor[k] = job.targets.holdSend[k] ? kHeldSendGain : 0;
     const Quad next = gain + kSendRate * (target - gain);
     const QuadBits moves = (next > floor ? next : floor) != gain;
     for (int k = 0; k < kSendCount; ++k) {
-        FillLine(job.planes.sendGain[k], gain[k]);
+        FillLine(job.restingSend[k], gain[k]);
+        job.sendCourse[k] = moves[k] ? job.planes.sendGain[k] : job.restingSend[k];
         job.sendMask[k] = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(moves[k]));
     }
     return (job.sendMask[0] | job.sendMask[1] | job.sendMask[2] | job.sendMask[3]) != 0;
@@ -49,7 +64,7 @@ inline bool PrepareSends(StripJob& job) noexcept {
 // Extra pairs need the course of the strip's gains; few strips have any.
 inline void PrepareExtra(StripJob& job, bool moves, int frames) noexcept {
     job.addsAnyExtra = false;
-    if (!HoldsAny(job.targets)) return;
+    if (!IsAnyOn(job.targets.holdSend)) return;
     for (int k = 0; k < kSendCount; ++k) {
         job.addsExtra[k] = job.targets.holdSend[k] && job.extraLeft[k] && job.extraRight[k];
         job.addsAnyExtra |= job.addsExtra[k];
@@ -119,8 +134,14 @@ inline void RunSettledStrip(StripJob& job, int frames) noexcept {
     job.mixGainRight = job.state->gainRight;
 }
 
+template <EFilters filters>
+void RunGroupWithSends(StripJob* jobs, int count, int frames, bool sendsMove) noexcept {
+    sendsMove ? RunGroup<filters, true>(jobs, count, frames) : RunGroup<filters, false>(jobs, count, frames);
+}
+
 inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
     bool filters = false;
+    bool fades = false;
     bool gainsMove = false;
     bool sendsMove = false;
     for (int i = 0; i < count; ++i) {
@@ -128,15 +149,16 @@ inline void ProcessGroup(StripJob* jobs, int count, int frames) noexcept {
         MixFromPlanes(jobs[i]);
         PrepareExtra(jobs[i], moves, frames);
         filters |= EqualizerRuns(jobs[i]);
+        fades |= EqualizerFades(jobs[i]);
         gainsMove |= moves;
         sendsMove |= PrepareSends(jobs[i]);
     }
-    if (filters)
-        sendsMove ? RunGroup<true, true>(jobs, count, frames) : RunGroup<true, false>(jobs, count, frames);
-    else if (sendsMove)
-        RunGroup<false, true>(jobs, count, frames);
-    else if (gainsMove)
-        RunGroup<false, false>(jobs, count, frames);
+    if (fades)
+        RunGroupWithSends<EFilters::kFading>(jobs, count, frames, sendsMove);
+    else if (filters)
+        RunGroupWithSends<EFilters::kOn>(jobs, count, frames, sendsMove);
+    else if (gainsMove || sendsMove)
+        RunGroupWithSends<EFilters::kNone>(jobs, count, frames, sendsMove);
     else
         for (int i = 0; i < count; ++i) RunSettledStrip(jobs[i], frames);
 }

@@ -35,13 +35,18 @@ struct alignas(64) StripJob {
     StripPlanes planes;
     StripTargets targets;
 
+    // Sends that nothing hears: they stand on their targets and are not mixed.
+    bool sendUnheard[kSendCount] = {};
+
     // Left by ProcessStrips for MixStrips: the signal with a constant gain for it, and the sends. A gain
     // that moves has its course over the block in its plane, and all bits of the mask set; a settled one
-    // has the first line of the plane and a mask of 0.
+    // has a line here, or the first one of its plane, and a mask of 0.
     float mixGainLeft = 1, mixGainRight = 1;
     const float* mixLeft = nullptr;
     const float* mixRight = nullptr;
+    const float* sendCourse[kSendCount] = {};
     std::size_t sendMask[kSendCount] = {};
+    alignas(32) float restingSend[kSendCount][8] = {};
     std::size_t gainMask = 0;
     bool addsExtra[kSendCount] = {};
     bool addsAnyExtra = false;
@@ -49,6 +54,8 @@ struct alignas(64) StripJob {
     // Filled in before: says that the inputs stay as they are until MixStrips is done. A strip with nothing
     // but a constant gain is then mixed straight from them, and its left and right planes are not written.
     bool inputsStay = false;
+    // Its owner has had it processed already.
+    bool isRendered = false;
 };
 
 // What is added to; a send bus with a null buffer is left out.
@@ -74,15 +81,6 @@ StripPlanes MakeStripPlanes(const Planes& planes, int first = 0) noexcept {
             {planes.Plane(first + 2), planes.Plane(first + 3), planes.Plane(first + 4), planes.Plane(first + 5)},
             planes.Plane(first + 6),
             planes.Plane(first + 7)};
-}
-
-// The largest smoothed gain of send k over all strips; after ProcessStrips it says whether the send's
-// effect has anything to hear (above kAudibleSendGain).
-inline float LargestSendGain(const StripJob* jobs, int count, int k) noexcept {
-    float largest = 0;
-    for (int i = 0; i < count; ++i)
-        if (jobs[i].state->sendGain[k] > largest) largest = jobs[i].state->sendGain[k];
-    return largest;
 }
 
 }  // namespace quib

@@ -10,8 +10,8 @@
 // the larger of itself and the sample, times 0.9999. A smoothed value whose next step is lost in
 // rounding has settled: it stays what it is until its target changes, and costs nothing.
 //
-// Cutting a signal into other blocks gives the same samples, with one exception: an equaliser that is
-// off is dropped at the start of a block once its amount is not above 0.0001.
+// An equaliser that is switched off is gone, with all it remembers, once its amount is not above 0.0001. Cutting
+// a signal into other blocks gives the same samples.
 
 #include "engine/strip/StripJob.h"
 

@@ -28,8 +28,16 @@ inline Lanes Filter(BandLanes& b, Lanes sample, Lanes amount, Lanes dry, Lanes i
 // In a loop, keeps the compiler from giving each recursion a loop of its own, where it waits for itself.
 inline void KeepLoopWhole() noexcept { __asm__ volatile(""); }
 
+// A lane whose filter has gone passes its zeros as well.
+template <EFilters filters>
+inline Lanes Instead(Lanes insteadOfZero, Lanes amount) noexcept {
+    if constexpr (filters == EFilters::kFading) return amount == 0 ? Lanes{} : insteadOfZero;
+    return insteadOfZero;
+}
+
 // The amount and bands 0 and 1, band 1 a frame behind band 0. Each turn of this loop and of the next has
 // several recursions that do not wait for each other, and about as many values as there are registers.
+template <EFilters filters>
 inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcept {
     BandLanes low = lanes.bands[0];
     BandLanes middle = lanes.bands[1];
@@ -37,24 +45,30 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
     Lanes amount = lanes.amount;
     const auto runLow = [&](int f) {
         amount += kAmountRate * (lanes.amountTarget - amount);
+        if constexpr (filters == EFilters::kFading)
+            amount = (lanes.amountTarget == 0) & (amount <= kAmountGone) ? Lanes{} : amount;
         tile.amount[f] = amount;
         tile.dry[f] = 1 - amount;
-        return Filter(low, tile.signal[f], amount, tile.dry[f], insteadOfZero);
+        return Filter(low, tile.signal[f], amount, tile.dry[f], Instead<filters>(insteadOfZero, amount));
+    };
+    const auto runMiddle = [&](Lanes sample, int f) {
+        const Lanes zero = Instead<filters>(insteadOfZero, tile.amount[f]);
+        tile.signal[f] = Filter(middle, sample, tile.amount[f], tile.dry[f], zero);
     };
     Lanes between = runLow(0);
     for (int f = 1; f < frames; ++f) {
         KeepLoopWhole();
-        tile.signal[f - 1] = Filter(middle, between, tile.amount[f - 1], tile.dry[f - 1], insteadOfZero);
+        runMiddle(between, f - 1);
         between = runLow(f);
     }
-    tile.signal[frames - 1] = Filter(middle, between, tile.amount[frames - 1], tile.dry[frames - 1], insteadOfZero);
+    runMiddle(between, frames - 1);
     lanes.bands[0] = low;
     lanes.bands[1] = middle;
     lanes.amount = amount;
 }
 
 // Band 2, gains, meter, and the course of the sends.
-template <bool filters, bool sends>
+template <EFilters filters, bool sends>
 inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
     BandLanes high = group.equalizer.bands[2];
     Lanes gain = group.gain;
@@ -64,7 +78,9 @@ inline void RunRestOfStrip(GroupLanes& group, Tile& tile, int frames) noexcept {
     for (int f = 0; f < frames; ++f) {
         KeepLoopWhole();
         Lanes x = tile.signal[f];
-        if constexpr (filters) x = Filter(high, x, tile.amount[f], tile.dry[f], group.equalizer.insteadOfZero);
+        if constexpr (filters != EFilters::kNone)
+            x = Filter(high, x, tile.amount[f], tile.dry[f],
+                       Instead<filters>(group.equalizer.insteadOfZero, tile.amount[f]));
         gain += kGainRate * (group.gainTarget - gain);
         x *= gain;
         peak = Larger(Absolute(x) * weight[f], peak);
@@ -109,11 +125,11 @@ inline void LoadTile(Tile& tile, const GroupBuffers& buffers, std::size_t at, in
 }
 
 // Works on `frames` (at most kTile) frames at `at`.
-template <bool filters, bool sends>
+template <EFilters filters, bool sends>
 inline void RunTile(GroupLanes& group, const GroupBuffers& buffers, std::size_t at, int frames) noexcept {
     Tile tile;
     LoadTile(tile, buffers, at, frames);
-    if constexpr (filters) RunLowerBands(group.equalizer, tile, frames);
+    if constexpr (filters != EFilters::kNone) RunLowerBands<filters>(group.equalizer, tile, frames);
     RunRestOfStrip<filters, sends>(group, tile, frames);
     for (int f = 0; f < frames; f += kLanes, at += kLanes) {
         StoreSquare(buffers.out, buffers.lanes, at, tile.signal + f);
@@ -144,7 +160,7 @@ inline GroupBuffers FindBuffers(const StripJob* jobs, int count) noexcept {
 
 // The last frames of a block, too few for a tile: through copies, since nothing may be read past a
 // plug-in's buffers. Planes are padded to whole cache lines.
-template <bool filters, bool sends>
+template <EFilters filters, bool sends>
 inline void RunRest(GroupLanes& group, GroupBuffers buffers, std::size_t at, int frames) noexcept {
     float rest[kLanes][kTile];
     for (int i = 0; i < buffers.lanes; ++i) {
@@ -156,21 +172,21 @@ inline void RunRest(GroupLanes& group, GroupBuffers buffers, std::size_t at, int
     RunTile<filters, sends>(group, buffers, at, frames);
 }
 
-template <bool filters, bool sends>
+template <EFilters filters, bool sends>
 void RunGroup(StripJob* jobs, int count, int frames) noexcept {
     GroupLanes group;
     for (int i = 0; i < count; ++i) {
         LoadGains(group, jobs[i], i);
-        if (filters && EqualizerRuns(jobs[i])) LoadEqualizer(group.equalizer, jobs[i], i);
+        if (filters != EFilters::kNone && EqualizerRuns(jobs[i])) LoadEqualizer(group.equalizer, jobs[i], i);
     }
     const GroupBuffers buffers = FindBuffers(jobs, count);
     int at = 0;
     for (; at + kTile <= frames; at += kTile)
         RunTile<filters, sends>(group, buffers, static_cast<std::size_t>(at), kTile);
     if (at < frames) RunRest<filters, sends>(group, buffers, static_cast<std::size_t>(at), frames - at);
-    if (filters) DropRunawayMemories(group.equalizer);
+    if (filters != EFilters::kNone) DropRunawayMemories(group.equalizer);
     for (int i = 0; i < count; ++i) {
-        if (filters && EqualizerRuns(jobs[i])) SaveEqualizer(group.equalizer, jobs[i], i);
+        if (filters != EFilters::kNone && EqualizerRuns(jobs[i])) SaveEqualizer(group.equalizer, jobs[i], i);
         SaveGains(group, jobs[i], i, sends);
     }
 }

@@ -30,6 +30,8 @@ struct MasterTargets {
     float crossfadeA = 0, crossfadeB = 0;
 };
 
+constexpr float kMasterSmoothing = 0.005f;  // of the difference, per sample
+
 constexpr float kSilentGain = 0.000001f;  // of a muted strip and of a send that is off
 constexpr float kHeldSendGain = 0.000021f;
 constexpr float kAudibleSendGain = 0.00002f;  // above it the shared effect of the send runs

@@ -52,13 +52,21 @@ bool CRecordFields::Next(std::int32_t& value) noexcept {
 
 std::size_t CRecordFields::Count() const noexcept { return static_cast<std::size_t>(std::count(at, end, ';')); }
 
+char CRecordReader::LineBreakOf(std::string_view bytes) noexcept {
+    const std::size_t first = bytes.find_first_of("\r\n");
+    if (first == std::string_view::npos || bytes[first] == '\n') return '\n';
+    const std::size_t second = bytes.find_first_of("\r\n", first + 1);
+    const bool isReturn = second == std::string_view::npos || (bytes[second] == '\r' && second > first + 1);
+    return isReturn ? '\r' : '\n';
+}
+
 bool CRecordReader::NextLine() noexcept {
     lineStart = position;
     fieldCount = 0;
     if (position >= bytes.size()) return false;
     const char* const first = bytes.data() + position;
     const char* const last = bytes.data() + bytes.size();
-    const char* const lineFeed = Find('\n', first, last);
+    const char* const lineFeed = Find(lineBreak, first, last);
     cutOff = lineFeed == nullptr;
     const char* end = cutOff ? last : lineFeed;
     position = cutOff ? bytes.size() : static_cast<std::size_t>(end - bytes.data()) + 1;

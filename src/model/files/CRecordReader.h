@@ -39,7 +39,8 @@ public:
     // Fields that can be asked for by index; further ones belong to lists.
     static constexpr std::size_t kIndexedFields = 8;
 
-    explicit CRecordReader(std::string_view fileBytes) noexcept : bytes(fileBytes) {}
+    // Lines end in a line feed, or in a carriage return where the first two lines do so without one.
+    explicit CRecordReader(std::string_view fileBytes) noexcept : bytes(fileBytes), lineBreak(LineBreakOf(fileBytes)) {}
 
     // Goes to the next line. False at the end of the bytes.
     bool NextLine() noexcept;
@@ -65,9 +66,11 @@ public:
     std::size_t Position() const noexcept { return position; }
 
 private:
+    static char LineBreakOf(std::string_view bytes) noexcept;
     void SplitLine(const char* end) noexcept;
 
     std::string_view bytes;
+    char lineBreak;
     std::size_t position = 0;
     std::size_t lineStart = 0;
     bool cutOff = false;

@@ -209,8 +209,11 @@ void CInstrumentReader::Finish() {
     instrument->midiLanes.Prepare(std::make_shared<const CEventLanes>(midiLanes.Build()));
     instrument->mixLanes.Prepare(std::make_shared<const CEventLanes>(mixLanes.Build()));
     instrument->ballSounds.Prepare(std::make_shared<const BallSoundList>(std::move(balls)));
-    instrument->plugin.Prepare(plugin.Finish());
-    for (std::size_t i = 0; i < inserts.size(); ++i) instrument->inserts[i].Prepare(inserts[i].Finish());
+    const std::string place = instrument->title.empty() ? "an instrument" : instrument->title;
+    instrument->plugin.Prepare(plugin.Finish(context, place));
+    for (std::size_t i = 0; i < inserts.size(); ++i) {
+        instrument->inserts[i].Prepare(inserts[i].Finish(context, place));
+    }
 }
 
 std::shared_ptr<CInstrument> CInstrumentReader::Read(bool& ended) {

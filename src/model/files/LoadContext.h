@@ -25,6 +25,15 @@ struct LoadContext {
         constexpr std::size_t most = 1000;  // a damaged file may have something wrong in every line
         if (warnings.size() < most) warnings.push_back(about + ": " + what);
     }
+
+    // One line for each plug-in that is not there, with all the places that want it.
+    void WarnMissing(const std::string& plugin, const std::string& reason, const std::string& place) {
+        const std::string line = plugin + ": " + reason + "; its settings are kept (";
+        for (std::string& warning : warnings) {
+            if (warning.starts_with(line)) return void(warning.replace(warning.size() - 1, 1, ", " + place + ")"));
+        }
+        Warn(plugin, reason + "; its settings are kept (" + place + ")");
+    }
 };
 
 }  // namespace quib

@@ -48,6 +48,21 @@ void ReadMode(const CRecordReader& line, PatternBlock& block) {
     block.modeValue = ToStepNumberModeValue(line.Real(3));
 }
 
+void WriteBlockHead(CRecordWriter& writer, const CInstrument& instrument) {
+    const auto mode = static_cast<std::int32_t>(SelectedStepNumberMode(instrument));
+    writer.Key("STEPNUMBER_MODE").Integer(BlockLength(instrument)).Integer(mode).Real(instrument.swing.Get());
+    writer.EndLine();
+    const PluginSlot& slot = *instrument.plugin.ForEdit();
+    if (!IsEmpty(slot)) writer.TextLine("PLUGIN_NAME", DisplayName(slot));
+}
+
+void WritePattern(CRecordWriter& writer, const CInstrument& instrument, int pattern, std::int32_t used) {
+    WriteNotes(writer, "", pattern, *instrument.patterns[static_cast<std::size_t>(pattern)].ForEdit(), used);
+    WritePatternPoints(writer, "PATTERN_MIDIPARAM_EVENTS", *instrument.midiLanes.ForEdit(), pattern);
+    WritePatternPoints(writer, "PATTERN_PLUGINPARAM_EVENTS", SlotLanes(*instrument.plugin.ForEdit()), pattern);
+    WritePatternPoints(writer, "PATTERN_MIXPARAM_EVENTS", *instrument.mixLanes.ForEdit(), pattern);
+}
+
 // The points of the patterns from `patterns`, those of the song from `song`.
 std::shared_ptr<const CEventLanes> Joined(const CEventLanes& patterns, const CEventLanes& song) {
     return std::make_shared<const CEventLanes>(patterns.WithSlotOf(song, CEventLanes::kSongSlot));
@@ -77,6 +92,14 @@ void CNoteReader::Read(const CRecordReader& line) {
     }
 }
 
+void CNoteReader::ReadSteps(const CRecordReader& line) {
+    const std::int32_t index = line.Integer(1);
+    if (!line.HasFields(3) || index < 0 || index >= kPatternCount) return;
+    Pattern& pattern = patterns[static_cast<std::size_t>(index)];
+    pattern.mentioned = true;
+    pattern.steps = line.Integer(2);
+}
+
 std::shared_ptr<const CPattern> CNoteReader::Take(std::size_t pattern) {
     Pattern& content = patterns[pattern];
     if (!content.mentioned) return nullptr;
@@ -95,6 +118,8 @@ void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBui
             block.pluginName = reader.Text(1);
         } else if (key == "PATTERN_NOTES") {
             block.notes.Read(reader);
+        } else if (key == "PATTERN_STEPS") {
+            block.notes.ReadSteps(reader);
         } else if (key == "PATTERN_MIDIPARAM_EVENTS") {
             ReadPatternPoints(reader, kMidiLaneCount, lanes.midi);
         } else if (key == "PATTERN_PLUGINPARAM_EVENTS") {
@@ -105,9 +130,16 @@ void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBui
     }
 }
 
-void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used) {
-    if (content.Notes().empty() && used < 1) return;
-    writer.Key(key).Integer(pattern).Integer(content.StepCount()).Integer(used);
+// Without notes and mark only a length that is not the usual one is told, by a key that older readers pass over.
+void WriteNotes(CRecordWriter& writer, std::string_view prefix, int pattern, const CPattern& content,
+                std::int32_t used) {
+    const std::string family(prefix);
+    if (content.Notes().empty() && used < 1) {
+        if (content.StepCount() == kDefaultStepCount) return;
+        writer.Key(family + "PATTERN_STEPS").Integer(pattern).Integer(content.StepCount());
+        return writer.EndLine();
+    }
+    writer.Key(family + "PATTERN_NOTES").Integer(pattern).Integer(content.StepCount()).Integer(used);
     for (const Note& note : content.Notes()) {
         writer.Real(note.position).Integer(note.key).Real(note.length).Integer(note.velocity);
     }
@@ -115,19 +147,16 @@ void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const 
 }
 
 void WritePatternBlock(CRecordWriter& writer, const CInstrument& instrument) {
-    const auto mode = static_cast<std::int32_t>(SelectedStepNumberMode(instrument));
-    writer.Key("STEPNUMBER_MODE").Integer(BlockLength(instrument)).Integer(mode).Real(instrument.swing.Get());
-    writer.EndLine();
-    const PluginSlot& slot = *instrument.plugin.ForEdit();
-    if (!IsEmpty(slot)) writer.TextLine("PLUGIN_NAME", DisplayName(slot));
+    WriteBlockHead(writer, instrument);
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {
-        const auto index = static_cast<std::size_t>(pattern);
-        WriteNotes(writer, "PATTERN_NOTES", pattern, *instrument.patterns[index].ForEdit(),
-                   instrument.patternUsed[index].Get());
-        WritePatternPoints(writer, "PATTERN_MIDIPARAM_EVENTS", *instrument.midiLanes.ForEdit(), pattern);
-        WritePatternPoints(writer, "PATTERN_PLUGINPARAM_EVENTS", SlotLanes(slot), pattern);
-        WritePatternPoints(writer, "PATTERN_MIXPARAM_EVENTS", *instrument.mixLanes.ForEdit(), pattern);
+        WritePattern(writer, instrument, pattern, instrument.patternUsed[static_cast<std::size_t>(pattern)].Get());
     }
+}
+
+void WritePatternAlone(CRecordWriter& writer, const CInstrument& instrument, int pattern) {
+    WriteBlockHead(writer, instrument);
+    WritePattern(writer, instrument, pattern,
+                 std::max(1, instrument.patternUsed[static_cast<std::size_t>(pattern)].Get()));
 }
 
 bool ReadPatternFile(std::string_view bytes, PatternSet& set, std::string& error) {
@@ -150,7 +179,19 @@ bool ReadPatternFile(std::string_view bytes, PatternSet& set, std::string& error
     set.midiLanes = midi.Build();
     set.mixLanes = mix.Build();
     set.pluginLanes = plugin.Build();
+    set.pluginName = block.pluginName;
     return true;
+}
+
+std::optional<PatternClip> ReadPatternClip(std::string_view text) {
+    PatternClip clip;
+    std::string error;
+    if (!ReadPatternFile(text, clip.set, error)) return std::nullopt;
+    const auto first = std::find_if(clip.set.patterns.begin(), clip.set.patterns.end(),
+                                    [](const auto& pattern) { return pattern != nullptr; });
+    if (first == clip.set.patterns.end()) return std::nullopt;
+    clip.pattern = static_cast<int>(first - clip.set.patterns.begin());
+    return clip;
 }
 
 void ReplacePatterns(CInstrument& instrument, const PatternSet& set, CGraveyard& graveyard) {

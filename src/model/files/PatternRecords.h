@@ -24,6 +24,8 @@ class CNoteReader {
 public:
     // Adds the notes of a line to its pattern; skips a line without a pattern 0..15.
     void Read(const CRecordReader& line);
+    // The same for a line that tells the number of steps of a pattern without notes.
+    void ReadSteps(const CRecordReader& line);
     // Null for a pattern that was not mentioned. To be called once for each pattern.
     std::shared_ptr<const CPattern> Take(std::size_t pattern);
     std::int32_t Used(std::size_t pattern) const noexcept { return patterns[pattern].used; }
@@ -58,9 +60,13 @@ struct PatternBlock {
 // Reads up to the closing bracket or the end of the bytes.
 void ReadPatternBlock(CRecordReader& reader, PatternBlock& block, PatternLaneBuilders lanes);
 void WritePatternBlock(CRecordWriter& writer, const CInstrument& instrument);
+// The block with one pattern alone, written even when it is empty.
+void WritePatternAlone(CRecordWriter& writer, const CInstrument& instrument, int pattern);
 
-// One notes line if the pattern has notes or is marked as used.
-void WriteNotes(CRecordWriter& writer, std::string_view key, int pattern, const CPattern& content, std::int32_t used);
+// One line of notes if the pattern has notes or is marked as used, of steps if it only has an unusual length.
+// `prefix` stands before its key.
+void WriteNotes(CRecordWriter& writer, std::string_view prefix, int pattern, const CPattern& content,
+                std::int32_t used);
 
 // The step-number mode and value of a record; limited to what exists.
 EStepNumberMode ToStepNumberMode(std::int32_t number) noexcept;
@@ -75,10 +81,22 @@ struct PatternSet {
     CEventLanes midiLanes;
     CEventLanes mixLanes;
     CEventLanes pluginLanes;
+    std::string pluginName;  // whose parameters the plug-in's points mean
+};
+
+// One pattern of a pattern file.
+struct PatternClip {
+    PatternSet set;
+    int pattern = 0;  // which one of the set
+    // A whole pattern with its automation, not only notes of one.
+    bool IsWhole() const noexcept { return set.mode.has_value(); }
+    const CPattern& Notes() const noexcept { return *set.patterns[static_cast<std::size_t>(pattern)]; }
 };
 
 // False when the bytes hold no record of a pattern file; `set` is as before then.
 bool ReadPatternFile(std::string_view bytes, PatternSet& set, std::string& error);
+// The first pattern of a pattern file's text; nothing when there is none.
+std::optional<PatternClip> ReadPatternClip(std::string_view text);
 
 // Replaces all sixteen patterns and their points in an instrument that may be playing; patterns that
 // the set does not mention become empty. Points of the song stay.

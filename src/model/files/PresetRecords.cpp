@@ -111,6 +111,8 @@ bool CPresetReader::ReadPatterns(const CRecordReader& line) {
         preset.stepNumberModeValue = ToStepNumberModeValue(line.Real(3));
     } else if (key == "PRESET_PATTERN_NOTES") {
         notes.Read(line);
+    } else if (key == "PRESET_PATTERN_STEPS") {
+        notes.ReadSteps(line);
     } else if (key == "PRESET_EVENT_PLUGIN_PARAM") {
         preset.eventPluginParameters = ReadIntegers(line, 0, CPlugin::kMaximumParameters - 1);
     } else if (key == "PRESET_PATTERN_MIDIPARAM_EVENTS") {
@@ -153,7 +155,7 @@ void WritePreset(CRecordWriter& writer, const Preset& preset) {
     for (int pattern = 0; pattern < kPatternCount; ++pattern) {
         const auto index = static_cast<std::size_t>(pattern);
         const CPattern& content = preset.patterns[index] ? *preset.patterns[index] : empty;
-        WriteNotes(writer, "PRESET_PATTERN_NOTES", pattern, content, preset.patternUsed[index]);
+        WriteNotes(writer, "PRESET_", pattern, content, preset.patternUsed[index]);
     }
     WriteStrip(writer, {EStripPart::kMixer}, preset.strip);
     writer.IntegerLine("PRESET_PATTERNSELECTED", preset.patternSelected);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/files/SlotRecords.h"
+#include "model/plugin/PluginFormats.h"
 
 #include <optional>
 #include <span>
@@ -45,10 +46,9 @@ void CSlotReader::Load(CRecordReader& reader, ESlotKind kind, LoadContext& conte
     fileName = reader.Text(1);
     PluginReference wanted{fileName, ReadIdentity(reader)};
     if (fileName.empty()) return;
-    std::string error = "cannot be loaded here";
-    if (context.load) plugin = context.load(wanted, kind, error);
+    reason = "cannot be loaded here";
+    if (context.load) plugin = context.load(wanted, kind, reason);
     if (plugin) return;
-    context.Warn(fileName, error + "; its settings are kept");
     missing = std::make_shared<MissingPlugin>();
     missing->fileName = fileName;
     missing->identity = std::move(wanted.identity);
@@ -116,7 +116,8 @@ void CSlotReader::ReadEvents(CRecordReader& reader, LoadContext& context) {
     context.Warn(fileName, "the end of its automation is missing");
 }
 
-std::shared_ptr<const PluginSlot> CSlotReader::Finish() {
+std::shared_ptr<const PluginSlot> CSlotReader::Finish(LoadContext& context, const std::string& place) {
+    if (missing) context.WarnMissing(fileName, reason, place);
     auto slot = std::make_shared<PluginSlot>();
     if (plugin) plugin->lanes.Prepare(std::make_shared<const CEventLanes>(lanes.Build()));
     if (missing) missing->lanes = lanes.Build();
@@ -133,8 +134,9 @@ std::string SlotFileName(const PluginSlot& slot) {
     return slot.missing ? slot.missing->fileName : std::string();
 }
 
-void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot) {
-    writer.TextLine(key, SlotFileName(slot));
+void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot, ESlotName form) {
+    const std::string name = SlotFileName(slot);
+    writer.TextLine(key, form == ESlotName::kListed ? WithoutPluginExtension(name) : std::string_view(name));
     std::string identity;
     if (slot.plugin) identity = slot.plugin->Identity().Key();
     if (slot.missing) identity = slot.missing->identity;

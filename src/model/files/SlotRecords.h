@@ -23,7 +23,7 @@ bool ClosesBracket(const CRecordReader& line) noexcept;
 class CSlotReader {
 public:
     // Loads the plug-in that the current line names, with the line of its identity if that comes next; one
-    // that cannot be loaded is remembered as missing, with a warning.
+    // that cannot be loaded is remembered as missing.
     void Load(CRecordReader& reader, ESlotKind kind, LoadContext& context);
     bool IsEmpty() const noexcept { return plugin == nullptr && missing == nullptr; }
 
@@ -38,14 +38,15 @@ public:
     CEventLanesBuilder& Lanes() noexcept { return lanes; }
     int LaneCount() const noexcept;
 
-    // The slot with all that was read; leaves the reader empty.
-    std::shared_ptr<const PluginSlot> Finish();
+    // The slot with all that was read; leaves the reader empty. Warns of a plug-in that is missing in `place`.
+    std::shared_ptr<const PluginSlot> Finish(LoadContext& context, const std::string& place);
 
 private:
     void ApplyState(std::string_view image, LoadContext& context);
     void ApplyProgram(int program, LoadContext& context);
 
     std::string fileName;
+    std::string reason;  // why it is missing
     std::shared_ptr<CPlugin> plugin;
     std::shared_ptr<MissingPlugin> missing;
     CEventLanesBuilder lanes;
@@ -54,8 +55,10 @@ private:
 // Name of the library that a slot has or misses; empty for an empty slot.
 std::string SlotFileName(const PluginSlot& slot);
 bool IsEmpty(const PluginSlot& slot) noexcept;
-// The line "`key`;name;" of a slot, and the line of its identity.
-void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot);
+// The line "`key`;name;" of a slot, and the line of its identity. In lists of names these have no extension.
+enum class ESlotName { kFile, kListed };
+void WriteSlotName(CRecordWriter& writer, std::string_view key, const PluginSlot& slot,
+                   ESlotName form = ESlotName::kFile);
 // Automation of a slot's plug-in, loaded or missing.
 const CEventLanes& SlotLanes(const PluginSlot& slot);
 

@@ -83,6 +83,8 @@ void CPlugin::Finish() {
     inputs = CPluginBuffers(std::max(2, inputCount));
     outputs = CPluginBuffers(std::max(2, outputCount));
     foreignInputs.assign(inputs.Pointers(), inputs.Pointers() + inputs.Channels());
+    pieceInputs.resize(foreignInputs.size());
+    pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
@@ -166,7 +168,9 @@ bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
     if (events.empty()) return true;
     const CRenderCall call(*this);
     if (!call.Entered()) return false;
-    TakeEvents(events.first(std::min(events.size(), kMaximumBlockEvents)));
+    const auto taken = events.first(std::min(events.size(), kMaximumBlockEvents));
+    TakeEvents(taken);
+    for (const BlockEvent& event : taken) keysDown.Follow(event);
     return true;
 }
 
@@ -193,53 +197,60 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
 }
 
 void CPlugin::AutomateParameter(int index, float value) noexcept {
-    if (index < 0 || index >= static_cast<int>(lastAutomation.size())) return;
-    float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (last != value && PlayParameter(index, value)) last = value;
+    if (!WouldAutomate(index, value)) return;
+    if (PlayParameter(index, value)) lastAutomation[static_cast<std::size_t>(index)] = value;
 }
 
 void CPlugin::ForgetAutomation() noexcept {
     std::fill(lastAutomation.begin(), lastAutomation.end(), std::numeric_limits<float>::quiet_NaN());
 }
 
-void CPlugin::Process(int frames) noexcept {
-    if (inputCount == 1) return Process(inputs.Channel(0), inputs.Channel(1), frames);
-    CallRender(inputs.Pointers(), frames);
+void CPlugin::Process(int frames, int first) noexcept {
+    if (inputCount == 1) return Process(inputs.Channel(0), inputs.Channel(1), frames, first);
+    CallRender(inputs.Pointers(), frames, first);
 }
 
-void CPlugin::Process(const float* left, const float* right, int frames) noexcept {
+void CPlugin::Process(const float* left, const float* right, int frames, int first) noexcept {
     if (inputCount == 1) {
         float* const mono = inputs.Channel(0);
-        for (int i = 0; i < frames; ++i) mono[i] = 0.5F * (left[i] + right[i]);
-        return CallRender(inputs.Pointers(), frames);
+        for (int i = first; i < first + frames; ++i) mono[i] = 0.5F * (left[i] + right[i]);
+        return CallRender(inputs.Pointers(), frames, first);
     }
     foreignInputs[0] = left;
     foreignInputs[1] = right;
-    CallRender(foreignInputs.data(), frames);
+    CallRender(foreignInputs.data(), frames, first);
 }
 
-void CPlugin::CallRender(const float* const* from, int frames) noexcept {
+void CPlugin::CallRender(const float* const* from, int frames, int first) noexcept {
     const CRenderCall call(*this);
-    if (!call.Entered()) return outputs.Clear(frames);
+    if (!call.Entered()) return outputs.Clear(frames, first);
+    float* const* to = outputs.Pointers();
+    if (first > 0) {
+        const auto further = [first](auto* samples) { return samples + first; };
+        std::transform(from, from + pieceInputs.size(), pieceInputs.begin(), further);
+        std::transform(to, to + pieceOutputs.size(), pieceOutputs.begin(), further);
+        from = pieceInputs.data();
+        to = pieceOutputs.data();
+    }
     const unsigned mode = ReadFloatingPointMode();
-    Render(from, outputs.Pointers(), frames);
+    Render(from, to, frames);
     if (ReadFloatingPointMode() != mode) WriteFloatingPointMode(mode);
-    if (!OutputsAreSane(frames)) {
-        outputs.Clear(frames);
+    if (!OutputsAreSane(frames, first)) {
+        outputs.Clear(frames, first);
         faulty.store(true, std::memory_order_relaxed);
     }
-    if (fade.load(std::memory_order_relaxed) != EFade::kNone) ApplyFade(frames);
+    if (fade.load(std::memory_order_relaxed) != EFade::kNone) ApplyFade(frames, first);
 }
 
 // The editing thread may ask for the other direction at any time: then its wish stands, not the end of
 // the fade that was made here.
-void CPlugin::ApplyFade(int frames) noexcept {
+void CPlugin::ApplyFade(int frames, int first) noexcept {
     EFade wanted = fade.load();
-    if (wanted == EFade::kSilent) return outputs.Clear(frames);
+    if (wanted == EFade::kSilent) return outputs.Clear(frames, first);
     const int length = std::min(frames, kFadeFrames);
     const float step = 1.0F / static_cast<float>(length);
     for (int channel = 0; channel < outputs.Channels(); ++channel) {
-        float* const samples = outputs.Channel(channel);
+        float* const samples = outputs.Channel(channel) + first;
         for (int i = 0; i < length; ++i) {
             const float rising = static_cast<float>(i + 1) * step;
             samples[i] *= wanted == EFade::kIn ? rising : 1.0F - rising;
@@ -249,12 +260,12 @@ void CPlugin::ApplyFade(int frames) noexcept {
     fade.compare_exchange_strong(wanted, wanted == EFade::kIn ? EFade::kNone : EFade::kSilent);
 }
 
-bool CPlugin::OutputsAreSane(int frames) const noexcept {
+bool CPlugin::OutputsAreSane(int frames, int first) const noexcept {
     // As integers, the absolute values of floats keep their order, and what is no number lies above all.
     constexpr auto limit = std::bit_cast<std::int32_t>(kLoudest);
     const int channels = std::min(outputCount, kCheckedOutputs);
     for (int channel = 0; channel < channels; ++channel) {
-        const float* const samples = outputs.Channel(channel);
+        const float* const samples = outputs.Channel(channel) + first;
         std::int32_t beyond = 0;
         for (int i = 0; i < frames; ++i) {
             beyond |= static_cast<std::int32_t>((std::bit_cast<std::int32_t>(samples[i]) & 0x7fffffff) > limit);

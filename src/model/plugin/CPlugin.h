@@ -22,6 +22,7 @@
 #include "model/MidiEvents.h"
 #include "model/Preset.h"
 #include "model/plugin/BankResult.h"
+#include "model/plugin/CKeysDown.h"
 #include "model/plugin/CPluginBuffers.h"
 #include "model/plugin/PlayTime.h"
 #include "model/plugin/PluginEnvironment.h"
@@ -77,6 +78,9 @@ public:
     virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
     virtual StateImage SaveBank() = 0;
     virtual StateImage SaveProgram() = 0;
+    // As SaveBank, but rendering goes on: of programs that are not selected it says what `last`, an image of
+    // this plug-in or nothing, has said, where looking would mean selecting them.
+    virtual StateImage SaveBankUnheard(const StateImage& last) = 0;
 
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {
@@ -158,20 +162,27 @@ public:
     // Hands over the events of the block, earliest first; those beyond kMaximumBlockEvents are left out.
     // False, and nothing is handed over, while the editing thread changes the plug-in's whole state.
     bool SendEvents(std::span<const BlockEvent> events) noexcept;
+    // What is down by the events so far.
+    const CKeysDown& KeysDown() const noexcept { return keysDown; }
     // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
     // changes the plug-in's whole state.
     bool PlayParameter(int index, float value) noexcept;
     // The same from automation: only when the lane's value is not the one it gave last.
     void AutomateParameter(int index, float value) noexcept;
+    bool WouldAutomate(int index, float value) const noexcept {
+        return index >= 0 && index < static_cast<int>(lastAutomation.size()) &&
+               lastAutomation[static_cast<std::size_t>(index)] != value;
+    }
     void ForgetAutomation() noexcept;
 
     // Inputs that callers fill; at least two, zero after loading.
     float* Input(int channel) noexcept { return inputs.Channel(channel); }
     // Renders `frames` samples from the own inputs, or from a stereo signal of another owner, which
-    // is left as it is. An output that is no number or above +24 dBFS makes the block silent.
-    void Process(int frames) noexcept;
-    void Process(const float* left, const float* right, int frames) noexcept;
-    // The stereo result of the last call: a mono plug-in's single output stands on both sides, one
+    // is left as it is. An output that is no number or above +24 dBFS makes them silent. Of a block in
+    // pieces each begins at frame `first` of all buffers.
+    void Process(int frames, int first = 0) noexcept;
+    void Process(const float* left, const float* right, int frames, int first = 0) noexcept;
+    // The stereo result of the block: a mono plug-in's single output stands on both sides, one
     // without outputs gives silence.
     const float* Left() const noexcept { return outputs.Channel(0); }
     const float* Right() const noexcept { return outputs.Channel(outputCount == 1 ? 0 : 1); }
@@ -236,9 +247,9 @@ private:
     bool CheckCategory(ESlotKind kind, std::string& error);
     void Finish();
     void RecogniseBuiltIn();
-    void CallRender(const float* const* from, int frames) noexcept;
-    void ApplyFade(int frames) noexcept;
-    bool OutputsAreSane(int frames) const noexcept;
+    void CallRender(const float* const* from, int frames, int first) noexcept;
+    void ApplyFade(int frames, int first) noexcept;
+    bool OutputsAreSane(int frames, int first) const noexcept;
     void RememberFormat() noexcept;
 
     PluginEnvironment& environment;
@@ -255,7 +266,10 @@ private:
     CPluginBuffers inputs;
     CPluginBuffers outputs;
     std::vector<const float*> foreignInputs;  // input pointers when the signal belongs to somebody else
-    std::vector<float> lastAutomation;        // render thread; NaN: none
+    std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
+    std::vector<float*> pieceOutputs;
+    std::vector<float> lastAutomation;  // render thread; NaN: none
+    CKeysDown keysDown;                 // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread

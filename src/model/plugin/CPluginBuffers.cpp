@@ -22,8 +22,8 @@ CPluginBuffers::CPluginBuffers(int channels) {
     }
 }
 
-void CPluginBuffers::Clear(int frames) noexcept {
-    for (float* const channel : pointers) std::fill_n(channel, frames, 0.0F);
+void CPluginBuffers::Clear(int frames, int first) noexcept {
+    for (float* const channel : pointers) std::fill_n(channel + first, frames, 0.0F);
 }
 
 }  // namespace quib

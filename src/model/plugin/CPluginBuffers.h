@@ -23,8 +23,8 @@ public:
     // Array of channel pointers as the interface wants it.
     float** Pointers() noexcept { return pointers.data(); }
 
-    // First `frames` samples of every channel to zero.
-    void Clear(int frames) noexcept;
+    // `frames` samples of every channel to zero, from sample `first` on.
+    void Clear(int frames, int first = 0) noexcept;
 
 private:
     CGuardedMemory memory;

@@ -39,4 +39,19 @@ bool HasPluginExtension(const std::filesystem::path& file) {
     });
 }
 
+std::string_view WithoutPluginExtension(std::string_view fileName) noexcept {
+    const auto strip = [&fileName](std::string_view extension) {
+        const bool has = HasExtension(fileName, extension);
+        if (has) fileName.remove_suffix(extension.size());
+        return has;
+    };
+    for (const PluginFormat& format : PluginFormats()) {
+        if (strip(format.extension)) return fileName;
+        for (const std::string_view foreign : format.foreignExtensions) {
+            if (strip(foreign)) return fileName;
+        }
+    }
+    return fileName;
+}
+
 }  // namespace quib

@@ -30,6 +30,8 @@ std::span<const PluginFormat> PluginFormats() noexcept;
 
 // True for the name of a file that may be a plug-in; upper and lower case count alike.
 bool HasPluginExtension(const std::filesystem::path& file);
+// A file name without the extension that some format has here or on another system.
+std::string_view WithoutPluginExtension(std::string_view fileName) noexcept;
 bool HasExtension(std::string_view fileName, std::string_view extension) noexcept;
 
 }  // namespace quib

@@ -33,12 +33,11 @@ public:
     RenderResult Run(int steps, std::int64_t frames, const std::function<bool(double)>& progress, std::string& error);
 
 private:
-    bool RenderOne(RenderResult& result, std::string& error);
+    bool TakeBlock(RenderResult& result, int frames, std::string& error);
 
     CAudio& audio;
     CLame& recorder;
     CStemWriter* stems;
-    std::int64_t silentFrames = 0;
 };
 
 }  // namespace quib

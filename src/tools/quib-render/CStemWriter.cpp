@@ -6,15 +6,11 @@
 #include <algorithm>
 
 #include "engine/Int16Frames.h"
+#include "export/ExportPlan.h"
 
 namespace quib {
 
 namespace {
-
-bool Sounds(const CInstrument& instrument) {
-    const CPlugin* const plugin = instrument.plugin.ForEdit()->plugin.get();
-    return plugin != nullptr && plugin->CanReplace() && plugin->OutputCount() > 0;
-}
 
 std::string FileName(std::size_t number, std::string title) {
     std::replace_if(

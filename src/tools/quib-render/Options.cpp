@@ -3,12 +3,38 @@
 
 #include <CLI/CLI.hpp>
 
+#include "export/CSoundFile.h"
 #include "platform/ThreadPriority.h"
 
 namespace quib {
 
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSame(const fs::path& one, const fs::path& other) {
+    std::error_code error;
+    return fs::absolute(one).lexically_normal() == fs::absolute(other).lexically_normal() ||
+           fs::equivalent(one, other, error);
+}
+
+// Wrong usage that the form of the words does not show.
+void CheckPaths(const std::string& project, const std::string& output, const std::string& resave) {
+    for (const std::string& written : {output, resave}) {
+        if (!written.empty() && IsSame(written, project)) {
+            throw CLI::ValidationError(written, "would be written over the project that is read");
+        }
+    }
+    if (!output.empty() && !FormatOf(output)) {
+        throw CLI::ValidationError(output,
+                                   "is no name of a sound file; it has to end in .wav, .mp3, .flac, .ogg or .opus");
+    }
+}
+
+}  // namespace
+
 std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
-    CLI::App app{"Renders a project to a Wave or MP3 file, or plays it on a sound device", "quib-render"};
+    CLI::App app{"Renders a project to a sound file, or plays it on a sound device", "quib-render"};
     options.format.threads = AvailableProcessors();
     std::string mode;
     std::string project;
@@ -18,16 +44,16 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     std::vector<std::string> folders;
     app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
     auto* const in = app.add_option("PROJECT", project, "Project file (.prg)");
-    auto* const out = app.add_option("OUT", output, "Sound file to write (.wav or .mp3)");
+    auto* const out = app.add_option("OUT", output, "Sound file to write (.wav, .mp3, .flac, .ogg or .opus)");
     app.add_option("--resave", resave, "Load the project and save it to this file, without rendering")->excludes(out);
     auto* const steps =
         app.add_option("--steps", options.steps, "Length in steps")->check(CLI::Range(1, kMaximumStepCount));
     app.add_option("--seconds", options.seconds, "Length in seconds, without the tail")
         ->check(CLI::Range(0.001, 86400.0))
         ->excludes(steps);
-    app.add_option("--rate", options.format.sampleRate, "Sample rate in hertz")
-        ->check(CLI::Range(22050, 192000))
-        ->capture_default_str();
+    auto* const rate = app.add_option("--rate", options.format.sampleRate, "Sample rate in hertz")
+                           ->check(CLI::Range(22050, 192000))
+                           ->capture_default_str();
     app.add_option("--block", options.format.blockSize, "Block size in frames")
         ->check(CLI::Range(1, RenderFormat::kMaximumBlockSize))
         ->capture_default_str();
@@ -44,12 +70,15 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     app.add_option("--device", options.outputDevice, "Sound device to play on: JACK, Silent or a name of ALSA")
         ->needs(play);
     app.add_option("--midi", options.midiDevice, "MIDI port to listen to while playing")->needs(play);
+    AddExportOptions(app, options.exporting);
     app.add_flag("--list", options.list, "Print the names of the sound devices and MIDI ports");
     try {
         app.parse(argc, argv);
         if (options.list) return std::nullopt;
         if (in->count() == 0) throw CLI::RequiredError("PROJECT");
         if (output.empty() && resave.empty() && !options.play) throw CLI::RequiredError("OUT");
+        CheckPaths(project, output, resave);
+        if (FormatOf(output) == ESoundFormat::kOpus && rate->count() == 0) options.format.sampleRate = kOpusRate;
     } catch (const CLI::ParseError& stop) {
         return app.exit(stop) == 0 ? kDone : kWrongUsage;
     }

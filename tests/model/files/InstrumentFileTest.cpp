@@ -52,6 +52,16 @@ TEST(PatternBlock, OnlyPatternsWithNotesOrAUsedMarkAreWritten) {
               "STEPNUMBER_MODE;49;2;0.5000;\r\n"
               "PATTERN_NOTES;5;16;2;\r\n"
               "PATTERN_NOTES;7;8;0;0.5000;60;1.0000;100;\r\n");
+    // The length of one that has only points, or nothing yet, comes back as well.
+    CInstrument longOne;
+    SetPattern(longOne, 9, 64, {});
+    const std::string written = Patterns(longOne);
+    EXPECT_EQ(written, "STEPNUMBER_MODE;65;0;0.0000;\r\nPATTERN_STEPS;9;64;\r\n");
+    PatternSet set;
+    std::string error;
+    ASSERT_TRUE(ReadPatternFile(written, set, error)) << error;
+    ASSERT_NE(set.patterns[9], nullptr);
+    EXPECT_EQ(set.patterns[9]->StepCount(), 64);
 }
 
 TEST(InstrumentReader, EveryKeyIsReadByTheParserOfItsKind) {

@@ -229,5 +229,17 @@ TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
     EXPECT_EQ(Find(finder, "Later.dll", ESlotKind::kEffect), "user/Later.so");
 }
 
+TEST_F(CPluginBankTest, ABankIsSavedUnheardWithTheEditsOfTheProgramThatPlays) {
+    for (const auto& plugin : {Effect(), Synth()}) {
+        ASSERT_TRUE(plugin);
+        StateImage last = plugin->SaveBankUnheard({});
+        EXPECT_EQ(last, plugin->SaveBank());
+        if (plugin->ProgramCount() > 1) plugin->SelectProgram(1);
+        plugin->SetParameter(0, 0.375F);
+        EXPECT_NE(last, plugin->SaveBank());
+        EXPECT_EQ(plugin->SaveBankUnheard(last), plugin->SaveBank());
+    }
+}
+
 }  // namespace
 }  // namespace quib

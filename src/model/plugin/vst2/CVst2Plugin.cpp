@@ -168,8 +168,7 @@ void CVst2Plugin::TakeEvents(std::span<const BlockEvent> events) noexcept {
 }
 
 void CVst2Plugin::Render(const float* const* from, float* const* to, int frames) noexcept {
-    // The interface has no const; a plug-in that writes its inputs changes what nobody reads again.
-    effect->processReplacing(effect, const_cast<float**>(from), const_cast<float**>(to), frames);
+    effect->processReplacing(effect, from, to, frames);
     SetLatency(effect->initialDelay);
 }
 

@@ -49,6 +49,7 @@ public:
     EBankResult LoadBank(std::span<const std::byte> image) override;
     EBankResult LoadProgram(std::span<const std::byte> image) override;
     StateImage SaveBank() override;
+    StateImage SaveBankUnheard(const StateImage& last) override;
     StateImage SaveProgram() override;
     bool HasEditor() const noexcept override { return (effect->flags & vst2::effFlagsHasEditor) != 0; }
     void OpenEditor(std::uintptr_t parentWindow) override;

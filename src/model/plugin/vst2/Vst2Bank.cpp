@@ -166,6 +166,20 @@ StateImage CVst2Plugin::SaveBank() {
     return writer.Finish();
 }
 
+StateImage CVst2Plugin::SaveBankUnheard(const StateImage& last) {
+    const int program = CurrentProgram();
+    CImageWriter writer;
+    WriteProgramRecord(writer, CurrentValues());
+    const StateImage record = writer.Finish();
+    const std::size_t offset = kBankProgramsHeader + static_cast<std::size_t>(std::max(program, 0)) * record.size();
+    if (HasChunks() || effect->numPrograms <= 1 || program < 0 || last.size() < offset + record.size()) {
+        return SaveBank();
+    }
+    StateImage image = last;
+    std::copy(record.begin(), record.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));
+    return image;
+}
+
 StateImage CVst2Plugin::SaveProgram() {
     CImageWriter writer;
     if (!HasChunks()) {

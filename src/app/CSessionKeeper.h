@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What a run does with the session that lies in the program folder: the project that it begins with, the
+// marks by which the next start knows how it ended, and the session that it leaves. User-interface thread.
+
+#include <QString>
+#include <functional>
+
+#include "app/CMainWindow.h"
+#include "app/StartUp.h"
+
+namespace quib {
+
+class CSessionKeeper {
+public:
+    // Asks a question that is answered by yes or no.
+    using Ask = std::function<bool(const QString& title, const QString& text)>;
+
+    CSessionKeeper(CMainWindow& mainWindow, Ask askUser);
+
+    // Opens what the run begins with: the last session, its backup after a crash, or `file`. A session that
+    // is not opened stays among the timed backups; one that cannot be kept there is not touched. When the
+    // process is to end meanwhile (EndWanted), the next start finds what this one has found.
+    void Begin(const QString& file);
+    // Writes the session for the next start. False, with the reason, when that was not possible: the next
+    // start then offers the backup. A guest writes its unsaved work among the timed backups.
+    bool End(QString& error);
+
+private:
+    void Choose(const CrashMarks& marks, const QString& file);
+    void OfferSession();
+    void BecomeGuest();
+    void OpenFile(const QString& file);
+    void OpenCrashed();
+    bool Open(const QString& path, bool isBackup);
+    bool SessionIsOf(const QString& file) const;
+    void Follow();
+
+    CMainWindow& window;
+    CSession& session;
+    CSettings& settings;
+    const Folders& folders;
+    Ask ask;
+    bool begun = false;
+};
+
+// Asks in a message box over `parent`, on top of all windows.
+CSessionKeeper::Ask AskInBox(QWidget* parent);
+
+}  // namespace quib

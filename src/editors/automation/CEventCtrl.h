@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The curve of one lane: draws its points over the grid and the notes, forwards the hands. User-interface thread.
+
+#include "editors/automation/CLaneCatalog.h"
+#include "editors/automation/CLaneGestures.h"
+#include "editors/pianoroll/CPaneCtrl.h"
+#include "model/edits/CNoteIndex.h"
+
+namespace quib {
+
+class CEventCtrl : public CPaneCtrl {
+public:
+    CEventCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
+               const CLaneCatalog& lanes);
+
+    CLaneView& View() noexcept { return view; }
+    CLaneEdit& Edit() noexcept { return edit; }
+    CLaneGestures& Gestures() noexcept { return gestures; }
+    // Another lane, or none.
+    void ShowLane(std::optional<LaneEntry> next, const LaneLimits& limits);
+    // Points that the document has now.
+    void ShowPoints(const LaneState& next) { edit.Show(next); }
+    const std::optional<LaneEntry>& Lane() const noexcept { return lane; }
+    // In steps; below 0: none.
+    void SetPlayhead(double step);
+    double Playhead() const noexcept { return playhead; }
+
+    int patternEnd = 0;                       // steps; 0: the song, which has none
+    std::shared_ptr<const CNoteIndex> notes;  // behind the curve; null: none
+    std::function<std::optional<float>()> valueNow;
+    bool recording = false;  // what is shown is being written
+    std::function<void()> onView;
+    std::function<void(double step)> onLocate;
+    std::function<void()> onState;
+
+    void OnMouseMove(int px, int py) override;
+    void OnLButtonDown(int px, int py, int button) override;
+    void OnLButtonUp(int px, int py, int button) override;
+    void OnDoubleClick(int px, int py) override;
+    void OnMouseWheel(int px, int py, std::uint32_t word) override;
+    void OnMouseLeave() override;
+    void OnKeyDown(int key) override;
+    void Resize(int newWidth, int newHeight) override;
+    void ViewMoved();
+
+private:
+    void Paint(const QRect& part) override;
+    void PaintGrid(const QRect& part);
+    void PaintValueLines();
+    void PaintScale();
+    void PaintHeader(const QRect& part);
+    void PaintNotes(const QRect& part);
+    void PaintCurve(const QRect& part);
+    void PaintColumns(const QRect& part);
+    void PaintLine(const PointList& corners, QRgb colour);
+    void PaintPoints(const QRect& part);
+    void PaintMarquee();
+    void PaintPlayhead();
+    void ShowBubble();
+    std::vector<float> ScaleValues() const;
+    bool IsDense(const QRect& part) const;
+    QRectF Shape(double left, double top, double newWidth, double newHeight) const {
+        return {X() + left, Y() + top, newWidth, newHeight};
+    }
+    QPointF PlaceOf(const Point& point) const {
+        return {X() + view.XOf(static_cast<double>(point.x)), Y() + view.YOf(point.y)};
+    }
+    QRgb Accent() const;
+    LaneHand Hand() const;
+
+    const CLaneCatalog& catalog;
+    CLaneView view;
+    CLaneEdit edit;
+    CLaneGestures gestures{edit, view};
+    std::optional<LaneEntry> lane;
+    std::optional<std::uint32_t> hovered;
+    double playhead = -1;
+    bool locating = false;
+};
+
+}  // namespace quib

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Writing notes with the mouse and the keys of a real X server, from a start with nothing: see run-in-display.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cmath>
+
+#include "CDriver.h"
+#include "editors/pianoroll/CWinControlPianoRoll.h"
+
+namespace quib {
+namespace {
+
+constexpr int kAddInstrument = 448;
+constexpr int kKick = 36;
+
+class RollSessionTest : public testing::Test {
+protected:
+    RollSessionTest() {
+        QDir(folder.path()).mkdir(QStringLiteral("program"));
+        QFile::link(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments"),
+                    folder.filePath(QStringLiteral("program/PluginInstruments")));
+    }
+    // Runs it on a fresh profile; the greeting is there.
+    void Run(const std::function<void()>& script) {
+        const QStringList arguments = {QStringLiteral("--portable"), folder.filePath(QStringLiteral("program")),
+                                       QStringLiteral("--no-audio")};
+        CDriver::Run(arguments, [&](CDriver& driver) {
+            user = &driver;
+            EXPECT_TRUE(user->WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); }));
+            script();
+            user->Ask([&] {
+                user->Window().Workstation().Session().NewProject();
+                QMetaObject::invokeMethod(&user->Window(), "close", Qt::QueuedConnection);
+            });
+        });
+    }
+
+    // --- Each of these is one press
+
+    void Key(const char* name) {
+        ++presses;
+        user->Key(name);
+    }
+    void Click(QPoint place, int button = 1) {
+        ++presses;
+        user->Click(place, button);
+    }
+    void Choose(const char* entry) {
+        ++presses;
+        ASSERT_TRUE(user->ChooseOpen(QLatin1String(entry))) << entry;
+    }
+
+    void Dismiss() {
+        Key("Escape");
+        ASSERT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
+    }
+    void Add(const char* name) {
+        const std::size_t before = user->Ask([&] { return Station().Stack().Instruments().size(); });
+        Click(user->PointOf(*user->FindInBand(kAddInstrument)));
+        Choose(name);
+        ASSERT_TRUE(user->WaitFor([&] {
+            const auto current = Station().Selection().CurrentInstrument();
+            return Station().Stack().Instruments().size() > before && (!roll || roll->Shown() == current);
+        }));
+    }
+    void OpenRoll() {
+        Key("F2");
+        ASSERT_TRUE(user->WaitFor([&] {
+            roll = static_cast<CWinControlPianoRoll*>(user->Window().Tools().Find(ETool::kPianoRoll));
+            return roll != nullptr && roll->isActiveWindow();
+        }));
+    }
+    CWorkstation& Station() const { return user->Window().Workstation(); }
+    // A place of the roll on the screen, which has to be seen there.
+    QPoint Place(double x, int y) const {
+        return user->Ask([&] {
+            const CPianoRollCtrlEx& control = roll->Roll();
+            EXPECT_TRUE(x >= 0 && x < control.Width() && y >= 0 && y < control.Height()) << "out of sight";
+            return roll->mapToGlobal(QPoint(control.X() + static_cast<int>(x), control.Y() + y));
+        });
+    }
+    int RowOf(int key) const {
+        return user->Ask([&] { return roll->Roll().view.FootOf(key) - roll->Roll().view.RowHeight() / 2; });
+    }
+    QPoint Cell(double step, int key) const {
+        return Place(user->Ask([&] { return roll->Roll().view.XOf(step + 0.5); }), RowOf(key));
+    }
+    QPoint Label(int key) const { return Place(50, RowOf(key)); }
+    QPoint Header(int step) const {
+        return Place(user->Ask([&] { return roll->Roll().view.XOf(step + 0.5); }), 10);
+    }
+    std::vector<Note> Notes(int instrument, int pattern = 0) const {
+        return user->Ask([&] {
+            return Station()
+                .Stack()
+                .Instrument(instrument)
+                ->patterns[static_cast<std::size_t>(pattern)]
+                .ForEdit()
+                ->Notes();
+        });
+    }
+    static std::vector<Note> Row(int key, float first, float every, int count) {
+        std::vector<Note> notes;
+        for (int number = 0; number < count; ++number)
+            notes.push_back({first + every * static_cast<float>(number), 1, key, 100});
+        return notes;
+    }
+
+    QTemporaryDir folder;
+    CDriver* user = nullptr;
+    CWinControlPianoRoll* roll = nullptr;
+    int presses = 0;
+};
+
+TEST_F(RollSessionTest, ALoopIsWrittenInTwentyPressesAndEightNotesAreRecordedInTen) {
+    Run([&] {
+        Dismiss();
+        Add("QUIB drums");
+        OpenRoll();
+        Click(Label(kKick), 3);
+        Choose("Fill every beat");
+        const int hat = user->Ask([&] {
+            const auto& names = roll->Roll().options.rowNames;
+            return static_cast<int>(std::ranges::find(names, "Closed Hat") - names.begin());
+        });
+        Click(Label(hat), 3);
+        Choose("Fill off-beats");
+        Add("QUIB synth");
+        Click(Header(31));
+        const int keys[] = {45, 45, 48, 45, 50, 50, 52, 48};
+        for (int note = 0; note < 8; ++note) Click(Cell(4 * note, keys[note]));
+        Key("space");
+        EXPECT_LE(presses, 20);
+        EXPECT_TRUE(user->WaitFor([&] { return Station().Transport().IsPlaying(); }));
+        // The drums' bar sounds twice in the two bars of the bass.
+        std::vector<Note> drums = Row(kKick, 0, 4, 4);
+        for (const Note& note : Row(hat, 2, 4, 4)) drums.push_back(note);
+        EXPECT_EQ(Notes(0), drums);
+        EXPECT_EQ(user->Ask([&] { return roll->Roll().State().pattern->StepCount(); }), 32);
+        ASSERT_EQ(Notes(1).size(), 8U);
+        for (std::size_t note = 0; note < 8; ++note) {
+            EXPECT_EQ(Notes(1)[note].position, 4 * static_cast<float>(note));
+            EXPECT_EQ(Notes(1)[note].key, keys[note]);
+        }
+
+        user->Key("space");
+        EXPECT_TRUE(user->WaitFor([&] { return !Station().Transport().IsPlaying(); }));
+        presses = 0;
+        Key("ctrl+r");
+        EXPECT_TRUE(user->WaitFor([&] { return Station().Transport().IsPlaying(); })) << "recording plays";
+        for (const char* const key : {"a", "s", "d", "f", "g", "h", "j", "k"}) {
+            Key(key);
+            user->Send("sleep 0.2");
+        }
+        Key("space");
+        EXPECT_LE(presses, 10);
+        EXPECT_TRUE(user->WaitFor([&] { return Station().Changes().Steps().undoText() == "Record notes"; }));
+        const std::vector<Note> all = Notes(1);
+        ASSERT_EQ(all.size(), 16U);
+        for (std::size_t note = 8; note < 16; ++note) {
+            EXPECT_EQ(all[note].position, std::round(all[note].position)) << "quantised";
+        }
+        user->Key("ctrl+z");
+        user->WaitFor([&] { return Station().Changes().Steps().canRedo(); });
+        EXPECT_EQ(Notes(1).size(), 8U) << "a take is one step";
+    });
+}
+
+}  // namespace
+}  // namespace quib
