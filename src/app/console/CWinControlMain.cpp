@@ -332,6 +332,12 @@ void CWinControlMain::DrawWelcome() {
 
 // What the mouse holds on a keyboard goes up with the window, as nobody sees it any more.
 bool CWinControlMain::event(QEvent* event) {
+    // Delete is the pane's own key before it is the menu's: held, it removes what is pressed.
+    if (event->type() == QEvent::ShortcutOverride && song->IsActive() &&
+        static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+        event->accept();
+        return true;
+    }
     if (event->type() == QEvent::WindowDeactivate) ReleaseKeys(false);
     return CWinControl::event(event);
 }

@@ -110,16 +110,6 @@ bool CWinControlMain::CanEdit(EEdit command) const { return song->CanEdit(comman
 
 void CWinControlMain::Edit(EEdit command) { song->Edit(command); }
 
-// Delete is the pane's own key before it is the menu's: held, it removes what is pressed.
-bool CWinControlMain::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && song->IsActive() &&
-        static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-        event->accept();
-        return true;
-    }
-    return CWinControl::event(event);
-}
-
 void CWinControlMain::keyPressEvent(QKeyEvent* event) {
     if (event->isAutoRepeat() && song->RepeatKey(VirtualKeyOf(*event))) return event->accept();
     CWinControl::keyPressEvent(event);
