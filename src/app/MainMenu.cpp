@@ -177,7 +177,8 @@ void CMainWindow::BuildEditMenu() {
     };
     addWish(command::kAddInstrument, TextKey("Add an instrument ..."), Qt::CTRL | Qt::Key_I,
             &CMainWindow::InstrumentWanted);
-    addWish(command::kAddEffect, TextKey("Add an effect ..."), Qt::CTRL | Qt::Key_E, &CMainWindow::EffectWanted);
+    addWish(command::kAddEffect, TextKey("Add an effect ..."), Qt::CTRL | Qt::SHIFT | Qt::Key_I,
+            &CMainWindow::EffectWanted);
     connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
     edits.Update();
 }

@@ -36,8 +36,9 @@ public:
     explicit CAtomicFile(CFileCalls& fileCalls) : calls(fileCalls) {}
 
     // Makes `bytes` the content of `path`; a link is followed, and an existing file keeps its
-    // permissions. Removes what a killed save of the same path has left. On failure returns false with path and reason in `error`: the old file is as it
-    // was and no temporary one is left. A file that may not be written is not replaced either.
+    // permissions. Removes what a killed save of the same path has left. On failure returns false with path and reason
+    // in `error`: the old file is as it was and no temporary one is left. A file that may not be written is not
+    // replaced either.
     bool Replace(const std::filesystem::path& path, std::span<const char> bytes, std::string& error);
 
     // For files that grow until they are renamed: an unused temporary name beside `path`. What killed

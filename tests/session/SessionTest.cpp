@@ -155,7 +155,7 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
         EXPECT_EQ(instrument.title, "Trouble");
 
         presses = 0;
-        press("ctrl+e");
+        press("ctrl+shift+i");
         type({"r", "e", "v"});
         press("Return");
         EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[0].ForEdit()->plugin != nullptr; }));

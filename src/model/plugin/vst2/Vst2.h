@@ -32,7 +32,8 @@ struct AEffect;
 using DispatcherProc = std::intptr_t(VST2_CALL*)(AEffect* effect, std::int32_t opcode, std::int32_t index,
                                                  std::intptr_t value, void* pointer, float option);
 // The inputs are nobody else's: a plug-in that writes them changes what is not read again.
-using ProcessProc = void(VST2_CALL*)(AEffect* effect, const float* const* inputs, float* const* outputs, std::int32_t frames);
+using ProcessProc = void(VST2_CALL*)(AEffect* effect, const float* const* inputs, float* const* outputs,
+                                     std::int32_t frames);
 using ProcessDoubleProc = void(VST2_CALL*)(AEffect* effect, double** inputs, double** outputs, std::int32_t frames);
 using SetParameterProc = void(VST2_CALL*)(AEffect* effect, std::int32_t index, float value);
 using GetParameterProc = float(VST2_CALL*)(AEffect* effect, std::int32_t index);
