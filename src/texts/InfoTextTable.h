@@ -85,7 +85,7 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
-    {427,
+    {510,
      "METRONOME - A click on every beat while playing, higher on the first of the bar. You hear it; recordings and "
      "rendered files never do. Right button: level, count-in.",
      "MÉTRONOME - Un clic à chaque temps de la lecture, plus aigu au premier de la mesure. Vous l'entendez, les "

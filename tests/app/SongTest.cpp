@@ -31,6 +31,7 @@ protected:
             }
         }
         workstation->Selection().SetCurrent(0);
+        SetSongMode(*workstation, true);
         console = std::make_unique<CWinControlMain>(noSettings, *workstation, ConsoleActions{});
         console->resize(1366, 728);
         console->show();

@@ -134,7 +134,7 @@ void CTransportPanel::AddMetronome() {
     CWorkstation& station = context.station;
     CMetronomeControl& metronome = station.Metronome();
     auto& click = AddChild<CSwitchCtrl>(0U, 94, 48, 34, 17, &metronome.On(), picture::kGlyphMetronome);
-    click.infoString = 427;
+    click.infoString = 510;
     click.onChange = [&metronome](CControl&) { metronome.Keep(); };
     countIn = &AddChild<CSwitchCtrl>(0U, 94, 67, 34, 17, &countInShown, QString());
     countIn->infoString = 479;
