@@ -101,7 +101,9 @@ void CJackOutput::Close() noexcept {
     gate.Shut();
     active = false;
     midiFeed.ReleaseAll(Nanoseconds());
-    if (client != nullptr) library.close(std::exchange(client, nullptr));
+    // Its callbacks read `client` until it is closed.
+    if (client != nullptr) library.close(client);
+    client = nullptr;
     SetState(EOutputState::kClosed);
 }
 
