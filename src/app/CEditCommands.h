@@ -6,7 +6,6 @@
 
 #include <QObject>
 #include <array>
-#include <memory>
 
 #include "editors/base/CEditTarget.h"
 
@@ -19,18 +18,14 @@ class CEditCommands : public QObject {
 
 public:
     explicit CEditCommands(QObject* parent);
-    // Acts while the parent's window is the active one.
-    void SetMainTarget(std::unique_ptr<CEditTarget> target) { mainTarget = std::move(target); }
-
     // The menu's actions; owned by the menu.
     void Connect(EEdit command, QAction* action);
     // Looks which of them can do anything; from the timer and before the menu opens.
     void Update();
 
 private:
-    CEditTarget* Target() const;
+    static CEditTarget* Target();
 
-    std::unique_ptr<CEditTarget> mainTarget;
     std::array<QAction*, 5> actions{};
 };
 

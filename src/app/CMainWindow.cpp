@@ -13,7 +13,6 @@
 #include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
-#include "app/console/PatternMenu.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -49,7 +48,6 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
             },
             this) {
     drops.Serve(this);
-    edits.SetMainTarget(std::make_unique<CPatternEdits>(workstation));
     countdown.Start(BackupMinutes(settings));
     BuildMenus();
     connect(&workstation.Session(), &CSession::ProjectPathChanged, this, &CMainWindow::ShowTitle);

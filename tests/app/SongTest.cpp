@@ -265,6 +265,22 @@ TEST_F(SongTest, APerformancePlaysBackTheSamePatternsOnTheSameSteps) {
     EXPECT_EQ(listen(160, [](int) {}), live);
 }
 
+TEST_F(SongTest, TheEditCommandsAreThePatternsUntilTheSongIsPressed) {
+    console->Song().SetActive(false);
+    EXPECT_FALSE(console->CanEdit(EEdit::kSelectAll));
+    console->Edit(EEdit::kCopy);
+    workstation->Contents().SelectPattern(0, 12);
+    ASSERT_TRUE(At(0)->patterns[12].ForEdit()->Notes().empty());
+    console->Edit(EEdit::kPaste);
+    EXPECT_EQ(At(0)->patterns[12].ForEdit()->Notes(), At(0)->patterns[0].ForEdit()->Notes());
+    Click(Place(0, 1, 3));
+    ASSERT_EQ(Items(0).size(), 1U);
+    EXPECT_TRUE(console->CanEdit(EEdit::kSelectAll));
+    console->Edit(EEdit::kSelectAll);
+    console->Edit(EEdit::kDelete);
+    EXPECT_TRUE(Items(0).empty());
+}
+
 TEST_F(SongTest, AnEmptySongTellsTheWaysOutAndMarkersGoAlongWithTime) {
     CSong& song = workstation->Song();
     ASSERT_TRUE(song.IsEmpty());

@@ -21,9 +21,9 @@
 namespace quib {
 
 namespace {
-constexpr int kMargin = 5;
-constexpr int kBandHeight = 142;
-constexpr int kStripsTop = kBandHeight + 2 * kMargin;
+using consoleLayout::kBandHeight;
+using consoleLayout::kMargin;
+using consoleLayout::kStripsTop;
 constexpr int kScrollWidth = 12;
 constexpr int kAddHeight = 28;
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "app/console/CMasterPanels.h"
 #include "app/console/ConsoleParts.h"
+#include "app/console/PatternMenu.h"
 #include "controls/CScopeCtrl.h"
 #include "controls/CWinControl.h"
 #include "editors/base/CEditTarget.h"
@@ -80,6 +81,7 @@ private:
     CWorkstation& station;
     ConsoleActions actions;
     ConsoleContext context;
+    CPatternEdits patternEdits{station};
     std::unique_ptr<CScopeFeed> scopeFeed;
     CTransportPanel* transport = nullptr;
     CEffectsPanel* effects = nullptr;

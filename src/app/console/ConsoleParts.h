@@ -17,6 +17,13 @@ namespace quib {
 
 class CSwitchFaderCtrl;
 
+// The band of the master section lies above the strips, in pixels of the skin.
+namespace consoleLayout {
+constexpr int kMargin = 5;
+constexpr int kBandHeight = 142;
+constexpr int kStripsTop = kBandHeight + 2 * kMargin;
+}  // namespace consoleLayout
+
 // What a plug-in is chosen for. Without a place: a new instrument.
 struct BrowseWish {
     std::optional<SlotPlace> place;

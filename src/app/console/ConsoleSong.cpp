@@ -14,9 +14,8 @@
 namespace quib {
 
 namespace {
-constexpr int kMargin = 5;
-constexpr int kBandHeight = 142;
-constexpr int kTop = kBandHeight + 2 * kMargin;
+constexpr int kTop = consoleLayout::kStripsTop;
+constexpr int kMargin = consoleLayout::kMargin;
 constexpr int kSplit = 8;
 constexpr int kFirstHeight = 300;
 constexpr int kLeastStrips = 40;  // pixels that the split leaves to them
@@ -106,9 +105,12 @@ void CWinControlMain::FollowHint() {
 
 // --- Keys
 
-bool CWinControlMain::CanEdit(EEdit command) const { return song->CanEdit(command); }
+// The song's while it was pressed last, else those of the pattern that is shown.
+bool CWinControlMain::CanEdit(EEdit command) const {
+    return song->IsActive() ? song->CanEdit(command) : patternEdits.CanEdit(command);
+}
 
-void CWinControlMain::Edit(EEdit command) { song->Edit(command); }
+void CWinControlMain::Edit(EEdit command) { song->IsActive() ? song->Edit(command) : patternEdits.Edit(command); }
 
 void CWinControlMain::keyPressEvent(QKeyEvent* event) {
     if (event->isAutoRepeat() && song->RepeatKey(VirtualKeyOf(*event))) return event->accept();
