@@ -74,8 +74,7 @@ public:
          const ConsoleFactory& makeConsole)
         : options(commandLine),
           settings(settingsStore),
-          folders(programFolders),
-          prepared(PrepareFolders(folders, settings)),
+          folders(Prepared(programFolders, settings)),
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
@@ -91,6 +90,11 @@ public:
     int Run();
 
 private:
+    // What is made later looks into them.
+    static const Folders& Prepared(const Folders& programFolders, CSettings& settingsStore) {
+        PrepareFolders(programFolders, settingsStore);
+        return programFolders;
+    }
     bool IsFirst() const { return settings.ReadSettingInt(kSettingsSection, QStringLiteral("Init"), 0) != 1; }
     void SeedRecentFiles();
     void ShowWindow();
@@ -101,7 +105,6 @@ private:
     const Options& options;
     CSettings& settings;
     const Folders& folders;
-    PluginNames prepared;
     CWorkstation workstation;
     CPluginCatalog catalog;
     std::unique_ptr<CMainWindow> window;

@@ -54,18 +54,6 @@ QString FindProgramFolder(const CSettings& settings, const QString& wanted) {
     return own;
 }
 
-QStringList ListPlugins(const QString& folder, const QStringList& extensions) {
-    QStringList names;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder.toStdString(), error); !error && entry != fs::directory_iterator();
-         entry.increment(error)) {
-        const QString name = QString::fromStdString(entry->path().filename().string());
-        const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-        if (dot >= 0 && extensions.contains(name.mid(dot + 1))) names.append(name.left(dot));
-    }
-    return names;
-}
-
 QStringList AddedPluginFolders(const CSettings& settings) {
     return settings.ReadSettingString(kSettingsSection, QStringLiteral("PluginFolders"))
         .split(QLatin1Char(':'), Qt::SkipEmptyParts);
@@ -93,14 +81,11 @@ QStringList PluginFolders(const Folders& folders, const CSettings& settings) {
     return existing;
 }
 
-PluginNames PrepareFolders(const Folders& folders, CSettings& settings) {
-    PluginNames names;
+void PrepareFolders(const Folders& folders, CSettings& settings) {
     for (const QString& folder : {folders.patterns, folders.instruments, folders.pluginInstruments}) {
         MakeFolder(folder);
     }
-    names.instruments = ListPlugins(folders.pluginInstruments, {QStringLiteral("so"), QStringLiteral("SO")});
     MakeFolder(folders.pluginEffects);
-    names.effects = ListPlugins(folders.pluginEffects, {QStringLiteral("so")});
     std::error_code ignored;
     fs::current_path(folders.program.toStdString(), ignored);
 
@@ -117,7 +102,6 @@ PluginNames PrepareFolders(const Folders& folders, CSettings& settings) {
         settings.WriteSettingString(kSettingsSection, QLatin1String(entry.name), entry.folder);
     }
     MakeFolder(folders.backups);
-    return names;
 }
 
 }  // namespace quib

@@ -28,19 +28,12 @@ struct Folders {
     Folders() = default;
 };
 
-// Names of plug-in libraries without extension, in the order in which the folder tells them.
-struct PluginNames {
-    QStringList instruments;
-    QStringList effects;
-};
-
 // `wanted` if it is not empty, else "CurrentDir" of the settings, else the folder of the executable when
 // it can be written, else the user's own folder for data. One that cannot be made is passed over.
 QString FindProgramFolder(const CSettings& settings, const QString& wanted = {});
 
-// Makes the folders that hold plug-ins and patterns, lists the plug-ins, makes the rest and writes all of
-// them into the settings.
-PluginNames PrepareFolders(const Folders& folders, CSettings& settings);
+// Makes the folders and writes all of them into the settings.
+void PrepareFolders(const Folders& folders, CSettings& settings);
 
 // Folders with plug-ins that the user has added.
 QStringList AddedPluginFolders(const CSettings& settings);
@@ -49,8 +42,5 @@ void KeepPluginFolders(CSettings& settings, const QStringList& added);
 QStringList OwnPluginFolders(const Folders& folders, bool instruments);
 // Every folder in which plug-ins are looked for, those of the program first. Existing ones only.
 QStringList PluginFolders(const Folders& folders, const CSettings& settings);
-
-// The libraries of one folder. Instruments end in ".so" or ".SO", effects in ".so" alone.
-QStringList ListPlugins(const QString& folder, const QStringList& extensions);
 
 }  // namespace quib
