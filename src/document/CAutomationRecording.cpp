@@ -14,25 +14,6 @@ namespace {
 
 constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-in's parameter
 
-// Where a lane of the song, or of the instrument's pattern, stands; slot -1: it does not play.
-struct PlayPlace {
-    int slot = -1;
-    float step = 0;
-};
-
-PlayPlace PlaceNow(const PlayPicture& picture, const CInstrument* instrument, bool song) {
-    if (!picture.playing) return {};
-    if (song) {
-        return {CEventLanes::kSongSlot, static_cast<float>(picture.soundingStep) + picture.stepFraction};
-    }
-    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
-    const auto entry = std::find_if(picture.instruments.begin(), end, [&](const InstrumentPicture& candidate) {
-        return candidate.id == instrument->Id();
-    });
-    if (entry == end || entry->step < 0) return {};
-    return {entry->pattern, static_cast<float>(entry->step) + picture.stepFraction};
-}
-
 }  // namespace
 
 void CAutomationRecording::Mark(const InstrumentLane& lane, const CLanes& lanes, bool held) {
@@ -92,9 +73,9 @@ void CAutomationRecording::Sample(Held& held, const PlayPicture& picture) {
     const bool song = context.audio.settings.songMode.IsOn();
     const ELaneGroup group = held.lane.key.group;
     const bool hasPlace = song || group == ELaneGroup::kMix || group == ELaneGroup::kPlugin;
-    const PlayPlace now = hasPlace && context.audio.recordAutomation.IsOn()
-                              ? PlaceNow(picture, held.lane.instrument.get(), song)
-                              : PlayPlace();
+    const std::uint32_t owner = held.lane.instrument ? held.lane.instrument->Id() : 0;
+    const LanePlace now =
+        hasPlace && context.audio.recordAutomation.IsOn() ? LanePlaceOf(picture, owner, song) : LanePlace();
     const bool goesOn = now.slot == held.slot && (held.samples.empty() || now.step >= held.samples.back().x);
     if (!goesOn) Commit(held);
     held.slot = now.slot;

@@ -43,4 +43,18 @@ void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport
     }
 }
 
+const InstrumentPicture* PlayPicture::Find(std::uint32_t id) const noexcept {
+    const auto end = instruments.begin() + static_cast<std::ptrdiff_t>(instrumentCount);
+    const auto found = std::find_if(instruments.begin(), end, [id](const auto& shown) { return shown.id == id; });
+    return found == end ? nullptr : &*found;
+}
+
+LanePlace LanePlaceOf(const PlayPicture& picture, std::uint32_t instrument, bool song) noexcept {
+    if (!picture.playing) return {};
+    if (song) return {CEventLanes::kSongSlot, static_cast<float>(picture.soundingStep) + picture.stepFraction};
+    const InstrumentPicture* const shown = picture.Find(instrument);
+    if (shown == nullptr || shown->step < 0) return {};
+    return {shown->pattern, static_cast<float>(shown->step) + picture.stepFraction};
+}
+
 }  // namespace quib

@@ -44,7 +44,17 @@ struct PlayPicture {
     BallPicture balls;
     std::size_t instrumentCount = 0;
     std::array<InstrumentPicture, kMaximumInstruments> instruments{};
+
+    // Null when it is not among them.
+    const InstrumentPicture* Find(std::uint32_t id) const noexcept;
 };
+
+// Where lanes play: at a step of a pattern's slot or of the song's; slot -1: they do not.
+struct LanePlace {
+    int slot = -1;
+    float step = 0;
+};
+LanePlace LanePlaceOf(const PlayPicture& picture, std::uint32_t instrument, bool song) noexcept;
 
 // Render thread: everything but the count of live messages.
 void FillPicture(PlayPicture& shown, const BlockContext& block, const CTransport& transport) noexcept;

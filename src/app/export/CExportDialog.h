@@ -36,6 +36,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    static QString FileCount(std::size_t count);
     void Connect();
     void Show(const ExportSettings& kept);
     void ShowStems();

@@ -70,10 +70,8 @@ void CWinControlArpeggiator::ShowSelection() {
 void CWinControlArpeggiator::ShowPlaying(const PlayPicture& picture) {
     if (!shown) return strip->Show({});
     keyboardShown.Set(shown->keyboardOn.Get());
-    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
-    const auto entry = std::find_if(picture.instruments.begin(), end,
-                                    [this](const InstrumentPicture& candidate) { return candidate.id == shown->Id(); });
-    if (entry != end && entry->heldKeyCount > 0)
+    const InstrumentPicture* const entry = picture.Find(shown->Id());
+    if (entry != nullptr && entry->heldKeyCount > 0)
         keys.assign(entry->heldKeys.begin(), entry->heldKeys.begin() + entry->heldKeyCount);
     strip->Show(keys.empty() ? std::vector<Note>()
                              : PreviewArpeggiator(shown->arpeggiator, keys, CArpeggiatorStripCtrl::kSteps, kSeed));

@@ -11,6 +11,7 @@
 #include "controls/CSwitchCtrl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
+#include "editors/ball/BallLanes.h"
 #include "editors/ball/CBallAssignmentsCtrl.h"
 #include "editors/ball/CBallListCtrl.h"
 #include "editors/base/CFieldCtrl.h"
@@ -35,17 +36,6 @@ QString ChannelText(int selector) {
     if (selector <= 0) return Text("Midi In OFF");
     if (selector == 1) return Text("Midi In OMNI");
     return Text("Midi In Channel %1").arg(selector - 1);
-}
-
-EBallTarget TargetOf(ELaneGroup group) noexcept {
-    if (group == ELaneGroup::kPlugin) return EBallTarget::kPlugin;
-    if (group == ELaneGroup::kMix) return EBallTarget::kMix;
-    return group == ELaneGroup::kInsert1 ? EBallTarget::kInsert1 : EBallTarget::kInsert2;
-}
-
-ELaneGroup GroupOf(EBallTarget target) noexcept {
-    constexpr std::array kGroups = {ELaneGroup::kPlugin, ELaneGroup::kMix, ELaneGroup::kInsert1, ELaneGroup::kInsert2};
-    return kGroups[static_cast<std::size_t>(std::clamp(static_cast<int>(target), 0, 3))];
 }
 
 }  // namespace
@@ -345,142 +335,6 @@ void CWinControlBall::ShowPlaying(const PlayPicture& picture) {
     pad->Trail();
     assignments->ShowValues(ValuesNow());
     Remember(picture);
-}
-
-// --- Changes ----------------------------------------------------------------------------------------------
-
-void CWinControlBall::Publish(BallSoundList next, const char* step) {
-    if (!shown) return;
-    Document().Contents().SetBallSounds(shown->Id(), std::make_shared<const BallSoundList>(std::move(next)),
-                                        Text(step));
-}
-
-void CWinControlBall::ChangeBall(const std::function<void(BallSound&)>& change, const char* step) {
-    if (Ball() == nullptr) return;
-    BallSound next = *Ball();
-    change(next);
-    BallSoundList changed = WithBall(Balls(), selected, std::move(next));
-    if (changed != Balls()) Publish(std::move(changed), step);
-}
-
-void CWinControlBall::AddBall() {
-    if (Balls().size() >= kMostBalls) return;
-    selected = static_cast<int>(Balls().size());
-    Publish(WithNewBall(Balls()), TextKey("Add ball"));
-    const BallSound fresh;
-    Place(selected, {fresh.x, fresh.y});
-}
-
-void CWinControlBall::DeleteBall() {
-    if (Ball() == nullptr) return;
-    std::vector<PadPlace> places = pad->Balls();
-    places.erase(places.begin() + selected);
-    Publish(WithoutBall(Balls(), selected), TextKey("Delete ball"));
-    // The engine counts balls by their number.
-    for (std::size_t ball = 0; ball < places.size(); ++ball) Place(static_cast<int>(ball), places[ball]);
-}
-
-void CWinControlBall::Select(int ball) {
-    selected = ball;
-    memory.Forget();
-    ShowBalls();
-}
-
-void CWinControlBall::Place(int ball, const PadPlace& place) {
-    if (!shown) return;
-    Document().Audio().Post({EngineCommand::EKind::kMoveBall, shown->Id(), ball, place[0], place[1]});
-}
-
-// Going back, the engine is told as well, and what follows the ball goes with it.
-void CWinControlBall::Dropped(int ball, const PadPlace& before) {
-    if (!shown || ball >= static_cast<int>(Balls().size())) return;
-    const PadPlace after = pad->Balls()[static_cast<std::size_t>(ball)];
-    if (after == before) return;
-    const auto tell = [audio = &Document().Audio(), id = shown->Id(), ball](const PadPlace& place) {
-        return [audio, id, ball, place] {
-            audio->Post({EngineCommand::EKind::kMoveBall, id, ball, place[0], place[1]});
-        };
-    };
-    BallSound moved = Balls()[static_cast<std::size_t>(ball)];
-    moved.x = after[0];
-    moved.y = after[1];
-    publishing = true;
-    CGesture gesture(Document().Changes());
-    gesture.Publish(BallPlace(shown), std::make_shared<const BallSoundList>(WithBall(Balls(), ball, moved)));
-    gesture.Note(pad, tell(before), tell(after));
-    gesture.Finish(Text("Move ball"));
-    publishing = false;
-    ShowBalls();
-}
-
-void CWinControlBall::SetSpan(int axis, int assignment, float low, float high) {
-    if (!shown || Ball() == nullptr) return;
-    if (!span) span = std::make_unique<CGesture>(Document().Changes());
-    const BallSound next = WithSpan(*Ball(), axis, assignment, low * kBallSpan, high * kBallSpan);
-    span->Publish(BallPlace(shown), std::make_shared<const BallSoundList>(WithBall(Balls(), selected, next)));
-    const PadPlace place = pad->Balls()[static_cast<std::size_t>(selected)];
-    Place(selected, place);
-}
-
-void CWinControlBall::Learn(int axis) {
-    learning = Ball() != nullptr ? axis : -1;
-    ShowAssignments();
-}
-
-void CWinControlBall::Assign(const InstrumentLane& lane) {
-    if (lane.instrument != shown || lane.key.group == ELaneGroup::kMidi || lane.key.group > ELaneGroup::kInsert2)
-        return;
-    const int axis = std::exchange(learning, -1);
-    ChangeBall([&](BallSound& ball) { ball = Assigned(ball, axis, TargetOf(lane.key.group), lane.key.index); },
-               TextKey("Ball assignment"));
-    ShowAssignments();
-}
-
-// --- The last minute --------------------------------------------------------------------------------------
-
-void CWinControlBall::Remember(const PlayPicture& picture) {
-    if (!picture.playing || Ball() == nullptr || selected >= static_cast<int>(pad->Balls().size())) return;
-    const PadPlace place = pad->Balls()[static_cast<std::size_t>(selected)];
-    CBallMemory::Moment moment{CEventLanes::kSongSlot, 0, place[0], place[1], Nanoseconds()};
-    if (Document().Audio().settings.songMode.IsOn()) {
-        moment.step = static_cast<float>(picture.soundingStep) + picture.stepFraction;
-    } else {
-        const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
-        const auto entry = std::find_if(picture.instruments.begin(), end, [this](const InstrumentPicture& candidate) {
-            return candidate.id == shown->Id();
-        });
-        if (entry == end || entry->step < 0) return;
-        moment.slot = entry->pattern;
-        moment.step = static_cast<float>(entry->step) + picture.stepFraction;
-    }
-    if (moment.step >= 0) memory.Remember(moment);
-}
-
-void CWinControlBall::KeepMovement() {
-    if (Ball() == nullptr || memory.IsEmpty()) return;
-    CGesture gesture(Document().Changes());
-    for (const int axis : {0, 1}) {
-        for (const BallAssignment& assignment : AssignmentsOf(*Ball(), axis)) {
-            const LaneEntry* const entry = EntryOf(assignment);
-            const auto place = Document().Lanes().PlaceOf(shown, GroupOf(assignment.target));
-            if (entry == nullptr || !place.target) continue;
-            const LaneDescription& range = entry->description;
-            const LaneLimits limits = {range.minimum, range.maximum, range.kind, static_cast<float>(kMaximumSongStep)};
-            memory.Replay(assignment, axis, [&](int slot, PointList movement) {
-                const bool ofInsert =
-                    entry->key.group == ELaneGroup::kInsert1 || entry->key.group == ELaneGroup::kInsert2;
-                if (ofInsert && slot != CEventLanes::kSongSlot) return;
-                for (Point& point : movement) point.y = range.minimum + limits.Range() * point.y;
-                const PointList* const old = place.target->ForEdit()->Find(slot, entry->key.index);
-                const LaneState before = {std::make_shared<const PointList>(old != nullptr ? *old : PointList()), {}};
-                const LaneState after =
-                    ReplaceSpan(before, limits, Thinned(movement, limits, kRecordingTolerance * limits.Range()), false);
-                gesture.Publish(place, std::make_shared<const CEventLanes>(
-                                           place.target->ForEdit()->With(slot, entry->key.index, *after.points)));
-            });
-        }
-    }
-    gesture.Finish(Text("Keep the ball's movement"));
 }
 
 }  // namespace quib

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/CScrollCtrl.h"
+#include "editors/grid/PlayheadPictures.h"
 #include "editors/pianoroll/CRollLaneBar.h"
 #include "editors/pianoroll/CRollStatusBar.h"
 #include "editors/pianoroll/CRollToolBar.h"
@@ -141,20 +142,7 @@ void CWinControlPianoRoll::ShowGhosts() {
 }
 
 void CWinControlPianoRoll::ShowPlaying(const PlayPicture& picture) {
-    const auto end = picture.instruments.begin() + static_cast<std::ptrdiff_t>(picture.instrumentCount);
-    const auto entry = std::find_if(picture.instruments.begin(), end, [this](const InstrumentPicture& candidate) {
-        return shown && candidate.id == shown->Id();
-    });
-    const CPattern& notes = *roll->State().pattern;
-    CPlayhead::Picture now;
-    if (picture.playing && entry != end && entry->pattern == pattern && entry->step >= 0) {
-        const EngineSettings& engine = Document().Audio().settings;
-        now.playing = true;
-        now.step = entry->step + static_cast<double>(picture.stepFraction);
-        now.stepsPerSecond = static_cast<double>(engine.tempo.Get()) / 60 * std::max(1, engine.stepsPerBeat.Get());
-        now.loopStart = notes.LoopStart();
-        now.loopEnd = notes.LoopLength();
-    }
+    const CPlayhead::Picture now = PatternPlayhead(picture, Document().Audio().settings, shown.get(), pattern);
     playhead.Set(now, Nanoseconds());
     roll->SetPlayhead(playhead.At(Nanoseconds()));
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
