@@ -287,12 +287,9 @@ void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instr
 
 // The engine pictures them for instruments that play; the others hold what they were loaded with.
 std::vector<std::int32_t> CInstrumentStack::HeldKeysOf(const CInstrument& instrument) {
-    const PlayPicture& picture = context.audio.Picture();
-    for (std::size_t i = 0; i < picture.instrumentCount; ++i) {
-        const InstrumentPicture& shown = picture.instruments[i];
-        if (shown.id != instrument.Id()) continue;
-        const std::size_t count = std::min<std::size_t>(shown.heldKeyCount, shown.heldKeys.size());
-        return {shown.heldKeys.begin(), shown.heldKeys.begin() + static_cast<std::ptrdiff_t>(count)};
+    if (const InstrumentPicture* const shown = context.audio.Picture().Find(instrument.Id())) {
+        const std::size_t count = std::min<std::size_t>(shown->heldKeyCount, shown->heldKeys.size());
+        return {shown->heldKeys.begin(), shown->heldKeys.begin() + static_cast<std::ptrdiff_t>(count)};
     }
     const auto loaded = loadedKeys.find(instrument.Id());
     return loaded != loadedKeys.end() ? loaded->second : std::vector<std::int32_t>();

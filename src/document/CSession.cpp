@@ -75,7 +75,7 @@ bool CSession::LoadSession(const QString& path, const QString& projectFile, bool
 }
 
 void CSession::Publish(ProjectState state, const QString& path) {
-    parts.transport.Stop();
+    parts.transport.Halt();
     parts.transport.Locate(0);
     context.changes.Settle();
     Q_EMIT AboutToReplace();

@@ -17,6 +17,8 @@ public:
     void Play() { context.audio.Post({EngineCommand::EKind::kPlay}); }
     // What sounds ends; while nothing plays everything ends, known or not.
     void Stop();
+    // Ends playing for another project, whose held keys may be there before it acts.
+    void Halt() { context.audio.Post({EngineCommand::EKind::kHalt}); }
     // Every note and every pedal of every instrument ends; playing goes on.
     void Panic();
     // Go up with each of them: for whoever shows keys as held.

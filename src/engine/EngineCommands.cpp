@@ -64,8 +64,12 @@ void Play(const CommandTargets& targets) noexcept {
     targets.metronome.StartCounting(targets.settings);
 }
 
-void Stop(const CommandTargets& targets) noexcept {
-    if (!targets.songTime.Transport().playing && !targets.metronome.IsCounting()) return Panic(targets);
+bool IsRunning(const CommandTargets& targets) noexcept {
+    return targets.songTime.Transport().playing || targets.metronome.IsCounting();
+}
+
+void Halt(const CommandTargets& targets) noexcept {
+    if (!IsRunning(targets)) return;
     targets.metronome.StopCounting();
     targets.songTime.Stop(targets.block);
     for (const BlockInstrument& entry : targets.block.instruments) targets.keys.EndSounding(*entry.instrument);
@@ -76,7 +80,9 @@ void RunCommand(const EngineCommand& command, const CommandTargets& targets) noe
         case EngineCommand::EKind::kPlay:
             return Play(targets);
         case EngineCommand::EKind::kStop:
-            return Stop(targets);
+            return IsRunning(targets) ? Halt(targets) : Panic(targets);
+        case EngineCommand::EKind::kHalt:
+            return Halt(targets);
         case EngineCommand::EKind::kPanic:
             return Panic(targets);
         case EngineCommand::EKind::kStopAt:

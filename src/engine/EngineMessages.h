@@ -21,6 +21,7 @@ struct EngineCommand {
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
         kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
         kPanic,          // every note and pedal of every instrument ends, known or not
+        kHalt,           // as kStop; while nothing plays: nothing
     };
     EKind kind = EKind::kStop;
     std::uint32_t instrument = 0;

@@ -285,6 +285,20 @@ TEST_F(WorkstationTest, ARecalledPresetChangesEverythingAndUndoTakesItBack) {
     EXPECT_EQ(workstation->Presets().Recalled(At(0)->Id()), 0);
 }
 
+TEST_F(WorkstationTest, AProjectGoesOnHoldingTheKeysThatItCameWith) {
+    workstation->Audio().Prepare({44100.0, 256, 1, false});
+    QString error;
+    ASSERT_TRUE(Session().LoadProject(QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseMusic.prg"), error));
+    std::vector<std::vector<std::int32_t>> loaded;
+    for (const auto& instrument : Stack().Instruments()) loaded.push_back(Stack().HeldKeysOf(*instrument));
+    ASSERT_TRUE(std::any_of(loaded.begin(), loaded.end(), [](const auto& keys) { return !keys.empty(); }));
+    for (int block = 0; block < 4; ++block) workstation->Audio().RenderBlock();
+    workstation->Tick();
+    for (std::size_t index = 0; index < loaded.size(); ++index) {
+        EXPECT_EQ(Stack().HeldKeysOf(*At(static_cast<int>(index))), loaded[index]) << index;
+    }
+}
+
 TEST_F(WorkstationTest, APresetPressesTheKeysThatItHolds) {
     AddSynth();
     CAudio& audio = workstation->Audio();
