@@ -15,6 +15,7 @@
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -301,7 +302,7 @@ void CMainWindow::BuildHelpMenu() {
 }
 
 void CMainWindow::OpenManual(const char* format) {
-    const QString path = QString::fromLatin1(format).arg(workstation.ProgramFolders().program);
+    const QString path = DocumentFile(workstation.ProgramFolders(), QString::fromLatin1(format).arg(QString()));
     if (QFile::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path))) return;
     ShowMessage(QStringLiteral("QUIB Sequencer"), Text("The manual cannot be opened: %1").arg(path));
 }
