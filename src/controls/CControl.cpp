@@ -215,4 +215,10 @@ CTicked::CTicked(CWinControl& window) : tickWindow(window) { tickWindow.AddTicke
 
 CTicked::~CTicked() { tickWindow.RemoveTicked(*this); }
 
+CPainted::CPainted(CWinControl& window, const CControl& painted) : paintWindow(window), control(painted) {
+    window.AddPainted(*this);
+}
+
+CPainted::~CPainted() { paintWindow.RemovePainted(*this); }
+
 }  // namespace quib

@@ -207,4 +207,22 @@ private:
     CWinControl& tickWindow;
 };
 
+// What draws a control only when its window is painted, straight to the screen's picture: the back buffer has
+// nothing of it. For large controls of which much changes at once. They have no children, and nothing lies
+// before them.
+class CPainted {
+public:
+    CPainted(CWinControl& window, const CControl& painted);
+    virtual ~CPainted();
+    CPainted(const CPainted&) = delete;
+    CPainted& operator=(const CPainted&) = delete;
+    // `area` as the canvas counts.
+    virtual void PaintArea(const QRect& area) = 0;
+    const CControl& Painted() const noexcept { return control; }
+
+private:
+    CWinControl& paintWindow;
+    const CControl& control;
+};
+
 }  // namespace quib

@@ -142,7 +142,14 @@ void CWinControl::paintEvent(QPaintEvent* event) {
     // The window may have come to a screen of another scale.
     if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
-    canvas.CopyTo(painter, event->region(), devicePixelRatioF());
+    QRegion kept = event->region();
+    for (CPainted* const painted : paintedControls) {
+        if (!painted->Painted().IsShown()) continue;
+        const QRegion part = kept.intersected(ToWidget(painted->Painted().ShownRectangle()));
+        kept -= part;
+        canvas.DrawTo(painter, part, devicePixelRatioF(), [painted](const QRect& area) { painted->PaintArea(area); });
+    }
+    canvas.CopyTo(painter, kept, devicePixelRatioF());
     for (const QRect& rectangle : event->region()) {
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }

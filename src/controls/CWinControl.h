@@ -75,6 +75,8 @@ public:
     void Forget(const CControl& control) noexcept;
     void AddTicked(CTicked& ticked) { tickedControls.push_back(&ticked); }
     void RemoveTicked(const CTicked& ticked) { std::erase(tickedControls, &ticked); }
+    void AddPainted(CPainted& painted) { paintedControls.push_back(&painted); }
+    void RemovePainted(const CPainted& painted) { std::erase(paintedControls, &painted); }
 
     CInfoCtrl* infoPanel = nullptr;
     std::function<void(CControl& topLevel)> onControlClicked;
@@ -118,6 +120,7 @@ private:
     CSkin skin;
     CMouseRouter mouse{*this};
     std::vector<CTicked*> tickedControls;
+    std::vector<CPainted*> paintedControls;
     qreal uiScale = 1;
     bool hasBackBuffer = false;
     qint64 paintedPixels = 0;

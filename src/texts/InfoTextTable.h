@@ -74,6 +74,9 @@ inline constexpr NumberedText kInfoTexts[] = {
      "ÉCOUTE - Les notes s'entendent quand vous les ajoutez, pressez ou déplacez."},
     {421, "FOLLOW - Turns the page with the music.", "SUIVRE - Tourne la page avec la musique."},
     {422, "ZOOM - Shows more or less time.", "ZOOM - Montre plus ou moins de temps."},
+    {534, "MORE - The tools that the window has no room for.",
+     "PLUS - Les outils qui ne tiennent pas dans la fenêtre."},
+    {533, "ZOOM - Higher or lower rows.", "ZOOM - Des rangées plus ou moins hautes."},
     {423, "MIDI INPUT - The channel that the instrument listens to.",
      "ENTRÉE MIDI - Le canal que l'instrument écoute."},
     {424,
@@ -148,6 +151,11 @@ inline constexpr NumberedText kInfoTexts[] = {
     {528, "TIME, VALUE - Of the selected point. Click to type it.",
      "TEMPS, VALEUR - Du point choisi. Cliquez pour taper."},
     {529, "CLEAR - Removes all points of this lane.", "VIDER - Efface tous les points de cette courbe."},
+    {532,
+     "LANE - What stands below the notes: their velocities, or any lane of the pattern's automation. Click adds a "
+     "point, drag moves it, Ctrl draws freely, the wheel changes the value.",
+     "COURBE - Ce qui figure sous les notes : leurs vélocités, ou toute courbe d'automation du motif. Un clic ajoute "
+     "un point, tirer le déplace, Ctrl dessine librement, la molette change la valeur."},
     {530, "LANES - Everything that can be automated, what is in use first. Click to show a lane.",
      "COURBES - Tout ce qui s'automatise, d'abord ce qui sert. Cliquez pour montrer une courbe."},
     {531,
