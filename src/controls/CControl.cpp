@@ -164,6 +164,11 @@ QString CControl::ValueText() const {
     return QString::number(static_cast<double>(ValueNow()), 'f', range > 50 ? 1 : range > 5 ? 2 : 3);
 }
 
+QString CControl::EntryText() const {
+    if (value == nullptr || !entryText.isEmpty()) return entryText;
+    return formatEntry ? formatEntry(ValueNow()) : QString::number(static_cast<double>(ValueNow()));
+}
+
 void CControl::BeginGesture() {
     if (gestureStart || value == nullptr) return;
     gestureStart = value->Get();

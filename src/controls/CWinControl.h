@@ -57,6 +57,11 @@ public:
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
     bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
+    // A click with Alt returns to the default; with Ctrl and Shift too, where the desktop keeps Alt for itself.
+    bool IsResetHeld() const noexcept {
+        constexpr Qt::KeyboardModifiers kOther = Qt::ControlModifier | Qt::ShiftModifier;
+        return IsAltHeld() || (modifiers & kOther) == kOther;
+    }
 
     void ShowBubble(CControl& control, const QString& text);
     // Above a part of a control.

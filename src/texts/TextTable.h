@@ -52,6 +52,12 @@ inline constexpr KeyedText kTexts[] = {
     {"Scan plug-ins", "Rechercher les plug-ins"},
     {"Plug-in folders ...", "Dossiers des plug-ins ..."},
     {"Help", "Aide"},
+    {"Keyboard shortcuts ...", "Raccourcis clavier ..."},
+    {"Keyboard shortcuts", "Raccourcis clavier"},
+    {"Search a command or a key", "Chercher une commande ou une touche"},
+    {"Command", "Commande"},
+    {"Key", "Touche"},
+    {"Full screen", "Plein écran"},
     {"About QUIB Sequencer ...", "À propos de QUIB Sequencer ..."},
     // Shown in the language that they offer, whichever is chosen
     {"Display Help/Info Messages in English", "Display Help/Info Messages in English"},
