@@ -46,10 +46,10 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
         FillSlotMenu(menu, context, place, &window);
     });
     row.label->name = title;
-    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
     row.edit = &AddChild<CSwitchCtrl>(0U, 177, top, 26, 19, nullptr, picture::kGlyphEdit);
     row.edit->momentary = true;
+    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.edit->infoString = 451;
     row.edit->disabledInfo = 511;
     row.edit->onChange = [this, place](CControl&) {
