@@ -46,10 +46,9 @@ void CZoomCtrl::OnMouseLeave() {
 }
 
 ControlPart CZoomCtrl::PartAt(int part) const {
-    const int half = Width() / 2;
-    return {Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in")),
-            {},
-            QRect(X() + part * half, Y(), half - 1, Height())};
+    const QRect area = IsUpright() ? QRect(X(), Y() + (1 - part) * Height() / 2, Width(), Height() / 2)
+                                   : QRect(X() + part * Width() / 2, Y(), Width() / 2 - 1, Height());
+    return {Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in")), {}, area};
 }
 
 void CZoomCtrl::Draw() {
