@@ -78,6 +78,7 @@ public:
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
+        ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
         workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());

@@ -162,11 +162,23 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
     if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
-    if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
+    const CToolWindow* const known = tools.Find(tool);
+    const bool isNew = known == nullptr || !known->isVisible();
+    CToolWindow* const window = tools.Open(tool);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    const auto current = workstation.Selection().CurrentInstrument();
+    if (!isNew || window->WasPlacedByUser() || !surroundings.place) return;
+    const SlotPlace place{SlotPlace::EKind::kInstrument, current ? current->Id() : 0, 0};
+    PutBeside(*window, surroundings.place(place));
 }
 
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
-    if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
+    const bool wasOpen = pluginWindows->IsShown(place);
+    CPluginWindow* const window = pluginWindows->Show(place);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    if (!wasOpen && surroundings.place) PutBeside(*window, surroundings.place(place));
 }
 
 void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
@@ -219,10 +231,6 @@ void CMainWindow::LoadFileInto(const QString& path, const std::optional<SlotPlac
         return ShowWarnings(workstation.Stack().TakeWarnings());
     }
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
-}
-
-int CMainWindow::Scale() const {
-    return std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300);
 }
 
 }  // namespace quib

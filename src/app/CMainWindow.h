@@ -18,6 +18,7 @@
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
+#include "controls/CPalette.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 
@@ -79,9 +80,19 @@ public:
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
 
-    // Percent; 75 to 300.
+    // Percent; 75 to 300, and no more than the screen can show.
     int Scale() const;
+    // A window that was made smaller or larger by this, and not by the user, goes back with the scale.
     void SetScale(int percent);
+    // Of every window at once, those of Qt included.
+    void SetPalette(EPalette palette);
+    // What windows open beside: a place for plug-ins, of the screen, and the bars that stay clear. The console
+    // sets it.
+    struct Surroundings {
+        std::function<QRect(const SlotPlace&)> place;
+        std::function<QRect()> bars;
+    };
+    Surroundings surroundings;
 
 Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
@@ -105,6 +116,10 @@ private:
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
+    void BuildPaletteMenu(QMenu& menu);
+    int MostScale() const;
+    void FollowScale(int before);
+    void PutBeside(QWidget& window, const QRect& anchor) const;
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run);
@@ -148,6 +163,8 @@ private:
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;
+    QSizeF unscaledSize;  // of the window at 100 %, as the user made it
+    QSize scaledSize;     // that the last change of scale gave it
 };
 
 }  // namespace quib

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The menus of the main window, and the commands that only change settings.
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
@@ -20,8 +19,6 @@
 namespace quib {
 
 namespace {
-
-constexpr int kScales[] = {75, 100, 125, 150, 175, 200, 250, 300};
 
 struct ToggleEntry {
     int number;
@@ -263,27 +260,9 @@ void CMainWindow::BuildSettingsMenu() {
     for (const ToggleEntry& toggle : kToggles) AddToggle(*menu, toggle.number, toggle.text, toggle.setting);
     menu->addSeparator();
     BuildScaleMenu(*menu->addMenu(Text("Size of the windows")));
+    BuildPaletteMenu(*menu->addMenu(Text("Colours")));
     Add(*menu, command::kScanPlugins, TextKey("Scan plug-ins"), [this] { ScanPlugins(); });
     Add(*menu, command::kPluginFolders, TextKey("Plug-in folders ..."), [this] { ChoosePluginFolders(); });
-}
-
-void CMainWindow::BuildScaleMenu(QMenu& menu) {
-    auto* const group = new QActionGroup(&menu);
-    int number = command::kScale0;
-    for (const int scale : kScales) {
-        QAction* const action = menu.addAction(QStringLiteral("%1 %").arg(scale));
-        actions[number++] = action;
-        action->setCheckable(true);
-        action->setChecked(scale == Scale());
-        group->addAction(action);
-        connect(action, &QAction::triggered, this, [this, scale] { SetScale(scale); });
-    }
-}
-
-void CMainWindow::SetScale(int percent) {
-    settings.WriteSettingInt(kSettingsSection, QStringLiteral("GuiScale"), percent);
-    ApplyLook(Scale());
-    Q_EMIT SettingsChanged();
 }
 
 void CMainWindow::BuildHelpMenu() {

@@ -27,7 +27,12 @@ public:
     // Pixels outside are not touched until the next call. An empty rectangle protects everything.
     void SetClip(const QRect& rectangle);
 
-    void Fill(const QRectF& rectangle, QRgb colour);
+    // Draws as of what cannot sound, until the next call.
+    void SetSilent(bool next) noexcept { silent = next; }
+    // What a colour becomes by that.
+    QRgb Shown(QRgb colour) const noexcept { return silent ? Palette().Silent(colour) : colour; }
+
+    void Fill(const QRectF& rectangle, QRgb wanted);
     void FillRound(const QRectF& rectangle, qreal radius, QRgb colour);
     void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
@@ -57,6 +62,10 @@ public:
     // One line, shortened with an ellipsis where it does not fit.
     void Text(const QRectF& rectangle, const QString& text, QRgb colour, int height = 10,
               Qt::Alignment alignment = Qt::AlignCenter, bool strong = false);
+    // One line whose digits are all as wide as the widest, for numbers that run; never shortened.
+    void Digits(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
+                bool strong = false);
+    static qreal DigitsWidth(const QString& text, int height, bool strong = false);
     // Wrapped at words; gives the height that the text takes.
     qreal Paragraph(const QRectF& rectangle, const QString& text, QRgb colour, int height);
     static qreal TextWidth(const QString& text, int height, bool strong = false);
@@ -91,6 +100,7 @@ private:
     QRect clip;        // skin pixels
     QRect clipPixels;  // pixels of the back buffer
     qreal scale = 1;
+    bool silent = false;
 };
 
 }  // namespace quib

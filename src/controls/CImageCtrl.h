@@ -16,7 +16,8 @@ public:
     void Draw() override;
     void SetPicture(int pictureNumber);
 
-    bool isGlyph = false;  // drawn in the section's accent
+    std::optional<QRgb> colour;  // of a glyph; unset: the accent of its section
+    bool isGlyph = false;        // drawn in the section's accent
 
 private:
     int picture;

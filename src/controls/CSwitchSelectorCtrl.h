@@ -20,6 +20,7 @@ public:
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
 
+    int gap = 1;              // pixels between segments
     std::vector<int> glyphs;  // in place of the labels where there is one
 
 private:

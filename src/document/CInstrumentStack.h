@@ -55,6 +55,8 @@ public:
     // "SoloCumulMode" is on.
     bool IsSolo(int index) const;
     void ToggleSolo(int index);
+    // The first instrument in solo; 0 when there is none.
+    std::uint32_t SoloedId() const;
 
     // Lets the engine follow an equaliser band that has moved.
     void FollowEqualizer(const std::shared_ptr<CInstrument>& instrument, int band) const;
@@ -77,6 +79,7 @@ private:
     // As the setting "LevelOffWhenLoadingInst" wants it.
     void StartSilent(CInstrument& loaded) const;
     void ApplySolo();
+    std::string FreshTitle(const std::string& title) const;
 
     const DocumentContext& context;
     CPluginPlaces& places;

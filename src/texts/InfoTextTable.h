@@ -299,6 +299,16 @@ inline constexpr NumberedText kInfoTexts[] = {
      "CHAÎNE, HASARD, MAINTIEN - Ce qui suit à la fin du motif : le prochain marqué, un marqué au hasard, ou celui-ci. "
      "Un clic droit sur un motif le marque."},
     {483, "SWING - Delays every second step.", "SWING - Retarde un pas sur deux."},
+    {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
+     "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
+    {671, "INSERT - Empty, so there is nothing to switch. A click chooses an effect of this instrument alone.",
+     "INSERT - Vide, donc rien à activer. Un clic choisit un effet de cet instrument seul."},
+    {672, "SEND - The shared effect of this row is empty, so nothing can be sent. A click chooses it.",
+     "DÉPART - L'effet partagé de cette ligne est vide, donc rien à envoyer. Un clic le choisit."},
+    {673, "MASTER INSERT - Empty, so there is nothing to switch. Choose an effect in the field beside it.",
+     "INSERT MASTER - Vide, donc rien à activer. Choisissez un effet dans le champ à côté."},
+    {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",
+     "PRESETS - Désactivés : Réglages, Presets actifs permet à la console et au MIDI de les rappeler."},
     {484, "EQUALISER - Switches the equaliser of the instrument.", "ÉGALISEUR - Active l'égaliseur de l'instrument."},
     {485,
      "EQUALISER CURVE - Drag a handle sideways for the frequency, up and down for the gain; the wheel sets the "

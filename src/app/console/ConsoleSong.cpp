@@ -35,7 +35,7 @@ void CWinControlMain::BuildSong() {
     split->section = ESection::kTransport;
     split->infoString = 502;
     split->onSplit = [this](int place) {
-        songHeight = SkinSize().height() - place - kSplit;
+        songHeight = AboveInfo(SkinSize()).height() - place - kSplit;
         KeepSong();
         LayoutAndRefresh();
     };

@@ -7,6 +7,7 @@
 #include "app/CPluginWindows.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -22,6 +23,10 @@ ConsoleActions ActionsFor(CMainWindow& window, const std::shared_ptr<CPluginBrow
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
     actions.hasTool = [](ETool tool) {
         return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
+    };
+    actions.isToolOpen = [&window](ETool tool) {
+        const CToolWindow* const open = window.Tools().Find(tool);
+        return open != nullptr && open->isVisible();
     };
     return actions;
 }
@@ -43,6 +48,11 @@ QWidget* MakeConsole(CMainWindow& window) {
                                 static_cast<int>(std::ceil(CWinControlMain::kLowest * scale)));
         console->SetUiScale(scale);
         window.Tools().SetScale(window.Scale());
+    };
+    window.surroundings.place = [console](const SlotPlace& place) { return AreaOf(*console, place); };
+    window.surroundings.bars = [console] {
+        const QRect bars = console->ToWidget({0, 0, console->SkinSize().width(), consoleLayout::kStripsTop});
+        return QRect(console->mapToGlobal(bars.topLeft()), bars.size());
     };
     applyScale();
     window.Tools().SetInfoPanel(console->infoPanel);

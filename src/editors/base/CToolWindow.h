@@ -22,6 +22,8 @@ public:
     const ToolRow& Row() const noexcept { return row; }
     // Shows it where it stood last, in front.
     void Open();
+    // Whether the place that it opens at is another than the middle of the screen, where the start puts it.
+    bool WasPlacedByUser() const noexcept { return placedByUser; }
     // Percent of the size of the windows.
     void SetScale(int percent);
     // Writes its placement into the settings.
@@ -60,6 +62,7 @@ private:
     const ToolContext& context;
     const ToolRow& row;
     bool placed = false;
+    bool placedByUser = false;
 };
 
 }  // namespace quib
