@@ -52,6 +52,8 @@ constexpr int kExport = 40030;
 constexpr int kTool0 = 40050;  // and those that follow, one for each tool window
 constexpr int kSongWindow = 40070;
 constexpr int kPalette0 = 40340;  // and the two that follow, one for each palette
+constexpr int kShortcuts = 40200;
+constexpr int kFullScreen = 40201;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

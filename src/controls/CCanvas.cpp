@@ -5,13 +5,19 @@
 #include <QFontMetricsF>
 #include <QPaintEngine>
 #include <QPainterPath>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace quib {
 
 namespace {
+
+// Those of the usual heights, of the user-interface thread.
+constexpr int kKeptFonts = 96;
+std::array<std::optional<QFont>, std::size_t{2} * kKeptFonts> keptFonts;
 
 QString LoadFontFamily() {
     QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/Inter-SemiBold.otf"));
@@ -47,11 +53,15 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
 
 QFont SkinFont(int height, bool strong) {
     static const QString family = LoadFontFamily();  // a constant of the program
+    // A font that is there already knows its letters' shapes.
+    const auto place = static_cast<std::size_t>(std::clamp(height, 0, kKeptFonts - 1)) * 2 + (strong ? 1 : 0);
+    if (height < kKeptFonts && keptFonts[place]) return *keptFonts[place];
     QFont font(family);
     font.setPixelSize(height);
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    if (height < kKeptFonts) keptFonts[place] = font;
     return font;
 }
 
@@ -118,7 +128,7 @@ const QImage& CCanvas::Image() {
 void CCanvas::SetClip(const QRect& rectangle) {
     if (clip == rectangle) return;
     clip = rectangle;
-    clipPixels = Pixels(rectangle).intersected(image.rect());
+    clipPixels = Pixels(rectangle).intersected(limit.isNull() ? image.rect() : limit);
     if (painter.isActive()) SetPainterClip();
 }
 
@@ -277,6 +287,7 @@ void CCanvas::Text(const QRectF& rectangle, const QString& text, QRgb colour, in
     painter.setPen(QColor::fromRgba(Shown(colour)));
     const QFontMetricsF metrics(font);
     const bool fits = metrics.horizontalAdvance(text) <= rectangle.width() + 0.5;
+    if (!fits && onCut) onCut(text, rectangle);
     painter.drawText(rectangle, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
                      fits ? text : metrics.elidedText(text, Qt::ElideRight, rectangle.width()));
 }
@@ -288,6 +299,7 @@ void CCanvas::Digits(const QRectF& rectangle, const QString& text, QRgb colour, 
     const qreal digit = std::ceil(metrics.horizontalAdvance(QLatin1Char('0')));
     const auto widthOf = [&](QChar letter) { return letter.isDigit() ? digit : metrics.horizontalAdvance(letter); };
     const qreal whole = DigitsWidth(text, height, strong);
+    if (whole > rectangle.width() + 0.5 && onCut) onCut(text, rectangle);
     Painter().setFont(font);
     painter.setPen(QColor::fromRgba(Shown(colour)));
     qreal left = (alignment & Qt::AlignRight) != 0     ? rectangle.right() - whole
@@ -334,6 +346,45 @@ void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
             target.drawImage(QRectF(part), image, source);
         }
     }
+}
+
+void CCanvas::DrawTo(QPainter& target, const QRegion& region, qreal ratio,
+                     const std::function<void(const QRect& area)>& draw) {
+    QImage* const pixels = CopyTarget(target, ratio);
+    const QPoint offset = target.deviceTransform().map(QPointF(0, 0)).toPoint();
+    const bool isDirect = pixels != nullptr && offset.x() >= 0 && offset.y() >= 0;
+    QImage shown;
+    if (isDirect) {
+        uchar* const corner = pixels->scanLine(offset.y()) + offset.x() * static_cast<qsizetype>(sizeof(QRgb));
+        shown = QImage(corner, std::min(image.width(), pixels->width() - offset.x()),
+                       std::min(image.height(), pixels->height() - offset.y()), pixels->bytesPerLine(),
+                       QImage::Format_RGB32);
+    }
+    for (const QRect& part : region) {
+        const QRect taken =
+            QRectF(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio).toAlignedRect();
+        const QRectF area(taken.x() / scale, taken.y() / scale, taken.width() / scale, taken.height() / scale);
+        if (isDirect) {
+            DrawOn(shown, taken.intersected(shown.rect()), [&] { draw(area.toAlignedRect()); });
+        } else {
+            draw(area.toAlignedRect());
+        }
+    }
+    if (!isDirect) CopyTo(target, region, ratio);
+}
+
+void CCanvas::DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw) {
+    if (part.isEmpty()) return;
+    const auto exchange = [&](const QRect& next) {
+        if (painter.isActive()) painter.end();
+        std::swap(image, pixels);
+        limit = next;
+        clip = {};
+        clipPixels = {};
+    };
+    exchange(part);
+    draw();
+    exchange({});
 }
 
 bool CCanvas::Scroll(const QRect& area, int dx, int dy) {

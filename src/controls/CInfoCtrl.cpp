@@ -7,7 +7,7 @@
 namespace quib {
 
 namespace {
-constexpr int kMargin = 8;
+constexpr int kTextMargin = 8;
 constexpr int kLongestCaption = 40;  // letters
 constexpr int kLowest = 48;          // pixels below which it is a line
 
@@ -64,10 +64,10 @@ void CInfoCtrl::Draw() {
     if (Height() < kLowest) return DrawLine();
     Canvas().Fill(area, palette.Colour(QStringLiteral("panel")));
     Canvas().Frame(area, 0, palette.Colour(QStringLiteral("line")));
-    qreal top = area.top() + kMargin - 2;
+    qreal top = area.top() + kTextMargin - 2;
     for (const QString& paragraph : Paragraphs()) {
         const auto [caption, text] = CaptionAndText(paragraph);
-        const QRectF rest(area.left() + kMargin, top, area.width() - 2 * kMargin, area.bottom() - top);
+        const QRectF rest(area.left() + kTextMargin, top, area.width() - 2 * kTextMargin, area.bottom() - top);
         if (!caption.isEmpty()) {
             Canvas().Text(QRectF(rest.left(), top, rest.width(), fontHeight + 4), caption,
                           palette.Colour(QStringLiteral("pattern")), fontHeight, Qt::AlignLeft | Qt::AlignVCenter,
@@ -84,11 +84,11 @@ void CInfoCtrl::DrawLine() {
     const CPalette& palette = Palette();
     Canvas().Fill(Rectangle(), backgroundColour);
     const auto [caption, text] = CaptionAndText(Paragraphs().join(QStringLiteral("  ")));
-    QRectF rest = QRectF(Rectangle()).adjusted(kMargin, 0, -kMargin, 0);
+    QRectF rest = QRectF(Rectangle()).adjusted(kTextMargin, 0, -kTextMargin, 0);
     if (!caption.isEmpty()) {
         Canvas().Text(rest, caption, palette.Colour(QStringLiteral("pattern")), fontHeight,
                       Qt::AlignLeft | Qt::AlignVCenter, true);
-        rest.setLeft(rest.left() + CCanvas::TextWidth(caption, fontHeight, true) + 2 * kMargin);
+        rest.setLeft(rest.left() + CCanvas::TextWidth(caption, fontHeight, true) + 2 * kTextMargin);
     }
     const QRgb colour = palette.Colour(QStringLiteral("text"));
     if (CCanvas::TextWidth(text, fontHeight) <= rest.width()) {

@@ -49,6 +49,7 @@ void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QStr
     if (onSwitch != nullptr) {
         row.on = &AddChild<CSwitchCtrl>(0U, area.left(), top, kTitleWidth - 2, kRowHeight, onSwitch, title);
         BindValue(*row.on, context, "Master insert", 450);
+        row.on->disabledInfo = 512;
     } else {
         row.title = &AddChild<CLabelCtrl>(0U, area.left(), top, kTitleWidth - 2, kRowHeight, title);
         row.title->fontHeight = 12;
@@ -70,6 +71,7 @@ void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QStr
     row.edit->momentary = true;
     row.edit->flat = true;
     row.edit->infoString = 451;
+    row.edit->disabledInfo = 511;
     row.edit->onChange = [this, place](CControl&) {
         if (context.actions.openPlugin) context.actions.openPlugin(place);
     };
@@ -91,10 +93,7 @@ void CEffectsPanel::ShowSlots() {
         row.label->struckWhileOff = filled && row.on != nullptr ? row.on->Value() : nullptr;
         row.edit->enabled = filled;
         row.edit->SetVisible(!vacant);
-        if (row.on != nullptr) {
-            row.on->enabled = filled;
-            row.on->infoString = filled ? 450 : 673;
-        }
+        if (row.on != nullptr) row.on->enabled = filled;
         if (row.title == nullptr) continue;
         row.title->textColour =
             filled ? Palette().Accent(ESection::kEffects) : Palette().Colour(QStringLiteral("textDim"));

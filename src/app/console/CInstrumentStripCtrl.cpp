@@ -127,7 +127,6 @@ void CInstrumentStripCtrl::ShowContent() {
         const auto slot = instrument->inserts[static_cast<std::size_t>(place)].ForEdit();
         CSwitchFaderCtrl& insert = *inserts[static_cast<std::size_t>(place)];
         insert.enabled = slot->plugin != nullptr;
-        insert.infoString = insert.enabled ? 486 : 671;
         insert.SetText(SlotText(slot.get(), Text("+ insert %1").arg(place + 1)));
         insertEdits[static_cast<std::size_t>(place)]->SetVisible(slot->plugin != nullptr || slot->missing);
     }
@@ -135,7 +134,6 @@ void CInstrumentStripCtrl::ShowContent() {
         const auto slot = context.station.Places().Slot({SlotPlace::EKind::kEffect, 0, place});
         CSwitchFaderCtrl& send = *sends[static_cast<std::size_t>(place)];
         send.enabled = slot && slot->plugin;
-        send.infoString = send.enabled ? 487 : 672;
         send.SetText(SlotText(slot.get(), Text("send %1").arg(place + 1)));
     }
 }

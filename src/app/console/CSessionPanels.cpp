@@ -105,6 +105,7 @@ void CSessionPanel::AddCrossfader() {
         return QStringLiteral("A %1   B %2")
             .arg(Decibels(tables.CrossfadeGainA(shown)), Decibels(tables.CrossfadeGainB(shown)));
     };
+    ShowPercent(fader);
     hidden = &AddDimLabel(Width() - word - 4, 10, word, 20, HiddenSide());
     hidden->infoString = 455;
 }
@@ -129,7 +130,8 @@ void CSessionPanel::AddPresets() {
         AddChild<CPresetSelectorCtrl>(0U, left, 40, Width() - left - 6, 24, &station.Presets().SelectedPreset());
     presets.section = ESection::kPattern;
     presets.enabled = station.Settings().IsOn(QStringLiteral("PresetOn"));
-    presets.infoString = presets.enabled ? 456 : 674;
+    presets.infoString = 456;
+    presets.disabledInfo = 674;
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
     presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };
 }

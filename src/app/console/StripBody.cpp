@@ -146,10 +146,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     auto& swing = AddChild<CFaderCtrl>(0U, left - 2, 82, 104, 16, &instrument->swing, false);
     swing.section = ESection::kPattern;
     swing.defaultValue = 0.0F;
-    swing.formatValue = [](float shown) {
-        return QStringLiteral("%1 %").arg(static_cast<double>(shown) * 100, 0, 'f', 0);
-    };
     BindValue(swing, context, "Swing", 483);
+    ShowPercent(swing);
     auto& figure = AddChild<CLabelCtrl>(0U, left + 60, 64, 40, 16);
     figure.Bind(&instrument->swing);
     figure.formatValue = swing.formatValue;
@@ -205,9 +203,8 @@ void CInstrumentStripCtrl::AddSends(int left, int room) {
         send.section = ESection::kEffects;
         BindSetting(send, context, strip, 487);
         BindLevel(send, context, strip);
-        send.formatLevel = [this](float shown) {
-            return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
-        };
+        ShowLevelDecibels(send, [this](float shown) { return tables.SendGain(shown); });
+        send.disabledInfo = 513;
         const SlotPlace slot{SlotPlace::EKind::kEffect, instrument->Id(), place};
         send.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         send.onEmptyClick = send.onAlternativeClick;
@@ -232,6 +229,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         insert.section = ESection::kEffects;
         BindSetting(insert, context, instrument->strip, 486);
         insert.struckWhileOff = true;
+        insert.disabledInfo = 514;
         insert.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         insert.onEmptyClick = insert.onAlternativeClick;
         inserts[index] = &insert;

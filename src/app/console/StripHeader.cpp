@@ -113,7 +113,7 @@ void CInstrumentStripCtrl::AddPan(bool folded, int left) {
     auto& pan = AddChild<CKnobCtrl>(0U, area.left(), area.top(), area.width(), area.height(), &instrument->strip.pan);
     BindSetting(pan, context, instrument->strip, 473);
     pan.fillFromCentre = true;
-    pan.formatValue = PanText;
+    ShowPan(pan);
     if (folded) return;
     pan.valueBelow = true;
     auto& label = AddChild<CLabelCtrl>(0U, left - 4, 8, 48, 24, pan.name);
