@@ -14,6 +14,7 @@ public:
         : CControl(window, number, left, top, newWidth, newHeight), picture(pictureNumber) {}
 
     void Draw() override;
+    ERole Role() const override { return ERole::kNone; }
     void SetPicture(int pictureNumber);
 
     std::optional<QRgb> colour;  // of a glyph; unset: the accent of its section

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -93,6 +94,8 @@ bool CVuCtrl::Follow(Channel& channel) const {
     channel.drawnHeld = held;
     return changed;
 }
+
+QString CVuCtrl::SpokenValue() const { return IsClipped() ? Text("clipped") : QString(); }
 
 void CVuCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);

@@ -65,9 +65,11 @@ void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QStr
             if (empty && context.actions.browse) return context.actions.browse({place});
             FillSlotMenu(menu, context, place, &window);
         });
+    row.label->name = title;
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
     row.label->fontHeight = 12;
     row.edit = &AddChild<CSwitchCtrl>(0U, left + room + 2, top, kEditWidth, kRowHeight, nullptr, picture::kGlyphEdit);
+    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.edit->momentary = true;
     row.edit->flat = true;
     row.edit->infoString = 451;

@@ -114,7 +114,9 @@ void CInstrumentStripCtrl::ShowContent() {
     number->SetText(QString::number(index + 1));
     icon->SetPicture(picture::kInstrumentIcon + std::clamp(instrument->icon, 0, picture::kInstrumentIconCount - 1));
     icon->colour = StripColour();
-    title->SetText(QString::fromStdString(instrument->title));
+    name = QString::fromStdString(instrument->title);
+    title->SetText(name);
+    title->entryText = name;
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
     presetShown.Set(static_cast<float>(context.station.Presets().Recalled(instrument->Id())));
     if (collapsed) return;

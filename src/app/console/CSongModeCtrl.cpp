@@ -58,6 +58,10 @@ void CSongModeCtrl::OnLButtonDown(int px, int /*py*/, int button) {
     Update(false, true);
 }
 
+ControlPart CSongModeCtrl::PartAt(int part) const {
+    return {Text(part == 0 ? TextKey("SONG") : TextKey("PATTERN")), {}, Half(part == 0).toRect(), part == ChosenPart()};
+}
+
 // The one that holds is filled, the other one is a word on the ground.
 void CSongModeCtrl::Draw() {
     const bool song = station.Audio().settings.songMode.IsOn();

@@ -135,6 +135,7 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     modes->glyphs = {picture::kGlyphChain, picture::kGlyphRandom, picture::kGlyphHold};
     modes->gap = 2;
     modes->section = ESection::kPattern;
+    modes->spokenNames = {Text("Chain"), Text("Random"), Text("Hold")};
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
         context.station.Contents().SetStepNumberMode(
