@@ -41,6 +41,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       tools(ToolContext{projectOwner, controlSettings}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
+      exchange(*this),
       drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
             [this](const QStringList& paths, const QPoint& point) {
                 const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
@@ -176,6 +177,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    if (CExchangeCommands::IsMidi(path)) {
+        const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
+        const bool isOnRoll =
+            point && roll != nullptr && roll->isActiveWindow() && roll->frameGeometry().contains(*point);
+        return isOnRoll ? exchange.ImportMidiInto(path, *point) : exchange.ImportMidi(path);
+    }
     if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
     if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
     if (!instrument) {

@@ -18,6 +18,7 @@
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 
@@ -99,6 +100,7 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
@@ -138,6 +140,7 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
     CBackupCountdown countdown;
     QTimer timer;
