@@ -200,7 +200,9 @@ std::vector<std::string> LoopsFolders() {
     std::error_code error;
     if (dladdr(&known, &info) != 0 && info.dli_fname != nullptr) {
         const fs::path library = fs::absolute(info.dli_fname, error);
-        folders.push_back((library.parent_path().parent_path() / "Loops").string());
+        const fs::path beside = library.parent_path().parent_path() / "Loops";
+        const fs::path installed = library.parent_path() / QUIB_DATA_FROM_PLUGINS / "Loops";
+        folders.push_back(fs::exists(beside, error) ? beside.string() : installed.lexically_normal().string());
     }
     const char* const told = std::getenv("QUIB_LOOPS");
     const char* const data = std::getenv("XDG_DATA_HOME");

@@ -17,7 +17,7 @@ namespace quibplug {
 
 using LoopSet = std::vector<std::shared_ptr<const Loop>>;  // by rising key, each key once
 
-// The folder "Loops" beside the one that this library stands in, then those that the environment names in
+// The folder "Loops" beside the one that this library stands in, else the installed one; then those that the environment names in
 // QUIB_LOOPS (between colons), else the user's own.
 std::vector<std::string> LoopsFolders();
 

@@ -54,6 +54,8 @@ constexpr int kExportMidi0 = 40321;  // and the two that follow: song, instrumen
 constexpr int kMidiWithoutSwing = 40324;
 constexpr int kTool0 = 40050;  // and those that follow, one for each tool window
 constexpr int kSongWindow = 40070;
+constexpr int kShortcuts = 40200;
+constexpr int kFullScreen = 40201;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

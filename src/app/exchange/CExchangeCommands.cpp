@@ -2,16 +2,23 @@
 #include "app/exchange/CExchangeCommands.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMenu>
 
 #include "app/CMainWindow.h"
 #include "app/FileDialogs.h"
 #include "document/CSettings.h"
+#include "document/LoopFolders.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
-CExchangeCommands::CExchangeCommands(CMainWindow& mainWindow) : window(mainWindow), midi(mainWindow.Workstation()) {}
+// Loops may have come while another program had the screen.
+CExchangeCommands::CExchangeCommands(CMainWindow& mainWindow) : window(mainWindow), midi(mainWindow.Workstation()) {
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &window, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive) FollowLoopFolders(window.Workstation());
+    });
+}
 
 bool CExchangeCommands::IsMidi(const QString& path) {
     const QString kind = QFileInfo(path).suffix().toLower();

@@ -58,7 +58,7 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
 
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
-    CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
+    CPluginFinder finder(ShippedLibraries(), options.pluginFolders, SystemPluginFolders());
     const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         return LoadByName(finder, wanted, kind, audio.environment, error);
     };
