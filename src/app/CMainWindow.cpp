@@ -40,9 +40,10 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       recentFiles(settings),
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
-      tools(ToolContext{projectOwner, controlSettings}, this),
+      tools(ToolContext{projectOwner, controlSettings, [this](ETool tool) { return tools.Open(tool); }}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
+      exchange(*this),
       drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
             [this](const QStringList& paths, const QPoint& point) {
                 const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
@@ -203,6 +204,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    if (CExchangeCommands::IsMidi(path)) {
+        const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
+        const bool isOnRoll =
+            point && roll != nullptr && roll->isActiveWindow() && roll->frameGeometry().contains(*point);
+        return isOnRoll ? exchange.ImportMidiInto(path, *point) : exchange.ImportMidi(path);
+    }
     if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
     if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
     if (!instrument) {

@@ -20,6 +20,7 @@
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
 #include "controls/CPalette.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 
@@ -112,6 +113,7 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
@@ -157,6 +159,7 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
     CBackupCountdown countdown;
     QTimer timer;

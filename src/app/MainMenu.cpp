@@ -142,12 +142,30 @@ void CMainWindow::BuildFileMenu() {
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
     Add(
         *fileMenu, command::kExport, TextKey("Export ..."), [this] { ShowExport(); }, Qt::CTRL | Qt::Key_E);
+    BuildExchangeMenus();
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
     Add(
         *fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); }, Qt::CTRL | Qt::Key_Q);
     RebuildRecentFiles();
+}
+
+void CMainWindow::BuildExchangeMenus() {
+    Add(
+        *fileMenu, command::kImportMidi, TextKey("Import MIDI ..."), [this] { exchange.ChooseMidi(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_O);
+    QMenu* const menu = fileMenu->addMenu(Text("Export MIDI"));
+    int number = command::kExportMidi0;
+    using EWhat = CExchangeCommands::EWhat;
+    const auto add = [&](const char* text, EWhat what) {
+        return Add(*menu, number++, text, [this, what] { exchange.ExportMidi(what); });
+    };
+    add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    add(TextKey("Selected instrument ..."), EWhat::kInstrument);
+    add(TextKey("Selected pattern ..."), EWhat::kPattern);
+    AddToggle(*menu, command::kMidiWithoutSwing, TextKey("Without swing"), "MidiWithoutSwing")
+        ->setChecked(settings.IsOn(QStringLiteral("MidiWithoutSwing")));
 }
 
 void CMainWindow::BuildEditMenu() {

@@ -118,6 +118,18 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     return index;
 }
 
+bool CInstrumentStack::AddInstruments(const InstrumentList& added, const QString& name, QString& error) {
+    InstrumentList list = Instruments();
+    if (list.size() + added.size() > kMaximumInstruments) {
+        error = Text("There are too many instruments.");
+        return false;
+    }
+    const int first = static_cast<int>(list.size());
+    list.insert(list.end(), added.begin(), added.end());
+    SetInstruments(std::move(list), first, name);
+    return true;
+}
+
 void CInstrumentStack::RemoveInstrument(int index) {
     if (!Instrument(index)) return;
     InstrumentList list = Instruments();

@@ -37,6 +37,8 @@ public:
     // A plug-in by its name in the lists or by its path, or an instrument file. Gives its index, or -1;
     // `error` is then empty when the user has been told already.
     int AddInstrument(const QString& nameOrPath, QString& error);
+    // Made elsewhere, at the end of the list; one step of undo. False with `error` when there would be too many.
+    bool AddInstruments(const InstrumentList& added, const QString& name, QString& error);
     void RemoveInstrument(int index);
     void MoveInstrument(int from, int to);
     void DuplicateInstrument(int index);
