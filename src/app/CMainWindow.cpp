@@ -165,6 +165,16 @@ void CMainWindow::OpenTool(ETool tool) {
     if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
 }
 
+void CMainWindow::ReopenTools() {
+    bool any = false;
+    for (const ToolRow& row : ToolTable()) {
+        if (!tools.WasOpen(row)) continue;
+        OpenTool(row.tool);
+        any = true;
+    }
+    if (any) activateWindow();
+}
+
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
     if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
 }

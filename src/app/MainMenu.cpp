@@ -15,6 +15,7 @@
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
 #include "document/CSettings.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -207,6 +208,11 @@ void CMainWindow::BuildTransportMenu() {
     CMetronomeControl& metronome = workstation.Metronome();
     Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
     Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    QAction* const loop =
+        Add(*menu, command::kLoop, TextKey("Loop on / off"), [this] { workstation.Song().ToggleLoop(); });
+    loop->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+    loop->setShortcutContext(Qt::ApplicationShortcut);
+    BuildLaunchMenu(*menu->addMenu(Text("Launch patterns")));
     QMenu* const countIn = menu->addMenu(Text("Count-in"));
     for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
         QAction* const action =
@@ -222,6 +228,19 @@ void CMainWindow::BuildTransportMenu() {
             Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
         }
     });
+}
+
+void CMainWindow::BuildLaunchMenu(QMenu& menu) {
+    CTransportControl& transport = workstation.Transport();
+    int number = command::kLaunch0;
+    for (const ELaunch launch : kLaunches) {
+        QAction* const action =
+            menu.addAction(LaunchText(launch), [&transport, launch] { transport.SetLaunch(launch); });
+        actions[number++] = action;
+        action->setCheckable(true);
+        connect(&menu, &QMenu::aboutToShow, action,
+                [action, &transport, launch] { action->setChecked(transport.Launch() == launch); });
+    }
 }
 
 void CMainWindow::BuildWindowsMenu() {

@@ -71,6 +71,9 @@ public:
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
     void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
+    // The pixels of a part, which lies within the picture, and such a part put back whatever the clip.
+    QImage Copied(const QRect& area) const { return image.copy(Pixels(area)); }
+    void PutBack(const QImage& pixels, const QRect& area);
     // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
     bool Scroll(const QRect& area, int dx, int dy);
 

@@ -3,8 +3,10 @@
 
 #include <cmath>
 
+#include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -31,6 +33,9 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
     hoverLook = true;
     name = Text("Song mode");
     infoString = 433;
+    onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { FillLaunchMenu(menu, station); });
+    };
 }
 
 QRectF CSongModeCtrl::Half(bool song) const {

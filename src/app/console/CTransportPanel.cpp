@@ -126,6 +126,12 @@ void CTransportPanel::AddSwitches() {
         auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
         BindValue(button, context, plan.name, plan.infoString);
         place += 33;
+        if (plan.value != &settings.loopOn) continue;
+        // With the region, where there is none yet.
+        button.onGesture = [&station, &settings](CControl&, float before) {
+            settings.loopOn.Set(before);
+            station.Song().ToggleLoop();
+        };
     }
 }
 

@@ -37,6 +37,8 @@ struct ConsoleActions {
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
+    // The export of the loop's region, or of the song.
+    std::function<void(bool loop)> bounce;
     // Tells what a loading left out.
     std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };
