@@ -162,6 +162,7 @@ int CRun::Run() {
     CSessionKeeper keeper(*window, AskInBox(window.get()));
     keeper.Begin(QString::fromStdString(options.project));
     window->ApplySettings();
+    window->ReopenTools();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
                      [this] { ShowQuickStart(window.get()); });

@@ -189,6 +189,16 @@ void CMainWindow::OpenTool(ETool tool) {
     PutBeside(*window, surroundings.place(place));
 }
 
+void CMainWindow::ReopenTools() {
+    bool any = false;
+    for (const ToolRow& row : ToolTable()) {
+        if (!tools.WasOpen(row)) continue;
+        OpenTool(row.tool);
+        any = true;
+    }
+    if (any) activateWindow();
+}
+
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
     const bool wasOpen = pluginWindows->IsShown(place);
     CPluginWindow* const window = pluginWindows->Show(place);

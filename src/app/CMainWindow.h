@@ -23,6 +23,7 @@
 #include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
+#include "export/ExportSettings.h"
 
 class QAction;
 class QMenu;
@@ -54,7 +55,11 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    // Those that were open when the program was last left.
+    void ReopenTools();
     void OpenPlugin(const SlotPlace& place);
+    // The export dialog, with a range chosen or as it stands.
+    void ShowExport(std::optional<EExportRange> range = {});
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -124,6 +129,7 @@ private:
     int MostScale() const;
     void FollowScale(int before);
     void PutBeside(QWidget& window, const QRect& anchor) const;
+    void BuildLaunchMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
@@ -144,7 +150,6 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
-    void ShowExport();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();

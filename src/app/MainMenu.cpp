@@ -16,6 +16,7 @@
 #include "controls/Mnemonics.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -234,6 +235,10 @@ void CMainWindow::BuildTransportMenu() {
         },
         Qt::CTRL | Qt::Key_R);
     Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    Add(
+        *menu, command::kLoop, TextKey("Loop on / off"), [this] { workstation.Song().ToggleLoop(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+    BuildLaunchMenu(*menu->addMenu(Text("Launch patterns")));
     QMenu* const countIn = menu->addMenu(Text("Count-in"));
     for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
         QAction* const action =
@@ -249,6 +254,19 @@ void CMainWindow::BuildTransportMenu() {
             Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
         }
     });
+}
+
+void CMainWindow::BuildLaunchMenu(QMenu& menu) {
+    CTransportControl& transport = workstation.Transport();
+    int number = command::kLaunch0;
+    for (const ELaunch launch : kLaunches) {
+        QAction* const action =
+            menu.addAction(LaunchText(launch), [&transport, launch] { transport.SetLaunch(launch); });
+        actions[number++] = action;
+        action->setCheckable(true);
+        connect(&menu, &QMenu::aboutToShow, action,
+                [action, &transport, launch] { action->setChecked(transport.Launch() == launch); });
+    }
 }
 
 void CMainWindow::BuildWindowsMenu() {

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/CLabelCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -40,6 +42,9 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
     hoverLook = true;
     name = Text("Song mode");
     infoString = 433;
+    onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { FillLaunchMenu(menu, station); });
+    };
 }
 
 QRectF CSongModeCtrl::Half(bool song) const {

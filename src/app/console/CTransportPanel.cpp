@@ -158,6 +158,12 @@ int CTransportPanel::AddModes(int left) {
         if (!IsNarrow()) button.label = word;
         BindValue(button, context, plan.name, plan.infoString);
         left += wide + kGap;
+        if (plan.value != &settings.loopOn) continue;
+        // With the region, where there is none yet.
+        button.onGesture = [&station, &settings](CControl&, float before) {
+            settings.loopOn.Set(before);
+            station.Song().ToggleLoop();
+        };
     }
     return left + kGroupGap - kGap;
 }

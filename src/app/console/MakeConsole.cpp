@@ -21,6 +21,7 @@ ConsoleActions ActionsFor(CMainWindow& window, const std::shared_ptr<CPluginBrow
     actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
     actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
+    actions.bounce = [&window](bool loop) { window.ShowExport(loop ? EExportRange::kLoop : EExportRange::kSong); };
     actions.hasTool = [](ETool tool) {
         return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
     };
