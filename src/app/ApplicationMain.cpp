@@ -84,10 +84,11 @@ public:
                   folders.program + QStringLiteral("PluginCatalog.json")) {
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
-        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
+        // Not before there is somebody to hear what it says.
+        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         PrepareToolPlacements(settings);
     }
 
@@ -164,7 +165,6 @@ int CRun::Run() {
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
                      [this] { ShowQuickStart(window.get()); });
-    if (IsFirst()) ShowQuickStart(window.get());
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("Init"), 1);
     settings.Flush();
     catalog.SetFolders(PluginFolders(folders, settings));
@@ -216,6 +216,7 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();
     CSettings settings(SettingsFile(options));
+    KeepFirstLanguage(settings);
     SetLanguage(ChosenLanguage(settings));
     const Folders folders(FindProgramFolder(settings, QString::fromStdString(options.portableFolder)));
     CFolderLock lock;

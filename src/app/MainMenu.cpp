@@ -14,6 +14,7 @@
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
+#include "app/start/CDeviceBanner.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
 #include "texts/Texts.h"
@@ -187,8 +188,7 @@ void CMainWindow::BuildEditMenu() {
 void CMainWindow::BuildTransportMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Transport"));
     CTransportControl& transport = workstation.Transport();
-    QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"),
-                              [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); });
+    QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"), [this] { PlayOrStop(workstation); });
     play->setShortcut(Qt::Key_Space);
     QAction* const record = Add(*menu, command::kRecordNotes, TextKey("Record notes"), [this] {
         CNoteRecording& recording = workstation.NoteRecording();

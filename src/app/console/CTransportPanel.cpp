@@ -5,6 +5,7 @@
 
 #include "app/console/CMasterPanels.h"
 #include "app/console/CSongModeCtrl.h"
+#include "app/start/CDeviceBanner.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -94,7 +95,8 @@ void CTransportPanel::AddSwitches() {
     play = &AddChild<CSwitchCtrl>(0U, 8, 8, 39, 34, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
     play->onChange = [this, &station](CControl&) {
-        playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
+        if (playShown.IsOn() == station.Transport().IsPlaying()) return;
+        PlayOrStop(station);
     };
     auto& stop = AddChild<CSwitchCtrl>(0U, 50, 8, 24, 34, nullptr, picture::kGlyphStop);
     stop.momentary = true;

@@ -14,10 +14,12 @@
 namespace quib {
 
 class CInstrumentStripCtrl;
+class CDeviceBanner;
 class CScrollCtrl;
 class CSongHintCtrl;
 class CSongPane;
 class CSplitCtrl;
+class CStartPage;
 
 class CWinControlMain : public CWinControl, public CEditTarget {
     Q_OBJECT
@@ -42,6 +44,8 @@ public:
     bool IsSongShown() const;
     bool IsSongWhole() const noexcept { return songWhole; }
     CSongPane& Song() const noexcept { return *song; }
+    // Two children of it, which it places: a line above the strips, and a page in their place while there are none.
+    void SetStart(CDeviceBanner& deviceBanner, CStartPage& startPage);
 
     bool CanEdit(EEdit command) const override;
     void Edit(EEdit command) override;
@@ -62,6 +66,9 @@ private:
     int SongTop(const QSize& size) const;
     void KeepSong();
     void FollowHint();
+    void FollowStart();
+    void PlaceStart();
+    int TopOfStrips() const;
     void BuildStrips();
     void Follow(const Change& change);
     void ReleaseKeys(bool all);
@@ -93,6 +100,8 @@ private:
     CValue scrollPosition;
     std::vector<CInstrumentStripCtrl*> strips;
     CSongHintCtrl* hint = nullptr;
+    CDeviceBanner* banner = nullptr;
+    CStartPage* startPage = nullptr;
     CSplitCtrl* split = nullptr;
     CSongPane* song = nullptr;
     bool songShown = false;

@@ -5,8 +5,11 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
+#include "app/Commands.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
+#include "app/start/CDeviceBanner.h"
+#include "app/start/CStartPage.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -33,6 +36,10 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const console =
         new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
     *browsing = new CPluginBrowsing(window, *console);
+    auto* const banner = new CDeviceBanner(console->Skin(), window, console);
+    auto* const page = new CStartPage(
+        console->Skin(), window, [&window] { window.Run(command::kAddInstrument); }, console);
+    console->SetStart(*banner, *page);
     console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
         recording.Hold(value, held);
     };
