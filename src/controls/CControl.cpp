@@ -164,6 +164,11 @@ QString CControl::ValueText() const {
     return QString::number(static_cast<double>(ValueNow()), 'f', range > 50 ? 1 : range > 5 ? 2 : 3);
 }
 
+QString CControl::EntryText() const {
+    if (value == nullptr || !entryText.isEmpty()) return entryText;
+    return formatEntry ? formatEntry(ValueNow()) : QString::number(static_cast<double>(ValueNow()));
+}
+
 void CControl::BeginGesture() {
     if (gestureStart || value == nullptr) return;
     gestureStart = value->Get();
@@ -214,5 +219,11 @@ EState CControl::PlainState() const noexcept {
 CTicked::CTicked(CWinControl& window) : tickWindow(window) { tickWindow.AddTicked(*this); }
 
 CTicked::~CTicked() { tickWindow.RemoveTicked(*this); }
+
+CPainted::CPainted(CWinControl& window, const CControl& painted) : paintWindow(window), control(painted) {
+    window.AddPainted(*this);
+}
+
+CPainted::~CPainted() { paintWindow.RemovePainted(*this); }
 
 }  // namespace quib

@@ -115,6 +115,11 @@ public:
     void RefreshIfChanged();
     // The value with its unit.
     QString ValueText() const;
+    // What an entry shows first.
+    QString EntryText() const;
+    QString EntryTitle() const { return entryTitle.isEmpty() ? name : entryTitle; }
+    // The number of the help that holds now; -1 none.
+    int InfoNumber() const noexcept { return !enabled && disabledInfo >= 0 ? disabledInfo : infoString; }
 
     // Whether it has a use for the wheel of its own, so that the window does not scroll by it.
     bool TakesWheel() const noexcept { return takesWheel && enabled; }
@@ -139,12 +144,14 @@ public:
     int primaryButton = 0;
     int popupMenu = -1;
     int infoString = -1;
+    int disabledInfo = -1;  // while it is disabled: why
     QString infoText;
     CInfoCtrl* infoPanel = nullptr;  // null: the window's
     QString entryTitle;              // empty: no manual entry
     QString entryText;
     QString name;  // of the value, for undo lists
     std::function<QString(float)> formatValue;
+    std::function<QString(float)> formatEntry;  // what an entry shows of the value; unset: the number itself
     std::function<void(CControl&)> onChange;
     std::function<void(CControl&, const QString&)> onTextEntry;
     std::function<void(CControl&)> afterClick;
@@ -205,6 +212,24 @@ public:
 
 private:
     CWinControl& tickWindow;
+};
+
+// What draws a control only when its window is painted, straight to the screen's picture: the back buffer has
+// nothing of it. For large controls of which much changes at once. They have no children, and nothing lies
+// before them.
+class CPainted {
+public:
+    CPainted(CWinControl& window, const CControl& painted);
+    virtual ~CPainted();
+    CPainted(const CPainted&) = delete;
+    CPainted& operator=(const CPainted&) = delete;
+    // `area` as the canvas counts.
+    virtual void PaintArea(const QRect& area) = 0;
+    const CControl& Painted() const noexcept { return control; }
+
+private:
+    CWinControl& paintWindow;
+    const CControl& control;
 };
 
 }  // namespace quib

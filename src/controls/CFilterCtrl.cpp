@@ -83,7 +83,7 @@ void CFilterCtrl::OnLButtonDown(int px, int py, int button) {
     before = dragState = StateOf(dragged);
     dragStart = {px, py};
     dragFine = false;
-    if (Owner().IsAltHeld()) return SetBand(dragged, defaults[static_cast<std::size_t>(dragged)]);
+    if (Owner().IsResetHeld()) return SetBand(dragged, defaults[static_cast<std::size_t>(dragged)]);
     Update(false, true);
     Owner().ShowBubble(*this, BandText(dragged));
 }

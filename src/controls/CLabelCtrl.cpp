@@ -6,6 +6,7 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/Mnemonics.h"
 #include "controls/SkinNumbers.h"
 
 namespace quib {
@@ -56,6 +57,7 @@ void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu);
     if (menu->isEmpty()) return menu->deleteLater();
+    KeepMnemonics(*menu);
     menu->popup(QCursor::pos());
 }
 

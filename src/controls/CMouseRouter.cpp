@@ -47,12 +47,13 @@ void CMouseRouter::Hover(CControl& control, int x, int y) {
 }
 
 void CMouseRouter::ShowInfo(CControl& control) {
-    if (control.infoString < 0 && control.infoText.isEmpty()) return;
+    const int number = control.InfoNumber();
+    if (number < 0 && control.infoText.isEmpty()) return;
     if (!InfoTextsAreShown(owner.Settings(), 1)) return;
     CInfoCtrl* const panel = control.infoPanel != nullptr ? control.infoPanel : owner.infoPanel;
     if (panel == nullptr) return;
-    if (control.infoString >= 0) {
-        panel->Show(control.infoString);
+    if (number >= 0) {
+        panel->Show(number);
     } else {
         panel->Show(control.infoText);
     }
@@ -89,7 +90,7 @@ void CMouseRouter::Click(const Hit& hit, int button, int x, int y) {
     CControl& control = *hit.control;
     if (control.captureOnClick) captured = &control;
     const bool alternative = button != control.primaryButton || control.alternativeClickAlways;
-    if (owner.IsAltHeld() && !alternative && control.HasDefault()) {
+    if (owner.IsResetHeld() && !alternative && control.HasDefault()) {
         control.ReturnToDefault();
     } else if (!alternative || !TakeAlternativePath(control)) {
         control.pressed = true;

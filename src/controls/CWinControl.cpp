@@ -105,13 +105,13 @@ void CWinControl::HideBubble() { bubble->hide(); }
 
 void CWinControl::RunManualEntry(CControl& control) {
     entryTarget = &control;
-    const QString text = control.Value() != nullptr && control.entryText.isEmpty()
-                             ? QString::number(static_cast<double>(control.ValueNow()))
-                             : control.entryText;
-    auto* const dialog = new CEntryDialog(control.entryTitle, text, this);
+    const QString text = control.EntryText();
+    auto* const dialog = new CEntryDialog(control.EntryTitle(), text, this);
     dialog->move(mapToGlobal(ToWidget(control.Rectangle()).topLeft()) + QPoint(20, 40));
-    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+    connect(dialog, &QDialog::accepted, this, [this, dialog, text] {
         if (entryTarget == nullptr) return;
+        // What is shown rounded and left as it is must not round the value.
+        if (entryTarget->formatEntry && dialog->Text() == text) return;
         if (entryTarget->onTextEntry) return entryTarget->onTextEntry(*entryTarget, dialog->Text());
         entryTarget->TakeNumber(CEntryDialog::NumberOf(dialog->Text()));
     });
@@ -142,7 +142,14 @@ void CWinControl::paintEvent(QPaintEvent* event) {
     // The window may have come to a screen of another scale.
     if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
-    canvas.CopyTo(painter, event->region(), devicePixelRatioF());
+    QRegion kept = event->region();
+    for (CPainted* const painted : paintedControls) {
+        if (!painted->Painted().IsShown()) continue;
+        const QRegion part = kept.intersected(ToWidget(painted->Painted().ShownRectangle()));
+        kept -= part;
+        canvas.DrawTo(painter, part, devicePixelRatioF(), [painted](const QRect& area) { painted->PaintArea(area); });
+    }
+    canvas.CopyTo(painter, kept, devicePixelRatioF());
     for (const QRect& rectangle : event->region()) {
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }

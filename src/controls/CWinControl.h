@@ -57,6 +57,11 @@ public:
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
     bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
+    // A click with Alt returns to the default; with Ctrl and Shift too, where the desktop keeps Alt for itself.
+    bool IsResetHeld() const noexcept {
+        constexpr Qt::KeyboardModifiers kOther = Qt::ControlModifier | Qt::ShiftModifier;
+        return IsAltHeld() || (modifiers & kOther) == kOther;
+    }
 
     void ShowBubble(CControl& control, const QString& text);
     // Above a part of a control.
@@ -75,6 +80,8 @@ public:
     void Forget(const CControl& control) noexcept;
     void AddTicked(CTicked& ticked) { tickedControls.push_back(&ticked); }
     void RemoveTicked(const CTicked& ticked) { std::erase(tickedControls, &ticked); }
+    void AddPainted(CPainted& painted) { paintedControls.push_back(&painted); }
+    void RemovePainted(const CPainted& painted) { std::erase(paintedControls, &painted); }
 
     CInfoCtrl* infoPanel = nullptr;
     std::function<void(CControl& topLevel)> onControlClicked;
@@ -118,6 +125,7 @@ private:
     CSkin skin;
     CMouseRouter mouse{*this};
     std::vector<CTicked*> tickedControls;
+    std::vector<CPainted*> paintedControls;
     qreal uiScale = 1;
     bool hasBackBuffer = false;
     qint64 paintedPixels = 0;

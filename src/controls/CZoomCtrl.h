@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Two buttons in one that zoom out and in. User-interface thread.
+// Two buttons in one that zoom out and in, side by side, or where it is higher than wide in over out.
+// User-interface thread.
 
 #include "controls/CControl.h"
 
@@ -21,7 +22,8 @@ public:
     std::function<void(int direction)> onZoom;  // -1 out, 1 in
 
 private:
-    int DirectionAt(int px) const noexcept { return px - X() < Width() / 2 ? -1 : 1; }
+    bool IsUpright() const noexcept { return Height() > Width(); }
+    int DirectionAt(int px, int py) const noexcept;
 
     int lit = 0;  // the direction under the mouse
 };

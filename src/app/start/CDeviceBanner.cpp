@@ -97,13 +97,16 @@ void CDeviceBanner::Draw(CCanvas& canvas) {
     if (left < right) write(left, Text("Play waits until one is chosen; work and rendering to a file go on."), false);
 }
 
+bool CanPlay(CWorkstation& station) {
+    if (station.Output().Device() != nullptr) return true;
+    Q_EMIT station.Notice(
+        Text("Nothing plays: no sound device answers. Choose one under Settings > Audio & Midi, or play silently."));
+    return false;
+}
+
 void PlayOrStop(CWorkstation& station) {
     CTransportControl& transport = station.Transport();
-    if (station.Output().Device() == nullptr) {
-        Q_EMIT station.Notice(Text(
-            "Nothing plays: no sound device answers. Choose one under Settings > Audio & Midi, or play silently."));
-        return;
-    }
+    if (!CanPlay(station)) return;
     transport.IsPlaying() ? transport.Stop() : transport.Play();
 }
 

@@ -40,7 +40,9 @@ private:
     QPushButton silent{this};
 };
 
-// Plays or stops; where no device answers it tells why nothing moves.
+// Where no device answers: tells why nothing moves, and gives false.
+bool CanPlay(CWorkstation& station);
+// Plays, if that is possible, or stops.
 void PlayOrStop(CWorkstation& station);
 
 }  // namespace quib

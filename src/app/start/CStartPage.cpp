@@ -11,6 +11,7 @@
 
 #include "app/CMainWindow.h"
 #include "app/Commands.h"
+#include "app/start/CDeviceBanner.h"
 #include "app/start/FirstInstruments.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
@@ -167,6 +168,15 @@ void CStartPage::AddLearning() {
                            window.Run(french ? command::kManualFrench : command::kManualEnglish);
                        },
                        {}});
+    entries.push_back({EKind::kRow,
+                       QStringLiteral("keys"),
+                       Text("All keys"),
+                       {},
+                       QStringLiteral("F1"),
+                       0,
+                       ESection::kMix,
+                       [this](bool) { window.Run(command::kShortcuts); },
+                       {}});
     entries.push_back({EKind::kCheck,
                        QStringLiteral("atStart"),
                        Text("Show this page at every start"),
@@ -186,15 +196,16 @@ void CStartPage::AddLearning() {
 
 void CStartPage::OpenProject(const QString& path, bool play) {
     window.Open(path);
-    if (play && window.Workstation().Session().ProjectPath() == QFileInfo(path).absoluteFilePath()) {
-        window.Run(command::kPlay);
-    }
+    CWorkstation& station = window.Workstation();
+    const bool opened = station.Session().ProjectPath() == QFileInfo(path).absoluteFilePath();
+    if (play && opened && CanPlay(station)) station.Transport().Play();
 }
 
 void CStartPage::Begin(bool (*add)(CWorkstation&, QString&), bool play) {
     QString error;
-    if (!add(window.Workstation(), error)) return window.ShowMessage(QStringLiteral("QUIB"), error);
-    if (play) window.Run(command::kPlay);
+    CWorkstation& station = window.Workstation();
+    if (!add(station, error)) return window.ShowMessage(QStringLiteral("QUIB"), error);
+    if (play && CanPlay(station)) station.Transport().Play();
 }
 
 bool CStartPage::Press(const QString& name, bool play) {
