@@ -164,7 +164,11 @@ int CRun::Run() {
     window->ApplySettings();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
-                     [this] { ShowQuickStart(window.get()); });
+                     [this] { window->OpenTool(ETool::kTutorial); });
+    // By itself only when nothing else asks for the user, who may also have come with a project.
+    if (IsFirst() && options.project.empty() && workstation.Output().Device() != nullptr) {
+        window->OpenTool(ETool::kTutorial);
+    }
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("Init"), 1);
     settings.Flush();
     catalog.SetFolders(PluginFolders(folders, settings));

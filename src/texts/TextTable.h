@@ -95,6 +95,48 @@ inline constexpr KeyedText kTexts[] = {
      "License 1.1); LAME (LGPL 2) and JACK (LGPL 2.1) are opened where they are installed.",
      "Qt %1 (LGPL 3), bibliothèque ALSA (LGPL 2.1), fmt (MIT), CLI11 (BSD 3 clauses), Inter (SIL Open Font "
      "License 1.1) ; LAME (LGPL 2) et JACK (LGPL 2.1) sont ouverts là où ils sont installés."},
+    // The tutorial
+    {"Hear", "Écouter"},
+    {"Melody", "Mélodie"},
+    {"Automate", "Automatiser"},
+    {"Skip this step", "Passer cette étape"},
+    {"That is all. The manual tells the rest; F1 lists every key.",
+     "C'est tout. Le manuel dit le reste ; F1 donne toutes les touches."},
+    {"Choose a lesson on the left. Each tells what to do in the main window, rings the control that is meant, and goes "
+     "on by itself when it is done.",
+     "Choisissez une leçon à gauche. Chacune dit quoi faire dans la fenêtre principale, encadre la commande concernée "
+     "et continue d'elle-même quand c'est fait."},
+    {"Your project is put aside and comes back when this window closes.",
+     "Votre projet est mis de côté et revient à la fermeture de cette fenêtre."},
+    {"Press the arrow on one of the pictures: an example plays.",
+     "Pressez la flèche d'une des images : un exemple joue."},
+    {"Press Space: it stops. Space plays and stops everywhere in the program.",
+     "Pressez Espace : il s'arrête. Espace lance et arrête partout dans le programme."},
+    {"Press \"New beat\": a drum machine comes with two bars that play at once.",
+     "Pressez « Nouveau rythme » : une boîte à rythmes arrive, deux mesures jouent aussitôt."},
+    {"Click two empty boxes of the row of steps: each becomes a hit. Another click takes it away.",
+     "Cliquez deux cases vides de la rangée de pas : chacune devient un coup. Un autre clic l'enlève."},
+    {"Press Ctrl+I, write \"synth\" and press Enter: a second instrument, with its keyboard. The keys from A on play "
+     "it.",
+     "Pressez Ctrl+I, écrivez « synth », pressez Entrée : un deuxième instrument, avec son clavier. Les touches de la "
+     "rangée du A américain le jouent."},
+    {"Click four boxes of its row of steps: a melody, which F2 lets you move in the piano roll.",
+     "Cliquez quatre cases de sa rangée de pas : une mélodie, que F2 permet de déplacer dans le piano roll."},
+    {"Press Space, if nothing plays yet: both play as a loop.",
+     "Pressez Espace si rien ne joue encore : les deux jouent en boucle."},
+    {"Press SONG: now the song plays, which is still empty.",
+     "Pressez MORCEAU : c'est le morceau qui joue, encore vide."},
+    {"Let it play with Space and press \"Put the selected patterns into the song\". F6 shows the song below the "
+     "strips.",
+     "Lancez-le avec Espace et pressez « Mettre les motifs choisis dans le morceau ». F6 montre le morceau sous les "
+     "tranches."},
+    {"Press A: what you move is recorded from now on.", "Pressez A : ce que vous bougez est désormais enregistré."},
+    {"While it plays, move the level of an instrument. F3 shows what was recorded.",
+     "Pendant la lecture, bougez le niveau d'un instrument. F3 montre ce qui a été enregistré."},
+    {"Press Ctrl+E: the window that writes sound files opens.",
+     "Pressez Ctrl+E : la fenêtre qui écrit les fichiers audio s'ouvre."},
+    {"Press its button \"Export\": the song becomes a file that every player plays.",
+     "Pressez son bouton « Exporter » : le morceau devient un fichier que tout lecteur lit."},
     // The start page, and the line of a machine without sound
     {"Listen to an example", "Écouter un exemple"},
     {"A click opens it, the arrow plays it at once.", "Un clic ouvre, la flèche joue aussitôt."},
@@ -127,14 +169,6 @@ inline constexpr KeyedText kTexts[] = {
     {"Nothing plays: no sound device answers. Choose one under Settings > Audio & Midi, or play silently.",
      "Rien ne joue : aucune sortie audio ne répond. Choisissez-en une sous Réglages > Audio & Midi, ou jouez sans "
      "son."},
-    {"Quick start", "Prise en main"},
-    {"First steps", "Premiers pas"},
-    {"Open an example from the File menu, or add an instrument.",
-     "Ouvrez un exemple dans le menu Fichier, ou ajoutez un instrument."},
-    {"Press Space: it plays and stops.", "Appuyez sur Espace : la lecture démarre et s'arrête."},
-    {"Choose patterns while it plays; each instrument has sixteen.",
-     "Choisissez des motifs pendant la lecture ; chaque instrument en a seize."},
-    {"Everything can be undone with Ctrl+Z.", "Tout peut être annulé avec Ctrl+Z."},
     {"Looking for plug-ins", "Recherche des plug-ins"},
     {"Plug-in folders", "Dossiers des plug-ins"},
     {"Folders that are searched beside those of the program and the system:",

@@ -10,6 +10,7 @@
 #include "app/console/CWinControlMain.h"
 #include "app/start/CDeviceBanner.h"
 #include "app/start/CStartPage.h"
+#include "app/start/CTutorialRing.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -40,6 +41,7 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const page = new CStartPage(
         console->Skin(), window, [&window] { window.Run(command::kAddInstrument); }, console);
     console->SetStart(*banner, *page);
+    new CTutorialRing(window, *console, *page);
     console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
         recording.Hold(value, held);
     };

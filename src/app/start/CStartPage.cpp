@@ -216,6 +216,13 @@ bool CStartPage::Press(const QString& name, bool play) {
     return true;
 }
 
+QRect CStartPage::AreaOf(const QString& name) const {
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&name](const Entry& entry) { return name.isEmpty() || entry.name == name; });
+    if (found == entries.end()) return {};
+    return QRectF(found->area.topLeft() * Scale(), found->area.size() * Scale()).toRect();
+}
+
 // From the event loop: opening a project hides this page and makes its entries anew.
 void CStartPage::Run(int index, bool play) {
     if (index < 0 || index >= static_cast<int>(entries.size())) return;

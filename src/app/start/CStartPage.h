@@ -27,6 +27,8 @@ public:
     void Renew();
     // Does what the entry of a name does: "HouseMusic", "beat", "synth", "tutorial" ... False for one not there.
     bool Press(const QString& name, bool play);
+    // Where that entry lies, in its own pixels; of the first one without a name.
+    QRect AreaOf(const QString& name) const;
 
 protected:
     void Draw(CCanvas& canvas) override;
