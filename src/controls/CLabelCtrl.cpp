@@ -23,6 +23,11 @@ void CLabelCtrl::SetText(const QString& newText) {
     Update(false, true);
 }
 
+ERole CLabelCtrl::Role() const {
+    if (!entryTitle.isEmpty()) return ERole::kField;
+    return text.isEmpty() ? ERole::kNone : ERole::kText;
+}
+
 QRectF CLabelCtrl::DrawGround(QRgb ground) {
     Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
     const QRectF area(Rectangle());
@@ -58,7 +63,7 @@ void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu)
     fillMenu(*menu);
     if (menu->isEmpty()) return menu->deleteLater();
     KeepMnemonics(*menu);
-    menu->popup(QCursor::pos());
+    menu->popup(window.MenuPoint());
 }
 
 CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,

@@ -45,6 +45,8 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
         if (empty && context.actions.browse) return context.actions.browse({place});
         FillSlotMenu(menu, context, place, &window);
     });
+    row.label->name = title;
+    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
     row.edit = &AddChild<CSwitchCtrl>(0U, 177, top, 26, 19, nullptr, picture::kGlyphEdit);
     row.edit->momentary = true;

@@ -47,6 +47,7 @@ public:
     // Two children of it, which it places: a line above the strips, and a page in their place while there are none.
     void SetStart(CDeviceBanner& deviceBanner, CStartPage& startPage);
 
+    void Reveal(CControl& control) override;
     bool CanEdit(EEdit command) const override;
     void Edit(EEdit command) override;
 

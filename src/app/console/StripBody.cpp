@@ -111,6 +111,7 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
                                            QStringList{QStringLiteral("C"), QStringLiteral("R"), QStringLiteral("H")});
     modes->glyphs = {picture::kGlyphChain, picture::kGlyphRandom, picture::kGlyphHold};
     modes->section = ESection::kPattern;
+    modes->spokenNames = {Text("Chain"), Text("Random"), Text("Hold")};
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
         context.station.Contents().SetStepNumberMode(

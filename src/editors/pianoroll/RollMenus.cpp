@@ -108,9 +108,9 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
 }
 
 void CWinControlPianoRoll::FillShapes(QMenu& menu) {
-    CPianoRollKeys& keys = roll->Keys();
+    CPianoRollKeys& rollKeys = roll->Keys();
     const auto add = [&](const char* text, const char* key, void (CPianoRollKeys::*edit)()) {
-        AddMenuItem(menu, text, key, [&keys, edit] { (keys.*edit)(); });
+        AddMenuItem(menu, text, key, [&rollKeys, edit] { (rollKeys.*edit)(); });
     };
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
     // Undone and done again it is another seed's.
