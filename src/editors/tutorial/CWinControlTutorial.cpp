@@ -2,6 +2,8 @@
 #include "editors/tutorial/CWinControlTutorial.h"
 
 #include <QFile>
+#include <QKeyEvent>
+#include <algorithm>
 
 #include "controls/CSwitchCtrl.h"
 #include "texts/Texts.h"
@@ -22,7 +24,6 @@ constexpr const char* kKeptFile = "before-tutorial.prg";
 
 CWinControlTutorial::CWinControlTutorial(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
     : CToolWindow(toolContext, toolRow, parent) {
-    setAttribute(Qt::WA_ShowWithoutActivating);
     Build();
 }
 
@@ -65,10 +66,25 @@ void CWinControlTutorial::Begin(int number) {
     KeepUsersProject();
     const TutorialLesson& next = TutorialLessons()[static_cast<std::size_t>(number)];
     if (next.emptyProject) Document().Session().NewProject();
+    if (lesson < 0) StepAside();
     lesson = number;
     step = 0;
     before = ReadTutorialState(Document());
     LayoutAndRefresh();
+}
+
+// Off the left half of the main window, where most of what the lessons mean lies.
+void CWinControlTutorial::StepAside() {
+    const QRect room = parentWidget() != nullptr ? parentWidget()->window()->frameGeometry() : frameGeometry();
+    move(room.right() - frameGeometry().width() + 1, room.bottom() - frameGeometry().height() + 1);
+}
+
+void CWinControlTutorial::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        close();
+        return;
+    }
+    CToolWindow::keyPressEvent(event);
 }
 
 void CWinControlTutorial::Skip() { lesson < 0 ? Begin(0) : Advance(); }

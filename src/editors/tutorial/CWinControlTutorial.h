@@ -5,6 +5,8 @@
 // it; it can always be skipped. Works on a project of its own: the user's comes back when the window closes.
 // User-interface thread.
 
+#include <array>
+
 #include "editors/base/CToolWindow.h"
 #include "editors/tutorial/Lessons.h"
 
@@ -33,12 +35,14 @@ protected:
     void DrawBackground() override;
     QString Title() const override;
     void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     static constexpr std::size_t kLessons = 6;
 
     void Build();
     void Advance();
+    void StepAside();
     void KeepUsersProject();
     void GiveUsersProjectBack();
     void DrawSteps();
