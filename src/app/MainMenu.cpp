@@ -13,6 +13,7 @@
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
+#include "app/start/CDeviceBanner.h"
 #include "controls/Mnemonics.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
@@ -221,8 +222,7 @@ void CMainWindow::BuildTransportMenu() {
     CNoteRecording& recording = workstation.NoteRecording();
     CMetronomeControl& metronome = workstation.Metronome();
     Add(
-        *menu, command::kPlay, TextKey("Play / Stop"),
-        [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); }, Qt::Key_Space);
+        *menu, command::kPlay, TextKey("Play / Stop"), [this] { PlayOrStop(workstation); }, Qt::Key_Space);
     Add(
         *menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); },
         Qt::CTRL | Qt::Key_Period);
@@ -321,7 +321,9 @@ void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
     Add(
         *menu, command::kShortcuts, TextKey("Keyboard shortcuts ..."), [this] { ShowShortcuts(); }, Qt::Key_F1);
-    Add(*menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); });
+    Add(
+        *menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); },
+        Qt::Key_F12);
     Add(*menu, command::kManualEnglish, TextKey("User manual in English ..."),
         [this] { OpenManual("%1UserGuideEnglish.pdf"); });
     Add(*menu, command::kManualFrench, TextKey("Manuel d'utilisation en Français ..."),

@@ -95,6 +95,7 @@ std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nam
     auto slot = std::make_shared<PluginSlot>();
     slot->plugin = plugin;
     instrument->plugin.Prepare(std::move(slot));
+    instrument->keyboardOn.Set(1.0F);
     return instrument;
 }
 

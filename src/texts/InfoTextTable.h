@@ -399,6 +399,11 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: its "
      "menu.",
      "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
+    {620,
+     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
+     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+    {621, "SKIP - Goes on to the next step without doing this one.",
+     "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };
 
 }  // namespace quib

@@ -6,6 +6,7 @@
 #include "app/console/BarControls.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/CSongModeCtrl.h"
+#include "app/start/CDeviceBanner.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -125,7 +126,8 @@ int CTransportPanel::AddPlay(int left) {
     play = &AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
     play->onChange = [this, &station](CControl&) {
-        playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
+        if (playShown.IsOn() == station.Transport().IsPlaying()) return;
+        PlayOrStop(station);
     };
     const int stopWidth = IsNarrow() ? 32 : 44;
     auto& stop = AddChild<CSwitchCtrl>(0U, left + wide + kGap, kTop, stopWidth, kHigh, nullptr, picture::kGlyphStop);

@@ -76,7 +76,7 @@ void CWinControlMain::KeepSong() {
 
 // Where the split bar, or the pane alone, begins.
 int CWinControlMain::SongTop(const QSize& size) const {
-    const int top = kTop + (hint->IsVisible() ? CSongHintCtrl::kHeight + kMargin : 0);
+    const int top = TopOfStrips();
     if (songWhole) return top;
     const int most = size.height() - top - kLeastStrips - kSplit;
     const int height = std::max(CSongPane::kLowest, std::min(songHeight, most));

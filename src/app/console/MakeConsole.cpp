@@ -5,9 +5,13 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
+#include "app/Commands.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
 #include "editors/base/CToolWindow.h"
+#include "app/start/CDeviceBanner.h"
+#include "app/start/CStartPage.h"
+#include "app/start/CTutorialRing.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -39,6 +43,11 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const console =
         new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
     *browsing = new CPluginBrowsing(window, *console);
+    auto* const banner = new CDeviceBanner(console->Skin(), window, console);
+    auto* const page = new CStartPage(
+        console->Skin(), window, [&window] { window.Run(command::kAddInstrument); }, console);
+    console->SetStart(*banner, *page);
+    new CTutorialRing(window, *console, *page);
     console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
         recording.Hold(value, held);
     };
