@@ -46,9 +46,10 @@ void CZoomCtrl::OnMouseLeave() {
 }
 
 ControlPart CZoomCtrl::PartAt(int part) const {
-    const QRect area = IsUpright() ? QRect(X(), Y() + (1 - part) * Height() / 2, Width(), Height() / 2)
-                                   : QRect(X() + part * Width() / 2, Y(), Width() / 2 - 1, Height());
-    return {Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in")), {}, area};
+    const QString word = Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in"));
+    const int half = (IsUpright() ? Height() : Width()) / 2;
+    const QRect upright(X(), Y() + (1 - part) * half, Width(), half - 1);
+    return {word, {}, IsUpright() ? upright : QRect(X() + part * half, Y(), half - 1, Height())};
 }
 
 void CZoomCtrl::Draw() {
