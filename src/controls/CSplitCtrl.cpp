@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -11,6 +12,7 @@ CSplitCtrl::CSplitCtrl(CWinControl& window, std::uint32_t number, int left, int 
                        bool isVertical)
     : CControl(window, number, left, top, newWidth, newHeight), vertical(isVertical) {
     hoverLook = true;
+    name = Text("Split bar");
 }
 
 void CSplitCtrl::OnLButtonDown(int px, int py, int button) {

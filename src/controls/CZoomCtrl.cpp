@@ -14,6 +14,7 @@ CZoomCtrl::CZoomCtrl(CWinControl& window, std::uint32_t number, int left, int to
     takesWheel = true;
     captureOnClick = false;
     doubleClickIsClick = false;
+    name = Text("Zoom");
 }
 
 int CZoomCtrl::DirectionAt(int px, int py) const noexcept {

@@ -11,7 +11,7 @@ namespace quib {
 
 namespace {
 
-const QString kDash = QStringLiteral(" - ");
+constexpr QLatin1String kDash(" - ");
 
 // "MASTER LEVEL" is for the eye.
 QString Sentence(const QString& title) { return title.left(1) + title.mid(1).toLower(); }

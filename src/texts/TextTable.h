@@ -88,6 +88,8 @@ inline constexpr KeyedText kTexts[] = {
     {"velocity %1", "vélocité %1"},
     {"empty", "vide"},
     {"clipped", "saturé"},
+    {"Split bar", "Barre de partage"},
+    {"Zoom", "Zoom"},
     {"Zoom out", "Zoom arrière"},
     {"Zoom in", "Zoom avant"},
     {"Scroll bar", "Barre de défilement"},

@@ -88,6 +88,21 @@ void CLaneListCtrl::OnLButtonDown(int /*px*/, int py, int /*button*/) {
     if (key && onChoose) onChoose(*key);
 }
 
+ControlPart CLaneListCtrl::PartAt(int part) const {
+    const Row& row = rows[static_cast<std::size_t>(part)];
+    const QRect area(X(), Y() + part * kRow - scroll, Width(), kRow);
+    return {row.text, row.right, area.intersected(Rectangle()), row.key && row.key == chosen};
+}
+
+int CLaneListCtrl::ChosenPart() const {
+    const auto found = std::ranges::find_if(rows, [this](const Row& row) { return row.key && row.key == chosen; });
+    return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
+}
+
+void CLaneListCtrl::RevealPart(int part) {
+    ScrollTo(std::clamp(scroll, std::min(part, (part + 1) - Height() / kRow) * kRow, part * kRow));
+}
+
 void CLaneListCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
     ScrollTo(scroll - static_cast<int>(std::lround(NotchesOf(word) * 3 * kRow)));
 }

@@ -27,6 +27,11 @@ public:
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
     void Resize(int newWidth, int newHeight) override;
+    ERole Role() const override { return rows.empty() ? ERole::kNone : ERole::kChoice; }
+    int PartCount() const override { return static_cast<int>(rows.size()); }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override;
+    void RevealPart(int part) override;
 
     void Show(std::vector<Row> next, const std::optional<LaneKey>& selected);
     // Skin pixels of the rows above the first one shown.

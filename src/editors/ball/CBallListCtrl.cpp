@@ -49,6 +49,16 @@ void CBallListCtrl::OnLButtonDown(int /*px*/, int py, int /*button*/) {
     if (ball >= 0 && ball < states.size() && onSelect) onSelect(ball);
 }
 
+ControlPart CBallListCtrl::PartAt(int part) const {
+    const QRect area(X(), Y() + (part - first) * kRow, Width(), kRow - 4);
+    return {Text("Ball %1").arg(part + 1), states.value(part), area.intersected(Rectangle()), part == selected};
+}
+
+void CBallListCtrl::RevealPart(int part) {
+    first = std::clamp(first, std::max(0, part - kRows + 1), part);
+    Refresh();
+}
+
 void CBallListCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
     const int most = std::max(0, static_cast<int>(states.size()) - kRows);
     first = std::clamp(first - static_cast<int>(std::lround(NotchesOf(word))), 0, most);

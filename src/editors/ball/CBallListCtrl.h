@@ -19,6 +19,11 @@ public:
     void Draw() override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
+    ERole Role() const override { return states.empty() ? ERole::kNone : ERole::kChoice; }
+    int PartCount() const override { return static_cast<int>(states.size()); }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return selected; }
+    void RevealPart(int part) override;
 
     std::function<void(int ball)> onSelect;
 
