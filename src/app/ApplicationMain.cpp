@@ -82,6 +82,7 @@ public:
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
+        ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
         if (isGuest) workstation.Session().SetGuest();
@@ -162,6 +163,7 @@ int CRun::Run() {
     CSessionKeeper keeper(*window, AskInBox(window.get()));
     keeper.Begin(QString::fromStdString(options.project));
     window->ApplySettings();
+    window->ReopenTools();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
                      [this] { window->OpenTool(ETool::kTutorial); });

@@ -135,8 +135,9 @@ void CMainWindow::Restore(const QString& path) {
     ShowWarnings();
 }
 
-void CMainWindow::ShowExport() {
+void CMainWindow::ShowExport(std::optional<EExportRange> range) {
     if (!exporting) exporting = new CExportDialog(this, workstation, Scale());
+    if (range) exporting->ChooseRange(*range);
     exporting->show();
     exporting->raise();
     exporting->activateWindow();

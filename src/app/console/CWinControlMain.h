@@ -13,12 +13,14 @@
 
 namespace quib {
 
+class CInfoBar;
 class CInstrumentStripCtrl;
 class CDeviceBanner;
 class CScrollCtrl;
 class CSongHintCtrl;
 class CSongPane;
 class CSplitCtrl;
+class CStateLineCtrl;
 class CStartPage;
 
 class CWinControlMain : public CWinControl, public CEditTarget {
@@ -78,6 +80,9 @@ private:
     void StripChanged(quint32 id);
     void PatternsChanged(quint32 id);
     void PlaceStrips();
+    void ArrangeBars(const QSize& size);
+    static int StripRoom(const QSize& size);
+    static QSize AboveInfo(const QSize& size);
     void Scroll();
     void DragStrip(CInstrumentStripCtrl& strip, int py, bool dropped);
     int PlaceAt(int py) const;
@@ -91,11 +96,14 @@ private:
     ConsoleContext context;
     CPatternEdits patternEdits{station};
     std::unique_ptr<CScopeFeed> scopeFeed;
+    CStateLineCtrl* stateLine = nullptr;
     CTransportPanel* transport = nullptr;
+    CToolsPanel* tools = nullptr;
     CEffectsPanel* effects = nullptr;
     CLevelsPanel* levels = nullptr;
     CSessionPanel* session = nullptr;
     CScopeCtrl* scope = nullptr;
+    CInfoBar* infoBar = nullptr;
     CControl* addButton = nullptr;
     CScrollCtrl* scrollBar = nullptr;
     CValue scrollPosition;
