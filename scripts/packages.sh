@@ -15,6 +15,7 @@ testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
     xvfb xauth xdotool openbox locales
     gsettings-desktop-schemas
+    dbus at-spi2-core python3-gi gir1.2-atspi-2.0
     sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )
