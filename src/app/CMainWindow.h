@@ -19,6 +19,8 @@
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
+#include "controls/CPalette.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
 #include "export/ExportSettings.h"
@@ -86,9 +88,19 @@ public:
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
 
-    // Percent; 75 to 300.
+    // Percent; 75 to 300, and no more than the screen can show.
     int Scale() const;
+    // A window that was made smaller or larger by this, and not by the user, goes back with the scale.
     void SetScale(int percent);
+    // Of every window at once, those of Qt included.
+    void SetPalette(EPalette palette);
+    // What windows open beside: a place for plug-ins, of the screen, and the bars that stay clear. The console
+    // sets it.
+    struct Surroundings {
+        std::function<QRect(const SlotPlace&)> place;
+        std::function<QRect()> bars;
+    };
+    Surroundings surroundings;
 
 Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
@@ -106,12 +118,17 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
+    void BuildPaletteMenu(QMenu& menu);
+    int MostScale() const;
+    void FollowScale(int before);
+    void PutBeside(QWidget& window, const QRect& anchor) const;
     void BuildLaunchMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
@@ -147,6 +164,7 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
     CBackupCountdown countdown;
     QTimer timer;
@@ -158,6 +176,8 @@ private:
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;
+    QSizeF unscaledSize;  // of the window at 100 %, as the user made it
+    QSize scaledSize;     // that the last change of scale gave it
 };
 
 }  // namespace quib

@@ -4,7 +4,10 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "controls/CKeyFocus.h"
 #include "controls/Mnemonics.h"
+#include "editors/pianoroll/PatternCommands.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -26,6 +29,39 @@ void ListMenu(const QMenu& menu, const QString& before, const QString& way, std:
     }
 }
 
+QString KeysTextOf(const FocusKey& row) {
+    const QString keys = QKeySequence(row.key).toString(QKeySequence::NativeText);
+    switch (row.use) {
+        case EFocusKey::kArrow:
+        case EFocusKey::kFineArrow:
+        case EFocusKey::kMoveArrow:
+            return keys.left(keys.lastIndexOf(QLatin1Char('+')) + 1) + Text("arrows");
+        case EFocusKey::kPage:
+            return keys + QStringLiteral(", ") + QKeySequence(Qt::Key_PageDown).toString(QKeySequence::NativeText);
+        case EFocusKey::kEnd:
+            return keys + QStringLiteral(", ") + QKeySequence(Qt::Key_End).toString(QKeySequence::NativeText);
+        case EFocusKey::kMenu:
+            return keys + QStringLiteral(", ") + QKeySequence(Qt::Key_Menu).toString(QKeySequence::NativeText);
+        default:
+            return QString(keys).replace(QStringLiteral("Backtab"), QStringLiteral("Tab"));
+    }
+}
+
+ShortcutSection ControlKeys() {
+    ShortcutSection section{Text("Controls of every window"), {}};
+    for (const FocusKey& row : FocusKeys()) section.rows.push_back({Text(row.text), KeysTextOf(row)});
+    section.rows.push_back({Text("Types the value"), Text("0 to 9")});
+    return section;
+}
+
+ShortcutSection PatternKeys() {
+    ShortcutSection section{Text("Piano roll"), {}};
+    for (const PatternCommand& command : PatternCommands()) {
+        section.rows.push_back({Text(command.text), QLatin1String(command.keyText)});
+    }
+    return section;
+}
+
 }  // namespace
 
 std::vector<ShortcutSection> ShortcutsOf(const QMenuBar& menus) {
@@ -36,6 +72,8 @@ std::vector<ShortcutSection> ShortcutsOf(const QMenuBar& menus) {
         ListMenu(*action->menu(), {}, QStringLiteral("Alt+") + MnemonicOf(action->text()), section.rows);
         sections.push_back(std::move(section));
     }
+    sections.push_back(ControlKeys());
+    sections.push_back(PatternKeys());
     return sections;
 }
 

@@ -13,9 +13,9 @@ namespace quib {
 
 namespace {
 
-constexpr int kRow = 22;    // pixels; what is nearer stands in one line
-constexpr int kPage = 10;   // notches
-constexpr int kAside = 3;   // a pixel beside the way counts as so many along it
+constexpr int kRow = 22;   // pixels; what is nearer stands in one line
+constexpr int kPage = 10;  // notches
+constexpr int kAside = 3;  // a pixel beside the way counts as so many along it
 
 constexpr std::array kKeys = {
     FocusKey{Qt::Key_Tab, EFocusKey::kNext, TextKey("Next control")},
@@ -41,17 +41,17 @@ QKeyCombination Named(const QKeyEvent& event) {
         case Qt::Key_Left:
         case Qt::Key_Right:
         case Qt::Key_Down:
-            return {modifiers, Qt::Key_Up};
+            return QKeyCombination(modifiers, Qt::Key_Up);
         case Qt::Key_PageDown:
-            return {modifiers, Qt::Key_PageUp};
+            return QKeyCombination(modifiers, Qt::Key_PageUp);
         case Qt::Key_End:
-            return {modifiers, Qt::Key_Home};
+            return QKeyCombination(modifiers, Qt::Key_Home);
         case Qt::Key_Enter:
-            return {modifiers, Qt::Key_Return};
+            return QKeyCombination(modifiers, Qt::Key_Return);
         case Qt::Key_Menu:
-            return {Qt::ShiftModifier, Qt::Key_F10};
+            return QKeyCombination(Qt::ShiftModifier, Qt::Key_F10);
         default:
-            return {modifiers, static_cast<Qt::Key>(event.key())};
+            return QKeyCombination(modifiers, static_cast<Qt::Key>(event.key()));
     }
 }
 
@@ -230,8 +230,10 @@ void CKeyFocus::Move(int right, int up) {
     const QRect from = Area();
     for (CControl* const stop : KeyStops(owner)) {
         const QRect to = stop->Rectangle();
-        const int gap = right > 0 ? to.left() - from.right() : right < 0 ? from.left() - to.right()
-                        : up > 0  ? from.top() - to.bottom() : to.top() - from.bottom();
+        const int gap = right > 0   ? to.left() - from.right()
+                        : right < 0 ? from.left() - to.right()
+                        : up > 0    ? from.top() - to.bottom()
+                                    : to.top() - from.bottom();
         if (stop == control || gap < -2) continue;
         const QPoint way = to.center() - from.center();
         const int aside = right != 0 ? std::max(0, std::abs(way.y()) - (to.height() + from.height()) / 2 + 4)

@@ -8,6 +8,7 @@
 #include <QKeyCombination>
 #include <QRect>
 #include <span>
+#include <vector>
 
 class QKeyEvent;
 
@@ -60,6 +61,10 @@ public:
     // Null while no ring is shown.
     CControl* Control() const noexcept { return shown ? control : nullptr; }
     int Part() const noexcept { return part; }
+    // What keys do with the control that has the ring: turn it by notches, press it, open its menu.
+    void Turn(int notches, bool fine);
+    void Activate();
+    void OpenMenu();
     // What the ring goes around; empty while there is none. Skin pixels of the window.
     QRect Area() const;
     // While what a key has asked for is done.
@@ -70,9 +75,6 @@ private:
     bool StepSection(int way);
     void Arrow(int right, int up, bool fine);
     void Move(int right, int up);
-    void Turn(int notches, bool fine);
-    void Activate();
-    void OpenMenu();
     void Tell();
 
     CWinControl& owner;

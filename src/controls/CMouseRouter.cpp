@@ -80,8 +80,21 @@ bool CMouseRouter::Press(int button, int x, int y) {
     const Hit hit = Find(x, y);
     if (button == kMiddleButton && (hit.control == nullptr || !hit.control->takesMiddleButton)) return false;
     captured = nullptr;
+    owner.Keys().MouseAt(hit.control);
     if (hit.control != nullptr) Click(hit, button, x, y);
     return true;
+}
+
+// What moves over the control with the mouse has to know the place too.
+void CMouseRouter::ClickOn(CControl& control, int button, QPoint point) {
+    CControl* top = &control;
+    while (top->Parent() != nullptr) top = top->Parent();
+    keyed = &control;
+    control.OnMouseMove(point.x(), point.y());
+    Click({top, &control}, button, point.x(), point.y());
+    ReleasePressed(button, point.x(), point.y());
+    captured = nullptr;
+    if (CControl* const left = std::exchange(keyed, nullptr); left != nullptr && left != hovered) left->OnMouseLeave();
 }
 
 // What is called here may remove the control, or all of them.
@@ -119,6 +132,12 @@ void CMouseRouter::Release(int button, int x, int y) {
     // The others know nothing of this button: their own one may be down.
     if (button == kMiddleButton && (captured == nullptr || !captured->takesMiddleButton)) return;
     earliestPress = Nanoseconds() + kDebounce;
+    ReleasePressed(button, x, y);
+    // The mouse may be over another control by now.
+    if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
+}
+
+void CMouseRouter::ReleasePressed(int button, int x, int y) {
     released.clear();
     for (const auto& control : owner.Controls()) CollectPressed(*control);
     for (std::size_t index = 0; index < released.size(); ++index) {
@@ -130,8 +149,6 @@ void CMouseRouter::Release(int button, int x, int y) {
         if (released[index] != nullptr) control->EndGesture();
     }
     released.clear();
-    // The mouse may be over another control by now.
-    if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
 }
 
 void CMouseRouter::CollectPressed(CControl& control) {
@@ -161,6 +178,7 @@ void CMouseRouter::Wheel(std::uint32_t word) {
 void CMouseRouter::Forget(const CControl& control) noexcept {
     if (hovered == &control) hovered = nullptr;
     if (captured == &control) captured = nullptr;
+    if (keyed == &control) keyed = nullptr;
     if (clicked.control == &control) clicked.control = nullptr;
     if (clicked.top == &control) clicked.top = nullptr;
     std::replace_if(

@@ -5,6 +5,7 @@
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -42,6 +43,13 @@ void CZoomCtrl::OnMouseLeave() {
     if (lit == 0) return;
     lit = 0;
     Update(false, true);
+}
+
+ControlPart CZoomCtrl::PartAt(int part) const {
+    const QString word = Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in"));
+    const int half = (IsUpright() ? Height() : Width()) / 2;
+    const QRect upright(X(), Y() + (1 - part) * half, Width(), half - 1);
+    return {word, {}, IsUpright() ? upright : QRect(X() + part * half, Y(), half - 1, Height())};
 }
 
 void CZoomCtrl::Draw() {

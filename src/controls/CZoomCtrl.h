@@ -18,6 +18,9 @@ public:
     void OnDoubleClick(int px, int py) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return 2; }
+    ControlPart PartAt(int part) const override;
 
     std::function<void(int direction)> onZoom;  // -1 out, 1 in
 

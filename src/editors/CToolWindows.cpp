@@ -28,6 +28,16 @@ CToolWindow* CToolWindows::Open(ETool tool) {
     return window.get();
 }
 
+std::vector<ETool> CToolWindows::CloseAll() {
+    std::vector<ETool> open;
+    for (const auto& [tool, window] : windows) {
+        window->KeepPlacement();
+        if (window->isVisible()) open.push_back(tool);
+    }
+    windows.clear();
+    return open;
+}
+
 CToolWindow* CToolWindows::Find(ETool tool) const {
     const auto known = windows.find(tool);
     return known == windows.end() ? nullptr : known->second.get();

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "editors/ToolTable.h"
 
@@ -24,6 +25,8 @@ public:
     static bool Has(ETool tool);
     // Brings the window to the front; null when there is no such window.
     CToolWindow* Open(ETool tool);
+    // Closes all of them for good and tells which were open, so that they can be made anew.
+    std::vector<ETool> CloseAll();
     // Null when it has not been made.
     CToolWindow* Find(ETool tool) const;
     void SetScale(int percent);

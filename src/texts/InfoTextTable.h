@@ -326,6 +326,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "Un clic droit sur un motif le marque."},
     {483, "SWING - Delays every second step. Double click: none.",
      "SWING - Retarde un pas sur deux. Double clic : aucun."},
+    {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
+     "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
+    {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",
+     "PRESETS - Désactivés : Réglages, Presets actifs permet à la console et au MIDI de les rappeler."},
     {484, "EQUALISER - Switches the equaliser of the instrument.", "ÉGALISEUR - Active l'égaliseur de l'instrument."},
     {485,
      "EQUALISER CURVE - Drag a handle sideways for the frequency, up and down for the gain; the wheel sets the "
@@ -395,6 +399,11 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: its "
      "menu.",
      "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
+    {620,
+     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
+     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+    {621, "SKIP - Goes on to the next step without doing this one.",
+     "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };
 
 }  // namespace quib

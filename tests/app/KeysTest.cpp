@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The whole window without a mouse: its keys, its menus, the entries of values.
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
@@ -8,6 +9,7 @@
 #include <QSet>
 #include <QTest>
 #include <QTreeWidget>
+#include <set>
 
 #include "app/AppFixture.h"
 #include "app/CMainWindow.h"
@@ -18,6 +20,7 @@
 #include "app/console/CWinControlMain.h"
 #include "app/console/MakeConsole.h"
 #include "controls/Mnemonics.h"
+#include "controls/SpokenText.h"
 #include "engine/strip/CLevelTables.h"
 #include "texts/Texts.h"
 
@@ -157,6 +160,134 @@ TEST_F(KeysTest, EntriesShowAndTakeWhatTheirTitlesSay) {
     Enter(swing, "25");
     EXPECT_FLOAT_EQ(swing.ValueNow(), 0.25F);
     EXPECT_EQ(Enter(swing, nullptr), "25");
+}
+
+// What the tree of names lacks: each shown control that a user can see or use.
+void FindGaps(CWinControl& shown, std::vector<std::string>& gaps, int& found) {
+    const std::function<void(QAccessibleInterface*)> walk = [&](QAccessibleInterface* entry) {
+        ASSERT_NE(entry, nullptr);
+        ++found;
+        if (entry->text(QAccessible::Name).isEmpty() && entry->object() == nullptr) {
+            const QRect place = entry->rect();
+            gaps.push_back("role " + std::to_string(entry->role()) + " at " + std::to_string(place.x()) + "," +
+                           std::to_string(place.y()));
+        }
+        for (int index = 0; index < entry->childCount(); ++index) {
+            QAccessibleInterface* const child = entry->child(index);
+            walk(child);
+            if (child->object() == nullptr) {
+                EXPECT_EQ(child->parent(), entry);
+                EXPECT_EQ(entry->indexOfChild(child), index);
+            }
+        }
+    };
+    walk(QAccessible::queryAccessibleInterface(&shown));
+}
+
+TEST_F(KeysTest, TheTreeOfNamesHasNoGapInAnyWindow) {
+    AddSynth();
+    QApplication::processEvents();
+    std::vector<std::string> gaps;
+    int found = 0;
+    FindGaps(*console, gaps, found);
+    EXPECT_GT(found, 150);
+    for (const ETool tool : {ETool::kPianoRoll, ETool::kAutomation, ETool::kArpeggiator, ETool::kBall}) {
+        window->OpenTool(tool);
+        auto* const opened = dynamic_cast<CWinControl*>(QApplication::activeWindow());
+        ASSERT_NE(opened, nullptr);
+        gaps.push_back(opened->windowTitle().toStdString() + ":");
+        const std::size_t before = gaps.size();
+        FindGaps(*opened, gaps, found);
+        if (gaps.size() == before) gaps.pop_back();
+        opened->hide();
+    }
+    EXPECT_EQ(gaps, std::vector<std::string>());
+}
+
+TEST_F(KeysTest, AControlIsSpokenWithItsInstrumentNameAndValueAndCanBeMovedByItsInterface) {
+    workstation->Stack().RenameInstrument(0, QStringLiteral("Kick"));
+    QApplication::processEvents();
+    CControl& level = Find("Level");
+    QAccessibleInterface* const spoken = console->Spoken().InterfaceOf({&level, -1});
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Kick, Level, -9.5 dB"));
+    EXPECT_EQ(spoken->role(), QAccessible::Slider);
+    EXPECT_FALSE(spoken->text(QAccessible::Description).isEmpty());
+    spoken->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_GT(level.ValueNow(), 73.67F);
+    EXPECT_EQ(UndoText(), "Level");
+    EXPECT_EQ(console->Keys().Control(), &level);
+    EXPECT_TRUE(spoken->state().focused);
+    spoken->valueInterface()->setCurrentValue(0);
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Kick, Level, -inf dB"));
+    CControl& mute = Find("Mute");
+    QAccessibleInterface* const button = console->Spoken().InterfaceOf({&mute, -1});
+    button->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(button->state().checked);
+    EXPECT_TRUE(At(0)->strip.mute.IsOn());
+}
+
+TEST_F(KeysTest, TabReachesEveryControlAndArrowsEnterAndTypingUseThem) {
+    const auto key = [&](int number, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(console, static_cast<Qt::Key>(number), modifiers);
+    };
+    const std::vector<CControl*> stops = KeyStops(*console);
+    std::set<CControl*> reached;
+    for (std::size_t count = 0; count < stops.size(); ++count) {
+        key(Qt::Key_Tab);
+        reached.insert(console->Keys().Control());
+        EXPECT_FALSE(console->Keys().Area().isEmpty());
+    }
+    EXPECT_EQ(reached, std::set<CControl*>(stops.begin(), stops.end()));
+    EXPECT_GT(stops.size(), 60U);
+
+    CControl& level = Find("Level");
+    console->Keys().Show(level, -1);
+    const float before = level.ValueNow();
+    key(Qt::Key_Up);
+    EXPECT_NEAR(level.ValueNow(), before + 1.27F, 0.001F);
+    key(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_NEAR(level.ValueNow(), before + 1.27F - 0.127F, 0.001F);
+    key(Qt::Key_PageDown);
+    EXPECT_NEAR(level.ValueNow(), before + 1.27F - 0.127F - 12.7F, 0.001F);
+    key(Qt::Key_End);
+    EXPECT_EQ(level.ValueNow(), 127);
+    key(Qt::Key_Backspace);
+    EXPECT_EQ(level.ValueText(), "-9.5 dB");
+    QTest::keyClicks(console, QStringLiteral("-20"));
+    key(Qt::Key_Return);
+    EXPECT_NEAR(20 * std::log10(tables.ChannelGain(level.ValueNow())), -20, 0.3);
+    key(Qt::Key_Return);
+    ASSERT_NE(console->findChild<QDialog*>(), nullptr) << "Enter opens the entry";
+    delete console->findChild<QDialog*>();
+
+    console->Keys().Show(Find("Mute"), -1);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(At(0)->strip.mute.IsOn());
+    key(Qt::Key_Space);
+    EXPECT_TRUE(At(0)->strip.mute.IsOn()) << "Space belongs to Play";
+    const auto stop = [&](int help) -> CControl& {
+        return **std::ranges::find_if(
+            stops, [&](const CControl* one) { return one->infoString == help && one->Parent() == console->Strip(0); });
+    };
+    console->Keys().Show(stop(127), -1);
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    key(Qt::Key_Return);
+    EXPECT_EQ(At(0)->patternSelected.Get(), 2);
+    key(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(At(0)->patternUsed[2].IsOn()) << "the menu key is the other button: it marks";
+    console->FollowEngine();
+    console->Keys().Show(stop(480), 3);
+    key(Qt::Key_Return);
+    const auto notes = [&] { return At(0)->patterns[2].ForEdit()->Notes(); };
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_EQ(notes()[0].position, 3);
+    console->FollowEngine();
+    const int velocity = notes()[0].velocity;
+    key(Qt::Key_Up);
+    EXPECT_GT(notes()[0].velocity, velocity);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(console->Keys().Control(), nullptr);
 }
 
 }  // namespace

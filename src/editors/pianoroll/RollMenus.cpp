@@ -108,14 +108,14 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
 }
 
 void CWinControlPianoRoll::FillShapes(QMenu& menu) {
-    CPianoRollKeys& keys = roll->Keys();
+    CPianoRollKeys& rollKeys = roll->Keys();
     const auto add = [&](const char* text, const char* key, void (CPianoRollKeys::*edit)()) {
-        AddMenuItem(menu, text, key, [&keys, edit] { (keys.*edit)(); });
+        AddMenuItem(menu, text, key, [&rollKeys, edit] { (rollKeys.*edit)(); });
     };
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
     // Undone and done again it is another seed's.
-    QAction* const humanise =
-        menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed), [&keys] { keys.Humanise(); });
+    QAction* const humanise = menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed),
+                                             [&rollKeys] { rollKeys.Humanise(); });
     humanise->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
     add(TextKey("Duplicate"), "Ctrl+D", &CPianoRollKeys::Duplicate);
     add(TextKey("Join"), "Ctrl+J", &CPianoRollKeys::Join);
