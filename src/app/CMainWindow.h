@@ -75,6 +75,8 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells something that needs no answer and must not interrupt.
     void ShowNotice(const QString& text);
+    // The same, with a button that does something about it.
+    void OfferNotice(const QString& text, const QString& button, std::function<void()> run);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
@@ -147,6 +149,7 @@ private:
     QPointer<CExportDialog> exporting;  // while it is open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
+    QPointer<QPushButton> noticeButton;
     bool loading = false;
 };
 
