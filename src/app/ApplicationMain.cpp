@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QDir>
 #include <QMessageBox>
 #include <QThread>
 #include <QTimer>
@@ -21,6 +20,7 @@
 #include "app/StartUp.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "model/plugin/PluginMarks.h"
 #include "platform/CFolderLock.h"
 #include "platform/EndSignals.h"
@@ -48,7 +48,9 @@ struct Options {
 std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
     CLI::App app{"QUIB Sequencer, a pattern sequencer and host of VST 2 plug-ins", "quib"};
     app.set_version_flag("--version", std::string("quib ") + QUIB_VERSION);
-    app.add_option("FILE", options.project, "Project to open (.prg)")->check(CLI::ExistingFile);
+    app.add_option("FILE", options.project,
+                   "Project to open (.prg); an instrument (.ist) or a pattern (.ptn) goes into the last one")
+        ->check(CLI::ExistingFile);
     app.add_option("--portable", options.portableFolder, "Program folder, which then keeps the settings too");
     app.add_option("--settings", options.settingsFile, "File that keeps the settings");
     app.add_flag("--no-audio", options.noAudio, "Play without a sound device");
@@ -68,8 +70,10 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
 
 QString SettingsFile(const Options& options) {
     if (!options.settingsFile.empty()) return QString::fromStdString(options.settingsFile);
-    if (options.portableFolder.empty()) return CSettings::DefaultFile();
-    return QDir(QString::fromStdString(options.portableFolder)).filePath(QStringLiteral("settings.ini"));
+    std::filesystem::path folder = options.portableFolder;
+    if (folder.empty() && IsPortableCopy()) folder = ExecutableFolder();
+    if (folder.empty()) return CSettings::DefaultFile();
+    return QString::fromStdString((folder / "settings.ini").string());
 }
 
 // One run, from the devices to the last save, in the order of the functions.
@@ -85,13 +89,15 @@ public:
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
+        ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
         KeepPluginMarks(isGuest);
-        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
+        // Not before there is somebody to hear what it says.
+        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         PrepareToolPlacements(settings);
     }
 
@@ -126,11 +132,7 @@ private:
 
 void CRun::SeedRecentFiles() {
     if (!IsFirst()) return;
-    QStringList paths;
-    for (const char* const name : {"HouseMusic.prg", "HouseYa.prg", "Siren.prg", "Tempo100.prg", "BassDrums.prg"}) {
-        paths.append(folders.programs + QLatin1String(name));
-    }
-    CRecentFiles(settings).Seed(paths);
+    CRecentFiles(settings).Seed(ExampleFiles());
 }
 
 void CRun::ShowWindow() {
@@ -192,10 +194,14 @@ int CRun::Run() {
     stuck.SetProject(true);
     QObject::connect(window.get(), &CMainWindow::Ticked, window.get(), [this] { stuck.Tick(); });
     window->ApplySettings();
+    window->ReopenTools();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
-                     [this] { ShowQuickStart(window.get()); });
-    if (IsFirst()) ShowQuickStart(window.get());
+                     [this] { window->OpenTool(ETool::kTutorial); });
+    // By itself only when nothing else asks for the user, who may also have come with a project.
+    if (IsFirst() && options.project.empty() && workstation.Output().Device() != nullptr) {
+        window->OpenTool(ETool::kTutorial);
+    }
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("Init"), 1);
     settings.Flush();
     catalog.SetFolders(PluginFolders(folders, settings));
@@ -245,10 +251,12 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     if (const auto code = ParseOptions(argc, argv, options)) return *code;
     QCoreApplication::setOrganizationName(QStringLiteral("QUIBSequencer"));
     QCoreApplication::setApplicationName(QStringLiteral("QUIB Sequencer"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quib-sequencer"));
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();
     CSettings settings(SettingsFile(options));
+    KeepFirstLanguage(settings);
     SetLanguage(ChosenLanguage(settings));
     const Folders folders(FindProgramFolder(settings, QString::fromStdString(options.portableFolder)));
     CFolderLock lock;

@@ -15,11 +15,14 @@ namespace {
 
 const QString kProgram = QStringLiteral("QUIB Sequencer");
 
-// In French unless English has been chosen.
-QString CrashQuestion(const CSettings& settings) {
-    const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
-                english ? ELanguage::kEnglish : ELanguage::kFrench);
+QString CrashQuestion() {
+    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?");
+}
+
+// Files that add something to a project and are none themselves.
+bool IsPart(const QString& file) {
+    const QString kind = QFileInfo(file).suffix().toLower();
+    return kind == QLatin1String("ist") || kind == QLatin1String("ptn");
 }
 
 }  // namespace
@@ -34,12 +37,14 @@ CSessionKeeper::CSessionKeeper(CMainWindow& mainWindow, Ask askUser)
 void CSessionKeeper::Begin(const QString& file, const std::optional<PluginBlame>& blame) {
     if (session.IsGuest()) return OpenFile(file);
     const CrashMarks marks = MarkStart(settings);
-    if (!blame || !OpenBlamed(*blame, file)) Choose(marks, file);
+    const QString project = IsPart(file) ? QString() : file;
+    if (!blame || !OpenBlamed(*blame, project)) Choose(marks, project);
     if (EndWanted() || session.IsGuest()) return SetMarks(settings, marks);
     session.WriteBackup(false);
     MarkLoaded(settings);
     Follow();
     begun = true;
+    if (IsPart(file)) OpenFile(file);
 }
 
 // What was being loaded, else what was being worked on. False when the user names another file, or there is nothing.
@@ -62,7 +67,7 @@ void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
         case EStartProject::kEmpty:
             return OfferSession();
         case EStartProject::kAsk:
-            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion(settings))) return OpenCrashed();
+            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion())) return OpenCrashed();
             if (!EndWanted()) OpenFile(file);
             return;
         case EStartProject::kCurrent:
@@ -101,6 +106,7 @@ void CSessionKeeper::BecomeGuest() {
 }
 
 void CSessionKeeper::OpenFile(const QString& file) {
+    if (IsPart(file)) return window.TakeFile(file);
     if (!file.isEmpty()) window.Open(file);
 }
 

@@ -37,6 +37,13 @@ public:
     void OnMouseLeave() override;
 
     bool HasChanged() const override;
+    // Three to a band: frequency, gain, resonance.
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return kEqBandCount * 3; }
+    ControlPart PartAt(int part) const override;
+    void Activate(int /*part*/) override {}
+    void Turn(int part, int notches, bool fine) override;
+    void ResetPart(int part) override;
     // Redraws when any of the values is another than the one drawn.
     void RedrawIfChanged() { RefreshIfChanged(); }
 
@@ -55,6 +62,8 @@ private:
     QPointF HandleOf(int band) const;
     int NearestBand(int px, int py) const;
     void SetBand(int band, const BandState& state);
+    // The same as a gesture of its own.
+    void ChangeBand(int band, const BandState& state);
     void DrawGrid();
     void DrawCurve(bool on);
     QString BandText(int band) const;

@@ -24,10 +24,10 @@ ESlotKind KindOf(const SlotPlace& place) {
     return place.kind == SlotPlace::EKind::kInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
 }
 
-// Built-in plug-ins stand beside the program wherever its folder is.
+// The built-in plug-ins are found wherever the program's folder is.
 CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
-    const fs::path program = ExecutableFolder();
-    std::vector<fs::path> users = {program / "PluginInstruments", program / "PluginEffects"};
+    const fs::path shipped = ShippedLibraries();
+    std::vector<fs::path> users = {shipped / "PluginInstruments", shipped / "PluginEffects"};
     for (const QString& folder : AddedPluginFolders(settings)) users.emplace_back(folder.toStdString());
     return CPluginFinder(folders.program.toStdString(), std::move(users), SystemPluginFolders());
 }

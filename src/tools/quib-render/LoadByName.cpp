@@ -21,7 +21,7 @@ std::string WithoutName(const std::string& message) {
 }  // namespace
 
 CProjectPlugins::CProjectPlugins(const std::vector<std::filesystem::path>& userFolders)
-    : program(ExecutableFolder()), finder(program, userFolders, SystemPluginFolders()) {}
+    : finder(ShippedLibraries(), userFolders, SystemPluginFolders()) {}
 
 std::shared_ptr<CPlugin> CProjectPlugins::Load(const PluginReference& wanted, ESlotKind kind,
                                                PluginEnvironment& environment, std::string& error) {
@@ -31,12 +31,13 @@ std::shared_ptr<CPlugin> CProjectPlugins::Load(const PluginReference& wanted, ES
     return nullptr;
 }
 
-bool CProjectPlugins::IsBuiltIn(const std::filesystem::path& library) const {
+bool CProjectPlugins::IsBuiltIn(const std::filesystem::path& library) {
     std::error_code failure;
     const std::filesystem::path folder = std::filesystem::canonical(library, failure).parent_path();
-    return !failure && !program.empty() &&
-           (std::filesystem::equivalent(folder, program / "PluginInstruments", failure) ||
-            std::filesystem::equivalent(folder, program / "PluginEffects", failure));
+    const auto isOwn = [&](const char* name) {
+        return !failure && std::filesystem::equivalent(folder, ShippedLibraries() / name, failure) && !failure;
+    };
+    return isOwn("PluginInstruments") || isOwn("PluginEffects");
 }
 
 bool CProjectPlugins::IsSound(const std::filesystem::path& library, std::string& error) {
@@ -44,7 +45,8 @@ bool CProjectPlugins::IsSound(const std::filesystem::path& library, std::string&
     const auto [known, isNew] = scanned.try_emplace(library);
     if (isNew) {
         CChildProcess scan;
-        if (!scan.Start(program / "quib-scan", {"--timeout", kPatience, std::filesystem::absolute(library).string()})) {
+        if (!scan.Start(ExecutableFolder() / "quib-scan",
+                        {"--timeout", kPatience, std::filesystem::absolute(library).string()})) {
             known->second = "cannot be tried first, since quib-scan does not start";
         } else if (const auto code = scan.Wait(kLongestScan); code != 0) {
             known->second = code == -1 || scan.Errors().empty() ? "ended while it was tried in a process of its own"

@@ -22,9 +22,8 @@ public:
 
 private:
     bool IsSound(const std::filesystem::path& library, std::string& error);
-    bool IsBuiltIn(const std::filesystem::path& library) const;
+    static bool IsBuiltIn(const std::filesystem::path& library);
 
-    std::filesystem::path program;
     CPluginFinder finder;
     std::map<std::filesystem::path, std::string> scanned;  // why it is not let in; empty: it is
 };
