@@ -27,7 +27,9 @@ class QPushButton;
 
 namespace quib {
 
+class CControllerDialog;
 class CExportDialog;
+class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -124,6 +126,7 @@ private:
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
     void ShowExport();
+    void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();
@@ -139,6 +142,8 @@ private:
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
     CFileDrops drops;
+    std::unique_ptr<CLearnMode> learnMode;
+    QPointer<CControllerDialog> controllerList;  // while it is open
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;

@@ -51,6 +51,8 @@ constexpr int kScale0 = 40010;  // and those that follow, one for each scale
 constexpr int kExport = 40030;
 constexpr int kTool0 = 40050;  // and those that follow, one for each tool window
 constexpr int kSongWindow = 40070;
+constexpr int kLearnMidi = 40260;
+constexpr int kControllers = 40261;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

@@ -158,6 +158,10 @@ void CControl::RefreshIfChanged() {
     for (const auto& child : children) child->RefreshIfChanged();
 }
 
+void CControl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (learns && enabled) parts.push_back({ShownRectangle(), *learns});
+}
+
 QString CControl::ValueText() const {
     if (formatValue) return formatValue(ValueNow());
     const float range = maximum - minimum;

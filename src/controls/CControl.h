@@ -15,6 +15,7 @@
 
 #include "controls/CSkin.h"
 #include "model/CValue.h"
+#include "model/control/ControlBinding.h"
 
 namespace quib {
 
@@ -53,6 +54,14 @@ public:
     virtual void TakeNumber(float number);
     virtual bool HasDefault() const { return defaultValue.has_value(); }
     virtual void ReturnToDefault();
+    // Its parts that MIDI may be made to move, and where they are.
+    struct Learnable {
+        QRect area;
+        ControlTarget target;
+
+        friend bool operator==(const Learnable&, const Learnable&) = default;
+    };
+    virtual void ListLearnable(std::vector<Learnable>& parts) const;
     bool TakesDigits() const noexcept { return takesDigits && enabled && value != nullptr; }
     // Whether what it shows is another than what it drew last.
     virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
@@ -143,7 +152,8 @@ public:
     CInfoCtrl* infoPanel = nullptr;  // null: the window's
     QString entryTitle;              // empty: no manual entry
     QString entryText;
-    QString name;  // of the value, for undo lists
+    QString name;                         // of the value, for undo lists
+    std::optional<ControlTarget> learns;  // what MIDI may move of it; of cells that of the first one
     std::function<QString(float)> formatValue;
     std::function<void(CControl&)> onChange;
     std::function<void(CControl&, const QString&)> onTextEntry;

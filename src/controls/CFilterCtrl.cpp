@@ -208,4 +208,16 @@ void CFilterCtrl::DrawCurve(bool on) {
     Canvas().Polyline(std::span(points).subspan(1, points.size() - 2), accent, on ? 1.6 : 1.2);
 }
 
+void CFilterCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int across = Width() / kEqBandCount;
+    const int down = Height() / 3;
+    for (int band = 0; band < kEqBandCount; ++band) {
+        for (int number = 0; number < 3; ++number) {
+            const auto& target = bandLearns[static_cast<std::size_t>(band)][static_cast<std::size_t>(number)];
+            const QRect area(X() + band * across, Y() + number * down, across - 1, down - 1);
+            if (target) parts.push_back({area.intersected(ShownRectangle()), *target});
+        }
+    }
+}
+
 }  // namespace quib

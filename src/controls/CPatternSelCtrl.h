@@ -42,6 +42,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseLeave() override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
 
     std::function<void(CPatternOwner&)> onFlag;  // after a mark was set or taken away
     static std::uint32_t MaskOf(std::uint32_t flagged) noexcept;

@@ -21,6 +21,7 @@ public:
     void OnMouseLeave() override;
     void OnKeyDown(int key) override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
 
     std::function<int()> presetCount;
     std::function<bool(int preset)> onSelect;      // from 0; whether it is recalled, which the value then shows

@@ -146,4 +146,13 @@ void CSwitchFaderCtrl::DrawEmpty(const QRectF& area) {
     Canvas().Text(area.adjusted(6, 0, -4, 0), text, colour, 10, Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+void CSwitchFaderCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (!enabled) return;
+    const QRect shown = ShownRectangle();
+    const int zone = level != nullptr ? kSwitchZone : Width();
+    if (learns) parts.push_back({QRect(X() + Width() - zone, Y(), zone, Height()).intersected(shown), *learns});
+    if (level == nullptr || !levelLearns) return;
+    parts.push_back({QRect(X(), Y(), Width() - zone, Height()).intersected(shown), *levelLearns});
+}
+
 }  // namespace quib

@@ -30,11 +30,13 @@ public:
     bool HasDefault() const override { return level != nullptr; }
     void ReturnToDefault() override;
     bool HasChanged() const override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
 
     CValue* Level() const noexcept { return level; }
     void SetText(const QString& text);
     void ResetLevel() { ReturnToDefault(); }
 
+    std::optional<ControlTarget> levelLearns;
     float levelMaximum = 127;
     float levelDefault = 0;
     std::function<QString(float)> formatLevel;

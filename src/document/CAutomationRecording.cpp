@@ -5,6 +5,7 @@
 
 #include "document/CChanges.h"
 #include "engine/CAudio.h"
+#include "model/edits/BallEdits.h"
 #include "model/edits/LaneShapes.h"
 #include "texts/Texts.h"
 
@@ -16,13 +17,16 @@ constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-i
 
 }  // namespace
 
-void CAutomationRecording::Mark(const InstrumentLane& lane, const CLanes& lanes, bool held) {
+void CAutomationRecording::Mark(const InstrumentLane& lane, bool held) {
+    EngineSettings& settings = context.audio.settings;
     if (lane.key.group == ELaneGroup::kMix && lane.instrument) {
         const std::uint32_t bit = 1U << lane.key.index;
-        const std::uint32_t before = lane.instrument->heldMix.Get();
-        lane.instrument->heldMix.Set(held ? before | bit : before & ~bit);
+        held ? lane.instrument->heldMix.SetBits(bit) : lane.instrument->heldMix.ClearBits(bit);
     } else if (const auto plugin = lanes.PluginOf(lane.instrument, lane.key.group)) {
-        plugin->heldParameter.Set(held ? lane.key.index : -1);
+        plugin->Hold(lane.key.index, held);
+    } else if (lane.key.group == ELaneGroup::kMaster) {
+        const std::uint32_t bit = 1U << lane.key.index;
+        held ? settings.heldLanes.SetBits(bit) : settings.heldLanes.ClearBits(bit);
     }
 }
 
@@ -35,7 +39,7 @@ void CAutomationRecording::Begin(const InstrumentLane& lane, int restingTicks) {
     }
     for (const LaneEntry& entry : lanes.Lanes(lane.instrument, true)) {
         if (entry.key != lane.key) continue;
-        Mark(lane, lanes, true);
+        Mark(lane, true);
         Held held{lane, entry, -1, restingTicks, {}};
         Sample(held, context.audio.Picture());
         holding.emplace(key, std::move(held));
@@ -55,6 +59,26 @@ void CAutomationRecording::ParameterMoved(const CPlugin* plugin, int parameter) 
     if (const auto lane = lanes.Find(plugin, parameter)) Begin(*lane, kRestingTicks);
 }
 
+void CAutomationRecording::ControllerMoved(const ControlTarget& target) {
+    const auto instrument = IsOfInstrument(target.kind) ? context.InstrumentById(target.instrument) : nullptr;
+    if (IsOfInstrument(target.kind) && !instrument) return;
+    if (target.kind == EControlTarget::kBallX || target.kind == EControlTarget::kBallY) {
+        return BallMoved(instrument, target.index, target.kind == EControlTarget::kBallY ? 1 : 0);
+    }
+    const auto lane = LaneOf(target, instrument);
+    if (!lane) return;
+    lastTouched = {instrument ? instrument->Id() : 0, lane->key};
+    Begin(*lane, kRestingTicks);
+}
+
+void CAutomationRecording::BallMoved(const std::shared_ptr<CInstrument>& instrument, int ball, int axis) {
+    const BallSoundList& balls = *instrument->ballSounds.ForEdit();
+    if (ball < 0 || ball >= static_cast<int>(balls.size())) return;
+    for (const BallAssignment& follower : AssignmentsOf(balls[static_cast<std::size_t>(ball)], axis)) {
+        Begin({instrument, {GroupOf(follower.target), follower.parameter}}, kRestingTicks);
+    }
+}
+
 void CAutomationRecording::Touched(const void* thing, int part) {
     auto lane = lanes.Find(thing);
     if (!lane) lane = lanes.Find(static_cast<const CPlugin*>(thing), part);
@@ -64,7 +88,7 @@ void CAutomationRecording::Touched(const void* thing, int part) {
 void CAutomationRecording::Release(std::map<Key, Held>::iterator held) {
     Sample(held->second, context.audio.Picture());
     Commit(held->second);
-    Mark(held->second.lane, lanes, false);
+    Mark(held->second.lane, false);
     holding.erase(held);
 }
 
@@ -119,7 +143,7 @@ bool CAutomationRecording::IsWriting(const LaneKey& lane) const noexcept {
 }
 
 void CAutomationRecording::Abandon() {
-    for (auto& [key, held] : holding) Mark(held.lane, lanes, false);
+    for (auto& [key, held] : holding) Mark(held.lane, false);
     holding.clear();
     lastTouched.reset();
     gesture.Finish(Text("Record automation"));

@@ -11,6 +11,7 @@
 #include "document/CGesture.h"
 #include "document/CLanes.h"
 #include "engine/PlayPicture.h"
+#include "model/control/ControlBinding.h"
 #include "model/edits/LaneEdits.h"
 
 namespace quib {
@@ -24,6 +25,9 @@ public:
     void Hold(const CValue* setting, bool held);
     // The user moves a parameter of a plug-in in its own window; when no more of it comes it is let go.
     void ParameterMoved(const CPlugin* plugin, int parameter);
+    // A MIDI controller has moved it, or a hand a ball: what follows the ball then.
+    void ControllerMoved(const ControlTarget& target);
+    void BallMoved(const std::shared_ptr<CInstrument>& instrument, int ball, int axis);
     // The user has moved a setting, or a parameter of a plug-in: see CChanges::ValueMoved.
     void Touched(const void* thing, int part);
     // The instrument (0: the master section) and the lane of what was moved last.
@@ -49,7 +53,7 @@ private:
     void Release(std::map<Key, Held>::iterator held);
     void Sample(Held& held, const PlayPicture& picture);
     void Commit(Held& held);
-    static void Mark(const InstrumentLane& lane, const CLanes& lanes, bool held);
+    void Mark(const InstrumentLane& lane, bool held);
 
     const DocumentContext& context;
     const CLanes& lanes;

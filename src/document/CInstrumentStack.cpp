@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/InstrumentFile.h"
 #include "texts/Texts.h"
@@ -93,8 +94,15 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     return index;
 }
 
+void CInstrumentStack::DropControllers(const CInstrument& instrument, const QString& name) {
+    controllers.Drop([id = instrument.Id()](const ControlTarget& target) { return target.instrument == id; }, name);
+}
+
 void CInstrumentStack::RemoveInstrument(int index) {
-    if (!Instrument(index)) return;
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const CChanges::CMacro step(context.changes, Text("Remove instrument"));
+    DropControllers(*instrument, Text("Remove instrument"));
     InstrumentList list = Instruments();
     list.erase(list.begin() + index);
     const int next = std::min(index, static_cast<int>(list.size()) - 1);
@@ -155,6 +163,12 @@ void CInstrumentStack::ResetInstrument(int index) {
     clear(*old->plugin.ForEdit(), static_cast<int>(ELanes::kPlugin));
     clear(*old->inserts[0].ForEdit(), static_cast<int>(ELanes::kInsert1));
     clear(*old->inserts[1].ForEdit(), static_cast<int>(ELanes::kInsert2));
+    controllers.Retarget(
+        [from = old->Id(), to = fresh->Id()](ControlTarget& target) {
+            if (target.instrument == from) target.instrument = to;
+            return true;
+        },
+        Text("Reset instrument"));
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }
 
@@ -192,6 +206,8 @@ bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& e
     warnings = std::move(loading.warnings);
     StartSilent(*instrument);
     KeepKeys(*instrument);
+    const CChanges::CMacro step(context.changes, Text("Load instrument"));
+    DropControllers(*Instrument(index), Text("Load instrument"));
     ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
     return true;
 }

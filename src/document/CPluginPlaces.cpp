@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "platform/Paths.h"
 #include "texts/Texts.h"
@@ -29,14 +30,31 @@ CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
 
 }  // namespace
 
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept {
+    const auto from = [&place](EControlTarget first) {
+        return static_cast<EControlTarget>(static_cast<int>(first) + place.index);
+    };
+    switch (place.kind) {
+        case SlotPlace::EKind::kInsert:
+            return from(EControlTarget::kInsert1);
+        case SlotPlace::EKind::kMasterInsert:
+            return from(EControlTarget::kMasterInsert1);
+        case SlotPlace::EKind::kEffect:
+            return from(EControlTarget::kEffect1);
+        case SlotPlace::EKind::kInstrument:
+            break;
+    }
+    return EControlTarget::kPlugin;
+}
+
 // The whole state of a plug-in, to go back to.
 struct CPluginPlaces::State {
     std::shared_ptr<const StateImage> bank;
     int program = 0;
 };
 
-CPluginPlaces::CPluginPlaces(const DocumentContext& document)
-    : context(document), finder(MakeFinder(document.folders, document.settings)) {
+CPluginPlaces::CPluginPlaces(const DocumentContext& document, CControllers& controllerMap)
+    : context(document), controllers(controllerMap), finder(MakeFinder(document.folders, document.settings)) {
     ConnectEnvironment();
 }
 
@@ -207,6 +225,7 @@ bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath
     auto next = std::make_shared<PluginSlot>();
     next->plugin = plugin;
     const CChanges::CMacro step(context.changes, Text("Load plug-in"));
+    DropControllers(place, Text("Load plug-in"));
     PublishSlot(place, std::move(next), Text("Load plug-in"));
     if (const auto on = OnSwitch(place); on && !on->IsOn()) {
         on->Set(1.0F);
@@ -234,7 +253,18 @@ std::shared_ptr<CValue> CPluginPlaces::OnSwitch(const SlotPlace& place) const {
 void CPluginPlaces::ClearPlugin(const SlotPlace& place) {
     const auto slot = Slot(place);
     if (!slot || (!slot->plugin && !slot->missing)) return;
+    const CChanges::CMacro step(context.changes, Text("Clear plug-in"));
+    DropControllers(place, Text("Clear plug-in"));
     PublishSlot(place, std::make_shared<const PluginSlot>(), Text("Clear plug-in"));
+}
+
+// A shared effect is the same one whichever instrument's send names it.
+void CPluginPlaces::DropControllers(const SlotPlace& place, const QString& name) {
+    const bool isShared = place.kind == SlotPlace::EKind::kMasterInsert || place.kind == SlotPlace::EKind::kEffect;
+    const ControlTarget gone{TargetKindOf(place), isShared ? 0 : place.instrument, 0};
+    controllers.Drop(
+        [&](const ControlTarget& target) { return target.kind == gone.kind && target.instrument == gone.instrument; },
+        name);
 }
 
 CPluginPlaces::State CPluginPlaces::StateOf(CPlugin& plugin) {

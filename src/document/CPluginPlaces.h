@@ -23,11 +23,16 @@ struct SlotPlace {
     int index = 0;
 };
 
+// What MIDI may move in the plug-in of a place.
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept;
+
+class CControllers;
+
 class CPluginPlaces : public QObject {
     Q_OBJECT
 
 public:
-    explicit CPluginPlaces(const DocumentContext& document);
+    CPluginPlaces(const DocumentContext& document, CControllers& controllerMap);
     ~CPluginPlaces() override;
 
     // Null for a place that does not exist.
@@ -98,7 +103,11 @@ private:
     void IdlePlugins();
     void ReportFaults();
 
+    // What MIDI moves of the plug-in there, in the step in which it goes.
+    void DropControllers(const SlotPlace& place, const QString& name);
+
     const DocumentContext& context;
+    CControllers& controllers;
     CPluginFinder finder;
     std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
     bool messageShown = false;                             // a plug-in's loading told the user why it failed

@@ -7,6 +7,7 @@
 #include "devices/CSilentOutput.h"
 #include "document/CAutomationTake.h"
 #include "document/CSettings.h"
+#include "document/ControlActions.h"
 #include "engine/EngineNotices.h"
 #include "texts/Texts.h"
 
@@ -93,9 +94,19 @@ void CWorkstation::FollowNotices() {
         [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
     noteRecording.Tick();
     performance.Tick();
+    FollowControllers();
     automationRecording.Tick();
     if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
     take->Finish(Text("Record automation"), changes);
+}
+
+void CWorkstation::FollowControllers() {
+    bool any = false;
+    controllers.Tick([&](const ControlTarget& target) {
+        automationRecording.ControllerMoved(target);
+        any = any || !IsAction(target.kind);
+    });
+    if (any) changes.Touch();
 }
 
 // The render thread sets what it learns; the step of undo needs what was there before.
@@ -135,6 +146,10 @@ void CWorkstation::FollowNotice(const EngineNotice& notice) {
             return;
         case EngineNotice::EKind::kNote:
             return noteRecording.Take(notice);
+        case EngineNotice::EKind::kControlHeard:
+            return controllers.Hear(notice.value);
+        case EngineNotice::EKind::kControlAction:
+            return RunControlAction(*this, {static_cast<EControlTarget>(notice.lane), notice.instrument, notice.value});
         case EngineNotice::EKind::kLanePoint:
             return;
     }

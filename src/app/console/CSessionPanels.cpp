@@ -81,6 +81,7 @@ void CSessionPanel::AddPresets() {
     auto& presets = AddChild<CPresetSelectorCtrl>(0U, 8, 52, kWidth - 14, 22, &station.Presets().SelectedPreset());
     presets.section = ESection::kPattern;
     presets.infoString = 456;
+    presets.learns = ControlTarget{EControlTarget::kPresets, 0, 0};
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
     presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };
 }

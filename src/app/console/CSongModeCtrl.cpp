@@ -31,6 +31,7 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
     hoverLook = true;
     name = Text("Song mode");
     infoString = 433;
+    learns = station.Controllers().TargetOf(nullptr, Value());
 }
 
 QRectF CSongModeCtrl::Half(bool song) const {

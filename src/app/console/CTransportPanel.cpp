@@ -5,6 +5,7 @@
 
 #include "app/console/CMasterPanels.h"
 #include "app/console/CSongModeCtrl.h"
+#include "app/learn/LearnMenu.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -44,6 +45,8 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
             {now.replace, now.grid, share});
     }
 }
+
+ControlTarget KeyTarget(ETransportKey key) { return {EControlTarget::kTransport, 0, static_cast<std::int32_t>(key)}; }
 
 void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
     CMetronomeControl& metronome = station.Metronome();
@@ -93,25 +96,33 @@ void CTransportPanel::AddSwitches() {
     EngineSettings& settings = station.Audio().settings;
     play = &AddChild<CSwitchCtrl>(0U, 8, 8, 39, 34, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
+    play->learns = KeyTarget(ETransportKey::kPlay);
     play->onChange = [this, &station](CControl&) {
         playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
     };
     auto& stop = AddChild<CSwitchCtrl>(0U, 50, 8, 24, 34, nullptr, picture::kGlyphStop);
     stop.momentary = true;
     stop.infoString = 431;
+    stop.learns = KeyTarget(ETransportKey::kStop);
     stop.onChange = [&station](CControl&) {
         if (!station.Transport().IsPlaying()) station.Transport().Locate(0);
         station.Transport().Stop();
     };
     auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
     notes.infoString = 428;
+    notes.learns = KeyTarget(ETransportKey::kRecordNotes);
     notes.onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
     notes.onAlternativeClick = [this, &station](CControl&) {
-        PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
+        PopUpMenu(Owner(), [&station](QMenu& menu) {
+            FillRecordMenu(menu, station);
+            menu.addSeparator();
+            AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordNotes));
+        });
     };
     auto& automation =
         AddChild<CSwitchCtrl>(0U, 104, 8, 24, 34, &station.Audio().recordAutomation, QStringLiteral("A\u25CF"));
     automation.infoString = 432;
+    automation.learns = KeyTarget(ETransportKey::kRecordAutomation);
     for (CSwitchCtrl* const arm : {&notes, &automation}) arm->onColour = Palette().Colour(QStringLiteral("record"));
     struct Plan {
         int glyph;
@@ -135,6 +146,7 @@ void CTransportPanel::AddMetronome() {
     CMetronomeControl& metronome = station.Metronome();
     auto& click = AddChild<CSwitchCtrl>(0U, 94, 48, 34, 17, &metronome.On(), picture::kGlyphMetronome);
     click.infoString = 510;
+    click.learns = KeyTarget(ETransportKey::kMetronome);
     click.onChange = [&metronome](CControl&) { metronome.Keep(); };
     countIn = &AddChild<CSwitchCtrl>(0U, 94, 67, 34, 17, &countInShown, QString());
     countIn->infoString = 479;
@@ -144,7 +156,11 @@ void CTransportPanel::AddMetronome() {
     };
     for (CSwitchCtrl* const button : {&click, countIn}) {
         button->onAlternativeClick = [this, &station](CControl&) {
-            PopUpMenu(Owner(), [&station](QMenu& menu) { FillMetronomeMenu(menu, station); });
+            PopUpMenu(Owner(), [&station](QMenu& menu) {
+                FillMetronomeMenu(menu, station);
+                menu.addSeparator();
+                AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kMetronome));
+            });
         };
     }
     ShowCountIn();
@@ -169,6 +185,7 @@ void CTransportPanel::AddTempo() {
     auto& tap = AddChild<CSwitchCtrl>(0U, 280, 47, 38, 20, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
     tap.infoString = 437;
+    tap.learns = KeyTarget(ETransportKey::kTapTempo);
     tap.onChange = [&station](CControl&) { station.Transport().TapTempo(); };
     auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 187, 16, &tempo, false);
     fader.minimum = 20;

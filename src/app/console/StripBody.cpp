@@ -47,6 +47,7 @@ void CInstrumentStripCtrl::AddMixer() {
 void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
     cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
     cells->infoString = 127;
+    cells->learns = ControlTarget{EControlTarget::kPattern, instrument->Id(), 0};
     leds = &AddChild<CStepLedCtrl>(0U, left, 59, 16 * cellWidth - 1, 13, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
@@ -151,8 +152,13 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     for (std::size_t band = 0; band < bands.size(); ++band) {
         bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
     }
+    const auto target = [this](CValue& setting) {
+        return context.station.Controllers().TargetOf(instrument, &setting);
+    };
     filter = &AddChild<CFilterCtrl>(0U, left + 33, 31, room - 43, 63, &strip.eqOn, bands);
     filter->infoString = 485;
+    for (std::size_t band = 0; band < bands.size(); ++band)
+        filter->bandLearns[band] = {target(strip.eqFreq[band]), target(strip.eqQ[band]), target(strip.eqGain[band])};
     constexpr StripValues initial = InitialStripValues();
     for (std::size_t band = 0; band < bands.size(); ++band)
         filter->defaults[band] = {initial.eqFreq[band], initial.eqQ[band], initial.eqGain[band]};

@@ -94,6 +94,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
     presets = &AddChild<CPresetSelectorCtrl>(0U, 586, 4, presetCells * 22, 20, &presetShown);
     presets->section = ESection::kPattern;
     presets->infoString = 467;
+    presets->learns = ControlTarget{EControlTarget::kPreset, id, 0};
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
     presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };
@@ -110,6 +111,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
                                   QStringLiteral("S"));
     solo->onColour = Palette().Colour(QStringLiteral("pattern"));
     solo->infoString = 472;
+    solo->learns = ControlTarget{EControlTarget::kSolo, id, 0};
     solo->onChange = [this](CControl&) { context.station.Stack().ToggleSolo(Index()); };
     auto& mute = AddChild<CSwitchCtrl>(0U, collapsed ? Width() - 292 : 12, collapsed ? 4 : 32, 24, 20,
                                        &instrument->strip.mute, QStringLiteral("M"));

@@ -62,6 +62,8 @@ void CWinControlArpeggiator::ShowSelection() {
                   &own.velocity, &own.interval, &own.gateTime, &own.tempo, &next->keyboardOn};
     }
     panel->BindTo(values);
+    for (const auto& control : panel->Children())
+        control->learns = next ? Document().Controllers().TargetOf(next, control->Value()) : std::nullopt;
     if (shown != next) keys.clear();
     shown = next;
 }

@@ -87,6 +87,7 @@ void CPlugin::Finish() {
     pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
+    held = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
 }
 
@@ -196,10 +197,20 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
     return call.Entered();
 }
 
+std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return std::nullopt;
+    const CRenderCall call(*this);
+    return call.Entered() ? std::optional(ReadParameter(index)) : std::nullopt;
+}
+
+void CPlugin::Hold(int index, bool on) noexcept {
+    if (index >= 0 && index < static_cast<int>(parameters.size())) held[static_cast<std::size_t>(index)].Set(on);
+}
+
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (!WouldAutomate(index, value)) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (index == heldParameter.Get()) {
+    if (IsHeld(index)) {
         last = std::numeric_limits<float>::quiet_NaN();  // comes back when it is let go
     } else if (PlayParameter(index, value)) {
         last = value;
