@@ -18,3 +18,8 @@ testPackages=(
     sox ffmpeg libmp3lame0 jackd2 python3
     clang clang-format clang-tidy libclang-rt-14-dev shellcheck
 )
+
+packagingPackages=(
+    debhelper help2man pandoc weasyprint
+    lintian desktop-file-utils appstream debootstrap
+)

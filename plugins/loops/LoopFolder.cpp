@@ -113,7 +113,9 @@ std::string LoopsFolder() {
     if (dladdr(&mark, &info) == 0 || info.dli_fname == nullptr) return "Loops";
     std::error_code error;
     const fs::path library = fs::absolute(info.dli_fname, error);
-    return (library.parent_path().parent_path() / "Loops").string();
+    const fs::path beside = library.parent_path().parent_path() / "Loops";
+    if (fs::exists(beside, error)) return beside.string();
+    return (library.parent_path() / QUIB_DATA_FROM_PLUGINS / "Loops").lexically_normal().string();
 }
 
 LoopSet ReadLoops(const std::string& folder, double sampleRate) {

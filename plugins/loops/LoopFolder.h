@@ -17,7 +17,7 @@ namespace quibplug {
 
 using LoopSet = std::vector<Loop>;  // by rising key, each key once
 
-// The folder "Loops" beside the one that this library stands in.
+// The folder "Loops" beside the one that this library stands in, else the installed one.
 std::string LoopsFolder();
 
 // What the folder holds, at its files' rates or that one, if it is lower. Files that cannot be read are left out.

@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QDir>
 #include <QMessageBox>
 #include <QThread>
 #include <QTimer>
@@ -20,6 +19,7 @@
 #include "app/StartUp.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "platform/CFolderLock.h"
 #include "platform/EndSignals.h"
 #include "platform/Paths.h"
@@ -45,7 +45,9 @@ struct Options {
 std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
     CLI::App app{"QUIB Sequencer, a pattern sequencer and host of VST 2 plug-ins", "quib"};
     app.set_version_flag("--version", std::string("quib ") + QUIB_VERSION);
-    app.add_option("FILE", options.project, "Project to open (.prg)")->check(CLI::ExistingFile);
+    app.add_option("FILE", options.project,
+                   "Project to open (.prg); an instrument (.ist) or a pattern (.ptn) goes into the last one")
+        ->check(CLI::ExistingFile);
     app.add_option("--portable", options.portableFolder, "Program folder, which then keeps the settings too");
     app.add_option("--settings", options.settingsFile, "File that keeps the settings");
     app.add_flag("--no-audio", options.noAudio, "Play without a sound device");
@@ -63,8 +65,10 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
 
 QString SettingsFile(const Options& options) {
     if (!options.settingsFile.empty()) return QString::fromStdString(options.settingsFile);
-    if (options.portableFolder.empty()) return CSettings::DefaultFile();
-    return QDir(QString::fromStdString(options.portableFolder)).filePath(QStringLiteral("settings.ini"));
+    std::filesystem::path folder = options.portableFolder;
+    if (folder.empty() && IsPortableCopy()) folder = ExecutableFolder();
+    if (folder.empty()) return CSettings::DefaultFile();
+    return QString::fromStdString((folder / "settings.ini").string());
 }
 
 // One run, from the devices to the last save, in the order of the functions.
@@ -113,11 +117,7 @@ private:
 
 void CRun::SeedRecentFiles() {
     if (!IsFirst()) return;
-    QStringList paths;
-    for (const char* const name : {"HouseMusic.prg", "HouseYa.prg", "Siren.prg", "Tempo100.prg", "BassDrums.prg"}) {
-        paths.append(folders.programs + QLatin1String(name));
-    }
-    CRecentFiles(settings).Seed(paths);
+    CRecentFiles(settings).Seed(ExampleFiles());
 }
 
 void CRun::ShowWindow() {
@@ -211,6 +211,7 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     if (const auto code = ParseOptions(argc, argv, options)) return *code;
     QCoreApplication::setOrganizationName(QStringLiteral("QUIBSequencer"));
     QCoreApplication::setApplicationName(QStringLiteral("QUIB Sequencer"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quib-sequencer"));
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
@@ -11,6 +12,7 @@
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
+#include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "app/learn/CControllerDialog.h"
@@ -94,7 +96,20 @@ void CMainWindow::ShowTitle() {
     const QString guest = workstation.Session().IsGuest() ? Text(" (second window, no backups)") : QString();
     setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer") + guest);
     setWindowModified(workstation.Session().IsModified());
-    if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.Session().ProjectPath().isEmpty());
+    QAction* const save = Action(command::kSave);
+    QAction* const saveAs = Action(command::kSaveAs);
+    if (save == nullptr || saveAs == nullptr) return;
+    // While there is no file, the key of Save asks for one.
+    const bool hasFile = !workstation.Session().ProjectPath().isEmpty();
+    QList<QKeySequence> keys{Qt::CTRL | Qt::SHIFT | Qt::Key_S};
+    if (!hasFile) keys.append(save->shortcut());
+    save->setEnabled(hasFile);
+    GiveKeys(*saveAs, keys);
+}
+
+void CMainWindow::ShowShortcuts() {
+    if (shortcuts == nullptr) shortcuts = new CShortcutsPage(this);
+    shortcuts->Show(ShortcutsOf(*menuBar()));
 }
 
 // The backup comes before all else. A project that is being loaded is not a whole one yet.

@@ -4,6 +4,7 @@
 // The frame around the console: menus, keys, the timer, files dropped on it, the question about unsaved
 // work. What the commands do to the project is the workstation's. User-interface thread.
 
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -33,6 +34,7 @@ class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
+class CShortcutsPage;
 
 // Makes the console; the window owns it.
 using ConsoleFactory = std::function<QWidget*(CMainWindow& window)>;
@@ -109,12 +111,14 @@ private:
     void BuildScaleMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
-    QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run);
+    QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
+    static void GiveKeys(QAction& action, const QList<QKeySequence>& keys);
     QAction* AddToggle(QMenu& menu, int number, const char* text, const char* setting);
     void Toggle(int number, const char* setting);
     void ChooseLanguage(int number);
     void ApplyLanguage();
     void OpenManual(const char* format);
+    void ShowShortcuts();
     void New();
     void Save();
     void SaveAs();
@@ -149,7 +153,8 @@ private:
     std::map<int, QAction*> actions;
     QMenu* fileMenu = nullptr;
     QMenu* restoreMenu = nullptr;
-    QPointer<CExportDialog> exporting;  // while it is open
+    QPointer<CExportDialog> exporting;   // while it is open
+    QPointer<CShortcutsPage> shortcuts;  // once it was open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;

@@ -22,6 +22,12 @@ QString CrashQuestion(const CSettings& settings) {
                 english ? ELanguage::kEnglish : ELanguage::kFrench);
 }
 
+// Files that add something to a project and are none themselves.
+bool IsPart(const QString& file) {
+    const QString kind = QFileInfo(file).suffix().toLower();
+    return kind == QLatin1String("ist") || kind == QLatin1String("ptn");
+}
+
 }  // namespace
 
 CSessionKeeper::CSessionKeeper(CMainWindow& mainWindow, Ask askUser)
@@ -34,12 +40,13 @@ CSessionKeeper::CSessionKeeper(CMainWindow& mainWindow, Ask askUser)
 void CSessionKeeper::Begin(const QString& file) {
     if (session.IsGuest()) return OpenFile(file);
     const CrashMarks marks = MarkStart(settings);
-    Choose(marks, file);
+    Choose(marks, IsPart(file) ? QString() : file);
     if (EndWanted() || session.IsGuest()) return SetMarks(settings, marks);
     session.WriteBackup(false);
     MarkLoaded(settings);
     Follow();
     begun = true;
+    if (IsPart(file)) OpenFile(file);
 }
 
 void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
@@ -88,6 +95,7 @@ void CSessionKeeper::BecomeGuest() {
 }
 
 void CSessionKeeper::OpenFile(const QString& file) {
+    if (IsPart(file)) return window.TakeFile(file);
     if (!file.isEmpty()) window.Open(file);
 }
 

@@ -19,7 +19,8 @@ public:
 
     CSessionKeeper(CMainWindow& mainWindow, Ask askUser);
 
-    // Opens what the run begins with: the last session, its backup after a crash, or `file`. A session that
+    // Opens what the run begins with: the last session, its backup after a crash, or `file`; an instrument or a
+    // pattern goes into what was opened. A session that
     // is not opened stays among the timed backups; one that cannot be kept there is not touched. When the
     // process is to end meanwhile (EndWanted), the next start finds what this one has found.
     void Begin(const QString& file);

@@ -53,6 +53,8 @@ constexpr int kTool0 = 40050;  // and those that follow, one for each tool windo
 constexpr int kSongWindow = 40070;
 constexpr int kLearnMidi = 40260;
 constexpr int kControllers = 40261;
+constexpr int kShortcuts = 40200;
+constexpr int kFullScreen = 40201;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

@@ -15,6 +15,7 @@
 #include "app/FileDialogs.h"
 #include "app/export/CExportDialog.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
 
@@ -27,6 +28,11 @@ QString BackupTitle(const QString& path) {
     const QString digits = QFileInfo(path).completeBaseName().mid(7);
     const QDateTime time = QDateTime::fromString(digits, QStringLiteral("yyyyMMdd-HHmmss"));
     return time.isValid() ? QLocale().toString(time, QLocale::LongFormat) : QFileInfo(path).fileName();
+}
+
+// Nothing is written over what comes with the program.
+bool HasOwnFile(const CSession& session) {
+    return !session.ProjectPath().isEmpty() && !IsExample(session.ProjectPath());
 }
 
 }  // namespace
@@ -73,7 +79,7 @@ QString CMainWindow::PathToSave() {
 }
 
 void CMainWindow::Save() {
-    SaveTo(workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath());
+    SaveTo(HasOwnFile(workstation.Session()) ? workstation.Session().ProjectPath() : PathToSave());
 }
 
 void CMainWindow::SaveAs() { SaveTo(PathToSave()); }
@@ -88,8 +94,7 @@ void CMainWindow::SaveTo(const QString& path) {
 
 // Waits for the disk: what is not saved is thrown away next.
 bool CMainWindow::SaveNow() {
-    const QString path =
-        workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath();
+    const QString path = HasOwnFile(workstation.Session()) ? workstation.Session().ProjectPath() : PathToSave();
     QString error;
     if (path.isEmpty()) return false;
     if (workstation.Session().SaveProject(path, error)) {

@@ -14,7 +14,9 @@
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
+#include "controls/Mnemonics.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -49,12 +51,21 @@ bool CMainWindow::Run(int number) {
     return true;
 }
 
-QAction* CMainWindow::Add(QMenu& menu, int number, const char* text, std::function<void()> run) {
+QAction* CMainWindow::Add(QMenu& menu, int number, const char* text, std::function<void()> run,
+                          const QKeySequence& key) {
     QAction* const action = menu.addAction(Text(text));
     action->setData(number);
     actions[number] = action;
     connect(action, &QAction::triggered, this, std::move(run));
+    if (!key.isEmpty()) GiveKeys(*action, {key});
     return action;
+}
+
+// They work whichever window of the program has the focus. Held down, a key is one command.
+void CMainWindow::GiveKeys(QAction& action, const QList<QKeySequence>& keys) {
+    action.setShortcuts(keys);
+    action.setShortcutContext(Qt::ApplicationShortcut);
+    action.setAutoRepeat(false);
 }
 
 QAction* CMainWindow::AddToggle(QMenu& menu, int number, const char* text, const char* setting) {
@@ -115,22 +126,30 @@ void CMainWindow::BuildMenus() {
     BuildWindowsMenu();
     BuildSettingsMenu();
     BuildHelpMenu();
+    AssignMnemonics(menuBar()->actions());
+    for (QMenu* const menu : menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly)) {
+        KeepMnemonics(*menu);
+    }
+    ShowTitle();
 }
 
 void CMainWindow::BuildFileMenu() {
     fileMenu = menuBar()->addMenu(Text("File"));
-    Add(*fileMenu, command::kNew, TextKey("New"), [this] { New(); });
-    Add(*fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); });
+    Add(
+        *fileMenu, command::kNew, TextKey("New"), [this] { New(); }, Qt::CTRL | Qt::Key_N);
+    Add(
+        *fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); }, Qt::CTRL | Qt::Key_O);
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kSave, TextKey("Save"), [this] { Save(); });
+    Add(
+        *fileMenu, command::kSave, TextKey("Save"), [this] { Save(); }, Qt::CTRL | Qt::Key_S);
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
-    Add(*fileMenu, command::kExport, TextKey("Export ..."), [this] {
-        ShowExport();
-    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    Add(
+        *fileMenu, command::kExport, TextKey("Export ..."), [this] { ShowExport(); }, Qt::CTRL | Qt::Key_E);
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); });
+    Add(
+        *fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); }, Qt::CTRL | Qt::Key_Q);
     RebuildRecentFiles();
 }
 
@@ -138,16 +157,16 @@ void CMainWindow::BuildEditMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Edit"));
     QUndoStack& undo = workstation.Changes().Steps();
     QAction* const undoAction = undo.createUndoAction(menu, Text("Undo"));
-    undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* const redoAction = undo.createRedoAction(menu, Text("Redo"));
-    redoAction->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    GiveKeys(*undoAction, {Qt::CTRL | Qt::Key_Z});
+    GiveKeys(*redoAction, {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
     // Not past the document: what a window still holds back becomes a step first.
     CChanges& changes = workstation.Changes();
     for (QAction* const action : {undoAction, redoAction}) disconnect(action, &QAction::triggered, &undo, nullptr);
     connect(undoAction, &QAction::triggered, &changes, &CChanges::Undo);
     connect(redoAction, &QAction::triggered, &changes, &CChanges::Redo);
     for (QAction* const action : {undoAction, redoAction}) {
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        action->setAutoRepeat(true);
         menu->addAction(action);
     }
     actions[command::kUndo] = undoAction;
@@ -164,16 +183,13 @@ void CMainWindow::BuildEditMenu() {
                 {command::kDelete, TextKey("Delete"), Qt::Key_Delete, EEdit::kDelete},
                 {command::kSelectAll, TextKey("Select All"), Qt::CTRL | Qt::Key_A, EEdit::kSelectAll}};
     for (const auto& row : rows) {
-        QAction* const action = Add(*menu, row.number, row.text, [] {});
-        action->setShortcut(row.key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
-        edits.Connect(row.edit, action);
+        edits.Connect(row.edit, Add(
+                                    *menu, row.number, row.text, [] {}, row.key));
     }
     menu->addSeparator();
     const auto addWish = [this, menu](int number, const char* text, const QKeySequence& key, auto wish) {
-        QAction* const action = Add(*menu, number, text, [this, wish] { (this->*wish)(); });
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        Add(
+            *menu, number, text, [this, wish] { (this->*wish)(); }, key);
     };
     addWish(command::kAddInstrument, TextKey("Add an instrument ..."), Qt::CTRL | Qt::Key_I,
             &CMainWindow::InstrumentWanted);
@@ -186,26 +202,22 @@ void CMainWindow::BuildEditMenu() {
 void CMainWindow::BuildTransportMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Transport"));
     CTransportControl& transport = workstation.Transport();
-    QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"),
-                              [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); });
-    play->setShortcut(Qt::Key_Space);
-    QAction* const record = Add(*menu, command::kRecordNotes, TextKey("Record notes"), [this] {
-        CNoteRecording& recording = workstation.NoteRecording();
-        recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
-        recording.ArmSwitched();
-    });
-    record->setShortcut(Qt::CTRL | Qt::Key_R);
-    QAction* const panic =
-        Add(*menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); });
-    panic->setShortcut(Qt::CTRL | Qt::Key_Period);
-    for (QAction* const action : {play, record, panic}) {
-        action->setShortcutContext(Qt::ApplicationShortcut);
-        action->setAutoRepeat(false);
-    }
-    menu->addSeparator();
-    CValue& armed = workstation.NoteRecording().Armed();
+    CNoteRecording& recording = workstation.NoteRecording();
     CMetronomeControl& metronome = workstation.Metronome();
-    Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
+    Add(
+        *menu, command::kPlay, TextKey("Play / Stop"),
+        [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); }, Qt::Key_Space);
+    Add(
+        *menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); },
+        Qt::CTRL | Qt::Key_Period);
+    menu->addSeparator();
+    Add(
+        *menu, command::kRecordNotes, TextKey("Record notes"),
+        [&recording] {
+            recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
+            recording.ArmSwitched();
+        },
+        Qt::CTRL | Qt::Key_R);
     Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
     QMenu* const countIn = menu->addMenu(Text("Count-in"));
     for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
@@ -215,8 +227,8 @@ void CMainWindow::BuildTransportMenu() {
         actions[command::kCountIn0 + bars] = action;
     }
     for (const int number : {command::kRecordNotes, command::kMetronome}) Action(number)->setCheckable(true);
-    connect(menu, &QMenu::aboutToShow, this, [this, &armed, &metronome] {
-        Action(command::kRecordNotes)->setChecked(armed.IsOn());
+    connect(menu, &QMenu::aboutToShow, this, [this, &recording, &metronome] {
+        Action(command::kRecordNotes)->setChecked(recording.Armed().IsOn());
         Action(command::kMetronome)->setChecked(metronome.On().IsOn());
         for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
             Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
@@ -228,19 +240,23 @@ void CMainWindow::BuildWindowsMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Windows"));
     for (const ToolRow& row : ToolTable()) {
         if (!CToolWindows::Has(row.tool)) continue;
-        QAction* const action = Add(*menu, command::kTool0 + static_cast<int>(row.tool), row.title,
-                                    [this, tool = row.tool] { OpenTool(tool); });
-        if (row.key == Qt::Key_unknown) continue;
-        action->setShortcut(row.key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        Add(
+            *menu, command::kTool0 + static_cast<int>(row.tool), row.title, [this, tool = row.tool] { OpenTool(tool); },
+            row.key == Qt::Key_unknown ? QKeySequence() : QKeySequence(row.key));
     }
     menu->addSeparator();
-    Add(*menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"), [this] {
-        OpenTool(ETool::kPlaylist);
-    })->setShortcut(Qt::Key_F6);
-    Add(*menu, command::kSongWindow, TextKey("Song in the whole window"), [this] {
-        Q_EMIT SongWanted(true);
-    })->setShortcut(Qt::SHIFT | Qt::Key_F6);
+    Add(
+        *menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"),
+        [this] { OpenTool(ETool::kPlaylist); }, Qt::Key_F6);
+    Add(
+        *menu, command::kSongWindow, TextKey("Song in the whole window"), [this] { Q_EMIT SongWanted(true); },
+        Qt::SHIFT | Qt::Key_F6);
+    menu->addSeparator();
+    QAction* const full = Add(
+        *menu, command::kFullScreen, TextKey("Full screen"),
+        [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }, Qt::Key_F11);
+    full->setCheckable(true);
+    connect(menu, &QMenu::aboutToShow, this, [this, full] { full->setChecked(isFullScreen()); });
 }
 
 void CMainWindow::BuildSettingsMenu() {
@@ -298,6 +314,8 @@ void CMainWindow::SetScale(int percent) {
 
 void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
+    Add(
+        *menu, command::kShortcuts, TextKey("Keyboard shortcuts ..."), [this] { ShowShortcuts(); }, Qt::Key_F1);
     Add(*menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); });
     Add(*menu, command::kManualEnglish, TextKey("User manual in English ..."),
         [this] { OpenManual("%1UserGuideEnglish.pdf"); });
@@ -305,13 +323,12 @@ void CMainWindow::BuildHelpMenu() {
         [this] { OpenManual("%1UserGuideFrench.pdf"); });
     QAction* const about =
         Add(*menu, command::kAbout, TextKey("About QUIB Sequencer ..."), [this] { ShowAboutBox(this); });
-    about->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question),
-                         QKeySequence(Qt::ALT | Qt::SHIFT | Qt::Key_Question)});
+    GiveKeys(*about, {Qt::ALT | Qt::Key_Slash, Qt::ALT | Qt::Key_Question, Qt::ALT | Qt::SHIFT | Qt::Key_Question});
     Add(*menu, command::kVersion, TextKey("Version 1.5"), [] {})->setEnabled(false);
 }
 
 void CMainWindow::OpenManual(const char* format) {
-    const QString path = QString::fromLatin1(format).arg(workstation.ProgramFolders().program);
+    const QString path = DocumentFile(workstation.ProgramFolders(), QString::fromLatin1(format).arg(QString()));
     if (QFile::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path))) return;
     ShowMessage(QStringLiteral("QUIB Sequencer"), Text("The manual cannot be opened: %1").arg(path));
 }

@@ -118,7 +118,7 @@ const QImage& CCanvas::Image() {
 void CCanvas::SetClip(const QRect& rectangle) {
     if (clip == rectangle) return;
     clip = rectangle;
-    clipPixels = Pixels(rectangle).intersected(image.rect());
+    clipPixels = Pixels(rectangle).intersected(limit.isNull() ? image.rect() : limit);
     if (painter.isActive()) SetPainterClip();
 }
 
@@ -304,6 +304,45 @@ void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
             target.drawImage(QRectF(part), image, source);
         }
     }
+}
+
+void CCanvas::DrawTo(QPainter& target, const QRegion& region, qreal ratio,
+                     const std::function<void(const QRect& area)>& draw) {
+    QImage* const pixels = CopyTarget(target, ratio);
+    const QPoint offset = target.deviceTransform().map(QPointF(0, 0)).toPoint();
+    const bool isDirect = pixels != nullptr && offset.x() >= 0 && offset.y() >= 0;
+    QImage shown;
+    if (isDirect) {
+        uchar* const corner = pixels->scanLine(offset.y()) + offset.x() * static_cast<qsizetype>(sizeof(QRgb));
+        shown = QImage(corner, std::min(image.width(), pixels->width() - offset.x()),
+                       std::min(image.height(), pixels->height() - offset.y()), pixels->bytesPerLine(),
+                       QImage::Format_RGB32);
+    }
+    for (const QRect& part : region) {
+        const QRect taken =
+            QRectF(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio).toAlignedRect();
+        const QRectF area(taken.x() / scale, taken.y() / scale, taken.width() / scale, taken.height() / scale);
+        if (isDirect) {
+            DrawOn(shown, taken.intersected(shown.rect()), [&] { draw(area.toAlignedRect()); });
+        } else {
+            draw(area.toAlignedRect());
+        }
+    }
+    if (!isDirect) CopyTo(target, region, ratio);
+}
+
+void CCanvas::DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw) {
+    if (part.isEmpty()) return;
+    const auto exchange = [&](const QRect& next) {
+        if (painter.isActive()) painter.end();
+        std::swap(image, pixels);
+        limit = next;
+        clip = {};
+        clipPixels = {};
+    };
+    exchange(part);
+    draw();
+    exchange({});
 }
 
 bool CCanvas::Scroll(const QRect& area, int dx, int dy) {

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRect>
+#include <functional>
 #include <span>
 
 #include "controls/CSkin.h"
@@ -71,6 +72,10 @@ public:
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
     void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
+    // Lets `draw` draw a region of a widget anew, rectangle by rectangle in skin pixels: straight to what the painter
+    // paints on where that is a picture, so that nothing is copied. The back buffer is left as it is then.
+    void DrawTo(QPainter& target, const QRegion& region, qreal ratio,
+                const std::function<void(const QRect& area)>& draw);
     // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
     bool Scroll(const QRect& area, int dx, int dy);
 
@@ -85,11 +90,14 @@ private:
     // A width of whole pixels, one at the least.
     qreal LineWidth(qreal width) const noexcept;
     void SetPainterClip();
+    // As if the canvas were those pixels, within that part of them.
+    void DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw);
 
     QImage image;
     QPainter painter;
     QRect clip;        // skin pixels
     QRect clipPixels;  // pixels of the back buffer
+    QRect limit;       // pixels: the part beside which nothing is drawn while another picture is drawn on
     qreal scale = 1;
 };
 

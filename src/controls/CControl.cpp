@@ -168,6 +168,45 @@ QString CControl::ValueText() const {
     return QString::number(static_cast<double>(ValueNow()), 'f', range > 50 ? 1 : range > 5 ? 2 : 3);
 }
 
+QString CControl::EntryText() const {
+    if (value == nullptr || !entryText.isEmpty()) return entryText;
+    return formatEntry ? formatEntry(ValueNow()) : QString::number(static_cast<double>(ValueNow()));
+}
+
+// --- Without the mouse ----------------------------------------------------------------------------------
+
+ERole CControl::Role() const {
+    if (!children.empty()) return name.isEmpty() ? ERole::kNone : ERole::kGroup;
+    if (value != nullptr) return ERole::kSlider;
+    return infoString >= 0 ? ERole::kArea : ERole::kNone;
+}
+
+QString CControl::SpokenValue() const {
+    return Role() == ERole::kSlider && value != nullptr ? ValueText() : ShownText();
+}
+
+void CControl::Activate(int part) {
+    const ERole role = Role();
+    if (part < 0 && (role == ERole::kSlider || role == ERole::kField)) {
+        if (enabled && (value != nullptr || !entryTitle.isEmpty())) owner.RunManualEntry(*this);
+        return;
+    }
+    owner.Mouse().ClickOn(*this, primaryButton, part < 0 ? Rectangle().center() : PartAt(part).area.center());
+}
+
+void CControl::Turn(int /*part*/, int notches, bool fine) {
+    constexpr int kNotch = 120;
+    const auto turn = static_cast<std::uint16_t>(notches * kNotch);
+    const QPoint middle = Rectangle().center();
+    OnMouseWheel(middle.x(), middle.y(), static_cast<std::uint32_t>(turn) << 16U | (fine ? kWheelControl : 0U));
+}
+
+void CControl::GoToEnd(bool highest) {
+    if (!enabled || !IsTurned()) return;
+    const Range range = Amount();
+    TakeNumber(highest ? range.highest : range.lowest);
+}
+
 void CControl::BeginGesture() {
     if (gestureStart || value == nullptr) return;
     gestureStart = value->Get();
@@ -218,5 +257,11 @@ EState CControl::PlainState() const noexcept {
 CTicked::CTicked(CWinControl& window) : tickWindow(window) { tickWindow.AddTicked(*this); }
 
 CTicked::~CTicked() { tickWindow.RemoveTicked(*this); }
+
+CPainted::CPainted(CWinControl& window, const CControl& painted) : paintWindow(window), control(painted) {
+    window.AddPainted(*this);
+}
+
+CPainted::~CPainted() { paintWindow.RemovePainted(*this); }
 
 }  // namespace quib

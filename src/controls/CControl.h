@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "controls/CSkin.h"
+#include "controls/ControlParts.h"
 #include "model/CValue.h"
 #include "model/control/ControlBinding.h"
 
@@ -66,6 +67,35 @@ public:
     // Whether what it shows is another than what it drew last.
     virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
 
+    // --- Without the mouse ----------------------------------------------------------------------------
+
+    virtual ERole Role() const;
+    // Parts that are chosen one by one; none: it is one thing. In what follows a part of -1 is the whole.
+    virtual int PartCount() const { return 0; }
+    virtual ControlPart PartAt(int /*part*/) const { return {}; }
+    virtual int ChosenPart() const { return -1; }
+    // Brings a part into view.
+    virtual void RevealPart(int /*part*/) {}
+    // What Enter does: presses, switches, or opens the entry of the value.
+    virtual void Activate(int part);
+    // Changes the value by notches as those of the wheel.
+    virtual void Turn(int part, int notches, bool fine);
+    virtual void GoToEnd(bool highest);
+    virtual void ResetPart(int /*part*/) { ReturnToDefault(); }
+    // Whether the arrows turn it.
+    virtual bool IsTurned() const { return Role() == ERole::kSlider; }
+    // Whether it does something while it is disabled, such as choosing what it lacks.
+    virtual bool IsUsefulDisabled() const { return false; }
+    // The words that it shows, and those that tell its value.
+    virtual QString ShownText() const { return {}; }
+    virtual QString SpokenValue() const;
+    struct Range {
+        float now, lowest, highest;
+    };
+    virtual Range Amount() const { return {ValueNow(), minimum, maximum}; }
+    // Whether the other button opens something.
+    bool HasMenu() const { return onAlternativeClick || popupMenu >= 0 || !entryTitle.isEmpty(); }
+
     // --- Place and tree -------------------------------------------------------------------------------
 
     std::uint32_t Identifier() const noexcept { return identifier; }
@@ -86,11 +116,14 @@ public:
     T& AddChild(Arguments&&... arguments) {
         auto child = std::make_unique<T>(owner, std::forward<Arguments>(arguments)...);
         T& reference = *child;
+        child->parent = this;
         child->parentShown = IsShown();
         children.push_back(std::move(child));
         return reference;
     }
     void ClearChildren();
+    // Null for one of the window itself.
+    CControl* Parent() const noexcept { return parent; }
     const std::vector<std::unique_ptr<CControl>>& Children() const noexcept { return children; }
     bool IsVisible() const noexcept { return visible; }
     // Whether it and all that it stands in is visible.
@@ -124,6 +157,11 @@ public:
     void RefreshIfChanged();
     // The value with its unit.
     QString ValueText() const;
+    // What an entry shows first.
+    QString EntryText() const;
+    QString EntryTitle() const { return entryTitle.isEmpty() ? name : entryTitle; }
+    // The number of the help that holds now; -1 none.
+    int InfoNumber() const noexcept { return !enabled && disabledInfo >= 0 ? disabledInfo : infoString; }
 
     // Whether it has a use for the wheel of its own, so that the window does not scroll by it.
     bool TakesWheel() const noexcept { return takesWheel && enabled; }
@@ -148,13 +186,15 @@ public:
     int primaryButton = 0;
     int popupMenu = -1;
     int infoString = -1;
+    int disabledInfo = -1;  // while it is disabled: why
     QString infoText;
     CInfoCtrl* infoPanel = nullptr;  // null: the window's
     QString entryTitle;              // empty: no manual entry
     QString entryText;
-    QString name;                         // of the value, for undo lists
+    QString name;                         // of the value, for undo lists and screen readers; of what stands in a group
     std::optional<ControlTarget> learns;  // what MIDI may move of it; of cells that of the first one
     std::function<QString(float)> formatValue;
+    std::function<QString(float)> formatEntry;  // what an entry shows of the value; unset: the number itself
     std::function<void(CControl&)> onChange;
     std::function<void(CControl&, const QString&)> onTextEntry;
     std::function<void(CControl&)> afterClick;
@@ -191,6 +231,7 @@ private:
     float Limited(float number) const noexcept;
 
     CWinControl& owner;
+    CControl* parent = nullptr;
     std::uint32_t identifier;
     int x = 0, y = 0;
     int relativeX, relativeY;
@@ -215,6 +256,24 @@ public:
 
 private:
     CWinControl& tickWindow;
+};
+
+// What draws a control only when its window is painted, straight to the screen's picture: the back buffer has
+// nothing of it. For large controls of which much changes at once. They have no children, and nothing lies
+// before them.
+class CPainted {
+public:
+    CPainted(CWinControl& window, const CControl& painted);
+    virtual ~CPainted();
+    CPainted(const CPainted&) = delete;
+    CPainted& operator=(const CPainted&) = delete;
+    // `area` as the canvas counts.
+    virtual void PaintArea(const QRect& area) = 0;
+    const CControl& Painted() const noexcept { return control; }
+
+private:
+    CWinControl& paintWindow;
+    const CControl& control;
 };
 
 }  // namespace quib

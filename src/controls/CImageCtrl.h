@@ -14,6 +14,7 @@ public:
         : CControl(window, number, left, top, newWidth, newHeight), picture(pictureNumber) {}
 
     void Draw() override;
+    ERole Role() const override { return ERole::kNone; }
     void SetPicture(int pictureNumber);
 
     bool isGlyph = false;  // drawn in the section's accent

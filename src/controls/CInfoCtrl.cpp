@@ -10,7 +10,7 @@ namespace {
 constexpr QRgb kBackground = qRgb(0x38, 0x38, 0x38);
 constexpr QRgb kLines = qRgb(0x40, 0x40, 0x40);
 constexpr QRgb kText = qRgb(0xFA, 0xFA, 0xFA);
-constexpr int kMargin = 8;
+constexpr int kTextMargin = 8;
 }  // namespace
 
 CInfoCtrl::CInfoCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
@@ -57,9 +57,9 @@ void CInfoCtrl::Draw() {
     const QRectF area(Rectangle());
     canvas.Fill(area, kBackground);
     canvas.Frame(area, 0, kLines);
-    qreal top = area.top() + kMargin - 2;
+    qreal top = area.top() + kTextMargin - 2;
     for (const QString& text : Paragraphs()) {
-        const QRectF rest(area.left() + kMargin, top, area.width() - 2 * kMargin, area.bottom() - top);
+        const QRectF rest(area.left() + kTextMargin, top, area.width() - 2 * kTextMargin, area.bottom() - top);
         // What stands before the dash is the name of the thing.
         const qsizetype dash = text.indexOf(QStringLiteral(" - "));
         if (dash > 0 && dash < 40) {

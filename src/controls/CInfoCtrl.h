@@ -18,6 +18,8 @@ public:
 
     void Draw() override;
     void Resize(int newWidth, int newHeight) override;
+    ERole Role() const override { return ERole::kText; }
+    QString SpokenValue() const override { return Paragraphs().join(QLatin1Char('\n')); }
 
     // Empties the panel.
     void Clear();

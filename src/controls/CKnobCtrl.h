@@ -24,6 +24,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kSlider; }
 
     bool IsCentreMode() const noexcept { return centreMode; }
 

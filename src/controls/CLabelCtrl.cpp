@@ -6,6 +6,7 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/Mnemonics.h"
 #include "controls/SkinNumbers.h"
 
 namespace quib {
@@ -20,6 +21,11 @@ void CLabelCtrl::SetText(const QString& newText) {
     if (text == newText) return;
     text = newText;
     Update(false, true);
+}
+
+ERole CLabelCtrl::Role() const {
+    if (!entryTitle.isEmpty()) return ERole::kField;
+    return text.isEmpty() ? ERole::kNone : ERole::kText;
 }
 
 QRectF CLabelCtrl::DrawGround(QRgb ground) {
@@ -56,7 +62,8 @@ void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu);
     if (menu->isEmpty()) return menu->deleteLater();
-    menu->popup(QCursor::pos());
+    KeepMnemonics(*menu);
+    menu->popup(window.MenuPoint());
 }
 
 CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,

@@ -17,6 +17,8 @@ public:
 
     void Draw() override;
     bool HasChanged() const override;
+    ERole Role() const override;
+    QString ShownText() const override { return text; }
 
     void SetText(const QString& newText);
     const QString& Text() const noexcept { return text; }
@@ -64,6 +66,7 @@ public:
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kMenu; }
 
 private:
     std::function<void(QMenu&)> buildMenu;

@@ -3,6 +3,7 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -107,6 +108,19 @@ void CPatternSelCtrl::RedrawCell(int cell) {
     Canvas().SetClip(ShownRectangle());
     DrawCell(cell);
     BlitRect(X() + cell * cellWidth, Y(), X() + (cell + 1) * cellWidth, Y() + Height());
+}
+
+ControlPart CPatternSelCtrl::PartAt(int part) const {
+    const CPatternOwner::Look look = owner->PatternLook();
+    QStringList marks;
+    if (part == look.selected) marks << Text("chosen");
+    if (part == look.playing) marks << Text("playing");
+    if (part == look.next) marks << Text("next");
+    if ((look.filled >> part & 1U) != 0) marks << Text("with notes");
+    if ((look.flagged >> part & 1U) != 0) marks << Text("marked");
+    return {QString::number(part + 1), marks.join(QStringLiteral(", ")),
+            QRect(X() + part * cellWidth, Y() + headerHeight, cellWidth - 1, Height() - headerHeight),
+            part == look.selected};
 }
 
 void CPatternSelCtrl::Draw() {

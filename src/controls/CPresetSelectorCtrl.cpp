@@ -7,6 +7,7 @@
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -93,6 +94,16 @@ void CPresetSelectorCtrl::Tick() {
     if (!IsShown() || CellCount() == drawnCount) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
+}
+
+ControlPart CPresetSelectorCtrl::PartAt(int part) const {
+    const int count = presetCount ? presetCount() : 0;
+    const int shown = part - first;
+    const bool isShown = shown >= 0 && shown < ShownCells();
+    return {part < count ? Text("Preset %1").arg(part + 1) : Text("New preset"),
+            {},
+            isShown ? QRect(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height()) : QRect(),
+            part == ChosenPart()};
 }
 
 void CPresetSelectorCtrl::Draw() {

@@ -5,6 +5,7 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -107,6 +108,28 @@ void CStepLedCtrl::Tick() {
         const QRect area = LedArea(step).toAlignedRect();
         BlitRect(area.left(), area.top(), area.right() + 1, area.bottom() + 1);
     }
+}
+
+ControlPart CStepLedCtrl::PartAt(int part) const {
+    const int velocity = loudness ? loudness(part) : -1;
+    return {Text("Step %1").arg(part + 1), velocity >= 0 ? Text("velocity %1").arg(velocity) : Text("empty"),
+            IsShownStep(part) ? LedArea(part).toAlignedRect() : QRect(), velocity >= 0, velocity >= 0};
+}
+
+void CStepLedCtrl::RevealPart(int part) {
+    hoveredStep = part;
+    if (!TurnTo(part / kPageSteps)) return;
+    pageByHand = true;
+    Update(false, true);
+}
+
+// As a drag upwards on the box would do.
+void CStepLedCtrl::Turn(int part, int notches, bool fine) {
+    constexpr int kNotch = 5;
+    if (part < 0 || !onPress || !onDrag || !onRelease || loudness(part) < 0) return;
+    onPress(part);
+    onDrag(part, notches * (fine ? 1 : kNotch));
+    onRelease();
 }
 
 CStepLedCtrl::Colours CStepLedCtrl::ColoursNow() const {

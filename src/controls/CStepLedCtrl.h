@@ -23,6 +23,11 @@ public:
     void OnKeyDown(int virtualKey) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void Tick() override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return stepCount; }
+    ControlPart PartAt(int part) const override;
+    void RevealPart(int part) override;
+    void Turn(int part, int notches, bool fine) override;
 
     void SetStepCount(int newCount);
     int StepCount() const noexcept { return stepCount; }

@@ -2,6 +2,7 @@
 #include "controls/CSwitchCtrl.h"
 
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -32,6 +33,17 @@ void CSwitchCtrl::OnMouseMove(int /*px*/, int /*py*/) {
 }
 
 void CSwitchCtrl::OnMouseLeave() { Owner().unsetCursor(); }
+
+ERole CSwitchCtrl::Role() const {
+    if (readOnly) return ERole::kText;
+    return momentary || Value() == nullptr ? ERole::kButton : ERole::kSwitch;
+}
+
+// Several buttons may share one help: their words tell them apart.
+QString CSwitchCtrl::SpokenValue() const {
+    if (readOnly) return Text(IsOn() ? TextKey("On") : TextKey("Off"));
+    return name.isEmpty() && label.size() > 2 ? label : QString();
+}
 
 void CSwitchCtrl::Draw() {
     EState state = readOnly ? EState::kNormal : PlainState();

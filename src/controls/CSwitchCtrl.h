@@ -20,6 +20,9 @@ public:
     void OnLButtonDown(int px, int py, int button) override;
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override;
+    QString ShownText() const override { return label; }
+    QString SpokenValue() const override;
 
     bool readOnly = false;   // only shows its value
     bool momentary = false;  // never stays on: a button

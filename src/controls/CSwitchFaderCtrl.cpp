@@ -76,9 +76,30 @@ void CSwitchFaderCtrl::ChangeLevel(float next) {
     ShowLevel();
 }
 
-void CSwitchFaderCtrl::ShowLevel() {
+QString CSwitchFaderCtrl::LevelText() const {
     const float now = level->Get();
-    Owner().ShowBubble(*this, formatLevel ? formatLevel(now) : QString::number(static_cast<double>(now), 'f', 1));
+    return formatLevel ? formatLevel(now) : QString::number(static_cast<double>(now), 'f', 1);
+}
+
+void CSwitchFaderCtrl::ShowLevel() { Owner().ShowBubble(*this, LevelText()); }
+
+// Enter switches: arrows and digits have the level.
+void CSwitchFaderCtrl::Activate(int /*part*/) {
+    const QPoint middle = Rectangle().center();
+    if (!enabled) return OnLButtonDown(middle.x(), middle.y(), 0);
+    ChangeByUser(IsOn() ? 0.0F : 1.0F);
+}
+
+QString CSwitchFaderCtrl::SpokenValue() const {
+    if (!enabled) return text;
+    const QString state = Text(IsOn() ? TextKey("On") : TextKey("Off"));
+    return QStringList({text, level != nullptr ? LevelText() + QStringLiteral(", ") + state : state})
+        .join(QStringLiteral(", "));
+}
+
+CControl::Range CSwitchFaderCtrl::Amount() const {
+    if (level == nullptr) return CControl::Amount();
+    return {level->Get(), 0, levelMaximum};
 }
 
 void CSwitchFaderCtrl::FinishLevel(float before) {

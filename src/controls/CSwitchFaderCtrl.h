@@ -31,6 +31,12 @@ public:
     void ReturnToDefault() override;
     bool HasChanged() const override;
     void ListLearnable(std::vector<Learnable>& parts) const override;
+    ERole Role() const override { return level != nullptr ? ERole::kSlider : ERole::kSwitch; }
+    void Activate(int part) override;
+    bool IsUsefulDisabled() const override { return true; }
+    QString ShownText() const override { return text; }
+    QString SpokenValue() const override;
+    Range Amount() const override;
 
     CValue* Level() const noexcept { return level; }
     void SetText(const QString& text);
@@ -49,6 +55,7 @@ private:
     bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
     bool IsSwitch(int px) const noexcept { return level == nullptr || px - X() >= Width() - kSwitchZone; }
     void DrawEmpty(const QRectF& area);
+    QString LevelText() const;
     void ShowLevel();
     void ChangeLevel(float next);
     void FinishLevel(float before);

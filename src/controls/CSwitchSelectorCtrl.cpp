@@ -39,6 +39,13 @@ void CSwitchSelectorCtrl::OnMouseLeave() {
     Update(false, true);
 }
 
+ControlPart CSwitchSelectorCtrl::PartAt(int part) const {
+    return {spokenNames.value(part, segmentLabels.value(part)),
+            {},
+            QRect(X() + part * segmentWidth, Y(), segmentWidth - 1, Height()),
+            part == ChosenPart()};
+}
+
 void CSwitchSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRgb accent = Palette().Accent(section);

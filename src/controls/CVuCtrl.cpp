@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -81,6 +82,8 @@ bool CVuCtrl::Follow(Channel& channel) const {
     channel.drawnHeld = held;
     return changed;
 }
+
+QString CVuCtrl::SpokenValue() const { return IsClipped() ? Text("clipped") : QString(); }
 
 void CVuCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);

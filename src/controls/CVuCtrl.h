@@ -33,6 +33,9 @@ public:
     void Draw() override;
     void OnLButtonDown(int px, int py, int button) override;
     void Tick() override;
+    ERole Role() const override { return ERole::kMeter; }
+    void Activate(int /*part*/) override { OnLButtonDown(X(), Y(), 0); }
+    QString SpokenValue() const override;
 
     bool IsClipped() const noexcept { return channels[0].clipped || channels[1].clipped; }
 

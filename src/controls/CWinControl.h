@@ -12,7 +12,9 @@
 
 #include "controls/CCanvas.h"
 #include "controls/CControl.h"
+#include "controls/CKeyFocus.h"
 #include "controls/CMouseRouter.h"
+#include "controls/CSpokenTree.h"
 #include "controls/CTypedNumber.h"
 #include "controls/ControlSettings.h"
 
@@ -57,6 +59,11 @@ public:
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
     bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
+    // A click with Alt returns to the default; with Ctrl and Shift too, where the desktop keeps Alt for itself.
+    bool IsResetHeld() const noexcept {
+        constexpr Qt::KeyboardModifiers kOther = Qt::ControlModifier | Qt::ShiftModifier;
+        return IsAltHeld() || (modifiers & kOther) == kOther;
+    }
 
     void ShowBubble(CControl& control, const QString& text);
     // Above a part of a control.
@@ -67,6 +74,15 @@ public:
     // The control whose pop-up menu was shown last; null when it is gone.
     CControl* MenuTarget() const noexcept { return menuTarget; }
     CMouseRouter& Mouse() noexcept { return mouse; }
+    CKeyFocus& Keys() noexcept { return keys; }
+    const CKeyFocus& Keys() const noexcept { return keys; }
+    CSpokenTree& Spoken() noexcept { return spoken; }
+    // Where a menu opens: at the mouse, or at the control whose key asked for it. Of the screen.
+    QPoint MenuPoint() const;
+    // What the ring about an area covers, in skin pixels.
+    static QRect RingOf(const QRect& area) { return area.isEmpty() ? area : area.adjusted(-4, -4, 4, 4); }
+    // Scrolls a control into view.
+    virtual void Reveal(CControl& /*control*/) {}
     // Screen pixels that were copied from the back buffer since the start.
     qint64 PaintedPixels() const noexcept { return paintedPixels; }
     // A point of the window as the controls count.
@@ -75,6 +91,8 @@ public:
     void Forget(const CControl& control) noexcept;
     void AddTicked(CTicked& ticked) { tickedControls.push_back(&ticked); }
     void RemoveTicked(const CTicked& ticked) { std::erase(tickedControls, &ticked); }
+    void AddPainted(CPainted& painted) { paintedControls.push_back(&painted); }
+    void RemovePainted(const CPainted& painted) { std::erase(paintedControls, &painted); }
 
     CInfoCtrl* infoPanel = nullptr;
     std::function<void(CControl& topLevel)> onControlClicked;
@@ -105,10 +123,14 @@ protected:
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    // A window whose areas use Tab answers false: Ctrl+Tab leaves them.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void BroadcastKeyUp(int virtualKey);
+    void DrawRing(QPainter& painter) const;
     void FollowMouse(const QMouseEvent& event);
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
@@ -118,6 +140,7 @@ private:
     CSkin skin;
     CMouseRouter mouse{*this};
     std::vector<CTicked*> tickedControls;
+    std::vector<CPainted*> paintedControls;
     qreal uiScale = 1;
     bool hasBackBuffer = false;
     qint64 paintedPixels = 0;
@@ -125,6 +148,8 @@ private:
     CControl* menuTarget = nullptr;
     CControl* entryTarget = nullptr;
     CTypedNumber typing{*this};
+    CKeyFocus keys{*this};
+    CSpokenTree spoken{*this};
     CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;

@@ -20,10 +20,10 @@ constexpr qint64 kLongestPath = 4096;
 
 QString RiskFile(const Folders& folders) { return folders.program + QStringLiteral("PluginInUse"); }
 
-// Built-in plug-ins stand beside the program wherever its folder is.
+// The built-in plug-ins are found wherever the program's folder is.
 CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
-    const fs::path program = ExecutableFolder();
-    std::vector<fs::path> users = {program / "PluginInstruments", program / "PluginEffects"};
+    const fs::path shipped = ShippedLibraries();
+    std::vector<fs::path> users = {shipped / "PluginInstruments", shipped / "PluginEffects"};
     for (const QString& folder : AddedPluginFolders(settings)) users.emplace_back(folder.toStdString());
     return CPluginFinder(folders.program.toStdString(), std::move(users), SystemPluginFolders());
 }

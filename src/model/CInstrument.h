@@ -30,6 +30,7 @@ namespace quib {
 // Channel selectors of MIDI input: 0 off, 1 every channel, 2..17 MIDI channels 1..16.
 constexpr int kChannelOff = 0;
 constexpr int kChannelOmni = 1;
+constexpr int kLastChannelSelector = 17;
 
 struct MidiInputSettings {
     CIntegerValue channel{kChannelOff};

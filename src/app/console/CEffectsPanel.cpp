@@ -31,6 +31,7 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
     if (onSwitch != nullptr) {
         row.on = &AddChild<CSwitchCtrl>(0U, 8, top, 26, 19, onSwitch, title);
         BindValue(*row.on, context, "Master insert", 450);
+        row.on->disabledInfo = 512;
     } else {
         auto& label = AddChild<CLabelCtrl>(0U, 8, top, 26, 19, title);
         label.alignment = Qt::AlignCenter;
@@ -44,10 +45,13 @@ void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title
         if (empty && context.actions.browse) return context.actions.browse({place});
         FillSlotMenu(menu, context, place, &window);
     });
+    row.label->name = title;
+    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
     row.edit = &AddChild<CSwitchCtrl>(0U, 177, top, 26, 19, nullptr, picture::kGlyphEdit);
     row.edit->momentary = true;
     row.edit->infoString = 451;
+    row.edit->disabledInfo = 511;
     row.edit->onChange = [this, place](CControl&) {
         if (context.actions.openPlugin) context.actions.openPlugin(place);
     };

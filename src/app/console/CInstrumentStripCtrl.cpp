@@ -102,7 +102,9 @@ void CInstrumentStripCtrl::ShowContent() {
     const int index = Index();
     number->SetText(QString::number(index + 1));
     icon->SetPicture(picture::kInstrumentIcon + std::clamp(instrument->icon, 0, picture::kInstrumentIconCount - 1));
-    title->SetText(QString::fromStdString(instrument->title));
+    name = QString::fromStdString(instrument->title);
+    title->SetText(name);
+    title->entryText = name;
     plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
     channel->SetText(ChannelText(instrument->midi.channel.Get()));
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);

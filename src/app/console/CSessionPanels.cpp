@@ -67,6 +67,7 @@ void CSessionPanel::AddCrossfader() {
         return QStringLiteral("A %1   B %2")
             .arg(Decibels(tables.CrossfadeGainA(shown)), Decibels(tables.CrossfadeGainB(shown)));
     };
+    ShowPercent(fader);
 }
 
 void CSessionPanel::AddPresets() {

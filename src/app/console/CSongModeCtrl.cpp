@@ -49,6 +49,10 @@ void CSongModeCtrl::OnLButtonDown(int px, int /*py*/, int button) {
     Update(false, true);
 }
 
+ControlPart CSongModeCtrl::PartAt(int part) const {
+    return {Text(part == 0 ? TextKey("SONG") : TextKey("PATTERN")), {}, Half(part == 0).toRect(), part == ChosenPart()};
+}
+
 void CSongModeCtrl::Draw() {
     const bool song = station.Audio().settings.songMode.IsOn();
     Canvas().Fill(Rectangle(), backgroundColour);

@@ -21,6 +21,10 @@ public:
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return 2; }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return ValueNow() != 0 ? 0 : 1; }
 
 private:
     QRectF Half(bool song) const;

@@ -95,6 +95,12 @@ void CWinControlMain::BuildMaster() {
     add.infoString = 448;
     add.fontHeight = 11;
     addButton = &add;
+    // What screen readers call the sections.
+    transport->name = Text("Transport");
+    effects->name = Text("Effects");
+    levels->name = Text("Master");
+    session->name = Text("Session");
+    infoPanel->name = Text("Help");
 }
 
 // What moves with the values themselves is drawn from the timer.
@@ -262,6 +268,18 @@ void CWinControlMain::ScrollTo(int index) {
     const int below = strip->Y() + strip->Height() - area.bottom();
     const int way = above > 0 ? -above : below > 0 ? below : 0;
     if (way != 0) scrollBar->SetValueAndUpdate(true, true, scrollPosition.Get() + static_cast<float>(way));
+}
+
+void CWinControlMain::Reveal(CControl& control) {
+    const CControl* top = &control;
+    while (top->Parent() != nullptr) top = top->Parent();
+    for (const CInstrumentStripCtrl* const strip : strips) {
+        if (strip == top) return ScrollTo(strip->Index());
+    }
+    const int below = control.Y() + control.Height() - StripArea().bottom();
+    if (&control == addButton && below > 0) {
+        scrollBar->SetValueAndUpdate(true, true, scrollPosition.Get() + static_cast<float>(below));
+    }
 }
 
 // Over the strips the wheel scrolls unless the control under the mouse has a use for it.

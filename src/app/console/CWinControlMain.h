@@ -43,6 +43,7 @@ public:
     bool IsSongWhole() const noexcept { return songWhole; }
     CSongPane& Song() const noexcept { return *song; }
 
+    void Reveal(CControl& control) override;
     bool CanEdit(EEdit command) const override;
     void Edit(EEdit command) override;
 

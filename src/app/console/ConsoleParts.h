@@ -59,6 +59,13 @@ void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const C
 // Shows and takes decibels: `gain` gives the linear gain of a control value.
 void ShowDecibels(CControl& control, std::function<float(float)> gain);
 
+// The same for the level of a send.
+void ShowLevelDecibels(CSwitchFaderCtrl& control, std::function<float(float)> gain);
+// Shows and takes hundredths of the range; the bubble shows `formatValue` where that is set.
+void ShowPercent(CControl& control);
+// Shows and takes "L 20", "C" and "R 20", or -100 to 100.
+void ShowPan(CControl& control);
+
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
 QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
@@ -66,6 +73,8 @@ QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
 QString CountInText(int bars);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
+// The pan that a text tells.
+float PanOf(const QString& text);
 
 // What a slot holds, for its label; `empty` when it holds nothing.
 QString SlotText(const PluginSlot* slot, const QString& empty);

@@ -118,7 +118,9 @@ void CWinControlMain::keyPressEvent(QKeyEvent* event) {
 }
 
 bool CWinControlMain::focusNextPrevChild(bool next) {
-    if (song->IsActive() && song->SelectNext(next ? 1 : -1)) return true;
+    const CControl* const focused = Keys().Control();
+    const bool isInSong = focused == nullptr || focused->Role() == ERole::kArea;
+    if (isInSong && song->IsActive() && song->SelectNext(next ? 1 : -1)) return true;
     return CWinControl::focusNextPrevChild(next);
 }
 

@@ -36,7 +36,7 @@ void CInstrumentStripCtrl::AddMixer() {
     BindSetting(pan, context, strip, 473);
     pan.label = pan.name;
     pan.fillFromCentre = true;
-    pan.formatValue = PanText;
+    ShowPan(pan);
     auto& level = AddChild<CFaderCtrl>(0U, 10, 57, 144, 20, &strip.level, false);
     BindSetting(level, context, strip, 470);
     ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
@@ -112,6 +112,7 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
                                            QStringList{QStringLiteral("C"), QStringLiteral("R"), QStringLiteral("H")});
     modes->glyphs = {picture::kGlyphChain, picture::kGlyphRandom, picture::kGlyphHold};
     modes->section = ESection::kPattern;
+    modes->spokenNames = {Text("Chain"), Text("Random"), Text("Hold")};
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
         context.station.Contents().SetStepNumberMode(
@@ -122,10 +123,8 @@ void CInstrumentStripCtrl::AddStepControls(int left) {
     auto& swing = AddChild<CFaderCtrl>(0U, left + 220, 74, 98, 20, &instrument->swing, false);
     swing.section = ESection::kPattern;
     swing.defaultValue = 0.0F;
-    swing.formatValue = [](float shown) {
-        return QStringLiteral("%1 %").arg(static_cast<double>(shown) * 100, 0, 'f', 0);
-    };
     BindValue(swing, context, "Swing", 483);
+    ShowPercent(swing);
 }
 
 void CInstrumentStripCtrl::FillSteps(QMenu& menu) {
@@ -181,9 +180,8 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
         send.section = ESection::kEffects;
         BindSetting(send, context, strip, 487);
         BindLevel(send, context, strip);
-        send.formatLevel = [this](float shown) {
-            return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
-        };
+        ShowLevelDecibels(send, [this](float shown) { return tables.SendGain(shown); });
+        send.disabledInfo = 513;
         const SlotPlace slot{SlotPlace::EKind::kEffect, instrument->Id(), place};
         send.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         send.onEmptyClick = send.onAlternativeClick;
@@ -200,6 +198,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         insert.section = ESection::kEffects;
         BindSetting(insert, context, instrument->strip, 486);
         insert.struckWhileOff = true;
+        insert.disabledInfo = 514;
         insert.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         insert.onEmptyClick = insert.onAlternativeClick;
         inserts[index] = &insert;

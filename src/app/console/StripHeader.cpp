@@ -105,7 +105,7 @@ void CInstrumentStripCtrl::AddHeaderButtons() {
         auto& level = AddChild<CFaderCtrl>(0U, Width() - 240, 5, 120, 18, &instrument->strip.level, false);
         BindSetting(level, context, instrument->strip, 470);
         ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
-        AddChild<CVuCtrl>(0U, Width() - 114, 10, 80, 8, &instrument->strip.peak, nullptr, false);
+        AddChild<CVuCtrl>(0U, Width() - 114, 10, 80, 8, &instrument->strip.peak, nullptr, false).infoString = 477;
     }
     solo = &AddChild<CSwitchCtrl>(0U, collapsed ? Width() - 266 : 38, collapsed ? 4 : 32, 24, 20, &soloShown,
                                   QStringLiteral("S"));

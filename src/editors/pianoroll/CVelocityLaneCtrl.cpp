@@ -22,7 +22,9 @@ constexpr int kSilentHeight = 5;  // of the frame that stands for no velocity
 
 CVelocityLaneCtrl::CVelocityLaneCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                      int newHeight, CPianoRollCtrlEx& pianoRoll)
-    : CPaneCtrl(window, number, left, top, newWidth, newHeight), roll(pianoRoll), gestures(roll.Edit(), roll.view) {
+    : CDirectPaneCtrl(window, number, left, top, newWidth, newHeight),
+      roll(pianoRoll),
+      gestures(roll.Edit(), roll.view) {
     section = ESection::kPattern;
     takesWheel = true;
     gestures.Resize(newHeight);

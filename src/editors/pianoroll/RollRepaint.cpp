@@ -57,8 +57,9 @@ void CPianoRollCtrlEx::PaintRows(const RollDrawing& drawing) {
     notes.Collect(drawing, edit.Index());
     const QRect part = drawing.part.intersected(QRect(view.GridLeft(), kHeader, Width(), view.GridHeight()));
     const QRect whole = OnCanvas(part);
-    // Ghosts are looked for anew in each band.
-    const int bandHeight = options.ghosts.empty() ? kBandRows * view.RowHeight() : part.height() + view.RowHeight();
+    // Ghosts are looked for anew in each band; what is narrow fits into the cache.
+    const bool isOneBand = !options.ghosts.empty() || part.width() <= kWidestRepaint;
+    const int bandHeight = isOneBand ? part.height() + view.RowHeight() : kBandRows * view.RowHeight();
     for (int top = view.YOfRow(view.RowAt(part.top())); top <= part.bottom(); top += bandHeight) {
         RollDrawing band = drawing;
         band.part = QRect(part.left(), top, part.width(), bandHeight);

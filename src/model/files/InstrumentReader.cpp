@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/MidiEvents.h"
 #include "model/MixLanes.h"
 #include "model/files/BallRecords.h"
 #include "model/files/EventRecords.h"
@@ -17,7 +18,6 @@ namespace quib {
 
 namespace {
 
-constexpr std::int32_t kHighestKey = 127;
 constexpr std::int32_t kLargestIcon = 1 << 16;
 constexpr std::int32_t kLargestColour = 0x1000000;
 

@@ -90,7 +90,7 @@ int RunExport(const RenderOptions& options, const CStandardOutput& output) {
         Say(error);
         return kCouldNot;
     }
-    CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
+    CPluginFinder finder(ShippedLibraries(), options.pluginFolders, SystemPluginFolders());
     const auto load = [&](const PluginReference& wanted, ESlotKind kind, PluginEnvironment& environment,
                           std::string& reason) { return LoadByName(finder, wanted, kind, environment, reason); };
     CProgressBar bar;

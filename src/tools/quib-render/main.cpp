@@ -6,12 +6,14 @@
 
 #include "devices/OutputDeviceList.h"
 #include "model/plugin/CPluginFinder.h"
+#include "platform/CAtomicFile.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
 #include "platform/EndSignals.h"
 #include "platform/Paths.h"
 #include "project/ProjectEngine.h"
 #include "project/ProjectFile.h"
+#include "project/midi/MidiExport.h"
 #include "tools/common/CJsonObject.h"
 #include "tools/quib-render/CLivePlay.h"
 #include "tools/quib-render/COfflineRender.h"
@@ -56,7 +58,7 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
 
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
-    CPluginFinder finder(ExecutableFolder(), options.pluginFolders, SystemPluginFolders());
+    CPluginFinder finder(ShippedLibraries(), options.pluginFolders, SystemPluginFolders());
     const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
         return LoadByName(finder, wanted, kind, audio.environment, error);
     };
@@ -139,6 +141,22 @@ bool Resave(const RenderOptions& options, const ProjectState& state) {
     return false;
 }
 
+// The song, or the selected patterns, as notes.
+bool WriteMidiFile(const RenderOptions& options, const ProjectState& state) {
+    MidiExportSettings settings;
+    settings.song = options.songMode.value_or(state.master.songMode > 0.0F);
+    MidiFile file;
+    MidiExportCounts counts;
+    std::string error;
+    if (!ExportMidi(state, settings, file, counts, error) ||
+        !CAtomicFile().Replace(*options.midiFile, WriteMidi(file), error)) {
+        Say(error);
+        return false;
+    }
+    Say(fmt::format("{} notes on {} tracks", counts.notes, counts.tracks));
+    return true;
+}
+
 // Plays the loaded project until it ends or the user ends it. False when no device could be opened.
 bool PlayLive(const RenderOptions& options, CAudio& audio) {
     CLivePlay::Options live;
@@ -174,6 +192,8 @@ int Run(const RenderOptions& options) {
     const std::vector<std::string> missing = MissingPlugins(state);
     if (options.resave) {
         if (!Resave(options, state)) return kCouldNot;
+    } else if (options.midiFile) {
+        if (!WriteMidiFile(options, state)) return kCouldNot;
     } else if (options.play) {
         Publish(state, options, audio);
         const bool played = PlayLive(options, audio);

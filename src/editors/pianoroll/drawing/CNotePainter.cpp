@@ -83,7 +83,7 @@ void CNotePainter::Draw(const RollDrawing& drawing, const NoteSelection& selecti
 CNotePainter::Look CNotePainter::LookOf(const RollDrawing& drawing, const Shown& entry, const NoteSelection& selection,
                                         bool isHovered) {
     const RollColours& colours = drawing.colours;
-    const bool recorded = drawing.options.isBeingRecorded && drawing.options.isBeingRecorded(entry.number);
+    const bool recorded = entry.number >= drawing.options.recordedFrom;
     Look look;
     look.box = entry.box;
     look.body = recorded ? colours.record : colours.OfVelocity(entry.note->velocity);
@@ -156,6 +156,7 @@ void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const 
     const double room = look.box.right - from - kHead - name.width;
     if (room < 2 * kLeastNameMargin) return;
     const double left = from + kHead + std::min(kNameMargin, room / 2);
+    if (!drawing.Touches(left, left + name.width + 1)) return;
     const QRgb colour = note.velocity <= 0 ? look.edge : drawing.colours.TextOn(look.body);
     drawing.Mask(name, left, look.box.top, look.box.bottom - look.box.top, colour);
 }

@@ -18,7 +18,7 @@ constexpr int kLeastLabelledRow = 9;  // pixels
 constexpr int kLamp = 8;
 
 bool IsLit(const RollDrawing& drawing, int key, int pressed) {
-    return key == pressed || (drawing.options.isSounding && drawing.options.isSounding(key));
+    return key == pressed || drawing.options.sounding.test(static_cast<std::size_t>(key));
 }
 
 bool IsPlayed(const RollDrawing& drawing, int key) {
