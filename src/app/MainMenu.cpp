@@ -268,10 +268,9 @@ void CMainWindow::BuildSettingsMenu() {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
     CControllers& controllers = workstation.Controllers();
-    QAction* const learn = Add(*menu, command::kLearnMidi, TextKey("MIDI learn"),
-                               [&controllers] { controllers.SetPicking(!controllers.IsPicking()); });
-    learn->setShortcut(Qt::CTRL | Qt::Key_M);
-    learn->setShortcutContext(Qt::ApplicationShortcut);
+    QAction* const learn = Add(
+        *menu, command::kLearnMidi, TextKey("MIDI learn"),
+        [&controllers] { controllers.SetPicking(!controllers.IsPicking()); }, Qt::CTRL | Qt::Key_M);
     learn->setCheckable(true);
     learn->setChecked(controllers.IsPicking());
     connect(&controllers, &CControllers::Changed, learn,

@@ -9,6 +9,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -216,6 +217,10 @@ protected:
     // The skin's state for a control that is only hovered or not.
     EState PlainState() const noexcept;
 
+    // Tells the window that the user has hold of these values, and no more of those before.
+    void Hold(std::initializer_list<const CValue*> values);
+
+    bool holdsParts = false;         // says itself which of its values a press takes hold of
     bool hoverLook = false;          // redrawn when the mouse comes and goes
     bool doubleClickIsClick = true;  // a second click in a row counts as another one
     bool takesWheel = false;
@@ -242,6 +247,7 @@ private:
     bool parentShown = true;
     float drawnValue = 0;
     std::optional<float> gestureStart;
+    std::vector<const CValue*> heldValues;
     std::vector<std::unique_ptr<CControl>> children;
 };
 

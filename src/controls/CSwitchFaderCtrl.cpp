@@ -19,6 +19,7 @@ CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, in
                                    int newHeight, CValue* bound, CValue* boundLevel)
     : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
     takesWheel = true;
+    holdsParts = true;
     hoverLook = true;
     doubleClickIsClick = false;
     takesDigits = boundLevel != nullptr;
@@ -33,6 +34,7 @@ void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
         }
         return;
     }
+    Hold({IsSwitch(px) ? Value() : level});
     if (IsSwitch(px)) return SetValueAndUpdate(true, true, IsOn() ? 0.0F : 1.0F);
     dragging = true;
     levelBefore = level->Get();
@@ -109,7 +111,9 @@ void CSwitchFaderCtrl::FinishLevel(float before) {
 void CSwitchFaderCtrl::TakeNumber(float number) {
     if (level == nullptr) return;
     const float before = level->Get();
+    Hold({level});
     ChangeLevel(std::clamp(number, 0.0F, levelMaximum));
+    Hold({});
     FinishLevel(before);
 }
 

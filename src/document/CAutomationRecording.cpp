@@ -13,6 +13,7 @@ namespace quib {
 
 namespace {
 
+constexpr const char* kReplaceSetting = "AutomationReplace";
 constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-in's parameter
 
 }  // namespace
@@ -34,13 +35,15 @@ void CAutomationRecording::Begin(const InstrumentLane& lane, int restingTicks) {
     const Key key{lane.instrument ? lane.instrument->Id() : 0, lane.key};
     const auto known = holding.find(key);
     if (known != holding.end()) {
-        known->second.restingTicks = restingTicks;
+        // One that is held in its own window is let go there.
+        if (known->second.restingTicks >= 0 || known->second.isLetGo) known->second.restingTicks = restingTicks;
+        known->second.isLetGo = false;
         return;
     }
     for (const LaneEntry& entry : lanes.Lanes(lane.instrument, true)) {
         if (entry.key != lane.key) continue;
         Mark(lane, true);
-        Held held{lane, entry, -1, restingTicks, {}};
+        Held held{lane, entry, -1, restingTicks, false, {}};
         Sample(held, context.audio.Picture());
         holding.emplace(key, std::move(held));
         return;
@@ -52,7 +55,29 @@ void CAutomationRecording::Hold(const CValue* setting, bool held) {
     if (!lane) return;
     if (held) return Begin(*lane, -1);
     const auto known = holding.find({lane->instrument ? lane->instrument->Id() : 0, lane->key});
-    if (known != holding.end()) Release(known);
+    if (known != holding.end()) LetGo(known);
+}
+
+void CAutomationRecording::HoldParameter(const CPlugin* plugin, int parameter, bool held) {
+    const auto lane = lanes.Find(plugin, parameter);
+    if (!lane) return;
+    if (held) return Begin(*lane, -1);
+    const auto known = holding.find({lane->instrument ? lane->instrument->Id() : 0, lane->key});
+    if (known != holding.end()) LetGo(known);
+}
+
+bool CAutomationRecording::Replaces() const { return context.settings.IsOn(QLatin1String(kReplaceSetting)); }
+
+void CAutomationRecording::SetReplaces(bool on) { context.settings.SetOn(QLatin1String(kReplaceSetting), on); }
+
+bool CAutomationRecording::IsWritten() const {
+    return context.audio.Picture().playing && context.audio.recordAutomation.IsOn();
+}
+
+void CAutomationRecording::LetGo(std::map<Key, Held>::iterator held) {
+    if (!Replaces() || !IsWritten()) return Release(held);
+    held->second.isLetGo = true;
+    held->second.restingTicks = -1;
 }
 
 void CAutomationRecording::ParameterMoved(const CPlugin* plugin, int parameter) {
@@ -130,10 +155,14 @@ void CAutomationRecording::Tick() {
         const auto current = held++;
         Sample(current->second, picture);
         int& resting = current->second.restingTicks;
-        if (resting >= 0 && --resting < 0) Release(current);
+        if (resting >= 0 && --resting < 0) LetGo(current);
     }
-    if (picture.playing && context.audio.recordAutomation.IsOn()) return;
-    for (auto& [key, held] : holding) Commit(held);
+    if (IsWritten()) return;
+    for (auto held = holding.begin(); held != holding.end();) {
+        const auto current = held++;
+        current->second.isLetGo ? Release(current) : Commit(current->second);
+    }
+    take.AddTo(gesture);
     if (!gesture.IsEmpty()) gesture.Finish(Text("Record automation"));
 }
 
@@ -145,6 +174,7 @@ bool CAutomationRecording::IsWriting(const LaneKey& lane) const noexcept {
 void CAutomationRecording::Abandon() {
     for (auto& [key, held] : holding) Mark(held.lane, false);
     holding.clear();
+    take.Forget();
     lastTouched.reset();
     gesture.Finish(Text("Record automation"));
 }

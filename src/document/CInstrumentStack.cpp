@@ -299,6 +299,11 @@ void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instr
     FollowEqualizer(instrument, band);
     context.changes.PushDone(
         Text("Equaliser"), [set, after] { set(after); }, [set, before] { set(before); }, &strip.eqFreq[index]);
+    // One hand may move two of them; the lane that is shown then is the frequency's.
+    const CValue& moved = after.frequency != before.frequency ? strip.eqFreq[index]
+                          : after.gain != before.gain         ? strip.eqGain[index]
+                                                              : strip.eqQ[index];
+    Q_EMIT context.changes.ValueMoved(&moved, 0);
 }
 
 // The engine pictures them for instruments that play; the others hold what they were loaded with.

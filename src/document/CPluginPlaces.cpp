@@ -71,6 +71,9 @@ void CPluginPlaces::ConnectEnvironment() {
     environment.parameterChanged = [this](CPlugin& plugin, int parameter, float value) {
         ParameterMovedInWindow(plugin, parameter, value);
     };
+    environment.parameterTouched = [this](CPlugin& plugin, int parameter, bool held) {
+        Q_EMIT ParameterTouched(&plugin, parameter, held);
+    };
     environment.sizeWindow = [this](CPlugin& plugin, int width, int height) {
         Q_EMIT EditorSizeWanted(&plugin, width, height);
         return true;

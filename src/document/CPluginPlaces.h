@@ -83,6 +83,8 @@ public:
 Q_SIGNALS:
     // Parameter -1: all of them.
     void ParameterMoved(const void* plugin, int parameter);
+    // The user takes hold of a parameter in the plug-in's own window or lets it go.
+    void ParameterTouched(const void* plugin, int parameter, bool held);
     // A plug-in asks for another size of its window (pixels).
     void EditorSizeWanted(const void* plugin, int width, int height);
 

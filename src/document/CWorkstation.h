@@ -30,8 +30,6 @@
 
 namespace quib {
 
-class CAutomationTake;
-
 class CWorkstation : public QObject {
     Q_OBJECT
 
@@ -105,7 +103,6 @@ private:
     CNoteRecording noteRecording{context, selection};
     CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport, song, controllers}};
-    std::unique_ptr<CAutomationTake> take;
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 

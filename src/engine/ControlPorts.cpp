@@ -34,6 +34,7 @@ constexpr auto kInstrumentControls = std::to_array<ControlPort<CInstrument>>({
     {"Arpeggiator gate time", [](CInstrument& i) -> CValue& { return i.arpeggiator.gateTime; }, 0, 4},
     {"Arpeggiator tempo", [](CInstrument& i) -> CValue& { return i.arpeggiator.tempo; }, 0, 4},
     {"Swing", [](CInstrument& i) -> CValue& { return i.swing; }, 0, 1},
+    {"Arpeggiator latch", [](CInstrument& i) -> CValue& { return i.arpeggiator.latch; }, 0, 1, -1, true},
 });
 
 BlockInstrument* Find(BlockContext& block, std::uint32_t id) noexcept {

@@ -80,6 +80,7 @@ void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
     instrument.play.ballMoves.Items().clear();
     songTime.Admit(instrument);
     keys.Admit(instrument, *plugin, block.number);
+    CLiveKeys::EndLatch(instrument);
     block.instruments.push_back(
         {&instrument, plugin, {PluginOf(instrument.inserts[0]), PluginOf(instrument.inserts[1])}});
 }

@@ -78,7 +78,6 @@ inline constexpr KeyedText kTexts[] = {
     {"arrows", "flèches"},
     {"Types the value", "Tape la valeur"},
     // What a screen reader says
-    {"Preset %1", "Preset %1"},
     {"New preset", "Nouveau preset"},
     {"chosen", "choisi"},
     {"playing", "joué"},
@@ -242,6 +241,11 @@ inline constexpr KeyedText kTexts[] = {
     {"Pattern order", "Ordre des motifs"},
     {"Song length", "Longueur du morceau"},
     {"Record automation", "Enregistrer l'automation"},
+    {"Recording automation", "Enregistrement de l'automation"},
+    {"Replace to the end", "Remplacer jusqu'à la fin"},
+    {"Only while it is moved", "Seulement pendant le mouvement"},
+    {"LATCH", "MAINTIEN"},
+    {"Arpeggiator latch", "Maintien de l'arpégiateur"},
     // MIDI learn
     {"MIDI learn", "Apprentissage MIDI"},
     {"Learn MIDI", "Apprendre le MIDI"},
@@ -261,7 +265,7 @@ inline constexpr KeyedText kTexts[] = {
     {"Every channel", "Tous les canaux"},
     {"Channel %1", "Canal %1"},
     {"Inverted", "Inversé"},
-    {"Invert", "Inverser"},
+    {"Swap the ends", "Échanger les bouts"},
     {"Learn again", "Apprendre à nouveau"},
     {"%1 follows %2 (%3)", "%1 suit %2 (%3)"},
     {"List ...", "Liste ..."},

@@ -48,6 +48,19 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
 
 ControlTarget KeyTarget(ETransportKey key) { return {EControlTarget::kTransport, 0, static_cast<std::int32_t>(key)}; }
 
+void FillAutomationMenu(QMenu& menu, CWorkstation& station) {
+    CAutomationRecording& recording = station.AutomationRecording();
+    menu.addSection(Text("Recording automation"));
+    for (const bool replaces : {false, true}) {
+        QAction* const action = menu.addAction(replaces ? Text("Replace to the end") : Text("Only while it is moved"),
+                                               [&recording, replaces] { recording.SetReplaces(replaces); });
+        action->setCheckable(true);
+        action->setChecked(recording.Replaces() == replaces);
+    }
+    menu.addSeparator();
+    AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordAutomation));
+}
+
 void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
     CMetronomeControl& metronome = station.Metronome();
     const auto add = [&menu](const QString& text, bool chosen, auto choose) {
@@ -122,6 +135,9 @@ void CTransportPanel::AddSwitches() {
     auto& automation =
         AddChild<CSwitchCtrl>(0U, 104, 8, 24, 34, &station.Audio().recordAutomation, QStringLiteral("A\u25CF"));
     automation.infoString = 432;
+    automation.onAlternativeClick = [this, &station](CControl&) {
+        PopUpMenu(Owner(), [&station](QMenu& menu) { FillAutomationMenu(menu, station); });
+    };
     automation.learns = KeyTarget(ETransportKey::kRecordAutomation);
     for (CSwitchCtrl* const arm : {&notes, &automation}) arm->onColour = Palette().Colour(QStringLiteral("record"));
     struct Plan {

@@ -91,7 +91,8 @@ void CControllerDialog::BuildSettings(QLayout& layout) {
         connect(made, &QPushButton::clicked, this, run);
         return made;
     };
-    invert = button(Text("Invert"), [this] { Change([](ControlBinding& next) { std::swap(next.low, next.high); }); });
+    invert =
+        button(Text("Swap the ends"), [this] { Change([](ControlBinding& next) { std::swap(next.low, next.high); }); });
     learn = button(Text("Learn again"), [this] {
         if (const int index = Chosen(); index >= 0)
             controllers.Learn(controllers.Map().Entries()[static_cast<std::size_t>(index)].binding.target);

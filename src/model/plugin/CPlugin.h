@@ -213,7 +213,7 @@ protected:
     // --- For formats: what the plug-in reports and asks, on whatever thread it does ---------------
 
     void ReportParameter(int index, float value);
-    void ReportTouch(int index);
+    void ReportTouch(int index, bool held);
     void ReportIdleWanted() noexcept { needsIdle.store(true, std::memory_order_relaxed); }
     void RunApplicationIdle();
     // Gives whether the window gets that size (pixels).
