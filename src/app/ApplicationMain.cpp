@@ -82,12 +82,14 @@ public:
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
+        ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
-        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
+        // Not before there is somebody to hear what it says.
+        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         PrepareToolPlacements(settings);
     }
 
@@ -161,10 +163,14 @@ int CRun::Run() {
     CSessionKeeper keeper(*window, AskInBox(window.get()));
     keeper.Begin(QString::fromStdString(options.project));
     window->ApplySettings();
+    window->ReopenTools();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
-                     [this] { ShowQuickStart(window.get()); });
-    if (IsFirst()) ShowQuickStart(window.get());
+                     [this] { window->OpenTool(ETool::kTutorial); });
+    // By itself only when nothing else asks for the user, who may also have come with a project.
+    if (IsFirst() && options.project.empty() && workstation.Output().Device() != nullptr) {
+        window->OpenTool(ETool::kTutorial);
+    }
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("Init"), 1);
     settings.Flush();
     catalog.SetFolders(PluginFolders(folders, settings));
@@ -216,6 +222,7 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();
     CSettings settings(SettingsFile(options));
+    KeepFirstLanguage(settings);
     SetLanguage(ChosenLanguage(settings));
     const Folders folders(FindProgramFolder(settings, QString::fromStdString(options.portableFolder)));
     CFolderLock lock;

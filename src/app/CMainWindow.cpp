@@ -42,9 +42,10 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       recentFiles(settings),
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
-      tools(ToolContext{projectOwner, controlSettings}, this),
+      tools(ToolContext{projectOwner, controlSettings, [this](ETool tool) { return tools.Open(tool); }}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
+      exchange(*this),
       drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
             [this](const QStringList& paths, const QPoint& point) {
                 const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
@@ -191,11 +192,33 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
     if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
-    if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
+    const CToolWindow* const known = tools.Find(tool);
+    const bool isNew = known == nullptr || !known->isVisible();
+    CToolWindow* const window = tools.Open(tool);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    const auto current = workstation.Selection().CurrentInstrument();
+    if (!isNew || window->WasPlacedByUser() || !surroundings.place) return;
+    const SlotPlace place{SlotPlace::EKind::kInstrument, current ? current->Id() : 0, 0};
+    PutBeside(*window, surroundings.place(place));
+}
+
+void CMainWindow::ReopenTools() {
+    bool any = false;
+    for (const ToolRow& row : ToolTable()) {
+        if (!tools.WasOpen(row)) continue;
+        OpenTool(row.tool);
+        any = true;
+    }
+    if (any) activateWindow();
 }
 
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
-    if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
+    const bool wasOpen = pluginWindows->IsShown(place);
+    CPluginWindow* const window = pluginWindows->Show(place);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    if (!wasOpen && surroundings.place) PutBeside(*window, surroundings.place(place));
 }
 
 void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
@@ -205,6 +228,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    if (CExchangeCommands::IsMidi(path)) {
+        const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
+        const bool isOnRoll =
+            point && roll != nullptr && roll->isActiveWindow() && roll->frameGeometry().contains(*point);
+        return isOnRoll ? exchange.ImportMidiInto(path, *point) : exchange.ImportMidi(path);
+    }
     if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
     if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
     if (!instrument) {
@@ -248,10 +277,6 @@ void CMainWindow::LoadFileInto(const QString& path, const std::optional<SlotPlac
         return ShowWarnings(workstation.Stack().TakeWarnings());
     }
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
-}
-
-int CMainWindow::Scale() const {
-    return std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300);
 }
 
 }  // namespace quib

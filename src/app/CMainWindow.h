@@ -19,8 +19,11 @@
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
+#include "controls/CPalette.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
+#include "export/ExportSettings.h"
 
 class QAction;
 class QMenu;
@@ -54,7 +57,11 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    // Those that were open when the program was last left.
+    void ReopenTools();
     void OpenPlugin(const SlotPlace& place);
+    // The export dialog, with a range chosen or as it stands.
+    void ShowExport(std::optional<EExportRange> range = {});
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -83,9 +90,19 @@ public:
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
 
-    // Percent; 75 to 300.
+    // Percent; 75 to 300, and no more than the screen can show.
     int Scale() const;
+    // A window that was made smaller or larger by this, and not by the user, goes back with the scale.
     void SetScale(int percent);
+    // Of every window at once, those of Qt included.
+    void SetPalette(EPalette palette);
+    // What windows open beside: a place for plug-ins, of the screen, and the bars that stay clear. The console
+    // sets it.
+    struct Surroundings {
+        std::function<QRect(const SlotPlace&)> place;
+        std::function<QRect()> bars;
+    };
+    Surroundings surroundings;
 
 Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
@@ -103,12 +120,18 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
+    void BuildPaletteMenu(QMenu& menu);
+    int MostScale() const;
+    void FollowScale(int before);
+    void PutBeside(QWidget& window, const QRect& anchor) const;
+    void BuildLaunchMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
@@ -129,7 +152,6 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
-    void ShowExport();
     void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
@@ -145,6 +167,7 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
     std::unique_ptr<CLearnMode> learnMode;
     QPointer<CControllerDialog> controllerList;  // while it is open
@@ -158,6 +181,8 @@ private:
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
     bool loading = false;
+    QSizeF unscaledSize;  // of the window at 100 %, as the user made it
+    QSize scaledSize;     // that the last change of scale gave it
 };
 
 }  // namespace quib

@@ -21,6 +21,13 @@ CPluginWindow* CPluginWindows::WindowOf(const SlotPlace& place) {
     return window;
 }
 
+bool CPluginWindows::IsShown(const SlotPlace& place) const {
+    const auto slot = workstation.Places().Slot(place);
+    if (!slot || !slot->plugin) return false;
+    const QPointer<CPluginWindow> window = windows.value(slot->plugin.get());
+    return window != nullptr && window->isVisible();
+}
+
 CPluginWindow* CPluginWindows::Show(const SlotPlace& place) {
     CPluginWindow* const window = WindowOf(place);
     if (window == nullptr) return nullptr;

@@ -20,6 +20,8 @@ public:
     explicit CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent = nullptr);
     ~CPluginWindows() override { CloseAll(); }
 
+    // Whether the window of what is in the place is open.
+    bool IsShown(const SlotPlace& place) const;
     // Opens the window of what stands in a place, or brings it to the front: the plug-in's own editor, or
     // the page of its parameters. Null when there is no plug-in.
     CPluginWindow* Show(const SlotPlace& place);

@@ -15,11 +15,8 @@ namespace {
 
 const QString kProgram = QStringLiteral("QUIB Sequencer");
 
-// In French unless English has been chosen.
-QString CrashQuestion(const CSettings& settings) {
-    const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
-                english ? ELanguage::kEnglish : ELanguage::kFrench);
+QString CrashQuestion() {
+    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?");
 }
 
 // Files that add something to a project and are none themselves.
@@ -56,7 +53,7 @@ void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
         case EStartProject::kEmpty:
             return OfferSession();
         case EStartProject::kAsk:
-            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion(settings))) return OpenCrashed();
+            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion())) return OpenCrashed();
             if (!EndWanted()) OpenFile(file);
             return;
         case EStartProject::kCurrent:

@@ -25,9 +25,17 @@ CControl::~CControl() {
     owner.Forget(*this);
 }
 
-CCanvas& CControl::Canvas() const noexcept { return owner.Canvas(); }
+CCanvas& CControl::Canvas() const noexcept {
+    CCanvas& canvas = owner.Canvas();
+    canvas.SetSilent(cannotSound);
+    return canvas;
+}
 
-CSkin& CControl::Skin() const noexcept { return owner.Skin(); }
+CSkin& CControl::Skin() const noexcept {
+    CSkin& skin = owner.Skin();
+    skin.SetSilent(cannotSound);
+    return skin;
+}
 
 void CControl::SetPosition(int newRelativeX, int newRelativeY) noexcept {
     relativeX = newRelativeX;

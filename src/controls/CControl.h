@@ -178,9 +178,10 @@ public:
     float minimum = 0;
     float maximum = 1;
     std::optional<float> defaultValue;
-    QRgb backgroundColour = qRgb(0x30, 0x30, 0x30);  // painted over a hidden control
+    QRgb backgroundColour = Palette().Colour(QStringLiteral("window"));  // painted over a hidden control
     ESection section = ESection::kMix;
     bool enabled = true;
+    bool cannotSound = false;  // drawn so
     bool alternativeClickAlways = false;
     bool captureOnClick = true;
     bool takesMiddleButton = false;  // others are not told of it

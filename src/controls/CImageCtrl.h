@@ -17,7 +17,8 @@ public:
     ERole Role() const override { return ERole::kNone; }
     void SetPicture(int pictureNumber);
 
-    bool isGlyph = false;  // drawn in the section's accent
+    std::optional<QRgb> colour;  // of a glyph; unset: the accent of its section
+    bool isGlyph = false;        // drawn in the section's accent
 
 private:
     int picture;

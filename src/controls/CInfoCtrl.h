@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The panel that explains the control under the mouse, in the language chosen at that moment.
-// User-interface thread.
+// The panel that explains the control under the mouse, in the language chosen at that moment: a page, or a line
+// where it is low. User-interface thread.
 
 #include <QStringList>
 #include <vector>
@@ -33,6 +33,9 @@ public:
     QStringList Paragraphs() const;
 
 private:
+    void DrawLine();
+    static QString FirstLine(const QString& text, qreal room, int letters);
+
     std::vector<int> stringIds;
     QString literal;
     int fontHeight;

@@ -32,6 +32,7 @@ public:
     float detentValue = 0;
     bool fillFromCentre = false;  // the ring grows from the middle of the range
     QString label;                // below the knob
+    bool valueBelow = false;      // its value is written there
 
 private:
     void DragCentre(int py);
@@ -40,6 +41,7 @@ private:
     float AngleOfValue() const noexcept;
     float ValueOfAngle(float angle) const noexcept;
     int Side() const noexcept;
+    bool HasText() const noexcept { return valueBelow || !label.isEmpty(); }
 
     bool dragging = false;
     bool centreMode = false;

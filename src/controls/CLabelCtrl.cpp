@@ -31,9 +31,13 @@ ERole CLabelCtrl::Role() const {
 QRectF CLabelCtrl::DrawGround(QRgb ground) {
     Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
     const QRectF area(Rectangle());
+    if (vacant && !hovered) {
+        Canvas().Fill({area.left(), area.bottom() - 1, area.width(), 1}, Palette().Colour(QStringLiteral("line")));
+        return area.adjusted(6, 0, -2, 0);
+    }
     if (!sunken) return area;
     Canvas().Box(area, 3, ground, Palette().Colour(QStringLiteral("edge")));
-    return area.adjusted(5, 0, -5, 0);
+    return area.adjusted(6, 0, -5, 0);
 }
 
 void CLabelCtrl::Draw() { DrawText(DrawGround(Palette().Colour(QStringLiteral("well"))), textColour); }
@@ -42,7 +46,9 @@ bool CLabelCtrl::HasChanged() const { return CControl::HasChanged() || IsStruck(
 
 void CLabelCtrl::DrawText(const QRectF& area, QRgb colour) {
     drawnStruck = IsStruck();
+    if (Value() != nullptr) text = ValueText();
     const QRgb shown = drawnStruck ? Palette().Colour(QStringLiteral("textDim")) : colour;
+    if (digits) return Canvas().Digits(area, text, shown, fontHeight, alignment, strong);
     Canvas().Text(area, text, shown, fontHeight, alignment, strong);
     if (!drawnStruck) return;
     const qreal end = std::min(area.right(), area.left() + CCanvas::TextWidth(text, fontHeight, strong));
@@ -88,6 +94,7 @@ void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 void CLabelMenuCtrl::Draw() {
     const QRectF area = DrawGround(Palette().Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
     const QRgb colour = enabled ? textColour : Palette().Colour(QStringLiteral("textDim"));
+    if (vacant && !hovered) return DrawText(area, colour);
     DrawText(area.adjusted(0, 0, -10, 0), colour);
     Canvas().Glyph(Skin(), picture::kGlyphArrowDown, QPointF(area.right() - 3, area.center().y()),
                    hovered ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim")));

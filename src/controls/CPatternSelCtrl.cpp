@@ -9,7 +9,8 @@ namespace quib {
 
 namespace {
 constexpr int kCopyPatternText = 127;
-}
+constexpr int kWideCell = 24;  // pixels
+}  // namespace
 
 CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newCellWidth,
                                  int newHeight, int newHeaderHeight, CPatternOwner* patternOwner)
@@ -133,7 +134,7 @@ void CPatternSelCtrl::DrawCell(int cell) {
     const CPalette& palette = Palette();
     const QRgb accent = palette.Accent(section);
     const QRectF whole(X() + cell * cellWidth, Y() + headerHeight, cellWidth, Height() - headerHeight);
-    const QRectF area = whole.adjusted(0, 0, -1, 0);
+    const QRectF area = whole.adjusted(0, 0, -2, 0);
     Canvas().Fill(whole, backgroundColour);
     const bool filled = (drawn.filled >> cell & 1U) != 0;
     EState state = cell == lit ? EState::kHover : EState::kNormal;
@@ -141,20 +142,24 @@ void CPatternSelCtrl::DrawCell(int cell) {
     if (cell == source) state = EState::kPressed;
     // An empty pattern is a hole, one with notes a key.
     if (!filled && state == EState::kNormal) {
-        Canvas().Box(area, 3, palette.Colour(QStringLiteral("well")), palette.Colour(QStringLiteral("knobEdge")));
+        Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
     } else {
         DrawCap(Canvas(), area, state, accent);
     }
-    if (cell == drawn.playing && state != EState::kOn) Canvas().Frame(area, 3, accent, 1.5);
-    if (cell == drawn.next) Canvas().Frame(area.adjusted(1, 1, -1, -1), 2, palette.Colour(QStringLiteral("text")));
+    if (cell == drawn.playing && state != EState::kOn) {
+        Canvas().Frame(area, 3, palette.Accent(ESection::kTransport), 2);
+    }
+    if (cell == drawn.next) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     const QRgb textColour = state != EState::kNormal ? CapTextColour(state, accent)
                             : filled                 ? accent
-                                                     : palette.Colour(QStringLiteral("textDim"));
-    Canvas().Text(area, QString::number(cell + 1), textColour, 10, Qt::AlignCenter, filled);
+                                                     : palette.Colour(QStringLiteral("textOff"));
+    const int letters = cellWidth >= kWideCell ? 12 : 11;
+    Canvas().Text(area, QString::number(cell + 1), textColour, letters, Qt::AlignCenter, filled);
     if ((drawn.flagged >> cell & 1U) != 0) {
-        Canvas().Ellipse({area.right() - 3.5, area.top() + 3.5}, 1.8,
-                         state == EState::kOn ? qRgb(0x10, 0x14, 0x16) : palette.Colour(QStringLiteral("text")));
+        Canvas().Ellipse(
+            {area.right() - 3.5, area.top() + 3.5}, 1.8,
+            state == EState::kOn ? palette.Colour(QStringLiteral("onAccent")) : palette.Colour(QStringLiteral("text")));
     }
 }
 

@@ -12,7 +12,7 @@
 namespace quib {
 
 namespace {
-constexpr int kCellWidth = 22;
+constexpr int kCellWidth = 25;
 }
 
 CPresetSelectorCtrl::CPresetSelectorCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
@@ -113,7 +113,7 @@ void CPresetSelectorCtrl::Draw() {
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {
         const int cell = first + shown;
-        const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
+        const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 2, Height());
         if (cell >= drawnCount) break;
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;
         if (cell == static_cast<int>(ValueNow()) - 1) state = EState::kOn;
@@ -121,7 +121,7 @@ void CPresetSelectorCtrl::Draw() {
         if (cell == count) {
             Canvas().Glyph(Skin(), picture::kGlyphPlus, area.center(), CapTextColour(state, accent));
         } else {
-            Canvas().Text(area, QString::number(cell + 1), CapTextColour(state, accent), 10, Qt::AlignCenter, true);
+            Canvas().Text(area, QString::number(cell + 1), CapTextColour(state, accent), 11, Qt::AlignCenter, true);
         }
     }
 }

@@ -13,7 +13,10 @@ namespace quib {
 
 namespace {
 constexpr int kChooseEffectText = 390;
-}
+constexpr float kFilledShare = 0.45F;  // of the accent, on the well
+constexpr int kTall = 26;              // pixels from which the name is larger
+constexpr int kLevelWidth = 112;       // pixels from which the level is written
+}  // namespace
 
 CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                    int newHeight, CValue* bound, CValue* boundLevel)
@@ -131,6 +134,7 @@ void CSwitchFaderCtrl::SetText(const QString& newText) {
     Update(false, true);
 }
 
+// What is off is a dim name in its well; what is on has a frame, its level and a lit sign.
 void CSwitchFaderCtrl::Draw() {
     const CPalette& palette = Palette();
     const bool on = IsOn();
@@ -139,36 +143,43 @@ void CSwitchFaderCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area(Rectangle());
     if (!enabled) return DrawEmpty(area);
-    Canvas().FillRound(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
-    if (level != nullptr) {
+    const QRgb well = palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well"));
+    const QRgb filled = Mix(palette.Colour(QStringLiteral("well")), accent, kFilledShare);
+    Canvas().FillRound(area, 3, on && level == nullptr ? filled : well);
+    if (level != nullptr && on) {
         const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(drawnLevel / levelMaximum);
-        const QRgb fill = Mix(palette.Colour(QStringLiteral("well")), accent, on ? 0.45F : 0.18F);
-        if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, fill);
+        if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, filled);
     }
-    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
-    const bool struck = struckWhileOff && !on;
-    const QRgb textColour = palette.Colour(on       ? QStringLiteral("text")
-                                           : struck ? QStringLiteral("textDim")
-                                                    : QStringLiteral("textMuted"));
-    const QRectF room = area.adjusted(6, 0, -kSwitchZone, 0);
-    Canvas().Text(room, text, textColour, 10, Qt::AlignLeft | Qt::AlignVCenter);
-    if (struck) {
-        const qreal end = std::min(room.right(), room.left() + CCanvas::TextWidth(text, 10));
-        Canvas().Line(room.left(), room.center().y() + 1, end, room.center().y() + 1, textColour);
-    }
-    const QPointF lamp(area.right() - kSwitchZone / 2.0 + 2, area.center().y());
-    if (on) Canvas().Ellipse(lamp, 6.5, WithOpacity(accent, 0.25F));
-    Canvas().Glyph(Skin(), picture::kGlyphPower, lamp, on ? accent : palette.Colour(QStringLiteral("textDim")));
+    Canvas().Frame(area, 3, on ? accent : palette.Colour(QStringLiteral("edge")));
+    DrawName(area.adjusted(6, 0, -kSwitchZone, 0), on);
+    Canvas().Glyph(Skin(), picture::kGlyphPower, {area.right() - kSwitchZone / 2.0 + 2, area.center().y()},
+                   on ? palette.Colour(QStringLiteral("text")) : palette.Colour(QStringLiteral("textDim")));
 }
 
-// Only an outline: there is nothing to switch.
+void CSwitchFaderCtrl::DrawName(QRectF room, bool on) {
+    const QRgb colour = Palette().Colour(on ? QStringLiteral("text") : QStringLiteral("textDim"));
+    const int letters = Height() >= kTall ? 12 : 11;
+    if (on && formatLevel && Width() >= kLevelWidth) {
+        QString decibels = formatLevel(drawnLevel);
+        decibels.remove(QStringLiteral(" dB"));
+        Canvas().Digits(room, decibels, colour, letters, Qt::AlignRight | Qt::AlignVCenter);
+        room.setRight(room.right() - CCanvas::DigitsWidth(decibels, letters) - 4);
+    }
+    Canvas().Text(room, text, colour, letters, Qt::AlignLeft | Qt::AlignVCenter);
+    if (!struckWhileOff || on) return;
+    const qreal end = std::min(room.right(), room.left() + CCanvas::TextWidth(text, letters));
+    Canvas().Line(room.left(), room.center().y() + 1, end, room.center().y() + 1, colour);
+}
+
+// A word and a hairline: there is nothing to switch.
 void CSwitchFaderCtrl::DrawEmpty(const QRectF& area) {
     const CPalette& palette = Palette();
-    if (hovered && onEmptyClick) Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
-    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("line")));
-    const QRgb colour =
-        palette.Colour(hovered && onEmptyClick ? QStringLiteral("textMuted") : QStringLiteral("textOff"));
-    Canvas().Text(area.adjusted(6, 0, -4, 0), text, colour, 10, Qt::AlignLeft | Qt::AlignVCenter);
+    const bool lit = hovered && onEmptyClick;
+    if (lit) Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
+    Canvas().Fill({area.left(), area.bottom() - 1, area.width(), 1}, palette.Colour(QStringLiteral("line")));
+    Canvas().Text(area.adjusted(6, 0, -4, 0), text,
+                  palette.Colour(lit ? QStringLiteral("text") : QStringLiteral("textDim")), 11,
+                  Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 void CSwitchFaderCtrl::ListLearnable(std::vector<Learnable>& parts) const {

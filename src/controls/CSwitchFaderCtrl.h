@@ -54,6 +54,7 @@ public:
 private:
     bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
     bool IsSwitch(int px) const noexcept { return level == nullptr || px - X() >= Width() - kSwitchZone; }
+    void DrawName(QRectF room, bool on);
     void DrawEmpty(const QRectF& area);
     QString LevelText() const;
     void ShowLevel();

@@ -50,7 +50,7 @@ void CSwitchSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRgb accent = Palette().Accent(section);
     for (int index = 0; index < segmentLabels.size(); ++index) {
-        const QRectF area = QRectF(X() + index * segmentWidth, Y(), segmentWidth - 1, Height());
+        const QRectF area = QRectF(X() + index * segmentWidth, Y(), segmentWidth - gap, Height());
         EState state = !enabled ? EState::kDisabled : index == hoveredSegment ? EState::kHover : EState::kNormal;
         if (static_cast<int>(ValueNow()) == index + 1) state = EState::kOn;
         DrawCap(Canvas(), area, state, accent);

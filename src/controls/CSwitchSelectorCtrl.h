@@ -24,6 +24,7 @@ public:
     ControlPart PartAt(int part) const override;
     int ChosenPart() const override { return static_cast<int>(ValueNow()) - 1; }
 
+    int gap = 1;              // pixels between segments
     QStringList spokenNames;  // of the segments, where their labels are no words
     std::vector<int> glyphs;  // in place of the labels where there is one
 

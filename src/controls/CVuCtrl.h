@@ -31,6 +31,10 @@ public:
             CValue* right, bool isVertical);
 
     void Draw() override;
+    // Instead of the level: why there is none. Empty: the level again. Drawn with the next tick.
+    void SetReason(const QString& text);
+    // Decibels of the highest level that is held; -60 where there is none.
+    float HeldPeak() const noexcept;
     void OnLButtonDown(int px, int py, int button) override;
     void Tick() override;
     ERole Role() const override { return ERole::kMeter; }
@@ -50,11 +54,14 @@ private:
         int drawnHeld = 0;
     };
     bool Follow(Channel& channel) const;
+    void DrawReason(const QRectF& area);
     void DrawChannel(const Channel& channel, const QRectF& area);
     float Length() const noexcept { return static_cast<float>(vertical ? Height() : Width()); }
 
     std::array<Channel, 2> channels;
     MeterColours colours;
+    QString reason;
+    bool stale = false;
     bool vertical;
 };
 

@@ -24,8 +24,8 @@ int ButtonOf(const QMouseEvent& event) {
 
 }  // namespace
 
-CWinControl::CWinControl(const CControlSettings& controlSettings, QRgb backgroundColour, QWidget* parent)
-    : QWidget(parent), settings(controlSettings), background(backgroundColour), bubble(new CBubble(*this)) {
+CWinControl::CWinControl(const CControlSettings& controlSettings, const char* backgroundName, QWidget* parent)
+    : QWidget(parent), settings(controlSettings), background(backgroundName), bubble(new CBubble(*this)) {
     InstallSpokenWindows();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -62,7 +62,7 @@ void CWinControl::LayoutAndRefresh() {
     const QSize size = SkinSize();
     if (size.isEmpty()) return;
     skin.SetScale(PhysicalScale());
-    canvas.Reset(size, PhysicalScale(), background);
+    canvas.Reset(size, PhysicalScale(), Palette().Colour(QLatin1String(background)));
     hasBackBuffer = true;
     Arrange(size);
     canvas.SetClip(QRect(QPoint(0, 0), size));

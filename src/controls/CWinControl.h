@@ -26,7 +26,8 @@ class CWinControl : public QWidget {
     Q_OBJECT
 
 public:
-    CWinControl(const CControlSettings& settings, QRgb background, QWidget* parent = nullptr);
+    // `background`: the name of a colour of the palette, for all of its life.
+    CWinControl(const CControlSettings& settings, const char* background, QWidget* parent = nullptr);
     ~CWinControl() override;
 
     // Puts a control behind those that are there. It is drawn with the next layout.
@@ -41,8 +42,14 @@ public:
     const std::vector<std::unique_ptr<CControl>>& Controls() const noexcept { return controls; }
     const CControlSettings& Settings() const noexcept { return settings; }
 
-    CCanvas& Canvas() noexcept { return canvas; }
-    CSkin& Skin() noexcept { return skin; }
+    CCanvas& Canvas() noexcept {
+        canvas.SetSilent(false);
+        return canvas;
+    }
+    CSkin& Skin() noexcept {
+        skin.SetSilent(false);
+        return skin;
+    }
     bool HasBackBuffer() const noexcept { return hasBackBuffer; }
     QSize SkinSize() const;
     // Size of a skin pixel in the desktop's pixels, 0.75..3.
@@ -135,7 +142,7 @@ private:
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
     const CControlSettings& settings;
-    QRgb background;
+    const char* background;
     CCanvas canvas;
     CSkin skin;
     CMouseRouter mouse{*this};

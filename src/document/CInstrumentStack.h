@@ -38,6 +38,8 @@ public:
     // A plug-in by its name in the lists or by its path, or an instrument file. Gives its index, or -1;
     // `error` is then empty when the user has been told already.
     int AddInstrument(const QString& nameOrPath, QString& error);
+    // Made elsewhere, at the end of the list; one step of undo. False with `error` when there would be too many.
+    bool AddInstruments(const InstrumentList& added, const QString& name, QString& error);
     void RemoveInstrument(int index);
     void MoveInstrument(int from, int to);
     void DuplicateInstrument(int index);
@@ -56,6 +58,8 @@ public:
     // "SoloCumulMode" is on.
     bool IsSolo(int index) const;
     void ToggleSolo(int index);
+    // The first instrument in solo; 0 when there is none.
+    std::uint32_t SoloedId() const;
 
     // Lets the engine follow an equaliser band that has moved.
     void FollowEqualizer(const std::shared_ptr<CInstrument>& instrument, int band) const;
@@ -80,6 +84,7 @@ private:
     // As the setting "LevelOffWhenLoadingInst" wants it.
     void StartSilent(CInstrument& loaded) const;
     void ApplySolo();
+    std::string FreshTitle(const std::string& title) const;
 
     const DocumentContext& context;
     CPluginPlaces& places;

@@ -15,8 +15,9 @@ struct EngineCommand {
         kStop,           // sounding notes end; while nothing plays: kPanic
         kStopAt,         // value: step where the next playing ends, of the song or counted from its start
         kLocate,         // value: song step
-        kSelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
+        kSelectPattern,  // value: pattern; at once when stopped, else as ELaunch tells
         kStartPattern,   // value: step; the current pattern begins there at the next beat
+        kHoldLaunch,     // value: not 0: patterns that wait for beat or bar wait on until it is 0 again
         kMoveBall,       // value: ball; x, y: 0..127; what is assigned to it follows at once
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
         kAudition,       // the same straight to the plug-in, as a note of a pattern goes there

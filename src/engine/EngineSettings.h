@@ -15,6 +15,9 @@
 
 namespace quib {
 
+// Where a pattern that is chosen during playing begins.
+enum class ELaunch : std::uint8_t { kPatternEnd, kBeat, kBar };
+
 struct EngineSettings {
     CValue songMode{1.0F};           // switch: patterns follow the playlists
     CValue synchroOn;                // switch: all patterns restart with the longest
@@ -24,6 +27,7 @@ struct EngineSettings {
     CIntegerValue stepsPerBeat{4};   // 4: a step is a sixteenth note
     CIntegerValue beatsPerBar{4};    // time signature: its beats,
     CIntegerValue beatUnit{4};       // and the note that is one beat: 1, 2, 4, 8, 16
+    CIntegerValue launch;            // ELaunch
     CIntegerValue timebase{96};      // ticks of a quarter note, for the grids of editors
     CValue tempo{120.0F};            // beats per minute
     CValue masterLevel{127.0F};      // 0..127
@@ -40,6 +44,10 @@ CValue* EngineSetting(EngineSettings& settings, int lane) noexcept;
 inline bool HasLoop(const EngineSettings& settings) noexcept {
     return settings.loopOn.IsOn() && settings.loopEnd.Get() > std::max(0, settings.loopStart.Get());
 }
+
+// How many steps lie between two places where waiting patterns begin, counted from the start of playing; 0: they
+// wait for the end of the one that plays.
+int LaunchSteps(const EngineSettings& settings) noexcept;
 
 // Tempo that playback uses, in beats per minute: always a number within [10, 1000].
 float SafeTempo(const EngineSettings& settings) noexcept;

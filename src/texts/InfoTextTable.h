@@ -328,6 +328,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "Un clic droit sur un motif le marque."},
     {483, "SWING - Delays every second step. Double click: none.",
      "SWING - Retarde un pas sur deux. Double clic : aucun."},
+    {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
+     "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
+    {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",
+     "PRESETS - Désactivés : Réglages, Presets actifs permet à la console et au MIDI de les rappeler."},
     {484, "EQUALISER - Switches the equaliser of the instrument.", "ÉGALISEUR - Active l'égaliseur de l'instrument."},
     {485,
      "EQUALISER CURVE - Drag a handle sideways for the frequency, up and down for the gain; the wheel sets the "
@@ -379,6 +383,14 @@ inline constexpr NumberedText kInfoTexts[] = {
     {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
     {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
      "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
+    {553,
+     "LAUNCH - Where a pattern begins that is chosen while playing: at the end of the one that plays, or with the next "
+     "beat or bar, which holds for presets of all instruments, too. The cell that waits has a white frame.",
+     "LANCER - Où commence un motif choisi en jouant : à la fin de celui qui joue, ou au prochain temps, à la "
+     "prochaine "
+     "mesure ; cela vaut aussi pour les presets de tous les instruments. La case qui attend a un cadre blanc."},
+    {554, "MORE - All that can be done to the song and to the selected items, with the keys.",
+     "PLUS - Tout ce qui se fait au morceau et aux éléments choisis, avec les touches."},
     {505,
      "PERFORM - Armed, the patterns that you choose while playing in pattern mode are written into the song, from its "
      "present place on. One step of undo a take.",
@@ -386,8 +398,14 @@ inline constexpr NumberedText kInfoTexts[] = {
      "sa "
      "place actuelle. Une prise est une étape d'annulation."},
     {506,
-     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: there.",
-     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : là."},
+     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: its "
+     "menu.",
+     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
+    {620,
+     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
+     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+    {621, "SKIP - Goes on to the next step without doing this one.",
+     "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };
 
 }  // namespace quib

@@ -139,6 +139,22 @@ TEST_F(SongTest, TheLoopIsTakenByItsPixels) {
     EXPECT_EQ(Loop().end, 32);
 }
 
+TEST_F(SongTest, ALoopThatIsSwitchedOnWithoutARegionTakesTheSelectionElseTheSong) {
+    workstation->Song().ToggleLoop();
+    EXPECT_FALSE(workstation->Song().IsLoopOn()) << "there is no song";
+    Drag(Place(0, 1, 3), Place(0, 9, -3));
+    Click(Place(1, 3, 3));
+    workstation->Song().ToggleLoop();
+    EXPECT_TRUE(workstation->Song().IsLoopOn());
+    EXPECT_EQ(Loop().first, 32);
+    EXPECT_EQ(Loop().end, 48);
+    workstation->Changes().Undo();
+    Key(Qt::Key_Escape);
+    workstation->Song().ToggleLoop();
+    EXPECT_EQ(Loop().first, 0);
+    EXPECT_EQ(Loop().end, workstation->Song().Steps());
+}
+
 TEST_F(SongTest, KeysChooseThePatternOfTheSelectionAndDeleteHeldRemoves) {
     Click(Place(0, 1, 3));
     Click(Place(0, 2, 3));
@@ -221,6 +237,58 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
         while (Steps().canRedo()) workstation->Changes().Redo();
         ASSERT_EQ(Items(0), end);
     }
+}
+
+TEST_F(SongTest, ItemsGoToAnotherInstrumentWithTheirPatterns) {
+    const auto put = [this](int index, std::size_t pattern, int steps, std::vector<Note> notes) {
+        At(index)->patterns[pattern].Prepare(std::make_shared<const CPattern>(steps, std::move(notes)));
+        workstation->Changes().Tell({EChange::kPattern, At(index)->Id()});
+    };
+    put(0, 1, 32, {{3, 1, 64, 90}});
+    Drag(Place(0, 1, 3), Place(0, 5, -3));
+    Lane(0).SetCurrentPattern(1);
+    Drag(Place(0, 9, 3), Place(0, 13, -3));
+    const Playlist before = Items(0);
+    ASSERT_EQ(before, (Playlist{{0, 0, 1}, {15, 64, 0}, {1, 128, 1}, {15, 192, 0}}));
+    const int steps = Steps().index();
+    // Pattern 1 is there already; pattern 2 is not, and comes into the first free place.
+    Drag(Place(0, 1, 5), Place(1, 2, 5));
+    EXPECT_EQ(Items(0), (Playlist{{1, 128, 1}, {15, 192, 0}}));
+    EXPECT_EQ(Items(1), (Playlist{{0, 16, 1}, {15, 80, 0}}));
+    Drag(Place(0, 9, 5), Place(1, 9, 5));
+    EXPECT_TRUE(Items(0).empty());
+    EXPECT_EQ(Items(1), (Playlist{{0, 16, 1}, {15, 80, 0}, {12, 128, 1}, {15, 192, 0}}));
+    EXPECT_EQ(At(1)->patterns[12].ForEdit()->Notes(), (std::vector<Note>{{3, 1, 64, 90}}));
+    EXPECT_EQ(At(1)->patterns[12].ForEdit()->LoopLength(), 32);
+    EXPECT_EQ(Lane(1).Edit().State().selection, (PlaylistSelection{2}));
+    EXPECT_EQ(Steps().index(), steps + 2) << "with its pattern one step";
+    workstation->Changes().Undo();
+    workstation->Changes().Undo();
+    EXPECT_EQ(Items(0), before);
+    EXPECT_TRUE(Items(1).empty() && At(1)->patterns[12].ForEdit()->Notes().empty());
+    // Without a free pattern nothing goes, and the reason is told.
+    for (std::size_t pattern = 12; pattern < 16; ++pattern) put(1, pattern, 16, {{1, 1, 70, 90}});
+    QString said;
+    EXPECT_FALSE(workstation->Song().MoveToInstrument(At(0), At(1), {At(0)->playlist.ForEdit(), {2}}, 0, false, said));
+    EXPECT_TRUE(said.contains(QLatin1String("no free pattern"))) << said.toStdString();
+    EXPECT_EQ(Items(0), before);
+}
+
+TEST_F(SongTest, NotesInThePatternOfAnEndMarkAreWarnedOf) {
+    QStringList notices;
+    QObject::connect(workstation.get(), &CWorkstation::Notice, [&](const QString& text) { notices.append(text); });
+    Drag(Place(0, 1, 3), Place(0, 5, -3));
+    const auto write = [this](std::size_t pattern) {
+        Contents().SetPattern(At(0)->Id(), static_cast<int>(pattern),
+                              std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 60, 100}}),
+                              QStringLiteral("x"));
+    };
+    write(14);
+    EXPECT_TRUE(notices.isEmpty());
+    write(15);
+    write(15);
+    ASSERT_EQ(notices.size(), 1) << "once";
+    EXPECT_TRUE(notices[0].startsWith(QLatin1String("Pattern 16"))) << notices[0].toStdString();
 }
 
 TEST_F(SongTest, APerformancePlaysBackTheSamePatternsOnTheSameSteps) {

@@ -189,7 +189,7 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
         .WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), folder.filePath(QStringLiteral("more")));
     const int code = CDriver::Run(Arguments(), [&](CDriver& user) {
         CWorkstation& station = user.Window().Workstation();
-        ASSERT_TRUE(user.WaitFor([&] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()) != nullptr; }));
+        ASSERT_TRUE(user.WaitFor([] { return CDriver::TutorialGreets(); }));
         ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Instruments().size() > 3; }));
         int presses = 0;
         const auto press = [&](const char* key) {

@@ -13,9 +13,9 @@ void SetSongMode(CWorkstation& station, bool on);
 
 class CSongModeCtrl : public CControl {
 public:
-    static constexpr int kWidth = 116;
+    // As wide as its words want it, with symbols before them where it is asked to.
     CSongModeCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                  CWorkstation& workstation);
+                  CWorkstation& workstation, bool withSymbols = true);
 
     void Draw() override;
     void OnMouseMove(int px, int py) override;
@@ -31,6 +31,7 @@ private:
     bool IsSongAt(int px) const { return Half(true).right() > px; }
 
     CWorkstation& station;
+    bool symbols;
 };
 
 }  // namespace quib

@@ -91,7 +91,8 @@ void ShowPercent(CControl& control) {
         return QString::number(std::lround(static_cast<double>(control.Share()) * 100));
     };
     control.formatEntry = percent;
-    if (!control.formatValue) control.formatValue = [percent](float shown) { return percent(shown) + QStringLiteral(" %"); };
+    if (!control.formatValue)
+        control.formatValue = [percent](float shown) { return percent(shown) + QStringLiteral(" %"); };
     control.onTextEntry = [](CControl& entered, const QString& text) {
         const float share = CEntryDialog::NumberOf(text) / 100;
         entered.TakeNumber(entered.minimum + share * (entered.maximum - entered.minimum));

@@ -162,16 +162,16 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
                                     return station.Stack().SaveInstrument(index, path, error);
                                 });
                    }));
-    menu.addSection(Text("Pattern"));
+    menu.addSection(Text("Patterns"));
     const auto owner = station.Stack().InstrumentById(instrument);
     if (!owner) return;
     FillPatternMenu(*menu.addMenu(Text("Pattern %1").arg(owner->patternSelected.Get() + 1)), station, instrument);
-    menu.addAction(Text("Load Pattern..."), with([=, &station](int index) {
+    menu.addAction(Text("Load Patterns (all sixteen) ..."), with([=, &station](int index) {
                        LoadFile(context, window, EFileKind::kPattern, [&](const QString& path, QString& error) {
                            return station.Contents().LoadPattern(index, path, error);
                        });
                    }));
-    menu.addAction(Text("Save Pattern As ..."), with([=, &station](int index) {
+    menu.addAction(Text("Save Patterns As (all sixteen) ..."), with([=, &station](int index) {
                        const QString name = QString::fromStdString(station.Stack().Instrument(index)->title);
                        SaveFile(context, window, EFileKind::kPattern, name, [&](const QString& path, QString& error) {
                            return station.Contents().SavePattern(index, path, error);

@@ -63,9 +63,10 @@ void CLearnOverlay::Tick() {
 }
 
 const CControl::Learnable* CLearnOverlay::PartAt(const QPoint& point) const {
+    // What stands in another control comes after it.
     const auto found =
-        std::find_if(parts.begin(), parts.end(), [&](const auto& part) { return part.area.contains(point); });
-    return found == parts.end() ? nullptr : &*found;
+        std::find_if(parts.rbegin(), parts.rend(), [&](const auto& part) { return part.area.contains(point); });
+    return found == parts.rend() ? nullptr : &*found;
 }
 
 void CLearnOverlay::mousePressEvent(QMouseEvent* event) {

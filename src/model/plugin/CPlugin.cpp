@@ -112,6 +112,11 @@ void CPlugin::RecogniseBuiltIn() {
     loops.waveBegin = Export("GetWaveBegin");
     loops.waveInfos = Export("GetWaveInfos");
     loops.waveCounter = Export("GetWaveCompter");
+    CountLoops();
+}
+
+void CPlugin::CountLoops() {
+    if (!identity.isLoopPlayer) return;
     if (void* const count = Export("GetWaveNumber")) {
         loops.waveNumber = reinterpret_cast<std::intptr_t (*)()>(count)();
     }

@@ -115,6 +115,8 @@ public:
         std::intptr_t waveNumber = 0;
     };
     const LoopEntryPoints& Loops() const noexcept { return loops; }
+    // Loop player: has its folders looked through again, for all of its instances. Editing thread.
+    void CountLoops();
 
     // Values that only plug-ins of this program's own understand; others are not told.
     static constexpr std::int32_t kPatternMaskCode = 0x500008;  // marks of the patterns, pattern 0 in bit 15

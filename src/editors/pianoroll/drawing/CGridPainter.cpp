@@ -27,10 +27,11 @@ void CGridPainter::Prepare(const RollDrawing& drawing) {
     const RollColours& colours = drawing.colours;
     const std::array<QRgb, kGroundCount> grounds = {colours.gridOff, colours.gridKey, colours.gridRoot,
                                                     colours.gridStep};
+    const QRgb shade = Palette().Colour(QStringLiteral("shade"));
     for (std::size_t ground = 0; ground < kGroundCount; ++ground) {
         lines[ground] = MakeLine(drawing, grounds[ground]);
         Line outside = lines[ground];
-        for (QRgb& pixel : outside) pixel = Mix(pixel, qRgb(0, 0, 0), 0.34F);
+        for (QRgb& pixel : outside) pixel = Mix(pixel, shade, 0.34F);
         lines[ground + kGroundCount] = std::move(outside);
     }
 }
@@ -52,7 +53,9 @@ CGridPainter::Line CGridPainter::MakeLine(const RollDrawing& drawing, QRgb groun
     }
     const int end = std::clamp(pixel(time.XOf(look.stepCount)) - first, 0, static_cast<int>(line.size()));
     std::transform(line.begin() + end, line.end(), line.begin() + end,
-                   [](QRgb colour) { return Mix(colour, qRgb(0, 0, 0), 0.5F); });
+                   [shade = Palette().Colour(QStringLiteral("shade"))](QRgb colour) {
+                       return Mix(colour, shade, 0.5F);
+                   });
     return line;
 }
 
