@@ -15,6 +15,8 @@
 #include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/learn/CControllerDialog.h"
+#include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -83,6 +85,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
     setCentralWidget(makeConsole(*this));
+    learnMode = std::make_unique<CLearnMode>(workstation, this);
+    connect(learnMode.get(), &CLearnMode::ListWanted, this, &CMainWindow::ShowControllers);
+    connect(this, &CMainWindow::SettingsChanged, learnMode.get(), &CLearnMode::Translate);
     ShowTitle();
 }
 
@@ -119,7 +124,16 @@ void CMainWindow::OnTick() {
     pluginWindows->Tick();
     tools.FollowEngine();
     edits.Update();
+    learnMode->Tick();
+    if (controllerList != nullptr) controllerList->Tick();
     Q_EMIT Ticked();
+}
+
+void CMainWindow::ShowControllers() {
+    if (controllerList == nullptr) controllerList = new CControllerDialog(workstation, this);
+    controllerList->show();
+    controllerList->raise();
+    controllerList->activateWindow();
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }

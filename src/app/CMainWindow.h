@@ -31,7 +31,9 @@ class QPushButton;
 
 namespace quib {
 
+class CControllerDialog;
 class CExportDialog;
+class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -152,6 +154,7 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
+    void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();
@@ -168,6 +171,8 @@ private:
     CEditCommands edits;
     CExchangeCommands exchange;
     CFileDrops drops;
+    std::unique_ptr<CLearnMode> learnMode;
+    QPointer<CControllerDialog> controllerList;  // while it is open
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "model/plugin/PluginMarks.h"
 #include "platform/Paths.h"
@@ -34,14 +35,31 @@ CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
 
 }  // namespace
 
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept {
+    const auto from = [&place](EControlTarget first) {
+        return static_cast<EControlTarget>(static_cast<int>(first) + place.index);
+    };
+    switch (place.kind) {
+        case SlotPlace::EKind::kInsert:
+            return from(EControlTarget::kInsert1);
+        case SlotPlace::EKind::kMasterInsert:
+            return from(EControlTarget::kMasterInsert1);
+        case SlotPlace::EKind::kEffect:
+            return from(EControlTarget::kEffect1);
+        case SlotPlace::EKind::kInstrument:
+            break;
+    }
+    return EControlTarget::kPlugin;
+}
+
 // The whole state of a plug-in, to go back to.
 struct CPluginPlaces::State {
     std::shared_ptr<const StateImage> bank;
     int program = 0;
 };
 
-CPluginPlaces::CPluginPlaces(const DocumentContext& document)
-    : context(document), finder(MakeFinder(document.folders, document.settings)) {
+CPluginPlaces::CPluginPlaces(const DocumentContext& document, CControllers& controllerMap)
+    : context(document), controllers(controllerMap), finder(MakeFinder(document.folders, document.settings)) {
     ConnectEnvironment();
 }
 
@@ -55,6 +73,9 @@ void CPluginPlaces::ConnectEnvironment() {
     environment.idle = [this] { IdlePlugins(); };
     environment.parameterChanged = [this](CPlugin& plugin, int parameter, float value) {
         ParameterMovedInWindow(plugin, parameter, value);
+    };
+    environment.parameterTouched = [this](CPlugin& plugin, int parameter, bool held) {
+        Q_EMIT ParameterTouched(&plugin, parameter, held);
     };
     environment.sizeWindow = [this](CPlugin& plugin, int width, int height) {
         Q_EMIT EditorSizeWanted(&plugin, width, height);
@@ -193,6 +214,7 @@ bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath
     auto next = std::make_shared<PluginSlot>();
     next->plugin = plugin;
     const CChanges::CMacro step(context.changes, Text("Load plug-in"));
+    DropControllers(place, Text("Load plug-in"));
     PublishSlot(place, std::move(next), Text("Load plug-in"));
     if (const auto on = OnSwitch(place); on && !on->IsOn()) {
         on->Set(1.0F);
@@ -241,7 +263,18 @@ bool CPluginPlaces::LoadMissing(const QString& library, QString& error) {
 void CPluginPlaces::ClearPlugin(const SlotPlace& place) {
     const auto slot = Slot(place);
     if (!slot || (!slot->plugin && !slot->missing)) return;
+    const CChanges::CMacro step(context.changes, Text("Clear plug-in"));
+    DropControllers(place, Text("Clear plug-in"));
     PublishSlot(place, std::make_shared<const PluginSlot>(), Text("Clear plug-in"));
+}
+
+// A shared effect is the same one whichever instrument's send names it.
+void CPluginPlaces::DropControllers(const SlotPlace& place, const QString& name) {
+    const bool isShared = place.kind == SlotPlace::EKind::kMasterInsert || place.kind == SlotPlace::EKind::kEffect;
+    const ControlTarget gone{TargetKindOf(place), isShared ? 0 : place.instrument, 0};
+    controllers.Drop(
+        [&](const ControlTarget& target) { return target.kind == gone.kind && target.instrument == gone.instrument; },
+        name);
 }
 
 CPluginPlaces::State CPluginPlaces::StateOf(CPlugin& plugin) {

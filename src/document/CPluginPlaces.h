@@ -23,11 +23,16 @@ struct SlotPlace {
     int index = 0;
 };
 
+// What MIDI may move in the plug-in of a place.
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept;
+
+class CControllers;
+
 class CPluginPlaces : public QObject {
     Q_OBJECT
 
 public:
-    explicit CPluginPlaces(const DocumentContext& document);
+    CPluginPlaces(const DocumentContext& document, CControllers& controllerMap);
 
     // Null for a place that does not exist.
     std::shared_ptr<const PluginSlot> Slot(const SlotPlace& place) const;
@@ -76,6 +81,8 @@ public:
 Q_SIGNALS:
     // Parameter -1: all of them.
     void ParameterMoved(const void* plugin, int parameter);
+    // The user takes hold of a parameter in the plug-in's own window or lets it go.
+    void ParameterTouched(const void* plugin, int parameter, bool held);
     // A plug-in asks for another size of its window (pixels).
     void EditorSizeWanted(const void* plugin, int width, int height);
 
@@ -95,7 +102,11 @@ private:
     void IdlePlugins();
     void ReportFaults();
 
+    // What MIDI moves of the plug-in there, in the step in which it goes.
+    void DropControllers(const SlotPlace& place, const QString& name);
+
     const DocumentContext& context;
+    CControllers& controllers;
     CPluginFinder finder;
     std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
     bool messageShown = false;                             // a plug-in's loading told the user why it failed

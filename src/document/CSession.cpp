@@ -106,6 +106,7 @@ void CSession::Publish(ProjectState state, const QString& path) {
     parts.presets.ProjectReplaced(state.master.presetSelected);
     parts.contents.ProjectReplaced(state.master.playlistStepNumber);
     parts.song.ProjectReplaced(state.markers);
+    parts.controllers.ProjectReplaced(state.bindings);
     detector = state.detector;
     SetSaved(path);
     context.changes.Tell({EChange::kProject});
@@ -120,6 +121,7 @@ ProjectState CSession::GatherState() {
     state.master.presetSelected = parts.presets.SelectedPreset().Get();
     state.detector = detector;
     state.markers = parts.song.Markers();
+    state.bindings = parts.controllers.ForProject();
     return state;
 }
 

@@ -12,6 +12,7 @@
 
 #include "document/CAsyncSave.h"
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "document/CJournal.h"
 #include "document/CPresets.h"
 #include "document/CSong.h"
@@ -34,6 +35,7 @@ public:
         CPresets& presets;
         CTransportControl& transport;
         CSong& song;
+        CControllers& controllers;
     };
 
     CSession(const DocumentContext& document, const Parts& documentParts);

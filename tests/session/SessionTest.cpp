@@ -15,6 +15,8 @@
 #include "CDriver.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
+#include "controls/CFilterCtrl.h"
+#include "editors/automation/CWinControlParamEvent.h"
 
 namespace quib {
 namespace {
@@ -120,6 +122,61 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
         EXPECT_EQ(user.Ask([&] { return station.Session().ProjectPath(); }), project);
         Close(user);
     });
+}
+
+// The filter is turned, its lane is on top in the window of automation, and a line is drawn over four bars.
+TEST_F(SessionTest, AFourBarRampOnAFilterTakesFourPresses) {
+    constexpr int kSteps = 64;
+    constexpr int kFilter = 485;
+    constexpr int kLineTool = 523;
+    const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
+        SettleIn(user);
+        CWorkstation& station = user.Window().Workstation();
+        user.Ask([&] {
+            CInstrument& instrument = *station.Stack().Instrument(kSubject);
+            station.Contents().SetSteps(kSubject, instrument.patternSelected.Get(), kSteps);
+            station.Audio().settings.songMode.Set(0.0F);
+        });
+        CInstrumentStripCtrl& strip = *user.Ask([&] { return user.Console().Strip(kSubject); });
+        auto& filter = *static_cast<CFilterCtrl*>(user.Find(strip, kFilter));
+        int presses = 0;
+        const QPoint handle = user.Ask(
+            [&] { return user.Console().mapToGlobal(user.Console().ToWidget(filter.PartAt(0).area).center()); });
+        user.Drag(handle, handle + QPoint(14, 0));
+        ++presses;
+        user.Key("F3");
+        ++presses;
+        const auto window = [&] {
+            return static_cast<CWinControlParamEvent*>(user.Window().Tools().Find(ETool::kAutomation));
+        };
+        ASSERT_TRUE(user.WaitFor([&] { return window() != nullptr && window()->isVisible(); }));
+        EXPECT_EQ(user.Ask([&] { return window()->LaneName(); }), QStringLiteral("LP Freq"));
+        CControl* line = nullptr;
+        for (const auto& top : window()->Controls()) {
+            if (line == nullptr) line = user.Find(*top, kLineTool);
+        }
+        ASSERT_NE(line, nullptr);
+        user.Click(user.Ask([&] { return window()->mapToGlobal(window()->ToWidget(line->Rectangle()).center()); }));
+        ++presses;
+        const auto place = [&](double step, float value) {
+            return user.Ask([&] {
+                CEventCtrl& curve = window()->Curve();
+                const QPoint point(curve.X() + static_cast<int>(curve.View().XOf(step)),
+                                   curve.Y() + static_cast<int>(curve.View().YOf(value)));
+                return window()->mapToGlobal(window()->ToWidget(QRect(point, QSize(1, 1))).topLeft());
+            });
+        };
+        user.Drag(place(0, 0.1F), place(kSteps - 1, 0.9F));
+        ++presses;
+        EXPECT_TRUE(user.WaitFor([&] {
+            const auto& instrument = *station.Stack().Instrument(kSubject);
+            const PointList* const points = instrument.mixLanes.ForEdit()->Find(instrument.patternSelected.Get(), 4);
+            return points != nullptr && points->back().x - points->front().x > kSteps - 3;
+        }));
+        EXPECT_LE(presses, 4);
+        Close(user);
+    });
+    EXPECT_EQ(code, 0);
 }
 
 // From a fresh start to sound, and to an effect: how much has to be pressed beside the letters of a name. The

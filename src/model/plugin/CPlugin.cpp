@@ -91,6 +91,7 @@ bool CPlugin::Finish(std::string& error) {
     pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
+    held = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
     if (const EPluginCall call = TakeThrown(); call != EPluginCall::kNone) {
         error = std::string("the plug-in threw an exception while ") + Describe(call);
@@ -247,10 +248,20 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
     return call.Entered();
 }
 
+std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return std::nullopt;
+    const CRenderCall call(*this);
+    return call.Entered() ? std::optional(ReadParameter(index)) : std::nullopt;
+}
+
+void CPlugin::Hold(int index, bool on) noexcept {
+    if (index >= 0 && index < static_cast<int>(parameters.size())) held[static_cast<std::size_t>(index)].Set(on);
+}
+
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (!WouldAutomate(index, value)) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (index == heldParameter.Get()) {
+    if (IsHeld(index)) {
         last = std::numeric_limits<float>::quiet_NaN();  // comes back when it is let go
     } else if (PlayParameter(index, value)) {
         last = value;
@@ -338,10 +349,10 @@ void CPlugin::ReportParameter(int index, float value) {
     if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
 }
 
-void CPlugin::ReportTouch(int index) {
+void CPlugin::ReportTouch(int index, bool held) {
     if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
     if (index < 0 || index >= static_cast<int>(parameters.size())) return;
-    if (environment.parameterTouched) environment.parameterTouched(*this, index);
+    if (environment.parameterTouched) environment.parameterTouched(*this, index, held);
 }
 
 void CPlugin::RunApplicationIdle() {

@@ -138,8 +138,14 @@ public:
     // Its library in the marks of what threads are inside of.
     int MarkedAs() const noexcept { return marked; }
 
-    CPublished<CEventLanes> lanes;    // automation of the plug-in's parameters
-    CIntegerValue heldParameter{-1};  // the hand is on it: its lane plays nothing; -1: on none
+    CPublished<CEventLanes> lanes;  // automation of the plug-in's parameters
+
+    // The hand is on a parameter: its lane plays nothing. Any thread.
+    void Hold(int index, bool on) noexcept;
+    bool IsHeld(int index) const noexcept {
+        return index >= 0 && index < static_cast<int>(parameters.size()) &&
+               held[static_cast<std::size_t>(index)].IsOn();
+    }
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
     // render thread is silent for the blocks that fall into it and neither plays notes nor sets
@@ -182,11 +188,13 @@ public:
     // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
     // changes the plug-in's whole state.
     bool PlayParameter(int index, float value) noexcept;
-    // The same from automation: only when the lane's value is not the one it gave last.
+    // What a parameter is now; nothing for one that the plug-in does not have, and while its state changes.
+    std::optional<float> PlayedParameter(int index) noexcept;
+    // As PlayParameter, from automation: only when the lane's value is not the one it gave last.
     void AutomateParameter(int index, float value) noexcept;
     bool WouldAutomate(int index, float value) const noexcept {
         return index >= 0 && index < static_cast<int>(lastAutomation.size()) &&
-               (lastAutomation[static_cast<std::size_t>(index)] != value || index == heldParameter.Get());
+               (lastAutomation[static_cast<std::size_t>(index)] != value || IsHeld(index));
     }
     void ForgetAutomation() noexcept;
 
@@ -221,7 +229,7 @@ protected:
     // --- For formats: what the plug-in reports and asks, on whatever thread it does ---------------
 
     void ReportParameter(int index, float value);
-    void ReportTouch(int index);
+    void ReportTouch(int index, bool held);
     void ReportIdleWanted() noexcept { needsIdle.store(true, std::memory_order_relaxed); }
     void RunApplicationIdle();
     // Gives whether the window gets that size (pixels).
@@ -288,8 +296,9 @@ private:
     std::vector<const float*> foreignInputs;  // input pointers when the signal belongs to somebody else
     std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
     std::vector<float*> pieceOutputs;
-    std::vector<float> lastAutomation;  // render thread; NaN: none
-    CKeysDown keysDown;                 // render thread
+    std::vector<float> lastAutomation;             // render thread; NaN: none
+    std::unique_ptr<CSharedSetting<bool>[]> held;  // one a parameter
+    CKeysDown keysDown;                            // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread
