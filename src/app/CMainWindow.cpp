@@ -15,6 +15,8 @@
 #include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/learn/CControllerDialog.h"
+#include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -40,9 +42,10 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       recentFiles(settings),
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
-      tools(ToolContext{projectOwner, controlSettings}, this),
+      tools(ToolContext{projectOwner, controlSettings, [this](ETool tool) { return tools.Open(tool); }}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
+      exchange(*this),
       drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
             [this](const QStringList& paths, const QPoint& point) {
                 const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
@@ -82,6 +85,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
     setCentralWidget(makeConsole(*this));
+    learnMode = std::make_unique<CLearnMode>(workstation, this);
+    connect(learnMode.get(), &CLearnMode::ListWanted, this, &CMainWindow::ShowControllers);
+    connect(this, &CMainWindow::SettingsChanged, learnMode.get(), &CLearnMode::Translate);
     ShowTitle();
 }
 
@@ -118,7 +124,16 @@ void CMainWindow::OnTick() {
     pluginWindows->Tick();
     tools.FollowEngine();
     edits.Update();
+    learnMode->Tick();
+    if (controllerList != nullptr) controllerList->Tick();
     Q_EMIT Ticked();
+}
+
+void CMainWindow::ShowControllers() {
+    if (controllerList == nullptr) controllerList = new CControllerDialog(workstation, this);
+    controllerList->show();
+    controllerList->raise();
+    controllerList->activateWindow();
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
@@ -134,8 +149,22 @@ void CMainWindow::ShowNotice(const QString& text) {
         statusBar()->setSizeGripEnabled(false);
         statusBar()->addWidget(notice, 1);
     }
+    delete noticeButton;
     notice->setText(QStringLiteral("\u00D7   ") + text);
     statusBar()->show();
+}
+
+void CMainWindow::OfferNotice(const QString& text, const QString& button, std::function<void()> run) {
+    ShowNotice(text);
+    noticeButton = new QPushButton(button);
+    noticeButton->setObjectName(QStringLiteral("noticeButton"));
+    noticeButton->setFocusPolicy(Qt::NoFocus);
+    connect(noticeButton, &QPushButton::clicked, this, [this, run = std::move(run)] {
+        statusBar()->hide();
+        noticeButton->deleteLater();
+        run();
+    });
+    statusBar()->addPermanentWidget(noticeButton);
 }
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
@@ -188,6 +217,16 @@ void CMainWindow::OpenTool(ETool tool) {
     PutBeside(*window, surroundings.place(place));
 }
 
+void CMainWindow::ReopenTools() {
+    bool any = false;
+    for (const ToolRow& row : ToolTable()) {
+        if (!tools.WasOpen(row)) continue;
+        OpenTool(row.tool);
+        any = true;
+    }
+    if (any) activateWindow();
+}
+
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
     const bool wasOpen = pluginWindows->IsShown(place);
     CPluginWindow* const window = pluginWindows->Show(place);
@@ -203,6 +242,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    if (CExchangeCommands::IsMidi(path)) {
+        const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
+        const bool isOnRoll =
+            point && roll != nullptr && roll->isActiveWindow() && roll->frameGeometry().contains(*point);
+        return isOnRoll ? exchange.ImportMidiInto(path, *point) : exchange.ImportMidi(path);
+    }
     if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
     if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
     if (!instrument) {

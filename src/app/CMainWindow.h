@@ -20,8 +20,10 @@
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
 #include "controls/CPalette.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
+#include "export/ExportSettings.h"
 
 class QAction;
 class QMenu;
@@ -29,7 +31,9 @@ class QPushButton;
 
 namespace quib {
 
+class CControllerDialog;
 class CExportDialog;
+class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -53,7 +57,11 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    // Those that were open when the program was last left.
+    void ReopenTools();
     void OpenPlugin(const SlotPlace& place);
+    // The export dialog, with a range chosen or as it stands.
+    void ShowExport(std::optional<EExportRange> range = {});
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -78,6 +86,8 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells something that needs no answer and must not interrupt.
     void ShowNotice(const QString& text);
+    // The same, with a button that does something about it.
+    void OfferNotice(const QString& text, const QString& button, std::function<void()> run);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
@@ -112,6 +122,7 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
@@ -122,6 +133,7 @@ private:
     int MostScale() const;
     void FollowScale(int before);
     void PutBeside(QWidget& window, const QRect& anchor) const;
+    void BuildLaunchMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
@@ -142,7 +154,7 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
-    void ShowExport();
+    void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();
@@ -157,7 +169,10 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
+    std::unique_ptr<CLearnMode> learnMode;
+    QPointer<CControllerDialog> controllerList;  // while it is open
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;
@@ -167,6 +182,7 @@ private:
     QPointer<CShortcutsPage> shortcuts;  // once it was open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
+    QPointer<QPushButton> noticeButton;
     bool loading = false;
     QSizeF unscaledSize;  // of the window at 100 %, as the user made it
     QSize scaledSize;     // that the last change of scale gave it

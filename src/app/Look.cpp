@@ -2,6 +2,7 @@
 #include "app/Look.h"
 
 #include <QApplication>
+#include <QLocale>
 #include <QPalette>
 #include <algorithm>
 #include <array>
@@ -49,6 +50,20 @@ void ApplyLook(int scale) {
     QApplication::setStyle(new CLookStyle);
     QApplication::setPalette(WidgetPalette());
     QApplication::setFont(SkinFont(kFontHeight * scale / 100));
+}
+
+void KeepFirstLanguage(CSettings& settings) {
+    const QString english = QStringLiteral("DisplayInfoMessagesEnglish");
+    const QString french = QStringLiteral("DisplayInfoMessagesFrench");
+    constexpr int kMissing = -1;
+    if (settings.ReadSettingInt(kSettingsSection, english, kMissing) != kMissing ||
+        settings.ReadSettingInt(kSettingsSection, french, kMissing) != kMissing) {
+        return;
+    }
+    const bool isFrench = QLocale::system().language() == QLocale::French;
+    settings.SetOn(english, !isFrench);
+    settings.SetOn(french, isFrench);
+    if (isFrench) settings.WriteSettingInt(kSettingsSection, QStringLiteral("French"), 1);
 }
 
 ELanguage ChosenLanguage(const CSettings& settings) {

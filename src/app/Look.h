@@ -16,6 +16,8 @@ class CSettings;
 
 // For the whole program; may be called again for another scale (percent) or palette.
 void ApplyLook(int scale);
+// At the first start: the help's language, French where it is the desktop's.
+void KeepFirstLanguage(CSettings& settings);
 // English, unless French alone is chosen.
 ELanguage ChosenLanguage(const CSettings& settings);
 

@@ -14,6 +14,7 @@
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/export/CExportDialog.h"
+#include "app/start/CStartPage.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
 #include "platform/EndSignals.h"
@@ -41,6 +42,7 @@ void CMainWindow::New() {
     if (!MayDiscard()) return;
     pluginWindows->CloseAll();
     workstation.Session().NewProject();
+    if (auto* const page = findChild<CStartPage*>()) page->SetWanted(true);
 }
 
 void CMainWindow::ChooseAndOpen() {
@@ -133,8 +135,9 @@ void CMainWindow::Restore(const QString& path) {
     ShowWarnings();
 }
 
-void CMainWindow::ShowExport() {
+void CMainWindow::ShowExport(std::optional<EExportRange> range) {
     if (!exporting) exporting = new CExportDialog(this, workstation, Scale());
+    if (range) exporting->ChooseRange(*range);
     exporting->show();
     exporting->raise();
     exporting->activateWindow();

@@ -13,9 +13,11 @@
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
+#include "app/start/CDeviceBanner.h"
 #include "controls/Mnemonics.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -142,12 +144,30 @@ void CMainWindow::BuildFileMenu() {
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
     Add(
         *fileMenu, command::kExport, TextKey("Export ..."), [this] { ShowExport(); }, Qt::CTRL | Qt::Key_E);
+    BuildExchangeMenus();
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
     Add(
         *fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); }, Qt::CTRL | Qt::Key_Q);
     RebuildRecentFiles();
+}
+
+void CMainWindow::BuildExchangeMenus() {
+    Add(
+        *fileMenu, command::kImportMidi, TextKey("Import MIDI ..."), [this] { exchange.ChooseMidi(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_O);
+    QMenu* const menu = fileMenu->addMenu(Text("Export MIDI"));
+    int number = command::kExportMidi0;
+    using EWhat = CExchangeCommands::EWhat;
+    const auto add = [&](const char* text, EWhat what) {
+        return Add(*menu, number++, text, [this, what] { exchange.ExportMidi(what); });
+    };
+    add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    add(TextKey("Selected instrument ..."), EWhat::kInstrument);
+    add(TextKey("Selected pattern ..."), EWhat::kPattern);
+    AddToggle(*menu, command::kMidiWithoutSwing, TextKey("Without swing"), "MidiWithoutSwing")
+        ->setChecked(settings.IsOn(QStringLiteral("MidiWithoutSwing")));
 }
 
 void CMainWindow::BuildEditMenu() {
@@ -202,8 +222,7 @@ void CMainWindow::BuildTransportMenu() {
     CNoteRecording& recording = workstation.NoteRecording();
     CMetronomeControl& metronome = workstation.Metronome();
     Add(
-        *menu, command::kPlay, TextKey("Play / Stop"),
-        [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); }, Qt::Key_Space);
+        *menu, command::kPlay, TextKey("Play / Stop"), [this] { PlayOrStop(workstation); }, Qt::Key_Space);
     Add(
         *menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); },
         Qt::CTRL | Qt::Key_Period);
@@ -216,6 +235,10 @@ void CMainWindow::BuildTransportMenu() {
         },
         Qt::CTRL | Qt::Key_R);
     Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    Add(
+        *menu, command::kLoop, TextKey("Loop on / off"), [this] { workstation.Song().ToggleLoop(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+    BuildLaunchMenu(*menu->addMenu(Text("Launch patterns")));
     QMenu* const countIn = menu->addMenu(Text("Count-in"));
     for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
         QAction* const action =
@@ -231,6 +254,19 @@ void CMainWindow::BuildTransportMenu() {
             Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
         }
     });
+}
+
+void CMainWindow::BuildLaunchMenu(QMenu& menu) {
+    CTransportControl& transport = workstation.Transport();
+    int number = command::kLaunch0;
+    for (const ELaunch launch : kLaunches) {
+        QAction* const action =
+            menu.addAction(LaunchText(launch), [&transport, launch] { transport.SetLaunch(launch); });
+        actions[number++] = action;
+        action->setCheckable(true);
+        connect(&menu, &QMenu::aboutToShow, action,
+                [action, &transport, launch] { action->setChecked(transport.Launch() == launch); });
+    }
 }
 
 void CMainWindow::BuildWindowsMenu() {
@@ -264,6 +300,15 @@ void CMainWindow::BuildSettingsMenu() {
     Add(*menu, command::kTimeSignature, TextKey("Time Signature ..."), [this] {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
+    CControllers& controllers = workstation.Controllers();
+    QAction* const learn = Add(
+        *menu, command::kLearnMidi, TextKey("MIDI learn"),
+        [&controllers] { controllers.SetPicking(!controllers.IsPicking()); }, Qt::CTRL | Qt::Key_M);
+    learn->setCheckable(true);
+    learn->setChecked(controllers.IsPicking());
+    connect(&controllers, &CControllers::Changed, learn,
+            [learn, &controllers] { learn->setChecked(controllers.IsPicking()); });
+    Add(*menu, command::kControllers, TextKey("MIDI controllers ..."), [this] { ShowControllers(); });
     menu->addSeparator();
     Add(*menu, command::kBackupTime, TextKey("Backup Time ..."),
         [this] { RunBackupDialog(this, settings, countdown); });
@@ -285,7 +330,9 @@ void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
     Add(
         *menu, command::kShortcuts, TextKey("Keyboard shortcuts ..."), [this] { ShowShortcuts(); }, Qt::Key_F1);
-    Add(*menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); });
+    Add(
+        *menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); },
+        Qt::Key_F12);
     Add(*menu, command::kManualEnglish, TextKey("User manual in English ..."),
         [this] { OpenManual("%1UserGuideEnglish.pdf"); });
     Add(*menu, command::kManualFrench, TextKey("Manuel d'utilisation en Français ..."),

@@ -348,6 +348,16 @@ void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
     }
 }
 
+void CCanvas::PutBack(const QImage& pixels, const QRect& area) {
+    const QPoint corner = Pixels(area).topLeft();
+    const QRect target = QRect(corner, pixels.size()).intersected(QRect(QPoint(0, 0), image.size()));
+    const auto bytes = static_cast<std::size_t>(std::max(0, target.width())) * 4;
+    for (int y = target.top(); y <= target.bottom(); ++y) {
+        const auto* const source = reinterpret_cast<const QRgb*>(pixels.constScanLine(y - corner.y()));
+        std::memcpy(reinterpret_cast<QRgb*>(image.scanLine(y)) + target.x(), source + target.x() - corner.x(), bytes);
+    }
+}
+
 void CCanvas::DrawTo(QPainter& target, const QRegion& region, qreal ratio,
                      const std::function<void(const QRect& area)>& draw) {
     QImage* const pixels = CopyTarget(target, ratio);

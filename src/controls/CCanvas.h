@@ -82,6 +82,9 @@ public:
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
     void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
+    // The pixels of a part, which lies within the picture, and such a part put back whatever the clip.
+    QImage Copied(const QRect& area) const { return image.copy(Pixels(area)); }
+    void PutBack(const QImage& pixels, const QRect& area);
     // Lets `draw` draw a region of a widget anew, rectangle by rectangle in skin pixels: straight to what the painter
     // paints on where that is a picture, so that nothing is copied. The back buffer is left as it is then.
     void DrawTo(QPainter& target, const QRegion& region, qreal ratio,

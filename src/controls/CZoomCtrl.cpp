@@ -46,10 +46,10 @@ void CZoomCtrl::OnMouseLeave() {
 }
 
 ControlPart CZoomCtrl::PartAt(int part) const {
-    const int half = Width() / 2;
-    return {Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in")),
-            {},
-            QRect(X() + part * half, Y(), half - 1, Height())};
+    const QString word = Text(part == 0 ? TextKey("Zoom out") : TextKey("Zoom in"));
+    const int half = (IsUpright() ? Height() : Width()) / 2;
+    const QRect upright(X(), Y() + (1 - part) * half, Width(), half - 1);
+    return {word, {}, IsUpright() ? upright : QRect(X() + part * half, Y(), half - 1, Height())};
 }
 
 void CZoomCtrl::Draw() {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/InstrumentFile.h"
 #include "texts/Texts.h"
@@ -95,6 +96,7 @@ std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nam
     auto slot = std::make_shared<PluginSlot>();
     slot->plugin = plugin;
     instrument->plugin.Prepare(std::move(slot));
+    instrument->keyboardOn.Set(1.0F);
     return instrument;
 }
 
@@ -118,8 +120,27 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     return index;
 }
 
+void CInstrumentStack::DropControllers(const CInstrument& instrument, const QString& name) {
+    controllers.Drop([id = instrument.Id()](const ControlTarget& target) { return target.instrument == id; }, name);
+}
+
+bool CInstrumentStack::AddInstruments(const InstrumentList& added, const QString& name, QString& error) {
+    InstrumentList list = Instruments();
+    if (list.size() + added.size() > kMaximumInstruments) {
+        error = Text("There are too many instruments.");
+        return false;
+    }
+    const int first = static_cast<int>(list.size());
+    list.insert(list.end(), added.begin(), added.end());
+    SetInstruments(std::move(list), first, name);
+    return true;
+}
+
 void CInstrumentStack::RemoveInstrument(int index) {
-    if (!Instrument(index)) return;
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const CChanges::CMacro step(context.changes, Text("Remove instrument"));
+    DropControllers(*instrument, Text("Remove instrument"));
     InstrumentList list = Instruments();
     list.erase(list.begin() + index);
     const int next = std::min(index, static_cast<int>(list.size()) - 1);
@@ -195,6 +216,12 @@ void CInstrumentStack::ResetInstrument(int index) {
     clear(*old->plugin.ForEdit(), static_cast<int>(ELanes::kPlugin));
     clear(*old->inserts[0].ForEdit(), static_cast<int>(ELanes::kInsert1));
     clear(*old->inserts[1].ForEdit(), static_cast<int>(ELanes::kInsert2));
+    controllers.Retarget(
+        [from = old->Id(), to = fresh->Id()](ControlTarget& target) {
+            if (target.instrument == from) target.instrument = to;
+            return true;
+        },
+        Text("Reset instrument"));
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }
 
@@ -232,6 +259,8 @@ bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& e
     warnings = std::move(loading.warnings);
     StartSilent(*instrument);
     KeepKeys(*instrument);
+    const CChanges::CMacro step(context.changes, Text("Load instrument"));
+    DropControllers(*Instrument(index), Text("Load instrument"));
     ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
     return true;
 }
@@ -331,6 +360,11 @@ void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instr
     FollowEqualizer(instrument, band);
     context.changes.PushDone(
         Text("Equaliser"), [set, after] { set(after); }, [set, before] { set(before); }, &strip.eqFreq[index]);
+    // One hand may move two of them; the lane that is shown then is the frequency's.
+    const CValue& moved = after.frequency != before.frequency ? strip.eqFreq[index]
+                          : after.gain != before.gain         ? strip.eqGain[index]
+                                                              : strip.eqQ[index];
+    Q_EMIT context.changes.ValueMoved(&moved, 0);
 }
 
 // The engine pictures them for instruments that play; the others hold what they were loaded with.

@@ -36,6 +36,7 @@ Folders::Folders(const QString& programFolder)
       pluginInstruments(program + QStringLiteral("PluginInstruments/")),
       pluginEffects(program + QStringLiteral("PluginEffects/")),
       programs(program + QStringLiteral("Programs/")),
+      loops(program + QStringLiteral("Loops/")),
       backups(program + QStringLiteral("Backups/")),
       currentProject(program + QStringLiteral("current.prg")),
       backupProject(program + QStringLiteral("backup.prg")),
@@ -87,6 +88,9 @@ void PrepareFolders(const Folders& folders, CSettings& settings) {
         MakeFolder(folder);
     }
     MakeFolder(folders.pluginEffects);
+    MakeFolder(folders.loops);
+    // Where the loop player of the program looks, besides its own folder.
+    if (!qEnvironmentVariableIsSet("QUIB_LOOPS")) qputenv("QUIB_LOOPS", folders.loops.toLocal8Bit());
     std::error_code ignored;
     fs::current_path(folders.program.toStdString(), ignored);
 

@@ -33,11 +33,16 @@ public:
     // Where the help of the windows' controls is shown: the console's panel. To be told of each new one.
     void SetInfoPanel(CInfoCtrl* panel);
     void Retranslate();
+    // Where they are, and which of them are open.
     void KeepPlacements();
+    // Whether it was open when that was kept.
+    bool WasOpen(const ToolRow& row) const;
     // The 40 ms work.
     void FollowEngine();
 
 private:
+    static QString OpenName(const ToolRow& row);
+
     ToolContext context;
     QWidget* parent;
     int scale = 100;

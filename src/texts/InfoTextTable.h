@@ -201,6 +201,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "ÉCRIRE DANS LE MOTIF - Met l'arpège dans le motif choisi, à la place de ses notes."},
     {552, "KEYS - Shows the keyboard in the strip. The arpeggiator plays the keys that are held there.",
      "CLAVIER - Montre le clavier de la tranche. L'arpégiateur joue les touches tenues là."},
+    {570, "LATCH - Keys play on after they went up, until another chord begins or this is switched off.",
+     "MAINTIEN - Les touches continuent une fois relâchées, jusqu'à l'accord suivant ou jusqu'à ce bouton."},
     {440, "XRUNS - How often the sound device did not get its block in time.",
      "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
     {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",
@@ -381,6 +383,14 @@ inline constexpr NumberedText kInfoTexts[] = {
     {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
     {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
      "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
+    {553,
+     "LAUNCH - Where a pattern begins that is chosen while playing: at the end of the one that plays, or with the next "
+     "beat or bar, which holds for presets of all instruments, too. The cell that waits has a white frame.",
+     "LANCER - Où commence un motif choisi en jouant : à la fin de celui qui joue, ou au prochain temps, à la "
+     "prochaine "
+     "mesure ; cela vaut aussi pour les presets de tous les instruments. La case qui attend a un cadre blanc."},
+    {554, "MORE - All that can be done to the song and to the selected items, with the keys.",
+     "PLUS - Tout ce qui se fait au morceau et aux éléments choisis, avec les touches."},
     {505,
      "PERFORM - Armed, the patterns that you choose while playing in pattern mode are written into the song, from its "
      "present place on. One step of undo a take.",
@@ -388,8 +398,14 @@ inline constexpr NumberedText kInfoTexts[] = {
      "sa "
      "place actuelle. Une prise est une étape d'annulation."},
     {506,
-     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: there.",
-     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : là."},
+     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: its "
+     "menu.",
+     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
+    {620,
+     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
+     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+    {621, "SKIP - Goes on to the next step without doing this one.",
+     "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };
 
 }  // namespace quib

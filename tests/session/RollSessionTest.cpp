@@ -34,7 +34,7 @@ protected:
                                        QStringLiteral("--no-audio")};
         CDriver::Run(arguments, [&](CDriver& driver) {
             user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); }));
+            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
             script();
             user->Ask([&] {
                 user->Window().Workstation().Session().NewProject();

@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/learn/LearnMenu.h"
+#include "controls/CLabelCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -40,6 +43,14 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
     hoverLook = true;
     name = Text("Song mode");
     infoString = 433;
+    learns = station.Controllers().TargetOf(nullptr, Value());
+    onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) {
+            FillLaunchMenu(menu, station);
+            menu.addSeparator();
+            AddLearnItems(menu, station.Controllers(), *learns);
+        });
+    };
 }
 
 QRectF CSongModeCtrl::Half(bool song) const {

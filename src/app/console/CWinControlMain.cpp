@@ -209,6 +209,9 @@ void CWinControlMain::Translate() {
     BuildMaster();
     BuildSong();
     BuildStrips();
+    if (startPage == nullptr) return;
+    banner->Translate();
+    startPage->Renew();
 }
 
 void CWinControlMain::ShowSlots() {
@@ -253,7 +256,7 @@ CInstrumentStripCtrl* CWinControlMain::Strip(int index) const {
 
 QRect CWinControlMain::StripArea() const {
     const QSize size = AboveInfo(SkinSize());
-    const int top = kStripsTop + (hint->IsVisible() ? CSongHintCtrl::kHeight + kMargin : 0);
+    const int top = TopOfStrips();
     const int bottom = songShown ? SongTop(size) : size.height();
     return {0, top, size.width() - kScrollWidth - kMargin, std::max(0, bottom - top)};
 }
@@ -275,6 +278,7 @@ void CWinControlMain::Arrange(const QSize& size) {
         for (CInstrumentStripCtrl* const strip : strips) strip->Rebuild(room);
     }
     PlaceStrips();
+    PlaceStart();
 }
 
 // Where the strips lie, for the present scroll position.
@@ -427,6 +431,7 @@ void CWinControlMain::FollowEngine() {
         strip.Follow(shown);
     }
     FollowHint();
+    FollowStart();
     song->FollowEngine();
     Tick();
 }

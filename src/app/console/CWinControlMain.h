@@ -15,11 +15,13 @@ namespace quib {
 
 class CInfoBar;
 class CInstrumentStripCtrl;
+class CDeviceBanner;
 class CScrollCtrl;
 class CSongHintCtrl;
 class CSongPane;
 class CSplitCtrl;
 class CStateLineCtrl;
+class CStartPage;
 
 class CWinControlMain : public CWinControl, public CEditTarget {
     Q_OBJECT
@@ -44,6 +46,8 @@ public:
     bool IsSongShown() const;
     bool IsSongWhole() const noexcept { return songWhole; }
     CSongPane& Song() const noexcept { return *song; }
+    // Two children of it, which it places: a line above the strips, and a page in their place while there are none.
+    void SetStart(CDeviceBanner& deviceBanner, CStartPage& startPage);
 
     void Reveal(CControl& control) override;
     bool CanEdit(EEdit command) const override;
@@ -65,6 +69,9 @@ private:
     int SongTop(const QSize& size) const;
     void KeepSong();
     void FollowHint();
+    void FollowStart();
+    void PlaceStart();
+    int TopOfStrips() const;
     void BuildStrips();
     void Follow(const Change& change);
     void ReleaseKeys(bool all);
@@ -102,6 +109,8 @@ private:
     CValue scrollPosition;
     std::vector<CInstrumentStripCtrl*> strips;
     CSongHintCtrl* hint = nullptr;
+    CDeviceBanner* banner = nullptr;
+    CStartPage* startPage = nullptr;
     CSplitCtrl* split = nullptr;
     CSongPane* song = nullptr;
     bool songShown = false;

@@ -45,6 +45,8 @@ struct ConsoleActions {
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
     std::function<bool(ETool)> isToolOpen;
+    // The export of the loop's region, or of the song.
+    std::function<void(bool loop)> bounce;
     // Tells what a loading left out.
     std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };

@@ -5,8 +5,12 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
+#include "app/Commands.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
+#include "app/start/CDeviceBanner.h"
+#include "app/start/CStartPage.h"
+#include "app/start/CTutorialRing.h"
 #include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
@@ -21,6 +25,7 @@ ConsoleActions ActionsFor(CMainWindow& window, const std::shared_ptr<CPluginBrow
     actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
     actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
+    actions.bounce = [&window](bool loop) { window.ShowExport(loop ? EExportRange::kLoop : EExportRange::kSong); };
     actions.hasTool = [](ETool tool) {
         return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
     };
@@ -38,6 +43,11 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const console =
         new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
     *browsing = new CPluginBrowsing(window, *console);
+    auto* const banner = new CDeviceBanner(console->Skin(), window, console);
+    auto* const page = new CStartPage(
+        console->Skin(), window, [&window] { window.Run(command::kAddInstrument); }, console);
+    console->SetStart(*banner, *page);
+    new CTutorialRing(window, *console, *page);
     console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
         recording.Hold(value, held);
     };

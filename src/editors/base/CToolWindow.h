@@ -33,11 +33,15 @@ public:
     // The 40 ms work.
     void FollowEngine();
 
+    // A file that is dropped on it. False: it goes where those dropped on the console go.
+    virtual bool TakeFile(const QString& /*path*/) { return false; }
+
     bool CanEdit(EEdit /*command*/) const override { return false; }
     void Edit(EEdit /*command*/) override {}
 
 protected:
     CWorkstation& Document() const noexcept { return context.document; }
+    CToolWindow* OpenOther(ETool tool) const { return context.open ? context.open(tool) : nullptr; }
     // The instrument and pattern that are to be shown; null when there is none.
     std::shared_ptr<CInstrument> Instrument() const { return context.document.Selection().CurrentInstrument(); }
     int Pattern() const { return context.document.Selection().CurrentPattern(); }
