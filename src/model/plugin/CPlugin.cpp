@@ -87,7 +87,7 @@ void CPlugin::Finish() {
     pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
-    held = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
+    heldParameters = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
 }
 
@@ -209,7 +209,8 @@ std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
 }
 
 void CPlugin::Hold(int index, bool on) noexcept {
-    if (index >= 0 && index < static_cast<int>(parameters.size())) held[static_cast<std::size_t>(index)].Set(on);
+    if (index >= 0 && index < static_cast<int>(parameters.size()))
+        heldParameters[static_cast<std::size_t>(index)].Set(on);
 }
 
 void CPlugin::AutomateParameter(int index, float value) noexcept {
