@@ -149,8 +149,22 @@ void CMainWindow::ShowNotice(const QString& text) {
         statusBar()->setSizeGripEnabled(false);
         statusBar()->addWidget(notice, 1);
     }
+    delete noticeButton;
     notice->setText(QStringLiteral("\u00D7   ") + text);
     statusBar()->show();
+}
+
+void CMainWindow::OfferNotice(const QString& text, const QString& button, std::function<void()> run) {
+    ShowNotice(text);
+    noticeButton = new QPushButton(button);
+    noticeButton->setObjectName(QStringLiteral("noticeButton"));
+    noticeButton->setFocusPolicy(Qt::NoFocus);
+    connect(noticeButton, &QPushButton::clicked, this, [this, run = std::move(run)] {
+        statusBar()->hide();
+        noticeButton->deleteLater();
+        run();
+    });
+    statusBar()->addPermanentWidget(noticeButton);
 }
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }

@@ -86,6 +86,8 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells something that needs no answer and must not interrupt.
     void ShowNotice(const QString& text);
+    // The same, with a button that does something about it.
+    void OfferNotice(const QString& text, const QString& button, std::function<void()> run);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
@@ -180,6 +182,7 @@ private:
     QPointer<CShortcutsPage> shortcuts;  // once it was open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
+    QPointer<QPushButton> noticeButton;
     bool loading = false;
     QSizeF unscaledSize;  // of the window at 100 %, as the user made it
     QSize scaledSize;     // that the last change of scale gave it

@@ -117,14 +117,14 @@ public:
     T& AddChild(Arguments&&... arguments) {
         auto child = std::make_unique<T>(owner, std::forward<Arguments>(arguments)...);
         T& reference = *child;
-        child->parent = this;
+        child->standsIn = this;
         child->parentShown = IsShown();
         children.push_back(std::move(child));
         return reference;
     }
     void ClearChildren();
     // Null for one of the window itself.
-    CControl* Parent() const noexcept { return parent; }
+    CControl* Parent() const noexcept { return standsIn; }
     const std::vector<std::unique_ptr<CControl>>& Children() const noexcept { return children; }
     bool IsVisible() const noexcept { return visible; }
     // Whether it and all that it stands in is visible.
@@ -237,7 +237,7 @@ private:
     float Limited(float number) const noexcept;
 
     CWinControl& owner;
-    CControl* parent = nullptr;
+    CControl* standsIn = nullptr;
     std::uint32_t identifier;
     int x = 0, y = 0;
     int relativeX, relativeY;

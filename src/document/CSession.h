@@ -57,6 +57,9 @@ public:
     bool KeepCopy(const QString& path);
     // Writes the project among the timed backups now, and waits for the disk.
     bool WriteTimedCopy(QString& error);
+    // Writes the project as a run that did not end properly would have left it, without a call to any plug-in:
+    // of each it has the state that was stored last. Also on another thread while that of the windows stands still.
+    bool Rescue(std::string& error);
     // What a run that did not end properly has written last.
     QString CrashCopy() const;
     // Goes on with the journal, and tells the ends of files; from the 40 ms timer.

@@ -232,7 +232,7 @@ inline constexpr KeyedText kTexts[] = {
     {"MP3 files (*.mp3)", "Fichiers MP3 (*.mp3)"},
     {"This file exists !\r\nDo you want to replace it ?", "Ce fichier existe !\r\nVoulez-vous le remplacer ?"},
     {"\"%1\" has changes that are not saved. Save them?",
-     "« %1 » contient des modifications non enregistrées. Les enregistrer ?"},
+     "\"%1\" contient des modifications non enregistrées. Les enregistrer ?"},
     {"The last start ended while it loaded its project, so this one begins without. The project can be opened from "
      "the File menu.",
      "Le dernier démarrage s'est terminé pendant le chargement du projet ; celui-ci commence donc sans projet. Il peut "
@@ -247,7 +247,7 @@ inline constexpr KeyedText kTexts[] = {
      "reste aussi dans Fichier > Restaurer une sauvegarde."},
     {"The last session cannot be kept in \"%1\", so this window leaves it as it is and writes no backups. Its work has "
      "to be saved before it closes.",
-     "La dernière session ne peut pas être conservée dans « %1 » ; cette fenêtre la laisse donc telle quelle et "
+     "La dernière session ne peut pas être conservée dans \"%1\" ; cette fenêtre la laisse donc telle quelle et "
      "n'écrit "
      "aucune sauvegarde. Le travail doit être enregistré avant de la fermer."},
     {"QUIB Sequencer is running already (process %1) and has the program folder \"%2\". A second window can be opened "
@@ -817,6 +817,33 @@ inline constexpr KeyedText kTexts[] = {
     {"The song is empty, so it plays silence.", "Le morceau est vide : il ne joue que du silence."},
 
     // Plug-in browser
+    // What a plug-in does when it throws, ends the program or does not return
+    {"being loaded", "son chargement"},
+    {"being switched on or off", "sa mise en marche ou à l'arrêt"},
+    {"answering a question", "une réponse"},
+    {"giving or taking its state", "l'échange de son état"},
+    {"changing its program", "un changement de programme"},
+    {"setting a parameter", "un réglage de paramètre"},
+    {"opening its editor", "l'ouverture de son éditeur"},
+    {"working in its editor", "le travail de son éditeur"},
+    {"closing its editor", "la fermeture de son éditeur"},
+    {"using its idle time", "son temps libre"},
+    {"being closed", "sa fermeture"},
+    {"taking notes", "la réception de notes"},
+    {"rendering", "le rendu"},
+    {"\"%1\" threw an exception while %2.", "\"%1\" a levé une exception pendant %2."},
+    {"\"%1\" ended the program while %2, so it is left out now; its settings are kept.",
+     "\"%1\" a mis fin au programme pendant %2 et reste à l'écart ; ses réglages sont conservés."},
+    {"\"%1\" did not return while %2, so it is left out now; its settings are kept.",
+     "\"%1\" ne répondait plus pendant %2 et reste à l'écart ; ses réglages sont conservés."},
+    {"\"%1\" has not returned for %2 seconds while %3.\n\nThe project can be saved as it is and the program ended. The "
+     "next start opens it without this plug-in, whose settings are kept.",
+     "\"%1\" ne répond plus depuis %2 secondes pendant %3.\n\nLe projet peut être enregistré tel quel et le programme "
+     "terminé. Le prochain démarrage l'ouvre sans ce plug-in, dont les réglages sont conservés."},
+    {"Wait", "Attendre"},
+    {"Save and end", "Enregistrer et terminer"},
+    {"Try it again", "Réessayer"},
+    {"cannot be tried first: quib-scan does not start", "ne peut être essayé avant : quib-scan ne démarre pas"},
     {"did not answer within 10 seconds", "n'a pas répondu en 10 secondes"},
     {"ended while it was read", "s'est terminé à la lecture"},
     {"not for this machine", "pas pour cette machine"},
@@ -881,10 +908,6 @@ inline constexpr KeyedText kTexts[] = {
     {"Delay", "Délai"},
     {"Reverb", "Réverbération"},
     {"Pitch", "Hauteur"},
-    {"\"%1\" was being loaded or opened when the program ended and is left out now. Try it again under \"Failed\" in "
-     "the plug-in browser.",
-     "\"%1\" était en chargement ou en ouverture quand le programme s'est terminé ; il est laissé de côté. Réessayez "
-     "sous \"Illisibles\" dans le navigateur."},
 
     // Ball pad
     {"X and Y", "X et Y"},

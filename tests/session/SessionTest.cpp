@@ -185,12 +185,15 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
     QDir(folder.path()).mkdir(QStringLiteral("more"));
     QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Trouble.so"),
                 folder.filePath(QStringLiteral("more/library.so")));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/ParameterBank.so"),
+                folder.filePath(QStringLiteral("more/another.so")));
     CSettings(folder.filePath(QStringLiteral("program/settings.ini")))
         .WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), folder.filePath(QStringLiteral("more")));
     const int code = CDriver::Run(Arguments(), [&](CDriver& user) {
         CWorkstation& station = user.Window().Workstation();
         ASSERT_TRUE(user.WaitFor([] { return CDriver::TutorialGreets(); }));
         ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Instruments().size() > 3; }));
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Effects().size() > 0; }));
         int presses = 0;
         const auto press = [&](const char* key) {
             user.Key(key);
@@ -218,6 +221,14 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
         EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[0].ForEdit()->plugin != nullptr; }));
         EXPECT_TRUE(instrument.strip.insertOn[0].IsOn());
         EXPECT_LE(presses, 3);
+
+        presses = 0;
+        press("ctrl+shift+i");
+        type({"b", "a", "n", "k"});
+        press("Return");
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[1].ForEdit()->plugin != nullptr; }));
+        EXPECT_EQ(instrument.inserts[1].ForEdit()->plugin->Identity().effectName, "Parameter bank");
+        EXPECT_LE(presses, 6);
         Close(user);
     });
     EXPECT_EQ(code, 0);
