@@ -250,7 +250,7 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
 
 std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
     if (index < 0 || index >= static_cast<int>(parameters.size())) return std::nullopt;
-    const CRenderCall call(*this);
+    const CRenderCall call(*this, EPluginCall::kParameter);
     return call.Entered() ? std::optional(ReadParameter(index)) : std::nullopt;
 }
 
@@ -349,10 +349,10 @@ void CPlugin::ReportParameter(int index, float value) {
     if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
 }
 
-void CPlugin::ReportTouch(int index, bool held) {
+void CPlugin::ReportTouch(int index, bool isHeld) {
     if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
     if (index < 0 || index >= static_cast<int>(parameters.size())) return;
-    if (environment.parameterTouched) environment.parameterTouched(*this, index, held);
+    if (environment.parameterTouched) environment.parameterTouched(*this, index, isHeld);
 }
 
 void CPlugin::RunApplicationIdle() {
