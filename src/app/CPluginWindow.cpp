@@ -96,7 +96,8 @@ void CPluginWindow::BuildBar() {
     pageButton->setCheckable(true);
     pageButton->setChecked(true);
     pageButton->setVisible(plugin->HasEditor() && CanEmbed());
-    connect(pageButton, &QToolButton::clicked, this, [this](bool page) { page ? ShowPage() : ShowEditor(); });
+    connect(pageButton, &QToolButton::clicked, this,
+            [this](bool parameters) { parameters ? ShowPage() : ShowEditor(); });
     bar->addWidget(pageButton);
     static_cast<QVBoxLayout*>(layout())->addLayout(bar);
 }
