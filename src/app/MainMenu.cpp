@@ -300,6 +300,15 @@ void CMainWindow::BuildSettingsMenu() {
     Add(*menu, command::kTimeSignature, TextKey("Time Signature ..."), [this] {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
+    CControllers& controllers = workstation.Controllers();
+    QAction* const learn = Add(
+        *menu, command::kLearnMidi, TextKey("MIDI learn"),
+        [&controllers] { controllers.SetPicking(!controllers.IsPicking()); }, Qt::CTRL | Qt::Key_M);
+    learn->setCheckable(true);
+    learn->setChecked(controllers.IsPicking());
+    connect(&controllers, &CControllers::Changed, learn,
+            [learn, &controllers] { learn->setChecked(controllers.IsPicking()); });
+    Add(*menu, command::kControllers, TextKey("MIDI controllers ..."), [this] { ShowControllers(); });
     menu->addSeparator();
     Add(*menu, command::kBackupTime, TextKey("Backup Time ..."),
         [this] { RunBackupDialog(this, settings, countdown); });

@@ -96,6 +96,16 @@ std::vector<CControl*> Sections(const CWinControl& window) {
     return tops;
 }
 
+// A field for typing that lies over the controls.
+bool FocusWidgetOf(const CWinControl& window) {
+    for (QWidget* const child : window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (child->isWindow() || !child->isVisible() || (child->focusPolicy() & Qt::TabFocus) == 0) continue;
+        child->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    return false;
+}
+
 CControl& TopOf(CControl& control) {
     CControl* top = &control;
     while (top->Parent() != nullptr) top = top->Parent();
@@ -131,9 +141,7 @@ bool CKeyFocus::WouldTake(const QKeyEvent& event) const {
 
 bool CKeyFocus::Take(const QKeyEvent& event) {
     if (!WouldTake(event)) return false;
-    acting = true;
     Run(*RowOf(event), event);
-    acting = false;
     return true;
 }
 
@@ -144,7 +152,9 @@ void CKeyFocus::Run(const FocusKey& row, const QKeyEvent& event) {
     switch (row.use) {
         case EFocusKey::kNext:
         case EFocusKey::kPrevious:
-            if (!Step(row.use == EFocusKey::kNext ? 1 : -1)) StepSection(row.use == EFocusKey::kNext ? 1 : -1);
+            if (Step(row.use == EFocusKey::kNext ? 1 : -1)) return;
+            if (FocusWidgetOf(owner)) return Hide();
+            StepSection(row.use == EFocusKey::kNext ? 1 : -1);
             return;
         case EFocusKey::kNextSection:
         case EFocusKey::kPreviousSection:
@@ -287,7 +297,9 @@ void CKeyFocus::Turn(int notches, bool fine) {
 }
 
 void CKeyFocus::Activate() {
+    acting = true;
     control->Activate(part);
+    acting = false;
     Tell();
 }
 
@@ -299,7 +311,9 @@ void CKeyFocus::OpenMenu() {
     }
     if (target == nullptr) return;
     const QRect area = target == control ? Area() : target->Rectangle();
+    acting = true;
     owner.Mouse().ClickOn(*target, 1, area.center());
+    acting = false;
     Tell();
 }
 

@@ -163,4 +163,13 @@ void CPatternSelCtrl::DrawCell(int cell) {
     }
 }
 
+void CPatternSelCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    for (int cell = 0; learns && cell < kCells; ++cell) {
+        ControlTarget target = *learns;
+        target.index = cell;
+        const QRect area(X() + cell * cellWidth, Y() + headerHeight, cellWidth - 1, Height() - headerHeight);
+        parts.push_back({area.intersected(ShownRectangle()), target});
+    }
+}
+
 }  // namespace quib

@@ -126,4 +126,14 @@ void CPresetSelectorCtrl::Draw() {
     }
 }
 
+void CPresetSelectorCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int count = presetCount ? presetCount() : 0;
+    for (int shown = 0; learns && shown < ShownCells() && first + shown < count; ++shown) {
+        ControlTarget target = *learns;
+        target.index = first + shown;
+        const QRect area(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
+        parts.push_back({area.intersected(ShownRectangle()), target});
+    }
+}
+
 }  // namespace quib

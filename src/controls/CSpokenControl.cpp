@@ -115,7 +115,7 @@ QAccessible::State CSpokenControl::state() const {
     QAccessible::State state;
     const ERole role = Control().Role();
     const CKeyFocus& keys = tree.Window().Keys();
-    state.disabled = !Control().enabled;
+    state.disabled = !Control().enabled && !Control().IsUsefulDisabled();
     state.offscreen = Control().ShownRectangle().isEmpty();
     state.focusable = role != ERole::kGroup && role != ERole::kText && role != ERole::kPicture && role != ERole::kKeys;
     state.focused = keys.Control() == place.control && keys.Part() == place.part && tree.Window().hasFocus();

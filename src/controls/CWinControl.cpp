@@ -41,8 +41,8 @@ void CWinControl::Remove(CControl& control) {
 void CWinControl::Forget(const CControl& control) noexcept {
     mouse.Forget(control);
     typing.Forget(control);
-    keys.Forget(control);
-    spoken.Forget(control);
+    keyFocus.Forget(control);
+    spokenTree.Forget(control);
     for (CControl** const kept : {&menuTarget, &entryTarget}) {
         if (*kept == &control) *kept = nullptr;
     }
@@ -131,8 +131,8 @@ void CWinControl::ShowPopupMenu(CControl& control) {
 }
 
 QPoint CWinControl::MenuPoint() const {
-    const QRect area = keys.Area();
-    return keys.IsActing() && !area.isEmpty() ? mapToGlobal(ToWidget(area).bottomLeft()) : QCursor::pos();
+    const QRect area = keyFocus.Area();
+    return keyFocus.IsActing() && !area.isEmpty() ? mapToGlobal(ToWidget(area).bottomLeft()) : QCursor::pos();
 }
 
 // --- Events -------------------------------------------------------------------------------------------------
@@ -141,7 +141,7 @@ bool CWinControl::event(QEvent* event) {
     // A digit for the control under the mouse or with the ring, or a key for the latter, whatever it is a shortcut of.
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = *static_cast<QKeyEvent*>(event);
-        if (typing.WouldTake(key) || keys.WouldTake(key)) {
+        if (typing.WouldTake(key) || keyFocus.WouldTake(key)) {
             event->accept();
             return true;
         }
@@ -170,7 +170,7 @@ void CWinControl::paintEvent(QPaintEvent* event) {
 // Above what the controls have drawn, and never a part of it.
 void CWinControl::DrawRing(QPainter& painter) const {
     constexpr int kWidth = 2;
-    const QRect area = keys.Area();
+    const QRect area = keyFocus.Area();
     if (area.isEmpty() || !hasFocus()) return;
     painter.setPen(QPen(QColor::fromRgb(Palette().Colour(QStringLiteral("focus"))), kWidth * uiScale));
     painter.drawRect(ToWidget(area.adjusted(-kWidth, -kWidth, kWidth, kWidth)));
@@ -184,7 +184,7 @@ void CWinControl::FollowMouse(const QMouseEvent& event) {
     modifiers = event.modifiers();
     const QPoint point = ToSkin(event.position());
     mouse.Move(point.x(), point.y());
-    if (typing.Target() != mouse.Hovered() && typing.Target() != keys.Control()) typing.Commit();
+    if (typing.Target() != mouse.Hovered() && typing.Target() != keyFocus.Control()) typing.Commit();
 }
 
 void CWinControl::mouseMoveEvent(QMouseEvent* event) { FollowMouse(*event); }
@@ -230,7 +230,7 @@ void CWinControl::leaveEvent(QEvent* /*event*/) {
 // By index: a control that is told a key may build or remove others.
 void CWinControl::keyPressEvent(QKeyEvent* event) {
     modifiers = event->modifiers();
-    if (typing.Take(*event) || keys.Take(*event)) return;
+    if (typing.Take(*event) || keyFocus.Take(*event)) return;
     const int key = VirtualKeyOf(*event);
     if (key != 0 && !event->isAutoRepeat()) {
         for (std::size_t index = 0; index < controls.size(); ++index) controls[index]->BroadcastKeyDown(key);
@@ -249,16 +249,16 @@ void CWinControl::keyReleaseEvent(QKeyEvent* event) {
     event->ignore();
 }
 
-bool CWinControl::focusNextPrevChild(bool next) { return keys.Step(next ? 1 : -1); }
+bool CWinControl::focusNextPrevChild(bool next) { return keyFocus.Step(next ? 1 : -1); }
 
 void CWinControl::focusInEvent(QFocusEvent* event) {
-    BlitRectangle(RingOf(keys.Area()));
+    BlitRectangle(RingOf(keyFocus.Area()));
     QWidget::focusInEvent(event);
 }
 
 // A key that goes up elsewhere is not told to this window.
 void CWinControl::focusOutEvent(QFocusEvent* event) {
-    BlitRectangle(RingOf(keys.Area()));
+    BlitRectangle(RingOf(keyFocus.Area()));
     typing.Commit();
     BroadcastKeyUp(virtualKey::kShift);
     BroadcastKeyUp(virtualKey::kControl);

@@ -81,9 +81,9 @@ public:
     // The control whose pop-up menu was shown last; null when it is gone.
     CControl* MenuTarget() const noexcept { return menuTarget; }
     CMouseRouter& Mouse() noexcept { return mouse; }
-    CKeyFocus& Keys() noexcept { return keys; }
-    const CKeyFocus& Keys() const noexcept { return keys; }
-    CSpokenTree& Spoken() noexcept { return spoken; }
+    CKeyFocus& Keys() noexcept { return keyFocus; }
+    const CKeyFocus& Keys() const noexcept { return keyFocus; }
+    CSpokenTree& Spoken() noexcept { return spokenTree; }
     // Where a menu opens: at the mouse, or at the control whose key asked for it. Of the screen.
     QPoint MenuPoint() const;
     // What the ring about an area covers, in skin pixels.
@@ -155,8 +155,8 @@ private:
     CControl* menuTarget = nullptr;
     CControl* entryTarget = nullptr;
     CTypedNumber typing{*this};
-    CKeyFocus keys{*this};
-    CSpokenTree spoken{*this};
+    CKeyFocus keyFocus{*this};
+    CSpokenTree spokenTree{*this};
     CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;

@@ -201,6 +201,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "ÉCRIRE DANS LE MOTIF - Met l'arpège dans le motif choisi, à la place de ses notes."},
     {552, "KEYS - Shows the keyboard in the strip. The arpeggiator plays the keys that are held there.",
      "CLAVIER - Montre le clavier de la tranche. L'arpégiateur joue les touches tenues là."},
+    {570, "LATCH - Keys play on after they went up, until another chord begins or this is switched off.",
+     "MAINTIEN - Les touches continuent une fois relâchées, jusqu'à l'accord suivant ou jusqu'à ce bouton."},
     {440, "XRUNS - How often the sound device did not get its block in time.",
      "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
     {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",

@@ -182,9 +182,9 @@ TEST_F(SongSessionTest, APerformanceByMouseIsPlayedBackOnTheSameSteps) {
         };
         const std::array places = {cell(0, 1), cell(0, 2)};
         user->Key("space");
-        until(5);
+        until(1);
         user->Click(places[0]);
-        until(21);
+        until(17);
         user->Click(places[1]);
         until(40);
         user->Key("space");

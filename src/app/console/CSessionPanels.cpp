@@ -131,6 +131,7 @@ void CSessionPanel::AddPresets() {
     presets.section = ESection::kPattern;
     presets.enabled = station.Settings().IsOn(QStringLiteral("PresetOn"));
     presets.infoString = 456;
+    presets.learns = ControlTarget{EControlTarget::kPresets, 0, 0};
     presets.disabledInfo = 674;
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
     presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };

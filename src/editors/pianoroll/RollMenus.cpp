@@ -108,9 +108,9 @@ void CWinControlPianoRoll::FillEditMenu(QMenu& menu) {
 }
 
 void CWinControlPianoRoll::FillShapes(QMenu& menu) {
-    CPianoRollKeys& rollKeys = roll->Keys();
+    CPianoRollKeys& keys = roll->Keys();
     const auto add = [&](const char* text, const char* key, void (CPianoRollKeys::*edit)()) {
-        AddMenuItem(menu, text, key, [&rollKeys, edit] { (rollKeys.*edit)(); });
+        AddMenuItem(menu, text, key, [&keys, edit] { (keys.*edit)(); });
     };
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
     // Undone and done again it is another seed's.

@@ -36,11 +36,11 @@ void CWinControlTutorial::Build() {
     int number = 0;
     for (const TutorialLesson& each : TutorialLessons()) {
         const QString title = QStringLiteral("%1  %2").arg(number + 1).arg(Text(each.title));
-        auto& button = Add<CSwitchCtrl>(0U, kMargin, kRowTop + number * kRowPitch, kRail, 30, nullptr, title);
-        button.momentary = true;
-        button.infoString = 620;
-        button.backgroundColour = Palette().Colour(QStringLiteral("panel"));
-        button.onChange = [this, number](CControl&) { Begin(number); };
+        auto& choice = Add<CSwitchCtrl>(0U, kMargin, kRowTop + number * kRowPitch, kRail, 30, nullptr, title);
+        choice.momentary = true;
+        choice.infoString = 620;
+        choice.backgroundColour = Palette().Colour(QStringLiteral("panel"));
+        choice.onChange = [this, number](CControl&) { Begin(number); };
         ++number;
     }
     auto& skip = Add<CSwitchCtrl>(0U, kTextLeft, kBottom, 160, 28, nullptr, Text("Skip this step"));
