@@ -7,6 +7,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -14,10 +16,13 @@
 #include <algorithm>
 
 #include "app/CParameterList.h"
+#include "app/CSoundTools.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
 #include "document/CWorkstation.h"
+#include "editors/panel/CPanel.h"
+#include "editors/panel/PanelFiles.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -29,7 +34,10 @@ bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb")
 }  // namespace
 
 CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin, QWidget* parent)
-    : QWidget(parent, Qt::Window), workstation(projectOwner), plugin(std::move(shownPlugin)) {
+    : QWidget(parent, Qt::Window),
+      workstation(projectOwner),
+      controlSettings(projectOwner.Settings()),
+      plugin(std::move(shownPlugin)) {
     setAttribute(Qt::WA_DeleteOnClose);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -37,6 +45,7 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     pages = new QStackedWidget;
     BuildBar();
     BuildPage();
+    BuildPanel();
     layout->addWidget(pages, 1);
     FillPrograms();
     workstation.Places().WatchParameters(plugin);
@@ -44,7 +53,10 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
-    resize(560, 480);
+    QSize size(560, 480);
+    if (panel != nullptr)
+        size = (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
+    resize(size);
 }
 
 CPluginWindow::~CPluginWindow() {
@@ -72,6 +84,7 @@ void CPluginWindow::BuildBar() {
     connect(programs, &QComboBox::activated, this,
             [this](int program) { workstation.Places().SelectProgram(plugin, program); });
     bar->addWidget(programs, 1);
+    bar->addWidget(new CSoundTools(workstation, plugin));
     const struct {
         const char* text;
         void (CPluginWindow::*run)(EFileKind);
@@ -94,6 +107,12 @@ void CPluginWindow::BuildBar() {
     pageButton->setVisible(plugin->HasEditor() && CanEmbed());
     connect(pageButton, &QToolButton::clicked, this, [this](bool page) { page ? ShowPage() : ShowEditor(); });
     bar->addWidget(pageButton);
+    listButton = new QToolButton;
+    listButton->setObjectName(QStringLiteral("list"));
+    listButton->setText(Text("List"));
+    listButton->setCheckable(true);
+    connect(listButton, &QToolButton::clicked, this, [this] { ShowPage(); });
+    bar->addWidget(listButton);
     static_cast<QVBoxLayout*>(layout())->addLayout(bar);
 }
 
@@ -112,6 +131,22 @@ void CPluginWindow::BuildPage() {
     pages->addWidget(page);
 }
 
+void CPluginWindow::BuildPanel() {
+    const QString folder = workstation.ProgramFolders().program + QStringLiteral("Panels");
+    auto layout = FindPanelLayout(plugin->Identity().Key(), folder);
+    listButton->setVisible(layout.has_value());
+    if (!layout) return;
+    panel = new CPanel(controlSettings, workstation, plugin, std::move(*layout));
+    panel->SetUiScale(workstation.Settings().ReadSettingInt("Settings", "GuiScale", 100) / 100.0);
+    panel->setFixedSize(panel->sizeHint());
+    auto* const scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(panel);
+    pages->addWidget(scroll);
+    panelPage = scroll;
+    pages->setCurrentWidget(scroll);
+}
+
 void CPluginWindow::FillPrograms() {
     const QSignalBlocker quiet(programs);
     programs->clear();
@@ -122,7 +157,12 @@ void CPluginWindow::FillPrograms() {
 void CPluginWindow::ShowPage() {
     pageButton->setChecked(true);
     CloseEditor();
-    pages->setCurrentIndex(0);
+    pages->setCurrentIndex(panel != nullptr && !listButton->isChecked() ? 1 : 0);
+}
+
+void CPluginWindow::ShowList() {
+    listButton->setChecked(true);
+    ShowPage();
 }
 
 void CPluginWindow::ShowEditor() {
@@ -175,7 +215,11 @@ void CPluginWindow::Tick() {
     if (editorOpen) {
         plugin->IdleEditor();
     } else if (isVisible()) {
-        list->Refresh();
+        if (panel != nullptr && !listButton->isChecked()) {
+            panel->Follow();
+        } else {
+            list->Refresh();
+        }
     }
     const int program = plugin->CurrentProgram();
     if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;

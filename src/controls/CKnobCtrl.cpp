@@ -35,8 +35,7 @@ CKnobCtrl::CKnobCtrl(CWinControl& window, std::uint32_t number, int left, int to
 int CKnobCtrl::Side() const noexcept { return std::min(Width(), Height() - (label.isEmpty() ? 0 : kLabelHeight)); }
 
 QPoint CKnobCtrl::FromCentre(int px, int py) const noexcept {
-    const int top = label.isEmpty() ? (Height() / 2) : Side() / 2;
-    return {px - X() - Width() / 2, py - Y() - top};
+    return {px - X() - Width() / 2, py - Y() - CentreY()};
 }
 
 void CKnobCtrl::OnLButtonDown(int px, int py, int /*button*/) {

@@ -32,6 +32,10 @@ public:
     bool fillFromCentre = false;  // the ring grows from the middle of the range
     QString label;                // below the knob
 
+protected:
+    // Of the disc, below the control's upper edge.
+    virtual int CentreY() const noexcept { return label.isEmpty() ? Height() / 2 : Side() / 2; }
+
 private:
     void DragCentre(int py);
     void DragRotary(int px, int py);
