@@ -44,7 +44,7 @@ private:
 };
 
 struct CBusyConsole {
-    CBusyConsole() : window(settings, qRgb(0x30, 0x30, 0x30)) {
+    CBusyConsole() : window(settings, "window") {
         window.resize(1360, 760);
         for (int strip = 0; strip < kStrips; ++strip) {
             auto* const left = &levels.emplace_back(0.5F);

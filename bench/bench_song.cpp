@@ -44,7 +44,7 @@ void MeasureAll(int scale) {
     station.Selection().SetCurrent(0);
 
     const CPlainSettings plain;
-    CWinControl window(plain, qRgb(0x30, 0x30, 0x30));
+    CWinControl window(plain, "window");
     auto& pane = window.Add<CSongPane>(0U, station);
     pane.Resize(1600, 900);
     window.SetUiScale(scale);

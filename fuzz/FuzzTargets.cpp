@@ -11,6 +11,7 @@
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
 #include "project/GeneratedProject.h"
+#include "project/midi/MidiImport.h"
 
 namespace quib::fuzz {
 
@@ -114,5 +115,35 @@ void Pattern(std::string_view bytes) {
 
 void Bank(std::string_view bytes) { LoadInto(bytes, &CPlugin::LoadBank, &CPlugin::SaveBank); }
 void Program(std::string_view bytes) { LoadInto(bytes, &CPlugin::LoadProgram, &CPlugin::SaveProgram); }
+
+void Midi(std::string_view bytes) {
+    MidiFile file;
+    std::string error;
+    if (!ReadMidi(bytes, file, error)) return Require(!error.empty() && file.tracks.empty(), "a refusal has a reason");
+    const MidiSong song = ConvertMidi(file, 4);
+    std::size_t begun = 0;
+    for (const MidiTrack& track : file.tracks) {
+        for (const MidiEvent& event : track.events) begun += event.Kind() == 0x90 && event.second > 0 ? 1 : 0;
+    }
+    std::size_t taken = 0;
+    for (const MidiPart& part : song.parts) {
+        for (const CPattern& pattern : part.patterns) {
+            taken += pattern.Notes().size();
+            for (const Note& note : pattern.Notes()) {
+                Require(note.position >= 0 && note.position <= static_cast<float>(pattern.StepCount()),
+                        "notes lie inside");
+                Require(note.length > 0 && note.velocity > 0, "notes are heard");
+            }
+        }
+    }
+    const MidiImportCounts& counts = song.counts;
+    Require(taken == counts.notes && taken + counts.lateNotes + counts.extraNotes == begun, "each note is counted");
+    if (file.isTimecode) return;
+    MidiFile again;
+    Require(ReadMidi(WriteMidi(file), again, error), "what was written is read");
+    Require(again.tracks == file.tracks && again.tempos == file.tempos && again.signatures == file.signatures &&
+                again.markers == file.markers,
+            "what was written is the same");
+}
 
 }  // namespace quib::fuzz

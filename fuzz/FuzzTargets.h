@@ -15,12 +15,17 @@ void Instrument(std::string_view bytes);
 void Pattern(std::string_view bytes);
 void Bank(std::string_view bytes);
 void Program(std::string_view bytes);
+void Midi(std::string_view bytes);
 
 struct Target {
     std::string_view name;
     void (*run)(std::string_view bytes);
 };
-inline constexpr std::array<Target, 5> kTargets = {
-    {{"project", Project}, {"instrument", Instrument}, {"pattern", Pattern}, {"bank", Bank}, {"program", Program}}};
+inline constexpr std::array<Target, 6> kTargets = {{{"project", Project},
+                                                    {"instrument", Instrument},
+                                                    {"pattern", Pattern},
+                                                    {"bank", Bank},
+                                                    {"program", Program},
+                                                    {"midi", Midi}}};
 
 }  // namespace quib::fuzz

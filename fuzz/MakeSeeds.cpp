@@ -8,6 +8,7 @@
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
 #include "project/GeneratedProject.h"
+#include "project/midi/MidiFile.h"
 
 namespace {
 
@@ -43,5 +44,14 @@ int main(int count, char** arguments) {
     Save(folder / "bank" / "parameters.fxb", parameters.SaveBank());
     Save(folder / "program" / "chunk.fxp", chunks.SaveProgram());
     Save(folder / "program" / "parameters.fxp", parameters.SaveProgram());
+    MidiFile midi;
+    midi.tempos = {{0, 500000}, {960, 400000}};
+    midi.signatures = {{0, 6, 8}};
+    midi.markers = {{1920, "Chorus"}};
+    midi.tracks = {{"Song", "", 3840, {}},
+                   {"Bass", "QUIB synth", 3840, {{0, 0x90, 36, 100}, {480, 0x80, 36, 0}, {480, 0xC0, 5, 0}}},
+                   {"Drums", "", 3840, {{0, 0x99, 36, 100}, {240, 0x99, 36, 0}, {240, 0xE9, 0, 64}}}};
+    const std::string song = WriteMidi(midi);
+    Save(folder / "midi" / "song.mid", std::span<const char>(song));
     return 0;
 }

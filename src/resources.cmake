@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Embeds the skin and the font of the windows into quib_controls.
 file(GLOB skin CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/skin/*.svg
-     ${PROJECT_SOURCE_DIR}/resources/skin/palette.txt)
+     ${PROJECT_SOURCE_DIR}/resources/skin/palette-*.txt)
 qt_add_resources(quib_controls skin PREFIX /skin BASE ${PROJECT_SOURCE_DIR}/resources/skin FILES ${skin})
 
 # The same letters on every machine.

@@ -11,7 +11,7 @@ namespace quibplug {
 namespace {
 
 constexpr float kFadeSeconds = 0.03f;
-constexpr float kGlideSeconds = 0.12f;     // time constant
+constexpr float kTimeGlideSeconds = 0.12f;     // time constant
 constexpr double kFastest = 0.5;           // frames per frame: half to one and a half times the pitch
 constexpr double kSlowest = 1.0 / 2048.0;  // frames per frame, so that it arrives
 
@@ -30,7 +30,7 @@ void CDelayTap::Aim(int delay, TimeChange change, float sampleRate) noexcept {
     if (m_present == delay) return;
     m_target = delay;
     m_gliding = change == TimeChange::kGlide;
-    m_glideShare = OnePoleShare(kGlideSeconds, sampleRate);
+    m_glideShare = OnePoleShare(kTimeGlideSeconds, sampleRate);
     if (!m_gliding) m_fade.Start(kFadeSeconds, sampleRate);
 }
 

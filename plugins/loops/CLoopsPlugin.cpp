@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <mutex>
 
 #include "loops/LoopExports.h"
 
@@ -23,6 +24,9 @@ constexpr float kOpenHighCut = 19980.0f;  // hertz
 constexpr int kAllSoundOff = 120;
 constexpr int kAllNotesOff = 123;
 
+std::mutex instancesMutex;
+std::vector<CLoopsPlugin*> instances;
+
 PluginDescription Description() {
     return {"QUIB Loops", kUniqueId, 1000, vst2::kPlugCategSynth, 0, 2, LoopParameters(), LoopPrograms()};
 }
@@ -34,17 +38,56 @@ CLoopsPlugin::CLoopsPlugin(vst2::HostCallback host) : CPluginBase(Description())
     SampleRateChanged();
     Reset();
     ParametersSnapped();
+    const std::lock_guard lock(instancesMutex);
+    instances.push_back(this);
+}
+
+CLoopsPlugin::~CLoopsPlugin() {
+    const std::lock_guard lock(instancesMutex);
+    std::erase(instances, this);
+}
+
+void CLoopsPlugin::FollowFolders() {
+    const std::lock_guard lock(instancesMutex);
+    for (CLoopsPlugin* const instance : instances) instance->FollowFolder();
+}
+
+// What is not played any more is freed here, not by the render thread.
+void CLoopsPlugin::FollowFolder() {
+    auto next = SharedLoops(static_cast<double>(SampleRate()));
+    if (next == m_loops) return;
+    if (m_taken.load(std::memory_order_acquire) == m_loops.get() && m_quiet.load(std::memory_order_acquire)) {
+        m_former.clear();
+    }
+    if (m_loops) m_former.push_back(m_loops);
+    m_loops = std::move(next);
+    m_offered.store(m_loops.get(), std::memory_order_release);
+}
+
+void CLoopsPlugin::Take(const LoopSet& loops) noexcept {
+    m_keys = {};
+    for (const auto& loop : loops) m_keys[static_cast<std::size_t>(loop->key)] = loop.get();
+    m_taken.store(&loops, std::memory_order_release);
+}
+
+void CLoopsPlugin::BeginBlock() noexcept {
+    m_time.Read(Effect());
+    m_quiet.store(!m_sounding, std::memory_order_release);
+    const LoopSet* const offered = m_offered.load(std::memory_order_acquire);
+    if (offered != nullptr && offered != m_taken.load(std::memory_order_relaxed)) Take(*offered);
 }
 
 void CLoopsPlugin::SampleRateChanged() noexcept {
     for (CLoopVoice& voice : m_voices) voice.Kill();
     m_keys = {};
+    m_former.clear();
     try {
         m_loops = SharedLoops(static_cast<double>(SampleRate()));
-        for (const Loop& loop : *m_loops) m_keys[static_cast<std::size_t>(loop.key)] = &loop;
+        Take(*m_loops);
     } catch (const std::exception&) {
         m_loops = nullptr;  // no memory for the loops: silent
     }
+    m_offered.store(m_loops.get(), std::memory_order_release);
 }
 
 void CLoopsPlugin::Reset() noexcept {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <exception>
 
-#include "loops/LoopFolder.h"
+#include "loops/CLoopsPlugin.h"
 
 namespace quibplug {
 
@@ -16,20 +16,22 @@ namespace {
 // Frame plus one, so that zero is silence.
 std::array<std::atomic<int>, 128> framesOfKeys{};
 
-// The loops at 44.1 kHz, kept from the first question on. Null without memory.
-const LoopSet* ToldLoops() noexcept {
+// The loops at 44.1 kHz as they were counted last. The host's threads.
+std::shared_ptr<const LoopSet> told;
+
+void Count() noexcept {
     try {
-        static const std::shared_ptr<const LoopSet> loops = SharedLoops(44100.0);
-        return loops.get();
+        told = SharedLoops(44100.0);
+        CLoopsPlugin::FollowFolders();
     } catch (const std::exception&) {
-        return nullptr;
+        told = nullptr;  // no memory
     }
 }
 
 const Loop* ToldLoop(std::intptr_t index) noexcept {
-    const LoopSet* loops = ToldLoops();
-    if (loops == nullptr || index < 0 || index >= static_cast<std::intptr_t>(loops->size())) return nullptr;
-    return &(*loops)[static_cast<std::size_t>(index)];
+    if (told == nullptr) Count();
+    if (told == nullptr || index < 0 || index >= static_cast<std::intptr_t>(told->size())) return nullptr;
+    return (*told)[static_cast<std::size_t>(index)].get();
 }
 
 }  // namespace
@@ -41,8 +43,8 @@ void TellLoopFrame(int key, int frame) noexcept {
 }  // namespace quibplug
 
 std::intptr_t GetWaveNumber() {
-    const quibplug::LoopSet* loops = quibplug::ToldLoops();
-    return loops == nullptr ? 0 : static_cast<std::intptr_t>(loops->size());
+    quibplug::Count();
+    return quibplug::told == nullptr ? 0 : static_cast<std::intptr_t>(quibplug::told->size());
 }
 
 std::intptr_t GetWaveInfos(std::intptr_t index, quibplug::LoopInfo* info) {

@@ -26,7 +26,7 @@ void TellLoopFrame(int key, int frame) noexcept;
 
 }  // namespace quibplug
 
-// Number of loops in the folder.
+// Number of loops in the folders, which are looked through again; every instance follows.
 VST2_EXPORT std::intptr_t GetWaveNumber();
 // Fills in what is known about a loop; 1, or 0 without such a loop.
 VST2_EXPORT std::intptr_t GetWaveInfos(std::intptr_t index, quibplug::LoopInfo* info);

@@ -322,7 +322,7 @@ constexpr P kDownLifter[] = {{kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSaw}, {kOsc
                              {kAmpRelease, 2200},   {kModDecay, 6500},     {kModRelease, 2400},
                              {kModToPitch, 12},     {kVolume, 0.222f}};
 
-constexpr ProgramSpec kPrograms[] = {
+constexpr ProgramSpec kFurtherPrograms[] = {
     {"Deep Sine", kDeepSine},
     {"Round Pick", kRoundPick},
     {"Growl", kGrowl},
@@ -367,6 +367,6 @@ constexpr ProgramSpec kPrograms[] = {
 
 }  // namespace
 
-std::span<const ProgramSpec> FurtherSynthPrograms() { return kPrograms; }
+std::span<const ProgramSpec> FurtherSynthPrograms() { return kFurtherPrograms; }
 
 }  // namespace quibplug

@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QDir>
 #include <QMessageBox>
 #include <QThread>
 #include <QTimer>
@@ -15,11 +14,14 @@
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/CSessionKeeper.h"
+#include "app/CStuckPlugins.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/StartUp.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
+#include "model/plugin/PluginMarks.h"
 #include "platform/CFolderLock.h"
 #include "platform/EndSignals.h"
 #include "platform/Paths.h"
@@ -39,16 +41,21 @@ struct Options {
     std::string portableFolder;
     std::string settingsFile;
     bool noAudio = false;
+    bool endStuck = false;
 };
 
 // The exit code when the program is to end at once.
 std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
     CLI::App app{"QUIB Sequencer, a pattern sequencer and host of VST 2 plug-ins", "quib"};
     app.set_version_flag("--version", std::string("quib ") + QUIB_VERSION);
-    app.add_option("FILE", options.project, "Project to open (.prg)")->check(CLI::ExistingFile);
+    app.add_option("FILE", options.project,
+                   "Project to open (.prg); an instrument (.ist) or a pattern (.ptn) goes into the last one")
+        ->check(CLI::ExistingFile);
     app.add_option("--portable", options.portableFolder, "Program folder, which then keeps the settings too");
     app.add_option("--settings", options.settingsFile, "File that keeps the settings");
     app.add_flag("--no-audio", options.noAudio, "Play without a sound device");
+    app.add_flag("--end-when-stuck", options.endStuck,
+                 "Save the project and end, without a question, when a plug-in does not return");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {
@@ -63,8 +70,10 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
 
 QString SettingsFile(const Options& options) {
     if (!options.settingsFile.empty()) return QString::fromStdString(options.settingsFile);
-    if (options.portableFolder.empty()) return CSettings::DefaultFile();
-    return QDir(QString::fromStdString(options.portableFolder)).filePath(QStringLiteral("settings.ini"));
+    std::filesystem::path folder = options.portableFolder;
+    if (folder.empty() && IsPortableCopy()) folder = ExecutableFolder();
+    if (folder.empty()) return CSettings::DefaultFile();
+    return QString::fromStdString((folder / "settings.ini").string());
 }
 
 // One run, from the devices to the last save, in the order of the functions.
@@ -75,15 +84,20 @@ public:
         : options(commandLine),
           settings(settingsStore),
           folders(Prepared(programFolders, settings)),
+          blame(isGuest ? std::nullopt : TakeBlame(MarksFile(folders))),
+          stuck([this](std::string& error) { return workstation.Session().Rescue(error); }, !commandLine.endStuck),
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
+        ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
-        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
+        KeepPluginMarks(isGuest);
         if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
+        // Not before there is somebody to hear what it says.
+        workstation.OpenOutput(commandLine.noAudio ? QLatin1String(CSilentOutput::kName) : QString());
         PrepareToolPlacements(settings);
     }
 
@@ -99,12 +113,17 @@ private:
     void SeedRecentFiles();
     void ShowWindow();
     void FollowEndSignals();
-    void LeaveOutRisk();
+    static std::filesystem::path MarksFile(const Folders& of) { return (of.program + "PluginInUse").toStdString(); }
+    void KeepPluginMarks(bool isGuest);
+    void LeaveOutBlamed();
+    void TryBlamedAgain();
     void End(CSessionKeeper& keeper);
 
     const Options& options;
     CSettings& settings;
     const Folders& folders;
+    std::optional<PluginBlame> blame;
+    CStuckPlugins stuck;  // watches until the last plug-in is closed
     CWorkstation workstation;
     CPluginCatalog catalog;
     std::unique_ptr<CMainWindow> window;
@@ -113,11 +132,7 @@ private:
 
 void CRun::SeedRecentFiles() {
     if (!IsFirst()) return;
-    QStringList paths;
-    for (const char* const name : {"HouseMusic.prg", "HouseYa.prg", "Siren.prg", "Tempo100.prg", "BassDrums.prg"}) {
-        paths.append(folders.programs + QLatin1String(name));
-    }
-    CRecentFiles(settings).Seed(paths);
+    CRecentFiles(settings).Seed(ExampleFiles());
 }
 
 void CRun::ShowWindow() {
@@ -141,30 +156,52 @@ void CRun::FollowEndSignals() {
     endTimer.start(kInterval);
 }
 
+// Of a folder that belongs to another run, that one keeps them.
+void CRun::KeepPluginMarks(bool isGuest) {
+    constexpr int kAsItWould = -1;
+    if (isGuest || !KeepMarks(MarksFile(folders))) TellWhatEnds(kAsItWould);
+}
+
 // The plug-in that ended the last run: the same project is opened again without it.
-void CRun::LeaveOutRisk() {
-    const QString library = CPluginPlaces::TakeRisk(folders);
-    if (library.isEmpty()) return;
-    const QString name = catalog.Block(library);
-    settings.WriteSettingInt(kSettingsSection, QStringLiteral("ErrorClosed"), 0);
-    window->ShowNotice(
-        Text("\"%1\" was being loaded or opened when the program ended and is left out now. Try it again "
-             "under \"Failed\" in the plug-in browser.")
-            .arg(name));
+void CRun::LeaveOutBlamed() {
+    if (!blame) return;
+    const MarkedCall& call = blame->call;
+    catalog.Block(QString::fromStdString(call.library));
+    const QString text = blame->hung
+                             ? Text("\"%1\" did not return while %2, so it is left out now; its settings are kept.")
+                             : Text(
+                                   "\"%1\" ended the program while %2, so it is left out now; its settings are "
+                                   "kept.");
+    window->OfferNotice(text.arg(QString::fromStdString(call.name), Text(Describe(call.call))), Text("Try it again"),
+                        [this] { TryBlamedAgain(); });
+}
+
+void CRun::TryBlamedAgain() {
+    const QString library = QString::fromStdString(blame->call.library);
+    QString error;
+    if (!catalog.AskNow(library, error) || !workstation.Places().LoadMissing(library, error)) {
+        window->ShowMessage(QStringLiteral("QUIB Sequencer"), error);
+    }
 }
 
 int CRun::Run() {
     FollowEndSignals();
     ShowWindow();
     QCoreApplication::processEvents();
-    LeaveOutRisk();
+    LeaveOutBlamed();
     CSessionKeeper keeper(*window, AskInBox(window.get()));
-    keeper.Begin(QString::fromStdString(options.project));
+    keeper.Begin(QString::fromStdString(options.project), blame);
+    stuck.SetProject(true);
+    QObject::connect(window.get(), &CMainWindow::Ticked, window.get(), [this] { stuck.Tick(); });
     window->ApplySettings();
+    window->ReopenTools();
     window->StartTimer();
     QObject::connect(window.get(), &CMainWindow::QuickStartWanted, window.get(),
-                     [this] { ShowQuickStart(window.get()); });
-    if (IsFirst()) ShowQuickStart(window.get());
+                     [this] { window->OpenTool(ETool::kTutorial); });
+    // By itself only when nothing else asks for the user, who may also have come with a project.
+    if (IsFirst() && options.project.empty() && workstation.Output().Device() != nullptr) {
+        window->OpenTool(ETool::kTutorial);
+    }
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("Init"), 1);
     settings.Flush();
     catalog.SetFolders(PluginFolders(folders, settings));
@@ -176,6 +213,7 @@ int CRun::Run() {
 }
 
 void CRun::End(CSessionKeeper& keeper) {
+    stuck.SetEnding();
     catalog.Cancel();
     workstation.Recording().Finish();
     QString error;
@@ -184,6 +222,8 @@ void CRun::End(CSessionKeeper& keeper) {
         if (!EndWanted()) QMessageBox::warning(nullptr, QStringLiteral("QUIB Sequencer"), error);
     }
     workstation.Output().CloseOutput();
+    stuck.SetProject(false);
+    ForgetMarks();
     if (!EndWanted()) QThread::msleep(kExitWait);
 }
 
@@ -211,10 +251,12 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     if (const auto code = ParseOptions(argc, argv, options)) return *code;
     QCoreApplication::setOrganizationName(QStringLiteral("QUIBSequencer"));
     QCoreApplication::setApplicationName(QStringLiteral("QUIB Sequencer"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quib-sequencer"));
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();
     CSettings settings(SettingsFile(options));
+    KeepFirstLanguage(settings);
     SetLanguage(ChosenLanguage(settings));
     const Folders folders(FindProgramFolder(settings, QString::fromStdString(options.portableFolder)));
     CFolderLock lock;

@@ -34,7 +34,7 @@ void CFileDrops::Serve(QWidget* window) {
 }
 
 bool CFileDrops::IsWelcome(const QString& path) {
-    static constexpr std::array kExtensions = {"prg", "ist", "ptn", "fxb", "fxp"};
+    static constexpr std::array kExtensions = {"prg", "ist", "ptn", "fxb", "fxp", "mid", "midi"};
     const QString extension = QFileInfo(path).suffix().toLower();
     return HasPluginExtension(path.toStdString()) ||
            std::any_of(kExtensions.begin(), kExtensions.end(),

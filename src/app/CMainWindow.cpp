@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
@@ -11,8 +12,11 @@
 
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
+#include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/learn/CControllerDialog.h"
+#include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
 #include "model/plugin/PluginFormats.h"
@@ -38,9 +42,10 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
       recentFiles(settings),
       pluginWindows(std::make_unique<CPluginWindows>(projectOwner, this)),
       controlSettings(settings),
-      tools(ToolContext{projectOwner, controlSettings}, this),
+      tools(ToolContext{projectOwner, controlSettings, [this](ETool tool) { return tools.Open(tool); }}, this),
       computerKeyboard(projectOwner, this),
       edits(this),
+      exchange(*this),
       drops([this](const QString& path, const QPoint& point) { TakeFile(path, point); },
             [this](const QStringList& paths, const QPoint& point) {
                 const bool plugins = !paths.isEmpty() && HasPluginExtension(paths.front().toStdString());
@@ -80,6 +85,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
     setCentralWidget(makeConsole(*this));
+    learnMode = std::make_unique<CLearnMode>(workstation, this);
+    connect(learnMode.get(), &CLearnMode::ListWanted, this, &CMainWindow::ShowControllers);
+    connect(this, &CMainWindow::SettingsChanged, learnMode.get(), &CLearnMode::Translate);
     ShowTitle();
 }
 
@@ -89,7 +97,20 @@ void CMainWindow::ShowTitle() {
     const QString guest = workstation.Session().IsGuest() ? Text(" (second window, no backups)") : QString();
     setWindowTitle(workstation.Session().ProjectName() + QStringLiteral("[*] - QUIB Sequencer") + guest);
     setWindowModified(workstation.Session().IsModified());
-    if (QAction* const save = Action(command::kSave)) save->setEnabled(!workstation.Session().ProjectPath().isEmpty());
+    QAction* const save = Action(command::kSave);
+    QAction* const saveAs = Action(command::kSaveAs);
+    if (save == nullptr || saveAs == nullptr) return;
+    // While there is no file, the key of Save asks for one.
+    const bool hasFile = !workstation.Session().ProjectPath().isEmpty();
+    QList<QKeySequence> keys{Qt::CTRL | Qt::SHIFT | Qt::Key_S};
+    if (!hasFile) keys.append(save->shortcut());
+    save->setEnabled(hasFile);
+    GiveKeys(*saveAs, keys);
+}
+
+void CMainWindow::ShowShortcuts() {
+    if (shortcuts == nullptr) shortcuts = new CShortcutsPage(this);
+    shortcuts->Show(ShortcutsOf(*menuBar()));
 }
 
 // The backup comes before all else. A project that is being loaded is not a whole one yet.
@@ -103,7 +124,16 @@ void CMainWindow::OnTick() {
     pluginWindows->Tick();
     tools.FollowEngine();
     edits.Update();
+    learnMode->Tick();
+    if (controllerList != nullptr) controllerList->Tick();
     Q_EMIT Ticked();
+}
+
+void CMainWindow::ShowControllers() {
+    if (controllerList == nullptr) controllerList = new CControllerDialog(workstation, this);
+    controllerList->show();
+    controllerList->raise();
+    controllerList->activateWindow();
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
@@ -119,8 +149,22 @@ void CMainWindow::ShowNotice(const QString& text) {
         statusBar()->setSizeGripEnabled(false);
         statusBar()->addWidget(notice, 1);
     }
+    delete noticeButton;
     notice->setText(QStringLiteral("\u00D7   ") + text);
     statusBar()->show();
+}
+
+void CMainWindow::OfferNotice(const QString& text, const QString& button, std::function<void()> run) {
+    ShowNotice(text);
+    noticeButton = new QPushButton(button);
+    noticeButton->setObjectName(QStringLiteral("noticeButton"));
+    noticeButton->setFocusPolicy(Qt::NoFocus);
+    connect(noticeButton, &QPushButton::clicked, this, [this, run = std::move(run)] {
+        statusBar()->hide();
+        noticeButton->deleteLater();
+        run();
+    });
+    statusBar()->addPermanentWidget(noticeButton);
 }
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
@@ -162,11 +206,33 @@ void CMainWindow::closeEvent(QCloseEvent* event) {
 void CMainWindow::OpenTool(ETool tool) {
     if (tool == ETool::kTutorial && !CToolWindows::Has(tool)) return Q_EMIT QuickStartWanted();
     if (tool == ETool::kPlaylist) return Q_EMIT SongWanted(false);
-    if (CToolWindow* const window = tools.Open(tool)) drops.Serve(window);
+    const CToolWindow* const known = tools.Find(tool);
+    const bool isNew = known == nullptr || !known->isVisible();
+    CToolWindow* const window = tools.Open(tool);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    const auto current = workstation.Selection().CurrentInstrument();
+    if (!isNew || window->WasPlacedByUser() || !surroundings.place) return;
+    const SlotPlace place{SlotPlace::EKind::kInstrument, current ? current->Id() : 0, 0};
+    PutBeside(*window, surroundings.place(place));
+}
+
+void CMainWindow::ReopenTools() {
+    bool any = false;
+    for (const ToolRow& row : ToolTable()) {
+        if (!tools.WasOpen(row)) continue;
+        OpenTool(row.tool);
+        any = true;
+    }
+    if (any) activateWindow();
 }
 
 void CMainWindow::OpenPlugin(const SlotPlace& place) {
-    if (CPluginWindow* const window = pluginWindows->Show(place)) drops.Serve(window);
+    const bool wasOpen = pluginWindows->IsShown(place);
+    CPluginWindow* const window = pluginWindows->Show(place);
+    if (window == nullptr) return;
+    drops.Serve(window);
+    if (!wasOpen && surroundings.place) PutBeside(*window, surroundings.place(place));
 }
 
 void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
@@ -176,6 +242,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    if (CExchangeCommands::IsMidi(path)) {
+        const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
+        const bool isOnRoll =
+            point && roll != nullptr && roll->isActiveWindow() && roll->frameGeometry().contains(*point);
+        return isOnRoll ? exchange.ImportMidiInto(path, *point) : exchange.ImportMidi(path);
+    }
     if (HasPluginExtension(path.toStdString())) return TakePluginLibrary(path, point);
     if (kind == QLatin1String("ist")) return LoadFileInto(path, std::nullopt);
     if (!instrument) {
@@ -219,10 +291,6 @@ void CMainWindow::LoadFileInto(const QString& path, const std::optional<SlotPlac
         return ShowWarnings(workstation.Stack().TakeWarnings());
     }
     if (!error.isEmpty()) ShowMessage(QStringLiteral("QUIB"), error);
-}
-
-int CMainWindow::Scale() const {
-    return std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300);
 }
 
 }  // namespace quib

@@ -4,6 +4,7 @@
 // The frame around the console: menus, keys, the timer, files dropped on it, the question about unsaved
 // work. What the commands do to the project is the workstation's. User-interface thread.
 
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -18,8 +19,11 @@
 #include "app/CSettingsForControls.h"
 #include "app/StartUp.h"
 #include "app/console/SlotFields.h"
+#include "controls/CPalette.h"
+#include "app/exchange/CExchangeCommands.h"
 #include "document/CWorkstation.h"
 #include "editors/CToolWindows.h"
+#include "export/ExportSettings.h"
 
 class QAction;
 class QMenu;
@@ -27,10 +31,13 @@ class QPushButton;
 
 namespace quib {
 
+class CControllerDialog;
 class CExportDialog;
+class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
+class CShortcutsPage;
 
 // Makes the console; the window owns it.
 using ConsoleFactory = std::function<QWidget*(CMainWindow& window)>;
@@ -50,7 +57,11 @@ public:
     CToolWindows& Tools() noexcept { return tools; }
     const CControlSettings& ControlSettings() const noexcept { return controlSettings; }
     void OpenTool(ETool tool);
+    // Those that were open when the program was last left.
+    void ReopenTools();
     void OpenPlugin(const SlotPlace& place);
+    // The export dialog, with a range chosen or as it stands.
+    void ShowExport(std::optional<EExportRange> range = {});
 
     // In the order of the start: the menus' marks, then the timer.
     void ApplySettings();
@@ -75,13 +86,25 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells something that needs no answer and must not interrupt.
     void ShowNotice(const QString& text);
+    // The same, with a button that does something about it.
+    void OfferNotice(const QString& text, const QString& button, std::function<void()> run);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
 
-    // Percent; 75 to 300.
+    // Percent; 75 to 300, and no more than the screen can show.
     int Scale() const;
+    // A window that was made smaller or larger by this, and not by the user, goes back with the scale.
     void SetScale(int percent);
+    // Of every window at once, those of Qt included.
+    void SetPalette(EPalette palette);
+    // What windows open beside: a place for plug-ins, of the screen, and the bars that stay clear. The console
+    // sets it.
+    struct Surroundings {
+        std::function<QRect(const SlotPlace&)> place;
+        std::function<QRect()> bars;
+    };
+    Surroundings surroundings;
 
 Q_SIGNALS:
     void Ticked();           // every 40 ms, after the work of the workstation
@@ -99,20 +122,28 @@ protected:
 private:
     void BuildMenus();
     void BuildFileMenu();
+    void BuildExchangeMenus();
     void BuildEditMenu();
     void BuildSettingsMenu();
     void BuildTransportMenu();
     void BuildWindowsMenu();
     void BuildHelpMenu();
     void BuildScaleMenu(QMenu& menu);
+    void BuildPaletteMenu(QMenu& menu);
+    int MostScale() const;
+    void FollowScale(int before);
+    void PutBeside(QWidget& window, const QRect& anchor) const;
+    void BuildLaunchMenu(QMenu& menu);
     void RebuildRecentFiles();
     void RebuildRestoreMenu();
-    QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run);
+    QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
+    static void GiveKeys(QAction& action, const QList<QKeySequence>& keys);
     QAction* AddToggle(QMenu& menu, int number, const char* text, const char* setting);
     void Toggle(int number, const char* setting);
     void ChooseLanguage(int number);
     void ApplyLanguage();
     void OpenManual(const char* format);
+    void ShowShortcuts();
     void New();
     void Save();
     void SaveAs();
@@ -123,7 +154,7 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
-    void ShowExport();
+    void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();
@@ -138,16 +169,23 @@ private:
     CToolWindows tools;
     CComputerKeyboard computerKeyboard;
     CEditCommands edits;
+    CExchangeCommands exchange;
     CFileDrops drops;
+    std::unique_ptr<CLearnMode> learnMode;
+    QPointer<CControllerDialog> controllerList;  // while it is open
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;
     QMenu* fileMenu = nullptr;
     QMenu* restoreMenu = nullptr;
-    QPointer<CExportDialog> exporting;  // while it is open
+    QPointer<CExportDialog> exporting;   // while it is open
+    QPointer<CShortcutsPage> shortcuts;  // once it was open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
+    QPointer<QPushButton> noticeButton;
     bool loading = false;
+    QSizeF unscaledSize;  // of the window at 100 %, as the user made it
+    QSize scaledSize;     // that the last change of scale gave it
 };
 
 }  // namespace quib

@@ -14,6 +14,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "app/CParameterList.h"
 #include "app/CSoundTools.h"
@@ -23,6 +24,9 @@
 #include "document/CWorkstation.h"
 #include "editors/panel/CPanel.h"
 #include "editors/panel/PanelFiles.h"
+#include "model/plugin/CPlugin.h"
+#include "model/plugin/PluginMarks.h"
+#include "platform/XWindows.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -53,10 +57,10 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
-    QSize size(560, 480);
     if (panel != nullptr)
-        size = (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
-    resize(size);
+        pageSize =
+            (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
+    resize(pageSize);
 }
 
 CPluginWindow::~CPluginWindow() {
@@ -117,7 +121,7 @@ void CPluginWindow::BuildBar() {
 }
 
 void CPluginWindow::BuildPage() {
-    auto* const page = new QWidget;
+    page = new QWidget;
     auto* const layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* const filter = new QLineEdit;
@@ -157,7 +161,7 @@ void CPluginWindow::FillPrograms() {
 void CPluginWindow::ShowPage() {
     pageButton->setChecked(true);
     CloseEditor();
-    pages->setCurrentIndex(panel != nullptr && !listButton->isChecked() ? 1 : 0);
+    pages->setCurrentWidget(panel != nullptr && !listButton->isChecked() ? panelPage : page);
 }
 
 void CPluginWindow::ShowList() {
@@ -174,20 +178,26 @@ void CPluginWindow::ShowEditor() {
 // The plug-in talks to the window system on its own, so the place must be there when it is told of it.
 void CPluginWindow::OpenEditor() {
     if (editorOpen) return;
+    pageSize = size();
     editor = new QWidget;
     editor->setAttribute(Qt::WA_NativeWindow);
     editor->setAttribute(Qt::WA_DontCreateNativeAncestors);
     pages->addWidget(editor);
     pages->setCurrentWidget(editor);
+    // What is not seen must not make the window larger than the editor.
+    page->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
     FitEditor();
     show();
+    const QSize shown = size();
     const WId id = editor->winId();
     QGuiApplication::sync();
     editorOpen = true;
     plugin->PinLibrary();
-    workstation.Places().MarkRisk(QString::fromStdString(plugin->Identity().fileName));
+    MarkSuspect(plugin->MarkedAs(), EPluginCall::kOpenEditor);
     plugin->OpenEditor(id);
     FitEditor();
+    if (size() != shown) Q_EMIT Opening();
 }
 
 void CPluginWindow::CloseEditor() {
@@ -197,23 +207,52 @@ void CPluginWindow::CloseEditor() {
     pages->removeWidget(editor);
     delete editor;
     editor = nullptr;
+    layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
+    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setMinimumSize(0, 0);
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    resize(pageSize);
 }
 
 void CPluginWindow::FitEditor() {
-    if (const auto size = plugin->AskEditorSize()) ResizeEditor(size->width, size->height);
+    if (const auto wanted = plugin->AskEditorSize()) ResizeEditor(wanted->width, wanted->height);
+}
+
+// Editors may change their size without a word.
+void CPluginWindow::FollowContent() {
+#if QT_CONFIG(xcb)
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr) return;
+    if (const auto content = SizeOfContent(x11->display(), editor->winId())) {
+        ResizeEditor(content->width, content->height);
+    }
+#endif
 }
 
 void CPluginWindow::ResizeEditor(int width, int height) {
-    if (editor == nullptr || width < 1 || height < 1) return;
+    constexpr int kSmallest = 10;
+    constexpr int kLargest = 4000;
+    if (editor == nullptr || std::min(width, height) < kSmallest || std::max(width, height) > kLargest) return;
+    // Its pixels are those of the screen, ours may be larger.
     const qreal ratio = devicePixelRatioF();
-    editor->setFixedSize(QSize(width, height) / ratio);
+    const QSize wanted(static_cast<int>(std::ceil(width / ratio)), static_cast<int>(std::ceil(height / ratio)));
+    if (editor->size() == wanted && editor->minimumSize() == wanted) return;
+    editor->setFixedSize(wanted);
     layout()->activate();
     adjustSize();
+}
+
+void CPluginWindow::PlaceAt(const QPoint& point) { setGeometry(QRect(point, size())); }
+
+void CPluginWindow::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) Q_EMIT Opening();
 }
 
 void CPluginWindow::Tick() {
     if (editorOpen) {
         plugin->IdleEditor();
+        constexpr int kLookTicks = 10;
+        if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
         if (panel != nullptr && !listButton->isChecked()) {
             panel->Follow();
@@ -250,6 +289,7 @@ void CPluginWindow::Save(EFileKind kind) {
 }
 
 void CPluginWindow::closeEvent(QCloseEvent* event) {
+    Q_EMIT Closing();
     CloseEditor();
     event->accept();
 }

@@ -8,7 +8,11 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+#include <optional>
+
 #include "app/CPluginWindow.h"
+#include "app/console/SlotFields.h"
 #include "document/CWorkstation.h"
 
 namespace quib {
@@ -17,9 +21,14 @@ class CPluginWindows : public QObject {
     Q_OBJECT
 
 public:
+    // Where the console shows a place; unset, or without an answer, the desktop chooses where a window opens.
+    std::function<std::optional<StripSight>(const SlotPlace& place)> sightOf;
+
     explicit CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent = nullptr);
     ~CPluginWindows() override { CloseAll(); }
 
+    // Whether the window of what is in the place is open.
+    bool IsShown(const SlotPlace& place) const;
     // Opens the window of what stands in a place, or brings it to the front: the plug-in's own editor, or
     // the page of its parameters. Null when there is no plug-in.
     CPluginWindow* Show(const SlotPlace& place);
@@ -29,6 +38,9 @@ public:
 
 private:
     CPluginWindow* WindowOf(const SlotPlace& place);
+    void PlaceNew(CPluginWindow& window, const SlotPlace& place) const;
+    void KeepPlace(const CPluginWindow& window, const QString& key);
+    QString KeyOf(const CPlugin& plugin, const SlotPlace& place) const;
     void CloseLost();
     void ResizeEditor(const void* plugin, int width, int height);
 

@@ -15,11 +15,14 @@ namespace {
 
 const QString kProgram = QStringLiteral("QUIB Sequencer");
 
-// In French unless English has been chosen.
-QString CrashQuestion(const CSettings& settings) {
-    const bool english = settings.IsOn(QStringLiteral("DisplayInfoMessagesEnglish"));
-    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?",
-                english ? ELanguage::kEnglish : ELanguage::kFrench);
+QString CrashQuestion() {
+    return Text("The program was not closed properly last time !\r\nDo you want to load the last Backup ?");
+}
+
+// Files that add something to a project and are none themselves.
+bool IsPart(const QString& file) {
+    const QString kind = QFileInfo(file).suffix().toLower();
+    return kind == QLatin1String("ist") || kind == QLatin1String("ptn");
 }
 
 }  // namespace
@@ -31,15 +34,30 @@ CSessionKeeper::CSessionKeeper(CMainWindow& mainWindow, Ask askUser)
       folders(mainWindow.Workstation().ProgramFolders()),
       ask(std::move(askUser)) {}
 
-void CSessionKeeper::Begin(const QString& file) {
+void CSessionKeeper::Begin(const QString& file, const std::optional<PluginBlame>& blame) {
     if (session.IsGuest()) return OpenFile(file);
     const CrashMarks marks = MarkStart(settings);
-    Choose(marks, file);
+    const QString project = IsPart(file) ? QString() : file;
+    if (!blame || !OpenBlamed(*blame, project)) Choose(marks, project);
     if (EndWanted() || session.IsGuest()) return SetMarks(settings, marks);
     session.WriteBackup(false);
     MarkLoaded(settings);
     Follow();
     begun = true;
+    if (IsPart(file)) OpenFile(file);
+}
+
+// What was being loaded, else what was being worked on. False when the user names another file, or there is nothing.
+bool CSessionKeeper::OpenBlamed(const PluginBlame& blame, const QString& file) {
+    told = std::filesystem::path(blame.call.library).stem().string();
+    const QString loading = QString::fromStdString(blame.project);
+    const QString last = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
+    if (!session.KeepCopy(session.CrashCopy())) return false;
+    if (loading.isEmpty() ? !file.isEmpty() && file != last : !file.isEmpty() && file != loading) return false;
+    if (loading.isEmpty()) return Open(session.CrashCopy(), true) || Open(folders.backupProject, true);
+    const bool isCopy = QFileInfo(loading).absolutePath() + QLatin1Char('/') == folders.program;
+    if (isCopy) return Open(loading, loading != folders.currentProject);
+    return OpenAs(loading, loading, false);
 }
 
 void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
@@ -49,7 +67,7 @@ void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
         case EStartProject::kEmpty:
             return OfferSession();
         case EStartProject::kAsk:
-            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion(settings))) return OpenCrashed();
+            if (ask(QStringLiteral("QUIB Studio"), CrashQuestion())) return OpenCrashed();
             if (!EndWanted()) OpenFile(file);
             return;
         case EStartProject::kCurrent:
@@ -88,6 +106,7 @@ void CSessionKeeper::BecomeGuest() {
 }
 
 void CSessionKeeper::OpenFile(const QString& file) {
+    if (IsPart(file)) return window.TakeFile(file);
     if (!file.isEmpty()) window.Open(file);
 }
 
@@ -98,18 +117,24 @@ void CSessionKeeper::OpenCrashed() {
 }
 
 bool CSessionKeeper::Open(const QString& path, bool isBackup) {
-    if (!QFileInfo::exists(path)) return false;
     const QString file = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
-    const bool modified = isBackup || settings.IsOn(QStringLiteral("ProjectModified"));
+    return OpenAs(path, QFileInfo::exists(file) ? file : QString(),
+                  isBackup || settings.IsOn(QStringLiteral("ProjectModified")));
+}
+
+bool CSessionKeeper::OpenAs(const QString& path, const QString& projectFile, bool modified) {
+    if (!QFileInfo::exists(path)) return false;
     QString error;
-    if (!session.LoadSession(path, QFileInfo::exists(file) ? file : QString(), modified, error,
+    if (!session.LoadSession(path, projectFile, modified, error,
                              [](float, const std::string&) { return !EndWanted(); })) {
         if (EndWanted()) return false;
         session.KeepCopy(path);
         window.ShowMessage(kProgram, error);
         return false;
     }
-    window.ShowWarnings();
+    std::vector<std::string> warnings = session.Warnings();
+    std::erase_if(warnings, [this](const std::string& line) { return !told.empty() && line.starts_with(told); });
+    window.ShowWarnings(warnings);
     return true;
 }
 

@@ -49,8 +49,18 @@ constexpr int kAddInstrument = 40080;
 constexpr int kAddEffect = 40081;
 constexpr int kScale0 = 40010;  // and those that follow, one for each scale
 constexpr int kExport = 40030;
+constexpr int kImportMidi = 40320;
+constexpr int kExportMidi0 = 40321;  // and the two that follow: song, instrument, pattern
+constexpr int kMidiWithoutSwing = 40324;
 constexpr int kTool0 = 40050;  // and those that follow, one for each tool window
 constexpr int kSongWindow = 40070;
+constexpr int kLearnMidi = 40260;
+constexpr int kControllers = 40261;
+constexpr int kPalette0 = 40340;  // and the two that follow, one for each palette
+constexpr int kLaunch0 = 40240;  // and the two that follow: end of the pattern, beat, bar
+constexpr int kLoop = 40243;
+constexpr int kShortcuts = 40200;
+constexpr int kFullScreen = 40201;
 constexpr int kRestore0 = 40100;  // and the nine that follow
 
 }  // namespace quib::command

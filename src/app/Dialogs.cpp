@@ -119,22 +119,6 @@ void ShowAboutBox(QWidget* parent) {
     box.exec();
 }
 
-void ShowQuickStart(QWidget* parent) {
-    auto* const box =
-        new QMessageBox(QMessageBox::NoIcon, Text("Quick start"),
-                        QStringLiteral("<h3>%1</h3><ol><li>%2</li><li>%3</li><li>%4</li><li>%5</li></ol>")
-                            .arg(Text("First steps"), Text("Open an example from the File menu, or add an instrument."),
-                                 Text("Press Space: it plays and stops."),
-                                 Text("Choose patterns while it plays; each instrument "
-                                      "has sixteen."),
-                                 Text("Everything can be undone with Ctrl+Z.")),
-                        QMessageBox::Ok, parent);
-    box->setTextFormat(Qt::RichText);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setModal(false);
-    box->show();
-}
-
 void RunScanDialog(QWidget* parent, CPluginCatalog& catalog) {
     QProgressDialog progress(Text("Looking for plug-ins"), Text("Cancel"), 0, 0, parent);
     progress.setWindowModality(Qt::WindowModal);

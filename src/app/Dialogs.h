@@ -46,7 +46,6 @@ void RunBackupDialog(QWidget* parent, CSettings& settings, CBackupCountdown& cou
 // Tells in a box of its own, which holds nothing up, what could not be done. Nothing for an empty text.
 void TellError(QWidget* parent, const QString& text, const QString& caption = QStringLiteral("QUIBBOX"));
 void ShowAboutBox(QWidget* parent);
-void ShowQuickStart(QWidget* parent);
 // Asks every plug-in that is new; can be cancelled.
 void RunScanDialog(QWidget* parent, CPluginCatalog& catalog);
 // True when the user changed the folders.

@@ -34,6 +34,7 @@ constexpr Kind kKinds[] = {
     {TextKey("Choose the VST Plugin library"), TextKey("VST library (%1)"), "EffectDir", ""},
     {TextKey("Choose an instrument or a plug-in"), TextKey("Instruments (*.ist %1)"), "InstrumentDir", ""},
     {TextKey("Record to"), TextKey("Wave files (*.wav)"), "RecordDir", ".wav", TextKey("MP3 files (*.mp3)"), ".mp3"},
+    {TextKey("Choose the MIDI file"), TextKey("MIDI files (*.mid *.midi)"), "MidiDir", ".mid", nullptr, ".midi"},
 };
 
 const Kind& Describe(EFileKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }

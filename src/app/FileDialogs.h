@@ -20,7 +20,8 @@ enum class EFileKind {
     kInstrumentPlugin,
     kEffectPlugin,
     kInstrumentOrPlugin,
-    kRecording
+    kRecording,
+    kMidi
 };
 
 // Empty when the user gave up.

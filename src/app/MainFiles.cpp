@@ -14,7 +14,9 @@
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/export/CExportDialog.h"
+#include "app/start/CStartPage.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
 
@@ -29,12 +31,18 @@ QString BackupTitle(const QString& path) {
     return time.isValid() ? QLocale().toString(time, QLocale::LongFormat) : QFileInfo(path).fileName();
 }
 
+// Nothing is written over what comes with the program.
+bool HasOwnFile(const CSession& session) {
+    return !session.ProjectPath().isEmpty() && !IsExample(session.ProjectPath());
+}
+
 }  // namespace
 
 void CMainWindow::New() {
     if (!MayDiscard()) return;
     pluginWindows->CloseAll();
     workstation.Session().NewProject();
+    if (auto* const page = findChild<CStartPage*>()) page->SetWanted(true);
 }
 
 void CMainWindow::ChooseAndOpen() {
@@ -73,7 +81,7 @@ QString CMainWindow::PathToSave() {
 }
 
 void CMainWindow::Save() {
-    SaveTo(workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath());
+    SaveTo(HasOwnFile(workstation.Session()) ? workstation.Session().ProjectPath() : PathToSave());
 }
 
 void CMainWindow::SaveAs() { SaveTo(PathToSave()); }
@@ -88,8 +96,7 @@ void CMainWindow::SaveTo(const QString& path) {
 
 // Waits for the disk: what is not saved is thrown away next.
 bool CMainWindow::SaveNow() {
-    const QString path =
-        workstation.Session().ProjectPath().isEmpty() ? PathToSave() : workstation.Session().ProjectPath();
+    const QString path = HasOwnFile(workstation.Session()) ? workstation.Session().ProjectPath() : PathToSave();
     QString error;
     if (path.isEmpty()) return false;
     if (workstation.Session().SaveProject(path, error)) {
@@ -128,8 +135,9 @@ void CMainWindow::Restore(const QString& path) {
     ShowWarnings();
 }
 
-void CMainWindow::ShowExport() {
+void CMainWindow::ShowExport(std::optional<EExportRange> range) {
     if (!exporting) exporting = new CExportDialog(this, workstation, Scale());
+    if (range) exporting->ChooseRange(*range);
     exporting->show();
     exporting->raise();
     exporting->activateWindow();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The menus of the main window, and the commands that only change settings.
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
@@ -14,14 +13,16 @@
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/console/ConsoleParts.h"
+#include "app/start/CDeviceBanner.h"
+#include "controls/Mnemonics.h"
 #include "document/CSettings.h"
+#include "document/ShippedFiles.h"
+#include "editors/playlist/LaunchMenu.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
-
-constexpr int kScales[] = {75, 100, 125, 150, 175, 200, 250, 300};
 
 struct ToggleEntry {
     int number;
@@ -49,12 +50,21 @@ bool CMainWindow::Run(int number) {
     return true;
 }
 
-QAction* CMainWindow::Add(QMenu& menu, int number, const char* text, std::function<void()> run) {
+QAction* CMainWindow::Add(QMenu& menu, int number, const char* text, std::function<void()> run,
+                          const QKeySequence& key) {
     QAction* const action = menu.addAction(Text(text));
     action->setData(number);
     actions[number] = action;
     connect(action, &QAction::triggered, this, std::move(run));
+    if (!key.isEmpty()) GiveKeys(*action, {key});
     return action;
+}
+
+// They work whichever window of the program has the focus. Held down, a key is one command.
+void CMainWindow::GiveKeys(QAction& action, const QList<QKeySequence>& keys) {
+    action.setShortcuts(keys);
+    action.setShortcutContext(Qt::ApplicationShortcut);
+    action.setAutoRepeat(false);
 }
 
 QAction* CMainWindow::AddToggle(QMenu& menu, int number, const char* text, const char* setting) {
@@ -115,39 +125,65 @@ void CMainWindow::BuildMenus() {
     BuildWindowsMenu();
     BuildSettingsMenu();
     BuildHelpMenu();
+    AssignMnemonics(menuBar()->actions());
+    for (QMenu* const menu : menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly)) {
+        KeepMnemonics(*menu);
+    }
+    ShowTitle();
 }
 
 void CMainWindow::BuildFileMenu() {
     fileMenu = menuBar()->addMenu(Text("File"));
-    Add(*fileMenu, command::kNew, TextKey("New"), [this] { New(); });
-    Add(*fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); });
+    Add(
+        *fileMenu, command::kNew, TextKey("New"), [this] { New(); }, Qt::CTRL | Qt::Key_N);
+    Add(
+        *fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); }, Qt::CTRL | Qt::Key_O);
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kSave, TextKey("Save"), [this] { Save(); });
+    Add(
+        *fileMenu, command::kSave, TextKey("Save"), [this] { Save(); }, Qt::CTRL | Qt::Key_S);
     Add(*fileMenu, command::kSaveAs, TextKey("Save As ..."), [this] { SaveAs(); });
-    Add(*fileMenu, command::kExport, TextKey("Export ..."), [this] {
-        ShowExport();
-    })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    Add(
+        *fileMenu, command::kExport, TextKey("Export ..."), [this] { ShowExport(); }, Qt::CTRL | Qt::Key_E);
+    BuildExchangeMenus();
     restoreMenu = fileMenu->addMenu(Text("Restore backup"));
     connect(restoreMenu, &QMenu::aboutToShow, this, &CMainWindow::RebuildRestoreMenu);
     fileMenu->addSeparator();
-    Add(*fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); });
+    Add(
+        *fileMenu, command::kExit, TextKey("E&xit"), [this] { close(); }, Qt::CTRL | Qt::Key_Q);
     RebuildRecentFiles();
+}
+
+void CMainWindow::BuildExchangeMenus() {
+    Add(
+        *fileMenu, command::kImportMidi, TextKey("Import MIDI ..."), [this] { exchange.ChooseMidi(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_O);
+    QMenu* const menu = fileMenu->addMenu(Text("Export MIDI"));
+    int number = command::kExportMidi0;
+    using EWhat = CExchangeCommands::EWhat;
+    const auto add = [&](const char* text, EWhat what) {
+        return Add(*menu, number++, text, [this, what] { exchange.ExportMidi(what); });
+    };
+    add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    add(TextKey("Selected instrument ..."), EWhat::kInstrument);
+    add(TextKey("Selected pattern ..."), EWhat::kPattern);
+    AddToggle(*menu, command::kMidiWithoutSwing, TextKey("Without swing"), "MidiWithoutSwing")
+        ->setChecked(settings.IsOn(QStringLiteral("MidiWithoutSwing")));
 }
 
 void CMainWindow::BuildEditMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Edit"));
     QUndoStack& undo = workstation.Changes().Steps();
     QAction* const undoAction = undo.createUndoAction(menu, Text("Undo"));
-    undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* const redoAction = undo.createRedoAction(menu, Text("Redo"));
-    redoAction->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    GiveKeys(*undoAction, {Qt::CTRL | Qt::Key_Z});
+    GiveKeys(*redoAction, {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
     // Not past the document: what a window still holds back becomes a step first.
     CChanges& changes = workstation.Changes();
     for (QAction* const action : {undoAction, redoAction}) disconnect(action, &QAction::triggered, &undo, nullptr);
     connect(undoAction, &QAction::triggered, &changes, &CChanges::Undo);
     connect(redoAction, &QAction::triggered, &changes, &CChanges::Redo);
     for (QAction* const action : {undoAction, redoAction}) {
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        action->setAutoRepeat(true);
         menu->addAction(action);
     }
     actions[command::kUndo] = undoAction;
@@ -164,16 +200,13 @@ void CMainWindow::BuildEditMenu() {
                 {command::kDelete, TextKey("Delete"), Qt::Key_Delete, EEdit::kDelete},
                 {command::kSelectAll, TextKey("Select All"), Qt::CTRL | Qt::Key_A, EEdit::kSelectAll}};
     for (const auto& row : rows) {
-        QAction* const action = Add(*menu, row.number, row.text, [] {});
-        action->setShortcut(row.key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
-        edits.Connect(row.edit, action);
+        edits.Connect(row.edit, Add(
+                                    *menu, row.number, row.text, [] {}, row.key));
     }
     menu->addSeparator();
     const auto addWish = [this, menu](int number, const char* text, const QKeySequence& key, auto wish) {
-        QAction* const action = Add(*menu, number, text, [this, wish] { (this->*wish)(); });
-        action->setShortcut(key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        Add(
+            *menu, number, text, [this, wish] { (this->*wish)(); }, key);
     };
     addWish(command::kAddInstrument, TextKey("Add an instrument ..."), Qt::CTRL | Qt::Key_I,
             &CMainWindow::InstrumentWanted);
@@ -186,27 +219,26 @@ void CMainWindow::BuildEditMenu() {
 void CMainWindow::BuildTransportMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Transport"));
     CTransportControl& transport = workstation.Transport();
-    QAction* const play = Add(*menu, command::kPlay, TextKey("Play / Stop"),
-                              [&transport] { transport.IsPlaying() ? transport.Stop() : transport.Play(); });
-    play->setShortcut(Qt::Key_Space);
-    QAction* const record = Add(*menu, command::kRecordNotes, TextKey("Record notes"), [this] {
-        CNoteRecording& recording = workstation.NoteRecording();
-        recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
-        recording.ArmSwitched();
-    });
-    record->setShortcut(Qt::CTRL | Qt::Key_R);
-    QAction* const panic =
-        Add(*menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); });
-    panic->setShortcut(Qt::CTRL | Qt::Key_Period);
-    for (QAction* const action : {play, record, panic}) {
-        action->setShortcutContext(Qt::ApplicationShortcut);
-        action->setAutoRepeat(false);
-    }
-    menu->addSeparator();
-    CValue& armed = workstation.NoteRecording().Armed();
+    CNoteRecording& recording = workstation.NoteRecording();
     CMetronomeControl& metronome = workstation.Metronome();
-    Add(*menu, command::kRecordNotes, TextKey("Record notes"), [&armed] { armed.Set(armed.IsOn() ? 0.0F : 1.0F); });
+    Add(
+        *menu, command::kPlay, TextKey("Play / Stop"), [this] { PlayOrStop(workstation); }, Qt::Key_Space);
+    Add(
+        *menu, command::kPanic, TextKey("Panic: end all notes"), [&transport] { transport.Panic(); },
+        Qt::CTRL | Qt::Key_Period);
+    menu->addSeparator();
+    Add(
+        *menu, command::kRecordNotes, TextKey("Record notes"),
+        [&recording] {
+            recording.Armed().Set(recording.Armed().IsOn() ? 0.0F : 1.0F);
+            recording.ArmSwitched();
+        },
+        Qt::CTRL | Qt::Key_R);
     Add(*menu, command::kMetronome, TextKey("Metronome"), [&metronome] { metronome.SetOn(!metronome.On().IsOn()); });
+    Add(
+        *menu, command::kLoop, TextKey("Loop on / off"), [this] { workstation.Song().ToggleLoop(); },
+        Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+    BuildLaunchMenu(*menu->addMenu(Text("Launch patterns")));
     QMenu* const countIn = menu->addMenu(Text("Count-in"));
     for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
         QAction* const action =
@@ -215,8 +247,8 @@ void CMainWindow::BuildTransportMenu() {
         actions[command::kCountIn0 + bars] = action;
     }
     for (const int number : {command::kRecordNotes, command::kMetronome}) Action(number)->setCheckable(true);
-    connect(menu, &QMenu::aboutToShow, this, [this, &armed, &metronome] {
-        Action(command::kRecordNotes)->setChecked(armed.IsOn());
+    connect(menu, &QMenu::aboutToShow, this, [this, &recording, &metronome] {
+        Action(command::kRecordNotes)->setChecked(recording.Armed().IsOn());
         Action(command::kMetronome)->setChecked(metronome.On().IsOn());
         for (int bars = 0; bars <= CMetronomeControl::kMostBars; ++bars) {
             Action(command::kCountIn0 + bars)->setChecked(metronome.CountIn() == bars);
@@ -224,23 +256,40 @@ void CMainWindow::BuildTransportMenu() {
     });
 }
 
+void CMainWindow::BuildLaunchMenu(QMenu& menu) {
+    CTransportControl& transport = workstation.Transport();
+    int number = command::kLaunch0;
+    for (const ELaunch launch : kLaunches) {
+        QAction* const action =
+            menu.addAction(LaunchText(launch), [&transport, launch] { transport.SetLaunch(launch); });
+        actions[number++] = action;
+        action->setCheckable(true);
+        connect(&menu, &QMenu::aboutToShow, action,
+                [action, &transport, launch] { action->setChecked(transport.Launch() == launch); });
+    }
+}
+
 void CMainWindow::BuildWindowsMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Windows"));
     for (const ToolRow& row : ToolTable()) {
         if (!CToolWindows::Has(row.tool)) continue;
-        QAction* const action = Add(*menu, command::kTool0 + static_cast<int>(row.tool), row.title,
-                                    [this, tool = row.tool] { OpenTool(tool); });
-        if (row.key == Qt::Key_unknown) continue;
-        action->setShortcut(row.key);
-        action->setShortcutContext(Qt::ApplicationShortcut);
+        Add(
+            *menu, command::kTool0 + static_cast<int>(row.tool), row.title, [this, tool = row.tool] { OpenTool(tool); },
+            row.key == Qt::Key_unknown ? QKeySequence() : QKeySequence(row.key));
     }
     menu->addSeparator();
-    Add(*menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"), [this] {
-        OpenTool(ETool::kPlaylist);
-    })->setShortcut(Qt::Key_F6);
-    Add(*menu, command::kSongWindow, TextKey("Song in the whole window"), [this] {
-        Q_EMIT SongWanted(true);
-    })->setShortcut(Qt::SHIFT | Qt::Key_F6);
+    Add(
+        *menu, command::kTool0 + static_cast<int>(ETool::kPlaylist), TextKey("Song"),
+        [this] { OpenTool(ETool::kPlaylist); }, Qt::Key_F6);
+    Add(
+        *menu, command::kSongWindow, TextKey("Song in the whole window"), [this] { Q_EMIT SongWanted(true); },
+        Qt::SHIFT | Qt::Key_F6);
+    menu->addSeparator();
+    QAction* const full = Add(
+        *menu, command::kFullScreen, TextKey("Full screen"),
+        [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }, Qt::Key_F11);
+    full->setCheckable(true);
+    connect(menu, &QMenu::aboutToShow, this, [this, full] { full->setChecked(isFullScreen()); });
 }
 
 void CMainWindow::BuildSettingsMenu() {
@@ -251,6 +300,15 @@ void CMainWindow::BuildSettingsMenu() {
     Add(*menu, command::kTimeSignature, TextKey("Time Signature ..."), [this] {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
+    CControllers& controllers = workstation.Controllers();
+    QAction* const learn = Add(
+        *menu, command::kLearnMidi, TextKey("MIDI learn"),
+        [&controllers] { controllers.SetPicking(!controllers.IsPicking()); }, Qt::CTRL | Qt::Key_M);
+    learn->setCheckable(true);
+    learn->setChecked(controllers.IsPicking());
+    connect(&controllers, &CControllers::Changed, learn,
+            [learn, &controllers] { learn->setChecked(controllers.IsPicking()); });
+    Add(*menu, command::kControllers, TextKey("MIDI controllers ..."), [this] { ShowControllers(); });
     menu->addSeparator();
     Add(*menu, command::kBackupTime, TextKey("Backup Time ..."),
         [this] { RunBackupDialog(this, settings, countdown); });
@@ -263,45 +321,30 @@ void CMainWindow::BuildSettingsMenu() {
     for (const ToggleEntry& toggle : kToggles) AddToggle(*menu, toggle.number, toggle.text, toggle.setting);
     menu->addSeparator();
     BuildScaleMenu(*menu->addMenu(Text("Size of the windows")));
+    BuildPaletteMenu(*menu->addMenu(Text("Colours")));
     Add(*menu, command::kScanPlugins, TextKey("Scan plug-ins"), [this] { ScanPlugins(); });
     Add(*menu, command::kPluginFolders, TextKey("Plug-in folders ..."), [this] { ChoosePluginFolders(); });
 }
 
-void CMainWindow::BuildScaleMenu(QMenu& menu) {
-    auto* const group = new QActionGroup(&menu);
-    int number = command::kScale0;
-    for (const int scale : kScales) {
-        QAction* const action = menu.addAction(QStringLiteral("%1 %").arg(scale));
-        actions[number++] = action;
-        action->setCheckable(true);
-        action->setChecked(scale == Scale());
-        group->addAction(action);
-        connect(action, &QAction::triggered, this, [this, scale] { SetScale(scale); });
-    }
-}
-
-void CMainWindow::SetScale(int percent) {
-    settings.WriteSettingInt(kSettingsSection, QStringLiteral("GuiScale"), percent);
-    ApplyLook(Scale());
-    Q_EMIT SettingsChanged();
-}
-
 void CMainWindow::BuildHelpMenu() {
     QMenu* const menu = menuBar()->addMenu(Text("Help"));
-    Add(*menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); });
+    Add(
+        *menu, command::kShortcuts, TextKey("Keyboard shortcuts ..."), [this] { ShowShortcuts(); }, Qt::Key_F1);
+    Add(
+        *menu, command::kQuickStart, TextKey("Quick start - Prise en main ..."), [this] { Q_EMIT QuickStartWanted(); },
+        Qt::Key_F12);
     Add(*menu, command::kManualEnglish, TextKey("User manual in English ..."),
         [this] { OpenManual("%1UserGuideEnglish.pdf"); });
     Add(*menu, command::kManualFrench, TextKey("Manuel d'utilisation en Français ..."),
         [this] { OpenManual("%1UserGuideFrench.pdf"); });
     QAction* const about =
         Add(*menu, command::kAbout, TextKey("About QUIB Sequencer ..."), [this] { ShowAboutBox(this); });
-    about->setShortcuts({QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question),
-                         QKeySequence(Qt::ALT | Qt::SHIFT | Qt::Key_Question)});
+    GiveKeys(*about, {Qt::ALT | Qt::Key_Slash, Qt::ALT | Qt::Key_Question, Qt::ALT | Qt::SHIFT | Qt::Key_Question});
     Add(*menu, command::kVersion, TextKey("Version 1.5"), [] {})->setEnabled(false);
 }
 
 void CMainWindow::OpenManual(const char* format) {
-    const QString path = QString::fromLatin1(format).arg(workstation.ProgramFolders().program);
+    const QString path = DocumentFile(workstation.ProgramFolders(), QString::fromLatin1(format).arg(QString()));
     if (QFile::exists(path) && QDesktopServices::openUrl(QUrl::fromLocalFile(path))) return;
     ShowMessage(QStringLiteral("QUIB Sequencer"), Text("The manual cannot be opened: %1").arg(path));
 }

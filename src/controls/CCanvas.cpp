@@ -5,13 +5,19 @@
 #include <QFontMetricsF>
 #include <QPaintEngine>
 #include <QPainterPath>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace quib {
 
 namespace {
+
+// Those of the usual heights, of the user-interface thread.
+constexpr int kKeptFonts = 96;
+std::array<std::optional<QFont>, std::size_t{2} * kKeptFonts> keptFonts;
 
 QString LoadFontFamily() {
     QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/Inter-SemiBold.otf"));
@@ -47,11 +53,15 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
 
 QFont SkinFont(int height, bool strong) {
     static const QString family = LoadFontFamily();  // a constant of the program
+    // A font that is there already knows its letters' shapes.
+    const auto place = static_cast<std::size_t>(std::clamp(height, 0, kKeptFonts - 1)) * 2 + (strong ? 1 : 0);
+    if (height < kKeptFonts && keptFonts[place]) return *keptFonts[place];
     QFont font(family);
     font.setPixelSize(height);
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    if (height < kKeptFonts) keptFonts[place] = font;
     return font;
 }
 
@@ -118,7 +128,7 @@ const QImage& CCanvas::Image() {
 void CCanvas::SetClip(const QRect& rectangle) {
     if (clip == rectangle) return;
     clip = rectangle;
-    clipPixels = Pixels(rectangle).intersected(image.rect());
+    clipPixels = Pixels(rectangle).intersected(limit.isNull() ? image.rect() : limit);
     if (painter.isActive()) SetPainterClip();
 }
 
@@ -138,7 +148,8 @@ QRectF CCanvas::OnPixels(const QRectF& rectangle) const noexcept {
 
 qreal CCanvas::LineWidth(qreal width) const noexcept { return std::max(1.0, std::ceil(width * scale - 0.5)) / scale; }
 
-void CCanvas::Fill(const QRectF& rectangle, QRgb colour) {
+void CCanvas::Fill(const QRectF& rectangle, QRgb wanted) {
+    const QRgb colour = Shown(wanted);
     if (qAlpha(colour) != 255) return Painter().fillRect(OnPixels(rectangle), QColor::fromRgba(colour));
     const QRect area = Pixels(rectangle).intersected(clipPixels);
     if (area.isEmpty()) return;
@@ -150,13 +161,13 @@ void CCanvas::Fill(const QRectF& rectangle, QRgb colour) {
 
 void CCanvas::FillRound(const QRectF& rectangle, qreal radius, QRgb colour) {
     Painter().setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgba(colour));
+    painter.setBrush(QColor::fromRgba(Shown(colour)));
     painter.drawRoundedRect(OnPixels(rectangle), radius, radius);
 }
 
 void CCanvas::FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom) {
     Painter().setPen(Qt::NoPen);
-    painter.setBrush(Vertical(rectangle, top, bottom));
+    painter.setBrush(Vertical(rectangle, Shown(top), Shown(bottom)));
     painter.drawRoundedRect(OnPixels(rectangle), radius, radius);
 }
 
@@ -175,7 +186,7 @@ void CCanvas::Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRg
     const qreal whole = LineWidth(width);
     const qreal inset = whole / 2;
     const qreal within = std::max(0.0, radius - inset);
-    Painter().setPen(QPen(QColor::fromRgba(edge), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    Painter().setPen(QPen(QColor::fromRgba(Shown(edge)), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter.setBrush(fill);
     painter.drawRoundedRect(OnPixels(rectangle).adjusted(inset, inset, -inset, -inset), within, within);
 }
@@ -184,19 +195,19 @@ void CCanvas::Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal wi
     const qreal whole = LineWidth(width);
     if (y0 == y1) return Fill({x0, OnPixel(y0 - whole / 2), x1 - x0, whole}, colour);
     if (x0 == x1) return Fill({OnPixel(x0 - whole / 2), y0, whole, y1 - y0}, colour);
-    Painter().setPen(QPen(QColor::fromRgba(colour), whole, Qt::SolidLine, Qt::FlatCap));
+    Painter().setPen(QPen(QColor::fromRgba(Shown(colour)), whole, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(QPointF(x0, y0), QPointF(x1, y1));
 }
 
 void CCanvas::Polyline(std::span<const QPointF> points, QRgb colour, qreal width) {
-    Painter().setPen(QPen(QColor::fromRgba(colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    Painter().setPen(QPen(QColor::fromRgba(Shown(colour)), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));
 }
 
 void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb colour) {
     Painter().setRenderHint(QPainter::Antialiasing, false);
-    QPen pen(QColor::fromRgba(colour), LineWidth(1) * scale);
+    QPen pen(QColor::fromRgba(Shown(colour)), LineWidth(1) * scale);
     pen.setCosmetic(true);
     painter.setPen(pen);
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));
@@ -205,13 +216,13 @@ void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb colour) {
 
 void CCanvas::Polygon(std::span<const QPointF> points, QRgb colour) {
     Painter().setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgba(colour));
+    painter.setBrush(QColor::fromRgba(Shown(colour)));
     painter.drawPolygon(points.data(), static_cast<int>(points.size()));
 }
 
 void CCanvas::Ellipse(const QPointF& centre, qreal radius, QRgb colour) {
     Painter().setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgba(colour));
+    painter.setBrush(QColor::fromRgba(Shown(colour)));
     painter.drawEllipse(centre, radius, radius);
 }
 
@@ -220,7 +231,7 @@ void CCanvas::Arc(const QPointF& centre, qreal radius, qreal from, qreal to, QRg
     const QRectF bounds(centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius);
     path.arcMoveTo(bounds, 90 - from);
     path.arcTo(bounds, 90 - from, from - to);
-    Painter().strokePath(path, QPen(QColor::fromRgba(colour), width, Qt::SolidLine, Qt::RoundCap));
+    Painter().strokePath(path, QPen(QColor::fromRgba(Shown(colour)), width, Qt::SolidLine, Qt::RoundCap));
 }
 
 void CCanvas::Blit(const SkinBitmap& bitmap, qreal x, qreal y) {
@@ -264,7 +275,7 @@ void CCanvas::BlitStretched(const SkinBitmap& bitmap, const QRectF& wanted, qrea
 }
 
 void CCanvas::Glyph(CSkin& skin, int number, const QPointF& centre, QRgb colour) {
-    const SkinBitmap& bitmap = skin.Glyph(number, colour);
+    const SkinBitmap& bitmap = skin.Glyph(number, Shown(colour));
     Blit(bitmap, centre.x() - bitmap.width / 2.0, centre.y() - bitmap.height / 2.0);
 }
 
@@ -273,16 +284,47 @@ void CCanvas::Text(const QRectF& rectangle, const QString& text, QRgb colour, in
     if (text.isEmpty()) return;
     const QFont font = SkinFont(height, strong);
     Painter().setFont(font);
-    painter.setPen(QColor::fromRgba(colour));
+    painter.setPen(QColor::fromRgba(Shown(colour)));
     const QFontMetricsF metrics(font);
     const bool fits = metrics.horizontalAdvance(text) <= rectangle.width() + 0.5;
+    if (!fits && onCut) onCut(text, rectangle);
     painter.drawText(rectangle, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
                      fits ? text : metrics.elidedText(text, Qt::ElideRight, rectangle.width()));
 }
 
+void CCanvas::Digits(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
+                     bool strong) {
+    const QFont font = SkinFont(height, strong);
+    const QFontMetricsF metrics(font);
+    const qreal digit = std::ceil(metrics.horizontalAdvance(QLatin1Char('0')));
+    const auto widthOf = [&](QChar letter) { return letter.isDigit() ? digit : metrics.horizontalAdvance(letter); };
+    const qreal whole = DigitsWidth(text, height, strong);
+    if (whole > rectangle.width() + 0.5 && onCut) onCut(text, rectangle);
+    Painter().setFont(font);
+    painter.setPen(QColor::fromRgba(Shown(colour)));
+    qreal left = (alignment & Qt::AlignRight) != 0     ? rectangle.right() - whole
+                 : (alignment & Qt::AlignHCenter) != 0 ? rectangle.center().x() - whole / 2
+                                                       : rectangle.left();
+    left = std::round(left);
+    for (const QChar letter : text) {
+        const qreal width = widthOf(letter);
+        painter.drawText(QRectF(left, rectangle.top(), width, rectangle.height()),
+                         Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QString(letter));
+        left += width;
+    }
+}
+
+qreal CCanvas::DigitsWidth(const QString& text, int height, bool strong) {
+    const QFontMetricsF metrics(SkinFont(height, strong));
+    const qreal digit = std::ceil(metrics.horizontalAdvance(QLatin1Char('0')));
+    qreal width = 0;
+    for (const QChar letter : text) width += letter.isDigit() ? digit : metrics.horizontalAdvance(letter);
+    return width;
+}
+
 qreal CCanvas::Paragraph(const QRectF& rectangle, const QString& text, QRgb colour, int height) {
     Painter().setFont(SkinFont(height));
-    painter.setPen(QColor::fromRgba(colour));
+    painter.setPen(QColor::fromRgba(Shown(colour)));
     QRectF taken;
     painter.drawText(rectangle, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, text, &taken);
     return taken.height();
@@ -304,6 +346,55 @@ void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
             target.drawImage(QRectF(part), image, source);
         }
     }
+}
+
+void CCanvas::PutBack(const QImage& pixels, const QRect& area) {
+    const QPoint corner = Pixels(area).topLeft();
+    const QRect target = QRect(corner, pixels.size()).intersected(QRect(QPoint(0, 0), image.size()));
+    const auto bytes = static_cast<std::size_t>(std::max(0, target.width())) * 4;
+    for (int y = target.top(); y <= target.bottom(); ++y) {
+        const auto* const source = reinterpret_cast<const QRgb*>(pixels.constScanLine(y - corner.y()));
+        std::memcpy(reinterpret_cast<QRgb*>(image.scanLine(y)) + target.x(), source + target.x() - corner.x(), bytes);
+    }
+}
+
+void CCanvas::DrawTo(QPainter& target, const QRegion& region, qreal ratio,
+                     const std::function<void(const QRect& area)>& draw) {
+    QImage* const pixels = CopyTarget(target, ratio);
+    const QPoint offset = target.deviceTransform().map(QPointF(0, 0)).toPoint();
+    const bool isDirect = pixels != nullptr && offset.x() >= 0 && offset.y() >= 0;
+    QImage shown;
+    if (isDirect) {
+        uchar* const corner = pixels->scanLine(offset.y()) + offset.x() * static_cast<qsizetype>(sizeof(QRgb));
+        shown = QImage(corner, std::min(image.width(), pixels->width() - offset.x()),
+                       std::min(image.height(), pixels->height() - offset.y()), pixels->bytesPerLine(),
+                       QImage::Format_RGB32);
+    }
+    for (const QRect& part : region) {
+        const QRect taken =
+            QRectF(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio).toAlignedRect();
+        const QRectF area(taken.x() / scale, taken.y() / scale, taken.width() / scale, taken.height() / scale);
+        if (isDirect) {
+            DrawOn(shown, taken.intersected(shown.rect()), [&] { draw(area.toAlignedRect()); });
+        } else {
+            draw(area.toAlignedRect());
+        }
+    }
+    if (!isDirect) CopyTo(target, region, ratio);
+}
+
+void CCanvas::DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw) {
+    if (part.isEmpty()) return;
+    const auto exchange = [&](const QRect& next) {
+        if (painter.isActive()) painter.end();
+        std::swap(image, pixels);
+        limit = next;
+        clip = {};
+        clipPixels = {};
+    };
+    exchange(part);
+    draw();
+    exchange({});
 }
 
 bool CCanvas::Scroll(const QRect& area, int dx, int dy) {

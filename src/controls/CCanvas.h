@@ -10,6 +10,8 @@
 #include <QImage>
 #include <QPainter>
 #include <QRect>
+#include <functional>
+#include <functional>
 #include <span>
 
 #include "controls/CSkin.h"
@@ -27,7 +29,12 @@ public:
     // Pixels outside are not touched until the next call. An empty rectangle protects everything.
     void SetClip(const QRect& rectangle);
 
-    void Fill(const QRectF& rectangle, QRgb colour);
+    // Draws as of what cannot sound, until the next call.
+    void SetSilent(bool next) noexcept { silent = next; }
+    // What a colour becomes by that.
+    QRgb Shown(QRgb colour) const noexcept { return silent ? Palette().Silent(colour) : colour; }
+
+    void Fill(const QRectF& rectangle, QRgb wanted);
     void FillRound(const QRectF& rectangle, qreal radius, QRgb colour);
     void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
@@ -57,6 +64,10 @@ public:
     // One line, shortened with an ellipsis where it does not fit.
     void Text(const QRectF& rectangle, const QString& text, QRgb colour, int height = 10,
               Qt::Alignment alignment = Qt::AlignCenter, bool strong = false);
+    // One line whose digits are all as wide as the widest, for numbers that run; never shortened.
+    void Digits(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
+                bool strong = false);
+    static qreal DigitsWidth(const QString& text, int height, bool strong = false);
     // Wrapped at words; gives the height that the text takes.
     qreal Paragraph(const QRectF& rectangle, const QString& text, QRgb colour, int height);
     static qreal TextWidth(const QString& text, int height, bool strong = false);
@@ -71,10 +82,20 @@ public:
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
     void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
+    // The pixels of a part, which lies within the picture, and such a part put back whatever the clip.
+    QImage Copied(const QRect& area) const { return image.copy(Pixels(area)); }
+    void PutBack(const QImage& pixels, const QRect& area);
+    // Lets `draw` draw a region of a widget anew, rectangle by rectangle in skin pixels: straight to what the painter
+    // paints on where that is a picture, so that nothing is copied. The back buffer is left as it is then.
+    void DrawTo(QPainter& target, const QRegion& region, qreal ratio,
+                const std::function<void(const QRect& area)>& draw);
     // Moves a part of the picture by whole skin pixels and says whether that could be done exactly.
     bool Scroll(const QRect& area, int dx, int dy);
 
     qreal Scale() const noexcept { return scale; }
+
+    // Told of each text that does not fit its room.
+    std::function<void(const QString& text, const QRectF& room)> onCut;
 
 private:
     QPainter& Painter();
@@ -85,12 +106,16 @@ private:
     // A width of whole pixels, one at the least.
     qreal LineWidth(qreal width) const noexcept;
     void SetPainterClip();
+    // As if the canvas were those pixels, within that part of them.
+    void DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw);
 
     QImage image;
     QPainter painter;
     QRect clip;        // skin pixels
     QRect clipPixels;  // pixels of the back buffer
+    QRect limit;       // pixels: the part beside which nothing is drawn while another picture is drawn on
     qreal scale = 1;
+    bool silent = false;
 };
 
 }  // namespace quib

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
@@ -20,13 +21,21 @@ CControl::CControl(CWinControl& window, std::uint32_t number, int left, int top,
       value(bound) {}
 
 CControl::~CControl() {
-    if (gestureStart && owner.onHold) owner.onHold(value, false);
+    Hold({});
     owner.Forget(*this);
 }
 
-CCanvas& CControl::Canvas() const noexcept { return owner.Canvas(); }
+CCanvas& CControl::Canvas() const noexcept {
+    CCanvas& canvas = owner.Canvas();
+    canvas.SetSilent(cannotSound);
+    return canvas;
+}
 
-CSkin& CControl::Skin() const noexcept { return owner.Skin(); }
+CSkin& CControl::Skin() const noexcept {
+    CSkin& skin = owner.Skin();
+    skin.SetSilent(cannotSound);
+    return skin;
+}
 
 void CControl::SetPosition(int newRelativeX, int newRelativeY) noexcept {
     relativeX = newRelativeX;
@@ -158,28 +167,79 @@ void CControl::RefreshIfChanged() {
     for (const auto& child : children) child->RefreshIfChanged();
 }
 
+void CControl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (learns && enabled) parts.push_back({ShownRectangle(), *learns});
+}
+
 QString CControl::ValueText() const {
     if (formatValue) return formatValue(ValueNow());
     const float range = maximum - minimum;
     return QString::number(static_cast<double>(ValueNow()), 'f', range > 50 ? 1 : range > 5 ? 2 : 3);
 }
 
+QString CControl::EntryText() const {
+    if (value == nullptr || !entryText.isEmpty()) return entryText;
+    return formatEntry ? formatEntry(ValueNow()) : QString::number(static_cast<double>(ValueNow()));
+}
+
+// --- Without the mouse ----------------------------------------------------------------------------------
+
+ERole CControl::Role() const {
+    if (!children.empty()) return name.isEmpty() ? ERole::kNone : ERole::kGroup;
+    if (value != nullptr) return ERole::kSlider;
+    return infoString >= 0 ? ERole::kArea : ERole::kNone;
+}
+
+QString CControl::SpokenValue() const {
+    return Role() == ERole::kSlider && value != nullptr ? ValueText() : ShownText();
+}
+
+void CControl::Activate(int part) {
+    const ERole role = Role();
+    if (part < 0 && (role == ERole::kSlider || role == ERole::kField)) {
+        if (enabled && (value != nullptr || !entryTitle.isEmpty())) owner.RunManualEntry(*this);
+        return;
+    }
+    owner.Mouse().ClickOn(*this, primaryButton, part < 0 ? Rectangle().center() : PartAt(part).area.center());
+}
+
+void CControl::Turn(int /*part*/, int notches, bool fine) {
+    constexpr int kNotch = 120;
+    const auto turn = static_cast<std::uint16_t>(notches * kNotch);
+    const QPoint middle = Rectangle().center();
+    OnMouseWheel(middle.x(), middle.y(), static_cast<std::uint32_t>(turn) << 16U | (fine ? kWheelControl : 0U));
+}
+
+void CControl::GoToEnd(bool highest) {
+    if (!enabled || !IsTurned()) return;
+    const Range range = Amount();
+    TakeNumber(highest ? range.highest : range.lowest);
+}
+
+void CControl::Hold(std::initializer_list<const CValue*> values) {
+    const std::vector<const CValue*> before = std::exchange(heldValues, values);
+    if (!owner.onHold) return;
+    for (const CValue* const known : before) owner.onHold(known, false);
+    for (const CValue* const taken : heldValues) owner.onHold(taken, true);
+}
+
 void CControl::BeginGesture() {
     if (gestureStart || value == nullptr) return;
     gestureStart = value->Get();
-    if (owner.onHold) owner.onHold(value, true);
+    if (!holdsParts) Hold({value});
 }
 
 void CControl::EndGesture() {
     if (!gestureStart) return;
     const float before = *gestureStart;
     gestureStart.reset();
-    if (owner.onHold) owner.onHold(value, false);
+    Hold({});
     if (onGesture && value != nullptr && value->Get() != before) onGesture(*this, before);
 }
 
 void CControl::ChangeByUser(float next) {
     BeginGesture();
+    Hold({value});
     SetValueAndUpdate(true, true, next);
     EndGesture();
 }
@@ -214,5 +274,11 @@ EState CControl::PlainState() const noexcept {
 CTicked::CTicked(CWinControl& window) : tickWindow(window) { tickWindow.AddTicked(*this); }
 
 CTicked::~CTicked() { tickWindow.RemoveTicked(*this); }
+
+CPainted::CPainted(CWinControl& window, const CControl& painted) : paintWindow(window), control(painted) {
+    window.AddPainted(*this);
+}
+
+CPainted::~CPainted() { paintWindow.RemovePainted(*this); }
 
 }  // namespace quib

@@ -9,12 +9,15 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "controls/CSkin.h"
+#include "controls/ControlParts.h"
 #include "model/CValue.h"
+#include "model/control/ControlBinding.h"
 
 namespace quib {
 
@@ -53,9 +56,46 @@ public:
     virtual void TakeNumber(float number);
     virtual bool HasDefault() const { return defaultValue.has_value(); }
     virtual void ReturnToDefault();
+    // Its parts that MIDI may be made to move, and where they are.
+    struct Learnable {
+        QRect area;
+        ControlTarget target;
+
+        friend bool operator==(const Learnable&, const Learnable&) = default;
+    };
+    virtual void ListLearnable(std::vector<Learnable>& parts) const;
     bool TakesDigits() const noexcept { return takesDigits && enabled && value != nullptr; }
     // Whether what it shows is another than what it drew last.
     virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
+
+    // --- Without the mouse ----------------------------------------------------------------------------
+
+    virtual ERole Role() const;
+    // Parts that are chosen one by one; none: it is one thing. In what follows a part of -1 is the whole.
+    virtual int PartCount() const { return 0; }
+    virtual ControlPart PartAt(int /*part*/) const { return {}; }
+    virtual int ChosenPart() const { return -1; }
+    // Brings a part into view.
+    virtual void RevealPart(int /*part*/) {}
+    // What Enter does: presses, switches, or opens the entry of the value.
+    virtual void Activate(int part);
+    // Changes the value by notches as those of the wheel.
+    virtual void Turn(int part, int notches, bool fine);
+    virtual void GoToEnd(bool highest);
+    virtual void ResetPart(int /*part*/) { ReturnToDefault(); }
+    // Whether the arrows turn it.
+    virtual bool IsTurned() const { return Role() == ERole::kSlider; }
+    // Whether it does something while it is disabled, such as choosing what it lacks.
+    virtual bool IsUsefulDisabled() const { return false; }
+    // The words that it shows, and those that tell its value.
+    virtual QString ShownText() const { return {}; }
+    virtual QString SpokenValue() const;
+    struct Range {
+        float now, lowest, highest;
+    };
+    virtual Range Amount() const { return {ValueNow(), minimum, maximum}; }
+    // Whether the other button opens something.
+    bool HasMenu() const { return onAlternativeClick || popupMenu >= 0 || !entryTitle.isEmpty(); }
 
     // --- Place and tree -------------------------------------------------------------------------------
 
@@ -77,11 +117,14 @@ public:
     T& AddChild(Arguments&&... arguments) {
         auto child = std::make_unique<T>(owner, std::forward<Arguments>(arguments)...);
         T& reference = *child;
+        child->standsIn = this;
         child->parentShown = IsShown();
         children.push_back(std::move(child));
         return reference;
     }
     void ClearChildren();
+    // Null for one of the window itself.
+    CControl* Parent() const noexcept { return standsIn; }
     const std::vector<std::unique_ptr<CControl>>& Children() const noexcept { return children; }
     bool IsVisible() const noexcept { return visible; }
     // Whether it and all that it stands in is visible.
@@ -115,6 +158,11 @@ public:
     void RefreshIfChanged();
     // The value with its unit.
     QString ValueText() const;
+    // What an entry shows first.
+    QString EntryText() const;
+    QString EntryTitle() const { return entryTitle.isEmpty() ? name : entryTitle; }
+    // The number of the help that holds now; -1 none.
+    int InfoNumber() const noexcept { return !enabled && disabledInfo >= 0 ? disabledInfo : infoString; }
 
     // Whether it has a use for the wheel of its own, so that the window does not scroll by it.
     bool TakesWheel() const noexcept { return takesWheel && enabled; }
@@ -130,21 +178,25 @@ public:
     float minimum = 0;
     float maximum = 1;
     std::optional<float> defaultValue;
-    QRgb backgroundColour = qRgb(0x30, 0x30, 0x30);  // painted over a hidden control
+    QRgb backgroundColour = Palette().Colour(QStringLiteral("window"));  // painted over a hidden control
     ESection section = ESection::kMix;
     bool enabled = true;
+    bool cannotSound = false;  // drawn so
     bool alternativeClickAlways = false;
     bool captureOnClick = true;
     bool takesMiddleButton = false;  // others are not told of it
     int primaryButton = 0;
     int popupMenu = -1;
     int infoString = -1;
+    int disabledInfo = -1;  // while it is disabled: why
     QString infoText;
     CInfoCtrl* infoPanel = nullptr;  // null: the window's
     QString entryTitle;              // empty: no manual entry
     QString entryText;
-    QString name;  // of the value, for undo lists
+    QString name;                         // of the value, for undo lists and screen readers; of what stands in a group
+    std::optional<ControlTarget> learns;  // what MIDI may move of it; of cells that of the first one
     std::function<QString(float)> formatValue;
+    std::function<QString(float)> formatEntry;  // what an entry shows of the value; unset: the number itself
     std::function<void(CControl&)> onChange;
     std::function<void(CControl&, const QString&)> onTextEntry;
     std::function<void(CControl&)> afterClick;
@@ -166,6 +218,10 @@ protected:
     // The skin's state for a control that is only hovered or not.
     EState PlainState() const noexcept;
 
+    // Tells the window that the user has hold of these values, and no more of those before.
+    void Hold(std::initializer_list<const CValue*> values);
+
+    bool holdsParts = false;         // says itself which of its values a press takes hold of
     bool hoverLook = false;          // redrawn when the mouse comes and goes
     bool doubleClickIsClick = true;  // a second click in a row counts as another one
     bool takesWheel = false;
@@ -181,6 +237,7 @@ private:
     float Limited(float number) const noexcept;
 
     CWinControl& owner;
+    CControl* standsIn = nullptr;
     std::uint32_t identifier;
     int x = 0, y = 0;
     int relativeX, relativeY;
@@ -191,6 +248,7 @@ private:
     bool parentShown = true;
     float drawnValue = 0;
     std::optional<float> gestureStart;
+    std::vector<const CValue*> heldValues;
     std::vector<std::unique_ptr<CControl>> children;
 };
 
@@ -205,6 +263,24 @@ public:
 
 private:
     CWinControl& tickWindow;
+};
+
+// What draws a control only when its window is painted, straight to the screen's picture: the back buffer has
+// nothing of it. For large controls of which much changes at once. They have no children, and nothing lies
+// before them.
+class CPainted {
+public:
+    CPainted(CWinControl& window, const CControl& painted);
+    virtual ~CPainted();
+    CPainted(const CPainted&) = delete;
+    CPainted& operator=(const CPainted&) = delete;
+    // `area` as the canvas counts.
+    virtual void PaintArea(const QRect& area) = 0;
+    const CControl& Painted() const noexcept { return control; }
+
+private:
+    CWinControl& paintWindow;
+    const CControl& control;
 };
 
 }  // namespace quib

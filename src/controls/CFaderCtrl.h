@@ -30,6 +30,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kSlider; }
     bool HasChanged() const override;
 
     bool IsDragging() const noexcept { return dragging; }

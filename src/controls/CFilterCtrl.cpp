@@ -7,6 +7,7 @@
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
 #include "model/Equalizer.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -15,6 +16,7 @@ namespace {
 constexpr int kMargin = 5;  // pixels about the plot, so that handles stay inside
 constexpr double kShownDecibels = 24;
 constexpr int kGrabRadius = 14;
+constexpr int kKinds = 3;  // of values of a band
 
 QString Frequency(double hertz) {
     return hertz < 1000 ? QStringLiteral("%1 Hz").arg(hertz, 0, 'f', 0)
@@ -27,6 +29,7 @@ CFilterCtrl::CFilterCtrl(CWinControl& window, std::uint32_t number, int left, in
                          CValue* bound, const Bands& bandValues)
     : CControl(window, number, left, top, newWidth, newHeight, bound), bands(bandValues) {
     takesWheel = true;
+    holdsParts = true;
     section = ESection::kEqualiser;
     hoverLook = true;
     doubleClickIsClick = false;
@@ -80,10 +83,12 @@ void CFilterCtrl::OnLButtonDown(int px, int py, int button) {
     if (!enabled || button != 0) return;
     dragged = NearestBand(px, py);
     if (dragged < 0) return;
+    const FilterBandValues& grabbed = bands[static_cast<std::size_t>(dragged)];
+    Hold({grabbed.frequency, grabbed.gain});
     before = dragState = StateOf(dragged);
     dragStart = {px, py};
     dragFine = false;
-    if (Owner().IsAltHeld()) return SetBand(dragged, defaults[static_cast<std::size_t>(dragged)]);
+    if (Owner().IsResetHeld()) return SetBand(dragged, defaults[static_cast<std::size_t>(dragged)]);
     Update(false, true);
     Owner().ShowBubble(*this, BandText(dragged));
 }
@@ -122,19 +127,55 @@ void CFilterCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
 void CFilterCtrl::OnDoubleClick(int px, int py) {
     const int band = NearestBand(px, py);
     if (band < 0 || !enabled) return;
-    const BandState old = StateOf(band);
-    SetBand(band, defaults[static_cast<std::size_t>(band)]);
-    if (onBandGesture && StateOf(band) != old) onBandGesture(band, old);
+    ChangeBand(band, defaults[static_cast<std::size_t>(band)]);
 }
 
 void CFilterCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     const int band = NearestBand(px, py);
     if (band < 0 || !enabled) return;
-    const BandState old = StateOf(band);
-    BandState next = old;
+    BandState next = StateOf(band);
     next.resonance += NotchesOf(word) * ((word & kWheelControl) != 0 ? 0.001F : 0.01F);
-    SetBand(band, next);
+    ChangeBand(band, next);
+}
+
+void CFilterCtrl::ChangeBand(int band, const BandState& state) {
+    const FilterBandValues& moved = bands[static_cast<std::size_t>(band)];
+    const BandState old = StateOf(band);
+    Hold({moved.frequency, moved.resonance, moved.gain});
+    SetBand(band, state);
+    Hold({});
     if (onBandGesture && StateOf(band) != old) onBandGesture(band, old);
+}
+
+// --- Without the mouse ------------------------------------------------------------------------------------
+
+ControlPart CFilterCtrl::PartAt(int part) const {
+    const int band = part / kKinds;
+    const BandState state = StateOf(band);
+    const std::array<QString, kKinds> values = {
+        Frequency(EqFrequencyHertz(state.frequency)),
+        QStringLiteral("%1 dB").arg(EqGainDecibels(state.gain), 0, 'f', 1),
+        QStringLiteral("Q %1").arg(EqQuality(band, state.resonance), 0, 'f', 2),
+    };
+    const auto kind = static_cast<std::size_t>(part % kKinds);
+    constexpr std::array kNames = {TextKey("Band %1, frequency"), TextKey("Band %1, gain"),
+                                   TextKey("Band %1, resonance")};
+    constexpr int kHandle = 12;
+    QRect area(0, 0, kHandle, kHandle);
+    area.moveCenter(HandleOf(band).toPoint());
+    return {Text(kNames[kind]).arg(band + 1), values[kind], area, false, true};
+}
+
+void CFilterCtrl::Turn(int part, int notches, bool fine) {
+    constexpr std::array kWhich = {&BandState::frequency, &BandState::gain, &BandState::resonance};
+    if (part < 0) return;
+    BandState next = StateOf(part / kKinds);
+    next.*kWhich[static_cast<std::size_t>(part % kKinds)] += static_cast<float>(notches) * (fine ? 0.001F : 0.01F);
+    ChangeBand(part / kKinds, next);
+}
+
+void CFilterCtrl::ResetPart(int part) {
+    if (part >= 0) ChangeBand(part / kKinds, defaults[static_cast<std::size_t>(part / kKinds)]);
 }
 
 void CFilterCtrl::OnMouseLeave() {
@@ -206,6 +247,18 @@ void CFilterCtrl::DrawCurve(bool on) {
     const QRgb accent = on ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim"));
     Canvas().Polygon(points, WithOpacity(accent, on ? 0.18F : 0.08F));
     Canvas().Polyline(std::span(points).subspan(1, points.size() - 2), accent, on ? 1.6 : 1.2);
+}
+
+void CFilterCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int across = Width() / kEqBandCount;
+    const int down = Height() / 3;
+    for (int band = 0; band < kEqBandCount; ++band) {
+        for (int number = 0; number < 3; ++number) {
+            const auto& target = bandLearns[static_cast<std::size_t>(band)][static_cast<std::size_t>(number)];
+            const QRect area(X() + band * across, Y() + number * down, across - 1, down - 1);
+            if (target) parts.push_back({area.intersected(ShownRectangle()), *target});
+        }
+    }
 }
 
 }  // namespace quib

@@ -37,6 +37,16 @@ public:
     void OnMouseLeave() override;
 
     bool HasChanged() const override;
+    // A field for each number: bands from left to right, frequency, resonance and gain from the top.
+    void ListLearnable(std::vector<Learnable>& parts) const override;
+    std::array<std::array<std::optional<ControlTarget>, 3>, kEqBandCount> bandLearns;
+    // Three to a band: frequency, gain, resonance.
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return kEqBandCount * 3; }
+    ControlPart PartAt(int part) const override;
+    void Activate(int /*part*/) override {}
+    void Turn(int part, int notches, bool fine) override;
+    void ResetPart(int part) override;
     // Redraws when any of the values is another than the one drawn.
     void RedrawIfChanged() { RefreshIfChanged(); }
 
@@ -55,6 +65,8 @@ private:
     QPointF HandleOf(int band) const;
     int NearestBand(int px, int py) const;
     void SetBand(int band, const BandState& state);
+    // The same as a gesture of its own.
+    void ChangeBand(int band, const BandState& state);
     void DrawGrid();
     void DrawCurve(bool on);
     QString BandText(int band) const;

@@ -14,9 +14,11 @@ public:
         : CControl(window, number, left, top, newWidth, newHeight), picture(pictureNumber) {}
 
     void Draw() override;
+    ERole Role() const override { return ERole::kNone; }
     void SetPicture(int pictureNumber);
 
-    bool isGlyph = false;  // drawn in the section's accent
+    std::optional<QRgb> colour;  // of a glyph; unset: the accent of its section
+    bool isGlyph = false;        // drawn in the section's accent
 
 private:
     int picture;

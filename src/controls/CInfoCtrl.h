@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The panel that explains the control under the mouse, in the language chosen at that moment.
-// User-interface thread.
+// The panel that explains the control under the mouse, in the language chosen at that moment: a page, or a line
+// where it is low. User-interface thread.
 
 #include <QStringList>
 #include <vector>
@@ -18,6 +18,8 @@ public:
 
     void Draw() override;
     void Resize(int newWidth, int newHeight) override;
+    ERole Role() const override { return ERole::kText; }
+    QString SpokenValue() const override { return Paragraphs().join(QLatin1Char('\n')); }
 
     // Empties the panel.
     void Clear();
@@ -31,6 +33,9 @@ public:
     QStringList Paragraphs() const;
 
 private:
+    void DrawLine();
+    static QString FirstLine(const QString& text, qreal room, int letters);
+
     std::vector<int> stringIds;
     QString literal;
     int fontHeight;

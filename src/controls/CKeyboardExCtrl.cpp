@@ -184,30 +184,32 @@ void CKeyboardExCtrl::Draw() {
 
 void CKeyboardExCtrl::DrawWhite(int octave) {
     const QRgb accent = Palette().Accent(section);
+    const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
     for (int white = 0; white < 7; ++white) {
         const int note = 12 * octave + kWhiteNotes[static_cast<std::size_t>(white)];
         if (note > kHighestNote) return;
         const QRectF area(X() + octave * kOctaveWidth + white * kWhiteWidth - scroll, Y(), kWhiteWidth - 1, Height());
-        const QRgb top = IsLit(note) ? accent : note == hoveredNote ? qRgb(0xFF, 0xFF, 0xFF) : qRgb(0xE4, 0xE6, 0xE8);
-        Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, qRgb(0, 0, 0), 0.12F));
+        const QRgb top = IsLit(note) ? accent : named(note == hoveredNote ? "pianoWhiteHover" : "pianoWhite");
+        Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, named("shade"), 0.12F));
         if (white == 0) {
             Canvas().Text(QRectF(area.left(), area.bottom() - 16, area.width(), 12),
-                          QStringLiteral("C%1").arg(octave - 2), qRgb(0x50, 0x56, 0x5C), 9);
+                          QStringLiteral("C%1").arg(octave - 2), named("pianoText"), 9);
         }
     }
 }
 
 void CKeyboardExCtrl::DrawBlack(int octave) {
     const QRgb accent = Palette().Accent(section);
+    const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
     for (const int inOctave : kBlackNotes) {
         const int note = 12 * octave + inOctave;
         if (note > kHighestNote) return;
         const auto index = static_cast<std::size_t>(inOctave);
         const int from = kUpperEdges[index - 1];
         const QRectF area(X() + octave * kOctaveWidth + from - scroll, Y(), kUpperEdges[index] - from, BlackHeight());
-        const QRgb top = IsLit(note) ? accent : note == hoveredNote ? qRgb(0x4A, 0x4E, 0x53) : qRgb(0x2E, 0x31, 0x35);
-        Canvas().FillVertical(area.adjusted(0, -3, 0, 0), 2, qRgb(0x14, 0x15, 0x17), qRgb(0x14, 0x15, 0x17));
-        Canvas().FillVertical(area.adjusted(1.5, -3, -1.5, -3), 2, top, Mix(top, qRgb(0, 0, 0), 0.35F));
+        const QRgb top = IsLit(note) ? accent : named(note == hoveredNote ? "pianoBlackHover" : "pianoBlack");
+        Canvas().FillVertical(area.adjusted(0, -3, 0, 0), 2, named("pianoGap"), named("pianoGap"));
+        Canvas().FillVertical(area.adjusted(1.5, -3, -1.5, -3), 2, top, Mix(top, named("shade"), 0.35F));
     }
 }
 

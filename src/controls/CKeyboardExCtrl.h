@@ -31,6 +31,7 @@ public:
     void OnKeyUp(int key) override;
     void Resize(int newWidth, int newHeight) override;
     void Tick() override;
+    ERole Role() const override { return ERole::kKeys; }
 
     // The note under a point; negative or above 127 for none.
     int NoteAt(int px, int py) const noexcept;

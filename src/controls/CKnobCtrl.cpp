@@ -32,7 +32,7 @@ CKnobCtrl::CKnobCtrl(CWinControl& window, std::uint32_t number, int left, int to
     takesDigits = true;
 }
 
-int CKnobCtrl::Side() const noexcept { return std::min(Width(), Height() - (label.isEmpty() ? 0 : kLabelHeight)); }
+int CKnobCtrl::Side() const noexcept { return std::min(Width(), Height() - (HasText() ? kLabelHeight : 0)); }
 
 QPoint CKnobCtrl::FromCentre(int px, int py) const noexcept {
     return {px - X() - Width() / 2, py - Y() - CentreY()};
@@ -113,7 +113,7 @@ void CKnobCtrl::Draw() {
     constexpr qreal kGapDegrees = 30;
     Canvas().Fill(Rectangle(), backgroundColour);
     const qreal side = Side();
-    const QPointF centre(X() + Width() / 2.0, label.isEmpty() ? Y() + Height() / 2.0 : Y() + side / 2.0);
+    const QPointF centre(X() + Width() / 2.0, HasText() ? Y() + side / 2.0 : Y() + Height() / 2.0);
     const EState state = !enabled ? EState::kDisabled : dragging ? EState::kPressed : PlainState();
     const qreal radius = side / 2 - 2;
     const auto place = [](qreal share) { return 180 + kGapDegrees + share * (360 - 2 * kGapDegrees); };
@@ -127,10 +127,11 @@ void CKnobCtrl::Draw() {
     Canvas().Blit(Skin().BitmapOfSide(picture::kKnob, cap, state, section), centre.x() - cap / 2.0,
                   centre.y() - cap / 2.0);
     Canvas().BlitTurned(Skin().BitmapOfSide(picture::kKnobPointer, cap, state, section), centre, place(share));
-    if (!label.isEmpty()) {
-        Canvas().Text(QRectF(X() - 4, Y() + Height() - kLabelHeight, Width() + 8, kLabelHeight), label,
-                      Palette().Colour(QStringLiteral("textMuted")), 9);
-    }
+    if (!HasText()) return;
+    const QString below = valueBelow ? ValueText() : label;
+    Canvas().Text(QRectF(X() - 4, Y() + Height() - kLabelHeight, Width() + 8, kLabelHeight), below,
+                  Palette().Colour(valueBelow ? QStringLiteral("text") : QStringLiteral("textDim")),
+                  valueBelow ? 11 : 10);
 }
 
 }  // namespace quib

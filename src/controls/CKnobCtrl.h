@@ -24,6 +24,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kSlider; }
 
     bool IsCentreMode() const noexcept { return centreMode; }
 
@@ -31,10 +32,11 @@ public:
     float detentValue = 0;
     bool fillFromCentre = false;  // the ring grows from the middle of the range
     QString label;                // below the knob
+    bool valueBelow = false;      // its value is written there
 
 protected:
     // Of the disc, below the control's upper edge.
-    virtual int CentreY() const noexcept { return label.isEmpty() ? Height() / 2 : Side() / 2; }
+    virtual int CentreY() const noexcept { return HasText() ? Side() / 2 : Height() / 2; }
 
 private:
     void DragCentre(int py);
@@ -43,6 +45,7 @@ private:
     float AngleOfValue() const noexcept;
     float ValueOfAngle(float angle) const noexcept;
     int Side() const noexcept;
+    bool HasText() const noexcept { return valueBelow || !label.isEmpty(); }
 
     bool dragging = false;
     bool centreMode = false;

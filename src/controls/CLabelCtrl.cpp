@@ -6,6 +6,7 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/Mnemonics.h"
 #include "controls/SkinNumbers.h"
 
 namespace quib {
@@ -22,12 +23,21 @@ void CLabelCtrl::SetText(const QString& newText) {
     Update(false, true);
 }
 
+ERole CLabelCtrl::Role() const {
+    if (!entryTitle.isEmpty()) return ERole::kField;
+    return text.isEmpty() ? ERole::kNone : ERole::kText;
+}
+
 QRectF CLabelCtrl::DrawGround(QRgb ground) {
     Canvas().Fill(Rectangle(), fill.value_or(backgroundColour));
     const QRectF area(Rectangle());
+    if (vacant && !hovered) {
+        Canvas().Fill({area.left(), area.bottom() - 1, area.width(), 1}, Palette().Colour(QStringLiteral("line")));
+        return area.adjusted(6, 0, -2, 0);
+    }
     if (!sunken) return area;
     Canvas().Box(area, 3, ground, Palette().Colour(QStringLiteral("edge")));
-    return area.adjusted(5, 0, -5, 0);
+    return area.adjusted(6, 0, -5, 0);
 }
 
 void CLabelCtrl::Draw() { DrawText(DrawGround(Palette().Colour(QStringLiteral("well"))), textColour); }
@@ -36,7 +46,9 @@ bool CLabelCtrl::HasChanged() const { return CControl::HasChanged() || IsStruck(
 
 void CLabelCtrl::DrawText(const QRectF& area, QRgb colour) {
     drawnStruck = IsStruck();
+    if (Value() != nullptr) text = ValueText();
     const QRgb shown = drawnStruck ? Palette().Colour(QStringLiteral("textDim")) : colour;
+    if (digits) return Canvas().Digits(area, text, shown, fontHeight, alignment, strong);
     Canvas().Text(area, text, shown, fontHeight, alignment, strong);
     if (!drawnStruck) return;
     const qreal end = std::min(area.right(), area.left() + CCanvas::TextWidth(text, fontHeight, strong));
@@ -56,7 +68,8 @@ void PopUpMenu(CWinControl& window, const std::function<void(QMenu&)>& fillMenu)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(*menu);
     if (menu->isEmpty()) return menu->deleteLater();
-    menu->popup(QCursor::pos());
+    KeepMnemonics(*menu);
+    menu->popup(window.MenuPoint());
 }
 
 CLabelMenuCtrl::CLabelMenuCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
@@ -81,6 +94,7 @@ void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 void CLabelMenuCtrl::Draw() {
     const QRectF area = DrawGround(Palette().Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
     const QRgb colour = enabled ? textColour : Palette().Colour(QStringLiteral("textDim"));
+    if (vacant && !hovered) return DrawText(area, colour);
     DrawText(area.adjusted(0, 0, -10, 0), colour);
     Canvas().Glyph(Skin(), picture::kGlyphArrowDown, QPointF(area.right() - 3, area.center().y()),
                    hovered ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim")));

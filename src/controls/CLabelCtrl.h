@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Texts: a plain label, fixed or asked for anew with each tick, and one that opens a menu at the mouse.
-// User-interface thread.
+// Texts: a plain label, fixed, of the value that it is bound to or asked for anew with each tick, and one that
+// opens a menu at the mouse. User-interface thread.
 
 #include "controls/CControl.h"
 
@@ -17,6 +17,8 @@ public:
 
     void Draw() override;
     bool HasChanged() const override;
+    ERole Role() const override;
+    QString ShownText() const override { return text; }
 
     void SetText(const QString& newText);
     const QString& Text() const noexcept { return text; }
@@ -25,7 +27,9 @@ public:
     std::optional<QRgb> fill;  // unset: the background
     int fontHeight = 10;
     bool strong = false;
+    bool digits = false;                     // figures of equal width
     bool sunken = false;                     // drawn as a well
+    bool vacant = false;                     // a place that holds nothing: a word over a hairline
     const CValue* struckWhileOff = nullptr;  // the switch of what it names
     Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
 
@@ -64,6 +68,7 @@ public:
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kMenu; }
 
 private:
     std::function<void(QMenu&)> buildMenu;

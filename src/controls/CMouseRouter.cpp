@@ -47,12 +47,13 @@ void CMouseRouter::Hover(CControl& control, int x, int y) {
 }
 
 void CMouseRouter::ShowInfo(CControl& control) {
-    if (control.infoString < 0 && control.infoText.isEmpty()) return;
+    const int number = control.InfoNumber();
+    if (number < 0 && control.infoText.isEmpty()) return;
     if (!InfoTextsAreShown(owner.Settings(), 1)) return;
     CInfoCtrl* const panel = control.infoPanel != nullptr ? control.infoPanel : owner.infoPanel;
     if (panel == nullptr) return;
-    if (control.infoString >= 0) {
-        panel->Show(control.infoString);
+    if (number >= 0) {
+        panel->Show(number);
     } else {
         panel->Show(control.infoText);
     }
@@ -79,8 +80,21 @@ bool CMouseRouter::Press(int button, int x, int y) {
     const Hit hit = Find(x, y);
     if (button == kMiddleButton && (hit.control == nullptr || !hit.control->takesMiddleButton)) return false;
     captured = nullptr;
+    owner.Keys().MouseAt(hit.control);
     if (hit.control != nullptr) Click(hit, button, x, y);
     return true;
+}
+
+// What moves over the control with the mouse has to know the place too.
+void CMouseRouter::ClickOn(CControl& control, int button, QPoint point) {
+    CControl* top = &control;
+    while (top->Parent() != nullptr) top = top->Parent();
+    keyed = &control;
+    control.OnMouseMove(point.x(), point.y());
+    Click({top, &control}, button, point.x(), point.y());
+    ReleasePressed(button, point.x(), point.y());
+    captured = nullptr;
+    if (CControl* const left = std::exchange(keyed, nullptr); left != nullptr && left != hovered) left->OnMouseLeave();
 }
 
 // What is called here may remove the control, or all of them.
@@ -89,7 +103,7 @@ void CMouseRouter::Click(const Hit& hit, int button, int x, int y) {
     CControl& control = *hit.control;
     if (control.captureOnClick) captured = &control;
     const bool alternative = button != control.primaryButton || control.alternativeClickAlways;
-    if (owner.IsAltHeld() && !alternative && control.HasDefault()) {
+    if (owner.IsResetHeld() && !alternative && control.HasDefault()) {
         control.ReturnToDefault();
     } else if (!alternative || !TakeAlternativePath(control)) {
         control.pressed = true;
@@ -118,6 +132,12 @@ void CMouseRouter::Release(int button, int x, int y) {
     // The others know nothing of this button: their own one may be down.
     if (button == kMiddleButton && (captured == nullptr || !captured->takesMiddleButton)) return;
     earliestPress = Nanoseconds() + kDebounce;
+    ReleasePressed(button, x, y);
+    // The mouse may be over another control by now.
+    if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
+}
+
+void CMouseRouter::ReleasePressed(int button, int x, int y) {
     released.clear();
     for (const auto& control : owner.Controls()) CollectPressed(*control);
     for (std::size_t index = 0; index < released.size(); ++index) {
@@ -129,8 +149,6 @@ void CMouseRouter::Release(int button, int x, int y) {
         if (released[index] != nullptr) control->EndGesture();
     }
     released.clear();
-    // The mouse may be over another control by now.
-    if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
 }
 
 void CMouseRouter::CollectPressed(CControl& control) {
@@ -160,6 +178,7 @@ void CMouseRouter::Wheel(std::uint32_t word) {
 void CMouseRouter::Forget(const CControl& control) noexcept {
     if (hovered == &control) hovered = nullptr;
     if (captured == &control) captured = nullptr;
+    if (keyed == &control) keyed = nullptr;
     if (clicked.control == &control) clicked.control = nullptr;
     if (clicked.top == &control) clicked.top = nullptr;
     std::replace_if(

@@ -20,6 +20,10 @@ public:
     void Release(int button, int x, int y);
     void DoubleClick(int x, int y);
     void Wheel(std::uint32_t word);
+    // Presses and releases a button on a control for a key, wherever the mouse is.
+    void ClickOn(CControl& control, int button, QPoint point);
+    // Shows the help of a control.
+    void ShowInfo(CControl& control);
     // The mouse left the window.
     void Leave();
     // The control is about to go.
@@ -40,7 +44,7 @@ private:
     void Click(const Hit& hit, int button, int x, int y);
     bool TakeAlternativePath(CControl& control);
     void Hover(CControl& control, int x, int y);
-    void ShowInfo(CControl& control);
+    void ReleasePressed(int button, int x, int y);
     void LeaveHovered();
     void CollectPressed(CControl& control);
 
@@ -51,6 +55,7 @@ private:
     int lastY = -1;
     std::uint64_t earliestPress = 0;  // nanoseconds
     Hit clicked;                      // while a click is handled
+    CControl* keyed = nullptr;        // while a key clicks
     std::vector<CControl*> released;  // while a release is handled
 };
 

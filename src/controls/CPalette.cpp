@@ -4,11 +4,26 @@
 #include <QFile>
 #include <QTextStream>
 #include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <optional>
 
 namespace quib {
 
-CPalette::CPalette() {
-    QFile file(QStringLiteral(":/skin/palette.txt"));
+namespace {
+
+constexpr std::array<const char*, kPaletteCount> kFiles = {"dark", "light", "contrast"};
+constexpr int kLeastHue = 40;  // between the channels of a colour that is no grey
+constexpr float kSilentShare = 0.4F;
+
+// Of the program, of its user-interface thread alone.
+std::array<std::optional<CPalette>, kPaletteCount> palettes;
+EPalette chosen = EPalette::kDark;
+
+}  // namespace
+
+CPalette::CPalette(EPalette which) {
+    QFile file(QStringLiteral(":/skin/palette-%1.txt").arg(QLatin1String(kFiles[static_cast<std::size_t>(which)])));
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return;
     QTextStream stream(&file);
     while (!stream.atEnd()) {
@@ -18,9 +33,22 @@ CPalette::CPalette() {
         const uint value = words[1].toUInt(&valid, 16);
         if (valid) colours.insert(words[0], 0xFF000000U | value);
     }
+    panel = Colour(QStringLiteral("panel"));
+    dim = Colour(QStringLiteral("textDim"));
 }
 
-QRgb CPalette::Colour(const QString& name) const { return colours.value(name, qRgb(255, 0, 255)); }
+// What has a hue is an accent. Of what is grey, only texts and caps are as far from the panel as a dim text.
+QRgb CPalette::Silent(QRgb colour) const noexcept {
+    const auto [low, high] = std::minmax({qRed(colour), qGreen(colour), qBlue(colour)});
+    const auto far = [this](QRgb other) { return std::abs(qGray(other) - qGray(panel)); };
+    QRgb silent = colour;
+    if (high - low > kLeastHue) {
+        silent = Mix(colour, panel, kSilentShare);
+    } else if (far(colour) > far(dim)) {
+        silent = dim;
+    }
+    return (silent & 0xFFFFFFU) | (colour & 0xFF000000U);
+}
 
 QString CPalette::AccentName(ESection section) {
     switch (section) {
@@ -40,9 +68,9 @@ QString CPalette::AccentName(ESection section) {
     return {};
 }
 
-QString CPalette::Fill(QString text, ESection section) const {
-    const auto code = [](QRgb colour) {
-        return QStringLiteral("#%1").arg(colour & 0xFFFFFFU, 6, 16, QLatin1Char('0'));
+QString CPalette::Fill(QString text, ESection section, bool silent) const {
+    const auto code = [this, silent](QRgb colour) {
+        return QStringLiteral("#%1").arg((silent ? Silent(colour) : colour) & 0xFFFFFFU, 6, 16, QLatin1Char('0'));
     };
     text.replace(QStringLiteral("{accent}"), code(Accent(section)));
     for (auto entry = colours.begin(); entry != colours.end(); ++entry) {
@@ -51,10 +79,16 @@ QString CPalette::Fill(QString text, ESection section) const {
     return text;
 }
 
+// Read at their first use, as the resources are there only then.
 const CPalette& Palette() {
-    static const CPalette palette;
-    return palette;
+    std::optional<CPalette>& palette = palettes[static_cast<std::size_t>(chosen)];
+    if (!palette) palette.emplace(chosen);
+    return *palette;
 }
+
+EPalette ChosenPalette() noexcept { return chosen; }
+
+void ChoosePalette(EPalette which) noexcept { chosen = which; }
 
 QRgb Mix(QRgb from, QRgb to, float share) noexcept {
     const auto channel = [share](int low, int high) {

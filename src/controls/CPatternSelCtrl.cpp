@@ -3,12 +3,14 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 constexpr int kCopyPatternText = 127;
-}
+constexpr int kWideCell = 24;  // pixels
+}  // namespace
 
 CPatternSelCtrl::CPatternSelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newCellWidth,
                                  int newHeight, int newHeaderHeight, CPatternOwner* patternOwner)
@@ -109,6 +111,19 @@ void CPatternSelCtrl::RedrawCell(int cell) {
     BlitRect(X() + cell * cellWidth, Y(), X() + (cell + 1) * cellWidth, Y() + Height());
 }
 
+ControlPart CPatternSelCtrl::PartAt(int part) const {
+    const CPatternOwner::Look look = owner->PatternLook();
+    QStringList marks;
+    if (part == look.selected) marks << Text("chosen");
+    if (part == look.playing) marks << Text("playing");
+    if (part == look.next) marks << Text("next");
+    if ((look.filled >> part & 1U) != 0) marks << Text("with notes");
+    if ((look.flagged >> part & 1U) != 0) marks << Text("marked");
+    return {QString::number(part + 1), marks.join(QStringLiteral(", ")),
+            QRect(X() + part * cellWidth, Y() + headerHeight, cellWidth - 1, Height() - headerHeight),
+            part == look.selected};
+}
+
 void CPatternSelCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     if (owner != nullptr) drawn = owner->PatternLook();
@@ -119,7 +134,7 @@ void CPatternSelCtrl::DrawCell(int cell) {
     const CPalette& palette = Palette();
     const QRgb accent = palette.Accent(section);
     const QRectF whole(X() + cell * cellWidth, Y() + headerHeight, cellWidth, Height() - headerHeight);
-    const QRectF area = whole.adjusted(0, 0, -1, 0);
+    const QRectF area = whole.adjusted(0, 0, -2, 0);
     Canvas().Fill(whole, backgroundColour);
     const bool filled = (drawn.filled >> cell & 1U) != 0;
     EState state = cell == lit ? EState::kHover : EState::kNormal;
@@ -127,20 +142,33 @@ void CPatternSelCtrl::DrawCell(int cell) {
     if (cell == source) state = EState::kPressed;
     // An empty pattern is a hole, one with notes a key.
     if (!filled && state == EState::kNormal) {
-        Canvas().Box(area, 3, palette.Colour(QStringLiteral("well")), palette.Colour(QStringLiteral("knobEdge")));
+        Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
     } else {
         DrawCap(Canvas(), area, state, accent);
     }
-    if (cell == drawn.playing && state != EState::kOn) Canvas().Frame(area, 3, accent, 1.5);
-    if (cell == drawn.next) Canvas().Frame(area.adjusted(1, 1, -1, -1), 2, palette.Colour(QStringLiteral("text")));
+    if (cell == drawn.playing && state != EState::kOn) {
+        Canvas().Frame(area, 3, palette.Accent(ESection::kTransport), 2);
+    }
+    if (cell == drawn.next) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     const QRgb textColour = state != EState::kNormal ? CapTextColour(state, accent)
                             : filled                 ? accent
-                                                     : palette.Colour(QStringLiteral("textDim"));
-    Canvas().Text(area, QString::number(cell + 1), textColour, 10, Qt::AlignCenter, filled);
+                                                     : palette.Colour(QStringLiteral("textOff"));
+    const int letters = cellWidth >= kWideCell ? 12 : 11;
+    Canvas().Text(area, QString::number(cell + 1), textColour, letters, Qt::AlignCenter, filled);
     if ((drawn.flagged >> cell & 1U) != 0) {
-        Canvas().Ellipse({area.right() - 3.5, area.top() + 3.5}, 1.8,
-                         state == EState::kOn ? qRgb(0x10, 0x14, 0x16) : palette.Colour(QStringLiteral("text")));
+        Canvas().Ellipse(
+            {area.right() - 3.5, area.top() + 3.5}, 1.8,
+            state == EState::kOn ? palette.Colour(QStringLiteral("onAccent")) : palette.Colour(QStringLiteral("text")));
+    }
+}
+
+void CPatternSelCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    for (int cell = 0; learns && cell < kCells; ++cell) {
+        ControlTarget target = *learns;
+        target.index = cell;
+        const QRect area(X() + cell * cellWidth, Y() + headerHeight, cellWidth - 1, Height() - headerHeight);
+        parts.push_back({area.intersected(ShownRectangle()), target});
     }
 }
 

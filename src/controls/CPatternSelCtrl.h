@@ -42,6 +42,11 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseLeave() override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return owner != nullptr ? kCells : 0; }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return owner != nullptr ? owner->PatternLook().selected : -1; }
 
     std::function<void(CPatternOwner&)> onFlag;  // after a mark was set or taken away
     static std::uint32_t MaskOf(std::uint32_t flagged) noexcept;

@@ -7,11 +7,12 @@
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
-constexpr int kCellWidth = 22;
+constexpr int kCellWidth = 25;
 }
 
 CPresetSelectorCtrl::CPresetSelectorCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
@@ -95,6 +96,16 @@ void CPresetSelectorCtrl::Tick() {
     Update(false, true);
 }
 
+ControlPart CPresetSelectorCtrl::PartAt(int part) const {
+    const int count = presetCount ? presetCount() : 0;
+    const int shown = part - first;
+    const bool isShown = shown >= 0 && shown < ShownCells();
+    return {part < count ? Text("Preset %1").arg(part + 1) : Text("New preset"),
+            {},
+            isShown ? QRect(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height()) : QRect(),
+            part == ChosenPart()};
+}
+
 void CPresetSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     drawnCount = CellCount();
@@ -102,7 +113,7 @@ void CPresetSelectorCtrl::Draw() {
     const QRgb accent = Palette().Accent(section);
     for (int shown = 0; shown < ShownCells(); ++shown) {
         const int cell = first + shown;
-        const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
+        const QRectF area = QRectF(X() + shown * kCellWidth, Y(), kCellWidth - 2, Height());
         if (cell >= drawnCount) break;
         EState state = !enabled ? EState::kDisabled : cell == hoveredCell ? EState::kHover : EState::kNormal;
         if (cell == static_cast<int>(ValueNow()) - 1) state = EState::kOn;
@@ -110,8 +121,18 @@ void CPresetSelectorCtrl::Draw() {
         if (cell == count) {
             Canvas().Glyph(Skin(), picture::kGlyphPlus, area.center(), CapTextColour(state, accent));
         } else {
-            Canvas().Text(area, QString::number(cell + 1), CapTextColour(state, accent), 10, Qt::AlignCenter, true);
+            Canvas().Text(area, QString::number(cell + 1), CapTextColour(state, accent), 11, Qt::AlignCenter, true);
         }
+    }
+}
+
+void CPresetSelectorCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int count = presetCount ? presetCount() : 0;
+    for (int shown = 0; learns && shown < ShownCells() && first + shown < count; ++shown) {
+        ControlTarget target = *learns;
+        target.index = first + shown;
+        const QRect area(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
+        parts.push_back({area.intersected(ShownRectangle()), target});
     }
 }
 

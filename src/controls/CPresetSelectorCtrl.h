@@ -21,6 +21,13 @@ public:
     void OnMouseLeave() override;
     void OnKeyDown(int key) override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
+    ERole Role() const override { return CellCount() > 0 ? ERole::kChoice : ERole::kText; }
+    int PartCount() const override { return CellCount(); }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return static_cast<int>(ValueNow()) - 1; }
+    void RevealPart(int part) override { ScrollTo(part); }
+    QString SpokenValue() const override { return {}; }
 
     std::function<int()> presetCount;
     std::function<bool(int preset)> onSelect;      // from 0; whether it is recalled, which the value then shows

@@ -35,6 +35,7 @@ public:
     void Resize(int newWidth, int newHeight) override;
     void OnShow(bool nowVisible) override;
     void Tick() override;
+    ERole Role() const override { return ERole::kPicture; }
 
 private:
     void DrawChannel(std::span<const float> samples, QRgb colour);

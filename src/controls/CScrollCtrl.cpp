@@ -5,6 +5,7 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -60,6 +61,8 @@ void CScrollCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
 void CScrollCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
     SetValueAndUpdate(true, true, ValueNow() - NotchesOf(word) * wheelUnits);
 }
+
+QString CScrollCtrl::ShownText() const { return Text("Scroll bar"); }
 
 void CScrollCtrl::Draw() {
     const CPalette& palette = Palette();

@@ -19,6 +19,8 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void Resize(int newWidth, int newHeight) override;
+    ERole Role() const override { return ERole::kScrollBar; }
+    QString ShownText() const override;
 
     // `whole` units of which `page` are shown at once.
     void SetRange(float newWhole, float newPage);

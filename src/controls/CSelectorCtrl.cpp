@@ -68,7 +68,7 @@ void CSelectorCtrl::OpenList() {
         action->setChecked(index == Index());
         QObject::connect(action, &QAction::triggered, menu, [this, index] { ChangeByUser(static_cast<float>(index)); });
     }
-    menu->popup(QCursor::pos());
+    menu->popup(Owner().MenuPoint());
 }
 
 void CSelectorCtrl::Draw() {

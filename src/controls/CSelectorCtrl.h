@@ -21,6 +21,9 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseWheel(int px, int py, std::uint32_t word) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kMenu; }
+    bool IsTurned() const override { return true; }
+    QString SpokenValue() const override { return choices.value(Index()); }
 
 private:
     int Index() const;

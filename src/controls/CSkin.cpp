@@ -34,10 +34,6 @@ QString StateName(EState state) {
     return {};
 }
 
-quint64 Key(int number, EState state, ESection section) {
-    return static_cast<quint64>(number) << 16U | static_cast<quint64>(state) << 8U | static_cast<quint64>(section);
-}
-
 // The group of a state, or what stands in for it.
 QString GroupOf(const QSvgRenderer& renderer, EState state) {
     QString name = StateName(state);
@@ -57,8 +53,15 @@ CSkin::CSkin() {
 
 CSkin::~CSkin() = default;
 
+quint64 CSkin::Key(int number, EState state, ESection section) const noexcept {
+    return static_cast<quint64>(number) << 16U | static_cast<quint64>(state) << 8U |
+           static_cast<quint64>(silent ? 1 : 0) << 7U | static_cast<quint64>(section);
+}
+
 void CSkin::SetScale(qreal next) {
-    if (scale == next) return;
+    if (scale == next && palette == ChosenPalette()) return;
+    if (palette != ChosenPalette()) renderers.clear();
+    palette = ChosenPalette();
     scale = next;
     bitmaps.clear();
     glyphs.clear();
@@ -109,7 +112,7 @@ QSvgRenderer* CSkin::Renderer(int number, ESection section) {
 QByteArray CSkin::Source(int number, ESection section) const {
     QFile file(files.value(number));
     if (!files.contains(number) || !file.open(QIODevice::ReadOnly)) return {};
-    return Palette().Fill(QString::fromUtf8(file.readAll()), section).toUtf8();
+    return Palette().Fill(QString::fromUtf8(file.readAll()), section, silent).toUtf8();
 }
 
 SkinBitmap CSkin::Render(QSvgRenderer* renderer, EState state, QSize size) const {

@@ -33,9 +33,12 @@ public:
     CSkin();
     ~CSkin();
 
-    // Physical pixels of one skin pixel. Bitmaps that were handed out before are void after a change.
+    // Physical pixels of one skin pixel; takes over the palette that is chosen. Bitmaps that were handed out
+    // before are void after a change.
     void SetScale(qreal next);
     qreal Scale() const noexcept { return scale; }
+    // Pictures as of what cannot sound, until the next call.
+    void SetSilent(bool next) noexcept { silent = next; }
 
     const SkinBitmap& Bitmap(int number, EState state = EState::kNormal, ESection section = ESection::kMix);
     // The same, `side` skin pixels wide and high: drawn in that size, not stretched.
@@ -54,7 +57,11 @@ private:
     SkinBitmap Render(QSvgRenderer* renderer, EState state, QSize size = {}) const;
     QByteArray Source(int number, ESection section) const;
 
+    quint64 Key(int number, EState state, ESection section) const noexcept;
+
     qreal scale = 1;
+    bool silent = false;
+    EPalette palette = ChosenPalette();
     QHash<int, QString> files;
     QHash<quint64, std::shared_ptr<QSvgRenderer>> renderers;
     QHash<quint64, std::shared_ptr<SkinBitmap>> bitmaps;  // those of a side carry it in the upper half

@@ -25,6 +25,18 @@ void CSplitCtrl::OnMouseMove(int px, int py) {
     if (dragging && onSplit) onSplit(std::clamp((vertical ? px : py) - grip, lowest, highest));
 }
 
+void CSplitCtrl::MoveTo(int place) {
+    if (onSplit) onSplit(std::clamp(place, lowest, highest));
+}
+
+// Up and right move it that way.
+void CSplitCtrl::Turn(int /*part*/, int notches, bool fine) {
+    const int way = notches * (fine ? 1 : 10);
+    MoveTo(vertical ? X() + way : Y() - way);
+}
+
+void CSplitCtrl::GoToEnd(bool highestValue) { MoveTo(highestValue == vertical ? highest : lowest); }
+
 void CSplitCtrl::OnLButtonUp(int /*px*/, int /*py*/, int /*button*/) {
     dragging = false;
     Update(false, true);

@@ -5,12 +5,13 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
-constexpr int kPageRow = 3;  // pixels above the boxes
 constexpr int kPageDotPitch = 10;
+constexpr qreal kLeastFrame = 5;  // pixels of width from which a box has a frame
 }  // namespace
 
 CStepLedCtrl::CStepLedCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
@@ -38,10 +39,10 @@ bool CStepLedCtrl::TurnTo(int wanted) {
     return true;
 }
 
-void CStepLedCtrl::OnMouseWheel(int px, int /*py*/, std::uint32_t word) {
+void CStepLedCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     if (held || !TurnTo(page + (NotchesOf(word) < 0 ? 1 : -1))) return;
     pageByHand = true;
-    hoveredStep = StepAt(px);
+    hoveredStep = StepAt(px, py);
 }
 
 void CStepLedCtrl::FollowPlaying(int step) {
@@ -51,21 +52,40 @@ void CStepLedCtrl::FollowPlaying(int step) {
 
 QRectF CStepLedCtrl::LedArea(int step) const {
     // Whole pixels, as even as the width allows.
-    const auto edge = [this](int index) { return X() + index * Width() / BoxCount(); };
-    const int box = step - FirstStep();
-    const int gap = Width() / BoxCount() >= 4 ? 1 : 0;
-    const int head = PageCount() > 1 ? kPageRow : 0;
-    return {qreal(edge(box)), qreal(Y() + head), qreal(std::max(1, edge(box + 1) - edge(box) - gap)),
-            qreal(Height() - head)};
+    const int boxes = RowBoxes();
+    const auto edge = [this, boxes](int index) { return X() + index * Width() / boxes; };
+    const int box = (step - FirstStep()) % boxes;
+    const int row = (step - FirstStep()) / boxes;
+    const int pitch = Width() / boxes;
+    const int gap = pitch >= 12 ? 2 : pitch >= 4 ? 1 : 0;
+    const int room = Height() - Head() - (RowCount() - 1) * 2;
+    const int high = room / RowCount();
+    return {qreal(edge(box)), qreal(Y() + Head() + row * (high + 2)),
+            qreal(std::max(1, edge(box + 1) - edge(box) - gap)), qreal(high)};
 }
 
-int CStepLedCtrl::StepAt(int px) const noexcept {
+int CStepLedCtrl::StepAt(int px, int py) const noexcept {
+    const int boxes = RowBoxes();
+    const int column = std::clamp((px - X()) * boxes / std::max(1, Width()), 0, boxes - 1);
+    const int row = RowCount() == 2 && py - Y() - Head() >= (Height() - Head()) / 2 ? 1 : 0;
     const int last = std::min(stepCount, FirstStep() + kPageSteps) - 1;
-    return std::clamp(FirstStep() + (px - X()) * BoxCount() / std::max(1, Width()), FirstStep(), last);
+    return std::clamp(FirstStep() + row * boxes + column, FirstStep(), last);
+}
+
+void CStepLedCtrl::Hover(int step) {
+    const int before = std::exchange(hoveredStep, step);
+    if (std::exchange(mouseIsOver, true) && before == step) return;
+    RedrawLed(before);
+    RedrawLed(step);
+}
+
+void CStepLedCtrl::OnMouseLeave() {
+    mouseIsOver = false;
+    RedrawLed(hoveredStep);
 }
 
 void CStepLedCtrl::OnLButtonDown(int px, int py, int button) {
-    hoveredStep = StepAt(px);
+    Hover(StepAt(px, py));
     if (button != 0) return;
     if (Owner().IsControlHeld()) {
         if (onRestart) onRestart(hoveredStep);
@@ -77,7 +97,8 @@ void CStepLedCtrl::OnLButtonDown(int px, int py, int button) {
 }
 
 void CStepLedCtrl::OnMouseMove(int px, int py) {
-    hoveredStep = StepAt(px);
+    // Up and down is for the velocity of what is held.
+    Hover(StepAt(px, held ? std::clamp(pressY, Y(), Y() + Height()) : py));
     if (held && pressed && onDrag) onDrag(hoveredStep, pressY - py);
 }
 
@@ -99,19 +120,43 @@ void CStepLedCtrl::Tick() {
     }
     if (now == playing || !Owner().HasBackBuffer()) return;
     const int before = std::exchange(playing, now);
+    RedrawLed(before);
+    RedrawLed(now);
+}
+
+void CStepLedCtrl::RedrawLed(int step) {
+    if (!IsShownStep(step) || !IsShown() || !Owner().HasBackBuffer()) return;
     Canvas().SetClip(ShownRectangle());
-    const Colours colours = ColoursNow();
-    for (const int step : {before, now}) {
-        if (!IsShownStep(step)) continue;
-        DrawLed(step, colours);
-        const QRect area = LedArea(step).toAlignedRect();
-        BlitRect(area.left(), area.top(), area.right() + 1, area.bottom() + 1);
-    }
+    DrawLed(step, ColoursNow());
+    const QRect area = LedArea(step).toAlignedRect();
+    BlitRect(area.left(), area.top(), area.right() + 1, area.bottom() + 1);
+}
+
+ControlPart CStepLedCtrl::PartAt(int part) const {
+    const int velocity = loudness ? loudness(part) : -1;
+    return {Text("Step %1").arg(part + 1), velocity >= 0 ? Text("velocity %1").arg(velocity) : Text("empty"),
+            IsShownStep(part) ? LedArea(part).toAlignedRect() : QRect(), velocity >= 0, velocity >= 0};
+}
+
+void CStepLedCtrl::RevealPart(int part) {
+    hoveredStep = part;
+    if (!TurnTo(part / kPageSteps)) return;
+    pageByHand = true;
+    Update(false, true);
+}
+
+// As a drag upwards on the box would do.
+void CStepLedCtrl::Turn(int part, int notches, bool fine) {
+    constexpr int kNotch = 5;
+    if (part < 0 || !onPress || !onDrag || !onRelease || loudness(part) < 0) return;
+    onPress(part);
+    onDrag(part, notches * (fine ? 1 : kNotch));
+    onRelease();
 }
 
 CStepLedCtrl::Colours CStepLedCtrl::ColoursNow() const {
     const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
-    return {named("wellDeep"), named("well"), named("text"), Palette().Accent(section)};
+    return {named("stepOff"), named("stepBeat"), named("stepEdge"), named("text"), Palette().Accent(section)};
 }
 
 void CStepLedCtrl::Draw() {
@@ -134,14 +179,27 @@ void CStepLedCtrl::DrawPages() {
 void CStepLedCtrl::DrawLed(int step, const Colours& colours) {
     const int velocity = loudness ? loudness(step) : -1;
     const QRectF area = LedArea(step);
-    QRgb colour = step % 4 == 0 ? colours.beat : colours.off;
+    const bool plays = step == playing;
+    Canvas().Fill(area, colours.edge);
+    const QRectF inner = area.width() >= kLeastFrame ? area.adjusted(1, 1, -1, -1) : area;
+    Canvas().Fill(inner, step / 4 % 2 == 0 ? colours.beat : colours.off);
+    const QRgb lit = plays ? Mix(colours.accent, colours.light, 0.55F) : colours.accent;
     if (velocity >= 0) {
-        colour = Mix(colours.off, colours.accent, 0.30F + 0.70F * static_cast<float>(velocity) / 127.0F);
+        // The quietest note is seen.
+        const qreal high = std::max(2.0, std::round(area.height() * velocity / 127));
+        Canvas().Fill({area.left(), area.bottom() - high, area.width(), high}, lit);
+    } else if (holds && holds(step)) {
+        Canvas().Fill({area.left(), area.bottom() - 2, area.width(), 2}, lit);
     }
-    if (step == playing) colour = Mix(colours.accent, colours.light, 0.55F);
-    Canvas().Fill(area, colour);
-    // The quietest note is seen.
-    if (velocity >= 0 && step != playing) Canvas().Fill({area.left(), area.top(), area.width(), 2}, colours.accent);
+    if (plays) DrawEdge(area, 2, colours.light);
+    if (mouseIsOver && step == hoveredStep && !plays) DrawEdge(area, 1, colours.accent);
+}
+
+void CStepLedCtrl::DrawEdge(const QRectF& area, qreal wide, QRgb colour) {
+    Canvas().Fill({area.left(), area.top(), area.width(), wide}, colour);
+    Canvas().Fill({area.left(), area.bottom() - wide, area.width(), wide}, colour);
+    Canvas().Fill({area.left(), area.top(), wide, area.height()}, colour);
+    Canvas().Fill({area.right() - wide, area.top(), wide, area.height()}, colour);
 }
 
 }  // namespace quib

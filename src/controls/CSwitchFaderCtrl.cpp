@@ -13,12 +13,16 @@ namespace quib {
 
 namespace {
 constexpr int kChooseEffectText = 390;
-}
+constexpr float kFilledShare = 0.45F;  // of the accent, on the well
+constexpr int kTall = 26;              // pixels from which the name is larger
+constexpr int kLevelWidth = 112;       // pixels from which the level is written
+}  // namespace
 
 CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                    int newHeight, CValue* bound, CValue* boundLevel)
     : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
     takesWheel = true;
+    holdsParts = true;
     hoverLook = true;
     doubleClickIsClick = false;
     takesDigits = boundLevel != nullptr;
@@ -33,6 +37,7 @@ void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
         }
         return;
     }
+    Hold({IsSwitch(px) ? Value() : level});
     if (IsSwitch(px)) return SetValueAndUpdate(true, true, IsOn() ? 0.0F : 1.0F);
     dragging = true;
     levelBefore = level->Get();
@@ -76,9 +81,30 @@ void CSwitchFaderCtrl::ChangeLevel(float next) {
     ShowLevel();
 }
 
-void CSwitchFaderCtrl::ShowLevel() {
+QString CSwitchFaderCtrl::LevelText() const {
     const float now = level->Get();
-    Owner().ShowBubble(*this, formatLevel ? formatLevel(now) : QString::number(static_cast<double>(now), 'f', 1));
+    return formatLevel ? formatLevel(now) : QString::number(static_cast<double>(now), 'f', 1);
+}
+
+void CSwitchFaderCtrl::ShowLevel() { Owner().ShowBubble(*this, LevelText()); }
+
+// Enter switches: arrows and digits have the level.
+void CSwitchFaderCtrl::Activate(int /*part*/) {
+    const QPoint middle = Rectangle().center();
+    if (!enabled) return OnLButtonDown(middle.x(), middle.y(), 0);
+    ChangeByUser(IsOn() ? 0.0F : 1.0F);
+}
+
+QString CSwitchFaderCtrl::SpokenValue() const {
+    if (!enabled) return text;
+    const QString state = Text(IsOn() ? TextKey("On") : TextKey("Off"));
+    return QStringList({text, level != nullptr ? LevelText() + QStringLiteral(", ") + state : state})
+        .join(QStringLiteral(", "));
+}
+
+CControl::Range CSwitchFaderCtrl::Amount() const {
+    if (level == nullptr) return CControl::Amount();
+    return {level->Get(), 0, levelMaximum};
 }
 
 void CSwitchFaderCtrl::FinishLevel(float before) {
@@ -88,7 +114,9 @@ void CSwitchFaderCtrl::FinishLevel(float before) {
 void CSwitchFaderCtrl::TakeNumber(float number) {
     if (level == nullptr) return;
     const float before = level->Get();
+    Hold({level});
     ChangeLevel(std::clamp(number, 0.0F, levelMaximum));
+    Hold({});
     FinishLevel(before);
 }
 
@@ -106,6 +134,7 @@ void CSwitchFaderCtrl::SetText(const QString& newText) {
     Update(false, true);
 }
 
+// What is off is a dim name in its well; what is on has a frame, its level and a lit sign.
 void CSwitchFaderCtrl::Draw() {
     const CPalette& palette = Palette();
     const bool on = IsOn();
@@ -114,36 +143,52 @@ void CSwitchFaderCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area(Rectangle());
     if (!enabled) return DrawEmpty(area);
-    Canvas().FillRound(area, 3, palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
-    if (level != nullptr) {
+    const QRgb well = palette.Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well"));
+    const QRgb filled = Mix(palette.Colour(QStringLiteral("well")), accent, kFilledShare);
+    Canvas().FillRound(area, 3, on && level == nullptr ? filled : well);
+    if (level != nullptr && on) {
         const qreal way = (area.width() - kSwitchZone) * static_cast<qreal>(drawnLevel / levelMaximum);
-        const QRgb fill = Mix(palette.Colour(QStringLiteral("well")), accent, on ? 0.45F : 0.18F);
-        if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, fill);
+        if (way > 0.5) Canvas().FillRound(QRectF(area.left(), area.top(), way, area.height()), 3, filled);
     }
-    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("edge")));
-    const bool struck = struckWhileOff && !on;
-    const QRgb textColour = palette.Colour(on       ? QStringLiteral("text")
-                                           : struck ? QStringLiteral("textDim")
-                                                    : QStringLiteral("textMuted"));
-    const QRectF room = area.adjusted(6, 0, -kSwitchZone, 0);
-    Canvas().Text(room, text, textColour, 10, Qt::AlignLeft | Qt::AlignVCenter);
-    if (struck) {
-        const qreal end = std::min(room.right(), room.left() + CCanvas::TextWidth(text, 10));
-        Canvas().Line(room.left(), room.center().y() + 1, end, room.center().y() + 1, textColour);
-    }
-    const QPointF lamp(area.right() - kSwitchZone / 2.0 + 2, area.center().y());
-    if (on) Canvas().Ellipse(lamp, 6.5, WithOpacity(accent, 0.25F));
-    Canvas().Glyph(Skin(), picture::kGlyphPower, lamp, on ? accent : palette.Colour(QStringLiteral("textDim")));
+    Canvas().Frame(area, 3, on ? accent : palette.Colour(QStringLiteral("edge")));
+    DrawName(area.adjusted(6, 0, -kSwitchZone, 0), on);
+    Canvas().Glyph(Skin(), picture::kGlyphPower, {area.right() - kSwitchZone / 2.0 + 2, area.center().y()},
+                   on ? palette.Colour(QStringLiteral("text")) : palette.Colour(QStringLiteral("textDim")));
 }
 
-// Only an outline: there is nothing to switch.
+void CSwitchFaderCtrl::DrawName(QRectF room, bool on) {
+    const QRgb colour = Palette().Colour(on ? QStringLiteral("text") : QStringLiteral("textDim"));
+    const int letters = Height() >= kTall ? 12 : 11;
+    if (on && formatLevel && Width() >= kLevelWidth) {
+        QString decibels = formatLevel(drawnLevel);
+        decibels.remove(QStringLiteral(" dB"));
+        Canvas().Digits(room, decibels, colour, letters, Qt::AlignRight | Qt::AlignVCenter);
+        room.setRight(room.right() - CCanvas::DigitsWidth(decibels, letters) - 4);
+    }
+    Canvas().Text(room, text, colour, letters, Qt::AlignLeft | Qt::AlignVCenter);
+    if (!struckWhileOff || on) return;
+    const qreal end = std::min(room.right(), room.left() + CCanvas::TextWidth(text, letters));
+    Canvas().Line(room.left(), room.center().y() + 1, end, room.center().y() + 1, colour);
+}
+
+// A word and a hairline: there is nothing to switch.
 void CSwitchFaderCtrl::DrawEmpty(const QRectF& area) {
     const CPalette& palette = Palette();
-    if (hovered && onEmptyClick) Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
-    Canvas().Frame(area, 3, palette.Colour(QStringLiteral("line")));
-    const QRgb colour =
-        palette.Colour(hovered && onEmptyClick ? QStringLiteral("textMuted") : QStringLiteral("textOff"));
-    Canvas().Text(area.adjusted(6, 0, -4, 0), text, colour, 10, Qt::AlignLeft | Qt::AlignVCenter);
+    const bool lit = hovered && onEmptyClick;
+    if (lit) Canvas().FillRound(area, 3, palette.Colour(QStringLiteral("well")));
+    Canvas().Fill({area.left(), area.bottom() - 1, area.width(), 1}, palette.Colour(QStringLiteral("line")));
+    Canvas().Text(area.adjusted(6, 0, -4, 0), text,
+                  palette.Colour(lit ? QStringLiteral("text") : QStringLiteral("textDim")), 11,
+                  Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+void CSwitchFaderCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (!enabled) return;
+    const QRect shown = ShownRectangle();
+    const int zone = level != nullptr ? kSwitchZone : Width();
+    if (learns) parts.push_back({QRect(X() + Width() - zone, Y(), zone, Height()).intersected(shown), *learns});
+    if (level == nullptr || !levelLearns) return;
+    parts.push_back({QRect(X(), Y(), Width() - zone, Height()).intersected(shown), *levelLearns});
 }
 
 }  // namespace quib

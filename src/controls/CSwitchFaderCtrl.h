@@ -30,11 +30,19 @@ public:
     bool HasDefault() const override { return level != nullptr; }
     void ReturnToDefault() override;
     bool HasChanged() const override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
+    ERole Role() const override { return level != nullptr ? ERole::kSlider : ERole::kSwitch; }
+    void Activate(int part) override;
+    bool IsUsefulDisabled() const override { return true; }
+    QString ShownText() const override { return text; }
+    QString SpokenValue() const override;
+    Range Amount() const override;
 
     CValue* Level() const noexcept { return level; }
     void SetText(const QString& text);
     void ResetLevel() { ReturnToDefault(); }
 
+    std::optional<ControlTarget> levelLearns;
     float levelMaximum = 127;
     float levelDefault = 0;
     std::function<QString(float)> formatLevel;
@@ -46,7 +54,9 @@ public:
 private:
     bool IsOn() const noexcept { return Value() != nullptr && Value()->IsOn(); }
     bool IsSwitch(int px) const noexcept { return level == nullptr || px - X() >= Width() - kSwitchZone; }
+    void DrawName(QRectF room, bool on);
     void DrawEmpty(const QRectF& area);
+    QString LevelText() const;
     void ShowLevel();
     void ChangeLevel(float next);
     void FinishLevel(float before);

@@ -39,11 +39,18 @@ void CSwitchSelectorCtrl::OnMouseLeave() {
     Update(false, true);
 }
 
+ControlPart CSwitchSelectorCtrl::PartAt(int part) const {
+    return {spokenNames.value(part, segmentLabels.value(part)),
+            {},
+            QRect(X() + part * segmentWidth, Y(), segmentWidth - 1, Height()),
+            part == ChosenPart()};
+}
+
 void CSwitchSelectorCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRgb accent = Palette().Accent(section);
     for (int index = 0; index < segmentLabels.size(); ++index) {
-        const QRectF area = QRectF(X() + index * segmentWidth, Y(), segmentWidth - 1, Height());
+        const QRectF area = QRectF(X() + index * segmentWidth, Y(), segmentWidth - gap, Height());
         EState state = !enabled ? EState::kDisabled : index == hoveredSegment ? EState::kHover : EState::kNormal;
         if (static_cast<int>(ValueNow()) == index + 1) state = EState::kOn;
         DrawCap(Canvas(), area, state, accent);

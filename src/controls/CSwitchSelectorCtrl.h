@@ -19,7 +19,13 @@ public:
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return static_cast<int>(segmentLabels.size()); }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return static_cast<int>(ValueNow()) - 1; }
 
+    int gap = 1;              // pixels between segments
+    QStringList spokenNames;  // of the segments, where their labels are no words
     std::vector<int> glyphs;  // in place of the labels where there is one
 
 private:

@@ -26,7 +26,8 @@ void CTypedNumber::Forget(const CControl& control) noexcept {
 
 // The control that digits go to; null for none.
 CControl* CTypedNumber::NextTarget() const {
-    CControl* const next = target != nullptr ? target : owner.Mouse().Hovered();
+    CControl* const focused = owner.Keys().Control();
+    CControl* const next = target != nullptr ? target : focused != nullptr ? focused : owner.Mouse().Hovered();
     return next != nullptr && next->TakesDigits() ? next : nullptr;
 }
 

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/CWinControl.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -14,6 +16,7 @@ constexpr float kHighest = 6;
 constexpr float kFallPerTick = 26.0F * 0.04F / (kHighest - kLowest);  // 26 decibels a second
 constexpr int kHoldTicks = 38;                                        // 1.5 seconds
 constexpr qreal kClipZone = 4;                                        // pixels
+constexpr qreal kHeldWidth = 2;                                       // pixels
 // Levels at which the colours change, as shares of the scale.
 constexpr float kYellow = (-12 - kLowest) / (kHighest - kLowest);
 constexpr float kRed = (0 - kLowest) / (kHighest - kLowest);
@@ -46,6 +49,16 @@ CVuCtrl::CVuCtrl(CWinControl& window, std::uint32_t number, int left, int top, i
     channels[1].source = right;
 }
 
+void CVuCtrl::SetReason(const QString& text) {
+    if (reason == text) return;
+    reason = text;
+    stale = true;
+}
+
+float CVuCtrl::HeldPeak() const noexcept {
+    return kLowest + std::max(channels[0].held, channels[1].held) * (kHighest - kLowest);
+}
+
 void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
     for (Channel& channel : channels) channel.clipped = false;
     Update(false, true);
@@ -53,7 +66,7 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 
 void CVuCtrl::Tick() {
     if (!IsShown()) return;
-    bool changed = false;
+    bool changed = std::exchange(stale, false);
     for (Channel& channel : channels) {
         if (channel.source != nullptr && Follow(channel)) changed = true;
     }
@@ -82,15 +95,26 @@ bool CVuCtrl::Follow(Channel& channel) const {
     return changed;
 }
 
+QString CVuCtrl::SpokenValue() const { return IsClipped() ? Text("clipped") : QString(); }
+
 void CVuCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area(Rectangle());
+    if (!reason.isEmpty()) return DrawReason(area);
     if (channels[1].source == nullptr) return DrawChannel(channels[0], area);
     const qreal half = ((vertical ? area.width() : area.height()) - 1) / 2;
     DrawChannel(channels[0], vertical ? QRectF(area.left(), area.top(), half, area.height())
                                       : QRectF(area.left(), area.top(), area.width(), half));
     DrawChannel(channels[1], vertical ? QRectF(area.left() + half + 1, area.top(), half, area.height())
                                       : QRectF(area.left(), area.top() + half + 1, area.width(), half));
+}
+
+// On the unlit scale, so that the place is still that of a meter.
+void CVuCtrl::DrawReason(const QRectF& area) {
+    Canvas().Fill(area, colours.well);
+    Canvas().Fill({area.left(), area.top(), area.width(), 1}, colours.unlit[0]);
+    Canvas().Fill({area.left(), area.bottom() - 1, area.width(), 1}, colours.unlit[0]);
+    Canvas().Text(area, reason, Palette().Colour(QStringLiteral("textMuted")), 10);
 }
 
 void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
@@ -112,9 +136,7 @@ void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
     }
     if (channel.held > 0.01F) {
         const qreal place = std::round(length * static_cast<qreal>(channel.held));
-        Canvas().Fill(part(std::max(0.0, place - 1), place), lit[channel.held > kRed      ? 2
-                                                                 : channel.held > kYellow ? 1
-                                                                                          : 0]);
+        Canvas().Fill(part(std::max(0.0, place - kHeldWidth), place), Palette().Colour(QStringLiteral("text")));
     }
     const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
     Canvas().Fill(clipMark, clipMarks[channel.clipped ? 1 : 0]);

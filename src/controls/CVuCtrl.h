@@ -31,8 +31,15 @@ public:
             CValue* right, bool isVertical);
 
     void Draw() override;
+    // Instead of the level: why there is none. Empty: the level again. Drawn with the next tick.
+    void SetReason(const QString& text);
+    // Decibels of the highest level that is held; -60 where there is none.
+    float HeldPeak() const noexcept;
     void OnLButtonDown(int px, int py, int button) override;
     void Tick() override;
+    ERole Role() const override { return ERole::kMeter; }
+    void Activate(int /*part*/) override { OnLButtonDown(X(), Y(), 0); }
+    QString SpokenValue() const override;
 
     bool IsClipped() const noexcept { return channels[0].clipped || channels[1].clipped; }
 
@@ -47,11 +54,14 @@ private:
         int drawnHeld = 0;
     };
     bool Follow(Channel& channel) const;
+    void DrawReason(const QRectF& area);
     void DrawChannel(const Channel& channel, const QRectF& area);
     float Length() const noexcept { return static_cast<float>(vertical ? Height() : Width()); }
 
     std::array<Channel, 2> channels;
     MeterColours colours;
+    QString reason;
+    bool stale = false;
     bool vertical;
 };
 

@@ -24,8 +24,9 @@ int ButtonOf(const QMouseEvent& event) {
 
 }  // namespace
 
-CWinControl::CWinControl(const CControlSettings& controlSettings, QRgb backgroundColour, QWidget* parent)
-    : QWidget(parent), settings(controlSettings), background(backgroundColour), bubble(new CBubble(*this)) {
+CWinControl::CWinControl(const CControlSettings& controlSettings, const char* backgroundName, QWidget* parent)
+    : QWidget(parent), settings(controlSettings), background(backgroundName), bubble(new CBubble(*this)) {
+    InstallSpokenWindows();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -40,6 +41,8 @@ void CWinControl::Remove(CControl& control) {
 void CWinControl::Forget(const CControl& control) noexcept {
     mouse.Forget(control);
     typing.Forget(control);
+    keyFocus.Forget(control);
+    spokenTree.Forget(control);
     for (CControl** const kept : {&menuTarget, &entryTarget}) {
         if (*kept == &control) *kept = nullptr;
     }
@@ -59,7 +62,7 @@ void CWinControl::LayoutAndRefresh() {
     const QSize size = SkinSize();
     if (size.isEmpty()) return;
     skin.SetScale(PhysicalScale());
-    canvas.Reset(size, PhysicalScale(), background);
+    canvas.Reset(size, PhysicalScale(), Palette().Colour(QLatin1String(background)));
     hasBackBuffer = true;
     Arrange(size);
     canvas.SetClip(QRect(QPoint(0, 0), size));
@@ -105,13 +108,13 @@ void CWinControl::HideBubble() { bubble->hide(); }
 
 void CWinControl::RunManualEntry(CControl& control) {
     entryTarget = &control;
-    const QString text = control.Value() != nullptr && control.entryText.isEmpty()
-                             ? QString::number(static_cast<double>(control.ValueNow()))
-                             : control.entryText;
-    auto* const dialog = new CEntryDialog(control.entryTitle, text, this);
+    const QString text = control.EntryText();
+    auto* const dialog = new CEntryDialog(control.EntryTitle(), text, this);
     dialog->move(mapToGlobal(ToWidget(control.Rectangle()).topLeft()) + QPoint(20, 40));
-    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+    connect(dialog, &QDialog::accepted, this, [this, dialog, text] {
         if (entryTarget == nullptr) return;
+        // What is shown rounded and left as it is must not round the value.
+        if (entryTarget->formatEntry && dialog->Text() == text) return;
         if (entryTarget->onTextEntry) return entryTarget->onTextEntry(*entryTarget, dialog->Text());
         entryTarget->TakeNumber(CEntryDialog::NumberOf(dialog->Text()));
     });
@@ -127,13 +130,21 @@ void CWinControl::ShowPopupMenu(CControl& control) {
     if (onPopupMenu) onPopupMenu(control, control.popupMenu);
 }
 
+QPoint CWinControl::MenuPoint() const {
+    const QRect area = keyFocus.Area();
+    return keyFocus.IsActing() && !area.isEmpty() ? mapToGlobal(ToWidget(area).bottomLeft()) : QCursor::pos();
+}
+
 // --- Events -------------------------------------------------------------------------------------------------
 
 bool CWinControl::event(QEvent* event) {
-    // A digit for the control under the mouse, whatever it is a shortcut of.
-    if (event->type() == QEvent::ShortcutOverride && typing.WouldTake(*static_cast<QKeyEvent*>(event))) {
-        event->accept();
-        return true;
+    // A digit for the control under the mouse or with the ring, or a key for the latter, whatever it is a shortcut of.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (typing.WouldTake(key) || keyFocus.WouldTake(key)) {
+            event->accept();
+            return true;
+        }
     }
     return QWidget::event(event);
 }
@@ -142,10 +153,27 @@ void CWinControl::paintEvent(QPaintEvent* event) {
     // The window may have come to a screen of another scale.
     if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
-    canvas.CopyTo(painter, event->region(), devicePixelRatioF());
+    QRegion kept = event->region();
+    for (CPainted* const painted : paintedControls) {
+        if (!painted->Painted().IsShown()) continue;
+        const QRegion part = kept.intersected(ToWidget(painted->Painted().ShownRectangle()));
+        kept -= part;
+        canvas.DrawTo(painter, part, devicePixelRatioF(), [painted](const QRect& area) { painted->PaintArea(area); });
+    }
+    canvas.CopyTo(painter, kept, devicePixelRatioF());
     for (const QRect& rectangle : event->region()) {
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }
+    DrawRing(painter);
+}
+
+// Above what the controls have drawn, and never a part of it.
+void CWinControl::DrawRing(QPainter& painter) const {
+    constexpr int kWidth = 2;
+    const QRect area = keyFocus.Area();
+    if (area.isEmpty() || !hasFocus()) return;
+    painter.setPen(QPen(QColor::fromRgb(Palette().Colour(QStringLiteral("focus"))), kWidth * uiScale));
+    painter.drawRect(ToWidget(area.adjusted(-kWidth, -kWidth, kWidth, kWidth)));
 }
 
 void CWinControl::resizeEvent(QResizeEvent* /*event*/) { LayoutAndRefresh(); }
@@ -156,7 +184,7 @@ void CWinControl::FollowMouse(const QMouseEvent& event) {
     modifiers = event.modifiers();
     const QPoint point = ToSkin(event.position());
     mouse.Move(point.x(), point.y());
-    if (typing.Target() != mouse.Hovered()) typing.Commit();
+    if (typing.Target() != mouse.Hovered() && typing.Target() != keyFocus.Control()) typing.Commit();
 }
 
 void CWinControl::mouseMoveEvent(QMouseEvent* event) { FollowMouse(*event); }
@@ -202,7 +230,7 @@ void CWinControl::leaveEvent(QEvent* /*event*/) {
 // By index: a control that is told a key may build or remove others.
 void CWinControl::keyPressEvent(QKeyEvent* event) {
     modifiers = event->modifiers();
-    if (typing.Take(*event)) return;
+    if (typing.Take(*event) || keyFocus.Take(*event)) return;
     const int key = VirtualKeyOf(*event);
     if (key != 0 && !event->isAutoRepeat()) {
         for (std::size_t index = 0; index < controls.size(); ++index) controls[index]->BroadcastKeyDown(key);
@@ -221,8 +249,16 @@ void CWinControl::keyReleaseEvent(QKeyEvent* event) {
     event->ignore();
 }
 
+bool CWinControl::focusNextPrevChild(bool next) { return keyFocus.Step(next ? 1 : -1); }
+
+void CWinControl::focusInEvent(QFocusEvent* event) {
+    BlitRectangle(RingOf(keyFocus.Area()));
+    QWidget::focusInEvent(event);
+}
+
 // A key that goes up elsewhere is not told to this window.
 void CWinControl::focusOutEvent(QFocusEvent* event) {
+    BlitRectangle(RingOf(keyFocus.Area()));
     typing.Commit();
     BroadcastKeyUp(virtualKey::kShift);
     BroadcastKeyUp(virtualKey::kControl);

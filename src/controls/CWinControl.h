@@ -12,7 +12,9 @@
 
 #include "controls/CCanvas.h"
 #include "controls/CControl.h"
+#include "controls/CKeyFocus.h"
 #include "controls/CMouseRouter.h"
+#include "controls/CSpokenTree.h"
 #include "controls/CTypedNumber.h"
 #include "controls/ControlSettings.h"
 
@@ -24,7 +26,8 @@ class CWinControl : public QWidget {
     Q_OBJECT
 
 public:
-    CWinControl(const CControlSettings& settings, QRgb background, QWidget* parent = nullptr);
+    // `background`: the name of a colour of the palette, for all of its life.
+    CWinControl(const CControlSettings& settings, const char* background, QWidget* parent = nullptr);
     ~CWinControl() override;
 
     // Puts a control behind those that are there. It is drawn with the next layout.
@@ -39,8 +42,14 @@ public:
     const std::vector<std::unique_ptr<CControl>>& Controls() const noexcept { return controls; }
     const CControlSettings& Settings() const noexcept { return settings; }
 
-    CCanvas& Canvas() noexcept { return canvas; }
-    CSkin& Skin() noexcept { return skin; }
+    CCanvas& Canvas() noexcept {
+        canvas.SetSilent(false);
+        return canvas;
+    }
+    CSkin& Skin() noexcept {
+        skin.SetSilent(false);
+        return skin;
+    }
     bool HasBackBuffer() const noexcept { return hasBackBuffer; }
     QSize SkinSize() const;
     // Size of a skin pixel in the desktop's pixels, 0.75..3.
@@ -57,6 +66,11 @@ public:
     bool IsFine() const noexcept { return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0; }
     bool IsControlHeld() const noexcept { return (modifiers & Qt::ControlModifier) != 0; }
     bool IsAltHeld() const noexcept { return (modifiers & Qt::AltModifier) != 0; }
+    // A click with Alt returns to the default; with Ctrl and Shift too, where the desktop keeps Alt for itself.
+    bool IsResetHeld() const noexcept {
+        constexpr Qt::KeyboardModifiers kOther = Qt::ControlModifier | Qt::ShiftModifier;
+        return IsAltHeld() || (modifiers & kOther) == kOther;
+    }
 
     void ShowBubble(CControl& control, const QString& text);
     // Above a part of a control.
@@ -67,6 +81,15 @@ public:
     // The control whose pop-up menu was shown last; null when it is gone.
     CControl* MenuTarget() const noexcept { return menuTarget; }
     CMouseRouter& Mouse() noexcept { return mouse; }
+    CKeyFocus& Keys() noexcept { return keyFocus; }
+    const CKeyFocus& Keys() const noexcept { return keyFocus; }
+    CSpokenTree& Spoken() noexcept { return spokenTree; }
+    // Where a menu opens: at the mouse, or at the control whose key asked for it. Of the screen.
+    QPoint MenuPoint() const;
+    // What the ring about an area covers, in skin pixels.
+    static QRect RingOf(const QRect& area) { return area.isEmpty() ? area : area.adjusted(-4, -4, 4, 4); }
+    // Scrolls a control into view.
+    virtual void Reveal(CControl& /*control*/) {}
     // Screen pixels that were copied from the back buffer since the start.
     qint64 PaintedPixels() const noexcept { return paintedPixels; }
     // A point of the window as the controls count.
@@ -75,6 +98,8 @@ public:
     void Forget(const CControl& control) noexcept;
     void AddTicked(CTicked& ticked) { tickedControls.push_back(&ticked); }
     void RemoveTicked(const CTicked& ticked) { std::erase(tickedControls, &ticked); }
+    void AddPainted(CPainted& painted) { paintedControls.push_back(&painted); }
+    void RemovePainted(const CPainted& painted) { std::erase(paintedControls, &painted); }
 
     CInfoCtrl* infoPanel = nullptr;
     std::function<void(CControl& topLevel)> onControlClicked;
@@ -105,19 +130,24 @@ protected:
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    // A window whose areas use Tab answers false: Ctrl+Tab leaves them.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void BroadcastKeyUp(int virtualKey);
+    void DrawRing(QPainter& painter) const;
     void FollowMouse(const QMouseEvent& event);
     qreal PhysicalScale() const { return uiScale * devicePixelRatioF(); }
 
     const CControlSettings& settings;
-    QRgb background;
+    const char* background;
     CCanvas canvas;
     CSkin skin;
     CMouseRouter mouse{*this};
     std::vector<CTicked*> tickedControls;
+    std::vector<CPainted*> paintedControls;
     qreal uiScale = 1;
     bool hasBackBuffer = false;
     qint64 paintedPixels = 0;
@@ -125,6 +155,8 @@ private:
     CControl* menuTarget = nullptr;
     CControl* entryTarget = nullptr;
     CTypedNumber typing{*this};
+    CKeyFocus keyFocus{*this};
+    CSpokenTree spokenTree{*this};
     CBubble* bubble;
     // Last, so that controls go while the rest is still there.
     std::vector<std::unique_ptr<CControl>> controls;

@@ -60,6 +60,9 @@ constexpr int kGlyphStarEmpty = 352;
 constexpr int kGlyphClock = 353;
 constexpr int kGlyphMostUsed = 354;
 
+constexpr int kGlyphPattern = 360;
+constexpr int kGlyphMore = 361;
+
 // Icons that an instrument can wear: this number and the seven after it.
 constexpr int kInstrumentIcon = 401;
 constexpr int kInstrumentIconCount = 8;

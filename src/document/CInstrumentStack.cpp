@@ -3,9 +3,11 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/InstrumentFile.h"
 #include "texts/Texts.h"
@@ -20,6 +22,29 @@ bool IsInstrumentFile(const QString& path) { return path.endsWith(QLatin1String(
 std::string UsableTitle(std::string title) {
     std::erase_if(title, [](char character) { return character == ';' || character == '\r' || character == '\n'; });
     return title;
+}
+
+// The icon that a plug-in's name speaks of; that of a synthesiser where it speaks of none.
+int IconFor(const std::string& name) {
+    constexpr std::array<std::pair<const char*, int>, 14> kWords = {{{"drum", 1},
+                                                                     {"beat", 1},
+                                                                     {"kick", 1},
+                                                                     {"perc", 1},
+                                                                     {"bass", 2},
+                                                                     {"piano", 3},
+                                                                     {"organ", 3},
+                                                                     {"keys", 3},
+                                                                     {"pad", 4},
+                                                                     {"lead", 5},
+                                                                     {"string", 6},
+                                                                     {"loop", 7},
+                                                                     {"sampl", 7},
+                                                                     {"brass", 5}}};
+    const QString lower = QString::fromStdString(name).toLower();
+    for (const auto& [word, icon] : kWords) {
+        if (lower.contains(QLatin1String(word))) return icon;
+    }
+    return 0;
 }
 
 // Plug-ins that come back must not sound on where they were taken away.
@@ -67,9 +92,11 @@ std::shared_ptr<CInstrument> CInstrumentStack::MakeInstrument(const QString& nam
     if (instrument->title.empty()) {
         instrument->title = UsableTitle(QFileInfo(nameOrPath).completeBaseName().toStdString());
     }
+    instrument->icon = IconFor(instrument->title);
     auto slot = std::make_shared<PluginSlot>();
     slot->plugin = plugin;
     instrument->plugin.Prepare(std::move(slot));
+    instrument->keyboardOn.Set(1.0F);
     return instrument;
 }
 
@@ -93,8 +120,27 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     return index;
 }
 
+void CInstrumentStack::DropControllers(const CInstrument& instrument, const QString& name) {
+    controllers.Drop([id = instrument.Id()](const ControlTarget& target) { return target.instrument == id; }, name);
+}
+
+bool CInstrumentStack::AddInstruments(const InstrumentList& added, const QString& name, QString& error) {
+    InstrumentList list = Instruments();
+    if (list.size() + added.size() > kMaximumInstruments) {
+        error = Text("There are too many instruments.");
+        return false;
+    }
+    const int first = static_cast<int>(list.size());
+    list.insert(list.end(), added.begin(), added.end());
+    SetInstruments(std::move(list), first, name);
+    return true;
+}
+
 void CInstrumentStack::RemoveInstrument(int index) {
-    if (!Instrument(index)) return;
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const CChanges::CMacro step(context.changes, Text("Remove instrument"));
+    DropControllers(*instrument, Text("Remove instrument"));
     InstrumentList list = Instruments();
     list.erase(list.begin() + index);
     const int next = std::min(index, static_cast<int>(list.size()) - 1);
@@ -110,6 +156,20 @@ void CInstrumentStack::MoveInstrument(int from, int to) {
     SetInstruments(std::move(list), to, Text("Move instrument"));
 }
 
+// The title with the first number from 2 that no instrument has: "Kick 2" of "Kick" or of "Kick 7".
+std::string CInstrumentStack::FreshTitle(const std::string& title) const {
+    const std::size_t letters = title.find_last_not_of("0123456789");
+    const bool numbered = letters != std::string::npos && title[letters] == ' ' && letters + 1 < title.size();
+    const std::string stem = numbered ? title.substr(0, letters) : title;
+    const auto taken = [this](const std::string& wanted) {
+        const auto& list = Instruments();
+        return std::any_of(list.begin(), list.end(), [&](const auto& entry) { return entry->title == wanted; });
+    };
+    int copy = 2;
+    while (taken(stem + ' ' + std::to_string(copy))) ++copy;
+    return stem + ' ' + std::to_string(copy);
+}
+
 // By way of its records, so that a copy has all that a file has.
 void CInstrumentStack::DuplicateInstrument(int index) {
     const auto instrument = Instrument(index);
@@ -120,6 +180,7 @@ void CInstrumentStack::DuplicateInstrument(int index) {
     std::string error;
     const auto copy = ReadInstrumentFile({writer.Bytes().data(), writer.Bytes().size()}, loading, error);
     if (!copy) return;
+    copy->title = FreshTitle(instrument->title);
     InstrumentList list = Instruments();
     list.insert(list.begin() + index + 1, copy);
     SetInstruments(std::move(list), index + 1, Text("Duplicate instrument"));
@@ -155,6 +216,12 @@ void CInstrumentStack::ResetInstrument(int index) {
     clear(*old->plugin.ForEdit(), static_cast<int>(ELanes::kPlugin));
     clear(*old->inserts[0].ForEdit(), static_cast<int>(ELanes::kInsert1));
     clear(*old->inserts[1].ForEdit(), static_cast<int>(ELanes::kInsert2));
+    controllers.Retarget(
+        [from = old->Id(), to = fresh->Id()](ControlTarget& target) {
+            if (target.instrument == from) target.instrument = to;
+            return true;
+        },
+        Text("Reset instrument"));
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }
 
@@ -192,6 +259,8 @@ bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& e
     warnings = std::move(loading.warnings);
     StartSilent(*instrument);
     KeepKeys(*instrument);
+    const CChanges::CMacro step(context.changes, Text("Load instrument"));
+    DropControllers(*Instrument(index), Text("Load instrument"));
     ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
     return true;
 }
@@ -246,6 +315,14 @@ bool CInstrumentStack::IsSolo(int index) const {
     return instrument && soloed.count(instrument->Id()) != 0;
 }
 
+std::uint32_t CInstrumentStack::SoloedId() const {
+    if (soloed.empty()) return 0;
+    const auto& list = Instruments();
+    const auto first =
+        std::find_if(list.begin(), list.end(), [this](const auto& entry) { return soloed.count(entry->Id()) != 0; });
+    return first == list.end() ? 0 : (*first)->Id();
+}
+
 void CInstrumentStack::ToggleSolo(int index) {
     const auto instrument = Instrument(index);
     if (!instrument) return;
@@ -283,6 +360,11 @@ void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instr
     FollowEqualizer(instrument, band);
     context.changes.PushDone(
         Text("Equaliser"), [set, after] { set(after); }, [set, before] { set(before); }, &strip.eqFreq[index]);
+    // One hand may move two of them; the lane that is shown then is the frequency's.
+    const CValue& moved = after.frequency != before.frequency ? strip.eqFreq[index]
+                          : after.gain != before.gain         ? strip.eqGain[index]
+                                                              : strip.eqQ[index];
+    Q_EMIT context.changes.ValueMoved(&moved, 0);
 }
 
 // The engine pictures them for instruments that play; the others hold what they were loaded with.

@@ -25,8 +25,9 @@ struct EqBandSettings {
 
 class CInstrumentStack {
 public:
-    CInstrumentStack(const DocumentContext& document, CPluginPlaces& pluginPlaces, CSelection& currentOne)
-        : context(document), places(pluginPlaces), selection(currentOne) {}
+    CInstrumentStack(const DocumentContext& document, CPluginPlaces& pluginPlaces, CSelection& currentOne,
+                     CControllers& controllerMap)
+        : context(document), places(pluginPlaces), selection(currentOne), controllers(controllerMap) {}
 
     const InstrumentList& Instruments() const { return context.Instruments(); }
     // Null for an index or id that is not there.
@@ -37,6 +38,8 @@ public:
     // A plug-in by its name in the lists or by its path, or an instrument file. Gives its index, or -1;
     // `error` is then empty when the user has been told already.
     int AddInstrument(const QString& nameOrPath, QString& error);
+    // Made elsewhere, at the end of the list; one step of undo. False with `error` when there would be too many.
+    bool AddInstruments(const InstrumentList& added, const QString& name, QString& error);
     void RemoveInstrument(int index);
     void MoveInstrument(int from, int to);
     void DuplicateInstrument(int index);
@@ -55,6 +58,8 @@ public:
     // "SoloCumulMode" is on.
     bool IsSolo(int index) const;
     void ToggleSolo(int index);
+    // The first instrument in solo; 0 when there is none.
+    std::uint32_t SoloedId() const;
 
     // Lets the engine follow an equaliser band that has moved.
     void FollowEqualizer(const std::shared_ptr<CInstrument>& instrument, int band) const;
@@ -74,13 +79,17 @@ private:
     void ReplaceInstrument(int index, std::shared_ptr<CInstrument> next, const QString& name);
     std::shared_ptr<CInstrument> MakeInstrument(const QString& nameOrPath, QString& error);
     void KeepKeys(const CInstrument& loaded) { loadedKeys[loaded.Id()] = loaded.play.heldKeys.Items(); }
+    // What MIDI moves of an instrument, in the step in which it goes.
+    void DropControllers(const CInstrument& instrument, const QString& name);
     // As the setting "LevelOffWhenLoadingInst" wants it.
     void StartSilent(CInstrument& loaded) const;
     void ApplySolo();
+    std::string FreshTitle(const std::string& title) const;
 
     const DocumentContext& context;
     CPluginPlaces& places;
     CSelection& selection;
+    CControllers& controllers;
     std::set<std::uint32_t> soloed;
     std::map<std::uint32_t, std::vector<std::int32_t>> loadedKeys;  // held when the instrument was loaded
     std::vector<std::string> warnings;

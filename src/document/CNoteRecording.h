@@ -35,6 +35,9 @@ public:
     // Another project comes: what is not a step yet goes with its instruments.
     void Abandon();
 
+    // The first note of a pattern that is of the take that goes on, as all after it; beyond them when none is.
+    std::size_t FirstRecorded(const std::shared_ptr<const CPattern>& notes) const { return take->FirstRecorded(notes); }
+
     // A key of the current instrument while nothing plays; velocity 0: it went up.
     std::function<void(int key, int velocity)> onStepEntry;
 

@@ -74,7 +74,7 @@ void CNoteTake::Sweep(const std::shared_ptr<CInstrument>& instrument, int patter
 }
 
 // What was there, without what was replaced, with what was played.
-std::shared_ptr<const CPattern> CNoteTake::Written(const Track& track, std::int64_t rendered) {
+std::shared_ptr<const CPattern> CNoteTake::Written(Track& track, std::int64_t rendered) {
     NoteSelection replaced;
     for (const std::uint32_t index : track.before->NotesByStart()) {
         const int step = StepOfPosition(track.before->Notes()[index].position);
@@ -86,12 +86,21 @@ std::shared_ptr<const CPattern> CNoteTake::Written(const Track& track, std::int6
     for (const Recorded& entry : track.notes) {
         if (entry.due <= rendered) added.push_back(entry.note);
     }
-    return AddNotes(RemoveNotes({track.before, {}}, replaced), added).pattern;
+    const NoteState kept = RemoveNotes({track.before, {}}, replaced);
+    track.firstRecorded = kept.Notes().size();
+    return AddNotes(kept, added).pattern;
+}
+
+std::size_t CNoteTake::FirstRecorded(const std::shared_ptr<const CPattern>& notes) const {
+    const auto known = std::ranges::find(tracks, notes, &Track::shown);
+    return known == tracks.end() ? std::numeric_limits<std::size_t>::max() : known->firstRecorded;
 }
 
 void CNoteTake::Rebase() {
-    for (Track& track : tracks)
+    for (Track& track : tracks) {
         track.before = track.shown = track.instrument->patterns[static_cast<std::size_t>(track.pattern)].ForEdit();
+        track.firstRecorded = track.shown->Notes().size();
+    }
 }
 
 bool CNoteTake::IsDisturbed() const {

@@ -5,6 +5,7 @@
 // the next pass on, and one step of undo at the end. User-interface thread.
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -26,6 +27,8 @@ public:
     bool IsEmpty() const noexcept { return tracks.empty(); }
     // Whether somebody else has changed a pattern of the take: time to finish it.
     bool IsDisturbed() const;
+    // The first note of a pattern that is of this take; beyond the last one when it has none there.
+    std::size_t FirstRecorded(const std::shared_ptr<const CPattern>& notes) const;
     // A key that went down or up, as the engine tells it.
     void Take(const EngineNotice& played, const std::shared_ptr<CInstrument>& instrument,
               const NoteTakeOptions& options);
@@ -55,12 +58,13 @@ private:
         std::vector<Recorded> notes;
         std::vector<bool> swept;  // steps that were passed; empty: nothing is replaced
         int lastStep = -1;
+        std::size_t firstRecorded = std::numeric_limits<std::size_t>::max();  // in `shown`
     };
 
     Track& TrackOf(const std::shared_ptr<CInstrument>& instrument, int pattern);
     void Begin(Track& track, const EngineNotice& played, const NoteTakeOptions& options);
     void End(const EngineNotice& played);
-    static std::shared_ptr<const CPattern> Written(const Track& track, std::int64_t rendered);
+    static std::shared_ptr<const CPattern> Written(Track& track, std::int64_t rendered);
 
     CChanges& changes;
     CGesture gesture;

@@ -106,7 +106,10 @@ bool CPresets::RecallPresets(int preset, EOrigin origin) {
     const float before = presetSelected.Get();
     presetSelected.Set(static_cast<float>(preset + 1));
     context.changes.ValueEdited(EnginePart(presetSelected), before, presetSelected.Get(), Text("Select preset"));
+    // Taking what there is may last longer than a block: their patterns begin together all the same.
+    context.audio.Post({EngineCommand::EKind::kHoldLaunch, 0, 1});
     for (int index = 0; index < static_cast<int>(context.Instruments().size()); ++index) RecallPreset(index, preset);
+    context.audio.Post({EngineCommand::EKind::kHoldLaunch, 0, 0});
     return true;
 }
 

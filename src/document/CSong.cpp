@@ -50,11 +50,12 @@ void CSong::SetLoop(StepRange range) {
     gesture.Finish(Text("Loop"));
 }
 
-void CSong::ToggleLoop(StepRange selected) {
+void CSong::ToggleLoop() {
     StepRange range = Loop();
+    const StepRange selected = selectedRange ? selectedRange() : StepRange{};
     if (!IsLoopOn() && range.IsEmpty()) range = selected.IsEmpty() ? StepRange{0, Steps()} : selected;
     CGesture gesture(context.changes);
-    SetLoop(gesture, range, !IsLoopOn() && !range.IsEmpty());
+    SetLoop(gesture, range, !IsLoopOn());
     gesture.Finish(Text("Loop"));
 }
 

@@ -15,8 +15,20 @@ constexpr std::uint64_t kLongestTap = 3'000'000'000;  // nanoseconds
 constexpr std::size_t kMostTaps = 8;
 constexpr float kSlowest = 20.0F;
 constexpr float kFastest = 300.0F;
+constexpr const char* kLaunchName = "PatternLaunch";
 
 }  // namespace
+
+CTransportControl::CTransportControl(const DocumentContext& document) : context(document) {
+    const int kept = context.settings.ReadSettingInt(kSettingsSection, QLatin1String(kLaunchName), 0);
+    context.audio.settings.launch.Set(std::clamp(kept, 0, static_cast<int>(ELaunch::kBar)));
+}
+
+void CTransportControl::SetLaunch(ELaunch launch) {
+    context.audio.settings.launch.Set(static_cast<int>(launch));
+    context.settings.WriteSettingInt(kSettingsSection, QLatin1String(kLaunchName), static_cast<int>(launch));
+    context.changes.Tell({EChange::kValue});
+}
 
 bool CTransportControl::IsPlaying() const {
     const PlayPicture& picture = context.audio.Picture();

@@ -12,7 +12,7 @@ namespace quib {
 
 class CTransportControl {
 public:
-    explicit CTransportControl(const DocumentContext& document) : context(document) {}
+    explicit CTransportControl(const DocumentContext& document);
 
     void Play() { context.audio.Post({EngineCommand::EKind::kPlay}); }
     // What sounds ends; while nothing plays everything ends, known or not.
@@ -32,6 +32,9 @@ public:
     // Also while it is counted in.
     bool IsPlaying() const;
     void Locate(int step);
+    // Where patterns that are chosen during playing begin; kept in the settings.
+    ELaunch Launch() const noexcept { return static_cast<ELaunch>(context.audio.settings.launch.Get()); }
+    void SetLaunch(ELaunch launch);
     // Sets the tempo from the time between two calls or more.
     void TapTempo();
     // A key of an instrument (by id) as if it came in by MIDI just now; velocity 0 ends it.

@@ -22,6 +22,8 @@ QString WithSlash(const QString& folder) {
     return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
 }
 
+QString FromPath(const fs::path& path) { return QString::fromStdString(path.string()); }
+
 bool MakeFolder(const QString& folder) { return QDir().mkpath(folder); }
 
 }  // namespace
@@ -34,6 +36,7 @@ Folders::Folders(const QString& programFolder)
       pluginInstruments(program + QStringLiteral("PluginInstruments/")),
       pluginEffects(program + QStringLiteral("PluginEffects/")),
       programs(program + QStringLiteral("Programs/")),
+      loops(program + QStringLiteral("Loops/")),
       backups(program + QStringLiteral("Backups/")),
       currentProject(program + QStringLiteral("current.prg")),
       backupProject(program + QStringLiteral("backup.prg")),
@@ -44,10 +47,9 @@ QString FindProgramFolder(const CSettings& settings, const QString& wanted) {
         MakeFolder(wanted);
         return WithSlash(QFileInfo(wanted).absoluteFilePath());
     }
+    if (IsPortableCopy()) return WithSlash(FromPath(ExecutableFolder()));
     const QString kept = settings.ReadSettingString(kSettingsSection, QStringLiteral("CurrentDir"));
     if (!kept.isEmpty() && MakeFolder(kept)) return WithSlash(kept);
-    const QString beside = QString::fromStdString(ExecutableFolder().string());
-    if (!beside.isEmpty() && QFileInfo(beside).isWritable()) return WithSlash(beside);
     const QString own =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/QUIBSequencer/");
     MakeFolder(own);
@@ -64,7 +66,7 @@ void KeepPluginFolders(CSettings& settings, const QStringList& added) {
 }
 
 QStringList OwnPluginFolders(const Folders& folders, bool instruments) {
-    const QString beside = WithSlash(QString::fromStdString(ExecutableFolder().string()));
+    const QString beside = WithSlash(FromPath(ShippedLibraries()));
     if (instruments) return {folders.pluginInstruments, beside + QStringLiteral("PluginInstruments/")};
     return {folders.pluginEffects, beside + QStringLiteral("PluginEffects/")};
 }
@@ -86,11 +88,16 @@ void PrepareFolders(const Folders& folders, CSettings& settings) {
         MakeFolder(folder);
     }
     MakeFolder(folders.pluginEffects);
+    MakeFolder(folders.loops);
+    // Where the loop player of the program looks, besides its own folder.
+    if (!qEnvironmentVariableIsSet("QUIB_LOOPS")) qputenv("QUIB_LOOPS", folders.loops.toLocal8Bit());
     std::error_code ignored;
     fs::current_path(folders.program.toStdString(), ignored);
 
-    settings.WriteSettingString(kSharedSection, QStringLiteral("CurrentDir"), folders.program);
-    settings.WriteSettingString(kSettingsSection, QStringLiteral("CurrentDir"), folders.program);
+    if (!IsPortableCopy()) {
+        settings.WriteSettingString(kSharedSection, QStringLiteral("CurrentDir"), folders.program);
+        settings.WriteSettingString(kSettingsSection, QStringLiteral("CurrentDir"), folders.program);
+    }
     const struct {
         const QString& folder;
         const char* name;

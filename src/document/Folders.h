@@ -19,6 +19,7 @@ struct Folders {
     QString pluginInstruments;
     QString pluginEffects;
     QString programs;
+    QString loops;           // the user's own
     QString backups;
     QString currentProject;  // file written at exit
     QString backupProject;   // file written while the program runs
@@ -28,11 +29,11 @@ struct Folders {
     Folders() = default;
 };
 
-// `wanted` if it is not empty, else "CurrentDir" of the settings, else the folder of the executable when
-// it can be written, else the user's own folder for data. One that cannot be made is passed over.
+// `wanted` if it is not empty, else the folder of the executable in a portable copy, else "CurrentDir" of the
+// settings, else the user's own folder for data. One that cannot be made is passed over.
 QString FindProgramFolder(const CSettings& settings, const QString& wanted = {});
 
-// Makes the folders and writes all of them into the settings.
+// Makes the folders and writes all of them into the settings, but for the place of a portable copy.
 void PrepareFolders(const Folders& folders, CSettings& settings);
 
 // Folders with plug-ins that the user has added.

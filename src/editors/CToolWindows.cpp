@@ -28,6 +28,16 @@ CToolWindow* CToolWindows::Open(ETool tool) {
     return window.get();
 }
 
+std::vector<ETool> CToolWindows::CloseAll() {
+    std::vector<ETool> open;
+    for (const auto& [tool, window] : windows) {
+        window->KeepPlacement();
+        if (window->isVisible()) open.push_back(tool);
+    }
+    windows.clear();
+    return open;
+}
+
 CToolWindow* CToolWindows::Find(ETool tool) const {
     const auto known = windows.find(tool);
     return known == windows.end() ? nullptr : known->second.get();
@@ -49,6 +59,18 @@ void CToolWindows::Retranslate() {
 
 void CToolWindows::KeepPlacements() {
     for (const auto& [tool, window] : windows) window->KeepPlacement();
+    CSettings& store = context.document.Settings();
+    for (const ToolRow& row : ToolTable()) {
+        const CToolWindow* const window = Find(row.tool);
+        const int open = window != nullptr && window->isVisible() ? 1 : 0;
+        if (WasOpen(row) != (open == 1)) store.WriteSettingInt(kWindowsSection, OpenName(row), open);
+    }
+}
+
+QString CToolWindows::OpenName(const ToolRow& row) { return QLatin1String(row.placement) + QStringLiteral("Open"); }
+
+bool CToolWindows::WasOpen(const ToolRow& row) const {
+    return context.document.Settings().ReadSettingInt(kWindowsSection, OpenName(row), 0) == 1;
 }
 
 void CToolWindows::FollowEngine() {

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "editors/ToolTable.h"
 
@@ -24,17 +25,24 @@ public:
     static bool Has(ETool tool);
     // Brings the window to the front; null when there is no such window.
     CToolWindow* Open(ETool tool);
+    // Closes all of them for good and tells which were open, so that they can be made anew.
+    std::vector<ETool> CloseAll();
     // Null when it has not been made.
     CToolWindow* Find(ETool tool) const;
     void SetScale(int percent);
     // Where the help of the windows' controls is shown: the console's panel. To be told of each new one.
     void SetInfoPanel(CInfoCtrl* panel);
     void Retranslate();
+    // Where they are, and which of them are open.
     void KeepPlacements();
+    // Whether it was open when that was kept.
+    bool WasOpen(const ToolRow& row) const;
     // The 40 ms work.
     void FollowEngine();
 
 private:
+    static QString OpenName(const ToolRow& row);
+
     ToolContext context;
     QWidget* parent;
     int scale = 100;

@@ -8,6 +8,7 @@
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/ball/CWinControlBall.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
+#include "editors/tutorial/CWinControlTutorial.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -45,7 +46,7 @@ const std::array kRows = {
             Qt::Key_F4,
             Make<CWinControlArpeggiator>},
     ToolRow{ETool::kBall, "Ball", TextKey("Ball pad"), {445, 436}, true, false, Qt::Key_F5, Make<CWinControlBall>},
-    ToolRow{ETool::kTutorial, "Tutorial", TextKey("Tutorial"), {640, 580}, true, true, Qt::Key_unknown, nullptr},
+    ToolRow{ETool::kTutorial, "Tutorial", TextKey("Tutorial"), {640, 580}, true, true, Qt::Key_unknown, Make<CWinControlTutorial>},
 };
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace {
 constexpr double kBeat = 1000;  // hertz
 constexpr double kAccent = 1600;
 constexpr double kDecay = 0.012;  // seconds
-constexpr double kSilence = 1e-4;
+constexpr double kInaudible = 1e-4;
 
 int StepsPerBeat(const EngineSettings& engine) noexcept { return std::max(1, engine.stepsPerBeat.Get()); }
 int BeatsPerBar(const EngineSettings& engine) noexcept { return std::max(1, engine.beatsPerBar.Get()); }
@@ -73,7 +73,7 @@ void CMetronome::Strike(bool accented, double sampleRate) noexcept {
 
 void CMetronome::Sound(int from, int to, float* left, float* right) noexcept {
     const auto gain = static_cast<double>(std::clamp(settings.level.Get(), 0.0F, 1.0F));
-    for (int frame = from; frame < to && click.envelope > kSilence; ++frame) {
+    for (int frame = from; frame < to && click.envelope > kInaudible; ++frame) {
         const auto value = static_cast<float>(gain * click.envelope * std::sin(click.phase));
         left[frame] += value;
         right[frame] += value;

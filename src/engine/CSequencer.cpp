@@ -147,15 +147,16 @@ void CSequencer::RunStep(BlockContext& block, const EngineSettings& settings, CT
     ++transport.ran;
     transport.SetTempo(block.sampleRate, settings.stepsPerBeat.Get(), TempoOf(block, settings, step));
 
-    const bool synchroEnds = !block.songMode && SynchroEnds(block, settings);
-    const bool atBeat = AtBeat(block, settings.stepsPerBeat.Get());
+    const int launchSteps = LaunchSteps(settings);
+    const Boundary boundary{AtBeat(block, settings.stepsPerBeat.Get()), !block.songMode && SynchroEnds(block, settings),
+                            launchSteps > 0 && !transport.launchHeld && step % launchSteps == 0, launchSteps == 0};
     transport.maxStepCount = 1;
     for (BlockInstrument& entry : block.instruments) {
         CInstrument& instrument = *entry.instrument;
         if (block.songMode) {
             FollowPlaylist(instrument, step);
         } else {
-            AdvancePattern(instrument, atBeat, synchroEnds && TakesPartInSynchro(instrument, settings));
+            AdvancePattern(instrument, boundary, boundary.synchroEnds && TakesPartInSynchro(instrument, settings));
         }
         RunInstrument(entry, block, transport);
         if (instrument.play.currentStep >= 0)
@@ -195,22 +196,27 @@ void FollowPlaylist(CInstrument& instrument, int globalStep) noexcept {
     if (place.entry >= 0) play.currentPattern = playlist[static_cast<std::size_t>(place.entry)].pattern;
 }
 
-void CSequencer::AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept {
+void CSequencer::AdvancePattern(CInstrument& instrument, const Boundary& boundary, bool forceEnd) noexcept {
     InstrumentPlayState& play = instrument.play;
+    if (boundary.launches && play.nextPattern >= 0) {
+        // The waiting pattern begins from its start, wherever the one before is.
+        play.restartStep = -1;
+        return EndPattern(instrument, true);
+    }
     if (forceEnd) {
         play.currentStep = LoopLength(instrument);
-    } else if (play.restartStep >= 0 && atBeat) {
+    } else if (play.restartStep >= 0 && boundary.atBeat) {
         play.currentStep = std::exchange(play.restartStep, -1);
     } else if (play.currentStep >= 0) {
         ++play.currentStep;
     }
-    if (play.currentStep >= LoopLength(instrument)) EndPattern(instrument);
+    if (play.currentStep >= LoopLength(instrument)) EndPattern(instrument, boundary.launchesAtEnd);
 }
 
-void CSequencer::EndPattern(CInstrument& instrument) noexcept {
+void CSequencer::EndPattern(CInstrument& instrument, bool launches) noexcept {
     InstrumentPlayState& play = instrument.play;
     const EStepNumberMode mode = SelectedStepNumberMode(instrument);
-    if (play.nextPattern >= 0) {
+    if (launches && play.nextPattern >= 0) {
         play.currentPattern = std::exchange(play.nextPattern, -1);
     } else if (mode == EStepNumberMode::kChain) {
         for (int distance = 1; distance <= kPatternCount; ++distance) {

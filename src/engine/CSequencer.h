@@ -31,8 +31,15 @@ public:
 private:
     void RunStep(BlockContext& block, const EngineSettings& settings, CTransport& transport) noexcept;
     void RunInstrument(BlockInstrument& entry, const BlockContext& block, const CTransport& transport) noexcept;
-    void AdvancePattern(CInstrument& instrument, bool atBeat, bool forceEnd) noexcept;
-    void EndPattern(CInstrument& instrument) noexcept;
+    // What a step boundary means to instruments in pattern mode.
+    struct Boundary {
+        bool atBeat = false;
+        bool synchroEnds = false;
+        bool launches = false;  // waiting patterns begin here
+        bool launchesAtEnd = true;
+    };
+    void AdvancePattern(CInstrument& instrument, const Boundary& boundary, bool forceEnd) noexcept;
+    void EndPattern(CInstrument& instrument, bool launches) noexcept;
     void EvolveBalls(BlockInstrument& entry, const BlockContext& block) noexcept;
 
     CRandom& random;

@@ -29,6 +29,8 @@ public:
     // The step, of the song or counted from its start, where playing ends.
     void StopAt(int step) noexcept;
     void Locate(BlockContext& block, int step) noexcept;
+    // Until all that is to begin together has been chosen.
+    void HoldLaunch(bool on) noexcept { transport.launchHeld = on; }
 
     // Plays the steps of the block; afterwards the block knows its time.
     void Advance(BlockContext& block, const EngineSettings& settings, bool recording) noexcept;

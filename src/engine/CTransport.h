@@ -20,6 +20,7 @@ struct CTransport {
     std::uint32_t run = 0;           // grows when playing starts or ends
     std::int32_t ran = 0;            // steps since playing started
     std::uint64_t stepTime = 0;      // nanoseconds at which the last step began
+    bool launchHeld = false;         // patterns that wait for beat or bar wait on
     bool loopJumped = false;         // sounding notes end at the next boundary
 
     // Timing of the step under way, set when it begins; a change of tempo acts with the next one.

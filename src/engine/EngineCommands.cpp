@@ -10,10 +10,12 @@ namespace quib {
 
 namespace {
 
-void SelectPattern(InstrumentPlayState& play, int pattern, bool playing) noexcept {
+void SelectPattern(InstrumentPlayState& play, int pattern, const CommandTargets& targets) noexcept {
     if (pattern < 0 || pattern >= kPatternCount) return;
-    if (playing && play.currentStep >= 0) {
-        play.nextPattern = pattern;
+    if (targets.songTime.Transport().playing && play.currentStep >= 0) {
+        // The one that plays goes on where it is; only its own end would begin it anew.
+        const bool goesOn = pattern == play.currentPattern && LaunchSteps(targets.settings) > 0;
+        play.nextPattern = goesOn ? -1 : pattern;
     } else {
         play.currentPattern = pattern;
     }
@@ -36,7 +38,7 @@ void RunInstrumentCommand(const EngineCommand& command, BlockInstrument& entry,
     CInstrument& instrument = *entry.instrument;
     switch (command.kind) {
         case EngineCommand::EKind::kSelectPattern:
-            return SelectPattern(instrument.play, command.value, targets.songTime.Transport().playing);
+            return SelectPattern(instrument.play, command.value, targets);
         case EngineCommand::EKind::kStartPattern:
             instrument.play.restartStep = std::max(0, command.value);
             return;
@@ -89,6 +91,8 @@ void RunCommand(const EngineCommand& command, const CommandTargets& targets) noe
             return targets.songTime.StopAt(command.value);
         case EngineCommand::EKind::kLocate:
             return targets.songTime.Locate(targets.block, command.value);
+        case EngineCommand::EKind::kHoldLaunch:
+            return targets.songTime.HoldLaunch(command.value != 0);
         default:
             break;
     }

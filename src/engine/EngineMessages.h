@@ -15,8 +15,9 @@ struct EngineCommand {
         kStop,           // sounding notes end; while nothing plays: kPanic
         kStopAt,         // value: step where the next playing ends, of the song or counted from its start
         kLocate,         // value: song step
-        kSelectPattern,  // value: pattern; at once when stopped, at the end of the current one when playing
+        kSelectPattern,  // value: pattern; at once when stopped, else as ELaunch tells
         kStartPattern,   // value: step; the current pattern begins there at the next beat
+        kHoldLaunch,     // value: not 0: patterns that wait for beat or bar wait on until it is 0 again
         kMoveBall,       // value: ball; x, y: 0..127; what is assigned to it follows at once
         kPlayNote,       // value: key; x: velocity, 0 ends the note; as if it came in by MIDI
         kAudition,       // the same straight to the plug-in, as a note of a pattern goes there
@@ -38,6 +39,8 @@ struct EngineNotice {
         kProgramSelected,  // instrument, value: program to set in its plug-in
         kLanePoint,        // instrument, lane, pattern, x, y: recorded automation of a MIDI lane
         kLimitLearned,     // instrument: its key range has changed
+        kControlHeard,     // while a control is being learned; value: status, data 1 and 2 from the lowest byte on
+        kControlAction,    // instrument, lane: EControlTarget, value: its index; a key or controller asks for it
         kNote,             // instrument, value: key, lane: velocity, 0 for its end, pattern, x: step, -1 while
                            // nothing plays, y: samples of a step, sample
     };

@@ -22,6 +22,13 @@ CValue* EngineSetting(EngineSettings& settings, int lane) noexcept {
     }
 }
 
+int LaunchSteps(const EngineSettings& settings) noexcept {
+    const int beat = std::max(1, settings.stepsPerBeat.Get());
+    if (settings.launch.Get() == static_cast<int>(ELaunch::kBeat)) return beat;
+    const bool bar = settings.launch.Get() == static_cast<int>(ELaunch::kBar);
+    return bar ? beat * std::max(1, settings.beatsPerBar.Get()) : 0;
+}
+
 float SafeTempo(const EngineSettings& settings) noexcept {
     const float tempo = settings.tempo.Get();
     return tempo > 10.0F ? std::min(tempo, 1000.0F) : 10.0F;

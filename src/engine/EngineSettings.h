@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "model/CEventLanes.h"
 #include "model/CValue.h"
@@ -13,6 +14,9 @@
 #include "model/MixLanes.h"
 
 namespace quib {
+
+// Where a pattern that is chosen during playing begins.
+enum class ELaunch : std::uint8_t { kPatternEnd, kBeat, kBar };
 
 struct EngineSettings {
     CValue songMode{1.0F};           // switch: patterns follow the playlists
@@ -23,12 +27,14 @@ struct EngineSettings {
     CIntegerValue stepsPerBeat{4};   // 4: a step is a sixteenth note
     CIntegerValue beatsPerBar{4};    // time signature: its beats,
     CIntegerValue beatUnit{4};       // and the note that is one beat: 1, 2, 4, 8, 16
+    CIntegerValue launch;            // ELaunch
     CIntegerValue timebase{96};      // ticks of a quarter note, for the grids of editors
     CValue tempo{120.0F};            // beats per minute
     CValue masterLevel{127.0F};      // 0..127
     CValue headphonesLevel{127.0F};  // 0..127: of what is heard, not of what is recorded
     CValue crossfader;               // 0..127: side A .. side B
     std::array<CValue, kInsertCount> masterInsertOn;
+    CSharedSetting<std::uint32_t> heldLanes;  // bit n: the hand is on master lane n, which plays nothing
 };
 
 // The setting behind a master lane, or null for an index out of range.
@@ -38,6 +44,10 @@ CValue* EngineSetting(EngineSettings& settings, int lane) noexcept;
 inline bool HasLoop(const EngineSettings& settings) noexcept {
     return settings.loopOn.IsOn() && settings.loopEnd.Get() > std::max(0, settings.loopStart.Get());
 }
+
+// How many steps lie between two places where waiting patterns begin, counted from the start of playing; 0: they
+// wait for the end of the one that plays.
+int LaunchSteps(const EngineSettings& settings) noexcept;
 
 // Tempo that playback uses, in beats per minute: always a number within [10, 1000].
 float SafeTempo(const EngineSettings& settings) noexcept;

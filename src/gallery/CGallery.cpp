@@ -30,7 +30,7 @@ void CGalleryPatterns::CopyPattern(int from, int to) {
     look.filled = (look.filled >> from & 1U) != 0 ? look.filled | bit : look.filled & ~bit;
 }
 
-CGallery::CGallery() : CWinControl(gallerySettings, Palette().Colour(QStringLiteral("window"))) {
+CGallery::CGallery() : CWinControl(gallerySettings, "window") {
     setWindowTitle(QStringLiteral("Gallery of controls"));
     BuildFaders();
     BuildKnobs();

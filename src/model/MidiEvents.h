@@ -11,6 +11,8 @@ namespace quib {
 // Most messages that one plug-in takes in one block.
 constexpr std::size_t kMaximumBlockEvents = 4096;
 
+constexpr int kHighestKey = 127;
+constexpr int kHighestVelocity = 127;
 constexpr int kNoteOff = 128;
 constexpr int kNoteOn = 144;
 constexpr int kControlChange = 176;

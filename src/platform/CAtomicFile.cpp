@@ -23,7 +23,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t kPermissionBits = 07777;
-constexpr mode_t kNewFile = 0666;  // before the process's mask
 constexpr mode_t kPrivate = 0600;
 
 CFileCalls systemCalls;  // holds nothing

@@ -15,6 +15,9 @@
 
 namespace quib {
 
+// Of a file that is new, before the process's mask.
+constexpr mode_t kNewFile = 0666;
+
 // The calls of the system that a replacement makes; each as the function of its name, with errno.
 // Tests derive from it to make calls fail.
 class CFileCalls {

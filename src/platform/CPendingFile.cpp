@@ -15,8 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t kNewFile = 0666;  // before the process's mask
-
 std::string ReasonOf(int number) { return std::generic_category().message(number); }
 
 }  // namespace

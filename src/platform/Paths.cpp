@@ -25,12 +25,30 @@ void AppendList(std::vector<fs::path>& folders, const std::string& list) {
     }
 }
 
+// Installed places by their way from the programs, so that the whole installation may be moved.
+fs::path Shipped(const char* name, const char* fromPrograms) {
+    const fs::path programs = ExecutableFolder();
+    std::error_code error;
+    return fs::exists(programs / name, error) ? programs : (programs / fromPrograms).lexically_normal();
+}
+
 }  // namespace
 
 fs::path ExecutableFolder() {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
     return error ? fs::path() : executable.parent_path();
+}
+
+fs::path ShippedLibraries() { return Shipped("PluginInstruments", QUIB_LIBRARIES_FROM_PROGRAMS); }
+
+fs::path ShippedData() { return Shipped("Loops", QUIB_DATA_FROM_PROGRAMS); }
+
+fs::path ShippedDocuments() { return Shipped("UserGuideEnglish.pdf", QUIB_DOCUMENTS_FROM_PROGRAMS); }
+
+bool IsPortableCopy() {
+    std::error_code error;
+    return fs::exists(ExecutableFolder() / "quib-portable", error);
 }
 
 std::vector<fs::path> SystemPluginFolders() {

@@ -74,6 +74,9 @@ inline constexpr NumberedText kInfoTexts[] = {
      "ÉCOUTE - Les notes s'entendent quand vous les ajoutez, pressez ou déplacez."},
     {421, "FOLLOW - Turns the page with the music.", "SUIVRE - Tourne la page avec la musique."},
     {422, "ZOOM - Shows more or less time.", "ZOOM - Montre plus ou moins de temps."},
+    {534, "MORE - The tools that the window has no room for.",
+     "PLUS - Les outils qui ne tiennent pas dans la fenêtre."},
+    {533, "ZOOM - Higher or lower rows.", "ZOOM - Des rangées plus ou moins hautes."},
     {423, "MIDI INPUT - The channel that the instrument listens to.",
      "ENTRÉE MIDI - Le canal que l'instrument écoute."},
     {424,
@@ -123,12 +126,24 @@ inline constexpr NumberedText kInfoTexts[] = {
      "BOUCLE - Répète la partie du morceau entre les marques de boucle de la playlist."},
     {435, "SYNCHRO - All patterns restart together with the longest one.",
      "SYNCHRO - Tous les motifs repartent ensemble avec le plus long."},
-    {436, "TEMPO - 20 to 300 beats per minute. Click with the right button to type a value.",
-     "TEMPO - De 20 à 300 battements par minute. Cliquez du bouton droit pour taper une valeur."},
+    {436,
+     "TEMPO - 20 to 300 beats per minute. Double click or right button: type a value. Alt, or Ctrl+Shift, + click: "
+     "120.",
+     "TEMPO - De 20 à 300 battements par minute. Double clic ou bouton droit : taper une valeur. Alt, ou Ctrl+Maj, + "
+     "clic : 120."},
     {437, "TAP - Click in time with the music to set the tempo.", "TAP - Cliquez en rythme pour régler le tempo."},
     {438, "POSITION - Bar, beat and step of what is playing.", "POSITION - Mesure, temps et pas de la lecture."},
     {439, "CPU - Share of the time of a block that rendering it takes. Near 100 % the sound breaks up.",
      "CPU - Part du temps d'un bloc que prend son calcul. Vers 100 %, le son se coupe."},
+    // Why a control cannot be used now
+    {511, "EDIT - There is no effect in this place. Choose one in the field to the left.",
+     "ÉDITER - Il n'y a pas d'effet à cet endroit. Choisissez-en un dans le champ à gauche."},
+    {512, "MASTER INSERT - There is no effect to switch yet. Choose one in the field to the right.",
+     "INSERT MASTER - Il n'y a pas encore d'effet à activer. Choisissez-en un dans le champ à droite."},
+    {513, "SEND - There is no shared effect in this place yet. A click chooses one.",
+     "SEND - Il n'y a pas encore d'effet partagé à cet endroit. Un clic en choisit un."},
+    {514, "INSERT - There is no effect in this place yet. A click chooses one.",
+     "INSERT - Il n'y a pas encore d'effet à cet endroit. Un clic en choisit un."},
     // Automation
     {520, "PATTERN, SONG - Whether the points belong to the selected pattern or to the song.",
      "MOTIF, MORCEAU - Si les points appartiennent au motif choisi ou au morceau."},
@@ -148,6 +163,11 @@ inline constexpr NumberedText kInfoTexts[] = {
     {528, "TIME, VALUE - Of the selected point. Click to type it.",
      "TEMPS, VALEUR - Du point choisi. Cliquez pour taper."},
     {529, "CLEAR - Removes all points of this lane.", "VIDER - Efface tous les points de cette courbe."},
+    {532,
+     "LANE - What stands below the notes: their velocities, or any lane of the pattern's automation. Click adds a "
+     "point, drag moves it, Ctrl draws freely, the wheel changes the value.",
+     "COURBE - Ce qui figure sous les notes : leurs vélocités, ou toute courbe d'automation du motif. Un clic ajoute "
+     "un point, tirer le déplace, Ctrl dessine librement, la molette change la valeur."},
     {530, "LANES - Everything that can be automated, what is in use first. Click to show a lane.",
      "COURBES - Tout ce qui s'automatise, d'abord ce qui sert. Cliquez pour montrer une courbe."},
     {531,
@@ -157,10 +177,11 @@ inline constexpr NumberedText kInfoTexts[] = {
      "bouton droit pour choisir."},
     // Ball pad
     {540,
-     "PAD - Drag a ball, or throw it: it glides until you catch it. Shift makes it fine, Alt+click puts it in the "
-     "middle, double click types its place.",
-     "PAVÉ - Glissez une bille, ou lancez-la : elle glisse jusqu'à ce que vous l'attrapiez. Maj affine, Alt+clic la "
-     "met au milieu, double-clic tape sa place."},
+     "PAD - Drag a ball, or throw it: it glides until you catch it. Shift makes it fine, Alt or Ctrl+Shift + click "
+     "puts it in the middle, double click types its place.",
+     "PAVÉ - Glissez une bille, ou lancez-la : elle glisse jusqu'à ce que vous l'attrapiez. Maj affine, Alt ou "
+     "Ctrl+Maj "
+     "+ clic la met au milieu, double-clic tape sa place."},
     {541, "BALLS - Each ball moves the controls that are assigned to it.",
      "BILLES - Chaque bille tourne les boutons qui lui sont assignés."},
     {542, "NEW PLACE - The ball jumps by itself, every so many steps.",
@@ -180,6 +201,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "ÉCRIRE DANS LE MOTIF - Met l'arpège dans le motif choisi, à la place de ses notes."},
     {552, "KEYS - Shows the keyboard in the strip. The arpeggiator plays the keys that are held there.",
      "CLAVIER - Montre le clavier de la tranche. L'arpégiateur joue les touches tenues là."},
+    {570, "LATCH - Keys play on after they went up, until another chord begins or this is switched off.",
+     "MAINTIEN - Les touches continuent une fois relâchées, jusqu'à l'accord suivant ou jusqu'à ce bouton."},
     {440, "XRUNS - How often the sound device did not get its block in time.",
      "XRUNS - Nombre de fois où la carte son n'a pas reçu son bloc à temps."},
     {441, "OUTPUT - The sound device that plays, and its sample rate. It is chosen under Settings, Audio & Midi.",
@@ -206,19 +229,25 @@ inline constexpr NumberedText kInfoTexts[] = {
      "MASTER INSERT - An effect through which the whole sound goes. The button on the left switches it on and off.",
      "INSERT MASTER - Un effet que tout le son traverse. Le bouton de gauche l'active ou le coupe."},
     {451, "EDIT - Opens the window of the effect.", "ÉDITER - Ouvre la fenêtre de l'effet."},
-    {452, "MASTER LEVEL - Level of the whole sound. Double click to type decibels. Alt + click: full level.",
-     "NIVEAU MASTER - Niveau de tout le son. Double clic : taper des décibels. Alt + clic : niveau maximum."},
+    {452,
+     "MASTER LEVEL - Level of the whole sound. Double click or right button: type decibels. Alt, or Ctrl+Shift, + "
+     "click: full level, 0 dB.",
+     "NIVEAU MASTER - Niveau de tout le son. Double clic ou bouton droit : taper des décibels. Alt, ou Ctrl+Maj, + "
+     "clic : niveau maximum, 0 dB."},
     {453,
      "METER - Peak level of the left and right channel. The mark on top stays lit after clipping until you click it.",
      "VU-MÈTRE - Niveau crête des voies gauche et droite. La marque du haut reste allumée après une saturation, "
      "jusqu'au clic."},
-    {454, "HEADPHONES - Level of what you hear. A recording is not changed by it.",
-     "CASQUE - Niveau de ce que vous entendez. Un enregistrement n'en est pas changé."},
+    {454,
+     "HEADPHONES - Level of what you hear. A recording is not changed by it. Double click or right button: type "
+     "decibels. Alt, or Ctrl+Shift, + click: full level, 0 dB.",
+     "CASQUE - Niveau de ce que vous entendez. Un enregistrement n'en est pas changé. Double clic ou bouton droit : "
+     "taper des décibels. Alt, ou Ctrl+Maj, + clic : niveau maximum, 0 dB."},
     {455,
      "CROSSFADER - Fades between the instruments of group A and those of group B. Instruments in neither group always "
-     "sound.",
+     "sound. Double click: the middle.",
      "CROSSFADER - Passe des instruments du groupe A à ceux du groupe B. Les instruments sans groupe sonnent "
-     "toujours."},
+     "toujours. Double clic : le milieu."},
     {456, "PRESETS - Recalls the preset of this number in every instrument that has one. Arrow keys step through them.",
      "PRESETS - Rappelle le preset de ce numéro dans chaque instrument qui en a un. Les flèches passent de l'un à "
      "l'autre."},
@@ -253,17 +282,16 @@ inline constexpr NumberedText kInfoTexts[] = {
      "CLAVIER - Cliquez une touche pour la jouer. Avec Ctrl ou Maj elle reste enfoncée jusqu'au prochain clic de ce "
      "genre. La molette défile."},
     {470,
-     "LEVEL - Level of the instrument. Double click to type decibels. Alt + click: the level of a new one. Shift makes "
-     "the "
-     "drag finer.",
-     "NIVEAU - Niveau de l'instrument. Double clic : taper des décibels. Alt + clic : celui d'un nouvel instrument. "
-     "Maj "
-     "rend le geste plus fin."},
+     "LEVEL - Level of the instrument. Double click or right button: type decibels. Alt, or Ctrl+Shift, + click: that "
+     "of a new one, -9.5 dB. Shift makes the drag finer.",
+     "NIVEAU - Niveau de l'instrument. Double clic ou bouton droit : taper des décibels. Alt, ou Ctrl+Maj, + clic : "
+     "celui d'un nouvel instrument, -9.5 dB. Maj affine le mouvement."},
     {471, "MUTE - Silences the instrument.", "MUTE - Coupe l'instrument."},
     {472, "SOLO - Only instruments in solo are heard. With Solo Cumul Mode several can be.",
      "SOLO - Seuls les instruments en solo s'entendent. Avec Solos cumulés, plusieurs à la fois."},
-    {473, "PAN - Place between left and right. Double click: centre.",
-     "PAN - Place entre gauche et droite. Double clic : centre."},
+    {473, "PAN - Place between left and right. Double click: centre. Digits over it: -100 left to 100 right.",
+     "PAN - Place entre gauche et droite. Double clic : centre. Chiffres tapés dessus : de -100 à gauche à 100 à "
+     "droite."},
     {474, "CROSSFADE A - The instrument belongs to side A of the crossfader.",
      "CROSSFADE A - L'instrument appartient au côté A du crossfader."},
     {475, "CROSSFADE B - The instrument belongs to side B of the crossfader.",
@@ -298,7 +326,12 @@ inline constexpr NumberedText kInfoTexts[] = {
      "this one. A right click on a pattern marks it.",
      "CHAÎNE, HASARD, MAINTIEN - Ce qui suit à la fin du motif : le prochain marqué, un marqué au hasard, ou celui-ci. "
      "Un clic droit sur un motif le marque."},
-    {483, "SWING - Delays every second step.", "SWING - Retarde un pas sur deux."},
+    {483, "SWING - Delays every second step. Double click: none.",
+     "SWING - Retarde un pas sur deux. Double clic : aucun."},
+    {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
+     "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
+    {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",
+     "PRESETS - Désactivés : Réglages, Presets actifs permet à la console et au MIDI de les rappeler."},
     {484, "EQUALISER - Switches the equaliser of the instrument.", "ÉGALISEUR - Active l'égaliseur de l'instrument."},
     {485,
      "EQUALISER CURVE - Drag a handle sideways for the frequency, up and down for the gain; the wheel sets the "
@@ -308,10 +341,10 @@ inline constexpr NumberedText kInfoTexts[] = {
     {486, "INSERT - An effect of this instrument alone. Click to switch it, right button to choose it.",
      "INSERT - Un effet de cet instrument seul. Clic pour l'activer, bouton droit pour le choisir."},
     {487,
-     "SEND - How much of the instrument goes to the shared effect. Drag for the level, the lamp switches it, the right "
-     "button chooses the effect.",
-     "SEND - Part de l'instrument envoyée à l'effet partagé. Tirez pour le niveau, le voyant l'active, le bouton droit "
-     "choisit l'effet."},
+     "SEND - How much of the instrument goes to the shared effect. Drag for the level, or type decibels over it; "
+     "double click: none. The lamp switches it, the right button chooses the effect.",
+     "SEND - Part de l'instrument envoyée à l'effet partagé. Tirez pour le niveau, ou tapez des décibels dessus ; "
+     "double clic : rien. Le voyant l'active, le bouton droit choisit l'effet."},
     // The song
     {490,
      "SONG - Click to add an item, drag to paint it across bars, drag an item to move it, its right end to repeat it. "
@@ -350,6 +383,14 @@ inline constexpr NumberedText kInfoTexts[] = {
     {503, "PLAY THE PATTERNS - Switches to pattern mode.", "JOUER LES MOTIFS - Passe au mode motif."},
     {504, "PUT INTO THE SONG - Every instrument's selected pattern, repeated from the beginning.",
      "METTRE DANS LE MORCEAU - Le motif choisi de chaque instrument, répété depuis le début."},
+    {553,
+     "LAUNCH - Where a pattern begins that is chosen while playing: at the end of the one that plays, or with the next "
+     "beat or bar, which holds for presets of all instruments, too. The cell that waits has a white frame.",
+     "LANCER - Où commence un motif choisi en jouant : à la fin de celui qui joue, ou au prochain temps, à la "
+     "prochaine "
+     "mesure ; cela vaut aussi pour les presets de tous les instruments. La case qui attend a un cadre blanc."},
+    {554, "MORE - All that can be done to the song and to the selected items, with the keys.",
+     "PLUS - Tout ce qui se fait au morceau et aux éléments choisis, avec les touches."},
     {505,
      "PERFORM - Armed, the patterns that you choose while playing in pattern mode are written into the song, from its "
      "present place on. One step of undo a take.",
@@ -357,8 +398,14 @@ inline constexpr NumberedText kInfoTexts[] = {
      "sa "
      "place actuelle. Une prise est une étape d'annulation."},
     {506,
-     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: there.",
-     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : là."},
+     "MARKER - Names the bar of the playhead; an empty name takes the marker away. Right button in the ruler: its "
+     "menu.",
+     "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
+    {620,
+     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
+     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+    {621, "SKIP - Goes on to the next step without doing this one.",
+     "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };
 
 }  // namespace quib

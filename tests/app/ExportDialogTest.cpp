@@ -82,6 +82,33 @@ TEST_F(ExportDialogTest, EnterWritesTheMixBesideASessionThatStaysAsItIs) {
     EXPECT_EQ(Written().size(), 1);
 }
 
+TEST_F(ExportDialogTest, TheRangeOfTheMarkersAndTheLoopAreThoseBarsOfTheSong) {
+    const auto write = [this] {
+        Page().tail->setChecked(false);
+        Page().start->click();
+        EXPECT_TRUE(WaitForEnd());
+        QFile file(File("out/HouseMusic.wav"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << Page().status->text().toStdString();
+        return file.readAll();
+    };
+    Page().from->setValue(5);
+    Page().to->setValue(7);
+    const QByteArray song = write();
+    EXPECT_NEAR(static_cast<double>(song.size()) / 4, 8 * 60.0 / 124 * 44100, 60) << "two bars, and the header";
+    EXPECT_TRUE(Page().range->IsOff(3));
+    workstation->Song().SetMarker(64, QStringLiteral("A"));
+    workstation->Song().SetMarker(80, QStringLiteral("B"));
+    workstation->Song().SetMarker(96, QStringLiteral("C"));
+    EXPECT_FALSE(Page().range->IsOff(3));
+    Choose(Page().range, 3);
+    EXPECT_EQ(Page().length->text(), "0:03.871");
+    EXPECT_EQ(write(), song) << "from the first marker to the last";
+    workstation->Song().SetLoop({64, 96});
+    window.ShowExport(EExportRange::kLoop);
+    EXPECT_EQ(dialog->Settings().range, EExportRange::kLoop);
+    EXPECT_EQ(write(), song);
+}
+
 TEST_F(ExportDialogTest, EscCancelsWithoutAnyFileAndTheDialogMayGoMeanwhile) {
     Choose(Page().files, 1);
     Choose(Page().loudness, 1);

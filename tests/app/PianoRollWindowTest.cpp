@@ -6,11 +6,14 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <random>
 
 #include "app/AppFixture.h"
 #include "app/CSettingsForControls.h"
 #include "app/console/PatternMenu.h"
+#include "controls/VirtualKeys.h"
 #include "editors/CToolWindows.h"
+#include "editors/automation/CEventCtrl.h"
 
 namespace quib {
 namespace {
@@ -156,6 +159,168 @@ TEST_F(PianoRollWindowTest, ItFollowsOtherHandsAndShowsTheSoundsOfADrumMachine) 
     EXPECT_TRUE(window->Roll().State().Notes().empty());
     Click(window->rect().center());
     EXPECT_EQ(workstation->Changes().Steps().count(), 0) << "without an instrument a click does nothing";
+}
+
+TEST_F(PianoRollWindowTest, ALaneOfAutomationStandsInPlaceOfTheVelocitiesAndSharesTheGrid) {
+    for (int step = 0; step < 2; ++step) Click(Cell(4 * step, 60));
+    const LaneKey level = {ELaneGroup::kMix, 0};
+    CEventCtrl& curve = window->Curve();
+    EXPECT_FALSE(curve.IsVisible());
+    window->ChooseLane(level);
+    ASSERT_TRUE(curve.IsVisible());
+    const auto points = [&]() -> std::size_t {
+        const PointList* const found = At(0)->mixLanes.ForEdit()->Find(0, 0);
+        return found != nullptr ? found->size() : 0;
+    };
+    const int before = Steps();
+    const auto at = [&](double step) {
+        return QPoint(curve.X() + static_cast<int>(curve.View().XOf(step)), curve.Y() + curve.Height() / 2);
+    };
+    EXPECT_EQ(at(4).x(), static_cast<int>(window->Roll().view.XOf(4)));
+    Click(at(4));
+    Click(at(8));
+    workstation->Changes().Settle();
+    EXPECT_EQ(points(), 2U);
+    EXPECT_EQ(Steps(), before + 2);
+    EXPECT_EQ(window->Lanes().Used().size(), 1U);
+    // The control that was pressed last has the keys and the commands.
+    QTest::keyClick(window, Qt::Key_Right);
+    EXPECT_EQ(At(0)->mixLanes.ForEdit()->Find(0, 0)->back().x, 9);
+    QTest::keyClick(window, Qt::Key_Delete);
+    EXPECT_EQ(points(), 1U);
+    EXPECT_EQ(Notes().size(), 2U);
+    Click(Cell(0, 60));
+    QTest::keyClick(window, Qt::Key_Delete);
+    EXPECT_EQ(points(), 1U);
+    EXPECT_EQ(Notes().size(), 1U);
+    while (Steps() > before) workstation->Changes().Undo();
+    EXPECT_EQ(points(), 0U);
+    const int zoom = curve.View().time.StepWidth();
+    window->ZoomTime(true);
+    EXPECT_EQ(curve.View().time.StepWidth(), 2 * zoom);
+    window->Retranslate();
+    EXPECT_TRUE(window->Curve().IsVisible());
+    window->ChooseLane({});
+    EXPECT_FALSE(window->Curve().IsVisible());
+}
+
+TEST_F(PianoRollWindowTest, OddNotesOfAFileAreShownAsTheyPlayAndStayWhereNobodyTouchesThem) {
+    // Before the start, without length, overlapping, silent, off every grid, beyond the end.
+    const std::vector<Note> odd = {{-3, 1, 60, 90}, {0, 4, 60, 100},      {2, 4, 60, 80}, {8, 0, 64, 90},
+                                   {9, 1, 64, 0},   {2.3333F, 0, 60, 70}, {2, 4, 60, 80}, {40, 2, 62, 90}};
+    CPatternEdits edits(*workstation);
+    workstation->Contents().SetPattern(At(0)->Id(), 0, std::make_shared<const CPattern>(16, odd), "x");
+    edits.Edit(EEdit::kCopy);
+    workstation->Contents().SelectPattern(0, 1);
+    edits.Edit(EEdit::kPaste);
+    const std::vector<Note> read = Notes(1);
+    ASSERT_EQ(read.size(), odd.size());
+    CPianoRollCtrlEx& roll = window->Roll();
+    roll.view.time.SetStepWidth(12, 0);
+    const CNoteIndex& index = roll.Edit().Index();
+    NoteSelection shown = roll.view.NotesBetween(index, 0, -5000, 5000, 5000);
+    std::erase_if(shown, [&](std::uint32_t note) { return read[note].velocity <= 0 || read[note].position >= 16; });
+    NoteSelection played;
+    for (int step = 0; step < 16; ++step) {
+        for (const std::uint32_t note : roll.State().pattern->NotesOfStep(step)) {
+            if (read[note].velocity > 0) played.push_back(note);
+        }
+    }
+    std::sort(played.begin(), played.end());
+    EXPECT_EQ(shown, played);
+    QTest::mousePress(window, Qt::LeftButton, {}, Cell(8, 64) - QPoint(5, 0));
+    QTest::mouseMove(window, Cell(8, 66));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, Cell(8, 66));
+    std::vector<Note> wanted = read;
+    ASSERT_EQ(Notes(1).size(), wanted.size());
+    wanted[3] = Notes(1)[3];
+    EXPECT_EQ(wanted[3].key, 66);
+    EXPECT_GT(wanted[3].length, 0) << "what is edited fits";
+    EXPECT_EQ(Notes(1), wanted) << "what is not touched stays as it was";
+}
+
+// Whatever hands do: undo leads back to the start and redo forth to the end, and no note is out of bounds.
+TEST_F(PianoRollWindowTest, TenThousandRandomGesturesAreUndoneAndRedone) {
+    std::mt19937 random(7);
+    const auto pick = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    CPianoRollCtrlEx& roll = window->Roll();
+    const int modifiers[] = {virtualKey::kShift, virtualKey::kControl, virtualKey::kAlt};
+    const int others[] = {virtualKey::kLeft,
+                          virtualKey::kUp,
+                          virtualKey::kDelete,
+                          virtualKey::kReturn,
+                          virtualKey::kTab,
+                          virtualKey::kPlus,
+                          virtualKey::kDown,
+                          virtualKey::kEscape,
+                          'G',
+                          'H',
+                          'D',
+                          'J',
+                          'K'};
+    const auto place = [&] { return QPoint(roll.X() + pick(1000) - 60, roll.Y() + pick(500) - 60); };
+    const auto gesture = [&] {
+        const int modifier = modifiers[pick(3)];
+        if (pick(3) == 0) roll.OnKeyDown(modifier);
+        const QPoint from = place();
+        if (const int kind = pick(4); kind == 0) {
+            const int key = others[pick(13)];
+            roll.OnKeyDown(key);
+            roll.OnKeyUp(key);
+        } else if (kind == 1) {
+            roll.OnDoubleClick(from.x(), from.y());
+        } else {
+            // A length or a menu is not what this is about.
+            if (from.y() - roll.Y() < PianoRollView::kHeaderHeight || from.x() < roll.view.GridLeft()) return;
+            const bool isRight = pick(3) == 0;
+            roll.OnLButtonDown(from.x(), from.y(), isRight ? 1 : 0);
+            for (int move = pick(3) + (isRight ? 1 : 0); move > 0; --move) {
+                const QPoint to = place();
+                roll.OnMouseMove(to.x(), to.y());
+            }
+            if (pick(4) == 0) roll.OnKeyDown(modifier);
+            if (isRight || pick(12) == 0) roll.OnKeyDown(virtualKey::kEscape);
+            const QPoint to = place();
+            roll.OnLButtonUp(to.x(), to.y(), 0);
+        }
+        for (const int key : modifiers) roll.OnKeyUp(key);
+    };
+    QUndoStack& undo = workstation->Changes().Steps();
+    int steps = 0;
+    for (int batch = 0; batch < 100; ++batch) {
+        if (Notes().size() > 150)
+            workstation->Contents().SetPattern(At(0)->Id(), 0, std::make_shared<CPattern>(32), "x");
+        undo.clear();
+        const std::vector<Note> start = Notes();
+        for (int number = 0; number < 100; ++number) gesture();
+        workstation->Changes().Settle();
+        const std::vector<Note> end = Notes();
+        for (const Note& note : end) ASSERT_EQ(note, Repaired(note));
+        steps += undo.count();
+        while (undo.canUndo()) workstation->Changes().Undo();
+        ASSERT_EQ(Notes(), start) << batch;
+        while (undo.canRedo()) workstation->Changes().Redo();
+        ASSERT_EQ(Notes(), end) << batch;
+    }
+    EXPECT_GT(steps, 2000);
+}
+
+TEST_F(PianoRollWindowTest, HiddenItDrawsNothingAndFollowsNothing) {
+    Click(Cell(0, 60));
+    window->hide();
+    QCoreApplication::processEvents();
+    const qint64 painted = window->PaintedPixels();
+    const auto shown = window->Roll().State().pattern;
+    workstation->Transport().Play();
+    workstation->Contents().SetPattern(
+        At(0)->Id(), 0, std::make_shared<const CPattern>(16, std::vector<Note>(10'000, Note{1, 1, 60, 90})), "x");
+    for (int tick = 0; tick < 20; ++tick) tools.FollowEngine();
+    QTest::qWait(60);
+    EXPECT_EQ(window->PaintedPixels(), painted);
+    EXPECT_EQ(window->Roll().State().pattern, shown);
+    workstation->Transport().Stop();
+    window->show();
+    EXPECT_EQ(window->Roll().State().Notes().size(), 10'000U);
 }
 
 }  // namespace

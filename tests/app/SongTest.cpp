@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QTest>
 #include <random>
+#include <tuple>
 
 #include "AppFixture.h"
 #include "app/console/CSongModeCtrl.h"
@@ -139,6 +140,20 @@ TEST_F(SongTest, TheLoopIsTakenByItsPixels) {
     EXPECT_EQ(Loop().end, 32);
 }
 
+TEST_F(SongTest, ALoopThatIsSwitchedOnWithoutARegionTakesTheSelectionElseTheSong) {
+    Drag(Place(0, 1, 3), Place(0, 9, -3));
+    Click(Place(1, 3, 3));
+    workstation->Song().ToggleLoop();
+    EXPECT_TRUE(workstation->Song().IsLoopOn());
+    EXPECT_EQ(Loop().first, 32);
+    EXPECT_EQ(Loop().end, 48);
+    workstation->Changes().Undo();
+    Key(Qt::Key_Escape);
+    workstation->Song().ToggleLoop();
+    EXPECT_EQ(Loop().first, 0);
+    EXPECT_EQ(Loop().end, workstation->Song().Steps());
+}
+
 TEST_F(SongTest, KeysChooseThePatternOfTheSelectionAndDeleteHeldRemoves) {
     Click(Place(0, 1, 3));
     Click(Place(0, 2, 3));
@@ -199,10 +214,27 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
     std::mt19937 draw(5);
     CPlaylistEdit& edit = Lane(0).Edit();
     CPlaylistGestures gestures(edit, console->Song().View(), surface);
+    CSong& song = workstation->Song();
+    const auto all = [&] {
+        return std::tuple(Items(0), Items(1), song.Markers(), song.Loop().first, song.Loop().end, song.IsLoopOn());
+    };
+    const auto ofTheWhole = [&](unsigned kind) {
+        const int step = static_cast<int>(draw() % 300);
+        const int length = 1 + static_cast<int>(draw() % 64);
+        QString said;
+        if (kind == 0) song.InsertTime(step, length);
+        if (kind == 1) song.DeleteTime({step, step + length});
+        if (kind == 2) song.DoubleSection({step, step + length});
+        if (kind == 3) song.SetMarker(step, QString::number(step));
+        if (kind == 4) song.ToggleLoop();
+        if (kind == 5) song.MoveToInstrument(At(0), At(1), edit.State(), length - 32, draw() % 2 == 0, said);
+        if (kind == 6) song.MakeUnique(At(0), edit.State());
+        for (const int lane : {0, 1}) Lane(lane).Edit().Refresh();
+    };
     // In parts that the list of steps has room for.
     for (int part = 0; part < 30; ++part) {
         workstation->Changes().Clear();
-        const Playlist start = Items(0);
+        const auto start = all();
         for (int round = 0; round < 60; ++round) {
             gestures.currentPattern = static_cast<int>(draw() % 12);
             gestures.SetDeleteHeld(draw() % 10 == 0);
@@ -213,14 +245,67 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
                 if (draw() % 8 == 0) gestures.SetModifiers(draw() % 2 == 0, draw() % 2 == 0, false);
             }
             draw() % 10 == 0 ? gestures.Cancel() : gestures.Release(300);
+            ofTheWhole(draw() % 20);
         }
         ASSERT_GT(Steps().index(), 10);
-        const Playlist end = Items(0);
+        const auto end = all();
         while (Steps().canUndo()) workstation->Changes().Undo();
-        ASSERT_EQ(Items(0), start);
+        ASSERT_EQ(all(), start);
         while (Steps().canRedo()) workstation->Changes().Redo();
-        ASSERT_EQ(Items(0), end);
+        ASSERT_EQ(all(), end);
     }
+}
+
+TEST_F(SongTest, ItemsGoToAnotherInstrumentWithTheirPatterns) {
+    const auto put = [this](int index, std::size_t pattern, int steps, std::vector<Note> notes) {
+        At(index)->patterns[pattern].Prepare(std::make_shared<const CPattern>(steps, std::move(notes)));
+        workstation->Changes().Tell({EChange::kPattern, At(index)->Id()});
+    };
+    put(0, 1, 32, {{3, 1, 64, 90}});
+    Drag(Place(0, 1, 3), Place(0, 5, -3));
+    Lane(0).SetCurrentPattern(1);
+    Drag(Place(0, 9, 3), Place(0, 13, -3));
+    const Playlist before = Items(0);
+    ASSERT_EQ(before, (Playlist{{0, 0, 1}, {15, 64, 0}, {1, 128, 1}, {15, 192, 0}}));
+    const int steps = Steps().index();
+    // Pattern 1 is there already; pattern 2 is not, and comes into the first free place.
+    Drag(Place(0, 1, 5), Place(1, 2, 5));
+    EXPECT_EQ(Items(0), (Playlist{{1, 128, 1}, {15, 192, 0}}));
+    EXPECT_EQ(Items(1), (Playlist{{0, 16, 1}, {15, 80, 0}}));
+    Drag(Place(0, 9, 5), Place(1, 9, 5));
+    EXPECT_TRUE(Items(0).empty());
+    EXPECT_EQ(Items(1), (Playlist{{0, 16, 1}, {15, 80, 0}, {12, 128, 1}, {15, 192, 0}}));
+    EXPECT_EQ(At(1)->patterns[12].ForEdit()->Notes(), (std::vector<Note>{{3, 1, 64, 90}}));
+    EXPECT_EQ(At(1)->patterns[12].ForEdit()->LoopLength(), 32);
+    EXPECT_EQ(Lane(1).Edit().State().selection, (PlaylistSelection{2}));
+    EXPECT_EQ(Steps().index(), steps + 2) << "with its pattern one step";
+    workstation->Changes().Undo();
+    workstation->Changes().Undo();
+    EXPECT_EQ(Items(0), before);
+    EXPECT_TRUE(Items(1).empty() && At(1)->patterns[12].ForEdit()->Notes().empty());
+    // Without a free pattern nothing goes, and the reason is told.
+    for (std::size_t pattern = 12; pattern < 16; ++pattern) put(1, pattern, 16, {{1, 1, 70, 90}});
+    QString said;
+    EXPECT_FALSE(workstation->Song().MoveToInstrument(At(0), At(1), {At(0)->playlist.ForEdit(), {2}}, 0, false, said));
+    EXPECT_TRUE(said.contains(QLatin1String("no free pattern"))) << said.toStdString();
+    EXPECT_EQ(Items(0), before);
+}
+
+TEST_F(SongTest, NotesInThePatternOfAnEndMarkAreWarnedOf) {
+    QStringList notices;
+    QObject::connect(workstation.get(), &CWorkstation::Notice, [&](const QString& text) { notices.append(text); });
+    Drag(Place(0, 1, 3), Place(0, 5, -3));
+    const auto write = [this](std::size_t pattern) {
+        Contents().SetPattern(At(0)->Id(), static_cast<int>(pattern),
+                              std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, 60, 100}}),
+                              QStringLiteral("x"));
+    };
+    write(14);
+    EXPECT_TRUE(notices.isEmpty());
+    write(15);
+    write(15);
+    ASSERT_EQ(notices.size(), 1) << "once";
+    EXPECT_TRUE(notices[0].startsWith(QLatin1String("Pattern 16"))) << notices[0].toStdString();
 }
 
 TEST_F(SongTest, APerformancePlaysBackTheSamePatternsOnTheSameSteps) {

@@ -125,7 +125,7 @@ protected:
     }
 
     CFakeSettings settings;
-    CWinControl window{settings, qRgb(0x30, 0x30, 0x30)};
+    CWinControl window{settings, "window"};
     CValue value{0.5F};
     Qt::KeyboardModifiers modifiers;
 

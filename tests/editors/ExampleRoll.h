@@ -24,7 +24,7 @@ struct CExampleRoll {
     static constexpr int kLaneHeight = 80;
 
     explicit CExampleRoll(IPianoRollHost& host, int width = kWidth, int rollHeight = kRollHeight)
-        : window(settings, qRgb(0x38, 0x38, 0x38)),
+        : window(settings, "panel"),
           roll(&window.Add<CPianoRollCtrlEx>(0U, 0, 0, width, rollHeight, host)),
           lane(&window.Add<CVelocityLaneCtrl>(0U, 0, rollHeight + 32, width, kLaneHeight, *roll)) {
         window.resize(width, rollHeight + 32 + kLaneHeight);

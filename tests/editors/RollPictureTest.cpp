@@ -22,7 +22,7 @@ void ShowMelody(CExampleRoll& example) {
     roll.options.ghosts = {std::make_shared<CNoteIndex>(
         StateOf({{2, 1.2F, 77, 90}, {2, 1.2F, 72, 90}, {6, 1.2F, 75, 90}, {6, 1.2F, 68, 90}, {18, 1.2F, 67, 90}})
             .pattern)};
-    roll.options.isSounding = [](int key) { return key == 56; };
+    roll.options.sounding.set(56);
     roll.Show(ExampleMelody());
     roll.OptionsChanged();
     roll.view.ScrollKeysTo(12 * (127 - 80));
@@ -40,7 +40,7 @@ void ShowDrums(CExampleRoll& example) {
     roll.view.SetDrums(true);
     roll.view.SetRows(CRowOrder(keys));
     roll.options.focusedKey = 66;
-    roll.options.isSounding = [](int key) { return key == 60 || key == 82; };
+    roll.options.sounding.set(60).set(82);
     roll.Show(ExampleDrums());
     roll.OptionsChanged();
     roll.SetPlayhead(18.4);
@@ -60,7 +60,7 @@ TEST(RollPicture, LooksAlikeAtEveryScale) {
             example.Show();
             (drums ? ShowDrums : ShowMelody)(example);
             QApplication::processEvents();
-            const QImage picture = example.window.Canvas().Image().copy();
+            const QImage picture = example.window.grab().toImage();
             picture.save(QStringLiteral(QUIB_BUILD_DIR "/roll-%1-%2x.png").arg(drums ? "drums" : "notes").arg(scale));
             if (scale == 1) {
                 single = picture;

@@ -104,6 +104,74 @@ TEST_F(CSequencerTest, AQueuedPatternWaitsForTheEndAndGoesBeforeChain) {
     EXPECT_EQ(Keys(instrument, 7 * kStep), (std::vector<int>{60, 60, 60, 65, 65, 60, 60}));
 }
 
+TEST_F(CSequencerTest, PatternsThatAreLaunchedBeginTogetherAtTheBeatOrTheBar) {
+    CInstrument& shortOne = AddInstrument();
+    CInstrument& longOne = AddInstrument();
+    for (CInstrument* const one : {&shortOne, &longOne}) {
+        SetPattern(*one, 0, one == &shortOne ? 3 : 64, EveryStep(64, 60));
+        SetPattern(*one, 1, 16, {{0.0F, 0.5F, 71, 100}, {5.0F, 0.5F, 75, 100}});
+    }
+    const auto choose = [&](int pattern) {
+        for (const CInstrument* const one : {&shortOne, &longOne}) {
+            Command(EngineCommand::EKind::kSelectPattern, pattern, one->Id());
+        }
+    };
+    // Where key 71 begins first on each of both, in samples from here on.
+    const auto begins = [&](int steps) {
+        std::array<std::int64_t, 2> first{-1, -1};
+        const CPlugin& other = PluginOf(longOne);
+        const std::int64_t start = position;
+        for (int block = 0; block < steps * 8; ++block) {
+            const std::int64_t now = position;
+            for (const HeardNote& note : Listen(shortOne, kStep / 8)) {
+                if (note.on && note.key == 71 && first[0] < 0) first[0] = note.frame - start;
+            }
+            for (int frame = 0; frame < kStep / 8; ++frame) {
+                const bool struck = static_cast<int>(other.Output(0)[frame] * 128.0F) == 71;
+                if (struck && first[1] < 0) first[1] = now + frame - start;
+            }
+        }
+        return first;
+    };
+    Prepare(kStep / 8);
+    const struct {
+        ELaunch launch;
+        int begin;  // step from where it was chosen
+    } cases[] = {{ELaunch::kBeat, 2}, {ELaunch::kBar, 14}};
+    for (const auto& one : cases) {
+        audio.settings.launch.Set(static_cast<int>(one.launch));
+        Command(EngineCommand::EKind::kStop);
+        choose(0);
+        PlayPatterns();
+        Listen(shortOne, kStep * 2);
+        choose(1);
+        choose(0);
+        choose(1);
+        EXPECT_EQ(audio.Picture().instruments[1].nextPattern, -1);
+        const auto first = begins(17);
+        EXPECT_EQ(first[0], first[1]) << "on one sample";
+        EXPECT_NEAR(static_cast<double>(first[0]) / kStep, one.begin, 0.01);
+        choose(0);
+        Command(EngineCommand::EKind::kHoldLaunch, 1);
+        Listen(shortOne, kStep * 16);
+        EXPECT_EQ(audio.Picture().instruments[1].nextPattern, 0) << "until all have been chosen";
+        Command(EngineCommand::EKind::kHoldLaunch, 0);
+        choose(1);
+        audio.RenderBlock();
+        EXPECT_EQ(audio.Picture().instruments[0].nextPattern, -1) << "the one that plays takes the waiting one back";
+        position += audio.Format().blockSize;
+    }
+    audio.settings.launch.Set(static_cast<int>(ELaunch::kPatternEnd));
+    choose(0);
+    Command(EngineCommand::EKind::kStop);
+    PlayPatterns();
+    Listen(shortOne, kStep * 2);
+    choose(1);
+    const auto first = begins(66);
+    EXPECT_NEAR(static_cast<double>(first[0]) / kStep, 1, 0.01);
+    EXPECT_NEAR(static_cast<double>(first[1]) / kStep, 62, 0.01);
+}
+
 TEST_F(CSequencerTest, ARestartWaitsForTheBeat) {
     CInstrument& leader = AddInstrument();
     CInstrument& instrument = AddInstrument();
@@ -152,7 +220,7 @@ TEST_F(CSequencerTest, EveryStepOfASongIsWhatItsSpansSay) {
     std::minstd_rand random(11);
     const auto draw = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
     const char* const count = std::getenv("QUIB_PLAYLISTS");
-    for (int round = 0; round < (count != nullptr ? std::atoi(count) : 300); ++round) {
+    for (int round = 0; round < (count != nullptr ? std::atoi(count) : 1000); ++round) {
         for (int pattern = 0; pattern < 4; ++pattern) SetPattern(instrument, pattern, draw(1, 9), {});
         Playlist playlist;
         for (int entry = draw(0, 6); entry > 0; --entry) playlist.push_back({draw(-1, 3), draw(-2, 30), draw(0, 1)});

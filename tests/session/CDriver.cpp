@@ -10,6 +10,7 @@
 
 #include "app/ApplicationMain.h"
 #include "app/console/MakeConsole.h"
+#include "editors/tutorial/CWinControlTutorial.h"
 
 namespace quib {
 
@@ -68,6 +69,8 @@ void CDriver::TakeJob() {
     state = EJob::kNone;
     jobDone.notify_all();
 }
+
+bool CDriver::TutorialGreets() { return qobject_cast<CWinControlTutorial*>(QApplication::activeWindow()) != nullptr; }
 
 bool CDriver::WaitFor(const std::function<bool()>& condition) {
     for (int turn = 0; turn < 1500; ++turn) {

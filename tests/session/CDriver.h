@@ -42,6 +42,8 @@ public:
     }
     // Whether the start is over: the window's timer runs. For the user-interface thread.
     bool IsStarted() const { return started; }
+    // Whether the tutorial stands in front, as at a first start. For the user-interface thread.
+    static bool TutorialGreets();
     // Until it is true on the user-interface thread; false after half a minute.
     bool WaitFor(const std::function<bool()>& condition);
 

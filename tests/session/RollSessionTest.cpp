@@ -34,7 +34,7 @@ protected:
                                        QStringLiteral("--no-audio")};
         CDriver::Run(arguments, [&](CDriver& driver) {
             user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); }));
+            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
             script();
             user->Ask([&] {
                 user->Window().Workstation().Session().NewProject();
@@ -199,6 +199,12 @@ TEST_F(RollSessionTest, TheHandsOfThePianoRollWorkWithARealMouse) {
         user->Click(Cell(20, 60));
         EXPECT_EQ(selected(), 0U);
         EXPECT_EQ(Notes(0).size(), 1U) << "a selection is cleared first";
+        // A cell that a note reaches into is covered, also where the mouse is beside the note.
+        const auto snap = [&](const Snap& next) { user->Ask([&] { roll->Roll().view.time.snap = next; }); };
+        snap({Snap::EKind::kFraction, 2});
+        user->Click(Cell(1, 64));
+        EXPECT_EQ(Notes(0).size(), 1U) << "a covered cell";
+        snap({});
         user->Click(Cell(12, 60));
         EXPECT_EQ(Notes(0).size(), 2U);
         send(QStringLiteral("sleep 0.5"));
@@ -232,9 +238,12 @@ TEST_F(RollSessionTest, TheHandsOfThePianoRollWorkWithARealMouse) {
         EXPECT_EQ(Notes(0, 1), before);
         user->Click(Header(11));
         EXPECT_EQ(user->Ask([&] { return roll->Roll().State().pattern->StepCount(); }), 12);
-        send(QStringLiteral("keydown Control_L mousemove %1 click 5 click 5 click 5 keyup Control_L")
-                 .arg(point(Cell(4, 62))));
-        EXPECT_EQ(user->Ask([&] { return roll->Roll().view.time.StepWidth(); }), 3);
+        user->Ask([&] {
+            roll->Roll().view.time.SetStepWidth(5, 0);
+            roll->Roll().ViewMoved();
+        });
+        send(QStringLiteral("keydown Control_L mousemove %1 click 5 keyup Control_L").arg(point(Cell(4, 62))));
+        EXPECT_EQ(user->Ask([&] { return roll->Roll().view.time.StepWidth(); }), 3) << "half of 5, limited";
     });
 }
 

@@ -11,43 +11,69 @@
 
 namespace quib {
 
-CEffectsPanel::CEffectsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                             const ConsoleContext& consoleContext)
-    : CPanelCtrl(window, number, left, top, kWidth, newHeight), context(consoleContext) {
-    for (int index = 0; index < kSendCount; ++index) {
-        AddRow(8 + 21 * index, {SlotPlace::EKind::kEffect, 0, index}, QStringLiteral("S%1").arg(index + 1), nullptr);
+namespace {
+constexpr int kTitleWidth = 28;
+constexpr int kEditWidth = 26;
+constexpr int kRowHeight = 28;
+constexpr int kColumns = 3;
+}  // namespace
+
+CEffectsPanel::CEffectsPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, 0, consoleLayout::kBar2Top, 0, consoleLayout::kBar2Height), context(consoleContext) {}
+
+// Two columns of send effects, and behind a line those of the master.
+void CEffectsPanel::Build() {
+    ClearChildren();
+    rows.clear();
+    const int pitch = (Width() - 10) / kColumns;
+    for (int index = 0; index < kSendCount + kInsertCount; ++index) {
+        const QRect area(6 + index / 2 * pitch, 6 + index % 2 * 32, pitch - 6, kRowHeight);
+        const int insert = index - kSendCount;
+        if (insert < 0) {
+            AddRow(area, {SlotPlace::EKind::kEffect, 0, index}, QStringLiteral("S%1").arg(index + 1), nullptr);
+            continue;
+        }
+        CValue& on = context.station.Audio().settings.masterInsertOn[static_cast<std::size_t>(insert)];
+        AddRow(area, {SlotPlace::EKind::kMasterInsert, 0, insert}, QStringLiteral("M%1").arg(insert + 1), &on);
     }
-    for (int index = 0; index < kInsertCount; ++index) {
-        CValue& on = context.station.Audio().settings.masterInsertOn[static_cast<std::size_t>(index)];
-        AddRow(95 + 21 * index, {SlotPlace::EKind::kMasterInsert, 0, index}, QStringLiteral("M%1").arg(index + 1), &on);
-    }
-    for (const auto& child : Children()) child->section = ESection::kEffects;
+    auto& line = AddChild<CLabelCtrl>(0U, 6 + 2 * pitch - 5, 6, 1, Height() - 12);
     PaintChildren();
+    line.fill = Palette().Colour(QStringLiteral("edge"));
+    for (const auto& child : Children()) child->section = ESection::kEffects;
     ShowSlots();
 }
 
-void CEffectsPanel::AddRow(int top, const SlotPlace& place, const QString& title, CValue* onSwitch) {
-    Row row{place, nullptr, nullptr, nullptr};
+void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QString& title, CValue* onSwitch) {
+    Row row{place, nullptr, nullptr, nullptr, nullptr};
+    const int top = area.top();
     if (onSwitch != nullptr) {
-        row.on = &AddChild<CSwitchCtrl>(0U, 8, top, 26, 19, onSwitch, title);
+        row.on = &AddChild<CSwitchCtrl>(0U, area.left(), top, kTitleWidth - 2, kRowHeight, onSwitch, title);
         BindValue(*row.on, context, "Master insert", 450);
+        row.on->disabledInfo = 512;
     } else {
-        auto& label = AddChild<CLabelCtrl>(0U, 8, top, 26, 19, title);
-        label.alignment = Qt::AlignCenter;
-        label.textColour = Palette().Accent(ESection::kEffects);
-        label.strong = true;
+        row.title = &AddChild<CLabelCtrl>(0U, area.left(), top, kTitleWidth - 2, kRowHeight, title);
+        row.title->fontHeight = 12;
+        row.title->strong = true;
     }
     CWinControl& window = Owner();
-    row.label = &AddChild<CLabelMenuCtrl>(0U, 38, top, 136, 19, QString(), [this, place, &window](QMenu& menu) {
-        const auto slot = context.station.Places().Slot(place);
-        const bool empty = slot && !slot->plugin && !slot->missing;
-        if (empty && context.actions.browse) return context.actions.browse({place});
-        FillSlotMenu(menu, context, place, &window);
-    });
+    const int room = area.width() - kTitleWidth - kEditWidth - 2;
+    const int left = area.left() + kTitleWidth;
+    row.label =
+        &AddChild<CLabelMenuCtrl>(0U, left, top, room, kRowHeight, QString(), [this, place, &window](QMenu& menu) {
+            const auto slot = context.station.Places().Slot(place);
+            const bool empty = slot && !slot->plugin && !slot->missing;
+            if (empty && context.actions.browse) return context.actions.browse({place});
+            FillSlotMenu(menu, context, place, &window);
+        });
+    row.label->name = title;
     row.label->infoString = onSwitch != nullptr ? 450 : 449;
-    row.edit = &AddChild<CSwitchCtrl>(0U, 177, top, 26, 19, nullptr, picture::kGlyphEdit);
+    row.label->fontHeight = 12;
+    row.edit = &AddChild<CSwitchCtrl>(0U, left + room + 2, top, kEditWidth, kRowHeight, nullptr, picture::kGlyphEdit);
+    row.edit->name = QStringLiteral("%1, %2").arg(title, Text("Edit"));
     row.edit->momentary = true;
+    row.edit->flat = true;
     row.edit->infoString = 451;
+    row.edit->disabledInfo = 511;
     row.edit->onChange = [this, place](CControl&) {
         if (context.actions.openPlugin) context.actions.openPlugin(place);
     };
@@ -62,12 +88,17 @@ void CEffectsPanel::ShowSlots() {
     for (const Row& row : rows) {
         const auto slot = context.station.Places().Slot(row.place);
         const bool filled = slot && slot->plugin;
-        row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textOff"));
-        row.label->SetText(SlotText(slot.get(), Text("no effect")));
-        row.label->sunken = filled;
+        const bool vacant = !slot || (!slot->plugin && !slot->missing);
+        row.label->textColour = Palette().Colour(filled ? QStringLiteral("text") : QStringLiteral("textDim"));
+        row.label->SetText(SlotText(slot.get(), Text("+ add effect")));
+        row.label->vacant = vacant;
         row.label->struckWhileOff = filled && row.on != nullptr ? row.on->Value() : nullptr;
         row.edit->enabled = filled;
+        row.edit->SetVisible(!vacant);
         if (row.on != nullptr) row.on->enabled = filled;
+        if (row.title == nullptr) continue;
+        row.title->textColour =
+            filled ? Palette().Accent(ESection::kEffects) : Palette().Colour(QStringLiteral("textDim"));
     }
     Refresh();
 }

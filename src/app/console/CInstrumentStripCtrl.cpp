@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/console/SlotMenu.h"
+#include "app/console/StripColumns.h"
 #include "controls/CFilterCtrl.h"
 #include "controls/CImageCtrl.h"
 #include "controls/CKeyboardExCtrl.h"
@@ -13,6 +14,7 @@
 #include "controls/CSwitchCtrl.h"
 #include "controls/CSwitchFaderCtrl.h"
 #include "controls/CSwitchSelectorCtrl.h"
+#include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "texts/Texts.h"
@@ -21,7 +23,9 @@ namespace quib {
 
 namespace {
 constexpr int kDragDistance = 4;  // pixels before a press becomes a drag
-}
+constexpr int kGripHeight = 32;
+constexpr int kGripReach = 10;  // pixels to either side
+}  // namespace
 
 CInstrumentStripCtrl::CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<CInstrument> shown,
                                            const ConsoleContext& consoleContext, int newWidth)
@@ -46,6 +50,7 @@ void CInstrumentStripCtrl::ReleaseKeys(bool all) {
 
 // With the arpeggiator on and its keyboard hidden no key is heard.
 void CInstrumentStripCtrl::ShowSilentKeys() {
+    if (arpeggiator == nullptr) return;
     const bool silent = instrument->arpeggiator.on.IsOn() && !instrument->keyboardOn.IsOn();
     const QRgb colour = silent ? Palette().Colour(QStringLiteral("warning")) : 0;
     if (arpeggiator->onColour == colour) return;
@@ -57,34 +62,40 @@ void CInstrumentStripCtrl::ShowSilentKeys() {
 void CInstrumentStripCtrl::Rebuild(int newWidth) {
     EndKeys();
     ClearChildren();
-    cells = nullptr;
+    plugin = nullptr;
+    channel = nullptr;
+    arpeggiator = nullptr;
     leds = nullptr;
     modes = nullptr;
     steps = nullptr;
     filter = nullptr;
     keyboard = nullptr;
     inserts.fill(nullptr);
+    insertEdits.fill(nullptr);
     sends.fill(nullptr);
     shownPattern = nullptr;
+    silence = ESilence::kNone;
+    cannotSound = false;
     collapsed = context.station.Stack().IsCollapsed(Index());
-    openShown.Set(collapsed ? 0.0F : 1.0F);
     withKeyboard = instrument->keyboardOn.IsOn();
-    SetSize(newWidth, kHeaderHeight + (collapsed ? 4 : kBodyHeight) + (withKeyboard ? kKeyboardHeight : 0));
-    AddHeader();
-    if (!collapsed) {
-        const int extra = std::max(0, newWidth - kNarrowest);
-        const int cellWidth = 20 + std::min(extra / 3, 320) / 16;
-        const int patternEnd = 210 + 16 * cellWidth;
-        const int rest = newWidth - patternEnd;
-        const int filterRoom = rest * 2 / 5;
-        AddMixer();
-        AddPatterns(210, cellWidth);
-        AddEqualizer(patternEnd + 8, filterRoom);
-        AddEffects(patternEnd + 8 + filterRoom, rest - filterRoom - 12);
-    }
+    SetSize(newWidth, (collapsed ? kClosedHeight : kHeight) + (withKeyboard ? kKeyboardHeight : 0));
+    collapsed ? BuildClosed(newWidth) : BuildOpen(newWidth);
     if (withKeyboard) AddKeyboard();
     for (const auto& child : Children()) child->backgroundColour = Ground();
     ShowContent();
+}
+
+void CInstrumentStripCtrl::BuildOpen(int newWidth) {
+    const StripColumns columns = StripColumns::For(newWidth);
+    gripLeft = 220;
+    AddName(144);
+    AddMixer(columns.folded);
+    AddPan(columns.folded, columns.pan);
+    AddPatterns(columns.cells, columns.cellPitch);
+    AddStepControls(columns.length);
+    AddEqualizer(columns.equaliser, columns.equaliserWidth);
+    AddInserts(columns.inserts, columns.insertsWidth);
+    AddSends(columns.sends, columns.sendsWidth);
 }
 
 bool CInstrumentStripCtrl::IsHeightRight() const {
@@ -95,25 +106,31 @@ QRgb CInstrumentStripCtrl::Ground() const { return Palette().Colour(QStringLiter
 
 QRgb CInstrumentStripCtrl::StripColour() const {
     const QColor own = context.station.Stack().StripColour(Index());
-    return own.isValid() ? own.rgb() : Palette().Colour(QStringLiteral("track%1").arg(Index() % 8 + 1));
+    return own.isValid() ? own.rgb() : Palette().Track(Index());
 }
 
 void CInstrumentStripCtrl::ShowContent() {
     const int index = Index();
     number->SetText(QString::number(index + 1));
     icon->SetPicture(picture::kInstrumentIcon + std::clamp(instrument->icon, 0, picture::kInstrumentIconCount - 1));
-    title->SetText(QString::fromStdString(instrument->title));
-    plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
-    channel->SetText(ChannelText(instrument->midi.channel.Get()));
+    icon->colour = StripColour();
+    name = QString::fromStdString(instrument->title);
+    title->SetText(name);
+    title->entryText = name;
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
     presetShown.Set(static_cast<float>(context.station.Presets().Recalled(instrument->Id())));
     if (collapsed) return;
+    plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
+    channel->SetText(ChannelText(instrument->midi.channel.Get()));
+    const bool listens = instrument->midi.channel.Get() > kChannelOff;
+    channel->textColour = Palette().Colour(listens ? QStringLiteral("text") : QStringLiteral("textDim"));
     modeShown.Set(static_cast<float>(static_cast<int>(SelectedStepNumberMode(*instrument))));
     for (int place = 0; place < kInsertCount; ++place) {
         const auto slot = instrument->inserts[static_cast<std::size_t>(place)].ForEdit();
         CSwitchFaderCtrl& insert = *inserts[static_cast<std::size_t>(place)];
         insert.enabled = slot->plugin != nullptr;
-        insert.SetText(SlotText(slot.get(), Text("insert %1").arg(place + 1)));
+        insert.SetText(SlotText(slot.get(), Text("+ insert %1").arg(place + 1)));
+        insertEdits[static_cast<std::size_t>(place)]->SetVisible(slot->plugin != nullptr || slot->missing);
     }
     for (int place = 0; place < kSendCount; ++place) {
         const auto slot = context.station.Places().Slot({SlotPlace::EKind::kEffect, 0, place});
@@ -144,6 +161,7 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
     const auto pattern = instrument->patterns[static_cast<std::size_t>(ShownPattern())].ForEdit();
     if (pattern != shownPattern) {
         shownPattern = pattern;
+        FindHeldSteps();
         leds->SetStepCount(pattern->LoopLength());
         leds->NotesChanged();
         steps->SetText(Text("%1 steps").arg(pattern->LoopLength()));
@@ -153,30 +171,83 @@ void CInstrumentStripCtrl::Follow(const InstrumentPicture* picture) {
     filter->RedrawIfChanged();
 }
 
+// --- What cannot be heard -------------------------------------------------------------------------------------
+
+void CInstrumentStripCtrl::FollowSilence(std::uint32_t soloed) {
+    const ChannelStrip& strip = instrument->strip;
+    const float crossfader = context.station.Audio().settings.crossfader.Get();
+    ESilence now = ESilence::kNone;
+    if (strip.mute.IsOn()) {
+        now = ESilence::kMuted;
+    } else if (soloed != 0 && soloShown.Get() == 0.0F) {
+        now = ESilence::kSolo;
+    } else if (strip.crossfadeA.IsOn()) {
+        if (tables.CrossfadeGainA(crossfader) < kFadedOut) now = ESilence::kFadedA;
+    } else if (strip.crossfadeB.IsOn() && tables.CrossfadeGainB(crossfader) < kFadedOut) {
+        now = ESilence::kFadedB;
+    }
+    if (now == silence && (now != ESilence::kSolo || soloed == silencedBy)) return;
+    silencedBy = soloed;
+    silence = now;
+    meter->SetReason(SilenceText());
+    DrawDim(now != ESilence::kNone);
+}
+
+QString CInstrumentStripCtrl::SilenceText() const {
+    switch (silence) {
+        case ESilence::kMuted:
+            return Text("silent: muted");
+        case ESilence::kSolo: {
+            const auto other = context.station.Stack().InstrumentById(silencedBy);
+            return Text("silent: solo on %1").arg(other ? QString::fromStdString(other->title) : QString());
+        }
+        case ESilence::kFadedA:
+            return Text("silent: crossfader at %1").arg(QLatin1Char('B'));
+        case ESilence::kFadedB:
+            return Text("silent: crossfader at %1").arg(QLatin1Char('A'));
+        case ESilence::kNone:
+            break;
+    }
+    return {};
+}
+
+// The switch that is the cause keeps its colour.
+void CInstrumentStripCtrl::DrawDim(bool dim) {
+    cannotSound = dim;
+    for (const auto& child : Children()) {
+        child->cannotSound = dim && child.get() != keyboard && (child.get() != mute || !instrument->strip.mute.IsOn());
+        for (const auto& inner : child->Children()) inner->cannotSound = child->cannotSound;
+    }
+    Refresh();
+}
+
 void CInstrumentStripCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
-    const QRectF area = QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -2.5);
+    const QRectF area(Rectangle());
     const bool isCurrent = Index() == context.station.Selection().CurrentIndex();
-    Canvas().FillRound(area, 4, Ground());
-    Canvas().Frame(area, 4,
-                   isCurrent ? Palette().Colour(QStringLiteral("textDim")) : Palette().Colour(QStringLiteral("line")));
-    Canvas().FillRound(QRectF(X() + 1.5, Y() + 2, 4, area.height() - 3), 2, StripColour());
-    Canvas().Glyph(Skin(), picture::kGlyphGrip, {X() + 12.0, Y() + 14.0},
-                   Palette().Colour(hovered ? QStringLiteral("textMuted") : QStringLiteral("edge")));
+    const CPalette& palette = Palette();
+    Canvas().Box(area, 4, Ground(), palette.Colour(isCurrent ? QStringLiteral("textMuted") : QStringLiteral("line")),
+                 isCurrent ? 2 : 1);
+    Canvas().Fill(QRectF(X() + 2, Y() + 2, 6, area.height() - 4), StripColour());
+    Canvas().Glyph(Skin(), picture::kGlyphGrip, {X() + gripLeft + 4.0, Y() + (collapsed ? 20.0 : 18.0)},
+                   palette.Colour(hovered ? QStringLiteral("textMuted") : QStringLiteral("textDim")));
 }
 
 // --- Dragging to another place ----------------------------------------------------------------------------
 
+// The grip, and the free ground beside it.
+bool CInstrumentStripCtrl::IsOnGrip(int px, int py) const {
+    return py - Y() < kGripHeight && std::abs(px - X() - gripLeft - 4) <= kGripReach;
+}
+
 void CInstrumentStripCtrl::OnLButtonDown(int px, int py, int button) {
     if (button != 0) return;
-    // The grip and the free ground of the header.
-    dragging = py - Y() < kHeaderHeight && px - X() < 60;
+    dragging = IsOnGrip(px, py);
     dragStart = py;
 }
 
 void CInstrumentStripCtrl::OnMouseMove(int px, int py) {
-    const bool onGrip = py - Y() < kHeaderHeight && px - X() < 60;
-    if (onGrip || dragging) {
+    if (IsOnGrip(px, py) || dragging) {
         Owner().setCursor(dragging ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
     } else {
         Owner().unsetCursor();
@@ -191,6 +262,13 @@ void CInstrumentStripCtrl::OnLButtonUp(int /*px*/, int py, int /*button*/) {
 
 void CInstrumentStripCtrl::OnMouseLeave() { Owner().unsetCursor(); }
 
+void CInstrumentStripCtrl::TellChanged() { context.station.Changes().Tell({EChange::kInstrument, instrument->Id()}); }
+
+void CInstrumentStripCtrl::OpenTool(ETool tool) {
+    context.station.Selection().SetCurrent(Index());
+    if (context.actions.openTool) context.actions.openTool(tool);
+}
+
 int CInstrumentStripCtrl::ShownPattern() const {
     const int shown = playingPattern >= 0 ? playingPattern : instrument->patternSelected.Get();
     return std::clamp(shown, 0, kPatternCount - 1);
@@ -198,8 +276,8 @@ int CInstrumentStripCtrl::ShownPattern() const {
 
 void CInstrumentStripCtrl::ListSlots(std::vector<SlotField>& fields) const {
     const std::uint32_t id = instrument->Id();
+    if (collapsed) return fields.push_back({{SlotPlace::EKind::kInstrument, id, 0}, title});
     fields.push_back({{SlotPlace::EKind::kInstrument, id, 0}, plugin});
-    if (collapsed) return;
     for (int index = 0; index < kInsertCount; ++index) {
         fields.push_back({{SlotPlace::EKind::kInsert, id, index}, inserts[static_cast<std::size_t>(index)]});
     }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The console's strip of one instrument: a container that builds the controls of its header, mixer,
-// patterns, equaliser and effects, with the keyboard below when it is shown. User-interface thread.
+// The console's strip of one instrument: a container that builds the controls of its name and mixer, patterns,
+// equaliser and effects, with the keyboard below when it is shown; or, closed, one row of what is played with.
+// An instrument that cannot be heard is drawn dim, with the reason in its meter. User-interface thread.
 
 #include "app/console/CStepGestures.h"
 #include "app/console/ConsoleParts.h"
@@ -27,12 +28,12 @@ class CStepLedCtrl;
 class CSwitchCtrl;
 class CSwitchFaderCtrl;
 class CSwitchSelectorCtrl;
+class CVuCtrl;
 
 class CInstrumentStripCtrl : public CControl, public CPatternOwner, public CSlotOwner {
 public:
-    static constexpr int kNarrowest = 960;  // pixels that the controls need
-    static constexpr int kHeaderHeight = 26;
-    static constexpr int kBodyHeight = 78;
+    static constexpr int kHeight = 104;
+    static constexpr int kClosedHeight = 40;
     static constexpr int kKeyboardHeight = 62;
 
     CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<CInstrument> shown, const ConsoleContext& consoleContext,
@@ -61,6 +62,8 @@ public:
     void ReleaseKeys(bool all);
     // With each tick, while the strip is on the screen; null when the engine does not play it.
     void Follow(const InstrumentPicture* picture);
+    // The same: whether it can be heard. `soloed`: the first instrument in solo; 0: none.
+    void FollowSilence(std::uint32_t soloed);
 
     // While the strip is dragged to another place, and when it is let go.
     std::function<void(CInstrumentStripCtrl&, int py, bool dropped)> onDrag;
@@ -78,15 +81,38 @@ public:
     void SendPatternMask(std::uint32_t mask) override;
 
 private:
-    void AddHeader();
-    void AddHeaderButtons();
-    void AddMixer();
-    void AddPatterns(int left, int cellWidth);
+    void BuildOpen(int newWidth);
+    void BuildClosed(int newWidth);
+    void AddName(int nameWidth);
+    void AddMixer(bool folded);
+    void AddPan(bool folded, int left);
+    CSwitchCtrl& AddStripSwitch(const QRect& area, CValue& bound, const QString& text, int info);
+    void AddMuteAndSolo(const QRect& muteArea, const QRect& soloArea);
+    void AddLevel(const QRect& area, const QRect& figures);
+    void AddMeter(const QRect& area);
+    void AddPlugin(int left, int room);
+    CSwitchCtrl& AddButton(const QRect& area, int glyph, int info, bool usable, std::function<void()> action);
+    void AddArpeggiatorAndKeyboard(int left);
+    void AddChannel(int left, int room);
+    void AddLamp(int left, int top);
+    void AddPresets(int left, int top, int room);
+    void AddPatterns(int left, int pitch);
+    void AddCells(int left, int top, int pitch, int high);
     void AddStepControls(int left);
     void AddEqualizer(int left, int room);
-    void AddEffects(int left, int room);
+    void AddSends(int left, int room);
     void AddInserts(int left, int room);
     void AddKeyboard();
+    void OpenTool(ETool tool);
+    bool HasTool(ETool tool) const { return context.actions.hasTool && context.actions.hasTool(tool); }
+    void TellChanged();
+    // What a closed strip hides, as a menu.
+    void FillMore(QMenu& menu);
+    void AddMoreSwitches(QMenu& menu);
+    bool IsOnGrip(int px, int py) const;
+    void DrawDim(bool dim);
+    QString SilenceText() const;
+    void FindHeldSteps();
     void EndKeys();
     void ShowSilentKeys();
     void FillSteps(QMenu& menu);
@@ -113,7 +139,6 @@ private:
     // Shown values that are no values of the instrument.
     CValue soloShown;
     CValue modeShown;
-    CValue openShown;
     CValue presetShown;
 
     // The last picture of its playing.
@@ -122,6 +147,12 @@ private:
     int playingStep = -1;
     std::array<bool, 128> sounding{};
     std::shared_ptr<const CPattern> shownPattern;
+    std::vector<bool> heldSteps;  // of the shown pattern: a note that began before sounds on
+
+    // Why it is not heard.
+    enum class ESilence { kNone, kMuted, kSolo, kFadedA, kFadedB };
+    ESilence silence = ESilence::kNone;
+    std::uint32_t silencedBy = 0;
 
     CLabelCtrl* number = nullptr;
     CImageCtrl* icon = nullptr;
@@ -132,15 +163,19 @@ private:
     CSwitchCtrl* arpeggiator = nullptr;
     CValue lampShown;
     CSwitchCtrl* solo = nullptr;
+    CSwitchCtrl* mute = nullptr;
+    CVuCtrl* meter = nullptr;
     CPresetSelectorCtrl* presets = nullptr;
-    // Null while the strip is collapsed.
     CPatternSelCtrl* cells = nullptr;
+    int gripLeft = 0;
+    // Null while the strip is closed.
     CStepLedCtrl* leds = nullptr;
     CSwitchSelectorCtrl* modes = nullptr;
     CLabelMenuCtrl* steps = nullptr;
     CFilterCtrl* filter = nullptr;
     CKeyboardExCtrl* keyboard = nullptr;
     std::array<CSwitchFaderCtrl*, kInsertCount> inserts{};
+    std::array<CSwitchCtrl*, kInsertCount> insertEdits{};
     std::array<CSwitchFaderCtrl*, kSendCount> sends{};
 };
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The sections of the master band on top of the console: transport, effects, levels, presets and
-// recorder. Each is a container that builds its controls over the engine's values. User-interface thread.
+// The sections of the two bars on top of the console: transport and recorder, tools, effects, crossfader and
+// presets, levels. Each is a container that builds its controls over the engine's values, anew for another width.
+// User-interface thread.
 
 #include "app/console/ConsoleParts.h"
 #include "app/console/SlotFields.h"
@@ -12,55 +13,79 @@ class QMenu;
 
 namespace quib {
 
+class CLabelCtrl;
 class CLabelMenuCtrl;
 class CSwitchCtrl;
+class CVuCtrl;
 
-// A framed area of the band.
+// A framed area of a bar.
 class CPanelCtrl : public CControl {
 public:
     CPanelCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight)
         : CControl(window, number, left, top, newWidth, newHeight) {}
     void Draw() override;
-    void Resize(int newWidth, int newHeight) override { SetSize(newWidth, newHeight); }
+    void Resize(int newWidth, int newHeight) override;
 
 protected:
+    // Makes its controls for the size that it has.
+    virtual void Build() {}
     // Gives every child the panel's ground.
     void PaintChildren();
+    CLabelCtrl& AddDimLabel(int left, int top, int newWidth, int newHeight, const QString& text);
 };
 
+// The first bar.
 class CTransportPanel : public CPanelCtrl, public CTicked {
 public:
-    static constexpr int kWidth = 326;
-    CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                    const ConsoleContext& consoleContext);
+    CTransportPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext);
     void Tick() override;
 
 private:
-    void AddSwitches();
-    void AddMetronome();
+    void Build() override;
+    int AddPlay(int left);
+    int AddModes(int left);
+    int AddArms(int left);
+    int AddMetronome(int left);
+    int AddTempo(int left);
     void ShowCountIn();
-    void AddTempo();
-    void AddDisplays();
-    void AddTools();
+    bool IsNarrow() const noexcept { return Width() < kWordsWidth; }
+    int WordWidth(const QString& text) const;
+
+    static constexpr int kWordsWidth = 1180;  // from which symbols have words and the recorder has its name
 
     ConsoleContext context;
     CValue playShown;  // follows the engine
     CValue countInShown;
+    QString recordPath;
     CSwitchCtrl* countIn = nullptr;
     CSwitchCtrl* play = nullptr;
 };
 
+// The windows of the tools.
+class CToolsPanel : public CPanelCtrl, public CTicked {
+public:
+    CToolsPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext);
+    void Tick() override;
+
+private:
+    static constexpr std::size_t kTools = 6;
+    void Build() override;
+
+    ConsoleContext context;
+    std::array<CValue, kTools> shown;
+    std::array<CSwitchCtrl*, kTools> buttons{};
+};
+
 class CEffectsPanel : public CPanelCtrl, public CSlotOwner {
 public:
-    static constexpr int kWidth = 210;
-    CEffectsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                  const ConsoleContext& consoleContext);
+    CEffectsPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext);
     // Takes over what the places hold now.
     void ShowSlots();
     void ListSlots(std::vector<SlotField>& fields) const override;
 
 private:
-    void AddRow(int top, const SlotPlace& place, const QString& title, CValue* onSwitch);
+    void Build() override;
+    void AddRow(const QRect& area, const SlotPlace& place, const QString& title, CValue* onSwitch);
 
     ConsoleContext context;
     struct Row {
@@ -68,40 +93,45 @@ private:
         CLabelMenuCtrl* label;
         CSwitchCtrl* edit;
         CSwitchCtrl* on;
+        CLabelCtrl* title;
     };
     std::vector<Row> rows;
 };
 
-class CLevelsPanel : public CPanelCtrl {
+// At the right of both bars.
+class CLevelsPanel : public CPanelCtrl, public CTicked {
 public:
-    static constexpr int kWidth = 96;
-    CLevelsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                 const ConsoleContext& consoleContext);
-
-private:
-    CLevelTables tables;
-};
-
-class CSessionPanel : public CPanelCtrl, public CTicked {
-public:
-    static constexpr int kWidth = 168;
-    CSessionPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                  const ConsoleContext& consoleContext);
+    static constexpr int kWidth = 148;
+    CLevelsPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext);
+    void Draw() override;
     void Tick() override;
 
 private:
-    void AddCrossfader();
-    void AddPresets();
-    void AddRecorder();
-    void ToggleRecording();
-    void FillPresetMidi(QMenu& menu);
+    void Build() override;
 
     ConsoleContext context;
     CLevelTables tables;
-    CValue recordShown;
-    QString recordPath;
-    CSwitchCtrl* record = nullptr;
+    CVuCtrl* meter = nullptr;
+    CLabelCtrl* peak = nullptr;
+};
+
+// Crossfader and presets.
+class CSessionPanel : public CPanelCtrl, public CTicked {
+public:
+    CSessionPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext);
+    void Tick() override;
+
+private:
+    void Build() override;
+    void AddCrossfader();
+    void AddPresets();
+    void FillPresetMidi(QMenu& menu);
+    QString HiddenSide() const;
+
+    ConsoleContext context;
+    CLevelTables tables;
     CLabelMenuCtrl* presetMidi = nullptr;
+    CLabelCtrl* hidden = nullptr;
 };
 
 }  // namespace quib

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Levels, crossfader, presets and recorder of the master band.
-#include <QFileInfo>
+// Levels, crossfader and presets of the bars.
 #include <QMenu>
+#include <cmath>
 
-#include "app/FileDialogs.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
@@ -19,46 +18,85 @@
 
 namespace quib {
 
-CLevelsPanel::CLevelsPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                           const ConsoleContext& context)
-    : CPanelCtrl(window, number, left, top, kWidth, newHeight) {
+namespace {
+constexpr int kMeterTop = 6;
+constexpr int kMeterHeight = 94;
+constexpr int kMeterLeft = 43;
+constexpr int kMeterWidth = 32;
+constexpr int kFaderHeight = 98;
+}  // namespace
+
+CLevelsPanel::CLevelsPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, 0, consoleLayout::kBar1Top, 0, 0), CTicked(window), context(consoleContext) {}
+
+void CLevelsPanel::Build() {
+    ClearChildren();
     CAudio& audio = context.station.Audio();
-    const int tall = newHeight - 30;
-    auto& level = AddChild<CFaderCtrl>(0U, 8, 8, 24, tall, &audio.settings.masterLevel, true);
-    level.maximum = 127;
-    level.defaultValue = 127.0F;
-    BindValue(level, context, "Master level", 452);
-    ShowDecibels(level, [this](float shown) { return tables.MasterGain(shown); });
-    auto& meter = AddChild<CVuCtrl>(0U, 38, 8, 19, tall, &audio.masterPeak[0], &audio.masterPeak[1], true);
-    meter.infoString = 453;
-    auto& phones = AddChild<CFaderCtrl>(0U, 64, 8, 24, tall, &audio.settings.headphonesLevel, true);
-    phones.maximum = 127;
-    phones.defaultValue = 127.0F;
-    BindValue(phones, context, "Headphones level", 454);
-    ShowDecibels(phones, [this](float shown) { return tables.MasterGain(shown); });
-    auto& masterLabel = AddChild<CLabelCtrl>(0U, 8, newHeight - 19, 50, 14, Text("MASTER"));
-    masterLabel.fontHeight = 9;
-    masterLabel.strong = true;
-    masterLabel.textColour = Palette().Colour(QStringLiteral("textMuted"));
-    auto& image = AddChild<CImageCtrl>(0U, 66, newHeight - 21, 20, 18, picture::kGlyphHeadphones);
+    const auto addFader = [this](int left, CValue& bound, const char* title, int info) {
+        auto& fader = AddChild<CFaderCtrl>(0U, left, 4, 24, kFaderHeight, &bound, true);
+        fader.maximum = 127;
+        fader.defaultValue = 127.0F;
+        BindValue(fader, context, title, info);
+        ShowDecibels(fader, [this](float shown) { return tables.MasterGain(shown); });
+    };
+    addFader(10, audio.settings.masterLevel, TextKey("Master level"), 452);
+    meter = &AddChild<CVuCtrl>(0U, kMeterLeft, kMeterTop, kMeterWidth, kMeterHeight, &audio.masterPeak[0],
+                               &audio.masterPeak[1], true);
+    meter->infoString = 453;
+    addFader(Width() - 34, audio.settings.headphonesLevel, TextKey("Headphones level"), 454);
+    auto& label = AddDimLabel(8, Height() - 23, 50, 18, Text("MASTER"));
+    label.fontHeight = 10;
+    label.strong = true;
+    peak = &AddChild<CLabelCtrl>(0U, 58, Height() - 24, 48, 20);
+    peak->fontHeight = 15;
+    peak->strong = true;
+    peak->digits = true;
+    peak->alignment = Qt::AlignRight | Qt::AlignVCenter;
+    auto& image = AddChild<CImageCtrl>(0U, Width() - 32, Height() - 23, 20, 18, picture::kGlyphHeadphones);
     image.isGlyph = true;
     PaintChildren();
 }
 
-CSessionPanel::CSessionPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                             const ConsoleContext& consoleContext)
-    : CPanelCtrl(window, number, left, top, kWidth, newHeight), CTicked(window), context(consoleContext) {
+void CLevelsPanel::Draw() {
+    CPanelCtrl::Draw();
+    const QRgb colour = Palette().Colour(QStringLiteral("textDim"));
+    for (const int decibels : {0, -12, -24, -48}) {
+        const qreal share = static_cast<qreal>(MeterShare(std::pow(10.0F, static_cast<float>(decibels) / 20)));
+        const qreal place = Y() + kMeterTop + kMeterHeight - (kMeterHeight - 5) * share;
+        Canvas().Text(QRectF(X() + kMeterLeft + kMeterWidth + 6, place - 6, 30, 12), QString::number(decibels), colour,
+                      10, Qt::AlignLeft | Qt::AlignVCenter);
+    }
+}
+
+void CLevelsPanel::Tick() {
+    if (meter == nullptr) return;
+    const float highest = meter->HeldPeak();
+    peak->SetText(highest <= -59.5F ? QStringLiteral("-inf") : QString::number(static_cast<double>(highest), 'f', 1));
+}
+
+CSessionPanel::CSessionPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, 0, consoleLayout::kBar2Top, 0, consoleLayout::kBar2Height),
+      CTicked(window),
+      context(consoleContext) {}
+
+void CSessionPanel::Build() {
+    ClearChildren();
     AddCrossfader();
     AddPresets();
-    AddRecorder();
     PaintChildren();
 }
 
+// Beside the fader a word says which side is not heard.
 void CSessionPanel::AddCrossfader() {
-    auto& sideA = AddChild<CLabelCtrl>(0U, 8, 9, 12, 16, QStringLiteral("A"));
-    auto& sideB = AddChild<CLabelCtrl>(0U, kWidth - 18, 9, 12, 16, QStringLiteral("B"));
-    sideA.strong = sideB.strong = true;
-    auto& fader = AddChild<CFaderCtrl>(0U, 22, 8, kWidth - 44, 18, &context.station.Audio().settings.crossfader, false);
+    const int word = 66;
+    auto& sideA = AddChild<CLabelCtrl>(0U, 10, 10, 12, 20, QStringLiteral("A"));
+    auto& sideB = AddChild<CLabelCtrl>(0U, Width() - word - 20, 10, 12, 20, QStringLiteral("B"));
+    for (CLabelCtrl* const side : {&sideA, &sideB}) {
+        side->strong = true;
+        side->fontHeight = 12;
+    }
+    auto& fader =
+        AddChild<CFaderCtrl>(0U, 24, 11, Width() - word - 50, 18, &context.station.Audio().settings.crossfader, false);
     fader.maximum = 127;
     fader.defaultValue = 64.0F;
     fader.fillFromCentre = true;
@@ -67,20 +105,34 @@ void CSessionPanel::AddCrossfader() {
         return QStringLiteral("A %1   B %2")
             .arg(Decibels(tables.CrossfadeGainA(shown)), Decibels(tables.CrossfadeGainB(shown)));
     };
+    ShowPercent(fader);
+    hidden = &AddDimLabel(Width() - word - 4, 10, word, 20, HiddenSide());
+    hidden->infoString = 455;
+}
+
+QString CSessionPanel::HiddenSide() const {
+    const float now = context.station.Audio().settings.crossfader.Get();
+    if (tables.CrossfadeGainA(now) < kFadedOut) return Text("A silent");
+    return tables.CrossfadeGainB(now) < kFadedOut ? Text("B silent") : Text("A and B");
 }
 
 void CSessionPanel::AddPresets() {
     CWorkstation& station = context.station;
-    auto& label = AddChild<CLabelCtrl>(0U, 8, 33, 60, 14, Text("PRESETS"));
-    label.fontHeight = 9;
-    label.strong = true;
-    label.textColour = Palette().Colour(QStringLiteral("textMuted"));
-    presetMidi = &AddChild<CLabelMenuCtrl>(0U, 66, 32, kWidth - 74, 17, QString(),
+    const int title = static_cast<int>(std::ceil(CCanvas::TextWidth(Text("Presets"), 11))) + 6;
+    AddDimLabel(10, 40, title, 24, Text("Presets"));
+    constexpr int kMenuWidth = 84;
+    presetMidi = &AddChild<CLabelMenuCtrl>(0U, 10 + title, 40, kMenuWidth, 24, QString(),
                                            [this](QMenu& menu) { FillPresetMidi(menu); });
     presetMidi->infoString = 457;
-    auto& presets = AddChild<CPresetSelectorCtrl>(0U, 8, 52, kWidth - 14, 22, &station.Presets().SelectedPreset());
+    presetMidi->fontHeight = 11;
+    const int left = 10 + title + kMenuWidth + 6;
+    auto& presets =
+        AddChild<CPresetSelectorCtrl>(0U, left, 40, Width() - left - 6, 24, &station.Presets().SelectedPreset());
     presets.section = ESection::kPattern;
+    presets.enabled = station.Settings().IsOn(QStringLiteral("PresetOn"));
     presets.infoString = 456;
+    presets.learns = ControlTarget{EControlTarget::kPresets, 0, 0};
+    presets.disabledInfo = 674;
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
     presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };
 }
@@ -114,41 +166,10 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
     }
 }
 
-void CSessionPanel::AddRecorder() {
-    CWorkstation& station = context.station;
-    record = &AddChild<CSwitchCtrl>(0U, 8, 84, 34, 50, &recordShown, QStringLiteral("REC"));
-    record->onColour = Palette().Colour(QStringLiteral("record"));
-    record->infoString = 458;
-    record->onChange = [this](CControl&) { ToggleRecording(); };
-    auto& file = AddChild<CLiveLabelCtrl>(0U, 48, 84, kWidth - 56, 16, [this] {
-        return recordPath.isEmpty() ? Text("no file yet") : QFileInfo(recordPath).fileName();
-    });
-    file.textColour = Palette().Colour(QStringLiteral("textMuted"));
-    auto& time = AddChild<CLiveLabelCtrl>(0U, 48, 100, kWidth - 56, 18,
-                                          [&station] { return station.Recording().ProgressText(); });
-    time.strong = true;
-    time.fontHeight = 11;
-    auto& size = AddChild<CLiveLabelCtrl>(0U, 48, 118, kWidth - 56, 14, [&station] {
-        return QStringLiteral("%1 MB").arg(static_cast<double>(station.Recording().Bytes()) / 1e6, 0, 'f', 1);
-    });
-    size.textColour = Palette().Colour(QStringLiteral("textMuted"));
-}
-
-void CSessionPanel::ToggleRecording() {
-    CWorkstation& station = context.station;
-    if (station.Recording().IsRecording()) return station.Recording().Stop();
-    const QString proposed = recordPath.isEmpty() ? QStringLiteral("recording.wav") : recordPath;
-    const QString path = ChooseFileToSave(&Owner(), station.Settings(), EFileKind::kRecording, proposed);
-    if (path.isEmpty()) return;
-    recordPath = path;
-    station.Recording().Start(path);
-}
-
 void CSessionPanel::Tick() {
-    const float recording = context.station.Recording().IsRecording() ? 1.0F : 0.0F;
-    if (recording != recordShown.Get()) record->SetValueAndUpdate(false, true, recording);
-    const PresetSelection& now = context.station.Audio().presetSelection;
-    presetMidi->SetText(ChannelText(now.channel.Get()));
+    if (presetMidi == nullptr) return;
+    presetMidi->SetText(ChannelText(context.station.Audio().presetSelection.channel.Get()));
+    hidden->SetText(HiddenSide());
 }
 
 }  // namespace quib

@@ -13,20 +13,25 @@ void SetSongMode(CWorkstation& station, bool on);
 
 class CSongModeCtrl : public CControl {
 public:
-    static constexpr int kWidth = 116;
+    // As wide as its words want it, with symbols before them where it is asked to.
     CSongModeCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                  CWorkstation& workstation);
+                  CWorkstation& workstation, bool withSymbols = true);
 
     void Draw() override;
     void OnMouseMove(int px, int py) override;
     void OnLButtonDown(int px, int py, int button) override;
     void OnMouseLeave() override;
+    ERole Role() const override { return ERole::kChoice; }
+    int PartCount() const override { return 2; }
+    ControlPart PartAt(int part) const override;
+    int ChosenPart() const override { return ValueNow() != 0 ? 0 : 1; }
 
 private:
     QRectF Half(bool song) const;
     bool IsSongAt(int px) const { return Half(true).right() > px; }
 
     CWorkstation& station;
+    bool symbols;
 };
 
 }  // namespace quib

@@ -3,8 +3,11 @@
 #include <array>
 #include <cmath>
 
+#include "app/console/BarControls.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/CSongModeCtrl.h"
+#include "app/learn/LearnMenu.h"
+#include "app/start/CDeviceBanner.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -45,6 +48,21 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
     }
 }
 
+ControlTarget KeyTarget(ETransportKey key) { return {EControlTarget::kTransport, 0, static_cast<std::int32_t>(key)}; }
+
+void FillAutomationMenu(QMenu& menu, CWorkstation& station) {
+    CAutomationRecording& recording = station.AutomationRecording();
+    menu.addSection(Text("Recording automation"));
+    for (const bool replaces : {false, true}) {
+        QAction* const action = menu.addAction(replaces ? Text("Replace to the end") : Text("Only while it is moved"),
+                                               [&recording, replaces] { recording.SetReplaces(replaces); });
+        action->setCheckable(true);
+        action->setChecked(recording.Replaces() == replaces);
+    }
+    menu.addSeparator();
+    AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordAutomation));
+}
+
 void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
     CMetronomeControl& metronome = station.Metronome();
     const auto add = [&menu](const QString& text, bool chosen, auto choose) {
@@ -67,76 +85,151 @@ void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
 
 void CPanelCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
-    Canvas().FillRound(QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5), 5,
-                       Palette().Colour(QStringLiteral("panel")));
-    Canvas().Frame(QRectF(Rectangle()).adjusted(0.5, 0.5, -0.5, -0.5), 5, Palette().Colour(QStringLiteral("line")));
+    Canvas().Box(QRectF(Rectangle()), 4, Palette().Colour(QStringLiteral("panel")),
+                 Palette().Colour(QStringLiteral("line")));
+}
+
+void CPanelCtrl::Resize(int newWidth, int newHeight) {
+    if (newWidth == Width() && newHeight == Height()) return;
+    SetSize(newWidth, newHeight);
+    Build();
 }
 
 void CPanelCtrl::PaintChildren() {
     for (const auto& child : Children()) child->backgroundColour = Palette().Colour(QStringLiteral("panel"));
 }
 
-CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
-                                 const ConsoleContext& consoleContext)
-    : CPanelCtrl(window, number, left, top, kWidth, newHeight), CTicked(window), context(consoleContext) {
-    AddSwitches();
-    AddMetronome();
-    AddTempo();
-    AddDisplays();
-    AddTools();
+CLabelCtrl& CPanelCtrl::AddDimLabel(int left, int top, int newWidth, int newHeight, const QString& text) {
+    auto& label = AddChild<CLabelCtrl>(0U, left, top, newWidth, newHeight, text);
+    label.fontHeight = 11;
+    label.textColour = Palette().Colour(QStringLiteral("textDim"));
+    return label;
+}
+
+namespace {
+constexpr int kTop = 6;  // of the buttons
+constexpr int kHigh = 40;
+constexpr int kGap = 4;
+constexpr int kGroupGap = 10;
+constexpr int kSymbolWidth = 36;  // of a button without its word
+}  // namespace
+
+CTransportPanel::CTransportPanel(CWinControl& window, std::uint32_t number, const ConsoleContext& consoleContext)
+    : CPanelCtrl(window, number, consoleLayout::kMargin, consoleLayout::kBar1Top, 0, consoleLayout::kBar1Height),
+      CTicked(window),
+      context(consoleContext) {}
+
+int CTransportPanel::WordWidth(const QString& text) const {
+    if (IsNarrow()) return kSymbolWidth;
+    return std::max(46, static_cast<int>(std::ceil(CCanvas::TextWidth(text, 10, true))) + 8);
+}
+
+void CTransportPanel::Build() {
+    ClearChildren();
+    int left = AddPlay(6);
+    left = AddModes(left);
+    left = AddArms(left);
+    left = AddMetronome(left);
+    left = AddTempo(left);
+    AddChild<CRecorderCtrl>(0U, left, kTop, std::max(kSymbolWidth, Width() - 6 - left), kHigh, context, recordPath);
     for (const auto& child : Children()) child->section = ESection::kTransport;
     PaintChildren();
 }
 
-void CTransportPanel::AddSwitches() {
+int CTransportPanel::AddPlay(int left) {
     CWorkstation& station = context.station;
-    EngineSettings& settings = station.Audio().settings;
-    play = &AddChild<CSwitchCtrl>(0U, 8, 8, 39, 34, &playShown, picture::kGlyphPlay);
+    const int wide = IsNarrow() ? 48 : 76;
+    play = &AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
+    play->learns = KeyTarget(ETransportKey::kPlay);
     play->onChange = [this, &station](CControl&) {
-        playShown.IsOn() ? station.Transport().Play() : station.Transport().Stop();
+        if (playShown.IsOn() == station.Transport().IsPlaying()) return;
+        PlayOrStop(station);
     };
-    auto& stop = AddChild<CSwitchCtrl>(0U, 50, 8, 24, 34, nullptr, picture::kGlyphStop);
+    const int stopWidth = IsNarrow() ? 32 : 44;
+    auto& stop = AddChild<CSwitchCtrl>(0U, left + wide + kGap, kTop, stopWidth, kHigh, nullptr, picture::kGlyphStop);
     stop.momentary = true;
     stop.infoString = 431;
+    stop.learns = KeyTarget(ETransportKey::kStop);
     stop.onChange = [&station](CControl&) {
         if (!station.Transport().IsPlaying()) station.Transport().Locate(0);
         station.Transport().Stop();
     };
-    auto& notes = AddChild<CSwitchCtrl>(0U, 77, 8, 24, 34, &station.NoteRecording().Armed(), picture::kGlyphRecord);
-    notes.infoString = 428;
-    notes.onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
-    notes.onAlternativeClick = [this, &station](CControl&) {
-        PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
-    };
-    auto& automation =
-        AddChild<CSwitchCtrl>(0U, 104, 8, 24, 34, &station.Audio().recordAutomation, QStringLiteral("A\u25CF"));
-    automation.infoString = 432;
-    for (CSwitchCtrl* const arm : {&notes, &automation}) arm->onColour = Palette().Colour(QStringLiteral("record"));
+    return left + wide + kGap + stopWidth + kGroupGap;
+}
+
+int CTransportPanel::AddModes(int left) {
+    EngineSettings& settings = context.station.Audio().settings;
+    const auto& mode = AddChild<CSongModeCtrl>(0U, left, kTop, kHigh, context.station, !IsNarrow());
+    left += mode.Width() + kGroupGap;
     struct Plan {
         int glyph;
         CValue* value;
         const char* name;
+        const char* word;
         int infoString;
     };
-    AddChild<CSongModeCtrl>(0U, 134, 8, 34, station);
-    int place = 134 + CSongModeCtrl::kWidth + 4;
-    for (const Plan& plan : {Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), 434},
-                             Plan{picture::kGlyphSynchro, &settings.synchroOn, TextKey("Synchro"), 435}}) {
-        auto& button = AddChild<CSwitchCtrl>(0U, place, 8, 31, 34, plan.value, plan.glyph);
+    for (const Plan& plan :
+         {Plan{picture::kGlyphLoop, &settings.loopOn, TextKey("Loop"), TextKey("LOOP"), 434},
+          Plan{picture::kGlyphSynchro, &settings.synchroOn, TextKey("Synchro"), TextKey("SYNC"), 435}}) {
+        const QString word = Text(plan.word);
+        const int wide = WordWidth(word);
+        auto& button = AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, plan.value, plan.glyph);
+        if (!IsNarrow()) button.label = word;
         BindValue(button, context, plan.name, plan.infoString);
-        place += 33;
+        left += wide + kGap;
+        if (plan.value != &settings.loopOn) continue;
+        // With the region, where there is none yet.
+        button.onGesture = [&station, &settings](CControl&, float before) {
+            settings.loopOn.Set(before);
+            station.Song().ToggleLoop();
+        };
     }
+    return left + kGroupGap - kGap;
 }
 
-// Below the arm of the notes.
-void CTransportPanel::AddMetronome() {
+// What is recorded into the project: automation and notes.
+int CTransportPanel::AddArms(int left) {
+    CWorkstation& station = context.station;
+    const auto add = [&](CValue& bound, const QString& sign, int glyph, const QString& word, int info) {
+        const int wide = std::max(WordWidth(word), WordWidth(Text("ARMED")));
+        auto& made =
+            AddChild<CArmCtrl>(0U, left, kTop, wide, kHigh, &bound, sign, glyph, IsNarrow() ? QString() : word);
+        made.infoString = info;
+        left += wide + kGap;
+        return &made;
+    };
+    CArmCtrl* const automation = add(station.Audio().recordAutomation, QStringLiteral("A"), -1, Text("AUTO"), 432);
+    automation->learns = KeyTarget(ETransportKey::kRecordAutomation);
+    automation->onAlternativeClick = [this, &station](CControl&) {
+        PopUpMenu(Owner(), [&station](QMenu& menu) { FillAutomationMenu(menu, station); });
+    };
+    CArmCtrl* const notes =
+        add(station.NoteRecording().Armed(), QString(), picture::kGlyphKeyboard, Text("NOTES"), 428);
+    notes->learns = KeyTarget(ETransportKey::kRecordNotes);
+    notes->onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
+    notes->onAlternativeClick = [this, &station](CControl&) {
+        PopUpMenu(Owner(), [&station](QMenu& menu) {
+            FillRecordMenu(menu, station);
+            menu.addSeparator();
+            AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordNotes));
+        });
+    };
+    return left;
+}
+
+int CTransportPanel::AddMetronome(int left) {
     CWorkstation& station = context.station;
     CMetronomeControl& metronome = station.Metronome();
-    auto& click = AddChild<CSwitchCtrl>(0U, 94, 48, 34, 17, &metronome.On(), picture::kGlyphMetronome);
+    const QString word = Text("CLICK");
+    const int wide = IsNarrow() ? kSymbolWidth : WordWidth(word);
+    auto& click = AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &metronome.On(), picture::kGlyphMetronome);
+    if (!IsNarrow()) click.label = word;
     click.infoString = 510;
+    click.learns = KeyTarget(ETransportKey::kMetronome);
     click.onChange = [&metronome](CControl&) { metronome.Keep(); };
-    countIn = &AddChild<CSwitchCtrl>(0U, 94, 67, 34, 17, &countInShown, QString());
+    left += wide + kGap;
+    countIn = &AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &countInShown, QString());
     countIn->infoString = 479;
     countIn->onChange = [this, &metronome](CControl&) {
         metronome.SetCountIn((metronome.CountIn() + 1) % (CMetronomeControl::kMostBars + 1));
@@ -144,10 +237,15 @@ void CTransportPanel::AddMetronome() {
     };
     for (CSwitchCtrl* const button : {&click, countIn}) {
         button->onAlternativeClick = [this, &station](CControl&) {
-            PopUpMenu(Owner(), [&station](QMenu& menu) { FillMetronomeMenu(menu, station); });
+            PopUpMenu(Owner(), [&station](QMenu& menu) {
+                FillMetronomeMenu(menu, station);
+                menu.addSeparator();
+                AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kMetronome));
+            });
         };
     }
     ShowCountIn();
+    return left + wide + kGroupGap;
 }
 
 void CTransportPanel::ShowCountIn() {
@@ -159,86 +257,45 @@ void CTransportPanel::ShowCountIn() {
     countIn->SetValueAndUpdate(false, true, on);
 }
 
-void CTransportPanel::AddTempo() {
-    CWorkstation& station = context.station;
-    CValue& tempo = station.Audio().settings.tempo;
-    auto& label = AddChild<CLiveLabelCtrl>(
-        0U, 134, 48, 100, 18, [&tempo] { return QString::number(static_cast<double>(tempo.Get()), 'f', 1); });
-    label.fontHeight = 16;
+// The tempo that plays, which automation may have moved away from the one that is set.
+int CTransportPanel::AddTempo(int left) {
+    CAudio& audio = context.station.Audio();
+    CValue& tempo = audio.settings.tempo;
+    const int letters = IsNarrow() ? 24 : 30;
+    const int room = static_cast<int>(CCanvas::DigitsWidth(QStringLiteral("000.0.0"), letters, true));
+    const int positionWidth = room + (IsNarrow() ? 12 : 36);
+    auto& position = AddChild<CPositionCtrl>(0U, left, kTop, positionWidth, kHigh, audio, letters);
+    position.infoString = 438;
+    left += positionWidth + kGroupGap;
+    auto& label = AddChild<CLiveLabelCtrl>(0U, left, kTop - 2, 66, 24, [&audio, &tempo] {
+        const PlayPicture& now = audio.Picture();
+        const double shown = now.playing && now.time.known ? now.time.tempo : static_cast<double>(tempo.Get());
+        return QString::number(shown, 'f', 1);
+    });
+    label.fontHeight = IsNarrow() ? 18 : 22;
     label.strong = true;
-    auto& tap = AddChild<CSwitchCtrl>(0U, 280, 47, 38, 20, nullptr, QStringLiteral("TAP"));
-    tap.momentary = true;
-    tap.infoString = 437;
-    tap.onChange = [&station](CControl&) { station.Transport().TapTempo(); };
-    auto& fader = AddChild<CFaderCtrl>(0U, 132, 69, 187, 16, &tempo, false);
+    label.digits = true;
+    const int wide = IsNarrow() ? 80 : 104;
+    if (!IsNarrow()) AddDimLabel(left + 74, kTop + 2, 30, 20, QStringLiteral("BPM"));
+    auto& fader = AddChild<CFaderCtrl>(0U, left, kTop + 24, wide, 16, &tempo, false);
     fader.minimum = 20;
     fader.maximum = 300;
     fader.defaultValue = 120.0F;
     BindValue(fader, context, "Tempo", 436);
     fader.entryTitle = Text("Tempo");
     fader.formatValue = [](float shown) { return QStringLiteral("%1 bpm").arg(static_cast<double>(shown), 0, 'f', 1); };
-}
-
-void CTransportPanel::AddDisplays() {
-    CWorkstation& station = context.station;
-    CAudio& audio = station.Audio();
-    auto& position = AddChild<CLiveLabelCtrl>(0U, 8, 48, 82, 36, [&audio] {
-        const PlayPicture& picture = audio.Picture();
-        if (picture.beatsToStart > 0) return QStringLiteral("-%1").arg(picture.beatsToStart);
-        const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
-        return BarBeatStep(step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get());
-    });
-    position.fontHeight = 20;
-    position.strong = true;
-    position.sunken = true;
-    position.alignment = Qt::AlignCenter;
-    position.textColour = Palette().Accent(ESection::kTransport);
-    position.infoString = 438;
-    auto& load = AddChild<CLiveLabelCtrl>(
-        0U, 8, 90, 72, 14, [&audio] { return QStringLiteral("CPU %1 %").arg(std::lround(audio.CpuLoad())); });
-    load.infoString = 439;
-    auto& xruns = AddChild<CLiveLabelCtrl>(
-        0U, 80, 90, 60, 14, [&station] { return QStringLiteral("Xruns %1").arg(station.Output().Xruns()); });
-    xruns.infoString = 440;
-    auto& device = AddChild<CLiveLabelCtrl>(0U, 140, 90, 178, 14, [&station, &audio] {
-        const COutputDevice* const output = station.Output().Device();
-        if (output == nullptr) return Text("No device");
-        return QStringLiteral("%1 %2 k")
-            .arg(QString::fromStdString(output->Name()))
-            .arg(audio.Format().sampleRate / 1000);
-    });
-    device.infoString = 441;
-    device.alignment = Qt::AlignRight | Qt::AlignVCenter;
-    for (CLabelCtrl* const label :
-         {static_cast<CLabelCtrl*>(&load), static_cast<CLabelCtrl*>(&xruns), static_cast<CLabelCtrl*>(&device)}) {
-        label->textColour = Palette().Colour(QStringLiteral("textMuted"));
-    }
-}
-
-void CTransportPanel::AddTools() {
-    struct Plan {
-        int glyph;
-        ETool tool;
-        int infoString;
-    };
-    int place = 8;
-    for (const Plan& plan :
-         {Plan{picture::kGlyphPianoRoll, ETool::kPianoRoll, 442},
-          Plan{picture::kGlyphAutomation, ETool::kAutomation, 443},
-          Plan{picture::kGlyphArpeggiator, ETool::kArpeggiator, 444}, Plan{picture::kGlyphBall, ETool::kBall, 445},
-          Plan{picture::kGlyphPlaylist, ETool::kPlaylist, 446}, Plan{picture::kGlyphHelp, ETool::kTutorial, 447}}) {
-        auto& button = AddChild<CSwitchCtrl>(0U, place, 110, 35, 24, nullptr, plan.glyph);
-        button.momentary = true;
-        button.infoString = plan.infoString;
-        button.enabled = context.actions.hasTool && context.actions.hasTool(plan.tool);
-        button.onChange = [this, tool = plan.tool](CControl&) {
-            if (context.actions.openTool) context.actions.openTool(tool);
-        };
-        place += 38;
-    }
+    left += wide + kGap + 4;
+    auto& tap =
+        AddChild<CSwitchCtrl>(0U, left, kTop, IsNarrow() ? kSymbolWidth : 44, kHigh, nullptr, QStringLiteral("TAP"));
+    tap.momentary = true;
+    tap.infoString = 437;
+    tap.learns = KeyTarget(ETransportKey::kTapTempo);
+    tap.onChange = [&station = context.station](CControl&) { station.Transport().TapTempo(); };
+    return left + tap.Width() + kGroupGap;
 }
 
 void CTransportPanel::Tick() {
+    if (play == nullptr) return;
     ShowCountIn();
     const float playing = context.station.Transport().IsPlaying() ? 1.0F : 0.0F;
     if (playing != playShown.Get()) play->SetValueAndUpdate(false, true, playing);

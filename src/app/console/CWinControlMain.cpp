@@ -6,6 +6,8 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "app/console/BarControls.h"
+#include "app/console/CInfoBar.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/CSongHintCtrl.h"
 #include "app/console/SlotMenu.h"
@@ -21,11 +23,19 @@
 namespace quib {
 
 namespace {
-using consoleLayout::kBandHeight;
+using consoleLayout::kBar1Height;
+using consoleLayout::kBar1Top;
+using consoleLayout::kBar2Height;
+using consoleLayout::kBar2Top;
+using consoleLayout::kInfoHeight;
 using consoleLayout::kMargin;
+using consoleLayout::kScrollWidth;
+using consoleLayout::kStateHeight;
+using consoleLayout::kStripGap;
 using consoleLayout::kStripsTop;
-constexpr int kScrollWidth = 12;
-constexpr int kAddHeight = 28;
+constexpr int kAddHeight = 32;
+constexpr int kWideBar = 1100;   // pixels from which the tools have their words
+constexpr int kLeastScope = 40;  // pixels below which there is none
 }  // namespace
 
 // The engine's scope as the control wants it.
@@ -47,7 +57,7 @@ private:
 
 CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorkstation& workstation,
                                  ConsoleActions consoleActions, QWidget* parent)
-    : CWinControl(controlSettings, Palette().Colour(QStringLiteral("window")), parent),
+    : CWinControl(controlSettings, "window", parent),
       station(workstation),
       actions(std::move(consoleActions)),
       context{station, actions, nullptr},
@@ -75,26 +85,61 @@ CWinControlMain::~CWinControlMain() {
 }
 
 void CWinControlMain::BuildMaster() {
-    int left = kMargin;
-    transport = &Add<CTransportPanel>(0U, left, kMargin, kBandHeight, context);
-    left += CTransportPanel::kWidth + kMargin;
-    effects = &Add<CEffectsPanel>(0U, left, kMargin, kBandHeight, context);
-    left += CEffectsPanel::kWidth + kMargin;
-    levels = &Add<CLevelsPanel>(0U, left, kMargin, kBandHeight, context);
-    left += CLevelsPanel::kWidth + kMargin;
-    session = &Add<CSessionPanel>(0U, left, kMargin, kBandHeight, context);
-    left += CSessionPanel::kWidth + kMargin;
-    scope = &Add<CScopeCtrl>(0U, left, kMargin, 100, 52, *scopeFeed);
+    stateLine = &Add<CStateLineCtrl>(0U, station);
+    transport = &Add<CTransportPanel>(0U, context);
+    tools = &Add<CToolsPanel>(0U, context);
+    effects = &Add<CEffectsPanel>(0U, context);
+    session = &Add<CSessionPanel>(0U, context);
+    levels = &Add<CLevelsPanel>(0U, context);
+    scope = &Add<CScopeCtrl>(0U, 0, kBar2Top, 100, kBar2Height, *scopeFeed);
     scope->infoString = 459;
-    infoPanel = &Add<CInfoCtrl>(0U, left, kMargin + 56, 100, kBandHeight - 56);
+    infoBar = &Add<CInfoBar>(0U, context);
+    infoPanel = &infoBar->Help();
     scrollBar = &Add<CScrollCtrl>(0U, 0, kStripsTop, kScrollWidth, 100, &scrollPosition, true);
     scrollBar->wheelUnits = 60;
     scrollBar->onChange = [this](CControl&) { Scroll(); };
-    auto& add = Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 6, Text("+  Add an instrument"),
+    auto& add = Add<CLabelMenuCtrl>(0U, kMargin, 0, 190, kAddHeight - 4, Text("+  Add an instrument"),
                                     [this](QMenu& /*menu*/) { actions.browse({}); });
     add.infoString = 448;
-    add.fontHeight = 11;
+    add.fontHeight = 12;
     addButton = &add;
+    // What screen readers call the sections.
+    transport->name = Text("Transport");
+    effects->name = Text("Effects");
+    levels->name = Text("Master");
+    session->name = Text("Session");
+    infoPanel->name = Text("Help");
+    tools->name = Text("Tools");
+}
+
+// The bars for the width that there is: with less of it tools lose their words, then the scope goes.
+void CWinControlMain::ArrangeBars(const QSize& size) {
+    const int right = size.width() - kMargin;
+    const int levelsLeft = right - CLevelsPanel::kWidth;
+    stateLine->Resize(size.width(), kStateHeight);
+    levels->SetPosition(levelsLeft, kBar1Top);
+    levels->Resize(CLevelsPanel::kWidth, kBar1Height + kMargin + kBar2Height);
+    const int room = levelsLeft - 2 * kMargin;
+    transport->Resize(room, kBar1Height);
+    const bool wide = room >= kWideBar;
+    const int toolsWidth = wide ? 310 : 122;
+    const int sessionWidth = 260;
+    const int effectsWidth = std::min(504, room - toolsWidth - sessionWidth - 2 * kMargin);
+    int left = kMargin;
+    tools->Resize(toolsWidth, kBar2Height);
+    left += toolsWidth + kMargin;
+    effects->SetPosition(left, kBar2Top);
+    effects->Resize(effectsWidth, kBar2Height);
+    left += effectsWidth + kMargin;
+    session->SetPosition(left, kBar2Top);
+    session->Resize(sessionWidth, kBar2Height);
+    left += sessionWidth + kMargin;
+    const int rest = kMargin + room - left;
+    scope->SetVisible(rest >= kLeastScope);
+    scope->SetPosition(left, kBar2Top);
+    scope->Resize(std::max(1, rest), kBar2Height);
+    infoBar->SetPosition(0, size.height() - kInfoHeight);
+    infoBar->Resize(size.width(), kInfoHeight);
 }
 
 // What moves with the values themselves is drawn from the timer.
@@ -135,7 +180,10 @@ void CWinControlMain::RebuildSoon() {
     QMetaObject::invokeMethod(
         this,
         [this] {
+            const std::size_t before = strips.size();
             if (rebuildWanted) BuildStrips();
+            // One that was added is looked for.
+            if (before > 0 && strips.size() > before) ScrollTo(station.Selection().CurrentIndex());
         },
         Qt::QueuedConnection);
 }
@@ -144,7 +192,7 @@ void CWinControlMain::BuildStrips() {
     rebuildWanted = false;
     for (CInstrumentStripCtrl* const strip : strips) Remove(*strip);
     strips.clear();
-    const int room = std::max(SkinSize().width(), kNarrowest) - kScrollWidth - 2 * kMargin;
+    const int room = StripRoom(SkinSize());
     for (const auto& instrument : station.Stack().Instruments()) {
         auto& strip = Add<CInstrumentStripCtrl>(instrument, context, room);
         strip.onDrag = [this](CInstrumentStripCtrl& dragged, int py, bool dropped) { DragStrip(dragged, py, dropped); };
@@ -161,6 +209,9 @@ void CWinControlMain::Translate() {
     BuildMaster();
     BuildSong();
     BuildStrips();
+    if (startPage == nullptr) return;
+    banner->Translate();
+    startPage->Renew();
 }
 
 void CWinControlMain::ShowSlots() {
@@ -192,15 +243,22 @@ void CWinControlMain::StripChanged(quint32 id) {
         Qt::QueuedConnection);
 }
 
+int CWinControlMain::StripRoom(const QSize& size) {
+    return std::max(size.width(), kNarrowest) - kScrollWidth - 3 * kMargin - 2;
+}
+
+// What the help at the foot leaves.
+QSize CWinControlMain::AboveInfo(const QSize& size) { return {size.width(), std::max(1, size.height() - kInfoHeight)}; }
+
 CInstrumentStripCtrl* CWinControlMain::Strip(int index) const {
     return index >= 0 && index < static_cast<int>(strips.size()) ? strips[static_cast<std::size_t>(index)] : nullptr;
 }
 
 QRect CWinControlMain::StripArea() const {
-    const QSize size = SkinSize();
-    const int top = kStripsTop + (hint->IsVisible() ? CSongHintCtrl::kHeight + kMargin : 0);
+    const QSize size = AboveInfo(SkinSize());
+    const int top = TopOfStrips();
     const int bottom = songShown ? SongTop(size) : size.height();
-    return {0, top, size.width() - kScrollWidth, std::max(0, bottom - top)};
+    return {0, top, size.width() - kScrollWidth - kMargin, std::max(0, bottom - top)};
 }
 
 QRect CWinControlMain::ClipOf(const CControl& control) const {
@@ -209,34 +267,31 @@ QRect CWinControlMain::ClipOf(const CControl& control) const {
 }
 
 void CWinControlMain::Arrange(const QSize& size) {
-    const int infoLeft = kMargin + CTransportPanel::kWidth + CEffectsPanel::kWidth + CLevelsPanel::kWidth +
-                         CSessionPanel::kWidth + 4 * kMargin;
-    const int rest = std::max(100, size.width() - infoLeft - kMargin);
-    scope->Resize(rest, 52);
-    infoPanel->Resize(rest, kBandHeight - 56);
-    ArrangeSong(size);
+    ArrangeBars(size);
+    ArrangeSong(AboveInfo(size));
     scrollBar->SetVisible(!StripArea().isEmpty());
-    scrollBar->SetPosition(size.width() - kScrollWidth, StripArea().top());
+    scrollBar->SetPosition(size.width() - kScrollWidth - kMargin, StripArea().top());
     scrollBar->Resize(kScrollWidth, std::max(10, StripArea().height()));
-    const int room = std::max(size.width(), kNarrowest) - kScrollWidth - 2 * kMargin;
+    const int room = StripRoom(size);
     if (room != builtWidth) {
         builtWidth = room;
         for (CInstrumentStripCtrl* const strip : strips) strip->Rebuild(room);
     }
     PlaceStrips();
+    PlaceStart();
 }
 
 // Where the strips lie, for the present scroll position.
 void CWinControlMain::PlaceStrips() {
     stripsHeight = kAddHeight;
-    for (const CInstrumentStripCtrl* const strip : strips) stripsHeight += strip->Height() + 2;
+    for (const CInstrumentStripCtrl* const strip : strips) stripsHeight += strip->Height() + kStripGap;
     scrollBar->SetRange(static_cast<float>(stripsHeight), static_cast<float>(StripArea().height()));
     int top = StripArea().top() - static_cast<int>(scrollPosition.Get());
     for (CInstrumentStripCtrl* const strip : strips) {
         strip->SetPosition(kMargin, top);
-        top += strip->Height() + 2;
+        top += strip->Height() + kStripGap;
     }
-    addButton->SetPosition(kMargin, top + 2);
+    addButton->SetPosition(kMargin, top + 1);
 }
 
 void CWinControlMain::Scroll() {
@@ -262,6 +317,18 @@ void CWinControlMain::ScrollTo(int index) {
     const int below = strip->Y() + strip->Height() - area.bottom();
     const int way = above > 0 ? -above : below > 0 ? below : 0;
     if (way != 0) scrollBar->SetValueAndUpdate(true, true, scrollPosition.Get() + static_cast<float>(way));
+}
+
+void CWinControlMain::Reveal(CControl& control) {
+    const CControl* top = &control;
+    while (top->Parent() != nullptr) top = top->Parent();
+    for (const CInstrumentStripCtrl* const strip : strips) {
+        if (strip == top) return ScrollTo(strip->Index());
+    }
+    const int below = control.Y() + control.Height() - StripArea().bottom();
+    if (&control == addButton && below > 0) {
+        scrollBar->SetValueAndUpdate(true, true, scrollPosition.Get() + static_cast<float>(below));
+    }
 }
 
 // Over the strips the wheel scrolls unless the control under the mouse has a use for it.
@@ -304,7 +371,7 @@ void CWinControlMain::DragStrip(CInstrumentStripCtrl& strip, int py, bool droppe
     dropPlace = place;
     Scroll();
     const CInstrumentStripCtrl* const next = Strip(place);
-    const int line = next != nullptr ? next->Y() - 2 : addButton->Y() - 2;
+    const int line = next != nullptr ? next->Y() - 3 : addButton->Y() - 3;
     Canvas().SetClip(StripArea());
     Canvas().Fill(QRectF(kMargin, line, strip.Width(), 3), Palette().Accent(ESection::kPattern));
     BlitRectangle(StripArea());
@@ -351,6 +418,7 @@ void CWinControlMain::FollowEngine() {
     if (released != releases) ReleaseKeys(released.panics != releases.panics);
     released = releases;
     const PlayPicture& picture = station.Audio().Picture();
+    const std::uint32_t soloed = station.Stack().SoloedId();
     for (std::size_t index = 0; index < strips.size(); ++index) {
         CInstrumentStripCtrl& strip = *strips[index];
         if (strip.ShownRectangle().isEmpty()) continue;
@@ -359,9 +427,11 @@ void CWinControlMain::FollowEngine() {
             const InstrumentPicture& candidate = picture.instruments[(index + offset) % picture.instrumentCount];
             if (candidate.id == strip.Instrument().Id()) shown = &candidate;
         }
+        strip.FollowSilence(soloed);
         strip.Follow(shown);
     }
     FollowHint();
+    FollowStart();
     song->FollowEngine();
     Tick();
 }

@@ -13,11 +13,15 @@
 
 namespace quib {
 
+class CInfoBar;
 class CInstrumentStripCtrl;
+class CDeviceBanner;
 class CScrollCtrl;
 class CSongHintCtrl;
 class CSongPane;
 class CSplitCtrl;
+class CStateLineCtrl;
+class CStartPage;
 
 class CWinControlMain : public CWinControl, public CEditTarget {
     Q_OBJECT
@@ -42,7 +46,10 @@ public:
     bool IsSongShown() const;
     bool IsSongWhole() const noexcept { return songWhole; }
     CSongPane& Song() const noexcept { return *song; }
+    // Two children of it, which it places: a line above the strips, and a page in their place while there are none.
+    void SetStart(CDeviceBanner& deviceBanner, CStartPage& startPage);
 
+    void Reveal(CControl& control) override;
     bool CanEdit(EEdit command) const override;
     void Edit(EEdit command) override;
 
@@ -62,6 +69,9 @@ private:
     int SongTop(const QSize& size) const;
     void KeepSong();
     void FollowHint();
+    void FollowStart();
+    void PlaceStart();
+    int TopOfStrips() const;
     void BuildStrips();
     void Follow(const Change& change);
     void ReleaseKeys(bool all);
@@ -70,6 +80,9 @@ private:
     void StripChanged(quint32 id);
     void PatternsChanged(quint32 id);
     void PlaceStrips();
+    void ArrangeBars(const QSize& size);
+    static int StripRoom(const QSize& size);
+    static QSize AboveInfo(const QSize& size);
     void Scroll();
     void DragStrip(CInstrumentStripCtrl& strip, int py, bool dropped);
     int PlaceAt(int py) const;
@@ -83,16 +96,21 @@ private:
     ConsoleContext context;
     CPatternEdits patternEdits{station};
     std::unique_ptr<CScopeFeed> scopeFeed;
+    CStateLineCtrl* stateLine = nullptr;
     CTransportPanel* transport = nullptr;
+    CToolsPanel* tools = nullptr;
     CEffectsPanel* effects = nullptr;
     CLevelsPanel* levels = nullptr;
     CSessionPanel* session = nullptr;
     CScopeCtrl* scope = nullptr;
+    CInfoBar* infoBar = nullptr;
     CControl* addButton = nullptr;
     CScrollCtrl* scrollBar = nullptr;
     CValue scrollPosition;
     std::vector<CInstrumentStripCtrl*> strips;
     CSongHintCtrl* hint = nullptr;
+    CDeviceBanner* banner = nullptr;
+    CStartPage* startPage = nullptr;
     CSplitCtrl* split = nullptr;
     CSongPane* song = nullptr;
     bool songShown = false;

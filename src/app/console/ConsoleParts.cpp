@@ -12,16 +12,27 @@ namespace quib {
 
 namespace {
 
-// The control value of a gain in decibels, by halving: the laws grow without exception.
+constexpr int kUnit = 3;  // letters of " dB"
+
+double DecibelsOf(float gain) { return 20 * std::log10(std::max(static_cast<double>(gain), 1e-6)); }
+
+// The control value whose gain is nearest to so many decibels. The laws know whole values only.
 float ControlOf(double decibels, float highest, const std::function<float(float)>& gain) {
-    const auto wanted = static_cast<float>(std::pow(10.0, decibels / 20.0));
-    float low = 0;
-    float high = highest;
-    for (int step = 0; step < 24; ++step) {
-        const float middle = (low + high) / 2;
-        (gain(middle) < wanted ? low : high) = middle;
+    float nearest = 0;
+    for (float control = 1; control <= highest; ++control) {
+        const auto error = [&](float of) { return std::abs(DecibelsOf(of < 1 ? 0.0F : gain(of)) - decibels); };
+        if (error(control) < error(nearest)) nearest = control;
     }
-    return high;
+    return nearest;
+}
+
+QString DecibelsOfControl(float control, const std::function<float(float)>& gain) {
+    return control < 0.5F ? QStringLiteral("-inf dB") : Decibels(gain(control));
+}
+
+float ControlOfText(const QString& text, float highest, const std::function<float(float)>& gain) {
+    if (text.trimmed().startsWith(QStringLiteral("-inf"))) return 0;
+    return ControlOf(static_cast<double>(CEntryDialog::NumberOf(text)), highest, gain);
 }
 
 }  // namespace
@@ -31,6 +42,7 @@ void BindValue(CControl& control, const ConsoleContext& context, const char* val
     control.name = Text(valueName);
     control.infoString = infoString;
     CWorkstation& station = context.station;
+    control.learns = station.Controllers().TargetOf(context.owner, control.Value());
     control.onGesture = [&station, owner = context.owner, afterwards](CControl& changed, float before) {
         station.Changes().ValueEdited(Part(owner, *changed.Value()), before, changed.ValueNow(), changed.name,
                                       afterwards);
@@ -50,6 +62,7 @@ void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const C
     const StripSetting& setting = *StripSettingOf(strip, control.Level());
     control.levelMaximum = setting.range.maximum;
     control.levelDefault = setting.range.initial;
+    control.levelLearns = station.Controllers().TargetOf(context.owner, control.Level());
     control.onLevelGesture = [&station, owner = context.owner, name = Text(setting.name)](CControl& changed,
                                                                                           float before) {
         CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();
@@ -58,19 +71,41 @@ void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const C
 }
 
 void ShowDecibels(CControl& control, std::function<float(float)> gain) {
-    control.formatValue = [gain](float value) {
-        return value < 0.5F ? QStringLiteral("-inf dB") : Decibels(gain(value));
-    };
+    control.formatValue = [gain](float value) { return DecibelsOfControl(value, gain); };
+    control.formatEntry = [gain](float value) { return DecibelsOfControl(value, gain).chopped(kUnit); };
     control.entryTitle = QStringLiteral("%1 (dB)").arg(control.name);
     control.onTextEntry = [gain](CControl& entered, const QString& text) {
-        const bool silent = text.trimmed().startsWith(QStringLiteral("-inf"));
-        const double decibels = static_cast<double>(CEntryDialog::NumberOf(text));
-        entered.ChangeByUser(silent ? 0.0F : ControlOf(decibels, entered.maximum, gain));
+        entered.TakeNumber(ControlOfText(text, entered.maximum, gain));
     };
 }
 
+void ShowLevelDecibels(CSwitchFaderCtrl& control, std::function<float(float)> gain) {
+    control.formatLevel = [gain](float value) { return DecibelsOfControl(value, gain); };
+    control.onTextEntry = [gain, &control](CControl&, const QString& text) {
+        control.TakeNumber(ControlOfText(text, control.levelMaximum, gain));
+    };
+}
+
+void ShowPercent(CControl& control) {
+    const auto percent = [&control](float) {
+        return QString::number(std::lround(static_cast<double>(control.Share()) * 100));
+    };
+    control.formatEntry = percent;
+    if (!control.formatValue)
+        control.formatValue = [percent](float shown) { return percent(shown) + QStringLiteral(" %"); };
+    control.onTextEntry = [](CControl& entered, const QString& text) {
+        const float share = CEntryDialog::NumberOf(text) / 100;
+        entered.TakeNumber(entered.minimum + share * (entered.maximum - entered.minimum));
+    };
+}
+
+void ShowPan(CControl& control) {
+    control.formatValue = control.formatEntry = PanText;
+    control.onTextEntry = [](CControl& entered, const QString& text) { entered.TakeNumber(PanOf(text)); };
+}
+
 QString Decibels(float gain) {
-    const double decibels = 20 * std::log10(std::max(static_cast<double>(gain), 1e-6));
+    const double decibels = DecibelsOf(gain);
     return QStringLiteral("%1%2 dB").arg(decibels >= 0.05 ? QStringLiteral("+") : QString()).arg(decibels, 0, 'f', 1);
 }
 
@@ -93,6 +128,13 @@ QString PanText(float pan) {
     const auto percent = std::lround(std::abs(pan) * 100);
     if (percent == 0) return QStringLiteral("C");
     return QStringLiteral("%1 %2").arg(pan < 0 ? QLatin1Char('L') : QLatin1Char('R')).arg(percent);
+}
+
+float PanOf(const QString& text) {
+    const QString plain = text.trimmed().toUpper();
+    const bool isSided = plain.startsWith(QLatin1Char('L')) || plain.startsWith(QLatin1Char('R'));
+    const float percent = CEntryDialog::NumberOf(isSided ? plain.mid(1) : plain);
+    return (plain.startsWith(QLatin1Char('L')) ? -percent : percent) / 100;
 }
 
 QString SlotText(const PluginSlot* slot, const QString& empty) {

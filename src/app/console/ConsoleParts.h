@@ -17,11 +17,18 @@ namespace quib {
 
 class CSwitchFaderCtrl;
 
-// The band of the master section lies above the strips, in pixels of the skin.
+// Two bars of the master section lie above the strips and one of help below them, in pixels of the skin.
 namespace consoleLayout {
-constexpr int kMargin = 5;
-constexpr int kBandHeight = 142;
-constexpr int kStripsTop = kBandHeight + 2 * kMargin;
+constexpr int kMargin = 4;
+constexpr int kStateHeight = 4;
+constexpr int kBar1Top = kStateHeight + kMargin;
+constexpr int kBar1Height = 52;
+constexpr int kBar2Top = kBar1Top + kBar1Height + kMargin;
+constexpr int kBar2Height = 72;
+constexpr int kStripsTop = kBar2Top + kBar2Height + kMargin;
+constexpr int kInfoHeight = 32;
+constexpr int kScrollWidth = 10;
+constexpr int kStripGap = 4;
 }  // namespace consoleLayout
 
 // What a plug-in is chosen for. Without a place: a new instrument.
@@ -37,6 +44,9 @@ struct ConsoleActions {
     std::function<void(const SlotPlace&)> openPlugin;
     std::function<void(ETool)> openTool;
     std::function<bool(ETool)> hasTool;
+    std::function<bool(ETool)> isToolOpen;
+    // The export of the loop's region, or of the song.
+    std::function<void(bool loop)> bounce;
     // Tells what a loading left out.
     std::function<void(const std::vector<std::string>& warnings)> showWarnings;
 };
@@ -59,6 +69,15 @@ void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const C
 // Shows and takes decibels: `gain` gives the linear gain of a control value.
 void ShowDecibels(CControl& control, std::function<float(float)> gain);
 
+// The gain of a side of the crossfader below which it counts as not heard: -40 dB.
+constexpr float kFadedOut = 0.01F;
+// The same for the level of a send.
+void ShowLevelDecibels(CSwitchFaderCtrl& control, std::function<float(float)> gain);
+// Shows and takes hundredths of the range; the bubble shows `formatValue` where that is set.
+void ShowPercent(CControl& control);
+// Shows and takes "L 20", "C" and "R 20", or -100 to 100.
+void ShowPan(CControl& control);
+
 QString Decibels(float gain);
 // "bar.beat.step", each from 1.
 QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
@@ -66,6 +85,8 @@ QString BarBeatStep(int step, int stepsPerBeat, int beatsPerBar);
 QString CountInText(int bars);
 // A pan of -1..1: "L 20", "C", "R 20".
 QString PanText(float pan);
+// The pan that a text tells.
+float PanOf(const QString& text);
 
 // What a slot holds, for its label; `empty` when it holds nothing.
 QString SlotText(const PluginSlot* slot, const QString& empty);

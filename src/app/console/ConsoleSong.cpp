@@ -35,7 +35,7 @@ void CWinControlMain::BuildSong() {
     split->section = ESection::kTransport;
     split->infoString = 502;
     split->onSplit = [this](int place) {
-        songHeight = SkinSize().height() - place - kSplit;
+        songHeight = AboveInfo(SkinSize()).height() - place - kSplit;
         KeepSong();
         LayoutAndRefresh();
     };
@@ -44,8 +44,11 @@ void CWinControlMain::BuildSong() {
     song->onOpenPianoRoll = [this] {
         if (actions.openTool) actions.openTool(ETool::kPianoRoll);
     };
-    song->onClose = [this] { ShowSong(false, false); };
-    song->onWholeWindow = [this] { ShowSong(true, !songWhole); };
+    song->onBounce = [this](bool loop) {
+        if (actions.bounce) actions.bounce(loop);
+    };
+    song->Tools().onClose = [this] { ShowSong(false, false); };
+    song->Tools().onWholeWindow = [this] { ShowSong(true, !songWhole); };
     song->SetVisible(songShown);
     split->SetVisible(songShown && !songWhole);
 }
@@ -73,7 +76,7 @@ void CWinControlMain::KeepSong() {
 
 // Where the split bar, or the pane alone, begins.
 int CWinControlMain::SongTop(const QSize& size) const {
-    const int top = kTop + (hint->IsVisible() ? CSongHintCtrl::kHeight + kMargin : 0);
+    const int top = TopOfStrips();
     if (songWhole) return top;
     const int most = size.height() - top - kLeastStrips - kSplit;
     const int height = std::max(CSongPane::kLowest, std::min(songHeight, most));
@@ -118,7 +121,9 @@ void CWinControlMain::keyPressEvent(QKeyEvent* event) {
 }
 
 bool CWinControlMain::focusNextPrevChild(bool next) {
-    if (song->IsActive() && song->SelectNext(next ? 1 : -1)) return true;
+    const CControl* const focused = Keys().Control();
+    const bool isInSong = focused == nullptr || focused->Role() == ERole::kArea;
+    if (isInSong && song->IsActive() && song->SelectNext(next ? 1 : -1)) return true;
     return CWinControl::focusNextPrevChild(next);
 }
 

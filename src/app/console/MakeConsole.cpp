@@ -5,8 +5,13 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginWindows.h"
+#include "app/Commands.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
+#include "app/start/CDeviceBanner.h"
+#include "app/start/CStartPage.h"
+#include "app/start/CTutorialRing.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -20,8 +25,13 @@ ConsoleActions ActionsFor(CMainWindow& window, const std::shared_ptr<CPluginBrow
     actions.openPlugin = [&window](const SlotPlace& place) { window.OpenPlugin(place); };
     actions.showWarnings = [&window](const std::vector<std::string>& warnings) { window.ShowWarnings(warnings); };
     actions.openTool = [&window](ETool tool) { window.OpenTool(tool); };
+    actions.bounce = [&window](bool loop) { window.ShowExport(loop ? EExportRange::kLoop : EExportRange::kSong); };
     actions.hasTool = [](ETool tool) {
         return tool == ETool::kTutorial || tool == ETool::kPlaylist || CToolWindows::Has(tool);
+    };
+    actions.isToolOpen = [&window](ETool tool) {
+        const CToolWindow* const open = window.Tools().Find(tool);
+        return open != nullptr && open->isVisible();
     };
     return actions;
 }
@@ -33,6 +43,11 @@ QWidget* MakeConsole(CMainWindow& window) {
     auto* const console =
         new CWinControlMain(window.ControlSettings(), window.Workstation(), ActionsFor(window, browsing), &window);
     *browsing = new CPluginBrowsing(window, *console);
+    auto* const banner = new CDeviceBanner(console->Skin(), window, console);
+    auto* const page = new CStartPage(
+        console->Skin(), window, [&window] { window.Run(command::kAddInstrument); }, console);
+    console->SetStart(*banner, *page);
+    new CTutorialRing(window, *console, *page);
     console->onHold = [&recording = window.Workstation().AutomationRecording()](const CValue* value, bool held) {
         recording.Hold(value, held);
     };
@@ -43,6 +58,11 @@ QWidget* MakeConsole(CMainWindow& window) {
                                 static_cast<int>(std::ceil(CWinControlMain::kLowest * scale)));
         console->SetUiScale(scale);
         window.Tools().SetScale(window.Scale());
+    };
+    window.surroundings.place = [console](const SlotPlace& place) { return AreaOf(*console, place); };
+    window.surroundings.bars = [console] {
+        const QRect bars = console->ToWidget({0, 0, console->SkinSize().width(), consoleLayout::kStripsTop});
+        return QRect(console->mapToGlobal(bars.topLeft()), bars.size());
     };
     applyScale();
     window.Tools().SetInfoPanel(console->infoPanel);

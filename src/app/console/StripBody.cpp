@@ -1,57 +1,61 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Mixer, patterns, equaliser and effects of an instrument's strip.
+// Patterns, equaliser and effects of an instrument's strip.
 #include <QInputDialog>
 #include <QMenu>
+#include <tuple>
 
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CFilterCtrl.h"
-#include "controls/CKnobCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CStepLedCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CSwitchFaderCtrl.h"
 #include "controls/CSwitchSelectorCtrl.h"
-#include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
-void CInstrumentStripCtrl::AddMixer() {
-    ChannelStrip& strip = instrument->strip;
-    const auto addSwitch = [this](int place, const char* text, CValue& bound, int info) {
-        auto& made = AddChild<CSwitchCtrl>(0U, place, 32, 22, 20, &bound, QString::fromLatin1(text));
-        BindSetting(made, context, instrument->strip, info);
-        return &made;
-    };
-    addSwitch(70, "A", strip.crossfadeA, 474);
-    addSwitch(94, "B", strip.crossfadeB, 475);
-    auto& synchro = AddChild<CSwitchCtrl>(0U, 122, 32, 26, 20, &strip.synchro, picture::kGlyphSynchro);
-    synchro.section = ESection::kTransport;
-    BindSetting(synchro, context, strip, 476);
-    auto& pan = AddChild<CKnobCtrl>(0U, 160, 34, 40, 50, &strip.pan);
-    BindSetting(pan, context, strip, 473);
-    pan.label = pan.name;
-    pan.fillFromCentre = true;
-    pan.formatValue = PanText;
-    auto& level = AddChild<CFaderCtrl>(0U, 10, 57, 144, 20, &strip.level, false);
-    BindSetting(level, context, strip, 470);
-    ShowDecibels(level, [this](float shown) { return tables.ChannelGain(shown); });
-    auto& meter = AddChild<CVuCtrl>(0U, 12, 82, 140, 8, &strip.peak, nullptr, false);
-    meter.infoString = 477;
-}
+namespace {
+constexpr int kTitledPresets = 126;  // pixels from which their word stands before them
+constexpr float kTouch = 0.01F;      // steps by which a note that only touches a step does not reach into it
+}  // namespace
 
-void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
-    cells = &AddChild<CPatternSelCtrl>(0U, left, 31, cellWidth, 26, 0, this);
-    cells->infoString = 127;
-    leds = &AddChild<CStepLedCtrl>(0U, left, 59, 16 * cellWidth - 1, 13, Ground());
+void CInstrumentStripCtrl::AddPatterns(int left, int pitch) {
+    const int room = 16 * pitch - 2;
+    constexpr int kButtons = 6 * 26;
+    const int channelWidth = std::clamp(room * 92 / 446, 70, 110);
+    const int pluginWidth = room - kButtons - channelWidth - 22;
+    AddPlugin(left, pluginWidth);
+    int place = left + pluginWidth + 4;
+    const auto add = [&](int glyph, int info, bool usable, std::function<void()> action) {
+        AddButton({place, 6, 24, 24}, glyph, info, usable, std::move(action));
+        place += 26;
+    };
+    const std::uint32_t id = instrument->Id();
+    add(picture::kGlyphEdit, 462, true, [this, id] {
+        if (context.actions.openPlugin) context.actions.openPlugin({SlotPlace::EKind::kInstrument, id, 0});
+    });
+    for (const auto& [glyph, info, tool] : {std::tuple{picture::kGlyphPianoRoll, 442, ETool::kPianoRoll},
+                                            {picture::kGlyphAutomation, 443, ETool::kAutomation},
+                                            {picture::kGlyphBall, 445, ETool::kBall}}) {
+        add(glyph, info, HasTool(tool), [this, tool = tool] { OpenTool(tool); });
+    }
+    AddArpeggiatorAndKeyboard(place);
+    AddLamp(place + 53, 12);
+    AddChannel(left + room - channelWidth, channelWidth);
+    AddCells(left, 34, pitch, 28);
+    leds = &AddChild<CStepLedCtrl>(0U, left, 66, 16 * pitch, 32, Ground());
     leds->section = ESection::kPattern;
     leds->infoString = 480;
     leds->playingStep = [this] { return playingStep; };
     leds->loudness = [this](int step) { return LoudnessOf(step); };
+    leds->holds = [this](int step) {
+        return static_cast<std::size_t>(step) < heldSteps.size() && heldSteps[static_cast<std::size_t>(step)];
+    };
     leds->onRestart = [this](int step) {
         context.station.Audio().Post({EngineCommand::EKind::kStartPattern, instrument->Id(), step});
     };
@@ -62,7 +66,26 @@ void CInstrumentStripCtrl::AddPatterns(int left, int cellWidth) {
     leds->onAlternativeClick = [this](CControl&) {
         PopUpMenu(Owner(), [this](QMenu& menu) { FillStepMenu(menu, leds->HoveredStep()); });
     };
-    AddStepControls(left);
+}
+
+void CInstrumentStripCtrl::AddCells(int left, int top, int pitch, int high) {
+    cells = &AddChild<CPatternSelCtrl>(0U, left, top, pitch, high, 0, this);
+    cells->infoString = 127;
+    cells->learns = ControlTarget{EControlTarget::kPattern, instrument->Id(), 0};
+}
+
+// Steps that a note reaches into which began before them.
+void CInstrumentStripCtrl::FindHeldSteps() {
+    const auto count = static_cast<std::size_t>(shownPattern->LoopLength());
+    heldSteps.assign(count, false);
+    for (const Note& note : shownPattern->Notes()) {
+        const int first = StepOfPosition(note.position) + 1;
+        const float end = note.position + note.length;
+        for (int step = std::max(first, 0); step < static_cast<int>(count) && static_cast<float>(step) < end - kTouch;
+             ++step) {
+            heldSteps[static_cast<std::size_t>(step)] = true;
+        }
+    }
 }
 
 int CInstrumentStripCtrl::LoudnessOf(int step) const {
@@ -104,27 +127,35 @@ void CInstrumentStripCtrl::FillStepMenu(QMenu& menu, int step) {
 }
 
 void CInstrumentStripCtrl::AddStepControls(int left) {
-    steps = &AddChild<CLabelMenuCtrl>(0U, left, 74, 84, 20, QString(), [this](QMenu& menu) { FillSteps(menu); });
+    steps = &AddChild<CLabelMenuCtrl>(0U, left, 6, 100, 24, QString(), [this](QMenu& menu) { FillSteps(menu); });
     steps->infoString = 481;
     steps->section = ESection::kPattern;
-    modes = &AddChild<CSwitchSelectorCtrl>(0U, left + 90, 74, 28, 20, &modeShown,
+    steps->fontHeight = 12;
+    modes = &AddChild<CSwitchSelectorCtrl>(0U, left, 34, 34, 28, &modeShown,
                                            QStringList{QStringLiteral("C"), QStringLiteral("R"), QStringLiteral("H")});
     modes->glyphs = {picture::kGlyphChain, picture::kGlyphRandom, picture::kGlyphHold};
+    modes->gap = 2;
     modes->section = ESection::kPattern;
+    modes->spokenNames = {Text("Chain"), Text("Random"), Text("Hold")};
     modes->infoString = 482;
     modes->onChange = [this](CControl& changed) {
         context.station.Contents().SetStepNumberMode(
             Index(), static_cast<EStepNumberMode>(static_cast<int>(changed.ValueNow())));
     };
-    auto& label = AddChild<CLabelCtrl>(0U, left + 182, 74, 36, 20, Text("Swing"));
-    label.textColour = Palette().Colour(QStringLiteral("textMuted"));
-    auto& swing = AddChild<CFaderCtrl>(0U, left + 220, 74, 98, 20, &instrument->swing, false);
+    auto& label = AddChild<CLabelCtrl>(0U, left, 64, 60, 16, Text("Swing"));
+    label.textColour = Palette().Colour(QStringLiteral("textDim"));
+    label.fontHeight = 11;
+    auto& swing = AddChild<CFaderCtrl>(0U, left - 2, 82, 104, 16, &instrument->swing, false);
     swing.section = ESection::kPattern;
     swing.defaultValue = 0.0F;
-    swing.formatValue = [](float shown) {
-        return QStringLiteral("%1 %").arg(static_cast<double>(shown) * 100, 0, 'f', 0);
-    };
     BindValue(swing, context, "Swing", 483);
+    ShowPercent(swing);
+    auto& figure = AddChild<CLabelCtrl>(0U, left + 60, 64, 40, 16);
+    figure.Bind(&instrument->swing);
+    figure.formatValue = swing.formatValue;
+    figure.fontHeight = 12;
+    figure.alignment = Qt::AlignRight | Qt::AlignVCenter;
+    figure.infoString = 483;
 }
 
 void CInstrumentStripCtrl::FillSteps(QMenu& menu) {
@@ -144,15 +175,17 @@ void CInstrumentStripCtrl::FillSteps(QMenu& menu) {
 
 void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     ChannelStrip& strip = instrument->strip;
-    auto& on = AddChild<CSwitchCtrl>(0U, left, 31, 28, 20, &strip.eqOn, QStringLiteral("EQ"));
-    on.section = ESection::kEqualiser;
-    BindSetting(on, context, strip, 484);
     CFilterCtrl::Bands bands;
     for (std::size_t band = 0; band < bands.size(); ++band) {
         bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
     }
-    filter = &AddChild<CFilterCtrl>(0U, left + 33, 31, room - 43, 63, &strip.eqOn, bands);
+    const auto target = [this](CValue& setting) {
+        return context.station.Controllers().TargetOf(instrument, &setting);
+    };
+    filter = &AddChild<CFilterCtrl>(0U, left, 6, room, 92, &strip.eqOn, bands);
     filter->infoString = 485;
+    for (std::size_t band = 0; band < bands.size(); ++band)
+        filter->bandLearns[band] = {target(strip.eqFreq[band]), target(strip.eqQ[band]), target(strip.eqGain[band])};
     constexpr StripValues initial = InitialStripValues();
     for (std::size_t band = 0; band < bands.size(); ++band)
         filter->defaults[band] = {initial.eqFreq[band], initial.eqQ[band], initial.eqGain[band]};
@@ -161,23 +194,24 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     filter->onBandGesture = [this](int band, const CFilterCtrl::BandState& before) {
         context.station.Stack().EqualizerEdited(instrument, band, {before.frequency, before.resonance, before.gain});
     };
+    // In the corner of the curve.
+    auto& on = filter->AddChild<CSwitchCtrl>(0U, 4, 4, 30, 20, &strip.eqOn, QStringLiteral("EQ"));
+    on.section = ESection::kEqualiser;
+    on.backgroundColour = Palette().Colour(QStringLiteral("glass"));
+    BindSetting(on, context, strip, 484);
 }
 
-void CInstrumentStripCtrl::AddEffects(int left, int room) {
-    const int half = room / 2 - 3;
-    AddInserts(left, half);
-    const int column = left + half + 6;
+void CInstrumentStripCtrl::AddSends(int left, int room) {
     for (int place = 0; place < kSendCount; ++place) {
         const auto index = static_cast<std::size_t>(place);
         ChannelStrip& strip = instrument->strip;
-        auto& send = AddChild<CSwitchFaderCtrl>(0U, column, 31 + 16 * place, half, 15, &strip.sendOn[index],
+        auto& send = AddChild<CSwitchFaderCtrl>(0U, left, 6 + 24 * place, room, 20, &strip.sendOn[index],
                                                 &strip.sendLevel[index]);
         send.section = ESection::kEffects;
         BindSetting(send, context, strip, 487);
         BindLevel(send, context, strip);
-        send.formatLevel = [this](float shown) {
-            return shown < 0.5F ? QStringLiteral("-inf dB") : Decibels(tables.SendGain(shown));
-        };
+        ShowLevelDecibels(send, [this](float shown) { return tables.SendGain(shown); });
+        send.disabledInfo = 513;
         const SlotPlace slot{SlotPlace::EKind::kEffect, instrument->Id(), place};
         send.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         send.onEmptyClick = send.onAlternativeClick;
@@ -186,19 +220,30 @@ void CInstrumentStripCtrl::AddEffects(int left, int room) {
 }
 
 void CInstrumentStripCtrl::AddInserts(int left, int room) {
+    const bool titled = room >= kTitledPresets;
+    if (titled) {
+        auto& label = AddChild<CLabelCtrl>(0U, left, 6, 54, 24, Text("Presets"));
+        label.textColour = Palette().Colour(QStringLiteral("textDim"));
+        label.fontHeight = 11;
+    }
+    AddPresets(left + (titled ? 54 : 0), 6, room - (titled ? 54 : 0));
     for (int place = 0; place < kInsertCount; ++place) {
         const auto index = static_cast<std::size_t>(place);
         const SlotPlace slot{SlotPlace::EKind::kInsert, instrument->Id(), place};
-        auto& insert = AddChild<CSwitchFaderCtrl>(0U, left, 31 + 21 * place, room - 26, 19,
-                                                  &instrument->strip.insertOn[index], nullptr);
+        const int top = 34 + 34 * place;
+        auto& insert =
+            AddChild<CSwitchFaderCtrl>(0U, left, top, room - 30, 30, &instrument->strip.insertOn[index], nullptr);
         insert.section = ESection::kEffects;
         BindSetting(insert, context, instrument->strip, 486);
         insert.struckWhileOff = true;
+        insert.disabledInfo = 514;
         insert.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         insert.onEmptyClick = insert.onAlternativeClick;
         inserts[index] = &insert;
-        auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 23, 31 + 21 * place, 23, 19, nullptr, picture::kGlyphEdit);
+        auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 28, top, 28, 30, nullptr, picture::kGlyphEdit);
         edit.momentary = true;
+        edit.flat = true;
+        insertEdits[index] = &edit;
         edit.section = ESection::kEffects;
         edit.infoString = 451;
         edit.onChange = [this, slot](CControl&) {

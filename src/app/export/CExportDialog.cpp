@@ -174,6 +174,14 @@ int CExportDialog::StepsPerBar() const {
     return std::max(1, engine.stepsPerBeat.Get() * engine.beatsPerBar.Get());
 }
 
+void CExportDialog::ChooseRange(EExportRange range) {
+    const int index = static_cast<int>(range);
+    if (IsWriting() || page.range->IsOff(index)) return;
+    page.range->Choose(index);
+    ShowRange();
+    ShowAll();
+}
+
 // A range is proposed whole, in bars.
 void CExportDialog::ShowRange() {
     const auto empty = [this](EExportRange range) { return StepsOf(range, state).end == 0; };

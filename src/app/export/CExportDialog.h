@@ -27,6 +27,8 @@ public:
     bool IsWriting() const noexcept { return job != nullptr; }
     // What the controls ask for now.
     ExportSettings Settings() const;
+    // Proposes a range, whole; not while it writes, nor one with nothing in it.
+    void ChooseRange(EExportRange range);
     const ExportPage& Page() const noexcept { return page; }
 
 public Q_SLOTS:

@@ -25,8 +25,8 @@ QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 }  // namespace
 
 CEventBar::CEventBar(CWinControl& frame, std::uint32_t number, int left, int top, int newWidth, int newHeight,
-                     CWinControlParamEvent& parent)
-    : CControl(frame, number, left, top, newWidth, newHeight), window(parent) {
+                     CWinControlParamEvent& paramEvent)
+    : CControl(frame, number, left, top, newWidth, newHeight), window(paramEvent) {
     AddTools();
     AddHead();
     for (const auto& child : Children()) child->backgroundColour = Colour("panel");

@@ -14,15 +14,13 @@ namespace quib {
 
 namespace {
 
-constexpr int kScale = CLaneView::kScale;
-constexpr int kHeader = CLaneView::kHeader;
 constexpr int kScroll = 60;  // pixels of a notch
 
 }  // namespace
 
 CEventCtrl::CEventCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
-                       const CLaneCatalog& lanes)
-    : CPaneCtrl(window, number, left, top, newWidth, newHeight), catalog(lanes) {
+                       const CLaneCatalog& lanes, CTimeGrid* sharedTime)
+    : CPaneCtrl(window, number, left, top, newWidth, newHeight), catalog(lanes), view(sharedTime) {
     takesWheel = true;
     doubleClickIsClick = false;
     view.Resize(newWidth, newHeight);
@@ -90,7 +88,7 @@ void CEventCtrl::OnMouseMove(int px, int py) {
         gestures.Move(px - X(), py - Y(), Hand());
         return ShowBubble();
     }
-    const bool inside = lane && px - X() >= kScale && py - Y() >= kHeader;
+    const bool inside = lane && px - X() >= view.scaleWidth && py - Y() >= view.headerHeight;
     const auto next = inside ? view.PointAt(edit.State(), px - X(), py - Y()) : std::nullopt;
     if (next == hovered) return;
     hovered = next;
@@ -99,8 +97,8 @@ void CEventCtrl::OnMouseMove(int px, int py) {
 }
 
 void CEventCtrl::OnLButtonDown(int px, int py, int button) {
-    if (px - X() < kScale) return;
-    if (py - Y() < kHeader) {
+    if (px - X() < view.scaleWidth) return;
+    if (py - Y() < view.headerHeight) {
         locating = button == 0 && onLocate;
         if (locating) onLocate(std::max(0.0, view.StepAt(px - X())));
         return;
@@ -117,13 +115,14 @@ void CEventCtrl::OnLButtonUp(int px, int py, int /*button*/) {
 }
 
 void CEventCtrl::OnDoubleClick(int px, int py) {
-    if (lane && px - X() >= kScale && py - Y() >= kHeader) gestures.DoubleClick(px - X(), py - Y());
+    if (lane && px - X() >= view.scaleWidth && py - Y() >= view.headerHeight) gestures.DoubleClick(px - X(), py - Y());
 }
 
 void CEventCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     const float notches = NotchesOf(word);
-    if (gestures.IsBusy() || Owner().IsAltHeld()) return gestures.Wheel(px - X(), py - Y(), notches);
-    const int anchor = px - X() - kScale;
+    const bool isValue = wheelIsValue && (word & (kWheelControl | kWheelShift)) == 0;
+    if (gestures.IsBusy() || Owner().IsAltHeld() || isValue) return gestures.Wheel(px - X(), py - Y(), notches);
+    const int anchor = px - X() - view.scaleWidth;
     bool moved = false;
     if ((word & kWheelControl) != 0) {
         moved = notches > 0 ? view.time.ZoomIn(anchor) : view.time.ZoomOut(anchor);
@@ -140,6 +139,7 @@ void CEventCtrl::OnMouseLeave() {
 }
 
 void CEventCtrl::OnKeyDown(int key) {
+    if (!takesKeys) return;
     const bool fine = Owner().IsAltHeld() || Owner().IsFine();
     switch (key) {
         case virtualKey::kEscape:

@@ -1,19 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The curve of one lane: draws its points over the grid and the notes, forwards the hands. User-interface thread.
+// The curve of one lane: draws its points over the grid and the notes, forwards the hands. It stands in a window of
+// its own or below a grid whose time axis it shares. User-interface thread.
 
 #include "editors/automation/CLaneCatalog.h"
 #include "editors/automation/CLaneGestures.h"
+#include "editors/base/CEditTarget.h"
 #include "editors/pianoroll/CPaneCtrl.h"
 #include "model/edits/CNoteIndex.h"
+
+class QMenu;
 
 namespace quib {
 
 class CEventCtrl : public CPaneCtrl {
 public:
     CEventCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
-               const CLaneCatalog& lanes);
+               const CLaneCatalog& lanes, CTimeGrid* sharedTime = nullptr);
 
     CLaneView& View() noexcept { return view; }
     CLaneEdit& Edit() noexcept { return edit; }
@@ -27,6 +31,15 @@ public:
     void SetPlayhead(double step);
     double Playhead() const noexcept { return playhead; }
 
+    // --- Commands, those of the Edit menu and the menu of the right button
+
+    bool CanEdit(EEdit command) const;
+    void DoEdit(EEdit command);
+    void ClearLane();
+    void FillMenu(QMenu& menu);
+
+    bool takesKeys = true;
+    bool wheelIsValue = false;                // else it scrolls
     int patternEnd = 0;                       // steps; 0: the song, which has none
     std::shared_ptr<const CNoteIndex> notes;  // behind the curve; null: none
     std::function<std::optional<float>()> valueNow;
@@ -74,6 +87,7 @@ private:
     CLaneView view;
     CLaneEdit edit;
     CLaneGestures gestures{edit, view};
+    LaneClip clip;
     std::optional<LaneEntry> lane;
     std::optional<std::uint32_t> hovered;
     double playhead = -1;

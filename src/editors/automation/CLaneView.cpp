@@ -8,11 +8,11 @@ namespace quib {
 
 double CLaneView::YOf(float value) const noexcept {
     const float range = limits.Range() > 0 ? limits.Range() : 1;
-    return kHeader + kInset + Room() * (1 - static_cast<double>((value - limits.minimum) / range));
+    return headerHeight + kInset + Room() * (1 - static_cast<double>((value - limits.minimum) / range));
 }
 
 float CLaneView::ValueAt(double y) const noexcept {
-    const double share = std::clamp(1 - (y - kHeader - kInset) / Room(), 0.0, 1.0);
+    const double share = std::clamp(1 - (y - headerHeight - kInset) / Room(), 0.0, 1.0);
     return limits.minimum + limits.Range() * static_cast<float>(share);
 }
 

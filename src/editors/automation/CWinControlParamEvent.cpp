@@ -27,6 +27,7 @@ constexpr int kScroll = 12;
 constexpr int kZoom = 55;
 constexpr int kBars = CEventBar::kTools + CEventBar::kHead;
 constexpr int kFrame = 16;           // milliseconds
+constexpr int kUsualStep = 24;       // pixels
 constexpr double kLeastExtent = 16;  // steps
 constexpr double kBeyondSong = 64;   // steps after the last point that can be scrolled to
 constexpr const char* kZoomSetting = "ParamEventZoomTime";
@@ -34,7 +35,8 @@ constexpr const char* kZoomSetting = "ParamEventZoomTime";
 }  // namespace
 
 CWinControlParamEvent::CWinControlParamEvent(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
-    : CToolWindow(toolContext, toolRow, parent), catalog(Document()), search(new QLineEdit(this)) {
+    : CToolWindow(toolContext, toolRow, parent), catalog(Document()), source(Document()), search(new QLineEdit(this)) {
+    source.onFinished = [this] { ShowList(); };
     Build();
     const CSettings& store = Document().Settings();
     CTimeGrid& time = curve->View().time;
@@ -77,25 +79,9 @@ void CWinControlParamEvent::Build() {
     curve->onView = [this] { UpdateScrollBars(); };
     curve->onState = [this] { bar->ShowState(); };
     curve->onLocate = [this](double step) { Locate(step); };
-    curve->valueNow = [this] { return chosen ? Document().Lanes().ValueNow(shown, *chosen) : std::nullopt; };
-    curve->Edit().onPreview = [this](const LaneState& state) { Publish(state); };
-    curve->Edit().onFinish = [this](const char* name) { FinishEdit(name); };
-    curve->Edit().onCancel = [this] { gesture.reset(); };
+    source.Serve(*curve);
     curve->Gestures().tool = tool;
-    curve->Gestures().onMenu = [this] {
-        PopUpMenu(*this, [this](QMenu& menu) {
-            const std::array<std::pair<EEdit, const char*>, 5> rows = {{{EEdit::kCut, "Cut"},
-                                                                        {EEdit::kCopy, "Copy"},
-                                                                        {EEdit::kPaste, "Paste"},
-                                                                        {EEdit::kDelete, "Delete"},
-                                                                        {EEdit::kSelectAll, "Select All"}}};
-            for (const auto& [command, name] : rows) {
-                menu.addAction(Text(name), [this, edit = command] { Edit(edit); })->setEnabled(CanEdit(command));
-            }
-            menu.addSeparator();
-            menu.addAction(Text("Clear the lane"), [this] { ClearLane(); });
-        });
-    };
+    curve->Gestures().onMenu = [this] { PopUpMenu(*this, [this](QMenu& menu) { curve->FillMenu(menu); }); };
     timeScroll = &Add<CScrollCtrl>(0U, kList + kZoom, 488, 629, kScroll, &timePlace, false);
     timeScroll->onChange = [this](CControl&) {
         if (curve->View().time.ScrollTo(static_cast<int>(timePlace.Get()))) curve->ViewMoved();
@@ -145,7 +131,7 @@ void CWinControlParamEvent::UpdateScrollBars() {
 void CWinControlParamEvent::hideEvent(QHideEvent* event) {
     frames.stop();
     curve->Edit().Settle();
-    gesture.reset();
+    source.GiveUp();
     CToolWindow::hideEvent(event);
 }
 
@@ -164,16 +150,13 @@ void CWinControlParamEvent::ShowSelection() {
     const EngineSettings& engine = Document().Audio().settings;
     curve->View().time.meter = {engine.stepsPerBeat.Get(), engine.beatsPerBar.Get(), engine.beatUnit.Get(),
                                 engine.timebase.Get()};
-    lanes = Document().Lanes().Lanes(shown, song);
-    if (touched && Entry(touched) == nullptr) touched.reset();
-    if (chosen && Entry(chosen) == nullptr) chosen.reset();
-    if (TakeTouched()) chosen = touched;
-    for (const LaneEntry& lane : lanes) {
-        if (!chosen && PointsOf(lane.key)) chosen = lane.key;
-    }
-    if (!chosen && !lanes.empty()) {
+    source.Look(shown, Slot());
+    if (source.Entry(touched) == nullptr) touched.reset();
+    if (TakeTouched()) source.Choose(touched);
+    if (const auto used = source.Used(); !source.Chosen() && !used.empty()) source.Choose(used.front().key);
+    if (!source.Chosen() && !source.Lanes().empty()) {
         const LaneKey level = {ELaneGroup::kMix, 0};
-        chosen = Entry(level) != nullptr ? level : lanes.front().key;
+        source.Choose(source.Entry(level) != nullptr ? level : source.Lanes().front().key);
     }
     ShowList();
     ShowLane();
@@ -183,7 +166,7 @@ void CWinControlParamEvent::ShowSelection() {
 void CWinControlParamEvent::ShowChange(const Change& change) {
     switch (change.kind) {
         case EChange::kLanes:
-            if (publishing) return;
+            if (source.IsPublishing()) return;
             ShowList();
             return ShowPoints();
         case EChange::kPattern:
@@ -195,25 +178,11 @@ void CWinControlParamEvent::ShowChange(const Change& change) {
     }
 }
 
-const LaneEntry* CWinControlParamEvent::Entry(const std::optional<LaneKey>& key) const {
-    const auto found = std::find_if(lanes.begin(), lanes.end(), [&](const LaneEntry& lane) { return lane.key == key; });
-    return found == lanes.end() ? nullptr : &*found;
-}
-
-std::shared_ptr<const PointList> CWinControlParamEvent::PointsOf(const LaneKey& key) const {
-    const Place<CEventLanes> place = Document().Lanes().PlaceOf(shown, key.group);
-    if (!place.target) return nullptr;
-    for (const CEventLanes::Lane& lane : place.target->ForEdit()->Lanes(Slot())) {
-        if (lane.index == key.index) return lane.points;
-    }
-    return nullptr;
-}
-
 void CWinControlParamEvent::ShowList() {
     std::vector<CLaneListCtrl::Row> rows;
     const QString wanted = search->text().trimmed();
     const auto rowOf = [&](const LaneEntry& lane) {
-        const auto points = PointsOf(lane.key);
+        const auto points = source.PointsOf(lane.key);
         const QString right = points ? QString::number(points->size()) : QString();
         return CLaneListCtrl::Row{QString::fromStdString(lane.description.name), right, lane.key, points != nullptr};
     };
@@ -221,7 +190,7 @@ void CWinControlParamEvent::ShowList() {
         return wanted.isEmpty() || QString::fromStdString(lane.description.name).contains(wanted, Qt::CaseInsensitive);
     };
     const auto heading = [&rows](const QString& text) { rows.push_back({text, {}, {}, false}); };
-    const LaneEntry* const top = Entry(touched);
+    const LaneEntry* const top = source.Entry(touched);
     if (top != nullptr && matches(*top)) {
         heading(Text("LAST TOUCHED"));
         rows.push_back(rowOf(*top));
@@ -229,8 +198,8 @@ void CWinControlParamEvent::ShowList() {
             rows.back().right = catalog.ValueText(*top, *now);
     }
     std::vector<CLaneListCtrl::Row> used;
-    for (const LaneEntry& lane : lanes) {
-        if (&lane != top && matches(lane) && PointsOf(lane.key)) used.push_back(rowOf(lane));
+    for (const LaneEntry& lane : source.Lanes()) {
+        if (&lane != top && matches(lane) && source.PointsOf(lane.key)) used.push_back(rowOf(lane));
     }
     if (!used.empty()) {
         heading(Text("USED"));
@@ -238,53 +207,48 @@ void CWinControlParamEvent::ShowList() {
         rows.insert(rows.end(), used.begin(), used.end());
     }
     std::optional<ELaneGroup> group;
-    for (const LaneEntry& lane : lanes) {
-        if (&lane == top || !matches(lane) || PointsOf(lane.key)) continue;
+    for (const LaneEntry& lane : source.Lanes()) {
+        if (&lane == top || !matches(lane) || source.PointsOf(lane.key)) continue;
         if (group != lane.key.group) heading(catalog.GroupName(shown, lane.key.group));
         group = lane.key.group;
         rows.push_back(rowOf(lane));
     }
-    list->Show(std::move(rows), chosen);
+    list->Show(std::move(rows), source.Chosen());
     UpdateScrollBars();
 }
 
 double CWinControlParamEvent::LastStep() const {
     if (!song) return shown ? shown->patterns[static_cast<std::size_t>(pattern)].ForEdit()->StepCount() : kLeastExtent;
     double last = Document().Contents().PlaylistSteps();
-    if (const auto points = chosen ? PointsOf(*chosen) : nullptr)
+    if (const auto points = source.Chosen() ? source.PointsOf(*source.Chosen()) : nullptr)
         last = std::max(last, static_cast<double>(points->back().x));
     return last + kBeyondSong;
 }
 
 void CWinControlParamEvent::ShowLane() {
-    curve->Edit().Settle();
-    gesture.reset();
-    const LaneEntry* const entry = Entry(chosen);
     const double last = LastStep();
-    LaneLimits limits;
-    if (entry != nullptr) {
-        const LaneDescription& range = entry->description;
-        limits = {range.minimum, range.maximum, range.kind,
-                  song ? static_cast<float>(kMaximumSongStep) : static_cast<float>(last)};
-    }
     curve->View().time.SetExtent(std::max(last, kLeastExtent));
+    if (!song && std::exchange(fitted, last) != last) FitPattern(last);
     curve->patternEnd = song ? 0 : static_cast<int>(last);
     curve->notes =
         !song && shown
             ? std::make_shared<const CNoteIndex>(shown->patterns[static_cast<std::size_t>(pattern)].ForEdit())
             : nullptr;
-    curve->ShowLane(entry != nullptr ? std::optional(*entry) : std::nullopt, limits);
-    ShowPoints();
+    source.Show(*curve, static_cast<float>(song ? kMaximumSongStep : last));
+    UpdateScrollBars();
     bar->ShowState();
 }
 
+// A long pattern is seen whole; a short one is not drawn wider than usual.
+void CWinControlParamEvent::FitPattern(double steps) {
+    CTimeGrid& time = curve->View().time;
+    if (steps < 1 || time.Width() <= 0) return;
+    time.SetStepWidth(std::min(kUsualStep, static_cast<int>(time.Width() / steps)), 0);
+    time.ScrollTo(0);
+}
+
 void CWinControlParamEvent::ShowPoints() {
-    gesture.reset();
-    const auto points = chosen ? PointsOf(*chosen) : nullptr;
-    const PointSelection kept = points && points->size() == curve->Edit().State().points->size()
-                                    ? curve->Edit().State().selection
-                                    : PointSelection();
-    curve->ShowPoints({points ? points : std::make_shared<const PointList>(), kept});
+    source.ShowPoints(*curve);
     UpdateScrollBars();
 }
 
@@ -294,7 +258,7 @@ void CWinControlParamEvent::ShowPlaying(const PlayPicture& picture) {
         song ? SongPlayhead(picture, engine) : PatternPlayhead(picture, engine, shown.get(), pattern);
     playhead.Set(now, Nanoseconds());
     curve->SetPlayhead(playhead.At(Nanoseconds()));
-    const bool isWritten = Document().AutomationRecording().IsWriting(chosen ? *chosen : LaneKey{});
+    const bool isWritten = Document().AutomationRecording().IsWriting(source.Chosen().value_or(LaneKey{}));
     if (isWritten != std::exchange(curve->recording, isWritten)) curve->Refresh();
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
 }

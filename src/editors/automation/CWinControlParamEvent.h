@@ -9,6 +9,7 @@
 
 #include "editors/automation/CEventCtrl.h"
 #include "editors/automation/CLaneCatalog.h"
+#include "editors/automation/CLaneSource.h"
 #include "editors/base/CToolWindow.h"
 #include "editors/grid/CPlayhead.h"
 
@@ -73,28 +74,22 @@ private:
     void ShowTouched();
     bool TakeTouched();
     void ShowLane();
+    void FitPattern(double steps);
     void ShowPoints();
     void UpdateScrollBars();
-    void Publish(const LaneState& state);
-    void FinishEdit(const char* name);
     int Slot() const noexcept { return song ? CEventLanes::kSongSlot : pattern; }
-    const LaneEntry* Entry(const std::optional<LaneKey>& key) const;
-    std::shared_ptr<const PointList> PointsOf(const LaneKey& key) const;
     void Locate(double step);
     double LastStep() const;
 
     CLaneCatalog catalog;
+    CLaneSource source;
     std::shared_ptr<CInstrument> shown;
     int pattern = 0;
     bool song = false;
+    double fitted = 0;  // steps of the pattern that the zoom was chosen for
     ELaneTool tool = ELaneTool::kPoints;
-    std::vector<LaneEntry> lanes;
-    std::optional<LaneKey> chosen;
     std::optional<LaneKey> touched;
     std::optional<CAutomationRecording::TouchedLane> seenTouch;
-    std::unique_ptr<CGesture> gesture;
-    bool publishing = false;  // the change that is told is our own
-    LaneClip clip;
 
     CPlayhead playhead;
     QTimer frames;  // 16 ms, only while playing and shown

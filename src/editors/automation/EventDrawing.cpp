@@ -12,8 +12,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kScale = CLaneView::kScale;
-constexpr int kHeader = CLaneView::kHeader;
 constexpr int kNotesLow = 24;  // keys that the notes behind are spread over
 constexpr int kNotesHigh = 96;
 constexpr double kNear = 8;          // pixels: points closer than that are small squares
@@ -29,8 +27,8 @@ constexpr std::array kHertz = {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 1
 // --- Drawing ----------------------------------------------------------------------------------------------
 
 void CEventCtrl::Paint(const QRect& part) {
-    const QRect curve = part.intersected(QRect(kScale, 0, std::max(0, Width() - kScale), Height()));
-    if (part.left() < kScale) PaintScale();
+    const QRect curve = part.intersected(QRect(view.scaleWidth, 0, std::max(0, Width() - view.scaleWidth), Height()));
+    if (part.left() < view.scaleWidth) PaintScale();
     if (curve.isEmpty()) return;
     Canvas().SetClip(OnCanvas(curve));
     PaintGrid(curve);
@@ -41,8 +39,9 @@ void CEventCtrl::Paint(const QRect& part) {
     }
     if (patternEnd > 0) {
         const double end = view.XOf(patternEnd);
-        Canvas().Fill(Shape(end, kHeader, std::max(0.0, Width() - end), Height()), WithOpacity(Colour("ink"), 0.5F));
-        Canvas().Fill(Shape(end, kHeader, 2, Height()), Colour("pattern"));
+        Canvas().Fill(Shape(end, view.headerHeight, std::max(0.0, Width() - end), Height()),
+                      WithOpacity(Colour("ink"), 0.5F));
+        Canvas().Fill(Shape(end, view.headerHeight, 2, Height()), Colour("pattern"));
     }
     PaintMarquee();
     PaintHeader(curve);
@@ -66,21 +65,23 @@ std::vector<float> CEventCtrl::ScaleValues() const {
 }
 
 void CEventCtrl::PaintGrid(const QRect& part) {
-    Canvas().Fill(Shape(kScale, kHeader, Width() - kScale, Height() - kHeader), Colour("gridOff"));
+    Canvas().Fill(Shape(view.scaleWidth, view.headerHeight, Width() - view.scaleWidth, Height() - view.headerHeight),
+                  Colour("gridOff"));
     for (const GridLine& line : view.time.Lines(view.StepAt(part.left() - 1), view.StepAt(part.right() + 1))) {
         const char* const colour = line.kind == ELine::kBar    ? "gridBar"
                                    : line.kind == ELine::kBeat ? "gridBeat"
                                                                : "gridStep";
-        Canvas().Fill(Shape(view.XOf(line.step), kHeader, 1, Height() - kHeader), Colour(colour));
+        Canvas().Fill(Shape(view.XOf(line.step), view.headerHeight, 1, Height() - view.headerHeight), Colour(colour));
     }
     for (const float line : ScaleValues()) {
-        Canvas().Fill(Shape(kScale, std::floor(view.YOf(line)), Width() - kScale, 1), Colour("gridBeat"));
+        Canvas().Fill(Shape(view.scaleWidth, std::floor(view.YOf(line)), Width() - view.scaleWidth, 1),
+                      Colour("gridBeat"));
     }
 }
 
 void CEventCtrl::PaintScale() {
-    Canvas().Fill(Shape(0, 0, kScale, Height()), Colour("panel"));
-    Canvas().Fill(Shape(0, kHeader - 1, kScale, 1), Colour("wellDeep"));
+    Canvas().Fill(Shape(0, 0, view.scaleWidth, Height()), Colour("panel"));
+    Canvas().Fill(Shape(0, view.headerHeight - 1, view.scaleWidth, 1), Colour("wellDeep"));
     if (!lane) return;
     const std::vector<float> values = ScaleValues();
     const bool isFilter = lane->description.kind >= ELaneKind::kLowPassFrequency &&
@@ -90,14 +91,19 @@ void CEventCtrl::PaintScale() {
         const bool middle = !isFilter && lane->description.minimum < 0 && index == 2;
         const bool strong = decade || middle;
         const QString text = catalog.ValueText(*lane, values[index]);
-        Canvas().Text(Shape(0, view.YOf(values[index]) - 7, kScale - 6, 14), text,
+        // A low curve has room for every other one.
+        if (view.YOf(values[0]) - view.YOf(values.back()) < 14.0 * static_cast<double>(values.size() - 1) &&
+            index % 2 != 0)
+            continue;
+        Canvas().Text(Shape(0, view.YOf(values[index]) - 7, view.scaleWidth - 6, 14), text,
                       Colour(strong ? "text" : "textMuted"), 10, Qt::AlignRight | Qt::AlignVCenter, strong);
     }
 }
 
 void CEventCtrl::PaintHeader(const QRect& part) {
-    Canvas().Fill(Shape(kScale, 0, Width() - kScale, kHeader), Colour("panel"));
-    Canvas().Fill(Shape(kScale, kHeader - 1, Width() - kScale, 1), Colour("wellDeep"));
+    if (view.headerHeight <= 0) return;
+    Canvas().Fill(Shape(view.scaleWidth, 0, Width() - view.scaleWidth, view.headerHeight), Colour("panel"));
+    Canvas().Fill(Shape(view.scaleWidth, view.headerHeight - 1, Width() - view.scaleWidth, 1), Colour("wellDeep"));
     const Meter& meter = view.time.meter;
     const double barWidth = meter.StepsPerBar() * view.time.StepWidth();
     int everyBar = 1;
@@ -108,34 +114,35 @@ void CEventCtrl::PaintHeader(const QRect& part) {
         const double left = view.XOf(line.step);
         const int bar = static_cast<int>(line.step / meter.StepsPerBar());
         if (line.kind == ELine::kBar && bar % everyBar == 0) {
-            Canvas().Fill(Shape(left, 2, 1, kHeader - 3), Colour("gridBar"));
+            Canvas().Fill(Shape(left, 2, 1, view.headerHeight - 3), Colour("gridBar"));
             Canvas().Text(Shape(left + 5, 1, 40, 20), QString::number(bar + 1), Colour("text"), 13,
                           Qt::AlignLeft | Qt::AlignVCenter, true);
         } else if (line.kind == ELine::kBeat && beats) {
             const int beat = static_cast<int>((line.step - bar * meter.StepsPerBar()) / meter.StepsPerBeat());
-            Canvas().Fill(Shape(left, 12, 1, kHeader - 13), Colour("gridBeat"));
+            Canvas().Fill(Shape(left, 12, 1, view.headerHeight - 13), Colour("gridBeat"));
             Canvas().Text(Shape(left + 4, 2, 40, 20), QStringLiteral("%1.%2").arg(bar + 1).arg(beat + 1),
                           Colour("textMuted"), 10, Qt::AlignLeft | Qt::AlignVCenter);
         }
     }
     if (patternEnd <= 0) return;
-    Canvas().Fill(Shape(kScale, kHeader - 3, std::max(0.0, view.XOf(patternEnd) - kScale), 2),
-                  Mix(Colour("pattern"), Colour("ink"), 0.35F));
+    Canvas().Fill(
+        Shape(view.scaleWidth, view.headerHeight - 3, std::max(0.0, view.XOf(patternEnd) - view.scaleWidth), 2),
+        Mix(Colour("pattern"), Colour("ink"), 0.35F));
 }
 
 void CEventCtrl::PaintNotes(const QRect& part) {
     if (!notes) return;
-    const double room = Height() - kHeader - 8;
-    notes->VisitRange(static_cast<float>(view.StepAt(part.left())), static_cast<float>(view.StepAt(part.right() + 1)),
-                      0, [&](std::uint32_t, const Note& note) {
-                          const double share =
-                              1.0 - std::clamp(static_cast<double>(note.key - kNotesLow) / (kNotesHigh - kNotesLow),
-                                               0.0, 1.0);
-                          const double left = view.XOf(static_cast<double>(note.position));
-                          const double wide = static_cast<double>(note.length) * view.time.StepWidth();
-                          Canvas().Fill(Shape(left, std::floor(kHeader + share * room), std::max(2.0, wide - 1), 7),
-                                        WithOpacity(Colour("ghost"), 0.75F));
-                      });
+    const double room = Height() - view.headerHeight - 8;
+    notes->VisitRange(
+        static_cast<float>(view.StepAt(part.left())), static_cast<float>(view.StepAt(part.right() + 1)), 0,
+        [&](std::uint32_t, const Note& note) {
+            const double share =
+                1.0 - std::clamp(static_cast<double>(note.key - kNotesLow) / (kNotesHigh - kNotesLow), 0.0, 1.0);
+            const double left = view.XOf(static_cast<double>(note.position));
+            const double wide = static_cast<double>(note.length) * view.time.StepWidth();
+            Canvas().Fill(Shape(left, std::floor(view.headerHeight + share * room), std::max(2.0, wide - 1), 7),
+                          WithOpacity(Colour("ghost"), 0.75F));
+        });
 }
 
 bool CEventCtrl::IsDense(const QRect& part) const {
@@ -155,12 +162,14 @@ void CEventCtrl::PaintCurve(const QRect& part) {
     const PointList& points = *edit.State().points;
     if (points.empty()) {
         const QString hint = Text("Click to add a point, or arm and move the knob.");
-        return Canvas().Text(Shape(kScale, kHeader, Width() - kScale, Height() - kHeader), hint, Colour("textDim"), 11);
+        return Canvas().Text(
+            Shape(view.scaleWidth, view.headerHeight, Width() - view.scaleWidth, Height() - view.headerHeight), hint,
+            Colour("textDim"), 11);
     }
     // Nothing is played before the first point: there the knob stays where it is.
     const double first = view.XOf(static_cast<double>(points.front().x));
-    if (const auto now = valueNow ? valueNow() : std::nullopt; now && first > kScale) {
-        for (double dot = kScale; dot < first; dot += 6) {
+    if (const auto now = valueNow ? valueNow() : std::nullopt; now && first > view.scaleWidth) {
+        for (double dot = view.scaleWidth; dot < first; dot += 6) {
             Canvas().Fill(Shape(dot, std::floor(view.YOf(*now)), 2, 1), Accent());
         }
     }
@@ -237,8 +246,9 @@ void CEventCtrl::PaintMarquee() {
 
 void CEventCtrl::PaintPlayhead() {
     const double place = view.XOf(playhead);
-    if (playhead < 0 || place < kScale) return;
+    if (playhead < 0 || place < view.scaleWidth) return;
     Canvas().Fill(Shape(place - 1, 0, 2, Height()), Colour("transport"));
+    if (view.headerHeight <= 0) return;
     const QPointF top(X() + place, Y() + 1);
     const std::array<QPointF, 5> flag = {top + QPointF(-6, 0), top + QPointF(6, 0), top + QPointF(6, 5),
                                          top + QPointF(0, 10), top + QPointF(-6, 5)};

@@ -12,29 +12,7 @@ namespace quib {
 
 // --- Changes ----------------------------------------------------------------------------------------------
 
-void CWinControlParamEvent::Publish(const LaneState& state) {
-    if (!chosen) return;
-    const Place<CEventLanes> place = Document().Lanes().PlaceOf(shown, chosen->group);
-    if (!place.target) return;
-    if (!gesture) gesture = std::make_unique<CGesture>(Document().Changes());
-    publishing = true;
-    gesture->Publish(place, std::make_shared<const CEventLanes>(
-                                place.target->ForEdit()->With(Slot(), chosen->index, *state.points)));
-    publishing = false;
-}
-
-void CWinControlParamEvent::FinishEdit(const char* name) {
-    if (!gesture) return;
-    gesture->Finish(Text(name));
-    gesture.reset();
-    ShowList();
-}
-
-void CWinControlParamEvent::ClearLane() {
-    CLaneEdit& edit = curve->Edit();
-    edit.Settle();
-    edit.Apply(RemoveSelected(SelectAll(edit.State())), TextKey("Clear the lane"));
-}
+void CWinControlParamEvent::ClearLane() { curve->ClearLane(); }
 
 void CWinControlParamEvent::SetSong(bool on) {
     song = on;
@@ -54,16 +32,9 @@ void CWinControlParamEvent::SetSnap(const Snap& snap) {
 }
 
 void CWinControlParamEvent::ChooseLane(const LaneKey& key) {
-    if (Entry(key) == nullptr) return;
-    chosen = key;
-    // Which parameters of the plug-in have a lane shown is part of the project.
-    if (key.group == ELaneGroup::kPlugin && shown) {
-        auto& parameters = shown->eventPluginParameters;
-        if (std::find(parameters.begin(), parameters.end(), key.index) == parameters.end()) {
-            parameters.push_back(key.index);
-            Document().Changes().Touch();
-        }
-    }
+    if (source.Entry(key) == nullptr) return;
+    source.Choose(key);
+    source.MarkShown();
     ShowLane();
     ShowList();
 }
@@ -73,7 +44,7 @@ bool CWinControlParamEvent::TakeTouched() {
     const auto& last = Document().AutomationRecording().LastTouched();
     const std::uint32_t owner = shown ? shown->Id() : 0;
     if (!last || last == seenTouch || (last->first != owner && last->first != 0)) return false;
-    if (Entry(last->second) == nullptr) return false;
+    if (source.Entry(last->second) == nullptr) return false;
     seenTouch = last;
     touched = last->second;
     return true;
@@ -91,7 +62,7 @@ void CWinControlParamEvent::TypeTime(const QString& text) {
 }
 
 void CWinControlParamEvent::TypeValue(const QString& text) {
-    const LaneEntry* const entry = Entry(chosen);
+    const LaneEntry* const entry = source.Entry(source.Chosen());
     const auto typed = entry != nullptr ? catalog.ValueOf(*entry, text) : std::nullopt;
     CLaneEdit& edit = curve->Edit();
     if (typed) edit.Apply(SetValueOfSelected(edit.State(), edit.limits, *typed), TextKey("Move points"));
@@ -104,17 +75,18 @@ void CWinControlParamEvent::Locate(double step) {
 // --- What its bars show -----------------------------------------------------------------------------------
 
 std::optional<ESection> CWinControlParamEvent::LaneSection() const {
+    const auto& chosen = source.Chosen();
     return chosen ? std::optional(CLaneCatalog::SectionOf(*chosen)) : std::nullopt;
 }
 
 QString CWinControlParamEvent::LaneName() const {
-    const LaneEntry* const entry = Entry(chosen);
+    const LaneEntry* const entry = source.Entry(source.Chosen());
     return entry != nullptr ? QString::fromStdString(entry->description.name) : QString();
 }
 
 QString CWinControlParamEvent::OwnerName() const {
-    if (!chosen) return {};
-    const bool ofMaster = chosen->group >= ELaneGroup::kMaster;
+    if (!source.Chosen()) return {};
+    const bool ofMaster = source.Chosen()->group >= ELaneGroup::kMaster;
     const QString name = ofMaster || !shown ? Text("Master") : QString::fromStdString(shown->title);
     return QStringLiteral("%1  ·  %2").arg(name, song ? Text("Song") : Text("Pattern %1").arg(pattern + 1));
 }
@@ -127,43 +99,15 @@ QString CWinControlParamEvent::TimeText() const {
 
 QString CWinControlParamEvent::ValueText() const {
     const LaneState& state = curve->Edit().State();
-    const LaneEntry* const entry = Entry(chosen);
+    const LaneEntry* const entry = source.Entry(source.Chosen());
     if (state.selection.empty() || entry == nullptr) return {};
     return catalog.ValueText(*entry, (*state.points)[state.selection.front()].y);
 }
 
 // --- Commands ---------------------------------------------------------------------------------------------
 
-bool CWinControlParamEvent::CanEdit(EEdit command) const {
-    const LaneState& state = curve->Edit().State();
-    if (!chosen) return false;
-    if (command == EEdit::kPaste) return !clip.points.empty();
-    if (command == EEdit::kSelectAll) return !state.points->empty();
-    return !state.selection.empty();
-}
+bool CWinControlParamEvent::CanEdit(EEdit command) const { return curve->CanEdit(command); }
 
-void CWinControlParamEvent::Edit(EEdit command) {
-    CLaneEdit& edit = curve->Edit();
-    edit.Settle();
-    switch (command) {
-        case EEdit::kCut:
-        case EEdit::kCopy:
-            clip = CopySelected(edit.State());
-            if (command == EEdit::kCut) edit.Apply(RemoveSelected(edit.State()), TextKey("Cut points"));
-            return;
-        case EEdit::kPaste: {
-            const CTimeGrid& time = curve->View().time;
-            const auto origin = static_cast<double>(clip.origin);
-            const bool visible = origin >= time.FirstStep() && origin < time.EndStep();
-            const double place = curve->Playhead() >= 0 ? curve->Playhead() : visible ? origin : time.FirstStep();
-            return edit.Apply(PastePoints(edit.State(), edit.limits, clip, time.SnapDown(place)),
-                              TextKey("Paste points"));
-        }
-        case EEdit::kDelete:
-            return curve->Gestures().Delete();
-        case EEdit::kSelectAll:
-            return edit.Select(SelectAll(edit.State()));
-    }
-}
+void CWinControlParamEvent::Edit(EEdit command) { curve->DoEdit(command); }
 
 }  // namespace quib

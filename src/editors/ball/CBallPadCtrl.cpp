@@ -184,7 +184,7 @@ void CBallPadCtrl::OnLButtonDown(int px, int py, int button) {
     const PadPlace place = balls[static_cast<std::size_t>(held)];
     before = place;
     if (held != selected && onSelect) onSelect(held);
-    if (Owner().IsAltHeld()) {
+    if (Owner().IsResetHeld()) {
         MoveTo(held, {64, 64});
         const int ball = std::exchange(held, -1);
         if (onDropped) onDropped(ball, before);

@@ -21,6 +21,7 @@ public:
         if (enabled) Owner().setCursor(Qt::IBeamCursor);
     }
     void OnMouseLeave() override { Owner().unsetCursor(); }
+    void Activate(int /*part*/) override { OnLButtonDown(X(), Y(), 0); }
     void OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) override {
         if (!enabled) return;
         entryText = Text();

@@ -9,9 +9,7 @@
 namespace quib {
 
 CToolWindow::CToolWindow(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
-    : CWinControl(toolContext.settings, Palette().Colour(QStringLiteral("panel")), parent),
-      context(toolContext),
-      row(toolRow) {
+    : CWinControl(toolContext.settings, "panel", parent), context(toolContext), row(toolRow) {
     setWindowFlag(Qt::Tool);
     connect(&context.document.Changes(), &CChanges::Changed, this, &CToolWindow::Follow);
     connect(&context.document.Selection(), &CSelection::CurrentChanged, this, [this] { Follow({EChange::kProject}); });
@@ -26,6 +24,7 @@ void CToolWindow::Open() {
     if (!std::exchange(placed, true)) {
         const QRect missing = CSettings::Centred(size(), CSettings::ScreenSize());
         const QRect place = context.document.Settings().ReadWindowPlacement(QLatin1String(row.placement), missing);
+        placedByUser = place.topLeft() != CSettings::Centred(row.size, CSettings::ScreenSize()).topLeft();
         move(place.topLeft());
         if (!row.fixedWidth || !row.fixedHeight) resize(place.size());
     }
@@ -47,6 +46,7 @@ void CToolWindow::SetScale(int percent) {
 // Fixed sides are kept as the table has them.
 void CToolWindow::KeepPlacement() {
     if (!placed) return;
+    placedByUser = true;
     QRect place(pos(), size());
     if (row.fixedWidth) place.setWidth(row.size.width());
     if (row.fixedHeight) place.setHeight(row.size.height());

@@ -22,6 +22,8 @@ public:
     const ToolRow& Row() const noexcept { return row; }
     // Shows it where it stood last, in front.
     void Open();
+    // Whether the place that it opens at is another than the middle of the screen, where the start puts it.
+    bool WasPlacedByUser() const noexcept { return placedByUser; }
     // Percent of the size of the windows.
     void SetScale(int percent);
     // Writes its placement into the settings.
@@ -31,11 +33,15 @@ public:
     // The 40 ms work.
     void FollowEngine();
 
+    // A file that is dropped on it. False: it goes where those dropped on the console go.
+    virtual bool TakeFile(const QString& /*path*/) { return false; }
+
     bool CanEdit(EEdit /*command*/) const override { return false; }
     void Edit(EEdit /*command*/) override {}
 
 protected:
     CWorkstation& Document() const noexcept { return context.document; }
+    CToolWindow* OpenOther(ETool tool) const { return context.open ? context.open(tool) : nullptr; }
     // The instrument and pattern that are to be shown; null when there is none.
     std::shared_ptr<CInstrument> Instrument() const { return context.document.Selection().CurrentInstrument(); }
     int Pattern() const { return context.document.Selection().CurrentPattern(); }
@@ -60,6 +66,7 @@ private:
     const ToolContext& context;
     const ToolRow& row;
     bool placed = false;
+    bool placedByUser = false;
 };
 
 }  // namespace quib

@@ -5,6 +5,7 @@
 
 #include <QKeySequence>
 #include <QSize>
+#include <functional>
 #include <memory>
 
 #include "document/CWorkstation.h"
@@ -16,12 +17,14 @@ namespace quib {
 class CControlSettings;
 class CToolWindow;
 
-enum class ETool { kPianoRoll, kAutomation, kArpeggiator, kBall, kPlaylist, kTutorial };
+enum class ETool { kPianoRoll, kAutomation, kArpeggiator, kBall, kPlaylist, kTutorial, kRhythm, kLoopCreator };
 
 // What every tool window works with. All of it outlives the windows.
 struct ToolContext {
     CWorkstation& document;
     const CControlSettings& settings;
+    // Brings another one to the front; null when there is no such window.
+    std::function<CToolWindow*(ETool tool)> open = {};
 };
 
 struct ToolRow {

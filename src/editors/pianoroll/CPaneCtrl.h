@@ -17,7 +17,7 @@ protected:
     // The clip is the part's; whoever narrows it puts it back.
     virtual void Paint(const QRect& part) = 0;
     // Draws and shows a part. Nothing while the control is hidden.
-    void DrawPart(const QRect& wanted);
+    virtual void DrawPart(const QRect& wanted);
     // A part as the canvas counts, as far as it is shown.
     QRect OnCanvas(const QRect& part) const { return part.translated(X(), Y()).intersected(ShownRectangle()); }
 };

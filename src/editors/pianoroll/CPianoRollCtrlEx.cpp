@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
@@ -16,7 +17,7 @@ constexpr int kHeader = PianoRollView::kHeaderHeight;
 
 CPianoRollCtrlEx::CPianoRollCtrlEx(CWinControl& window, std::uint32_t number, int left, int top, int newWidth,
                                    int newHeight, IPianoRollHost& host)
-    : CPaneCtrl(window, number, left, top, newWidth, newHeight),
+    : CDirectPaneCtrl(window, number, left, top, newWidth, newHeight),
       CTicked(window),
       edit(host),
       gestures(edit, view, options, *this),
@@ -126,7 +127,7 @@ void CPianoRollCtrlEx::OnKeyDown(int key) {
 }
 
 void CPianoRollCtrlEx::RepeatKey(int key) {
-    if (keys.KeyDown(key, gestures)) MarksChanged();
+    if (takesKeys && keys.KeyDown(key, gestures)) MarksChanged();
 }
 
 void CPianoRollCtrlEx::OnKeyUp(int key) {
@@ -158,24 +159,19 @@ void CPianoRollCtrlEx::LightHover() {
     DrawPart(lit.isEmpty() ? HoverPart() : lit);
 }
 
-std::uint64_t CPianoRollCtrlEx::SoundingHash() const {
-    std::uint64_t hash = 0;
-    if (!options.isSounding) return hash;
-    for (int key = 0; key <= kHighestKey; ++key) {
-        if (options.isSounding(key)) hash = hash * 131 + static_cast<std::uint64_t>(key) + 1;
-    }
-    return hash;
-}
-
 void CPianoRollCtrlEx::Tick() {
     if (edit.Pending() != nullptr && ++pendingTicks > kPendingTicks) edit.Settle();
     if (!IsShown()) return;
     gestures.ScrollAtEdge();
+    keys.Tick();
     LightHover();
-    const std::uint64_t sounding = SoundingHash();
-    if (sounding == drawnSounding) return;
-    drawnSounding = sounding;
-    DrawPart(QRect(0, kHeader, view.GridLeft(), view.GridHeight()));
+    if (options.sounding == drawnSounding) return;
+    const KeySet changed = options.sounding ^ std::exchange(drawnSounding, options.sounding);
+    for (int row = 0; row < view.Rows().Count(); ++row) {
+        if (!changed.test(static_cast<std::size_t>(view.Rows().KeyOf(row)))) continue;
+        const QRect place(0, view.YOfRow(row), view.GridLeft(), view.RowHeight());
+        DrawPart(place.intersected(QRect(0, kHeader, view.GridLeft(), view.GridHeight())));
+    }
 }
 
 }  // namespace quib

@@ -5,14 +5,14 @@
 // changed, and hands the events on to the gestures; what they do to the document goes to the host. The
 // window publishes and undoes, scrolls by its bars, and tells where the playhead is. User-interface thread.
 
-#include "editors/pianoroll/CPaneCtrl.h"
+#include "editors/pianoroll/CDirectPaneCtrl.h"
 #include "editors/pianoroll/CPianoRollKeys.h"
 #include "editors/pianoroll/drawing/CGridPainter.h"
 #include "editors/pianoroll/drawing/CNotePainter.h"
 
 namespace quib {
 
-class CPianoRollCtrlEx : public CPaneCtrl, public CTicked, private IPianoRollSurface {
+class CPianoRollCtrlEx : public CDirectPaneCtrl, public CTicked, private IPianoRollSurface {
 public:
     CPianoRollCtrlEx(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                      IPianoRollHost& host);
@@ -36,6 +36,8 @@ public:
     void Show(const NoteState& state) { edit.Show(state); }
     const NoteState& State() const noexcept { return edit.State(); }
     CPianoRollEdit& Edit() noexcept { return edit; }
+    // Else only Escape and the modifiers count: another control has the keys.
+    bool takesKeys = true;
     // After changing these two: OptionsChanged. After scrolling or zooming: ViewMoved.
     PianoRollOptions options;
     PianoRollView view;
@@ -93,7 +95,6 @@ private:
     void SyncAlt();
     void TrackHover(int x, int y);
     void LightHover();
-    std::uint64_t SoundingHash() const;
 
     CPianoRollEdit edit;
     CPianoRollGestures gestures;
@@ -110,7 +111,7 @@ private:
     QRect drawnMarquee;
     QRect drawnCursor;
     int drawnPressed = -1;
-    std::uint64_t drawnSounding = 0;
+    KeySet drawnSounding;
     int pendingTicks = 0;
     ERollCursor cursor = ERollCursor::kArrow;
 };

@@ -15,6 +15,7 @@ namespace quib {
 namespace {
 constexpr int kOctave = 12;
 constexpr int kVelocityKey = 4;  // a press of + or -
+constexpr int kHeardTicks = 6;   // of 40 ms: how long a key that arrows reach is heard
 }  // namespace
 
 CPianoRollKeys::CPianoRollKeys(CPianoRollEdit& edited, PianoRollView& shown, PianoRollOptions& settings,
@@ -98,7 +99,6 @@ bool CPianoRollKeys::EditByLetter(int key) {
 
 // A step for each of the keys that were held on.
 void CPianoRollKeys::KeyUp(int key, const CPianoRollGestures& mouse) {
-    Silence();
     if (!mouse.IsBusy() && key >= virtualKey::kLeft && key <= virtualKey::kDown) edit.Settle();
 }
 
@@ -160,7 +160,12 @@ void CPianoRollKeys::Audition(int key, int velocity) {
     Silence();
     if (!options.audition || velocity <= 0) return;
     sounding = key;
+    heardTicks = kHeardTicks;
     edit.host.Audition(key, velocity, true);
+}
+
+void CPianoRollKeys::Tick() {
+    if (sounding >= 0 && --heardTicks <= 0) Silence();
 }
 
 void CPianoRollKeys::Silence() {

@@ -36,6 +36,9 @@ public:
     void EnterStep(int key, int velocity);
     // The keys that are held now are none of a chord.
     void EndSteps();
+    // From the 40 ms timer: ends what arrows made sound.
+    void Tick();
+    void Silence();
 
     // --- The edits that menus and buttons share with keys
 
@@ -57,7 +60,6 @@ private:
     void Walk(bool back);
     void AddAtCursor();
     void Audition(int key, int velocity);
-    void Silence();
     float Raster() const noexcept;
     float NewLength() const noexcept;
 
@@ -70,6 +72,7 @@ private:
     std::set<int> entered;  // held keys
     int mouseX = -1, mouseY = -1;
     int sounding = -1;
+    int heardTicks = 0;
 };
 
 }  // namespace quib

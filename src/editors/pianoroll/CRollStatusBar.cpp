@@ -7,13 +7,14 @@
 
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
-#include "controls/SkinNumbers.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
+
+constexpr int kLimitLeft = 144;
 
 QString KeyText(int key) { return QLatin1String(NameOfKey(std::clamp(key, 0, 127)).text); }
 
@@ -42,12 +43,12 @@ CRollStatusBar::CRollStatusBar(CWinControl& frame, std::uint32_t number, int lef
                                CWinControlPianoRoll& pianoRoll)
     : CRollBar(frame, number, left, top, newWidth, newHeight, pianoRoll) {
     controlTop = 4;
-    AddButton(8, 24, {}, picture::kGlyphMinus, nullptr, 422, [this] { window.ZoomTime(false); });
-    AddButton(34, 24, {}, picture::kGlyphPlus, nullptr, 422, [this] { window.ZoomTime(true); });
-    channel = &AddMenu(70, 128, 423, [this](QMenu& menu) { FillChannels(menu); });
-    lower = &AddMenu(204, 116, 424, [this](QMenu& menu) { FillLimit(menu, false); });
-    upper = &AddMenu(324, 124, 424, [this](QMenu& menu) { FillLimit(menu, true); });
-    transpose = &AddMenu(454, 116, 425, [this](QMenu& menu) { FillTranspose(menu); });
+    channel = &AddMenu(8, 132, 423, [this](QMenu& menu) { FillOptions(menu); });
+    lower = &AddMenu(kLimitLeft, 122, 424, [this](QMenu& menu) { FillLimit(menu, false); });
+    upper = &AddMenu(270, 130, 424, [this](QMenu& menu) { FillLimit(menu, true); });
+    transpose = &AddMenu(404, 124, 425, [this](QMenu& menu) { FillTranspose(menu); });
+    armedLine = &AddMenu(kLimitLeft, 528 - kLimitLeft, 424, [this](QMenu&) { window.ArmLimit(-1); });
+    armedLine->textColour = Palette().Accent(ESection::kKeyboard);
     AddSwitches();
     place = &AddLabel(newWidth - 108, 100, {});
     place->alignment = Qt::AlignRight | Qt::AlignVCenter;
@@ -65,7 +66,7 @@ void CRollStatusBar::AddSwitches() {
          {TextKey("Wheel"), TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
          {TextKey("Touch"), TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
          {TextKey("Program"), TextKey("Program change"), &MidiInputSettings::programChange}}};
-    int left = 582;
+    int left = 540;
     for (std::size_t index = 0; index < kPlans.size(); ++index) {
         const Plan& plan = kPlans[index];
         auto& made = AddButton(left, 50, Text(plan.label), 0, &passes[index], 426, [this, index, plan] {
@@ -81,7 +82,7 @@ void CRollStatusBar::AddSwitches() {
 void CRollStatusBar::Resize(int newWidth, int newHeight) {
     CRollBar::Resize(newWidth, newHeight);
     place->SetPosition(newWidth - 108, controlTop);
-    for (CSwitchCtrl* const made : switches) made->SetVisible(newWidth >= 892);
+    for (CSwitchCtrl* const made : switches) made->SetVisible(newWidth >= 856);
 }
 
 void CRollStatusBar::ShowInput() {
@@ -89,10 +90,12 @@ void CRollStatusBar::ShowInput() {
     if (!shown) return;
     const MidiInputSettings& midi = shown->midi;
     const int armed = window.ArmedLimit();
-    const QString wait = Text("click a key ...");
     channel->SetText(InputText(midi.channel.Get()));
-    lower->SetText(armed == 0 ? wait : Text("Lower Limit: %1").arg(KeyText(midi.keyFrom.Get())));
-    upper->SetText(armed == 1 ? wait : Text("Superior Limit: %1").arg(KeyText(midi.keyTo.Get())));
+    lower->SetText(Text("Lower Limit: %1").arg(KeyText(midi.keyFrom.Get())));
+    upper->SetText(Text("Superior Limit: %1").arg(KeyText(midi.keyTo.Get())));
+    for (CLabelMenuCtrl* const box : {lower, upper, transpose}) box->SetVisible(armed < 0);
+    armedLine->SetVisible(armed >= 0);
+    if (armed >= 0) armedLine->SetText(LimitLine(armed == 1) + QStringLiteral("   Esc"));
     transpose->SetText(Text("Key Transpose: %1").arg(midi.transpose.Get()));
     passes[0].Set(midi.pitchBend.IsOn() ? 1.0F : 0.0F);
     passes[1].Set(midi.modulationWheel.IsOn() ? 1.0F : 0.0F);
@@ -114,9 +117,48 @@ void CRollStatusBar::ShowPlace(float step, int key) {
                        .arg(whole % inBar % inBeat + 1));
 }
 
-void CRollStatusBar::FillChannels(QMenu& menu) {
+QString CRollStatusBar::LimitLine(bool isUpper) const {
+    const MidiInputSettings& midi = window.Shown()->midi;
+    const QString line = isUpper ? Text("Superior Limit: %1  (Click the note on the keyboard)")
+                                 : Text("Lower Limit: %1  (Click the note on the keyboard)");
+    return line.arg(KeyText((isUpper ? midi.keyTo : midi.keyFrom).Get()));
+}
+
+// Every setting of the input in full words.
+void CRollStatusBar::FillOptions(QMenu& menu) {
     const auto shown = window.Shown();
     if (!shown) return;
+    for (const bool isUpper : {false, true}) {
+        menu.addAction(LimitLine(isUpper), [this, isUpper] { window.ArmLimit(isUpper ? 1 : 0); });
+    }
+    menu.addAction(Text("Key Transpose: %1").arg(shown->midi.transpose.Get()), [this] { TypeTranspose(); });
+    menu.addSeparator();
+    struct Line {
+        const char* on;
+        const char* off;
+        const char* step;
+        CIntegerValue MidiInputSettings::*setting;
+    };
+    constexpr std::array<Line, 4> kLines = {{{TextKey("Midi PitchBend: ON"), TextKey("Midi PitchBend: OFF"),
+                                              TextKey("Pitch bend"), &MidiInputSettings::pitchBend},
+                                             {TextKey("Midi ModulationWheel: ON"), TextKey("Midi ModulationWheel: OFF"),
+                                              TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
+                                             {TextKey("Midi Aftertouch: ON"), TextKey("Midi Aftertouch: OFF"),
+                                              TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
+                                             {TextKey("Midi ProgramChange: ON"), TextKey("Midi ProgramChange: OFF"),
+                                              TextKey("Program change"), &MidiInputSettings::programChange}}};
+    for (const Line& line : kLines) {
+        CIntegerValue& setting = shown->midi.*line.setting;
+        AddChoice(menu, Text(setting.IsOn() ? line.on : line.off), setting.IsOn(), [this, &setting, step = line.step] {
+            ChangeInput(window, setting, setting.IsOn() ? 0 : 1, Text(step));
+        });
+    }
+    menu.addSeparator();
+    FillChannels(*menu.addMenu(InputText(shown->midi.channel.Get())));
+}
+
+void CRollStatusBar::FillChannels(QMenu& menu) {
+    const auto shown = window.Shown();
     for (int selector = 0; selector <= 17; ++selector) {
         AddChoice(menu, InputText(selector), selector == shown->midi.channel.Get(), [this, shown, selector] {
             ChangeInput(window, shown->midi.channel, selector, Text("MIDI channel"));
@@ -127,10 +169,7 @@ void CRollStatusBar::FillChannels(QMenu& menu) {
 void CRollStatusBar::FillLimit(QMenu& menu, bool isUpper) {
     const auto shown = window.Shown();
     if (!shown) return;
-    CIntegerValue& limit = isUpper ? shown->midi.keyTo : shown->midi.keyFrom;
-    const QString line = isUpper ? Text("Superior Limit: %1  (Click the note on the keyboard)")
-                                 : Text("Lower Limit: %1  (Click the note on the keyboard)");
-    menu.addAction(line.arg(KeyText(limit.Get())), [this, isUpper] { window.ArmLimit(isUpper ? 1 : 0); });
+    menu.addAction(LimitLine(isUpper), [this, isUpper] { window.ArmLimit(isUpper ? 1 : 0); });
     menu.addAction(Text("All keys"), [this, shown] {
         const CChanges::CMacro step(window.Project().Changes(), Text("Key range"));
         ChangeInput(window, shown->midi.keyFrom, 0, Text("Key range"));
@@ -146,12 +185,15 @@ void CRollStatusBar::FillTranspose(QMenu& menu) {
             menu, Text("Key Transpose: %1").arg(semitones), semitones == shown->midi.transpose.Get(),
             [this, shown, semitones] { ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose")); });
     }
-    menu.addAction(Text("Other number ..."), [this, shown] {
-        bool accepted = false;
-        const int semitones = QInputDialog::getInt(&window, Text("Transpose"), Text("Semitones"),
-                                                   shown->midi.transpose.Get(), -127, 127, 1, &accepted);
-        if (accepted) ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose"));
-    });
+    menu.addAction(Text("Other number ..."), [this] { TypeTranspose(); });
+}
+
+void CRollStatusBar::TypeTranspose() {
+    const auto shown = window.Shown();
+    bool accepted = false;
+    const int semitones = QInputDialog::getInt(&window, Text("Transpose"), Text("Semitones"),
+                                               shown->midi.transpose.Get(), -127, 127, 1, &accepted);
+    if (accepted) ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose"));
 }
 
 }  // namespace quib

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The row at the foot of the piano roll: zoom, the MIDI input of the instrument, the place of the mouse.
+// The row at the foot of the piano roll: the MIDI input of the instrument, the place of the mouse.
 // User-interface thread.
 
 #include <array>
@@ -22,9 +22,12 @@ public:
 
 private:
     void AddSwitches();
+    QString LimitLine(bool isUpper) const;
+    void FillOptions(QMenu& menu);
     void FillChannels(QMenu& menu);
     void FillLimit(QMenu& menu, bool upper);
     void FillTranspose(QMenu& menu);
+    void TypeTranspose();
 
     std::array<CValue, 4> passes;
     std::array<CSwitchCtrl*, 4> switches{};
@@ -32,6 +35,7 @@ private:
     CLabelMenuCtrl* lower = nullptr;
     CLabelMenuCtrl* upper = nullptr;
     CLabelMenuCtrl* transpose = nullptr;
+    CLabelMenuCtrl* armedLine = nullptr;  // in place of the three boxes while a limit waits for its key
     CLabelCtrl* place = nullptr;
 };
 

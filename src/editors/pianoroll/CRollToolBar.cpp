@@ -25,6 +25,9 @@ static_assert(kScaleNames.size() == kScaleTypeCount);
 constexpr std::array kRowOrders = {TextKey("By key"), TextKey("By name"), TextKey("Used first")};
 static_assert(kRowOrders.size() == kRowOrderCount);
 
+constexpr int kMore = 28;
+constexpr int kEdge = 8;
+
 constexpr std::array kRoots = {"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"};
 
 }  // namespace
@@ -48,11 +51,36 @@ CRollToolBar::CRollToolBar(CWinControl& frame, std::uint32_t number, int left, i
     AddButton(520, 80, Text("QUANTISE"), 0, nullptr, 408, [this] { window.Roll().Keys().Quantise(); });
     strength = &AddMenu(604, 56, 408, [this](QMenu& menu) { FillStrengths(menu); });
     ghosts = &AddMenu(672, 124, 409, [this](QMenu& menu) { FillGhosts(menu); });
-    AddButton(808, 28, {}, picture::kGlyphHeadphones, &auditionShown, 420,
-              [this] { window.Roll().options.audition = auditionShown.IsOn(); });
-    AddButton(840, 52, Text("FOLLOW"), 0, &followShown, 421,
-              [this] { window.Roll().view.time.followOn = followShown.IsOn(); });
+    audition = &AddButton(808, 28, {}, picture::kGlyphHeadphones, &auditionShown, 420,
+                          [this] { window.Roll().options.audition = auditionShown.IsOn(); });
+    follow = &AddButton(840, 52, Text("FOLLOW"), 0, &followShown, 421,
+                        [this] { window.Roll().view.time.followOn = followShown.IsOn(); });
+    more = &AddButton(0, kMore, QStringLiteral("..."), 0, nullptr, 534,
+                      [this] { PopUpMenu(window, [this](QMenu& menu) { FillMore(menu); }); });
     PaintChildren();
+}
+
+void CRollToolBar::Resize(int newWidth, int newHeight) {
+    CRollBar::Resize(newWidth, newHeight);
+    const auto fits = [](const CControl& item, int end) { return item.X() + item.Width() + kEdge <= end; };
+    const bool isNarrow = !fits(*follow, newWidth);
+    more->SetVisible(isNarrow);
+    more->SetPosition(newWidth - kMore - kEdge, controlTop);
+    for (CControl* const item : {static_cast<CControl*>(strength), static_cast<CControl*>(ghosts),
+                                 static_cast<CControl*>(audition), static_cast<CControl*>(follow)}) {
+        item->SetVisible(fits(*item, isNarrow ? newWidth - kMore - kEdge : newWidth));
+    }
+}
+
+void CRollToolBar::FillMore(QMenu& menu) {
+    if (!strength->IsVisible()) FillStrengths(*menu.addMenu(Text("Quantise") + QLatin1Char(' ') + strength->Text()));
+    if (!ghosts->IsVisible()) FillGhosts(*menu.addMenu(ghosts->Text()));
+    const auto add = [&menu](const QString& text, CSwitchCtrl& shown) {
+        if (shown.IsVisible()) return;
+        AddChoice(menu, text, shown.ValueNow() >= 0.5F, [&shown] { shown.ChangeByUser(1 - shown.ValueNow()); });
+    };
+    add(Text("Audition"), *audition);
+    add(Text("FOLLOW"), *follow);
 }
 
 void CRollToolBar::ShowState() {

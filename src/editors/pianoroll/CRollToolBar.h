@@ -11,6 +11,8 @@ class CRollToolBar : public CRollBar {
 public:
     CRollToolBar(CWinControl& frame, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                  CWinControlPianoRoll& pianoRoll);
+    // What finds no room goes into a menu at the right.
+    void Resize(int newWidth, int newHeight) override;
     // After any setting of the roll has changed.
     void ShowState();
 
@@ -22,6 +24,7 @@ private:
     void FillRowOrders(QMenu& menu);
     void FillStrengths(QMenu& menu);
     void FillGhosts(QMenu& menu);
+    void FillMore(QMenu& menu);
 
     CValue keysShown, drumsShown, foldShown, auditionShown, followShown;
     CLabelMenuCtrl* pattern = nullptr;
@@ -32,6 +35,9 @@ private:
     CLabelMenuCtrl* rows = nullptr;
     CLabelMenuCtrl* strength = nullptr;
     CLabelMenuCtrl* ghosts = nullptr;
+    CSwitchCtrl* audition = nullptr;
+    CSwitchCtrl* follow = nullptr;
+    CSwitchCtrl* more = nullptr;
 };
 
 }  // namespace quib

@@ -10,7 +10,7 @@
 
 namespace quib {
 
-class CVelocityLaneCtrl : public CPaneCtrl {
+class CVelocityLaneCtrl : public CDirectPaneCtrl {
 public:
     // `pianoRoll` stays as long as this; its onNotes, onView and onPlayhead are the lane's.
     CVelocityLaneCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,

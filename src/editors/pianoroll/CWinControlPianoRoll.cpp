@@ -3,16 +3,18 @@
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <algorithm>
 
 #include "controls/CScrollCtrl.h"
 #include "controls/CSplitCtrl.h"
+#include "controls/CZoomCtrl.h"
 #include "controls/VirtualKeys.h"
+#include "editors/automation/CEventCtrl.h"
 #include "editors/pianoroll/CRollLaneBar.h"
 #include "editors/pianoroll/CRollStatusBar.h"
 #include "editors/pianoroll/CRollToolBar.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
-#include "platform/Clock.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -24,6 +26,7 @@ constexpr int kSplit = 8;
 constexpr int kLaneBar = 24;
 constexpr int kScroll = 12;
 constexpr int kStatus = 28;
+constexpr int kKeyZoom = 46;
 constexpr int kLeastSplit = 150;
 constexpr int kLeastFoot = 100;
 constexpr int kFrame = 16;  // milliseconds
@@ -37,7 +40,8 @@ constexpr const char* kRowOrder = "PianoRollRows";
 }  // namespace
 
 CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
-    : CToolWindow(toolContext, toolRow, parent) {
+    : CToolWindow(toolContext, toolRow, parent), catalog(Document()), lanes(Document()) {
+    lanes.onFinished = [this] { laneBar->ShowLanes(); };
     const CSettings& store = Document().Settings();
     splitPlace = store.ReadSettingInt(kWindowsSection, QLatin1String(kSplitPlace), splitPlace);
     rowOrder = static_cast<ERowOrder>(
@@ -48,8 +52,11 @@ CWinControlPianoRoll::CWinControlPianoRoll(const ToolContext& toolContext, const
     roll->view.time.followOn = store.IsOn(QStringLiteral("AutomaticScroll"));
     frames.setInterval(kFrame);
     frames.setTimerType(Qt::PreciseTimer);
-    connect(&frames, &QTimer::timeout, this, [this] { roll->SetPlayhead(playhead.At(Nanoseconds())); });
-    connect(&Document().Changes(), &CChanges::Settling, this, [this] { roll->Edit().Settle(); });
+    connect(&frames, &QTimer::timeout, this, [this] { ShowPlayhead(); });
+    connect(&Document().Changes(), &CChanges::Settling, this, [this] {
+        roll->Edit().Settle();
+        curve->Edit().Settle();
+    });
     setMinimumSize(640, 400);
     Document().NoteRecording().onStepEntry = [this](int key, int velocity) { roll->Keys().EnterStep(key, velocity); };
 }
@@ -78,12 +85,22 @@ void CWinControlPianoRoll::Build() {
     lane = &Add<CVelocityLaneCtrl>(0U, 0, 480, 888, 80, *roll);
     lane->infoString = 401;
     lane->onNotes = [this](const NoteState&) { laneBar->ShowCount(); };
-    lane->onView = [this] { UpdateScrollBars(); };
+    lane->onView = [this] {
+        UpdateScrollBars();
+        curve->Refresh();
+    };
+    BuildLane();
     status = &Add<CRollStatusBar>(0U, 0, 572, 900, kStatus, *this);
     keyScroll = &Add<CScrollCtrl>(0U, 888, kTools, kScroll, 408, &keyPlace, true);
     keyScroll->onChange = [this](CControl&) {
         if (roll->view.ScrollKeysTo(static_cast<int>(keyPlace.Get()))) roll->ViewMoved();
     };
+    keyZoom = &Add<CZoomCtrl>(0U, 888, 402, kScroll, kKeyZoom);
+    keyZoom->onZoom = [this](int direction) { ZoomKeys(direction > 0); };
+    keyZoom->infoString = 533;
+    timeZoom = &Add<CZoomCtrl>(0U, 0, 560, 64, kScroll);
+    timeZoom->onZoom = [this](int direction) { ZoomTime(direction > 0); };
+    timeZoom->infoString = 422;
     timeScroll = &Add<CScrollCtrl>(0U, 64, 560, 824, kScroll, &timePlace, false);
     timeScroll->onChange = [this](CControl&) {
         if (roll->view.time.ScrollTo(static_cast<int>(timePlace.Get()))) roll->ViewMoved();
@@ -108,7 +125,10 @@ void CWinControlPianoRoll::Arrange(const QSize& size) {
     tools->Resize(width, kTools);
     roll->Resize(width - kScroll, splitPlace - kTools);
     keyScroll->SetPosition(width - kScroll, kTools + PianoRollView::kHeaderHeight);
-    keyScroll->Resize(kScroll, std::max(20, splitPlace - kTools - PianoRollView::kHeaderHeight));
+    keyScroll->Resize(kScroll, std::max(20, splitPlace - kTools - PianoRollView::kHeaderHeight - kKeyZoom));
+    keyZoom->SetPosition(width - kScroll, splitPlace - kKeyZoom);
+    timeZoom->SetPosition(0, foot - kScroll);
+    timeZoom->SetSize(roll->view.GridLeft(), kScroll);
     split->SetPosition(0, splitPlace);
     split->Resize(width, kSplit);
     split->lowest = kLeastSplit;
@@ -116,8 +136,7 @@ void CWinControlPianoRoll::Arrange(const QSize& size) {
     laneBar->SetPosition(0, splitPlace + kSplit);
     laneBar->Resize(width, kLaneBar);
     const int laneTop = splitPlace + kSplit + kLaneBar;
-    lane->SetPosition(0, laneTop);
-    lane->Resize(width - kScroll, std::max(8, foot - kScroll - laneTop));
+    ArrangeLane(QRect(0, laneTop, width - kScroll, std::max(8, foot - kScroll - laneTop)));
     timeScroll->SetPosition(roll->view.GridLeft(), foot - kScroll);
     timeScroll->Resize(std::max(20, width - kScroll - roll->view.GridLeft()), kScroll);
     status->SetPosition(0, foot);
@@ -161,6 +180,9 @@ void CWinControlPianoRoll::showEvent(QShowEvent* event) {
 void CWinControlPianoRoll::hideEvent(QHideEvent* event) {
     frames.stop();
     roll->Edit().Settle();
+    curve->Edit().Settle();
+    lanes.GiveUp();
+    roll->Keys().Silence();
     Hold(false);
     Document().Audio().noteCapture.stepEntry.Set(0.0F);
     gesture.reset();
@@ -222,11 +244,23 @@ void CWinControlPianoRoll::ViewChanged() {
     UpdateScrollBars();
 }
 
-// A held key comes to the roll again and again; other controls hear it once.
+// A held key comes again and again to the control that has the keys; others hear it once.
 void CWinControlPianoRoll::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && ArmedLimit() >= 0) return ArmLimit(-1);
     if (!event->isAutoRepeat()) return CToolWindow::keyPressEvent(event);
-    roll->RepeatKey(VirtualKeyOf(*event));
+    if (IsCurveKeyed()) {
+        curve->OnKeyDown(VirtualKeyOf(*event));
+    } else {
+        roll->RepeatKey(VirtualKeyOf(*event));
+    }
     event->accept();
+}
+
+void CWinControlPianoRoll::mousePressEvent(QMouseEvent* event) {
+    const QPoint place = ToSkin(event->position());
+    if (curve->IsShown() && curve->Rectangle().contains(place)) GiveKeys(true);
+    if (roll->Rectangle().contains(place)) GiveKeys(false);
+    CToolWindow::mousePressEvent(event);
 }
 
 }  // namespace quib

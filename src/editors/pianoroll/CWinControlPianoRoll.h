@@ -1,25 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The piano roll's window: the notes of the current instrument's selected pattern with their velocities,
-// and the instrument's MIDI input. It publishes what the roll's gestures make, each gesture one step of
-// undo, and follows playing. User-interface thread.
+// The piano roll's window: the notes of the current instrument's selected pattern with their velocities or a
+// lane of its automation, and the instrument's MIDI input. It publishes what the roll's gestures make, each gesture one
+// step of undo, and follows playing. User-interface thread.
 
 #include <QTimer>
 #include <map>
 
+#include "editors/automation/CLaneCatalog.h"
+#include "editors/automation/CLaneSource.h"
 #include "editors/base/CToolWindow.h"
 #include "editors/grid/CPlayhead.h"
 #include "editors/pianoroll/CPianoRollCtrlEx.h"
 
 namespace quib {
 
+class CEventCtrl;
 class CRollLaneBar;
 class CRollStatusBar;
 class CRollToolBar;
 class CScrollCtrl;
 class CSplitCtrl;
 class CVelocityLaneCtrl;
+class CZoomCtrl;
 
 class CWinControlPianoRoll : public CToolWindow, public IPianoRollHost {
     Q_OBJECT
@@ -62,6 +66,11 @@ public:
     // The limit that waits for a key: 0 lower, 1 upper, -1 none.
     int ArmedLimit() const;
     void ArmLimit(int limit);
+    // The lane below the notes: a lane of the pattern's automation; nothing: the velocities.
+    const CLaneSource& Lanes() const noexcept { return lanes; }
+    void ChooseLane(const std::optional<LaneKey>& key);
+    void FillLanes(QMenu& menu);
+    CEventCtrl& Curve() noexcept { return *curve; }
     void FillEditMenu(QMenu& menu);
     // Of all notes of a key.
     void FillRowMenu(QMenu& menu, int key);
@@ -75,6 +84,7 @@ protected:
     void Arrange(const QSize& size) override;
     void DrawBackground() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     bool focusNextPrevChild(bool /*next*/) override { return false; }
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -96,9 +106,16 @@ private:
     void RowFocused(int key) override;
 
     void Build();
+    void BuildLane();
+    void ArrangeLane(const QRect& room);
+    void ShowLane();
+    void GiveKeys(bool toCurve);
+    bool IsCurveKeyed() const;
     void ShowPattern();
     void ShowMeter();
     void ShowInput();
+    void ShowPlayhead();
+    void ShowSounding(const PlayPicture& picture);
     void ShowRows();
     void ShowKeyNames();
     void ShowGhosts();
@@ -131,6 +148,8 @@ private:
     };
     std::map<const CPattern*, Selected> selections;
 
+    CLaneCatalog catalog;
+    CLaneSource lanes;
     CPlayhead playhead;
     QTimer frames;  // 16 ms, only while playing and shown
 
@@ -139,9 +158,12 @@ private:
     CSplitCtrl* split = nullptr;
     CRollLaneBar* laneBar = nullptr;
     CVelocityLaneCtrl* lane = nullptr;
+    CEventCtrl* curve = nullptr;  // in its place
     CRollStatusBar* status = nullptr;
     CScrollCtrl* keyScroll = nullptr;
     CScrollCtrl* timeScroll = nullptr;
+    CZoomCtrl* keyZoom = nullptr;
+    CZoomCtrl* timeZoom = nullptr;
     CValue keyPlace;
     CValue timePlace;
     int splitPlace = 448;  // skin pixels from the top

@@ -3,11 +3,12 @@
 
 // What the window sets for editing and showing notes. Plain values; the window redraws after a change.
 
-#include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "model/edits/CKeyRows.h"
 #include "model/edits/CNoteIndex.h"
 #include "model/edits/NoteShaping.h"
 #include "model/edits/Scale.h"
@@ -29,9 +30,9 @@ struct PianoRollOptions {
     int upperLimit = kHighestKey + 1;  // this key and those above are not played
     std::vector<std::shared_ptr<const CNoteIndex>> ghosts;
     std::vector<std::string> rowNames = std::vector<std::string>(kHighestKey + 1);  // of drums, by key
-    std::function<bool(int key)> isSounding;
-    std::function<bool(std::uint32_t note)> isBeingRecorded;
-    int focusedKey = -1;  // of a drum's row
+    KeySet sounding;                                                                // keys that are held or played now
+    std::size_t recordedFrom = std::numeric_limits<std::size_t>::max();  // this note and those after it are of a take
+    int focusedKey = -1;                                                 // of a drum's row
 };
 
 }  // namespace quib

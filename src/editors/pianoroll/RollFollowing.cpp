@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the piano roll's window shows of the selection, of changes of the project, and of playing.
 #include <algorithm>
+#include <utility>
 
 #include "controls/CScrollCtrl.h"
+#include "editors/automation/CEventCtrl.h"
 #include "editors/grid/PlayheadPictures.h"
 #include "editors/pianoroll/CRollLaneBar.h"
 #include "editors/pianoroll/CRollStatusBar.h"
@@ -33,6 +35,7 @@ void CWinControlPianoRoll::ShowSelection() {
     }
     ShowMeter();
     ShowInput();
+    lanes.Look(shown, pattern);
     ShowPattern();
     ShowGhosts();
     ShowRows();
@@ -57,6 +60,10 @@ void CWinControlPianoRoll::CentreKeys() {
 
 void CWinControlPianoRoll::ShowChange(const Change& change) {
     switch (change.kind) {
+        case EChange::kLanes:
+            if (lanes.IsPublishing()) return;
+            lanes.ShowPoints(*curve);
+            return laneBar->ShowLanes();
         case EChange::kPattern:
             if (publishing) return;
             if (change.index < 0 || change.index == pattern) ShowPattern();
@@ -66,6 +73,8 @@ void CWinControlPianoRoll::ShowChange(const Change& change) {
         case EChange::kValue:
             return ShowInput();
         case EChange::kSlot:
+            lanes.Look(shown, pattern);
+            ShowLane();
             ShowKeyNames();
             return ShowRows();
         default:
@@ -78,9 +87,11 @@ void CWinControlPianoRoll::ShowPattern() {
     const auto notes =
         shown ? shown->patterns[static_cast<std::size_t>(pattern)].ForEdit() : std::make_shared<const CPattern>();
     gesture.reset();
+    roll->options.recordedFrom = Document().NoteRecording().FirstRecorded(notes);
     roll->Show({notes, SelectionOf(notes)});
     roll->enabled = shown != nullptr;
     laneBar->ShowCount();
+    ShowLane();
     UpdateScrollBars();
 }
 
@@ -144,9 +155,35 @@ void CWinControlPianoRoll::ShowGhosts() {
 void CWinControlPianoRoll::ShowPlaying(const PlayPicture& picture) {
     const CPlayhead::Picture now = PatternPlayhead(picture, Document().Audio().settings, shown.get(), pattern);
     playhead.Set(now, Nanoseconds());
-    roll->SetPlayhead(playhead.At(Nanoseconds()));
+    ShowPlayhead();
+    ShowSounding(picture);
+    const std::size_t recordedFrom = Document().NoteRecording().FirstRecorded(roll->State().pattern);
+    // A take that ends leaves its notes as they are.
+    if (recordedFrom > std::exchange(roll->options.recordedFrom, recordedFrom)) roll->Refresh();
+    const bool isWritten = lanes.Chosen() && Document().AutomationRecording().IsWriting(*lanes.Chosen());
+    if (isWritten != std::exchange(curve->recording, isWritten)) curve->Refresh();
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
     if (shown && shown->swing.Get() != roll->options.swing) ShowInput();
+}
+
+// The keys that are held, and the notes that the playhead passes.
+void CWinControlPianoRoll::ShowSounding(const PlayPicture& picture) {
+    KeySet& sounding = roll->options.sounding;
+    sounding.reset();
+    const InstrumentPicture* const entry = shown ? picture.Find(shown->Id()) : nullptr;
+    const std::uint32_t held = entry != nullptr ? std::min<std::uint32_t>(entry->heldKeyCount, entry->kShownKeys) : 0;
+    for (std::uint32_t index = 0; index < held; ++index) sounding.set(entry->heldKeys[index] & 127U);
+    const auto place = static_cast<float>(roll->Playhead());
+    if (place < 0) return;
+    roll->Edit().Index().VisitRange(place, place, 0, [&](std::uint32_t, const Note& note) {
+        if (note.position <= place && note.velocity > 0) sounding.set(static_cast<std::size_t>(note.key));
+    });
+}
+
+void CWinControlPianoRoll::ShowPlayhead() {
+    const double place = playhead.At(Nanoseconds());
+    roll->SetPlayhead(place);
+    curve->SetPlayhead(place);
 }
 
 }  // namespace quib

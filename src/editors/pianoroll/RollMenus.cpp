@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "controls/CLabelCtrl.h"
+#include "editors/automation/CEventCtrl.h"
 #include "editors/base/PatternClipboard.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 #include "editors/pianoroll/PatternCommands.h"
@@ -33,12 +34,14 @@ void CopySelected(const NoteState& state) {
 bool CWinControlPianoRoll::CanEdit(EEdit command) const {
     const NoteState& state = roll->State();
     if (!shown) return false;
+    if (IsCurveKeyed()) return curve->CanEdit(command);
     if (command == EEdit::kPaste) return true;
     if (command == EEdit::kSelectAll) return !state.Notes().empty();
     return !state.selection.empty();
 }
 
 void CWinControlPianoRoll::Edit(EEdit command) {
+    if (IsCurveKeyed()) return curve->DoEdit(command);
     roll->Edit().Settle();
     const NoteState state = roll->State();
     switch (command) {
@@ -110,7 +113,10 @@ void CWinControlPianoRoll::FillShapes(QMenu& menu) {
         AddMenuItem(menu, text, key, [&keys, edit] { (keys.*edit)(); });
     };
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
-    add(TextKey("Humanise"), "Ctrl+H", &CPianoRollKeys::Humanise);
+    // Undone and done again it is another seed's.
+    QAction* const humanise = menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed),
+                                             [&rollKeys] { rollKeys.Humanise(); });
+    humanise->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
     add(TextKey("Duplicate"), "Ctrl+D", &CPianoRollKeys::Duplicate);
     add(TextKey("Join"), "Ctrl+J", &CPianoRollKeys::Join);
     add(TextKey("Split"), "Ctrl+K", &CPianoRollKeys::Split);

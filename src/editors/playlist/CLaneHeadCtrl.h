@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// What stands before a lane of the song: colour, number and name of the instrument, mute and solo. A click makes
+// What stands before a lane of the song: colour, number and name of the instrument, mute, solo and meter. A click makes
 // the instrument the current one. User-interface thread.
 
 #include "controls/CControl.h"
@@ -10,6 +10,7 @@
 namespace quib {
 
 class CSwitchCtrl;
+class CVuCtrl;
 
 class CLaneHeadCtrl : public CControl, public CTicked {
 public:
@@ -30,6 +31,7 @@ private:
     CValue soloShown;
     CSwitchCtrl* mute = nullptr;
     CSwitchCtrl* solo = nullptr;
+    CVuCtrl* meter = nullptr;
 };
 
 }  // namespace quib

@@ -3,9 +3,12 @@
 
 #include <algorithm>
 
+#include "controls/CInfoCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
 #include "document/CWorkstation.h"
+#include "editors/playlist/CSongPlayhead.h"
+#include "editors/playlist/ItemText.h"
 #include "editors/playlist/RulerPainter.h"
 #include "texts/Texts.h"
 
@@ -64,7 +67,10 @@ void CPlayListCtrlEx::PressRuler(int px, int py, int button) {
         panX = px;
         return;
     }
-    if (button != 0) return;
+    if (button == 1) {
+        const int raster = std::max(1, static_cast<int>(parts.view.time.meter.StepsPerBeat()));
+        return parts.host.ShowRulerMenu(parts.view.SnapDown(parts.view.time.StepAt(place), raster));
+    }
     if (IsInLoopBand(py)) {
         if (parts.station.Audio().settings.songMode.Get() != 0) loop.Press(place);
         return;
@@ -75,11 +81,23 @@ void CPlayListCtrlEx::PressRuler(int px, int py, int button) {
 }
 
 void CPlayListCtrlEx::OnMouseMove(int px, int py) {
+    if (IsRuler()) return MoveOnRuler(px, py);
+    SyncModifiers();
+    gestures->Move(px - X());
+    if (gestures->IsBusy()) return parts.host.DraggedTo(*this, py);
+    TellItem(px - X());
+}
+
+// Over an item the help tells what it plays.
+void CPlayListCtrlEx::TellItem(int place) {
+    const std::int32_t item = gestures->ItemAt(place);
+    if (std::exchange(toldItem, item) == item || !InfoTextsAreShown(Owner().Settings(), 1)) return;
+    if (item >= 0) return parts.host.Tell(ItemText(*edit, item, parts.view));
+    if (Owner().infoPanel != nullptr) Owner().infoPanel->Show(infoString);
+}
+
+void CPlayListCtrlEx::MoveOnRuler(int px, int py) {
     const int place = px - X();
-    if (!IsRuler()) {
-        SyncModifiers();
-        return gestures->Move(place);
-    }
     if (panX >= 0) {
         parts.host.ScrollBy(panX - px);
         panX = px;
@@ -102,7 +120,7 @@ void CPlayListCtrlEx::OnMouseMove(int px, int py) {
 }
 
 void CPlayListCtrlEx::OnLButtonUp(int px, int /*py*/, int /*button*/) {
-    if (!IsRuler()) return gestures->Release(px - X());
+    if (!IsRuler()) return parts.host.Dropped(*this) ? void() : gestures->Release(px - X());
     loop.Release();
     locating = false;
     panX = -1;
@@ -130,7 +148,19 @@ void CPlayListCtrlEx::OnMouseWheel(int px, int /*py*/, std::uint32_t word) {
     parts.host.TurnWheel(px - X(), word);
 }
 
-void CPlayListCtrlEx::OnMouseLeave() { Owner().unsetCursor(); }
+void CPlayListCtrlEx::OnMouseLeave() {
+    toldItem = -1;
+    Owner().unsetCursor();
+}
+
+bool CPlayListCtrlEx::IsDragging() const noexcept {
+    return IsRuler() ? loop.IsBusy() || locating : gestures->ScrollsAtEdges();
+}
+
+void CPlayListCtrlEx::ShowGuests(std::vector<StepRange> ranges) {
+    guests = std::move(ranges);
+    LaneChanged();
+}
 
 void CPlayListCtrlEx::SetCursor(ESongCursor cursor) {
     constexpr std::array kShapes = {Qt::ArrowCursor, Qt::PointingHandCursor, Qt::SizeAllCursor,
@@ -139,7 +169,7 @@ void CPlayListCtrlEx::SetCursor(ESongCursor cursor) {
 }
 
 void CPlayListCtrlEx::EndRefused() {
-    parts.host.Tell(TextKey("An end in the middle needs an empty pattern, and none of the sixteen is empty."));
+    parts.host.Tell(Text("An end in the middle needs an empty pattern, and none of the sixteen is empty."));
 }
 
 // --- The keys
@@ -157,6 +187,7 @@ void CPlayListCtrlEx::OnKeyDown(int key) {
     if (key == virtualKey::kDelete) return gestures->SetDeleteHeld(true);
     if (key == virtualKey::kEscape) {
         gestures->Cancel();
+        parts.host.DraggedTo(*this, Y());
         edit->SelectNone();
         return LaneChanged();
     }
@@ -217,20 +248,6 @@ void CPlayListCtrlEx::DocumentChanged() {
     LaneChanged();
 }
 
-void CPlayListCtrlEx::PlayheadMoved(double before) {
-    const CTimeGrid& time = parts.view.time;
-    const int room = IsRuler() ? 7 : 0;
-    const auto place = [&time](double step) { return static_cast<int>(std::floor(time.XOf(step))); };
-    QRect now(place(parts.view.playhead) - room, 0, 2 + 2 * room, Height());
-    const QRect then(place(before) - room, 0, now.width(), Height());
-    if (before >= 0 && std::abs(then.left() - now.left()) <= 2 * then.width()) {
-        now |= then;
-    } else if (before >= 0) {
-        DrawPart(then);
-    }
-    DrawPart(now);
-}
-
 void CPlayListCtrlEx::SetSounding(double step) {
     const auto spanOf = [this](double place) { return place < 0 ? -1 : edit->SpanAt(place); };
     const bool same = spanOf(sounding) == spanOf(step);
@@ -240,6 +257,7 @@ void CPlayListCtrlEx::SetSounding(double step) {
 
 void CPlayListCtrlEx::Paint(const QRect& part) {
     parts.masks.SetScale(Canvas().Scale());
+    parts.playhead.Painted(OnCanvas(part));
     const SongDrawing drawing{Canvas(), parts.masks,    parts.colours, parts.view, QPoint(X(), Y()),
                               part,     OnCanvas(part), Width(),       Height()};
     Canvas().SetClip(OnCanvas(part));
@@ -249,13 +267,12 @@ void CPlayListCtrlEx::Paint(const QRect& part) {
     }
     painter.Draw(drawing, *edit, {track, sounding});
     DrawMarks(drawing, false);
-    if (const auto marquee = gestures->Marquee()) {
-        const double room = marquee->second - marquee->first;
-        Canvas().Fill(
-            {static_cast<double>(X() + marquee->first), static_cast<double>(Y()), room, static_cast<double>(Height())},
-            WithOpacity(parts.colours.text, 0.12F));
-        drawing.Frame(marquee->first, 0, room, Height(), 1, parts.colours.textMuted);
-    }
+    const auto frame = [&](double left, double right) {
+        drawing.Fill(left, 0, right - left, Height(), WithOpacity(parts.colours.text, 0.12F));
+        drawing.Frame(left, 0, right - left, Height(), 1, parts.colours.textMuted);
+    };
+    for (const StepRange& range : guests) frame(parts.view.time.XOf(range.first), parts.view.time.XOf(range.end));
+    if (const auto marquee = gestures->Marquee()) frame(marquee->first, marquee->second);
 }
 
 }  // namespace quib

@@ -9,38 +9,9 @@
 #include "editors/playlist/CLanePainter.h"
 #include "editors/playlist/CLoopGestures.h"
 #include "editors/playlist/CPlaylistGestures.h"
+#include "editors/playlist/ISongHost.h"
 
 namespace quib {
-
-class CPlayListCtrlEx;
-class CWorkstation;
-
-// What the controls need of the pane around them.
-class ISongHost {
-public:
-    virtual ~ISongHost() = default;
-    // The lane's instrument becomes the current one; the selection of the one before is cleared.
-    virtual void MakeCurrent(CPlayListCtrlEx& lane) = 0;
-    // Whether keys are meant for this lane.
-    virtual bool HasKeys(const CPlayListCtrlEx& lane) const = 0;
-    virtual void OpenPattern(int pattern) = 0;
-    virtual void ShowItemMenu(CPlayListCtrlEx& lane) = 0;
-    virtual void ScrollBy(int pixels) = 0;
-    virtual void TurnWheel(int x, std::uint32_t word) = 0;
-    virtual void Tell(const char* text) = 0;
-    virtual void Locate(int step) = 0;
-    virtual void LoopMoved() = 0;
-    // The pattern for new items is another one.
-    virtual void CurrentPatternChanged(CPlayListCtrlEx& lane) = 0;
-};
-
-struct SongParts {
-    ISongHost& host;
-    CWorkstation& station;
-    SongView& view;
-    CMasks& masks;
-    const SongColours& colours;
-};
 
 class CPlayListCtrlEx : public CPaneCtrl, private IPlaylistSurface {
 public:
@@ -61,6 +32,7 @@ public:
     bool IsRuler() const noexcept { return edit == nullptr; }
     // A lane only.
     CPlaylistEdit& Edit() const noexcept { return *edit; }
+    CPlaylistGestures& Gestures() const noexcept { return *gestures; }
     CInstrument& Instrument() const noexcept { return *edit->Instrument(); }
     int CurrentPattern() const noexcept { return gestures->currentPattern; }
     void SetCurrentPattern(int pattern);
@@ -71,9 +43,11 @@ public:
 
     // After a change of the document.
     void DocumentChanged();
-    // The playhead was at that step and is at the view's now.
-    void PlayheadMoved(double before);
     void SetSounding(double step);
+    // Where items of another lane would come to lie, that are dragged over this one.
+    void ShowGuests(std::vector<StepRange> ranges);
+    // Something is dragged that scrolls when the mouse is beyond an edge.
+    bool IsDragging() const noexcept;
     // A part of it, as counted from its upper left corner.
     void DrawAgain(const QRect& part) { DrawPart(part); }
 
@@ -84,6 +58,8 @@ private:
     bool IsInLoopBand(int py) const { return py < Y() + LoopBand(); }
     int LoopBand() const { return (Height() - headerHeight) / 2; }
     void PressRuler(int px, int py, int button);
+    void MoveOnRuler(int px, int py);
+    void TellItem(int place);
     void SyncModifiers();
     void Nudge(int way);
 
@@ -101,6 +77,8 @@ private:
     CLanePainter painter;
     CLoopGestures loop;
     double sounding = -1;
+    std::vector<StepRange> guests;
+    std::int32_t toldItem = -1;
     bool shift = false, control = false;
     bool locating = false;
     int panX = -1;

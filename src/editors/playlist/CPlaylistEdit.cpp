@@ -25,6 +25,11 @@ void CPlaylistEdit::Refresh() {
     }
 }
 
+int CPlaylistEdit::EndPattern() const {
+    const auto mark = std::find_if(marks.begin(), marks.end(), [](std::int32_t one) { return one >= 0; });
+    return mark != marks.end() ? state.Items()[static_cast<std::size_t>(*mark)].pattern : -1;
+}
+
 void CPlaylistEdit::Begin() {
     Cancel();
     start = state;

@@ -23,6 +23,8 @@ public:
     const std::vector<PlaylistSpan>& Spans() const noexcept { return spans; }
     // Whether an item only ends a repeat.
     bool IsEndMark(std::int32_t item) const { return isMark[static_cast<std::size_t>(item)]; }
+    // The pattern of the end marks; -1 without any.
+    int EndPattern() const;
     bool HasEndMark(std::int32_t item) const { return marks[static_cast<std::size_t>(item)] >= 0; }
 
     // Takes over what the document has now.

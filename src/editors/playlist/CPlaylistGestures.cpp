@@ -48,7 +48,8 @@ void CPlaylistGestures::Press(int button, int x) {
     pressButton = button;
     pressX = mouseX = x;
     pressStep = view.time.StepAt(x);
-    moved = refused = resizeByKey = copyByKey = false;
+    moved = refused = resizeByKey = copyByKey = elsewhere = false;
+    dragSteps = 0;
     hit = -1;
     if (button == 2) {
         mode = EMode::kPan;
@@ -133,9 +134,17 @@ void CPlaylistGestures::DragItem(int x) {
     const double wanted = hitRange.first + view.time.StepAt(x) - view.time.StepAt(pressX);
     const int steps = view.SnapNearest(wanted, raster) - hitRange.first;
     // The way back to the press is none, wherever the item stands.
-    const int way = std::abs(wanted - hitRange.first) * 2 < raster ? 0 : steps;
-    edit.Preview(copyByKey ? CopyItems(edit.Start(), edit.Patterns(), way)
-                           : MoveItems(edit.Start(), edit.Patterns(), way));
+    dragSteps = std::abs(wanted - hitRange.first) * 2 < raster ? 0 : steps;
+    if (elsewhere) return edit.Preview(edit.Start());
+    edit.Preview(copyByKey ? CopyItems(edit.Start(), edit.Patterns(), dragSteps)
+                           : MoveItems(edit.Start(), edit.Patterns(), dragSteps));
+}
+
+void CPlaylistGestures::SetElsewhere(bool on) {
+    if (elsewhere == on) return;
+    elsewhere = on;
+    moved = moved || on;
+    if (mode == EMode::kItem) Move(mouseX);
 }
 
 void CPlaylistGestures::DragEnd(int x) {

@@ -45,6 +45,13 @@ public:
     bool HasSwept() const noexcept { return swept; }
 
     bool IsBusy() const noexcept { return mode != EMode::kNone; }
+    bool ScrollsAtEdges() const noexcept { return mode != EMode::kNone && mode != EMode::kPan; }
+    // Items are dragged, by so many steps, themselves or copies of them.
+    bool IsMovingItems() const noexcept { return mode == EMode::kItem && !resizeByKey; }
+    bool IsCopying() const noexcept { return copyByKey; }
+    int DragSteps() const noexcept { return dragSteps; }
+    // While they are dragged over another lane, they stand here where they stood.
+    void SetElsewhere(bool on);
     // The item under a place; -1 none.
     std::int32_t ItemAt(int x) const;
     std::int32_t HitItem() const noexcept { return hit; }
@@ -82,6 +89,8 @@ private:
     std::int32_t hit = -1;
     StepRange hitRange;  // at the press
     int paintFirst = 0;
+    int dragSteps = 0;
+    bool elsewhere = false;
     PlaylistSelection marqueeBase;
     bool shift = false, control = false, alt = false, deleteHeld = false;
     bool resizeByKey = false, copyByKey = false;

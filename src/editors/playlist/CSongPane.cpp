@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/playlist/CSongPane.h"
 
-#include <QMenu>
 #include <algorithm>
 
-#include "controls/CInfoCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CWinControl.h"
-#include "controls/CZoomCtrl.h"
-#include "controls/VirtualKeys.h"
-#include "editors/grid/PlayheadPictures.h"
-#include "platform/Clock.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 
-constexpr int kFrame = 16;  // milliseconds
-constexpr int kLeastBars = 64;
-constexpr int kMoreBars = 16;    // behind the song
+constexpr int kFrame = 16;       // milliseconds
 constexpr int kZoomDefault = 2;  // pixels a step
 constexpr const char* kZoomName = "PlayListZoom";
 constexpr const char* kScrollName = "PlayListScroll";
@@ -29,7 +21,11 @@ constexpr const char* kHeightName = "PlayListLaneHeight";
 }  // namespace
 
 CSongPane::CSongPane(CWinControl& window, std::uint32_t number, CWorkstation& workstation)
-    : CControl(window, number, 0, 0, 100, kLowest), station(workstation) {
+    : CControl(window, number, 0, 0, 100, kLowest),
+      station(workstation),
+      line(window, masks, colours),
+      drag(workstation, *this),
+      commands(workstation, view, *this, drag) {
     const CSettings& store = station.Settings();
     const auto kept = [&store](const char* setting, int missing) {
         return store.ReadSettingInt(kWindowsSection, QLatin1String(setting), missing);
@@ -40,13 +36,27 @@ CSongPane::CSongPane(CWinControl& window, std::uint32_t number, CWorkstation& wo
     view.laneHeight =
         std::clamp(kept(kHeightName, SongView::kLowestLane), SongView::kLowestLane, SongView::kHighestLane);
     view.time.followOn = store.IsOn(QStringLiteral("AutomaticScroll"));
-    BuildTools();
-    const SongParts parts{*this, station, view, masks, colours};
+    station.Song().selectedRange = [this] { return commands.Selected(); };
+    BuildParts();
+    BuildLanes();
+    UpdateExtent();
+    // Before there is a project, there is nothing yet to scroll in.
+    keptScroll = kept(kScrollName, 0);
+    if (!lanes.empty()) view.time.ScrollTo(std::exchange(keptScroll, 0));
+}
+
+void CSongPane::BuildParts() {
+    tools = &AddChild<CSongToolBar>(0U, station, view, commands);
+    tools->onZoom = [this](int direction) { Zoom(direction > 0, view.time.Width() / 2); };
+    loopText = &AddChild<CLabelCtrl>(0U, 8, kToolRow, kHead - 16, 20);
+    lengthText = &AddChild<CLabelCtrl>(0U, 8, kToolRow + 20, kHead - 16, 24);
+    for (CLabelCtrl* const label : {loopText, lengthText}) {
+        label->fontHeight = 11;
+        label->textColour = Palette().Colour(QStringLiteral("textMuted"));
+        label->backgroundColour = Palette().Colour(QStringLiteral("panel"));
+    }
+    const SongParts parts{*this, station, view, masks, colours, line};
     ruler = &AddChild<CPlayListCtrlEx>(0U, kHead, kToolRow, 100, kRuler, kRulerHeader, parts, nullptr);
-    ruler->onAlternativeClick = [this](CControl&) {
-        const int raster = std::max(1, static_cast<int>(view.time.meter.StepsPerBeat()));
-        AskMarker(view.SnapDown(view.time.StepAt(Owner().Mouse().X() - ruler->X()), raster));
-    };
     timeBar = &AddChild<CScrollbarCtrl>(0U, view.time);
     timeBar->onScroll = [this] { ViewMoved(); };
     laneBar = &AddChild<CScrollCtrl>(0U, 0, 0, kBar, 100, &laneScroll, true);
@@ -61,12 +71,12 @@ CSongPane::CSongPane(CWinControl& window, std::uint32_t number, CWorkstation& wo
     frames.setInterval(kFrame);
     frames.setTimerType(Qt::PreciseTimer);
     QObject::connect(&frames, &QTimer::timeout, &frames, [this] { MovePlayhead(PlayingStep()); });
-    BuildLanes();
-    UpdateExtent();
-    view.time.ScrollTo(kept(kScrollName, 0));
 }
 
-CSongPane::~CSongPane() { KeepView(); }
+CSongPane::~CSongPane() {
+    station.Song().selectedRange = nullptr;
+    KeepView();
+}
 
 void CSongPane::KeepView() const {
     CSettings& store = station.Settings();
@@ -88,10 +98,11 @@ QRgb CSongPane::TrackColour(int index) const {
 }
 
 void CSongPane::BuildLanes() {
+    drag.Forget();
     area->ClearChildren();
     heads.clear();
     lanes.clear();
-    const SongParts parts{*this, station, view, masks, colours};
+    const SongParts parts{*this, station, view, masks, colours, line};
     int index = 0;
     for (const auto& instrument : station.Stack().Instruments()) {
         const QRgb track = TrackColour(index++);
@@ -130,7 +141,7 @@ void CSongPane::Resize(int newWidth, int newHeight) {
     laneBar->Resize(kBar, area->Height());
     timeBar->SetPosition(kHead, newHeight - kBar);
     timeBar->Resize(room, kBar);
-    PlaceTools();
+    tools->Resize(newWidth, kToolRow);
     PlaceLanes();
     timeBar->Follow();
 }
@@ -156,79 +167,10 @@ CPlayListCtrlEx* CSongPane::Lane(int index) const {
 
 CPlayListCtrlEx* CSongPane::Current() const { return Lane(station.Selection().CurrentIndex()); }
 
-// --- Following the document
-
-void CSongPane::Follow(const Change& change) {
-    switch (change.kind) {
-        case EChange::kProject:
-        case EChange::kStack:
-            BuildLanes();
-            UpdateExtent();
-            return;
-        case EChange::kPlaylist:
-        case EChange::kPattern:
-            for (CPlayListCtrlEx* const lane : lanes) {
-                if (lane->Instrument().Id() == change.instrument) lane->DocumentChanged();
-            }
-            return UpdateExtent();
-        case EChange::kPatternSelected:
-            for (CPlayListCtrlEx* const lane : lanes) {
-                if (lane->Instrument().Id() != change.instrument) continue;
-                lane->SetCurrentPattern(lane->Instrument().patternSelected.Get());
-            }
-            return;
-        case EChange::kInstrument:
-            for (CLaneHeadCtrl* const head : heads) head->Refresh();
-            return;
-        case EChange::kValue:
-            return ShowLoop();
-        default:
-            return;
-    }
-}
-
-void CSongPane::UpdateExtent() {
-    const EngineSettings& settings = station.Audio().settings;
-    view.time.meter.stepsPerBeat = settings.stepsPerBeat.Get();
-    view.time.meter.beatsPerBar = settings.beatsPerBar.Get();
-    view.time.meter.beatUnit = settings.beatUnit.Get();
-    view.songEnd = station.Song().Steps();
-    const int bar = station.Song().StepsPerBar();
-    view.time.SetExtent(std::max(kLeastBars * bar, view.songEnd + kMoreBars * bar));
-    ShowLoop();
-    if (view.time.Scroll() != drawnScroll) ViewMoved();
-    timeBar->Follow();
-    timeBar->Refresh();
-    ShowTexts();
-}
-
-void CSongPane::ShowLoop() {
-    const StepRange loop = station.Song().Loop();
-    const bool on = station.Song().IsLoopOn();
-    const bool same = loop.first == view.loop.first && loop.end == view.loop.end && on == view.loopOn &&
-                      view.markers == station.Song().Markers();
-    view.markers = station.Song().Markers();
-    view.loop = loop;
-    view.loopOn = on;
-    if (same) return;
-    ruler->Refresh();
-    for (CPlayListCtrlEx* const lane : lanes) lane->Refresh();
-    ShowTexts();
-}
-
-void CSongPane::ShowCurrent() {
-    CPlayListCtrlEx* const lane = Current();
-    const std::uint32_t id = lane != nullptr ? lane->Instrument().Id() : 0;
-    if (id != currentId) {
-        for (CPlayListCtrlEx* const other : lanes) {
-            if (other->Instrument().Id() != currentId || other->Edit().State().selection.empty()) continue;
-            other->Edit().SelectNone();
-            other->Refresh();
-        }
-        currentId = id;
-    }
-    for (CLaneHeadCtrl* const head : heads) head->Refresh();
-    ShowTexts();
+// The lanes as far as they are seen.
+QRect CSongPane::LaneArea() const {
+    const int bottom = view.laneHeight * static_cast<int>(lanes.size()) - static_cast<int>(laneScroll.Get());
+    return QRect(X() + kHead, area->Y(), view.time.Width(), std::max(0, bottom)) & area->ShownRectangle();
 }
 
 void CSongPane::ViewMoved() {
@@ -255,104 +197,6 @@ bool CSongPane::ShiftPicture() {
     for (CPlayListCtrlEx* const lane : lanes) lane->DrawAgain(fresh);
     Owner().BlitRectangle(picture);
     return true;
-}
-
-// --- The playing state
-
-double CSongPane::PlayingStep() const {
-    const double step = playhead.At(Nanoseconds());
-    return step >= 0 ? step : station.Audio().Picture().globalStep;
-}
-
-void CSongPane::FollowEngine() {
-    if (!IsShown()) return;
-    const PlayPicture& picture = station.Audio().Picture();
-    const EngineSettings& settings = station.Audio().settings;
-    CPlayhead::Picture now = SongPlayhead(picture, settings);
-    const bool playing = now.playing;
-    if (playing && !view.playing) view.time.PlayingStarts();
-    view.playing = playing;
-    if (playing && settings.loopOn.IsOn() && now.step < settings.loopEnd.Get()) {
-        now.loopStart = settings.loopStart.Get();
-        now.loopEnd = settings.loopEnd.Get();
-    }
-    playhead.Set(now, Nanoseconds());
-    MovePlayhead(PlayingStep());
-    for (CPlayListCtrlEx* const lane : lanes) lane->SetSounding(playing ? picture.soundingStep : -1);
-    if (playing != frames.isActive()) playing ? frames.start() : frames.stop();
-    if (settings.stepsPerBeat.Get() != view.time.meter.stepsPerBeat ||
-        settings.beatsPerBar.Get() != view.time.meter.beatsPerBar) {
-        UpdateExtent();
-        ViewMoved();
-    }
-}
-
-void CSongPane::MovePlayhead(double step) {
-    if (step == view.playhead) return;
-    const double before = std::exchange(view.playhead, step);
-    if (view.playing && view.time.Follow(step)) return ViewMoved();
-    if (std::floor(view.time.XOf(before)) == std::floor(view.time.XOf(step)) && before >= 0) return;
-    ruler->PlayheadMoved(before);
-    for (CPlayListCtrlEx* const lane : lanes) lane->PlayheadMoved(before);
-}
-
-// --- What the lanes ask for
-
-void CSongPane::MakeCurrent(CPlayListCtrlEx& lane) {
-    const int index = station.Stack().IndexOf(lane.Instrument().Id());
-    active = true;
-    if (index == station.Selection().CurrentIndex()) return;
-    station.Selection().SetCurrent(index);
-    if (onCurrent) onCurrent(index);
-}
-
-bool CSongPane::HasKeys(const CPlayListCtrlEx& lane) const { return IsActive() && &lane == Current(); }
-
-void CSongPane::OpenPattern(int pattern) {
-    station.Contents().SelectPattern(station.Selection().CurrentIndex(), pattern);
-    if (onOpenPianoRoll) onOpenPianoRoll();
-}
-
-void CSongPane::ScrollTo(int pixels) {
-    if (view.time.ScrollTo(pixels)) ViewMoved();
-}
-
-void CSongPane::ScrollBy(int pixels) { ScrollTo(view.time.Scroll() + pixels); }
-
-void CSongPane::Zoom(bool in, int anchor) {
-    if (in ? view.time.ZoomIn(anchor) : view.time.ZoomOut(anchor)) ViewMoved();
-}
-
-void CSongPane::SetLaneHeight(int wanted) {
-    const int next = std::clamp(wanted, SongView::kLowestLane, SongView::kHighestLane);
-    if (next == view.laneHeight) return;
-    view.laneHeight = next;
-    PlaceLanes();
-    area->Layout(X(), Y(), ShownRectangle());
-    area->Refresh();
-    laneBar->Refresh();
-}
-
-void CSongPane::TurnWheel(int place, std::uint32_t word) {
-    const bool up = NotchesOf(word) > 0;
-    const bool shift = (word & kWheelShift) != 0;
-    const bool control = (word & kWheelControl) != 0;
-    if (control && shift) return SetLaneHeight(view.laneHeight + (up ? 12 : -12));
-    if (control) return Zoom(up, place);
-    if (shift) return ScrollBy(static_cast<int>(-NotchesOf(word) * 60));
-    laneBar->OnMouseWheel(0, 0, word);
-}
-
-void CSongPane::Tell(const char* text) {
-    if (Owner().infoPanel != nullptr) Owner().infoPanel->Show(Text(text));
-}
-
-void CSongPane::Locate(int step) {
-    if (step != station.Audio().Picture().globalStep) station.Transport().Locate(step);
-}
-
-void CSongPane::CurrentPatternChanged(CPlayListCtrlEx& lane) {
-    if (&lane == Current()) ShowTexts();
 }
 
 }  // namespace quib

@@ -8,21 +8,20 @@
 #include <QTimer>
 #include <functional>
 
-#include "controls/CSwitchCtrl.h"
+#include "controls/CScrollCtrl.h"
 #include "document/CWorkstation.h"
-#include "editors/base/CEditTarget.h"
 #include "editors/grid/CPlayhead.h"
+#include "editors/playlist/CLaneDrag.h"
 #include "editors/playlist/CLaneHeadCtrl.h"
 #include "editors/playlist/CPlayListCtrlEx.h"
 #include "editors/playlist/CScrollbarCtrl.h"
-
-class QMenu;
+#include "editors/playlist/CSongCommands.h"
+#include "editors/playlist/CSongPlayhead.h"
+#include "editors/playlist/CSongToolBar.h"
 
 namespace quib {
 
 class CLabelCtrl;
-class CLabelMenuCtrl;
-class CZoomCtrl;
 
 // Nothing of its children is shown outside of it.
 class CClipCtrl : public CControl {
@@ -37,7 +36,7 @@ public:
 
 class CSongPane : public CControl, private ISongHost {
 public:
-    static constexpr int kToolRow = 28;
+    static constexpr int kToolRow = CSongToolBar::kHeight;
     static constexpr int kRuler = 44;
     static constexpr int kRulerHeader = 4;
     static constexpr int kBar = 10;
@@ -64,16 +63,15 @@ public:
     bool IsActive() const noexcept { return active && IsShown(); }
     // A held key again. False when it means nothing here.
     bool RepeatKey(int key);
-    bool CanEdit(EEdit command) const;
-    void Edit(EEdit command);
+    bool CanEdit(EEdit command) const { return IsActive() && commands.CanEdit(command); }
+    void Edit(EEdit command) { commands.Edit(command); }
     void KeepView() const;
-    // The next item, or the one before, is the selection. False without items.
-    bool SelectNext(int way);
+    bool SelectNext(int way) { return commands.SelectNext(way); }
 
     std::function<void(int index)> onCurrent;  // a press made this instrument the current one
     std::function<void()> onOpenPianoRoll;
-    std::function<void()> onClose;
-    std::function<void()> onWholeWindow;
+    std::function<void(bool loop)> onBounce;  // the loop's region or the song is to be exported
+    CSongToolBar& Tools() noexcept { return *tools; }
 
     // --- For tests
 
@@ -84,71 +82,60 @@ public:
     void ShowPlayhead(double step) { MovePlayhead(step); }
 
 private:
-    void BuildTools();
-    void PlaceTools();
+    void BuildParts();
     void BuildLanes();
     void PlaceLanes();
     void ViewMoved();
     bool ShiftPicture();
     void ShowLoop();
     void ShowTexts();
+    void FollowLane(CPlayListCtrlEx& lane);
     void UpdateExtent();
     void MovePlayhead(double step);
+    void ScrollAtEdges();
     double PlayingStep() const;
-    CPlayListCtrlEx* Current() const;
+    QRect LaneArea() const;
     QRgb TrackColour(int index) const;
     void Zoom(bool in, int anchor);
     void SetLaneHeight(int height);
-    StepRange Section() const;
-    void AskMarker(int step);
-    void Perform();
-    void FillPatterns(QMenu& menu);
-    void FillSnaps(QMenu& menu);
-    void FillItemMenu(QMenu& menu, CPlayListCtrlEx& lane);
-    void MakeUnique();
-    void SplitAtPlayhead();
-    void Duplicate();
-    void LoopSelection();
-    bool RunKey(int key);
 
+    CPlayListCtrlEx* Current() const override;
+    const std::vector<CPlayListCtrlEx*>& Lanes() const override { return lanes; }
     void MakeCurrent(CPlayListCtrlEx& lane) override;
     bool HasKeys(const CPlayListCtrlEx& lane) const override;
     void OpenPattern(int pattern) override;
     void ShowItemMenu(CPlayListCtrlEx& lane) override;
+    void ShowRulerMenu(int step) override;
     void ScrollBy(int pixels) override;
     void TurnWheel(int x, std::uint32_t word) override;
-    void Tell(const char* text) override;
+    void Tell(const QString& text) override;
     void Locate(int step) override;
     void LoopMoved() override { ShowLoop(); }
     void CurrentPatternChanged(CPlayListCtrlEx& lane) override;
+    void DraggedTo(CPlayListCtrlEx& lane, int py) override;
+    bool Dropped(CPlayListCtrlEx& lane) override { return drag.Drop(lane); }
+    void AskMarker(int step) override;
+    void Bounce(bool loop) override;
 
     CWorkstation& station;
     SongView view;
     SongColours colours;
     CMasks masks;
+    CSongPlayhead line;
+    CLaneDrag drag;
+    CSongCommands commands;
     CPlayhead playhead;
     QTimer frames;
     bool active = false;
     std::uint32_t currentId = 0;
+    int keptScroll = 0;  // of the last run, for the first project; pixels
     int drawnScroll = 0;
     int drawnStepWidth = 0;
-    Playlist clipboard;
-    CValue followShown;
     CValue laneScroll;
 
-    struct Tool {
-        CControl* control;
-        int width;
-    };
-    std::vector<Tool> tools;
-    CLabelCtrl* title = nullptr;
-    CLabelMenuCtrl* patternMenu = nullptr;
-    CLabelMenuCtrl* snapMenu = nullptr;
+    CSongToolBar* tools = nullptr;
     CLabelCtrl* loopText = nullptr;
     CLabelCtrl* lengthText = nullptr;
-    CZoomCtrl* zoom = nullptr;
-    CSwitchCtrl* whole = nullptr;
-    CSwitchCtrl* close = nullptr;
     CPlayListCtrlEx* ruler = nullptr;
     CClipCtrl* area = nullptr;
     std::vector<CLaneHeadCtrl*> heads;

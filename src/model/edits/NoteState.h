@@ -14,11 +14,10 @@
 #include <vector>
 
 #include "model/CPattern.h"
+#include "model/MidiEvents.h"
 
 namespace quib {
 
-constexpr int kHighestKey = 127;
-constexpr int kHighestVelocity = 127;
 constexpr float kFarthestStart = kMaximumStepCount - 1;  // steps
 // What an edited note without length gets, in steps.
 constexpr float kShortestNote = 0.0625F;

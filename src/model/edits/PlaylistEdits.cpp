@@ -254,6 +254,31 @@ std::optional<PlaylistState> SplitItems(const PlaylistState& state, const SongPa
     return std::nullopt;
 }
 
+PlaylistState WithForeignItems(const PlaylistState& state, const SongPatterns& patterns, const PlaylistState& source,
+                               const SongPatterns& sourcePatterns, const std::map<int, int>& patternOf, int steps) {
+    const std::vector<std::int32_t> marks = EndMarks(source.Items(), sourcePatterns);
+    const int way = LimitedMove(source.Items(), source.selection, steps);
+    Draft draft(state);
+    draft.selection.clear();
+    for (const std::uint32_t item : source.selection) {
+        PlaylistEntry entry = source.Items()[item];
+        entry.pattern = patternOf.at(std::clamp(entry.pattern, 0, kPatternCount - 1));
+        entry.start += way;
+        draft.selection.push_back(draft.Add(entry));
+    }
+    draft.Clear(draft.selection);
+    PlaylistState next = draft.State();
+    // The selection is theirs, in their order, whatever goes or comes beside them.
+    for (std::size_t index = 0; index < source.selection.size(); ++index) {
+        const std::int32_t mark = marks[source.selection[index]];
+        if (mark < 0) continue;
+        const int end = source.Items()[static_cast<std::size_t>(mark)].start + way;
+        const auto ended = SetItemEnd(next, patterns, next.selection[index], end);
+        if (ended) next = *ended;
+    }
+    return next;
+}
+
 StepRange RangeOf(const PlaylistState& state, const SongPatterns& patterns, int songEnd) {
     StepRange range{kNoSongEnd, 0};
     for (const PlaylistSpan& span : PlaylistSpans(state.Items(), patterns.lengths)) {

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -69,6 +70,11 @@ struct StepRange {
     bool IsEmpty() const noexcept { return end <= first; }
 };
 StepRange RangeOf(const PlaylistState& state, const SongPatterns& patterns, int songEnd);
+
+// The selected items of another instrument, so many steps away and with the patterns that theirs became. Each ends
+// where it did there, by an end mark of this one's; where none is free it repeats without end.
+PlaylistState WithForeignItems(const PlaylistState& state, const SongPatterns& patterns, const PlaylistState& source,
+                               const SongPatterns& sourcePatterns, const std::map<int, int>& patternOf, int steps);
 
 // --- Time, for every instrument alike
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 
+#include "model/CInstrument.h"
 #include "model/plugin/CPlugin.h"
 
 namespace quib {
@@ -14,7 +15,6 @@ namespace {
 constexpr float kBallRange = 127;
 constexpr float kAssignmentRange = 128;
 constexpr int kSlowestRate = 16;
-constexpr int kLastChannelSelector = 17;
 constexpr int kLastController = 127;
 
 // Keys that say themselves what the assignment moves.

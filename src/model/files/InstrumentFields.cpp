@@ -11,7 +11,6 @@ using Instrument = CInstrument;
 
 constexpr float kFull = 127;
 constexpr float kKeys = 128;
-constexpr float kLastChannelSelector = 17;
 // Powers of two in the sequencer: more than this many bits of a count are never meant.
 constexpr float kMostDoublings = 16;
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/CInstrument.h"
+#include "model/MidiEvents.h"
 #include "model/MixLanes.h"
 #include "model/files/BallRecords.h"
 #include "model/files/EventRecords.h"
@@ -17,7 +18,6 @@ namespace quib {
 namespace {
 
 constexpr std::size_t kMostIntegers = 65536;
-constexpr std::int32_t kHighestKey = 127;
 
 void WriteStrip(CRecordWriter& writer, std::initializer_list<EStripPart> parts, const StripValues& values) {
     for (const StripSetting& setting : kStripSettings) {

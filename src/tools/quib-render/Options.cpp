@@ -19,10 +19,11 @@ bool IsSame(const fs::path& one, const fs::path& other) {
 }
 
 // Wrong usage that the form of the words does not show.
-void CheckPaths(const std::string& project, const std::string& output, const std::string& resave) {
-    for (const std::string& written : {output, resave}) {
-        if (!written.empty() && IsSame(written, project)) {
-            throw CLI::ValidationError(written, "would be written over the project that is read");
+void CheckPaths(const std::string& project, const std::string& output, std::vector<std::string> written) {
+    written.push_back(output);
+    for (const std::string& path : written) {
+        if (!path.empty() && IsSame(path, project)) {
+            throw CLI::ValidationError(path, "would be written over the project that is read");
         }
     }
     if (!output.empty() && !FormatOf(output)) {
@@ -41,6 +42,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     std::string output;
     std::string resave;
     std::string stems;
+    std::string midi;
     std::vector<std::string> folders;
     app.set_version_flag("--version", "QUIB Sequencer " QUIB_VERSION);
     auto* const in = app.add_option("PROJECT", project, "Project file (.prg)");
@@ -69,15 +71,18 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     play->excludes(stemsOption);
     app.add_option("--device", options.outputDevice, "Sound device to play on: JACK, Silent or a name of ALSA")
         ->needs(play);
-    app.add_option("--midi", options.midiDevice, "MIDI port to listen to while playing")->needs(play);
+    app.add_option("--midi-in", options.midiDevice, "MIDI port to listen to while playing")->needs(play);
+    app.add_option("--midi", midi, "Write the notes to this MIDI file (.mid), without rendering")
+        ->excludes(out)
+        ->excludes(play);
     AddExportOptions(app, options.exporting);
     app.add_flag("--list", options.list, "Print the names of the sound devices and MIDI ports");
     try {
         app.parse(argc, argv);
         if (options.list) return std::nullopt;
         if (in->count() == 0) throw CLI::RequiredError("PROJECT");
-        if (output.empty() && resave.empty() && !options.play) throw CLI::RequiredError("OUT");
-        CheckPaths(project, output, resave);
+        if (output.empty() && resave.empty() && midi.empty() && !options.play) throw CLI::RequiredError("OUT");
+        CheckPaths(project, output, {resave, midi});
         if (FormatOf(output) == ESoundFormat::kOpus && rate->count() == 0) options.format.sampleRate = kOpusRate;
     } catch (const CLI::ParseError& stop) {
         return app.exit(stop) == 0 ? kDone : kWrongUsage;
@@ -86,6 +91,7 @@ std::optional<int> ParseOptions(int argc, char** argv, RenderOptions& options) {
     options.project = std::filesystem::absolute(project);
     if (!output.empty()) options.output = std::filesystem::absolute(output);
     if (!resave.empty()) options.resave = std::filesystem::absolute(resave);
+    if (!midi.empty()) options.midiFile = std::filesystem::absolute(midi);
     if (!stems.empty()) options.stems = std::filesystem::absolute(stems);
     for (const std::string& folder : folders) options.pluginFolders.push_back(std::filesystem::absolute(folder));
     if (!mode.empty()) options.songMode = mode == "song";

@@ -65,7 +65,7 @@ void DrawHeader(const RollDrawing& drawing, const QString& lengthText) {
     for (const GridLine& line : view.time.Lines(from, view.StepAt(drawing.part.right() + 1))) {
         if (view.XOf(line.step) >= left) DrawLine(drawing, line, line.step >= drawing.stepCount);
     }
-    const QRgb length = Mix(colours.pattern, qRgb(0, 0, 0), 0.35F);
+    const QRgb length = Mix(colours.pattern, Palette().Colour(QStringLiteral("shade")), 0.35F);
     drawing.Fill(left, kHeight - kLengthBar, end - left, kLengthBar - 1, length);
     // Labels of what is scrolled away lie below this.
     drawing.Fill(0, 0, left, kFoot, colours.panel);

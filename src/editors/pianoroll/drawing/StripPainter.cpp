@@ -18,7 +18,7 @@ constexpr int kLeastLabelledRow = 9;  // pixels
 constexpr int kLamp = 8;
 
 bool IsLit(const RollDrawing& drawing, int key, int pressed) {
-    return key == pressed || (drawing.options.isSounding && drawing.options.isSounding(key));
+    return key == pressed || drawing.options.sounding.test(static_cast<std::size_t>(key));
 }
 
 bool IsPlayed(const RollDrawing& drawing, int key) {
@@ -34,13 +34,15 @@ void VisitRows(const RollDrawing& drawing, Visit&& visit) {
     for (int row = highest; row >= lowest; --row) visit(view.Rows().KeyOf(row), view.YOfRow(row));
 }
 
+QRgb Shade() { return Palette().Colour(QStringLiteral("shade")); }
+
 void DrawWhiteKey(const RollDrawing& drawing, int key, int y, bool lit) {
     const int height = drawing.view.RowHeight();
     const bool played = IsPlayed(drawing, key);
     const QRgb ground = lit ? drawing.colours.keyboard : played ? drawing.colours.keyWhite : drawing.colours.keyOff;
     drawing.Fill(0, y, kStrip, height, ground);
     // Where no black key parts two white ones.
-    if (key % 12 == 0 || key % 12 == 5) drawing.Fill(0, y + height - 1, kStrip, 1, Mix(ground, qRgb(0, 0, 0), 0.32F));
+    if (key % 12 == 0 || key % 12 == 5) drawing.Fill(0, y + height - 1, kStrip, 1, Mix(ground, Shade(), 0.32F));
 }
 
 void DrawBlackKey(const RollDrawing& drawing, int key, int y, bool lit) {
@@ -50,7 +52,7 @@ void DrawBlackKey(const RollDrawing& drawing, int key, int y, bool lit) {
     const QRgb ground = played ? colours.keyWhite : colours.keyOff;
     drawing.Fill(0, y, kStrip, height, ground);
     const double middle = y + height / 2.0 - 1;
-    drawing.Fill(kBlackLength, middle, kStrip - kBlackLength, height < 6 ? 1 : 2, Mix(ground, qRgb(0, 0, 0), 0.16F));
+    drawing.Fill(kBlackLength, middle, kStrip - kBlackLength, height < 6 ? 1 : 2, Mix(ground, Shade(), 0.16F));
     const QRgb black = lit ? colours.keyboard : played ? colours.keyBlack : colours.keyBlackOff;
     drawing.Fill(0, y, kBlackLength, height - 1, black);
 }

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What the rhythm detector listens to and hits: band-pass, then an envelope with attack and release, hits where it
+// rises above the threshold, and how strong they are. Any thread but render threads.
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "model/Equalizer.h"
+#include "project/ProjectState.h"
+
+namespace quib {
+
+// The settings of a project in units. Each is 0..1 there; 0 means the default.
+struct RhythmSettings {
+    double hertz = 0;        // centre of the band-pass; 0: the whole sound
+    double quality = 0.7;    // of the band-pass
+    double attack = 0.002;   // seconds
+    double release = 0.06;   // seconds
+    double threshold = -30;  // dB below full scale
+    double level = 0;        // dB, -24..24: of what is listened to
+    double gain = 0;         // dB, 0..24: of the hits' strength
+};
+RhythmSettings RhythmSettingsOf(const DetectorSettings& stored);
+
+struct RhythmHit {
+    double time = 0;     // seconds
+    float strength = 0;  // dB above the threshold
+    int velocity = 0;    // 1..127
+};
+
+// Takes a sound block by block, as it comes from a file or from the master output.
+class CRhythmEnvelope {
+public:
+    CRhythmEnvelope(const RhythmSettings& wanted, int sampleRate);
+
+    void Add(std::span<const float> mono);
+    // The highest of the envelope in each hop of kHop seconds so far, dB.
+    static constexpr double kHop = 0.002;
+    const std::vector<float>& Levels() const noexcept { return levels; }
+    const std::vector<RhythmHit>& Hits() const noexcept { return hits; }
+    // Highest level that came in, before the filter, and of the envelope, dB, in the last block.
+    float LevelIn() const noexcept { return levelIn; }
+    float LevelOut() const noexcept { return levelOut; }
+
+private:
+    void EndHop();
+
+    RhythmSettings settings;
+    int rate;
+    bool hasFilter;
+    EqBandUpdate filter;
+    double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
+    double inputGain, attackStep, releaseStep;
+    double envelope = 0;
+    double highest = 0;
+    std::int64_t frames = 0;
+    std::int64_t hopEnd = 0;
+    std::vector<float> levels;
+    std::vector<RhythmHit> hits;
+    float floorLevel = -120;  // lowest since the last hit
+    bool rising = false;
+    float levelIn = -120, levelOut = -120;
+};
+
+}  // namespace quib

@@ -1,0 +1,442 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "export/rhythm/RhythmTempo.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+#include "export/rhythm/CFourier.h"
+#include "export/rhythm/RhythmHits.h"
+
+namespace quib {
+
+namespace {
+
+constexpr double kHopSeconds = 0.005;
+constexpr std::array kEdges = {30.0, 120.0, 250.0, 500.0, 1000.0, 2500.0, 6000.0, 16000.0};  // Hz, of seven bands
+constexpr std::size_t kBands = kEdges.size() - 1;
+constexpr std::size_t kBodyBands = 4;          // the lower ones: drums with a body, no cymbals
+constexpr std::size_t kSnareBands[] = {3, 4};  // where a snare is louder than a bass drum and most cymbals
+constexpr float kCompression = 1000;
+constexpr double kLongestRefinement = 64;  // beats: sixteen bars
+constexpr double kBeatsOfBar = 4;
+
+using Series = std::vector<float>;  // a value each hop
+
+struct Onsets {
+    double hop = kHopSeconds;  // seconds, exactly
+    Series all;
+    Series body;
+    Series snare;
+};
+
+// How much louder each band has become, logarithmically.
+class COnsetFinder {
+public:
+    COnsetFinder(std::span<const float> sound, int sampleRate)
+        : mono(sound),
+          hop(static_cast<std::size_t>(std::max(1L, std::lround(kHopSeconds * sampleRate)))),
+          fourier(std::bit_ceil(static_cast<std::size_t>(0.016 * sampleRate))),
+          window(fourier.Size()) {
+        for (std::size_t i = 0; i < window.size(); ++i) {
+            const double turn =
+                2.0 * std::numbers::pi * (static_cast<double>(i) + 0.5) / static_cast<double>(window.size());
+            window[i] = static_cast<float>(0.5 - 0.5 * std::cos(turn));
+        }
+        for (std::size_t edge = 0; edge < kEdges.size(); ++edge) {
+            const double bin = kEdges[edge] * static_cast<double>(window.size()) / sampleRate;
+            bins[edge] = std::min(static_cast<std::size_t>(std::max(1.0, std::round(bin))), window.size() / 2);
+        }
+        for (std::size_t band = 1; band < kEdges.size(); ++band) bins[band] = std::max(bins[band], bins[band - 1] + 1);
+        onsets.hop = static_cast<double>(hop) / sampleRate;
+    }
+
+    Onsets Run(const std::function<bool()>& goOn) {
+        const std::size_t count = mono.size() / hop;
+        for (std::size_t index = 0; index < count; index += 2) {
+            if (index % 4096 == 0 && goOn && !goOn()) return {};
+            AddTwo(index, count);
+        }
+        return std::move(onsets);
+    }
+
+private:
+    // Two real spectra by one transform.
+    void AddTwo(std::size_t index, std::size_t count) {
+        values.resize(window.size());
+        for (std::size_t i = 0; i < window.size(); ++i) {
+            values[i] = {window[i] * At(index * hop + i), window[i] * At((index + 1) * hop + i)};
+        }
+        fourier.Transform(values.data());
+        AddLevels(false);
+        if (index + 1 < count) AddLevels(true);
+    }
+    // Centred on the hop.
+    float At(std::size_t place) const {
+        const std::size_t half = window.size() / 2;
+        return place >= half && place - half < mono.size() ? mono[place - half] : 0.0F;
+    }
+
+    void AddLevels(bool second) {
+        float all = 0;
+        float body = 0;
+        float snare = 0;
+        for (std::size_t band = 0; band < kBands; ++band) {
+            float energy = 0;
+            for (std::size_t bin = bins[band]; bin < bins[band + 1]; ++bin) {
+                const std::complex<float> one = values[bin];
+                const std::complex<float> other = std::conj(values[window.size() - bin]);
+                energy += std::norm(second ? one - other : one + other);
+            }
+            const float width = static_cast<float>(window.size()) * static_cast<float>(bins[band + 1] - bins[band]);
+            const float level = std::log1p(kCompression * std::sqrt(energy / width));
+            const float rise = std::max(0.0F, level - before[1][band]);
+            before[1][band] = before[0][band];
+            before[0][band] = level;
+            all += rise;
+            if (band < kBodyBands) body += rise;
+            if (std::ranges::find(kSnareBands, band) != std::end(kSnareBands)) snare += rise;
+        }
+        onsets.all.push_back(all);
+        onsets.body.push_back(body);
+        onsets.snare.push_back(snare);
+    }
+
+    std::span<const float> mono;
+    std::size_t hop;
+    CFourier fourier;
+    Series window;
+    std::array<std::size_t, kEdges.size()> bins{};
+    std::vector<std::complex<float>> values;
+    std::array<std::array<float, kBands>, 2> before{};
+    Onsets onsets;
+};
+
+// Above its mean of half a second.
+Series Peaks(const Series& series, double hop) {
+    const auto reach = static_cast<std::size_t>(0.25 / hop);
+    std::vector<double> sums(series.size() + 1);
+    for (std::size_t i = 0; i < series.size(); ++i) sums[i + 1] = sums[i] + static_cast<double>(series[i]);
+    Series peaks(series.size());
+    for (std::size_t i = 0; i < series.size(); ++i) {
+        const std::size_t first = i > reach ? i - reach : 0;
+        const std::size_t end = std::min(i + reach, series.size());
+        const double mean = (sums[end] - sums[first]) / static_cast<double>(end - first);
+        peaks[i] = std::max(0.0F, series[i] - static_cast<float>(mean));
+    }
+    return peaks;
+}
+
+// Likeness of a series to itself so many hops later, up to `most`, for the part that both share.
+class CLikeness {
+public:
+    CLikeness(const Series& series, std::size_t most) {
+        const CFourier fourier(std::bit_ceil(2 * series.size() + 2));
+        std::vector<std::complex<float>> values(fourier.Size());
+        std::copy(series.begin(), series.end(), values.begin());
+        fourier.Transform(values.data());
+        for (auto& value : values) value = std::norm(value);
+        fourier.Transform(values.data());
+        most = std::min(most, series.size() / 2);
+        likeness.resize(most + 1);
+        for (std::size_t lag = 0; lag <= most; ++lag) {
+            const auto shared = static_cast<float>(series.size() - lag) / static_cast<float>(series.size());
+            likeness[lag] = values[lag].real() / shared;
+        }
+        const float whole = std::max(likeness[0], 1e-20F);
+        for (float& value : likeness) value /= whole;
+    }
+
+    double Longest() const { return static_cast<double>(likeness.size()) - 2; }
+    // Between hops, linearly.
+    double At(double lag) const {
+        if (lag < 0 || lag > Longest()) return 0;
+        const auto place = static_cast<std::size_t>(lag);
+        const double share = lag - std::floor(lag);
+        return (1 - share) * static_cast<double>(likeness[place]) + share * static_cast<double>(likeness[place + 1]);
+    }
+    // The top within `reach` of a lag, between hops by a parabola; unset beyond what is known.
+    double TopNear(double lag, double reach) const {
+        auto best = static_cast<std::size_t>(std::max(1.0, std::round(lag)));
+        const auto first = static_cast<std::size_t>(std::max(1.0, std::ceil(lag - reach)));
+        const auto last = static_cast<std::size_t>(std::min(lag + reach, Longest()));
+        for (std::size_t place = first; place <= last; ++place) {
+            if (likeness[place] > likeness[best]) best = place;
+        }
+        const double before = likeness[best - 1];
+        const double middle = likeness[best];
+        const double after = likeness[best + 1];
+        const double bend = before - 2 * middle + after;
+        return static_cast<double>(best) + (bend < 0 ? 0.5 * (before - after) / bend : 0.0);
+    }
+
+private:
+    Series likeness;
+};
+
+// Of a period in hops: likeness at it and its multiples.
+double ScoreOf(const CLikeness& likeness, double period) {
+    double sum = 0;
+    double weights = 0;
+    for (int multiple = 1; multiple <= 8; ++multiple) {
+        if (multiple * period > likeness.Longest()) break;
+        const double weight = 1.0 / std::sqrt(multiple);
+        const double reach = std::min(1.0 + 0.01 * multiple * period, 2.0);
+        double top = 0;
+        for (double offset = -reach; offset <= reach; offset += 0.5) {
+            top = std::max(top, likeness.At(multiple * period + offset));
+        }
+        sum += weight * top;
+        weights += weight;
+    }
+    return weights > 0 ? sum / weights : 0.0;
+}
+
+// How much more the snare is like itself after two beats of a period than after one: it strikes each second beat.
+double Backbeat(const CLikeness& snare, double period) {
+    const auto top = [&](double lag) {
+        double best = 0;
+        for (double offset = -2; offset <= 2; offset += 0.5) best = std::max(best, snare.At(lag + offset));
+        return best;
+    };
+    return std::clamp(top(2 * period) - std::max(top(period), top(1.5 * period)), 0.0, 1.0);
+}
+
+// People tap near 120.
+double Preference(double tempo) {
+    const double octaves = std::log2(tempo / 118.0);
+    return std::exp(-0.5 * octaves * octaves / (0.9 * 0.9));
+}
+
+// Ever longer multiples of the period, each found near where the one before leads.
+double Refined(const CLikeness& likeness, double period) {
+    for (double beats = 1; beats <= kLongestRefinement; beats *= 2) {
+        const double lag = beats * period;
+        if (lag + 8 > likeness.Longest()) break;
+        period = likeness.TopNear(lag, beats == 1 ? 3.0 : 2.5) / beats;
+    }
+    return period;
+}
+
+struct Hits {
+    std::vector<RhythmHit> all;
+    std::vector<RhythmHit> low;
+    std::vector<RhythmHit> snare;
+};
+
+Hits FindHits(std::span<const float> mono, int sampleRate) {
+    float peak = 0;
+    for (const float sample : mono) peak = std::max(peak, std::abs(sample));
+    RhythmSettings settings;
+    settings.attack = 0.0005;
+    settings.release = 0.04;
+    settings.threshold = 20.0 * std::log10(std::max(static_cast<double>(peak), 1e-4)) - 30.0;
+    CRhythmEnvelope all(settings, sampleRate);
+    all.Add(mono);
+    settings.hertz = 70;
+    settings.quality = 0.5;
+    settings.threshold += 8;
+    CRhythmEnvelope low(settings, sampleRate);
+    low.Add(mono);
+    settings.hertz = 1100;
+    settings.quality = 0.7;
+    CRhythmEnvelope snare(settings, sampleRate);
+    snare.Add(mono);
+    return {all.Hits(), low.Hits(), snare.Hits()};
+}
+
+// How well hits keep to a period, in turns that meet at the same angle: whole, half and quarter beats.
+double Concentration(const std::vector<RhythmHit>& hits, double period) {
+    double sum = 0;
+    for (const int part : {1, 2, 4}) {
+        std::complex<double> pointer;
+        for (const RhythmHit& hit : hits) {
+            pointer += std::polar(static_cast<double>(hit.strength), 2.0 * std::numbers::pi * part * hit.time / period);
+        }
+        sum += std::abs(pointer) / part;
+    }
+    return sum;
+}
+
+// The period near `period`, both in seconds, to which the hits keep best.
+double Sharpened(const std::vector<RhythmHit>& hits, double period, double seconds) {
+    constexpr double kReach = 3e-4;
+    const double step = std::min(kReach, 0.0004 / std::max(seconds, 1.0));
+    double best = period;
+    double most = Concentration(hits, period);
+    for (double change = -kReach; change <= kReach; change += step) {
+        const double score = Concentration(hits, period * (1 + change));
+        if (score <= most) continue;
+        most = score;
+        best = period * (1 + change);
+    }
+    const double fine = best * step;
+    const double before = Concentration(hits, best - fine);
+    const double after = Concentration(hits, best + fine);
+    const double bend = before - 2 * most + after;
+    return bend < 0 ? best + 0.5 * fine * (before - after) / bend : best;
+}
+
+// The weight of the hits on a grid.
+double OnGrid(const std::vector<RhythmHit>& hits, double first, double period, double reach) {
+    double sum = 0;
+    for (const RhythmHit& hit : hits) {
+        const double turns = (hit.time - first) / period;
+        const double off = std::abs(turns - std::round(turns)) * period;
+        if (off < reach) sum += static_cast<double>(hit.strength) * (1 - off / reach);
+    }
+    return sum;
+}
+
+constexpr double kGridReach = 0.015;  // seconds
+
+double PhaseOf(const Hits& hits, double period) {
+    double best = 0;
+    double most = -1;
+    for (double phase = 0; phase < period; phase += 0.001) {
+        const double score = OnGrid(hits.all, phase, period, kGridReach) + OnGrid(hits.low, phase, period, kGridReach) +
+                             3 * OnGrid(hits.snare, phase, period, kGridReach);
+        if (score <= most) continue;
+        most = score;
+        best = phase;
+    }
+    return best;
+}
+
+// Of hits that lie on the beat the mean distance from it; they say where it is more exactly than the search.
+double Centred(const std::vector<RhythmHit>& hits, double phase, double period) {
+    double sum = 0;
+    double weights = 0;
+    for (const RhythmHit& hit : hits) {
+        const double turns = (hit.time - phase) / period;
+        const double off = (turns - std::round(turns)) * period;
+        if (std::abs(off) > kGridReach) continue;
+        sum += static_cast<double>(hit.strength) * off;
+        weights += static_cast<double>(hit.strength);
+    }
+    return weights > 0 ? phase + sum / weights : phase;
+}
+
+double DownbeatOf(const Hits& hits, double period) {
+    const double phase = Centred(hits.all, PhaseOf(hits, period), period);
+    const double bar = kBeatsOfBar * period;
+    double best = 0;
+    double most = -1e9;
+    for (int beat = 0; beat < static_cast<int>(kBeatsOfBar); ++beat) {
+        const double first = phase + beat * period;
+        double score = 2 * OnGrid(hits.low, first, bar, kGridReach) + 0.5 * OnGrid(hits.all, first, bar, kGridReach) -
+                       2 * OnGrid(hits.snare, first, bar, kGridReach);
+        // Sounds begin with a bar more often than not.
+        if (!hits.all.empty()) {
+            const double turns = (hits.all.front().time - first) / bar;
+            if (std::abs(turns - std::round(turns)) * bar < 2 * kGridReach) score += 0.15 * std::abs(score);
+        }
+        if (score <= most) continue;
+        most = score;
+        best = first;
+    }
+    best -= std::floor(best / bar) * bar;
+    return best > bar - kGridReach ? best - bar : best;
+}
+
+double SteadinessOf(const std::vector<RhythmHit>& hits, double phase, double period) {
+    double sum = 0;
+    int count = 0;
+    for (const RhythmHit& hit : hits) {
+        const double turns = (hit.time - phase) / period;
+        const double off = (turns - std::round(turns)) * period;
+        if (std::abs(off) > kGridReach) continue;
+        sum += off * off;
+        ++count;
+    }
+    return count > 0 ? std::sqrt(sum / count) : 0.0;
+}
+
+// Whether each second pulse of a period is about as strong as the others, in drums with a body.
+double Evenness(const Series& body, double period, double phase) {
+    std::array<double, 2> sums{};
+    std::size_t index = 0;
+    for (double place = phase; place + 4 < static_cast<double>(body.size()); place += period, ++index) {
+        const auto middle = static_cast<std::size_t>(std::max(4.0, std::round(place)));
+        sums[index % 2] +=
+            static_cast<double>(*std::max_element(body.begin() + static_cast<std::ptrdiff_t>(middle) - 4,
+                                                  body.begin() + static_cast<std::ptrdiff_t>(middle) + 4));
+    }
+    return std::min(sums[0], sums[1]) / std::max(std::max(sums[0], sums[1]), 1e-9);
+}
+
+// Which of the tempos that go into each other is the beat: the one that a snare on each second beat tells; else the
+// fastest whose pulses are alike.
+double MetreOf(const CLikeness& likeness, const CLikeness& snare, const Onsets& onsets, const Hits& hits,
+               double found) {
+    const auto periodOf = [&](double tempo) { return 60.0 / tempo / onsets.hop; };
+    double best = 0;
+    double most = 0.1;
+    for (const double factor : {1.0, 2.0, 0.5, 1.5, 2.0 / 3.0, 3.0, 1.0 / 3.0, 0.75, 4.0 / 3.0}) {
+        const double tempo = found * factor;
+        if (tempo < kLowestTempo || tempo > kHighestTempo) continue;
+        const double score = Backbeat(snare, periodOf(tempo)) * std::sqrt(ScoreOf(likeness, periodOf(tempo)));
+        if (score <= most) continue;
+        most = score;
+        best = tempo;
+    }
+    if (best > 0) return best;
+    best = found;
+    while (best / 2 >= kLowestTempo) best /= 2;
+    for (double faster = 2 * best; faster <= kHighestTempo; faster *= 2) {
+        const double period = Refined(likeness, periodOf(faster));
+        const double phase = PhaseOf(hits, period * onsets.hop) / onsets.hop;
+        if (Evenness(onsets.body, period, phase) < 0.5) break;
+        best = faster;
+    }
+    return best;
+}
+
+}  // namespace
+
+RhythmTempo FindTempo(std::span<const float> mono, int sampleRate, const std::function<bool()>& goOn) {
+    RhythmTempo found;
+    const Onsets onsets = COnsetFinder(mono, sampleRate).Run(goOn);
+    if (onsets.all.size() < static_cast<std::size_t>(3.0 / kHopSeconds)) return found;
+    const Series body = Peaks(onsets.body, onsets.hop);
+    Series mixed = Peaks(onsets.all, onsets.hop);
+    for (std::size_t i = 0; i < mixed.size(); ++i) mixed[i] += body[i];
+    const CLikeness likeness(mixed,
+                             static_cast<std::size_t>(kLongestRefinement * 60.0 / kLowestTempo / onsets.hop) + 16);
+    const auto periodOf = [&](double tempo) { return 60.0 / tempo / onsets.hop; };
+    for (double tempo = kLowestTempo / 2; tempo <= 2 * kHighestTempo; tempo += 1) {
+        found.strengths.push_back(static_cast<float>(std::clamp(ScoreOf(likeness, periodOf(tempo)), 0.0, 1.0)));
+    }
+    double best = 0;
+    double most = 0;
+    double sum = 0;
+    int count = 0;
+    for (double tempo = kLowestTempo; tempo <= kHighestTempo; tempo *= 1.002, ++count) {
+        const double score = ScoreOf(likeness, periodOf(tempo));
+        sum += score;
+        if (score * Preference(tempo) <= most) continue;
+        most = score * Preference(tempo);
+        best = tempo;
+    }
+    if (most <= 0 || (goOn && !goOn())) return found;
+    const Hits hits = FindHits(mono, sampleRate);
+    const CLikeness snare(Peaks(onsets.snare, onsets.hop), static_cast<std::size_t>(4.0 * periodOf(kLowestTempo)));
+    const double tempo = MetreOf(likeness, snare, onsets, hits, best);
+    const double seconds = static_cast<double>(mono.size()) / sampleRate;
+    const double period = Sharpened(hits.all, Refined(likeness, periodOf(tempo)) * onsets.hop, seconds);
+    found.tempo = 60.0 / period;
+    found.downbeat = DownbeatOf(hits, period);
+    const double mean = sum / std::max(1, count);
+    const double score = ScoreOf(likeness, period / onsets.hop);
+    found.sureness = std::clamp((score - mean) / std::max(0.6 * score, 1e-9), 0.0, 1.0);
+    found.steadiness = SteadinessOf(hits.all, found.downbeat, period / 4);
+    return found;
+}
+
+double FindDownbeat(std::span<const float> mono, int sampleRate, double tempo) {
+    return tempo > 0 ? DownbeatOf(FindHits(mono, sampleRate), 60.0 / tempo) : 0.0;
+}
+
+}  // namespace quib
