@@ -31,7 +31,7 @@ bool CPanel::Condition::Holds(const CPanelValues& values) const {
 
 CPanel::CPanel(const CControlSettings& controlSettings, CWorkstation& document, std::shared_ptr<CPlugin> plugin,
                PanelLayout panelLayout, QWidget* parent)
-    : CWinControl(controlSettings, Named("window"), parent),
+    : CWinControl(controlSettings, "window", parent),
       values(document, std::move(plugin)),
       layout(std::move(panelLayout)),
       search(new QLineEdit(this)) {
