@@ -160,7 +160,8 @@ int CTransportPanel::AddPlay(int left) {
 }
 
 int CTransportPanel::AddModes(int left) {
-    EngineSettings& settings = context.station.Audio().settings;
+    CWorkstation& station = context.station;
+    EngineSettings& settings = station.Audio().settings;
     const auto& mode = AddChild<CSongModeCtrl>(0U, left, kTop, kHigh, context.station, !IsNarrow());
     left += mode.Width() + kGroupGap;
     struct Plan {
