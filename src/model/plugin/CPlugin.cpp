@@ -250,7 +250,7 @@ bool CPlugin::PlayParameter(int index, float value) noexcept {
 
 std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
     if (index < 0 || index >= static_cast<int>(parameters.size())) return std::nullopt;
-    const CRenderCall call(*this);
+    const CRenderCall call(*this, EPluginCall::kParameter);
     return call.Entered() ? std::optional(ReadParameter(index)) : std::nullopt;
 }
 
