@@ -126,6 +126,7 @@ int CTransportPanel::WordWidth(const QString& text) const {
 
 void CTransportPanel::Build() {
     ClearChildren();
+    shownBars = -1;
     int left = AddPlay(6);
     left = AddModes(left);
     left = AddArms(left);
@@ -251,9 +252,10 @@ int CTransportPanel::AddMetronome(int left) {
 
 void CTransportPanel::ShowCountIn() {
     const int bars = context.station.Metronome().CountIn();
+    if (bars == shownBars) return;
+    shownBars = bars;
     const QString label = Text("IN %1").arg(bars);
     const float on = bars > 0 ? 1.0F : 0.0F;
-    if (countIn->label == label && countInShown.Get() == on) return;
     countIn->label = label;
     countIn->SetValueAndUpdate(false, true, on);
 }

@@ -350,10 +350,10 @@ void CPlugin::ReportParameter(int index, float value) {
     if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
 }
 
-void CPlugin::ReportTouch(int index, bool held) {
+void CPlugin::ReportTouch(int index, bool touched) {
     if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
     if (index < 0 || index >= static_cast<int>(parameters.size())) return;
-    if (environment.parameterTouched) environment.parameterTouched(*this, index, held);
+    if (environment.parameterTouched) environment.parameterTouched(*this, index, touched);
 }
 
 void CPlugin::RunApplicationIdle() {
