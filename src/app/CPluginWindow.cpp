@@ -7,6 +7,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -15,10 +17,13 @@
 #include <cmath>
 
 #include "app/CParameterList.h"
+#include "app/CSoundTools.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
 #include "document/CWorkstation.h"
+#include "editors/panel/CPanel.h"
+#include "editors/panel/PanelFiles.h"
 #include "model/plugin/CPlugin.h"
 #include "model/plugin/PluginMarks.h"
 #include "platform/XWindows.h"
@@ -33,7 +38,10 @@ bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb")
 }  // namespace
 
 CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin, QWidget* parent)
-    : QWidget(parent, Qt::Window), workstation(projectOwner), plugin(std::move(shownPlugin)) {
+    : QWidget(parent, Qt::Window),
+      workstation(projectOwner),
+      controlSettings(projectOwner.Settings()),
+      plugin(std::move(shownPlugin)) {
     setAttribute(Qt::WA_DeleteOnClose);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -41,6 +49,7 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     pages = new QStackedWidget;
     BuildBar();
     BuildPage();
+    BuildPanel();
     layout->addWidget(pages, 1);
     FillPrograms();
     workstation.Places().WatchParameters(plugin);
@@ -48,6 +57,9 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
+    if (panel != nullptr)
+        pageSize =
+            (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
     resize(pageSize);
 }
 
@@ -76,6 +88,7 @@ void CPluginWindow::BuildBar() {
     connect(programs, &QComboBox::activated, this,
             [this](int program) { workstation.Places().SelectProgram(plugin, program); });
     bar->addWidget(programs, 1);
+    bar->addWidget(new CSoundTools(workstation, plugin));
     const struct {
         const char* text;
         void (CPluginWindow::*run)(EFileKind);
@@ -96,8 +109,15 @@ void CPluginWindow::BuildBar() {
     pageButton->setCheckable(true);
     pageButton->setChecked(true);
     pageButton->setVisible(plugin->HasEditor() && CanEmbed());
-    connect(pageButton, &QToolButton::clicked, this, [this](bool page) { page ? ShowPage() : ShowEditor(); });
+    connect(pageButton, &QToolButton::clicked, this,
+            [this](bool parameters) { parameters ? ShowPage() : ShowEditor(); });
     bar->addWidget(pageButton);
+    listButton = new QToolButton;
+    listButton->setObjectName(QStringLiteral("list"));
+    listButton->setText(Text("List"));
+    listButton->setCheckable(true);
+    connect(listButton, &QToolButton::clicked, this, [this] { ShowPage(); });
+    bar->addWidget(listButton);
     static_cast<QVBoxLayout*>(layout())->addLayout(bar);
 }
 
@@ -116,6 +136,22 @@ void CPluginWindow::BuildPage() {
     pages->addWidget(page);
 }
 
+void CPluginWindow::BuildPanel() {
+    const QString folder = workstation.ProgramFolders().program + QStringLiteral("Panels");
+    auto layout = FindPanelLayout(plugin->Identity().Key(), folder);
+    listButton->setVisible(layout.has_value());
+    if (!layout) return;
+    panel = new CPanel(controlSettings, workstation, plugin, std::move(*layout));
+    panel->SetUiScale(workstation.Settings().ReadSettingInt("Settings", "GuiScale", 100) / 100.0);
+    panel->setFixedSize(panel->sizeHint());
+    auto* const scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(panel);
+    pages->addWidget(scroll);
+    panelPage = scroll;
+    pages->setCurrentWidget(scroll);
+}
+
 void CPluginWindow::FillPrograms() {
     const QSignalBlocker quiet(programs);
     programs->clear();
@@ -126,7 +162,12 @@ void CPluginWindow::FillPrograms() {
 void CPluginWindow::ShowPage() {
     pageButton->setChecked(true);
     CloseEditor();
-    pages->setCurrentWidget(page);
+    pages->setCurrentWidget(panel != nullptr && !listButton->isChecked() ? panelPage : page);
+}
+
+void CPluginWindow::ShowList() {
+    listButton->setChecked(true);
+    ShowPage();
 }
 
 void CPluginWindow::ShowEditor() {
@@ -214,7 +255,11 @@ void CPluginWindow::Tick() {
         constexpr int kLookTicks = 10;
         if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
-        list->Refresh();
+        if (panel != nullptr && !listButton->isChecked()) {
+            panel->Follow();
+        } else {
+            list->Refresh();
+        }
     }
     const int program = plugin->CurrentProgram();
     if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;

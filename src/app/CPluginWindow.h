@@ -8,11 +8,14 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/CSettingsForControls.h"
+
 class QComboBox;
 class QToolButton;
 
 namespace quib {
 
+class CPanel;
 class CParameterList;
 class CPlugin;
 class CWorkstation;
@@ -27,8 +30,11 @@ public:
 
     CPlugin& Plugin() noexcept { return *plugin; }
     CParameterList& Parameters() noexcept { return *list; }
-    // Shows the page of the parameters, or the plug-in's editor.
+    // Null for a plug-in without one.
+    CPanel* Panel() noexcept { return panel; }
+    // Shows the panel, or the list of the parameters where that is chosen or there is none; or the plug-in's editor.
     void ShowPage();
+    void ShowList();
     void ShowEditor();
     bool IsEditorOpen() const noexcept { return editorOpen; }
     // Of what stands above the editor.
@@ -53,6 +59,7 @@ protected:
 private:
     void BuildBar();
     void BuildPage();
+    void BuildPanel();
     void FillPrograms();
     void OpenEditor();
     void CloseEditor();
@@ -61,11 +68,15 @@ private:
     void ShowTitle();
 
     CWorkstation& workstation;
+    CSettingsForControls controlSettings;
     std::shared_ptr<CPlugin> plugin;
     QComboBox* programs = nullptr;
     QToolButton* pageButton = nullptr;
+    QToolButton* listButton = nullptr;
     QStackedWidget* pages = nullptr;
     CParameterList* list = nullptr;
+    CPanel* panel = nullptr;
+    QWidget* panelPage = nullptr;  // scrolls the panel where the screen is too small for it
     QWidget* page = nullptr;
     QWidget* editor = nullptr;  // the place for the plug-in's own window
     QSize pageSize{560, 480};

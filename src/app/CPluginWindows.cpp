@@ -73,7 +73,7 @@ CPluginWindow* CPluginWindows::Show(const SlotPlace& place) {
 CPluginWindow* CPluginWindows::ShowParameters(const SlotPlace& place) {
     CPluginWindow* const window = WindowOf(place);
     if (window == nullptr) return nullptr;
-    window->ShowPage();
+    window->ShowList();
     window->show();
     window->raise();
     return window;

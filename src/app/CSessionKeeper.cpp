@@ -49,7 +49,7 @@ void CSessionKeeper::Begin(const QString& file, const std::optional<PluginBlame>
 
 // What was being loaded, else what was being worked on. False when the user names another file, or there is nothing.
 bool CSessionKeeper::OpenBlamed(const PluginBlame& blame, const QString& file) {
-    told = std::filesystem::path(blame.call.library).stem().string();
+    leftOut = std::filesystem::path(blame.call.library).stem().string();
     const QString loading = QString::fromStdString(blame.project);
     const QString last = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
     if (!session.KeepCopy(session.CrashCopy())) return false;
@@ -133,7 +133,7 @@ bool CSessionKeeper::OpenAs(const QString& path, const QString& projectFile, boo
         return false;
     }
     std::vector<std::string> warnings = session.Warnings();
-    std::erase_if(warnings, [this](const std::string& line) { return !told.empty() && line.starts_with(told); });
+    std::erase_if(warnings, [this](const std::string& line) { return !leftOut.empty() && line.starts_with(leftOut); });
     window.ShowWarnings(warnings);
     return true;
 }

@@ -47,7 +47,7 @@ private:
     CSettings& settings;
     const Folders& folders;
     Ask ask;
-    std::string told;  // the plug-in that the user knows to be left out
+    std::string leftOut;  // the plug-in that the user knows to be left out
     bool begun = false;
 };
 

@@ -90,7 +90,7 @@ std::uint32_t CPatternSelCtrl::MaskOf(std::uint32_t flagged) noexcept {
 }
 
 void CPatternSelCtrl::Tick() {
-    if (owner == nullptr || !IsShown()) return;
+    if (owner == nullptr || !IsShown() || ShownRectangle().isEmpty()) return;
     const CPatternOwner::Look now = owner->PatternLook();
     if (now == drawn) return;
     // Selecting and playing change often, one or two cells at a time.

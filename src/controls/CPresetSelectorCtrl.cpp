@@ -91,7 +91,7 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsShown() || CellCount() == drawnCount) return;
+    if (!IsShown() || ShownRectangle().isEmpty() || CellCount() == drawnCount) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }

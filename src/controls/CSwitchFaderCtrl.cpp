@@ -157,7 +157,9 @@ void CSwitchFaderCtrl::Draw() {
 }
 
 void CSwitchFaderCtrl::DrawName(QRectF room, bool on) {
-    const QRgb colour = Palette().Colour(on ? QStringLiteral("text") : QStringLiteral("textDim"));
+    const QRgb colour = Palette().Colour(on        ? QStringLiteral("text")
+                                         : hovered ? QStringLiteral("textMuted")
+                                                   : QStringLiteral("textDim"));
     const int letters = Height() >= kTall ? 12 : 11;
     if (on && formatLevel && Width() >= kLevelWidth) {
         QString decibels = formatLevel(drawnLevel);

@@ -347,6 +347,17 @@ void CPluginPlaces::SelectProgram(const std::shared_ptr<CPlugin>& plugin, int pr
     ChangeState(place, Text("Select program"), [program](CPlugin& owner) { return owner.SelectProgram(program); });
 }
 
+void CPluginPlaces::SetParameters(const std::shared_ptr<CPlugin>& plugin, const QString& name,
+                                  const std::vector<float>& values) {
+    SlotPlace place;
+    if (!FindPlugin(plugin.get(), place)) return;
+    ChangeState(place, name, [&values](CPlugin& owner) {
+        for (std::size_t index = 0; index < values.size(); ++index)
+            owner.SetParameter(static_cast<int>(index), values[index]);
+        return true;
+    });
+}
+
 void CPluginPlaces::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after) {
     if (!plugin || before == after) return;
     context.changes.PushValue(Text("Plug-in parameter"), plugin.get(), parameter, before, after,

@@ -46,6 +46,8 @@ public:
     bool LoadProgram(const SlotPlace& place, const QString& path, QString& error);
     bool SaveProgram(const SlotPlace& place, const QString& path, QString& error);
     void SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program);
+    // Sets parameters, from the first on (0..1), in one step of that name.
+    void SetParameters(const std::shared_ptr<CPlugin>& plugin, const QString& name, const std::vector<float>& values);
     // A parameter (0..1) was moved in a page of ours.
     void ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after);
     // Where a loaded plug-in stands; false when it stands nowhere.

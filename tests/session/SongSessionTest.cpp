@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QMessageBox>
 #include <QTemporaryDir>
 #include <map>
 
@@ -35,7 +34,7 @@ protected:
                                        QStringLiteral("--no-audio")};
         CDriver::Run(arguments, [&](CDriver& driver) {
             user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); }));
+            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
             user->Key("Escape");
             EXPECT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
             user->Ask([&] {

@@ -126,6 +126,7 @@ int CTransportPanel::WordWidth(const QString& text) const {
 
 void CTransportPanel::Build() {
     ClearChildren();
+    shownBars = -1;
     int left = AddPlay(6);
     left = AddModes(left);
     left = AddArms(left);
@@ -159,7 +160,8 @@ int CTransportPanel::AddPlay(int left) {
 }
 
 int CTransportPanel::AddModes(int left) {
-    EngineSettings& settings = context.station.Audio().settings;
+    CWorkstation& station = context.station;
+    EngineSettings& settings = station.Audio().settings;
     const auto& mode = AddChild<CSongModeCtrl>(0U, left, kTop, kHigh, context.station, !IsNarrow());
     left += mode.Width() + kGroupGap;
     struct Plan {
@@ -250,9 +252,10 @@ int CTransportPanel::AddMetronome(int left) {
 
 void CTransportPanel::ShowCountIn() {
     const int bars = context.station.Metronome().CountIn();
+    if (bars == shownBars) return;
+    shownBars = bars;
     const QString label = Text("IN %1").arg(bars);
     const float on = bars > 0 ? 1.0F : 0.0F;
-    if (countIn->label == label && countInShown.Get() == on) return;
     countIn->label = label;
     countIn->SetValueAndUpdate(false, true, on);
 }

@@ -185,7 +185,7 @@ void CInstrumentStripCtrl::AddPresets(int left, int top, int room) {
     presets = &AddChild<CPresetSelectorCtrl>(0U, left, top, room, 24, &presetShown);
     presets->section = ESection::kPattern;
     presets->infoString = 467;
-    presets->learns = ControlTarget{EControlTarget::kPreset, id, 0};
+    presets->learns = ControlTarget{EControlTarget::kPreset, instrument->Id(), 0};
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
     presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };

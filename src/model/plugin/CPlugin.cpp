@@ -91,7 +91,7 @@ bool CPlugin::Finish(std::string& error) {
     pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
-    held = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
+    heldParameters = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
     if (const EPluginCall call = TakeThrown(); call != EPluginCall::kNone) {
         error = std::string("the plug-in threw an exception while ") + Describe(call);
@@ -255,7 +255,8 @@ std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
 }
 
 void CPlugin::Hold(int index, bool on) noexcept {
-    if (index >= 0 && index < static_cast<int>(parameters.size())) held[static_cast<std::size_t>(index)].Set(on);
+    if (index >= 0 && index < static_cast<int>(parameters.size()))
+        heldParameters[static_cast<std::size_t>(index)].Set(on);
 }
 
 void CPlugin::AutomateParameter(int index, float value) noexcept {

@@ -144,7 +144,7 @@ public:
     void Hold(int index, bool on) noexcept;
     bool IsHeld(int index) const noexcept {
         return index >= 0 && index < static_cast<int>(parameters.size()) &&
-               held[static_cast<std::size_t>(index)].IsOn();
+               heldParameters[static_cast<std::size_t>(index)].IsOn();
     }
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
@@ -296,9 +296,9 @@ private:
     std::vector<const float*> foreignInputs;  // input pointers when the signal belongs to somebody else
     std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
     std::vector<float*> pieceOutputs;
-    std::vector<float> lastAutomation;             // render thread; NaN: none
-    std::unique_ptr<CSharedSetting<bool>[]> held;  // one a parameter
-    CKeysDown keysDown;                            // render thread
+    std::vector<float> lastAutomation;                       // render thread; NaN: none
+    std::unique_ptr<CSharedSetting<bool>[]> heldParameters;  // one a parameter
+    CKeysDown keysDown;                                      // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread
