@@ -11,6 +11,11 @@ buildPackages=(
     libgtest-dev libgmock-dev libbenchmark-dev
 )
 
+# Every VST 2 plug-in of Debian, for scripts/plugins.
+pluginPackages=(
+    amsynth zynaddsubfx-vst dpf-plugins-vst dragonfly-reverb-vst lsp-plugins-vst zam-plugins iem-plugin-suite-vst
+)
+
 testPackages=(
     amsynth dragonfly-reverb-vst dpf-plugins-vst
     xvfb xauth xdotool openbox locales

@@ -55,7 +55,8 @@ std::string ParameterSpec::Display(float normalised) const {
     const float size = std::fabs(shown);
     char text[16];
     std::snprintf(text, sizeof text, "%.*f", size < 10.0f ? 2 : (size < 100.0f ? 1 : 0), static_cast<double>(shown));
-    return text;
+    // What is rounded to nothing has no sign.
+    return std::strpbrk(text, "123456789") == nullptr && text[0] == '-' ? text + 1 : text;
 }
 
 bool ParameterSpec::Parse(const char* text, float& normalised) const {

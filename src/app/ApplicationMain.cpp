@@ -14,12 +14,14 @@
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/CSessionKeeper.h"
+#include "app/CStuckPlugins.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
 #include "app/StartUp.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
 #include "document/ShippedFiles.h"
+#include "model/plugin/PluginMarks.h"
 #include "platform/CFolderLock.h"
 #include "platform/EndSignals.h"
 #include "platform/Paths.h"
@@ -39,6 +41,7 @@ struct Options {
     std::string portableFolder;
     std::string settingsFile;
     bool noAudio = false;
+    bool endStuck = false;
 };
 
 // The exit code when the program is to end at once.
@@ -51,6 +54,8 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
     app.add_option("--portable", options.portableFolder, "Program folder, which then keeps the settings too");
     app.add_option("--settings", options.settingsFile, "File that keeps the settings");
     app.add_flag("--no-audio", options.noAudio, "Play without a sound device");
+    app.add_flag("--end-when-stuck", options.endStuck,
+                 "Save the project and end, without a question, when a plug-in does not return");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {
@@ -79,12 +84,15 @@ public:
         : options(commandLine),
           settings(settingsStore),
           folders(Prepared(programFolders, settings)),
+          blame(isGuest ? std::nullopt : TakeBlame(MarksFile(folders))),
+          stuck([this](std::string& error) { return workstation.Session().Rescue(error); }, !commandLine.endStuck),
           workstation(settings, folders),
           catalog(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
                   folders.program + QStringLiteral("PluginCatalog.json")) {
         ChoosePalette(StoredPalette(settings));
         ApplyLook(std::clamp(settings.ReadSettingInt(kSettingsSection, QStringLiteral("GuiScale"), 100), 75, 300));
         ApplyTimeSignature(settings, workstation);
+        KeepPluginMarks(isGuest);
         if (isGuest) workstation.Session().SetGuest();
         SeedRecentFiles();
         window = std::make_unique<CMainWindow>(workstation, catalog, makeConsole);
@@ -105,12 +113,17 @@ private:
     void SeedRecentFiles();
     void ShowWindow();
     void FollowEndSignals();
-    void LeaveOutRisk();
+    static std::filesystem::path MarksFile(const Folders& of) { return (of.program + "PluginInUse").toStdString(); }
+    void KeepPluginMarks(bool isGuest);
+    void LeaveOutBlamed();
+    void TryBlamedAgain();
     void End(CSessionKeeper& keeper);
 
     const Options& options;
     CSettings& settings;
     const Folders& folders;
+    std::optional<PluginBlame> blame;
+    CStuckPlugins stuck;  // watches until the last plug-in is closed
     CWorkstation workstation;
     CPluginCatalog catalog;
     std::unique_ptr<CMainWindow> window;
@@ -143,25 +156,43 @@ void CRun::FollowEndSignals() {
     endTimer.start(kInterval);
 }
 
+// Of a folder that belongs to another run, that one keeps them.
+void CRun::KeepPluginMarks(bool isGuest) {
+    constexpr int kAsItWould = -1;
+    if (isGuest || !KeepMarks(MarksFile(folders))) TellWhatEnds(kAsItWould);
+}
+
 // The plug-in that ended the last run: the same project is opened again without it.
-void CRun::LeaveOutRisk() {
-    const QString library = CPluginPlaces::TakeRisk(folders);
-    if (library.isEmpty()) return;
-    const QString name = catalog.Block(library);
-    settings.WriteSettingInt(kSettingsSection, QStringLiteral("ErrorClosed"), 0);
-    window->ShowNotice(
-        Text("\"%1\" was being loaded or opened when the program ended and is left out now. Try it again "
-             "under \"Failed\" in the plug-in browser.")
-            .arg(name));
+void CRun::LeaveOutBlamed() {
+    if (!blame) return;
+    const MarkedCall& call = blame->call;
+    catalog.Block(QString::fromStdString(call.library));
+    const QString text = blame->hung
+                             ? Text("\"%1\" did not return while %2, so it is left out now; its settings are kept.")
+                             : Text(
+                                   "\"%1\" ended the program while %2, so it is left out now; its settings are "
+                                   "kept.");
+    window->OfferNotice(text.arg(QString::fromStdString(call.name), Text(Describe(call.call))), Text("Try it again"),
+                        [this] { TryBlamedAgain(); });
+}
+
+void CRun::TryBlamedAgain() {
+    const QString library = QString::fromStdString(blame->call.library);
+    QString error;
+    if (!catalog.AskNow(library, error) || !workstation.Places().LoadMissing(library, error)) {
+        window->ShowMessage(QStringLiteral("QUIB Sequencer"), error);
+    }
 }
 
 int CRun::Run() {
     FollowEndSignals();
     ShowWindow();
     QCoreApplication::processEvents();
-    LeaveOutRisk();
+    LeaveOutBlamed();
     CSessionKeeper keeper(*window, AskInBox(window.get()));
-    keeper.Begin(QString::fromStdString(options.project));
+    keeper.Begin(QString::fromStdString(options.project), blame);
+    stuck.SetProject(true);
+    QObject::connect(window.get(), &CMainWindow::Ticked, window.get(), [this] { stuck.Tick(); });
     window->ApplySettings();
     window->ReopenTools();
     window->StartTimer();
@@ -182,6 +213,7 @@ int CRun::Run() {
 }
 
 void CRun::End(CSessionKeeper& keeper) {
+    stuck.SetEnding();
     catalog.Cancel();
     workstation.Recording().Finish();
     QString error;
@@ -190,6 +222,8 @@ void CRun::End(CSessionKeeper& keeper) {
         if (!EndWanted()) QMessageBox::warning(nullptr, QStringLiteral("QUIB Sequencer"), error);
     }
     workstation.Output().CloseOutput();
+    stuck.SetProject(false);
+    ForgetMarks();
     if (!EndWanted()) QThread::msleep(kExitWait);
 }
 

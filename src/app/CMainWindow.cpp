@@ -15,8 +15,11 @@
 #include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
+#include "app/learn/CControllerDialog.h"
+#include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
+#include "export/SoundClip.h"
 #include "model/plugin/PluginFormats.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
@@ -83,6 +86,9 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
     setCentralWidget(makeConsole(*this));
+    learnMode = std::make_unique<CLearnMode>(workstation, this);
+    connect(learnMode.get(), &CLearnMode::ListWanted, this, &CMainWindow::ShowControllers);
+    connect(this, &CMainWindow::SettingsChanged, learnMode.get(), &CLearnMode::Translate);
     ShowTitle();
 }
 
@@ -119,7 +125,16 @@ void CMainWindow::OnTick() {
     pluginWindows->Tick();
     tools.FollowEngine();
     edits.Update();
+    learnMode->Tick();
+    if (controllerList != nullptr) controllerList->Tick();
     Q_EMIT Ticked();
+}
+
+void CMainWindow::ShowControllers() {
+    if (controllerList == nullptr) controllerList = new CControllerDialog(workstation, this);
+    controllerList->show();
+    controllerList->raise();
+    controllerList->activateWindow();
 }
 
 void CMainWindow::ShowMessage(const QString& caption, const QString& text) { TellError(this, text, caption); }
@@ -135,8 +150,22 @@ void CMainWindow::ShowNotice(const QString& text) {
         statusBar()->setSizeGripEnabled(false);
         statusBar()->addWidget(notice, 1);
     }
+    delete noticeButton;
     notice->setText(QStringLiteral("\u00D7   ") + text);
     statusBar()->show();
+}
+
+void CMainWindow::OfferNotice(const QString& text, const QString& button, std::function<void()> run) {
+    ShowNotice(text);
+    noticeButton = new QPushButton(button);
+    noticeButton->setObjectName(QStringLiteral("noticeButton"));
+    noticeButton->setFocusPolicy(Qt::NoFocus);
+    connect(noticeButton, &QPushButton::clicked, this, [this, run = std::move(run)] {
+        statusBar()->hide();
+        noticeButton->deleteLater();
+        run();
+    });
+    statusBar()->addPermanentWidget(noticeButton);
 }
 
 void CMainWindow::ShowWarnings() { ShowWarnings(workstation.Session().Warnings()); }
@@ -214,6 +243,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    for (const ToolRow& row : ToolTable()) {
+        CToolWindow* const tool = tools.Find(row.tool);
+        const bool isThere = point && tool != nullptr && tool->isVisible() && tool->frameGeometry().contains(*point);
+        if (isThere && tool->TakeFile(path)) return;
+    }
+    if (IsSoundFile(path.toStdString())) return exchange.OfferSound(path, point.value_or(QCursor::pos()));
     if (CExchangeCommands::IsMidi(path)) {
         const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
         const bool isOnRoll =

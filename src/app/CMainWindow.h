@@ -31,7 +31,9 @@ class QPushButton;
 
 namespace quib {
 
+class CControllerDialog;
 class CExportDialog;
+class CLearnMode;
 class CMainWindow;
 class CPluginCatalog;
 class CPluginWindows;
@@ -84,6 +86,8 @@ public:
     void ShowMessage(const QString& caption, const QString& text);
     // Tells something that needs no answer and must not interrupt.
     void ShowNotice(const QString& text);
+    // The same, with a button that does something about it.
+    void OfferNotice(const QString& text, const QString& button, std::function<void()> run);
     // Tells what a loading left out.
     void ShowWarnings();
     void ShowWarnings(const std::vector<std::string>& warnings);
@@ -150,6 +154,7 @@ private:
     void Restore(const QString& path);
     void ChooseAndOpen();
     bool LoadWithProgress(const QString& path);
+    void ShowControllers();
     void ScanPlugins();
     void ShowTitle();
     void OnTick();
@@ -166,6 +171,8 @@ private:
     CEditCommands edits;
     CExchangeCommands exchange;
     CFileDrops drops;
+    std::unique_ptr<CLearnMode> learnMode;
+    QPointer<CControllerDialog> controllerList;  // while it is open
     CBackupCountdown countdown;
     QTimer timer;
     std::map<int, QAction*> actions;
@@ -175,6 +182,7 @@ private:
     QPointer<CShortcutsPage> shortcuts;  // once it was open
     QList<QAction*> recentActions;
     QPushButton* notice = nullptr;
+    QPointer<QPushButton> noticeButton;
     bool loading = false;
     QSizeF unscaledSize;  // of the window at 100 %, as the user made it
     QSize scaledSize;     // that the last change of scale gave it

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CParameterList.h"
 
+#include <QContextMenuEvent>
 #include <QInputDialog>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "app/learn/LearnMenu.h"
 #include "document/CWorkstation.h"
 #include "texts/Texts.h"
 
@@ -189,6 +192,33 @@ void CParameterList::wheelEvent(QWheelEvent* event) {
     Set(row, before + step * static_cast<float>(event->angleDelta().y()) / 120.0F);
     Edit(row, before);
     event->accept();
+}
+
+std::optional<ControlTarget> CParameterList::TargetOf(int row) const {
+    SlotPlace place;
+    if (!workstation.Places().FindPlugin(plugin.get(), place)) return std::nullopt;
+    const EControlTarget kind = TargetKindOf(place);
+    return ControlTarget{kind, IsOfInstrument(kind) ? place.instrument : 0, rows[static_cast<std::size_t>(row)]};
+}
+
+std::vector<CControl::Learnable> CParameterList::LearnableParts() const {
+    std::vector<CControl::Learnable> parts;
+    for (int row = std::max(0, RowAt({0, 0})); row < RowCount(); ++row) {
+        const QRect slider = SliderOf(row);
+        if (slider.top() > viewport()->height()) break;
+        if (const auto target = TargetOf(row)) parts.push_back({slider.adjusted(0, -3, 0, 3), *target});
+    }
+    return parts;
+}
+
+void CParameterList::contextMenuEvent(QContextMenuEvent* event) {
+    const int row = RowAt(viewport()->mapFromGlobal(event->globalPos()));
+    const auto target = row >= 0 ? TargetOf(row) : std::nullopt;
+    if (!target) return;
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    AddLearnItems(*menu, workstation.Controllers(), *target);
+    menu->popup(event->globalPos());
 }
 
 }  // namespace quib

@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+#include "controls/CControl.h"
+
 namespace quib {
 
 class CPlugin;
@@ -28,6 +30,9 @@ public:
     // What a row shows.
     QString ValueText(int row) const;
 
+    // The rows in sight, for the learn mode; in pixels of the viewport.
+    std::vector<CControl::Learnable> LearnableParts() const;
+
     // Sets the parameter of a row by a text: in the plug-in's own way, or as a number 0..1.
     void SetByText(int row, const QString& text);
 
@@ -39,11 +44,14 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     int RowHeight() const;
     int RowAt(const QPoint& point) const;
     QRect SliderOf(int row) const;
+    // What MIDI may move of a row; nothing for a plug-in that has gone.
+    std::optional<ControlTarget> TargetOf(int row) const;
     float Value(int row) const;
     void Set(int row, float value);
     void Edit(int row, float before);

@@ -52,7 +52,7 @@ PluginEntry FromJson(const QJsonObject& object) {
     entry.category = object[QStringLiteral("category")].toInt();
     // Whatever a later version may write is read as a refusal.
     entry.failure = static_cast<EPluginFailure>(
-        std::clamp(object[QStringLiteral("failure")].toInt(), 0, static_cast<int>(EPluginFailure::kEndedProgram)));
+        std::clamp(object[QStringLiteral("failure")].toInt(), 0, static_cast<int>(EPluginFailure::kNotTried)));
     entry.changed = object[QStringLiteral("changed")].toInteger();
     entry.size = object[QStringLiteral("size")].toInteger();
     return entry;
@@ -63,6 +63,7 @@ constexpr int kScanHung = 3;
 constexpr int kScanEnded = 4;
 
 EPluginFailure FailureOf(const QProcess& asked, const QString& error) {
+    if (asked.error() == QProcess::FailedToStart) return EPluginFailure::kNotTried;
     if (asked.state() != QProcess::NotRunning || asked.exitCode() == kScanHung) return EPluginFailure::kHung;
     if (asked.exitStatus() == QProcess::CrashExit || asked.exitCode() == kScanEnded) return EPluginFailure::kEnded;
     // Words of the system's loader and of the plug-in host, which are never translated.
@@ -93,6 +94,8 @@ QString FailureText(const PluginEntry& entry) {
             return Text("refused to load");
         case EPluginFailure::kEndedProgram:
             return Text("ended the program last time");
+        case EPluginFailure::kNotTried:
+            return Text("cannot be tried first: quib-scan does not start");
     }
     return {};
 }
@@ -167,6 +170,14 @@ void CPluginCatalog::AskAgain(const QString& path) {
     known.remove(path);
     if (scanning) return libraries.append(path);
     Scan();
+}
+
+bool CPluginCatalog::AskNow(const QString& path, QString& error) {
+    known.remove(QFileInfo(path).canonicalFilePath());
+    PluginEntry entry;
+    const bool sound = Ask(path, entry, error);
+    WriteCache();
+    return sound;
 }
 
 QString CPluginCatalog::Block(const QString& library) {
@@ -253,7 +264,7 @@ void CPluginCatalog::TakeAnswer() {
     const PluginEntry entry = Describe(libraries[next], *ended);
     learnt = true;
     Learn(entry);
-    if (ended->error() == QProcess::FailedToStart) known.remove(entry.path);
+    if (entry.failure == EPluginFailure::kNotTried) known.remove(entry.path);
     gathered.append(entry);
     ++next;
     AskNext();
@@ -324,7 +335,7 @@ bool CPluginCatalog::Ask(const QString& path, PluginEntry& entry, QString& error
         entry = Describe(real, once);
         if (!answered) once.kill();
         if (!answered) once.waitForFinished(kMargin);
-        if (answered && !real.isEmpty()) Learn(entry);
+        if (answered && !real.isEmpty() && entry.failure != EPluginFailure::kNotTried) Learn(entry);
     }
     error = entry.isBroken ? path + QStringLiteral(": ") + FailureText(entry) : QString();
     return !entry.isBroken;

@@ -24,7 +24,8 @@ enum class EPluginFailure {
     kWrongMachine,  // a library of another kind of machine
     kNoEntry,       // no plug-in at all
     kRefused,
-    kEndedProgram  // ended this program the last time it was used
+    kEndedProgram,  // ended this program the last time it was used
+    kNotTried       // the scanner does not start
 };
 
 struct PluginEntry {
@@ -69,6 +70,8 @@ public:
     QString Current() const;
     // Asks a library again that could not be read, as part of a scan.
     void AskAgain(const QString& path);
+    // The same at once; waits. False with the reason when it still cannot be read.
+    bool AskNow(const QString& path, QString& error);
     // From now on the library, a path or the name of a file, counts as one that ends the program. Gives its name.
     QString Block(const QString& library);
 

@@ -7,17 +7,26 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "app/CParameterList.h"
+#include "app/CSoundTools.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
 #include "document/CWorkstation.h"
+#include "editors/panel/CPanel.h"
+#include "editors/panel/PanelFiles.h"
+#include "model/plugin/CPlugin.h"
+#include "model/plugin/PluginMarks.h"
+#include "platform/XWindows.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -29,7 +38,10 @@ bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb")
 }  // namespace
 
 CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin, QWidget* parent)
-    : QWidget(parent, Qt::Window), workstation(projectOwner), plugin(std::move(shownPlugin)) {
+    : QWidget(parent, Qt::Window),
+      workstation(projectOwner),
+      controlSettings(projectOwner.Settings()),
+      plugin(std::move(shownPlugin)) {
     setAttribute(Qt::WA_DeleteOnClose);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -37,6 +49,7 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     pages = new QStackedWidget;
     BuildBar();
     BuildPage();
+    BuildPanel();
     layout->addWidget(pages, 1);
     FillPrograms();
     workstation.Places().WatchParameters(plugin);
@@ -44,7 +57,10 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
-    resize(560, 480);
+    if (panel != nullptr)
+        pageSize =
+            (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
+    resize(pageSize);
 }
 
 CPluginWindow::~CPluginWindow() {
@@ -72,6 +88,7 @@ void CPluginWindow::BuildBar() {
     connect(programs, &QComboBox::activated, this,
             [this](int program) { workstation.Places().SelectProgram(plugin, program); });
     bar->addWidget(programs, 1);
+    bar->addWidget(new CSoundTools(workstation, plugin));
     const struct {
         const char* text;
         void (CPluginWindow::*run)(EFileKind);
@@ -92,13 +109,20 @@ void CPluginWindow::BuildBar() {
     pageButton->setCheckable(true);
     pageButton->setChecked(true);
     pageButton->setVisible(plugin->HasEditor() && CanEmbed());
-    connect(pageButton, &QToolButton::clicked, this, [this](bool page) { page ? ShowPage() : ShowEditor(); });
+    connect(pageButton, &QToolButton::clicked, this,
+            [this](bool parameters) { parameters ? ShowPage() : ShowEditor(); });
     bar->addWidget(pageButton);
+    listButton = new QToolButton;
+    listButton->setObjectName(QStringLiteral("list"));
+    listButton->setText(Text("List"));
+    listButton->setCheckable(true);
+    connect(listButton, &QToolButton::clicked, this, [this] { ShowPage(); });
+    bar->addWidget(listButton);
     static_cast<QVBoxLayout*>(layout())->addLayout(bar);
 }
 
 void CPluginWindow::BuildPage() {
-    auto* const page = new QWidget;
+    page = new QWidget;
     auto* const layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* const filter = new QLineEdit;
@@ -112,6 +136,22 @@ void CPluginWindow::BuildPage() {
     pages->addWidget(page);
 }
 
+void CPluginWindow::BuildPanel() {
+    const QString folder = workstation.ProgramFolders().program + QStringLiteral("Panels");
+    auto layout = FindPanelLayout(plugin->Identity().Key(), folder);
+    listButton->setVisible(layout.has_value());
+    if (!layout) return;
+    panel = new CPanel(controlSettings, workstation, plugin, std::move(*layout));
+    panel->SetUiScale(workstation.Settings().ReadSettingInt("Settings", "GuiScale", 100) / 100.0);
+    panel->setFixedSize(panel->sizeHint());
+    auto* const scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(panel);
+    pages->addWidget(scroll);
+    panelPage = scroll;
+    pages->setCurrentWidget(scroll);
+}
+
 void CPluginWindow::FillPrograms() {
     const QSignalBlocker quiet(programs);
     programs->clear();
@@ -122,7 +162,12 @@ void CPluginWindow::FillPrograms() {
 void CPluginWindow::ShowPage() {
     pageButton->setChecked(true);
     CloseEditor();
-    pages->setCurrentIndex(0);
+    pages->setCurrentWidget(panel != nullptr && !listButton->isChecked() ? panelPage : page);
+}
+
+void CPluginWindow::ShowList() {
+    listButton->setChecked(true);
+    ShowPage();
 }
 
 void CPluginWindow::ShowEditor() {
@@ -134,20 +179,26 @@ void CPluginWindow::ShowEditor() {
 // The plug-in talks to the window system on its own, so the place must be there when it is told of it.
 void CPluginWindow::OpenEditor() {
     if (editorOpen) return;
+    pageSize = size();
     editor = new QWidget;
     editor->setAttribute(Qt::WA_NativeWindow);
     editor->setAttribute(Qt::WA_DontCreateNativeAncestors);
     pages->addWidget(editor);
     pages->setCurrentWidget(editor);
+    // What is not seen must not make the window larger than the editor.
+    page->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
     FitEditor();
     show();
+    const QSize shown = size();
     const WId id = editor->winId();
     QGuiApplication::sync();
     editorOpen = true;
     plugin->PinLibrary();
-    workstation.Places().MarkRisk(QString::fromStdString(plugin->Identity().fileName));
+    MarkSuspect(plugin->MarkedAs(), EPluginCall::kOpenEditor);
     plugin->OpenEditor(id);
     FitEditor();
+    if (size() != shown) Q_EMIT Opening();
 }
 
 void CPluginWindow::CloseEditor() {
@@ -157,25 +208,58 @@ void CPluginWindow::CloseEditor() {
     pages->removeWidget(editor);
     delete editor;
     editor = nullptr;
+    layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
+    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setMinimumSize(0, 0);
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    resize(pageSize);
 }
 
 void CPluginWindow::FitEditor() {
-    if (const auto size = plugin->AskEditorSize()) ResizeEditor(size->width, size->height);
+    if (const auto wanted = plugin->AskEditorSize()) ResizeEditor(wanted->width, wanted->height);
+}
+
+// Editors may change their size without a word.
+void CPluginWindow::FollowContent() {
+#if QT_CONFIG(xcb)
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr) return;
+    if (const auto content = SizeOfContent(x11->display(), editor->winId())) {
+        ResizeEditor(content->width, content->height);
+    }
+#endif
 }
 
 void CPluginWindow::ResizeEditor(int width, int height) {
-    if (editor == nullptr || width < 1 || height < 1) return;
+    constexpr int kSmallest = 10;
+    constexpr int kLargest = 4000;
+    if (editor == nullptr || std::min(width, height) < kSmallest || std::max(width, height) > kLargest) return;
+    // Its pixels are those of the screen, ours may be larger.
     const qreal ratio = devicePixelRatioF();
-    editor->setFixedSize(QSize(width, height) / ratio);
+    const QSize wanted(static_cast<int>(std::ceil(width / ratio)), static_cast<int>(std::ceil(height / ratio)));
+    if (editor->size() == wanted && editor->minimumSize() == wanted) return;
+    editor->setFixedSize(wanted);
     layout()->activate();
     adjustSize();
+}
+
+void CPluginWindow::PlaceAt(const QPoint& point) { setGeometry(QRect(point, size())); }
+
+void CPluginWindow::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) Q_EMIT Opening();
 }
 
 void CPluginWindow::Tick() {
     if (editorOpen) {
         plugin->IdleEditor();
+        constexpr int kLookTicks = 10;
+        if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
-        list->Refresh();
+        if (panel != nullptr && !listButton->isChecked()) {
+            panel->Follow();
+        } else {
+            list->Refresh();
+        }
     }
     const int program = plugin->CurrentProgram();
     if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;
@@ -206,6 +290,7 @@ void CPluginWindow::Save(EFileKind kind) {
 }
 
 void CPluginWindow::closeEvent(QCloseEvent* event) {
+    Q_EMIT Closing();
     CloseEditor();
     event->accept();
 }

@@ -8,7 +8,11 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+#include <optional>
+
 #include "app/CPluginWindow.h"
+#include "app/console/SlotFields.h"
 #include "document/CWorkstation.h"
 
 namespace quib {
@@ -17,6 +21,9 @@ class CPluginWindows : public QObject {
     Q_OBJECT
 
 public:
+    // Where the console shows a place; unset, or without an answer, the desktop chooses where a window opens.
+    std::function<std::optional<StripSight>(const SlotPlace& place)> sightOf;
+
     explicit CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent = nullptr);
     ~CPluginWindows() override { CloseAll(); }
 
@@ -31,6 +38,9 @@ public:
 
 private:
     CPluginWindow* WindowOf(const SlotPlace& place);
+    void PlaceNew(CPluginWindow& window, const SlotPlace& place) const;
+    void KeepPlace(const CPluginWindow& window, const QString& key);
+    QString KeyOf(const CPlugin& plugin, const SlotPlace& place) const;
     void CloseLost();
     void ResizeEditor(const void* plugin, int width, int height);
 

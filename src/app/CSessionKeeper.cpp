@@ -34,16 +34,30 @@ CSessionKeeper::CSessionKeeper(CMainWindow& mainWindow, Ask askUser)
       folders(mainWindow.Workstation().ProgramFolders()),
       ask(std::move(askUser)) {}
 
-void CSessionKeeper::Begin(const QString& file) {
+void CSessionKeeper::Begin(const QString& file, const std::optional<PluginBlame>& blame) {
     if (session.IsGuest()) return OpenFile(file);
     const CrashMarks marks = MarkStart(settings);
-    Choose(marks, IsPart(file) ? QString() : file);
+    const QString project = IsPart(file) ? QString() : file;
+    if (!blame || !OpenBlamed(*blame, project)) Choose(marks, project);
     if (EndWanted() || session.IsGuest()) return SetMarks(settings, marks);
     session.WriteBackup(false);
     MarkLoaded(settings);
     Follow();
     begun = true;
     if (IsPart(file)) OpenFile(file);
+}
+
+// What was being loaded, else what was being worked on. False when the user names another file, or there is nothing.
+bool CSessionKeeper::OpenBlamed(const PluginBlame& blame, const QString& file) {
+    leftOut = std::filesystem::path(blame.call.library).stem().string();
+    const QString loading = QString::fromStdString(blame.project);
+    const QString last = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
+    if (!session.KeepCopy(session.CrashCopy())) return false;
+    if (loading.isEmpty() ? !file.isEmpty() && file != last : !file.isEmpty() && file != loading) return false;
+    if (loading.isEmpty()) return Open(session.CrashCopy(), true) || Open(folders.backupProject, true);
+    const bool isCopy = QFileInfo(loading).absolutePath() + QLatin1Char('/') == folders.program;
+    if (isCopy) return Open(loading, loading != folders.currentProject);
+    return OpenAs(loading, loading, false);
 }
 
 void CSessionKeeper::Choose(const CrashMarks& marks, const QString& file) {
@@ -103,18 +117,24 @@ void CSessionKeeper::OpenCrashed() {
 }
 
 bool CSessionKeeper::Open(const QString& path, bool isBackup) {
-    if (!QFileInfo::exists(path)) return false;
     const QString file = settings.ReadSettingString(kSettingsSection, QStringLiteral("ProjectFile"));
-    const bool modified = isBackup || settings.IsOn(QStringLiteral("ProjectModified"));
+    return OpenAs(path, QFileInfo::exists(file) ? file : QString(),
+                  isBackup || settings.IsOn(QStringLiteral("ProjectModified")));
+}
+
+bool CSessionKeeper::OpenAs(const QString& path, const QString& projectFile, bool modified) {
+    if (!QFileInfo::exists(path)) return false;
     QString error;
-    if (!session.LoadSession(path, QFileInfo::exists(file) ? file : QString(), modified, error,
+    if (!session.LoadSession(path, projectFile, modified, error,
                              [](float, const std::string&) { return !EndWanted(); })) {
         if (EndWanted()) return false;
         session.KeepCopy(path);
         window.ShowMessage(kProgram, error);
         return false;
     }
-    window.ShowWarnings();
+    std::vector<std::string> warnings = session.Warnings();
+    std::erase_if(warnings, [this](const std::string& line) { return !leftOut.empty() && line.starts_with(leftOut); });
+    window.ShowWarnings(warnings);
     return true;
 }
 

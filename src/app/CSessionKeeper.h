@@ -9,6 +9,7 @@
 
 #include "app/CMainWindow.h"
 #include "app/StartUp.h"
+#include "model/plugin/PluginMarks.h"
 
 namespace quib {
 
@@ -23,18 +24,21 @@ public:
     // pattern goes into what was opened. A session that
     // is not opened stays among the timed backups; one that cannot be kept there is not touched. When the
     // process is to end meanwhile (EndWanted), the next start finds what this one has found.
-    void Begin(const QString& file);
+    // After a plug-in has ended the last run, the project of that run is opened without a question.
+    void Begin(const QString& file, const std::optional<PluginBlame>& blame = {});
     // Writes the session for the next start. False, with the reason, when that was not possible: the next
     // start then offers the backup. A guest writes its unsaved work among the timed backups.
     bool End(QString& error);
 
 private:
     void Choose(const CrashMarks& marks, const QString& file);
+    bool OpenBlamed(const PluginBlame& blame, const QString& file);
     void OfferSession();
     void BecomeGuest();
     void OpenFile(const QString& file);
     void OpenCrashed();
     bool Open(const QString& path, bool isBackup);
+    bool OpenAs(const QString& path, const QString& projectFile, bool modified);
     bool SessionIsOf(const QString& file) const;
     void Follow();
 
@@ -43,6 +47,7 @@ private:
     CSettings& settings;
     const Folders& folders;
     Ask ask;
+    std::string leftOut;  // the plug-in that the user knows to be left out
     bool begun = false;
 };
 

@@ -166,6 +166,7 @@ void CMainWindow::BuildExchangeMenus() {
     add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     add(TextKey("Selected instrument ..."), EWhat::kInstrument);
     add(TextKey("Selected pattern ..."), EWhat::kPattern);
+    Add(*fileMenu, command::kCollect, TextKey("Collect into a folder ..."), [this] { exchange.Collect(); });
     AddToggle(*menu, command::kMidiWithoutSwing, TextKey("Without swing"), "MidiWithoutSwing")
         ->setChecked(settings.IsOn(QStringLiteral("MidiWithoutSwing")));
 }
@@ -300,6 +301,15 @@ void CMainWindow::BuildSettingsMenu() {
     Add(*menu, command::kTimeSignature, TextKey("Time Signature ..."), [this] {
         if (RunTimeSignatureDialog(this, workstation)) Q_EMIT TimebaseChanged();
     });
+    CControllers& controllers = workstation.Controllers();
+    QAction* const learn = Add(
+        *menu, command::kLearnMidi, TextKey("MIDI learn"),
+        [&controllers] { controllers.SetPicking(!controllers.IsPicking()); }, Qt::CTRL | Qt::Key_M);
+    learn->setCheckable(true);
+    learn->setChecked(controllers.IsPicking());
+    connect(&controllers, &CControllers::Changed, learn,
+            [learn, &controllers] { learn->setChecked(controllers.IsPicking()); });
+    Add(*menu, command::kControllers, TextKey("MIDI controllers ..."), [this] { ShowControllers(); });
     menu->addSeparator();
     Add(*menu, command::kBackupTime, TextKey("Backup Time ..."),
         [this] { RunBackupDialog(this, settings, countdown); });

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
@@ -20,7 +21,7 @@ CControl::CControl(CWinControl& window, std::uint32_t number, int left, int top,
       value(bound) {}
 
 CControl::~CControl() {
-    if (gestureStart && owner.onHold) owner.onHold(value, false);
+    Hold({});
     owner.Forget(*this);
 }
 
@@ -166,6 +167,10 @@ void CControl::RefreshIfChanged() {
     for (const auto& child : children) child->RefreshIfChanged();
 }
 
+void CControl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (learns && enabled) parts.push_back({ShownRectangle(), *learns});
+}
+
 QString CControl::ValueText() const {
     if (formatValue) return formatValue(ValueNow());
     const float range = maximum - minimum;
@@ -211,22 +216,30 @@ void CControl::GoToEnd(bool highest) {
     TakeNumber(highest ? range.highest : range.lowest);
 }
 
+void CControl::Hold(std::initializer_list<const CValue*> values) {
+    const std::vector<const CValue*> before = std::exchange(heldValues, values);
+    if (!owner.onHold) return;
+    for (const CValue* const known : before) owner.onHold(known, false);
+    for (const CValue* const taken : heldValues) owner.onHold(taken, true);
+}
+
 void CControl::BeginGesture() {
     if (gestureStart || value == nullptr) return;
     gestureStart = value->Get();
-    if (owner.onHold) owner.onHold(value, true);
+    if (!holdsParts) Hold({value});
 }
 
 void CControl::EndGesture() {
     if (!gestureStart) return;
     const float before = *gestureStart;
     gestureStart.reset();
-    if (owner.onHold) owner.onHold(value, false);
+    Hold({});
     if (onGesture && value != nullptr && value->Get() != before) onGesture(*this, before);
 }
 
 void CControl::ChangeByUser(float next) {
     BeginGesture();
+    Hold({value});
     SetValueAndUpdate(true, true, next);
     EndGesture();
 }

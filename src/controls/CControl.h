@@ -9,6 +9,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "controls/CSkin.h"
 #include "controls/ControlParts.h"
 #include "model/CValue.h"
+#include "model/control/ControlBinding.h"
 
 namespace quib {
 
@@ -54,6 +56,14 @@ public:
     virtual void TakeNumber(float number);
     virtual bool HasDefault() const { return defaultValue.has_value(); }
     virtual void ReturnToDefault();
+    // Its parts that MIDI may be made to move, and where they are.
+    struct Learnable {
+        QRect area;
+        ControlTarget target;
+
+        friend bool operator==(const Learnable&, const Learnable&) = default;
+    };
+    virtual void ListLearnable(std::vector<Learnable>& parts) const;
     bool TakesDigits() const noexcept { return takesDigits && enabled && value != nullptr; }
     // Whether what it shows is another than what it drew last.
     virtual bool HasChanged() const { return value != nullptr && value->Get() != drawnValue; }
@@ -183,7 +193,8 @@ public:
     CInfoCtrl* infoPanel = nullptr;  // null: the window's
     QString entryTitle;              // empty: no manual entry
     QString entryText;
-    QString name;  // of the value, for undo lists and screen readers; of what stands in a group
+    QString name;                         // of the value, for undo lists and screen readers; of what stands in a group
+    std::optional<ControlTarget> learns;  // what MIDI may move of it; of cells that of the first one
     std::function<QString(float)> formatValue;
     std::function<QString(float)> formatEntry;  // what an entry shows of the value; unset: the number itself
     std::function<void(CControl&)> onChange;
@@ -207,6 +218,10 @@ protected:
     // The skin's state for a control that is only hovered or not.
     EState PlainState() const noexcept;
 
+    // Tells the window that the user has hold of these values, and no more of those before.
+    void Hold(std::initializer_list<const CValue*> values);
+
+    bool holdsParts = false;         // says itself which of its values a press takes hold of
     bool hoverLook = false;          // redrawn when the mouse comes and goes
     bool doubleClickIsClick = true;  // a second click in a row counts as another one
     bool takesWheel = false;
@@ -233,6 +248,7 @@ private:
     bool parentShown = true;
     float drawnValue = 0;
     std::optional<float> gestureStart;
+    std::vector<const CValue*> heldValues;
     std::vector<std::unique_ptr<CControl>> children;
 };
 

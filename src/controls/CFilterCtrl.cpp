@@ -29,6 +29,7 @@ CFilterCtrl::CFilterCtrl(CWinControl& window, std::uint32_t number, int left, in
                          CValue* bound, const Bands& bandValues)
     : CControl(window, number, left, top, newWidth, newHeight, bound), bands(bandValues) {
     takesWheel = true;
+    holdsParts = true;
     section = ESection::kEqualiser;
     hoverLook = true;
     doubleClickIsClick = false;
@@ -82,6 +83,8 @@ void CFilterCtrl::OnLButtonDown(int px, int py, int button) {
     if (!enabled || button != 0) return;
     dragged = NearestBand(px, py);
     if (dragged < 0) return;
+    const FilterBandValues& grabbed = bands[static_cast<std::size_t>(dragged)];
+    Hold({grabbed.frequency, grabbed.gain});
     before = dragState = StateOf(dragged);
     dragStart = {px, py};
     dragFine = false;
@@ -136,8 +139,11 @@ void CFilterCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
 }
 
 void CFilterCtrl::ChangeBand(int band, const BandState& state) {
+    const FilterBandValues& moved = bands[static_cast<std::size_t>(band)];
     const BandState old = StateOf(band);
+    Hold({moved.frequency, moved.resonance, moved.gain});
     SetBand(band, state);
+    Hold({});
     if (onBandGesture && StateOf(band) != old) onBandGesture(band, old);
 }
 
@@ -241,6 +247,18 @@ void CFilterCtrl::DrawCurve(bool on) {
     const QRgb accent = on ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim"));
     Canvas().Polygon(points, WithOpacity(accent, on ? 0.18F : 0.08F));
     Canvas().Polyline(std::span(points).subspan(1, points.size() - 2), accent, on ? 1.6 : 1.2);
+}
+
+void CFilterCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int across = Width() / kEqBandCount;
+    const int down = Height() / 3;
+    for (int band = 0; band < kEqBandCount; ++band) {
+        for (int number = 0; number < 3; ++number) {
+            const auto& target = bandLearns[static_cast<std::size_t>(band)][static_cast<std::size_t>(number)];
+            const QRect area(X() + band * across, Y() + number * down, across - 1, down - 1);
+            if (target) parts.push_back({area.intersected(ShownRectangle()), *target});
+        }
+    }
 }
 
 }  // namespace quib

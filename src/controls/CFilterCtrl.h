@@ -37,6 +37,9 @@ public:
     void OnMouseLeave() override;
 
     bool HasChanged() const override;
+    // A field for each number: bands from left to right, frequency, resonance and gain from the top.
+    void ListLearnable(std::vector<Learnable>& parts) const override;
+    std::array<std::array<std::optional<ControlTarget>, 3>, kEqBandCount> bandLearns;
     // Three to a band: frequency, gain, resonance.
     ERole Role() const override { return ERole::kChoice; }
     int PartCount() const override { return kEqBandCount * 3; }

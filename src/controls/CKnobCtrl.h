@@ -34,6 +34,10 @@ public:
     QString label;                // below the knob
     bool valueBelow = false;      // its value is written there
 
+protected:
+    // Of the disc, below the control's upper edge.
+    virtual int CentreY() const noexcept { return HasText() ? Side() / 2 : Height() / 2; }
+
 private:
     void DragCentre(int py);
     void DragRotary(int px, int py);

@@ -93,7 +93,8 @@ void CLabelMenuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 
 void CLabelMenuCtrl::Draw() {
     const QRectF area = DrawGround(Palette().Colour(hovered ? QStringLiteral("wellDeep") : QStringLiteral("well")));
-    const QRgb colour = enabled ? textColour : Palette().Colour(QStringLiteral("textDim"));
+    const QRgb plain = hovered ? Palette().Colour(QStringLiteral("text")) : textColour;
+    const QRgb colour = enabled ? plain : Palette().Colour(QStringLiteral("textDim"));
     if (vacant && !hovered) return DrawText(area, colour);
     DrawText(area.adjusted(0, 0, -10, 0), colour);
     Canvas().Glyph(Skin(), picture::kGlyphArrowDown, QPointF(area.right() - 3, area.center().y()),

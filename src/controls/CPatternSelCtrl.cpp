@@ -90,7 +90,7 @@ std::uint32_t CPatternSelCtrl::MaskOf(std::uint32_t flagged) noexcept {
 }
 
 void CPatternSelCtrl::Tick() {
-    if (owner == nullptr || !IsShown()) return;
+    if (owner == nullptr || !IsShown() || ShownRectangle().isEmpty()) return;
     const CPatternOwner::Look now = owner->PatternLook();
     if (now == drawn) return;
     // Selecting and playing change often, one or two cells at a time.
@@ -160,6 +160,15 @@ void CPatternSelCtrl::DrawCell(int cell) {
         Canvas().Ellipse(
             {area.right() - 3.5, area.top() + 3.5}, 1.8,
             state == EState::kOn ? palette.Colour(QStringLiteral("onAccent")) : palette.Colour(QStringLiteral("text")));
+    }
+}
+
+void CPatternSelCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    for (int cell = 0; learns && cell < kCells; ++cell) {
+        ControlTarget target = *learns;
+        target.index = cell;
+        const QRect area(X() + cell * cellWidth, Y() + headerHeight, cellWidth - 1, Height() - headerHeight);
+        parts.push_back({area.intersected(ShownRectangle()), target});
     }
 }
 

@@ -42,6 +42,7 @@ public:
     void OnLButtonUp(int px, int py, int button) override;
     void OnMouseLeave() override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
     ERole Role() const override { return ERole::kChoice; }
     int PartCount() const override { return owner != nullptr ? kCells : 0; }
     ControlPart PartAt(int part) const override;

@@ -91,7 +91,7 @@ void CPresetSelectorCtrl::OnKeyDown(int key) {
 }
 
 void CPresetSelectorCtrl::Tick() {
-    if (!IsShown() || CellCount() == drawnCount) return;
+    if (!IsShown() || ShownRectangle().isEmpty() || CellCount() == drawnCount) return;
     first = std::clamp(first, 0, std::max(0, CellCount() - ShownCells()));
     Update(false, true);
 }
@@ -123,6 +123,16 @@ void CPresetSelectorCtrl::Draw() {
         } else {
             Canvas().Text(area, QString::number(cell + 1), CapTextColour(state, accent), 11, Qt::AlignCenter, true);
         }
+    }
+}
+
+void CPresetSelectorCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    const int count = presetCount ? presetCount() : 0;
+    for (int shown = 0; learns && shown < ShownCells() && first + shown < count; ++shown) {
+        ControlTarget target = *learns;
+        target.index = first + shown;
+        const QRect area(X() + shown * kCellWidth, Y(), kCellWidth - 1, Height());
+        parts.push_back({area.intersected(ShownRectangle()), target});
     }
 }
 

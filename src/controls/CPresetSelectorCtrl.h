@@ -21,6 +21,7 @@ public:
     void OnMouseLeave() override;
     void OnKeyDown(int key) override;
     void Tick() override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
     ERole Role() const override { return CellCount() > 0 ? ERole::kChoice : ERole::kText; }
     int PartCount() const override { return CellCount(); }
     ControlPart PartAt(int part) const override;

@@ -111,7 +111,7 @@ void CStepLedCtrl::OnKeyDown(int virtualKey) {
 }
 
 void CStepLedCtrl::Tick() {
-    if (!IsShown()) return;
+    if (!IsShown() || ShownRectangle().isEmpty()) return;
     const int now = playingStep ? playingStep() : -1;
     FollowPlaying(now);
     if (std::exchange(stale, false)) {

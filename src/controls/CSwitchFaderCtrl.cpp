@@ -22,6 +22,7 @@ CSwitchFaderCtrl::CSwitchFaderCtrl(CWinControl& window, std::uint32_t number, in
                                    int newHeight, CValue* bound, CValue* boundLevel)
     : CControl(window, number, left, top, newWidth, newHeight, bound), level(boundLevel) {
     takesWheel = true;
+    holdsParts = true;
     hoverLook = true;
     doubleClickIsClick = false;
     takesDigits = boundLevel != nullptr;
@@ -36,6 +37,7 @@ void CSwitchFaderCtrl::OnLButtonDown(int px, int /*py*/, int /*button*/) {
         }
         return;
     }
+    Hold({IsSwitch(px) ? Value() : level});
     if (IsSwitch(px)) return SetValueAndUpdate(true, true, IsOn() ? 0.0F : 1.0F);
     dragging = true;
     levelBefore = level->Get();
@@ -112,7 +114,9 @@ void CSwitchFaderCtrl::FinishLevel(float before) {
 void CSwitchFaderCtrl::TakeNumber(float number) {
     if (level == nullptr) return;
     const float before = level->Get();
+    Hold({level});
     ChangeLevel(std::clamp(number, 0.0F, levelMaximum));
+    Hold({});
     FinishLevel(before);
 }
 
@@ -153,7 +157,9 @@ void CSwitchFaderCtrl::Draw() {
 }
 
 void CSwitchFaderCtrl::DrawName(QRectF room, bool on) {
-    const QRgb colour = Palette().Colour(on ? QStringLiteral("text") : QStringLiteral("textDim"));
+    const QRgb colour = Palette().Colour(on        ? QStringLiteral("text")
+                                         : hovered ? QStringLiteral("textMuted")
+                                                   : QStringLiteral("textDim"));
     const int letters = Height() >= kTall ? 12 : 11;
     if (on && formatLevel && Width() >= kLevelWidth) {
         QString decibels = formatLevel(drawnLevel);
@@ -176,6 +182,15 @@ void CSwitchFaderCtrl::DrawEmpty(const QRectF& area) {
     Canvas().Text(area.adjusted(6, 0, -4, 0), text,
                   palette.Colour(lit ? QStringLiteral("text") : QStringLiteral("textDim")), 11,
                   Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+void CSwitchFaderCtrl::ListLearnable(std::vector<Learnable>& parts) const {
+    if (!enabled) return;
+    const QRect shown = ShownRectangle();
+    const int zone = level != nullptr ? kSwitchZone : Width();
+    if (learns) parts.push_back({QRect(X() + Width() - zone, Y(), zone, Height()).intersected(shown), *learns});
+    if (level == nullptr || !levelLearns) return;
+    parts.push_back({QRect(X(), Y(), Width() - zone, Height()).intersected(shown), *levelLearns});
 }
 
 }  // namespace quib

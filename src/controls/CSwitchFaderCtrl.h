@@ -30,6 +30,7 @@ public:
     bool HasDefault() const override { return level != nullptr; }
     void ReturnToDefault() override;
     bool HasChanged() const override;
+    void ListLearnable(std::vector<Learnable>& parts) const override;
     ERole Role() const override { return level != nullptr ? ERole::kSlider : ERole::kSwitch; }
     void Activate(int part) override;
     bool IsUsefulDisabled() const override { return true; }
@@ -41,6 +42,7 @@ public:
     void SetText(const QString& text);
     void ResetLevel() { ReturnToDefault(); }
 
+    std::optional<ControlTarget> levelLearns;
     float levelMaximum = 127;
     float levelDefault = 0;
     std::function<QString(float)> formatLevel;

@@ -65,7 +65,7 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 }
 
 void CVuCtrl::Tick() {
-    if (!IsShown()) return;
+    if (!IsShown() || ShownRectangle().isEmpty()) return;
     bool changed = std::exchange(stale, false);
     for (Channel& channel : channels) {
         if (channel.source != nullptr && Follow(channel)) changed = true;

@@ -91,7 +91,9 @@ void CWinControl::BlitRectangle(const QRect& rectangle) {
 void CWinControl::Tick() {
     // By index: what ticks may build or remove others.
     for (std::size_t index = 0; index < tickedControls.size(); ++index) tickedControls[index]->Tick();
-    for (const auto& control : controls) control->RefreshIfChanged();
+    for (const auto& control : controls) {
+        if (!control->ShownRectangle().isEmpty()) control->RefreshIfChanged();
+    }
 }
 
 // --- The bubble, entries and menus ----------------------------------------------------------------------

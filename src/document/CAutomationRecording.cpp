@@ -5,6 +5,7 @@
 
 #include "document/CChanges.h"
 #include "engine/CAudio.h"
+#include "model/edits/BallEdits.h"
 #include "model/edits/LaneShapes.h"
 #include "texts/Texts.h"
 
@@ -12,17 +13,21 @@ namespace quib {
 
 namespace {
 
+constexpr const char* kReplaceSetting = "AutomationReplace";
 constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-in's parameter
 
 }  // namespace
 
-void CAutomationRecording::Mark(const InstrumentLane& lane, const CLanes& lanes, bool held) {
+void CAutomationRecording::Mark(const InstrumentLane& lane, bool held) {
+    EngineSettings& settings = context.audio.settings;
     if (lane.key.group == ELaneGroup::kMix && lane.instrument) {
         const std::uint32_t bit = 1U << lane.key.index;
-        const std::uint32_t before = lane.instrument->heldMix.Get();
-        lane.instrument->heldMix.Set(held ? before | bit : before & ~bit);
+        held ? lane.instrument->heldMix.SetBits(bit) : lane.instrument->heldMix.ClearBits(bit);
     } else if (const auto plugin = lanes.PluginOf(lane.instrument, lane.key.group)) {
-        plugin->heldParameter.Set(held ? lane.key.index : -1);
+        plugin->Hold(lane.key.index, held);
+    } else if (lane.key.group == ELaneGroup::kMaster) {
+        const std::uint32_t bit = 1U << lane.key.index;
+        held ? settings.heldLanes.SetBits(bit) : settings.heldLanes.ClearBits(bit);
     }
 }
 
@@ -30,13 +35,15 @@ void CAutomationRecording::Begin(const InstrumentLane& lane, int restingTicks) {
     const Key key{lane.instrument ? lane.instrument->Id() : 0, lane.key};
     const auto known = holding.find(key);
     if (known != holding.end()) {
-        known->second.restingTicks = restingTicks;
+        // One that is held in its own window is let go there.
+        if (known->second.restingTicks >= 0 || known->second.isLetGo) known->second.restingTicks = restingTicks;
+        known->second.isLetGo = false;
         return;
     }
     for (const LaneEntry& entry : lanes.Lanes(lane.instrument, true)) {
         if (entry.key != lane.key) continue;
-        Mark(lane, lanes, true);
-        Held held{lane, entry, -1, restingTicks, {}};
+        Mark(lane, true);
+        Held held{lane, entry, -1, restingTicks, false, {}};
         Sample(held, context.audio.Picture());
         holding.emplace(key, std::move(held));
         return;
@@ -48,11 +55,53 @@ void CAutomationRecording::Hold(const CValue* setting, bool held) {
     if (!lane) return;
     if (held) return Begin(*lane, -1);
     const auto known = holding.find({lane->instrument ? lane->instrument->Id() : 0, lane->key});
-    if (known != holding.end()) Release(known);
+    if (known != holding.end()) LetGo(known);
+}
+
+void CAutomationRecording::HoldParameter(const CPlugin* plugin, int parameter, bool held) {
+    const auto lane = lanes.Find(plugin, parameter);
+    if (!lane) return;
+    if (held) return Begin(*lane, -1);
+    const auto known = holding.find({lane->instrument ? lane->instrument->Id() : 0, lane->key});
+    if (known != holding.end()) LetGo(known);
+}
+
+bool CAutomationRecording::Replaces() const { return context.settings.IsOn(QLatin1String(kReplaceSetting)); }
+
+void CAutomationRecording::SetReplaces(bool on) { context.settings.SetOn(QLatin1String(kReplaceSetting), on); }
+
+bool CAutomationRecording::IsWritten() const {
+    return context.audio.Picture().playing && context.audio.recordAutomation.IsOn();
+}
+
+void CAutomationRecording::LetGo(std::map<Key, Held>::iterator held) {
+    if (!Replaces() || !IsWritten()) return Release(held);
+    held->second.isLetGo = true;
+    held->second.restingTicks = -1;
 }
 
 void CAutomationRecording::ParameterMoved(const CPlugin* plugin, int parameter) {
     if (const auto lane = lanes.Find(plugin, parameter)) Begin(*lane, kRestingTicks);
+}
+
+void CAutomationRecording::ControllerMoved(const ControlTarget& target) {
+    const auto instrument = IsOfInstrument(target.kind) ? context.InstrumentById(target.instrument) : nullptr;
+    if (IsOfInstrument(target.kind) && !instrument) return;
+    if (target.kind == EControlTarget::kBallX || target.kind == EControlTarget::kBallY) {
+        return BallMoved(instrument, target.index, target.kind == EControlTarget::kBallY ? 1 : 0);
+    }
+    const auto lane = LaneOf(target, instrument);
+    if (!lane) return;
+    lastTouched = {instrument ? instrument->Id() : 0, lane->key};
+    Begin(*lane, kRestingTicks);
+}
+
+void CAutomationRecording::BallMoved(const std::shared_ptr<CInstrument>& instrument, int ball, int axis) {
+    const BallSoundList& balls = *instrument->ballSounds.ForEdit();
+    if (ball < 0 || ball >= static_cast<int>(balls.size())) return;
+    for (const BallAssignment& follower : AssignmentsOf(balls[static_cast<std::size_t>(ball)], axis)) {
+        Begin({instrument, {GroupOf(follower.target), follower.parameter}}, kRestingTicks);
+    }
 }
 
 void CAutomationRecording::Touched(const void* thing, int part) {
@@ -64,7 +113,7 @@ void CAutomationRecording::Touched(const void* thing, int part) {
 void CAutomationRecording::Release(std::map<Key, Held>::iterator held) {
     Sample(held->second, context.audio.Picture());
     Commit(held->second);
-    Mark(held->second.lane, lanes, false);
+    Mark(held->second.lane, false);
     holding.erase(held);
 }
 
@@ -106,10 +155,14 @@ void CAutomationRecording::Tick() {
         const auto current = held++;
         Sample(current->second, picture);
         int& resting = current->second.restingTicks;
-        if (resting >= 0 && --resting < 0) Release(current);
+        if (resting >= 0 && --resting < 0) LetGo(current);
     }
-    if (picture.playing && context.audio.recordAutomation.IsOn()) return;
-    for (auto& [key, held] : holding) Commit(held);
+    if (IsWritten()) return;
+    for (auto held = holding.begin(); held != holding.end();) {
+        const auto current = held++;
+        current->second.isLetGo ? Release(current) : Commit(current->second);
+    }
+    take.AddTo(gesture);
     if (!gesture.IsEmpty()) gesture.Finish(Text("Record automation"));
 }
 
@@ -119,8 +172,9 @@ bool CAutomationRecording::IsWriting(const LaneKey& lane) const noexcept {
 }
 
 void CAutomationRecording::Abandon() {
-    for (auto& [key, held] : holding) Mark(held.lane, lanes, false);
+    for (auto& [key, held] : holding) Mark(held.lane, false);
     holding.clear();
+    take.Forget();
     lastTouched.reset();
     gesture.Finish(Text("Record automation"));
 }

@@ -8,9 +8,11 @@
 
 #include <map>
 
+#include "document/CAutomationTake.h"
 #include "document/CGesture.h"
 #include "document/CLanes.h"
 #include "engine/PlayPicture.h"
+#include "model/control/ControlBinding.h"
 #include "model/edits/LaneEdits.h"
 
 namespace quib {
@@ -24,6 +26,17 @@ public:
     void Hold(const CValue* setting, bool held);
     // The user moves a parameter of a plug-in in its own window; when no more of it comes it is let go.
     void ParameterMoved(const CPlugin* plugin, int parameter);
+    // The same from a plug-in that tells when its parameter is taken hold of.
+    void HoldParameter(const CPlugin* plugin, int parameter, bool held);
+    // The instrument's MIDI lanes are about to take points that came in.
+    void WillRecord(const std::shared_ptr<CInstrument>& instrument) { take.WillRecord(instrument); }
+    // What has been touched is written to the end of the pass, in place of what was there; else only while the hand
+    // is on it. Kept in the settings.
+    bool Replaces() const;
+    void SetReplaces(bool on);
+    // A MIDI controller has moved it, or a hand a ball: what follows the ball then.
+    void ControllerMoved(const ControlTarget& target);
+    void BallMoved(const std::shared_ptr<CInstrument>& instrument, int ball, int axis);
     // The user has moved a setting, or a parameter of a plug-in: see CChanges::ValueMoved.
     void Touched(const void* thing, int part);
     // The instrument (0: the master section) and the lane of what was moved last.
@@ -42,18 +55,22 @@ private:
         LaneEntry entry;
         int slot = 0;
         int restingTicks = -1;  // until it is let go by itself; -1: when it is told
+        bool isLetGo = false;   // and goes on until playing ends
         PointList samples;
     };
 
     void Begin(const InstrumentLane& lane, int restingTicks);
+    void LetGo(std::map<Key, Held>::iterator held);
+    bool IsWritten() const;
     void Release(std::map<Key, Held>::iterator held);
     void Sample(Held& held, const PlayPicture& picture);
     void Commit(Held& held);
-    static void Mark(const InstrumentLane& lane, const CLanes& lanes, bool held);
+    void Mark(const InstrumentLane& lane, bool held);
 
     const DocumentContext& context;
     const CLanes& lanes;
     std::map<Key, Held> holding;
+    CAutomationTake take;
     CGesture gesture;
     std::optional<TouchedLane> lastTouched;
 };

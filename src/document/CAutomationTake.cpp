@@ -13,18 +13,12 @@ void CAutomationTake::WillRecord(const std::shared_ptr<CInstrument>& instrument)
     if (!isKnown) recorded.push_back({instrument, instrument->midiLanes.ForEdit()});
 }
 
-void CAutomationTake::Finish(const QString& name, CChanges& changes) {
-    const CChanges::CMacro step(changes, name);
+// The gesture goes back to what was there before the first of them.
+void CAutomationTake::AddTo(CGesture& gesture) {
     for (const Recorded& entry : recorded) {
         const Place<CEventLanes> place{Part(entry.instrument, entry.instrument->midiLanes),
                                        {EChange::kLanes, entry.instrument->Id()}};
-        const auto publish = [place, &changes](const std::shared_ptr<const CEventLanes>& content) {
-            place.target->Publish(content, changes.Graveyard());
-            changes.Tell(place.change);
-        };
-        changes.PushDone(
-            name, [publish, after = place.target->ForEdit()] { publish(after); },
-            [publish, before = entry.before] { publish(before); });
+        gesture.Replace(place, entry.before, place.target->ForEdit());
     }
     recorded.clear();
 }

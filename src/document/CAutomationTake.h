@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Points of automation that come in while it is recorded: they sound at once, and all of one pass become
-// one step of undo when it ends. User-interface thread.
+// Points of MIDI lanes that come in while automation is recorded: they sound at once, and all of one pass become a
+// part of one step of undo when it ends. User-interface thread.
 
-#include <QString>
 #include <memory>
 #include <vector>
 
@@ -12,14 +11,16 @@
 
 namespace quib {
 
-class CChanges;
+class CGesture;
 
 class CAutomationTake {
 public:
     // The instrument's MIDI lanes are about to take points.
     void WillRecord(const std::shared_ptr<CInstrument>& instrument);
     bool IsEmpty() const noexcept { return recorded.empty(); }
-    void Finish(const QString& name, CChanges& changes);
+    // What has come in since the last time.
+    void AddTo(CGesture& gesture);
+    void Forget() { recorded.clear(); }
 
 private:
     struct Recorded {

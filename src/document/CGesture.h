@@ -29,6 +29,11 @@ public:
     void Publish(const Place<T>& place, std::shared_ptr<const T> next) {
         Note(place.target.get(), MakePublish(place, place.target->ForEdit()), MakePublish(place, next));
     }
+    // The same for what has been published already in place of `before`.
+    template <class T>
+    void Replace(const Place<T>& place, std::shared_ptr<const T> before, std::shared_ptr<const T> next) {
+        Note(place.target.get(), MakePublish(place, std::move(before)), MakePublish(place, std::move(next)));
+    }
     // The same for a single value. `afterwards` is run whenever it goes back or forth.
     void Set(const std::shared_ptr<CValue>& value, float next, const std::function<void()>& afterwards = {});
     // Something else that goes back and forth with the gesture, such as a selection; `thing` tells several

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
 #include "model/files/InstrumentFile.h"
 #include "texts/Texts.h"
@@ -119,6 +120,10 @@ int CInstrumentStack::AddInstrument(const QString& nameOrPath, QString& error) {
     return index;
 }
 
+void CInstrumentStack::DropControllers(const CInstrument& instrument, const QString& name) {
+    controllers.Drop([id = instrument.Id()](const ControlTarget& target) { return target.instrument == id; }, name);
+}
+
 bool CInstrumentStack::AddInstruments(const InstrumentList& added, const QString& name, QString& error) {
     InstrumentList list = Instruments();
     if (list.size() + added.size() > kMaximumInstruments) {
@@ -132,7 +137,10 @@ bool CInstrumentStack::AddInstruments(const InstrumentList& added, const QString
 }
 
 void CInstrumentStack::RemoveInstrument(int index) {
-    if (!Instrument(index)) return;
+    const auto instrument = Instrument(index);
+    if (!instrument) return;
+    const CChanges::CMacro step(context.changes, Text("Remove instrument"));
+    DropControllers(*instrument, Text("Remove instrument"));
     InstrumentList list = Instruments();
     list.erase(list.begin() + index);
     const int next = std::min(index, static_cast<int>(list.size()) - 1);
@@ -208,6 +216,12 @@ void CInstrumentStack::ResetInstrument(int index) {
     clear(*old->plugin.ForEdit(), static_cast<int>(ELanes::kPlugin));
     clear(*old->inserts[0].ForEdit(), static_cast<int>(ELanes::kInsert1));
     clear(*old->inserts[1].ForEdit(), static_cast<int>(ELanes::kInsert2));
+    controllers.Retarget(
+        [from = old->Id(), to = fresh->Id()](ControlTarget& target) {
+            if (target.instrument == from) target.instrument = to;
+            return true;
+        },
+        Text("Reset instrument"));
     ReplaceInstrument(index, std::move(fresh), Text("Reset instrument"));
 }
 
@@ -245,6 +259,8 @@ bool CInstrumentStack::LoadInstrument(int index, const QString& path, QString& e
     warnings = std::move(loading.warnings);
     StartSilent(*instrument);
     KeepKeys(*instrument);
+    const CChanges::CMacro step(context.changes, Text("Load instrument"));
+    DropControllers(*Instrument(index), Text("Load instrument"));
     ReplaceInstrument(index, std::move(instrument), Text("Load instrument"));
     return true;
 }
@@ -344,6 +360,11 @@ void CInstrumentStack::EqualizerEdited(const std::shared_ptr<CInstrument>& instr
     FollowEqualizer(instrument, band);
     context.changes.PushDone(
         Text("Equaliser"), [set, after] { set(after); }, [set, before] { set(before); }, &strip.eqFreq[index]);
+    // One hand may move two of them; the lane that is shown then is the frequency's.
+    const CValue& moved = after.frequency != before.frequency ? strip.eqFreq[index]
+                          : after.gain != before.gain         ? strip.eqGain[index]
+                                                              : strip.eqQ[index];
+    Q_EMIT context.changes.ValueMoved(&moved, 0);
 }
 
 // The engine pictures them for instruments that play; the others hold what they were loaded with.

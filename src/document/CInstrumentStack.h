@@ -25,8 +25,9 @@ struct EqBandSettings {
 
 class CInstrumentStack {
 public:
-    CInstrumentStack(const DocumentContext& document, CPluginPlaces& pluginPlaces, CSelection& currentOne)
-        : context(document), places(pluginPlaces), selection(currentOne) {}
+    CInstrumentStack(const DocumentContext& document, CPluginPlaces& pluginPlaces, CSelection& currentOne,
+                     CControllers& controllerMap)
+        : context(document), places(pluginPlaces), selection(currentOne), controllers(controllerMap) {}
 
     const InstrumentList& Instruments() const { return context.Instruments(); }
     // Null for an index or id that is not there.
@@ -78,6 +79,8 @@ private:
     void ReplaceInstrument(int index, std::shared_ptr<CInstrument> next, const QString& name);
     std::shared_ptr<CInstrument> MakeInstrument(const QString& nameOrPath, QString& error);
     void KeepKeys(const CInstrument& loaded) { loadedKeys[loaded.Id()] = loaded.play.heldKeys.Items(); }
+    // What MIDI moves of an instrument, in the step in which it goes.
+    void DropControllers(const CInstrument& instrument, const QString& name);
     // As the setting "LevelOffWhenLoadingInst" wants it.
     void StartSilent(CInstrument& loaded) const;
     void ApplySolo();
@@ -86,6 +89,7 @@ private:
     const DocumentContext& context;
     CPluginPlaces& places;
     CSelection& selection;
+    CControllers& controllers;
     std::set<std::uint32_t> soloed;
     std::map<std::uint32_t, std::vector<std::int32_t>> loadedKeys;  // held when the instrument was loaded
     std::vector<std::string> warnings;

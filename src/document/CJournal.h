@@ -51,7 +51,7 @@ private:
     bool Step();
     void Finish(const std::filesystem::path& path);
     void Look(const std::shared_ptr<CPlugin>& plugin);
-    std::shared_ptr<const PluginSlot> Detached(const PluginSlot& slot);
+    CPlugin::StoredState StateOf(const std::shared_ptr<CPlugin>& plugin);
     std::shared_ptr<CInstrument> Detached(CInstrument& instrument);
 
     const CChanges& changes;

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "engine/CAudio.h"
+#include "engine/ControlPorts.h"
 #include "model/MixLanes.h"
 
 namespace quib {
@@ -33,6 +34,33 @@ ELaneGroup GroupOf(const SlotPlace& place) noexcept {
 }
 
 }  // namespace
+
+ELaneGroup GroupOf(EBallTarget target) noexcept {
+    constexpr std::array kGroups = {ELaneGroup::kPlugin, ELaneGroup::kMix, ELaneGroup::kInsert1, ELaneGroup::kInsert2};
+    return kGroups[static_cast<std::size_t>(std::clamp(static_cast<int>(target), 0, 3))];
+}
+
+EBallTarget TargetOf(ELaneGroup group) noexcept {
+    if (group == ELaneGroup::kPlugin) return EBallTarget::kPlugin;
+    if (group == ELaneGroup::kMix) return EBallTarget::kMix;
+    return group == ELaneGroup::kInsert1 ? EBallTarget::kInsert1 : EBallTarget::kInsert2;
+}
+
+std::optional<InstrumentLane> LaneOf(const ControlTarget& target, const std::shared_ptr<CInstrument>& instrument) {
+    const auto lane = [&](ELaneGroup first, EControlTarget from) {
+        const int group = static_cast<int>(first) + static_cast<int>(target.kind) - static_cast<int>(from);
+        return InstrumentLane{instrument, {static_cast<ELaneGroup>(group), target.index}};
+    };
+    if (target.kind == EControlTarget::kStrip && !IsMixLane(target.index)) return std::nullopt;
+    if (target.kind <= EControlTarget::kInsert2) return lane(ELaneGroup::kMix, EControlTarget::kStrip);
+    if (target.kind == EControlTarget::kMaster) {
+        const auto index = static_cast<std::size_t>(target.index);
+        if (index >= MasterControls().size() || MasterControls()[index].lane < 0) return std::nullopt;
+        return InstrumentLane{nullptr, {ELaneGroup::kMaster, MasterControls()[index].lane}};
+    }
+    if (IsPluginParameter(target.kind)) return lane(ELaneGroup::kMasterInsert1, EControlTarget::kMasterInsert1);
+    return std::nullopt;
+}
 
 void CLanes::AddPlugin(std::vector<LaneEntry>& lanes, const std::shared_ptr<CInstrument>& instrument,
                        ELaneGroup group) const {

@@ -11,6 +11,7 @@
 
 #include "document/CContents.h"
 #include "document/CPluginPlaces.h"
+#include "model/control/ControlBinding.h"
 
 namespace quib {
 
@@ -46,6 +47,12 @@ struct InstrumentLane {
     std::shared_ptr<CInstrument> instrument;
     LaneKey key;
 };
+
+// The lanes that a ball's assignments move; and which of them an assignment names.
+ELaneGroup GroupOf(EBallTarget target) noexcept;
+EBallTarget TargetOf(ELaneGroup group) noexcept;
+// The lane of what a MIDI controller moves; nothing where it has none. `instrument`: the target's.
+std::optional<InstrumentLane> LaneOf(const ControlTarget& target, const std::shared_ptr<CInstrument>& instrument);
 
 class CLanes {
 public:

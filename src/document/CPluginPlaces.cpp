@@ -5,7 +5,9 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "document/CControllers.h"
 #include "model/files/ContentFiles.h"
+#include "model/plugin/PluginMarks.h"
 #include "platform/Paths.h"
 #include "texts/Texts.h"
 
@@ -15,9 +17,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr qint64 kLongestPath = 4096;
+bool IsSameFile(const fs::path& one, const QString& other) {
+    return QFileInfo(QString::fromStdString(one.string())).canonicalFilePath() == QFileInfo(other).canonicalFilePath();
+}
 
-QString RiskFile(const Folders& folders) { return folders.program + QStringLiteral("PluginInUse"); }
+ESlotKind KindOf(const SlotPlace& place) {
+    return place.kind == SlotPlace::EKind::kInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect;
+}
 
 // The built-in plug-ins are found wherever the program's folder is.
 CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
@@ -29,18 +35,33 @@ CPluginFinder MakeFinder(const Folders& folders, const CSettings& settings) {
 
 }  // namespace
 
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept {
+    const auto from = [&place](EControlTarget first) {
+        return static_cast<EControlTarget>(static_cast<int>(first) + place.index);
+    };
+    switch (place.kind) {
+        case SlotPlace::EKind::kInsert:
+            return from(EControlTarget::kInsert1);
+        case SlotPlace::EKind::kMasterInsert:
+            return from(EControlTarget::kMasterInsert1);
+        case SlotPlace::EKind::kEffect:
+            return from(EControlTarget::kEffect1);
+        case SlotPlace::EKind::kInstrument:
+            break;
+    }
+    return EControlTarget::kPlugin;
+}
+
 // The whole state of a plug-in, to go back to.
 struct CPluginPlaces::State {
     std::shared_ptr<const StateImage> bank;
     int program = 0;
 };
 
-CPluginPlaces::CPluginPlaces(const DocumentContext& document)
-    : context(document), finder(MakeFinder(document.folders, document.settings)) {
+CPluginPlaces::CPluginPlaces(const DocumentContext& document, CControllers& controllerMap)
+    : context(document), controllers(controllerMap), finder(MakeFinder(document.folders, document.settings)) {
     ConnectEnvironment();
 }
-
-CPluginPlaces::~CPluginPlaces() { ForgetRisk(); }
 
 void CPluginPlaces::ConnectEnvironment() {
     PluginEnvironment& environment = context.audio.environment;
@@ -52,6 +73,9 @@ void CPluginPlaces::ConnectEnvironment() {
     environment.idle = [this] { IdlePlugins(); };
     environment.parameterChanged = [this](CPlugin& plugin, int parameter, float value) {
         ParameterMovedInWindow(plugin, parameter, value);
+    };
+    environment.parameterTouched = [this](CPlugin& plugin, int parameter, bool held) {
+        Q_EMIT ParameterTouched(&plugin, parameter, held);
     };
     environment.sizeWindow = [this](CPlugin& plugin, int width, int height) {
         Q_EMIT EditorSizeWanted(&plugin, width, height);
@@ -67,7 +91,7 @@ void CPluginPlaces::ReadPluginFolders() {
 }
 
 void CPluginPlaces::Tick() {
-    ForgetRisk();
+    MarkSuspect(0, EPluginCall::kNone);
     IdlePlugins();
     ReportFaults();
 }
@@ -137,25 +161,9 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadAdmitted(PluginEnvironment& environm
         error = reason.toStdString();
         return nullptr;
     }
-    MarkRisk(library);
-    return CPlugin::Load(library.toStdString(), kind, environment, error);
-}
-
-void CPluginPlaces::MarkRisk(const QString& library) {
-    QFile file(RiskFile(context.folders));
-    marked = file.open(QIODevice::WriteOnly) && file.write(library.toUtf8()) >= 0;
-}
-
-void CPluginPlaces::ForgetRisk() {
-    if (std::exchange(marked, false)) QFile::remove(RiskFile(context.folders));
-}
-
-QString CPluginPlaces::TakeRisk(const Folders& folders) {
-    QFile file(RiskFile(folders));
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    const QString library = QString::fromUtf8(file.read(kLongestPath));
-    file.remove();
-    return library;
+    const std::string path = library.toStdString();
+    MarkSuspect(MarkedLibrary(path), EPluginCall::kLoad);  // threads of its own may end the program a little later
+    return CPlugin::Load(path, kind, environment, error);
 }
 
 std::shared_ptr<CPlugin> CPluginPlaces::LoadFor(PluginEnvironment& environment, const PluginReference& wanted,
@@ -201,12 +209,12 @@ void CPluginPlaces::PublishSlot(const SlotPlace& place, std::shared_ptr<const Pl
 
 bool CPluginPlaces::LoadPlugin(const SlotPlace& place, const QString& nameOrPath, QString& error) {
     if (!PublishedSlot(place)) return false;
-    const bool isInstrument = place.kind == SlotPlace::EKind::kInstrument;
-    const auto plugin = LoadLibrary(nameOrPath, isInstrument ? ESlotKind::kInstrument : ESlotKind::kEffect, error);
+    const auto plugin = LoadLibrary(nameOrPath, KindOf(place), error);
     if (!plugin) return false;
     auto next = std::make_shared<PluginSlot>();
     next->plugin = plugin;
     const CChanges::CMacro step(context.changes, Text("Load plug-in"));
+    DropControllers(place, Text("Load plug-in"));
     PublishSlot(place, std::move(next), Text("Load plug-in"));
     if (const auto on = OnSwitch(place); on && !on->IsOn()) {
         on->Set(1.0F);
@@ -231,10 +239,42 @@ std::shared_ptr<CValue> CPluginPlaces::OnSwitch(const SlotPlace& place) const {
     return nullptr;
 }
 
+bool CPluginPlaces::LoadMissing(const QString& library, QString& error) {
+    std::vector<std::pair<SlotPlace, std::shared_ptr<const MissingPlugin>>> wanting;
+    ForEachSlot([&](const PluginSlot& slot, const SlotPlace& place) {
+        if (!slot.missing) return;
+        const PluginReference wanted{slot.missing->fileName, slot.missing->identity};
+        const auto found = finder.Find(wanted, KindOf(place));
+        if (found && IsSameFile(*found, library)) wanting.emplace_back(place, slot.missing);
+    });
+    const CChanges::CMacro step(context.changes, Text("Load plug-in"));
+    for (const auto& [place, missing] : wanting) {
+        auto next = std::make_shared<PluginSlot>();
+        next->plugin = LoadLibrary(library, KindOf(place), error);
+        if (!next->plugin) return false;
+        SetState(*next->plugin, {missing->state ? missing->state : std::make_shared<const StateImage>(),
+                                 static_cast<int>(missing->program)});
+        next->plugin->lanes.Prepare(std::make_shared<const CEventLanes>(missing->lanes));
+        PublishSlot(place, std::move(next), Text("Load plug-in"));
+    }
+    return true;
+}
+
 void CPluginPlaces::ClearPlugin(const SlotPlace& place) {
     const auto slot = Slot(place);
     if (!slot || (!slot->plugin && !slot->missing)) return;
+    const CChanges::CMacro step(context.changes, Text("Clear plug-in"));
+    DropControllers(place, Text("Clear plug-in"));
     PublishSlot(place, std::make_shared<const PluginSlot>(), Text("Clear plug-in"));
+}
+
+// A shared effect is the same one whichever instrument's send names it.
+void CPluginPlaces::DropControllers(const SlotPlace& place, const QString& name) {
+    const bool isShared = place.kind == SlotPlace::EKind::kMasterInsert || place.kind == SlotPlace::EKind::kEffect;
+    const ControlTarget gone{TargetKindOf(place), isShared ? 0 : place.instrument, 0};
+    controllers.Drop(
+        [&](const ControlTarget& target) { return target.kind == gone.kind && target.instrument == gone.instrument; },
+        name);
 }
 
 CPluginPlaces::State CPluginPlaces::StateOf(CPlugin& plugin) {
@@ -307,6 +347,17 @@ void CPluginPlaces::SelectProgram(const std::shared_ptr<CPlugin>& plugin, int pr
     ChangeState(place, Text("Select program"), [program](CPlugin& owner) { return owner.SelectProgram(program); });
 }
 
+void CPluginPlaces::SetParameters(const std::shared_ptr<CPlugin>& plugin, const QString& name,
+                                  const std::vector<float>& values) {
+    SlotPlace place;
+    if (!FindPlugin(plugin.get(), place)) return;
+    ChangeState(place, name, [&values](CPlugin& owner) {
+        for (std::size_t index = 0; index < values.size(); ++index)
+            owner.SetParameter(static_cast<int>(index), values[index]);
+        return true;
+    });
+}
+
 void CPluginPlaces::ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after) {
     if (!plugin || before == after) return;
     context.changes.PushValue(Text("Plug-in parameter"), plugin.get(), parameter, before, after,
@@ -344,10 +395,17 @@ void CPluginPlaces::IdlePlugins() {
 
 void CPluginPlaces::ReportFaults() {
     ForEachSlot([this](const PluginSlot& slot, const SlotPlace&) {
-        if (!slot.plugin || !slot.plugin->TakeFaultReport()) return;
-        context.tell(QStringLiteral("QUIB"), QString::fromStdString(slot.plugin->Identity().displayName) +
-                                                 QStringLiteral(": ") +
-                                                 Text("gave samples that are no sound; it is muted while it does."));
+        if (!slot.plugin) return;
+        const QString name = QString::fromStdString(slot.plugin->Identity().displayName);
+        const bool muted = slot.plugin->TakeFaultReport();
+        if (const EPluginCall call = slot.plugin->TakeThrown(); call != EPluginCall::kNone) {
+            context.tell(QStringLiteral("QUIB"),
+                         Text("\"%1\" threw an exception while %2.").arg(name, Text(Describe(call))));
+        } else if (muted) {
+            context.tell(
+                QStringLiteral("QUIB"),
+                name + QStringLiteral(": ") + Text("gave samples that are no sound; it is muted while it does."));
+        }
     });
 }
 

@@ -23,12 +23,16 @@ struct SlotPlace {
     int index = 0;
 };
 
+// What MIDI may move in the plug-in of a place.
+EControlTarget TargetKindOf(const SlotPlace& place) noexcept;
+
+class CControllers;
+
 class CPluginPlaces : public QObject {
     Q_OBJECT
 
 public:
-    explicit CPluginPlaces(const DocumentContext& document);
-    ~CPluginPlaces() override;
+    CPluginPlaces(const DocumentContext& document, CControllers& controllerMap);
 
     // Null for a place that does not exist.
     std::shared_ptr<const PluginSlot> Slot(const SlotPlace& place) const;
@@ -42,6 +46,8 @@ public:
     bool LoadProgram(const SlotPlace& place, const QString& path, QString& error);
     bool SaveProgram(const SlotPlace& place, const QString& path, QString& error);
     void SelectProgram(const std::shared_ptr<CPlugin>& plugin, int program);
+    // Sets parameters, from the first on (0..1), in one step of that name.
+    void SetParameters(const std::shared_ptr<CPlugin>& plugin, const QString& name, const std::vector<float>& values);
     // A parameter (0..1) was moved in a page of ours.
     void ParameterEdited(const std::shared_ptr<CPlugin>& plugin, int parameter, float before, float after);
     // Where a loaded plug-in stands; false when it stands nowhere.
@@ -60,10 +66,9 @@ public:
                                      std::string& error);
     // Asked before a library is loaded; false, with the reason, keeps it out. Unset: each is let in.
     std::function<bool(const QString& library, QString& error)> admit;
-    // Names, on disk until the next Tick, a library that is about to be called in a way that may end the program.
-    void MarkRisk(const QString& library);
-    // The library that the last run was inside of when it ended; empty when there was none. Forgets it.
-    static QString TakeRisk(const Folders& folders);
+    // Puts a library that could not be loaded into the places that want it, with the settings kept there; a step of
+    // undo. False, with the reason, when it cannot be loaded still.
+    bool LoadMissing(const QString& library, QString& error);
     // Finds again what the plug-in folders hold.
     void RefreshPlugins() { finder.Refresh(); }
     // Follows a change of the folders that the user has added.
@@ -78,6 +83,8 @@ public:
 Q_SIGNALS:
     // Parameter -1: all of them.
     void ParameterMoved(const void* plugin, int parameter);
+    // The user takes hold of a parameter in the plug-in's own window or lets it go.
+    void ParameterTouched(const void* plugin, int parameter, bool held);
     // A plug-in asks for another size of its window (pixels).
     void EditorSizeWanted(const void* plugin, int width, int height);
 
@@ -94,16 +101,18 @@ private:
     bool ChangeState(const SlotPlace& place, const QString& name, const std::function<bool(CPlugin&)>& change);
     void ParameterMovedInWindow(CPlugin& plugin, int parameter, float value);
     std::shared_ptr<CPlugin> Shared(const CPlugin& plugin) const;
-    void ForgetRisk();
     void IdlePlugins();
     void ReportFaults();
 
+    // What MIDI moves of the plug-in there, in the step in which it goes.
+    void DropControllers(const SlotPlace& place, const QString& name);
+
     const DocumentContext& context;
+    CControllers& controllers;
     CPluginFinder finder;
     std::map<const CPlugin*, std::vector<float>> watched;  // values of parameters
     bool messageShown = false;                             // a plug-in's loading told the user why it failed
     bool idling = false;
-    bool marked = false;
 };
 
 }  // namespace quib

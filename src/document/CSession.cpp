@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "document/DetachedProject.h"
+#include "model/plugin/PluginMarks.h"
 #include "platform/CAtomicFile.h"
 #include "platform/CFileBytes.h"
 #include "project/ProjectEngine.h"
@@ -35,6 +37,15 @@ void CSession::Tick() {
     saver.Poll();
 }
 
+bool CSession::Rescue(std::string& error) {
+    const StateOfPlugin lastState = [](const std::shared_ptr<CPlugin>& plugin) { return plugin->LastState(); };
+    ProjectState state = GatherState();
+    for (auto& instrument : state.instruments) instrument = Detached(*instrument, lastState, {});
+    DetachMaster(state, lastState);
+    const QString path = guest ? TimedPath(QDateTime::currentDateTime()) : context.folders.journal;
+    return CAtomicFile().Replace(path.toStdString(), BytesOf(state), error);
+}
+
 // The journal is younger unless the backup has been written since.
 QString CSession::CrashCopy() const {
     const QFileInfo written(context.folders.journal);
@@ -49,6 +60,7 @@ QString CSession::ProjectName() const {
 
 void CSession::NewProject() {
     warnings.clear();
+    MarkProject({});
     ProjectState empty;
     empty.master.songMode = 0;  // there is no song yet: it would be silent
     Publish(std::move(empty), {});
@@ -57,7 +69,10 @@ void CSession::NewProject() {
 bool CSession::LoadProject(const QString& path, QString& error, const LoadProgress& progress) {
     ProjectState state;
     std::string reason;
-    if (!ReadProjectFile(path.toStdString(), parts.places.Loader(), state, reason, progress)) {
+    MarkProject(path.toStdString());
+    const bool read = ReadProjectFile(path.toStdString(), parts.places.Loader(), state, reason, progress);
+    if (!read) {
+        MarkProject({});
         error = QString::fromStdString(reason);
         return false;
     }
@@ -91,6 +106,7 @@ void CSession::Publish(ProjectState state, const QString& path) {
     parts.presets.ProjectReplaced(state.master.presetSelected);
     parts.contents.ProjectReplaced(state.master.playlistStepNumber);
     parts.song.ProjectReplaced(state.markers);
+    parts.controllers.ProjectReplaced(state.bindings);
     detector = state.detector;
     SetSaved(path);
     context.changes.Tell({EChange::kProject});
@@ -105,6 +121,7 @@ ProjectState CSession::GatherState() {
     state.master.presetSelected = parts.presets.SelectedPreset().Get();
     state.detector = detector;
     state.markers = parts.song.Markers();
+    state.bindings = parts.controllers.ForProject();
     return state;
 }
 
@@ -167,6 +184,7 @@ void CSession::WriteBackup(bool timed) {
 // Told once, until a backup could be written again.
 void CSession::BackupDone(const std::string& error) {
     if (!error.empty()) backedUp = 0;
+    if (error.empty()) MarkProject({});  // from now on there is a copy
     if (std::exchange(backupFailed, !error.empty()) || error.empty()) return;
     context.notice(
         Text("Backups cannot be written, so a crash would lose your work: %1").arg(QString::fromStdString(error)));

@@ -12,6 +12,7 @@
 
 #include "document/CAsyncSave.h"
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "document/CJournal.h"
 #include "document/CPresets.h"
 #include "document/CSong.h"
@@ -34,6 +35,7 @@ public:
         CPresets& presets;
         CTransportControl& transport;
         CSong& song;
+        CControllers& controllers;
     };
 
     CSession(const DocumentContext& document, const Parts& documentParts);
@@ -55,6 +57,9 @@ public:
     bool KeepCopy(const QString& path);
     // Writes the project among the timed backups now, and waits for the disk.
     bool WriteTimedCopy(QString& error);
+    // Writes the project as a run that did not end properly would have left it, without a call to any plug-in:
+    // of each it has the state that was stored last. Also on another thread while that of the windows stands still.
+    bool Rescue(std::string& error);
     // What a run that did not end properly has written last.
     QString CrashCopy() const;
     // Goes on with the journal, and tells the ends of files; from the 40 ms timer.

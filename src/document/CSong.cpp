@@ -55,7 +55,7 @@ void CSong::ToggleLoop() {
     const StepRange selected = selectedRange ? selectedRange() : StepRange{};
     if (!IsLoopOn() && range.IsEmpty()) range = selected.IsEmpty() ? StepRange{0, Steps()} : selected;
     CGesture gesture(context.changes);
-    SetLoop(gesture, range, !IsLoopOn() && !range.IsEmpty());
+    SetLoop(gesture, range, !IsLoopOn());
     gesture.Finish(Text("Loop"));
 }
 

@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "devices/CSilentOutput.h"
-#include "document/CAutomationTake.h"
 #include "document/CSettings.h"
+#include "document/ControlActions.h"
 #include "engine/EngineNotices.h"
 #include "texts/Texts.h"
 
@@ -44,8 +44,7 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
               folders,
               changes,
               [this](const QString& caption, const QString& text) { Q_EMIT Message(caption, text); },
-              [this](const QString& text) { Q_EMIT Notice(text); }},
-      take(std::make_unique<CAutomationTake>()) {
+              [this](const QString& text) { Q_EMIT Notice(text); }} {
     audio.SetRecorder(&recorder.Lame());
     audio.settings.songMode.Set(0.0F);  // as for a new project
     connect(&changes, &CChanges::ValueMoved, this,
@@ -53,8 +52,10 @@ CWorkstation::CWorkstation(CSettings& settingsStore, const Folders& programFolde
     connect(&places, &CPluginPlaces::ParameterMoved, this, [this](const void* plugin, int parameter) {
         automationRecording.ParameterMoved(static_cast<const CPlugin*>(plugin), parameter);
     });
+    connect(&places, &CPluginPlaces::ParameterTouched, this, [this](const void* plugin, int parameter, bool held) {
+        automationRecording.HoldParameter(static_cast<const CPlugin*>(plugin), parameter, held);
+    });
     connect(&session, &CSession::AboutToReplace, this, [this] {
-        take = std::make_unique<CAutomationTake>();
         noteRecording.Abandon();
         performance.Abandon();
         automationRecording.Abandon();
@@ -90,12 +91,20 @@ void CWorkstation::FollowNotices() {
     noteRecording.Look();
     quib::FollowNotices(
         audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
-        [this](const std::shared_ptr<CInstrument>& instrument) { take->WillRecord(instrument); });
+        [this](const std::shared_ptr<CInstrument>& instrument) { automationRecording.WillRecord(instrument); });
     noteRecording.Tick();
     performance.Tick();
+    FollowControllers();
     automationRecording.Tick();
-    if (take->IsEmpty() || (audio.recordAutomation.IsOn() && transport.IsPlaying())) return;
-    take->Finish(Text("Record automation"), changes);
+}
+
+void CWorkstation::FollowControllers() {
+    bool any = false;
+    controllers.Tick([&](const ControlTarget& target) {
+        automationRecording.ControllerMoved(target);
+        any = any || !IsAction(target.kind);
+    });
+    if (any) changes.Touch();
 }
 
 // The render thread sets what it learns; the step of undo needs what was there before.
@@ -135,6 +144,10 @@ void CWorkstation::FollowNotice(const EngineNotice& notice) {
             return;
         case EngineNotice::EKind::kNote:
             return noteRecording.Take(notice);
+        case EngineNotice::EKind::kControlHeard:
+            return controllers.Hear(notice.value);
+        case EngineNotice::EKind::kControlAction:
+            return RunControlAction(*this, {static_cast<EControlTarget>(notice.lane), notice.instrument, notice.value});
         case EngineNotice::EKind::kLanePoint:
             return;
     }

@@ -13,6 +13,7 @@
 #include "devices/COutputManager.h"
 #include "document/CAutomationRecording.h"
 #include "document/CContents.h"
+#include "document/CControllers.h"
 #include "document/CInstrumentStack.h"
 #include "document/CLanes.h"
 #include "document/CMetronomeControl.h"
@@ -29,8 +30,6 @@
 
 namespace quib {
 
-class CAutomationTake;
-
 class CWorkstation : public QObject {
     Q_OBJECT
 
@@ -45,6 +44,7 @@ public:
 
     CChanges& Changes() noexcept { return changes; }
     CSelection& Selection() noexcept { return selection; }
+    CControllers& Controllers() noexcept { return controllers; }
     CPluginPlaces& Places() noexcept { return places; }
     CInstrumentStack& Stack() noexcept { return stack; }
     CContents& Contents() noexcept { return contents; }
@@ -77,6 +77,7 @@ Q_SIGNALS:
 private:
     void FollowNotices();
     void FollowNotice(const EngineNotice& notice);
+    void FollowControllers();
     void WatchLimits();
     void LimitLearned(std::uint32_t id);
 
@@ -88,8 +89,9 @@ private:
     CChanges changes{audio.graveyard};
     DocumentContext context;
     CSelection selection{context};
-    CPluginPlaces places{context};
-    CInstrumentStack stack{context, places, selection};
+    CControllers controllers{context};
+    CPluginPlaces places{context, controllers};
+    CInstrumentStack stack{context, places, selection, controllers};
     CContents contents{context};
     CSong song{context, contents};
     CPerformance performance{context};
@@ -100,8 +102,7 @@ private:
     CRecording recording{context, recorder};
     CNoteRecording noteRecording{context, selection};
     CMetronomeControl metronome{context};
-    CSession session{context, {places, selection, stack, contents, presets, transport, song}};
-    std::unique_ptr<CAutomationTake> take;
+    CSession session{context, {places, selection, stack, contents, presets, transport, song, controllers}};
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 

@@ -13,6 +13,7 @@
 #include "engine/CBlockGrid.h"
 #include "engine/EngineSettings.h"
 #include "model/CInstrument.h"
+#include "model/control/CControlMap.h"
 #include "model/plugin/CPlugin.h"
 
 namespace quib {
@@ -41,6 +42,7 @@ struct BlockContext {
     std::array<CPlugin*, kInsertCount> masterInserts{};
     std::array<CPlugin*, kSendCount> sharedEffects{};
     const CEventLanes* masterLanes = nullptr;
+    const CControlMap* controls = nullptr;
     std::uint32_t ballsShown = 0;  // instrument whose balls are in the picture; 0: none
 
     int frames = 0;

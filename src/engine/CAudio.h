@@ -11,6 +11,7 @@
 
 #include "engine/Audition.h"
 #include "engine/CBlockGuard.h"
+#include "engine/CControlRouter.h"
 #include "engine/CCpuMeter.h"
 #include "engine/CInstrumentMixer.h"
 #include "engine/CLiveKeys.h"
@@ -44,7 +45,8 @@ public:
 
     EngineSettings settings;
     PresetSelection presetSelection;
-    CValue recordAutomation;  // switch: incoming controllers are recorded
+    CValue recordAutomation;        // switch: incoming controllers are recorded
+    CIntegerValue controlLearning;  // not 0: what moves and what is pressed is told and does nothing else
     NoteCaptureSettings noteCapture;
     MetronomeSettings metronome;
     CSharedSetting<std::uint32_t> ballsShown;  // id of the instrument whose balls the picture has; 0: none
@@ -66,6 +68,7 @@ public:
     std::array<CPublished<PluginSlot>, kInsertCount> masterInserts;
     std::array<CPublished<PluginSlot>, kSendCount> sharedEffects;
     CPublished<CEventLanes> masterLanes;
+    CPublished<CControlMap> controlMap;
     CPublished<Audition> audition;
 
     // Whether the engine can render for a device of this rate (Hz) and block size (frames).
@@ -94,6 +97,7 @@ public:
     // The recorder that is fed; null for none. No block may be rendered meanwhile.
     void SetRecorder(CBlockRecorder* next) noexcept { taps.SetRecorder(next); }
     CScope& Scope() noexcept { return taps.Scope(); }
+    CListener& Listener() noexcept { return taps.Listener(); }
 
     // --- MIDI input thread ------------------------------------------------------------------------
 
@@ -142,6 +146,7 @@ private:
     CNoteCapture capture{noteCapture, notices};
     CLiveKeys keys{capture};
     CMidiRouter router{presetSelection, recordAutomation, notices, keys};
+    CControlRouter controllers{settings, controlLearning, notices};
     CLiveMidi midi;
     CInstrumentMixer mixer{kernels, tables};
     CSharedEffects effects;

@@ -30,6 +30,14 @@ void Unlist(InstrumentPlayState& play, const LiveKey& key) noexcept {
     if (key.listed) std::erase(play.heldKeys.Items(), key.origin.key);
 }
 
+bool Latches(const CInstrument& instrument) noexcept {
+    return instrument.arpeggiator.on.IsOn() && instrument.arpeggiator.latch.IsOn();
+}
+
+bool AnyIsDown(const InstrumentPlayState& play) noexcept {
+    return std::ranges::any_of(play.liveKeys.Items(), [](const LiveKey& key) { return key.listed; });
+}
+
 bool PedalIsDown(const InstrumentPlayState& play) noexcept {
     return std::ranges::any_of(play.liveKeys.Items(), [](const LiveKey& key) { return key.pedal >= kPedalDown; });
 }
@@ -64,8 +72,12 @@ void CLiveKeys::Begin(CInstrument& instrument, LiveKey key, int velocity, std::u
         return true;
     });
     if (!HasRoom(play)) return Unlist(play, key);
+    if (key.listed && play.latched && !AnyIsDown(play)) play.heldKeys.Items().clear();
     play.liveKeys.Add(key);
-    if (key.listed) play.heldKeys.Add(key.origin.key);
+    if (key.listed) {
+        if (play.latched) std::erase(play.heldKeys.Items(), key.origin.key);
+        play.heldKeys.Add(key.origin.key);
+    }
     if (key.sent < 0) return;
     Push(play, kNoteOn, key.sent, velocity, time);
     Tell(instrument, key, velocity, time);
@@ -76,7 +88,11 @@ void CLiveKeys::End(CInstrument& instrument, const LiveOrigin& origin, std::uint
     const auto key = std::ranges::find_if(
         keys, [&](const LiveKey& candidate) { return candidate.origin == origin && !candidate.rings; });
     if (key == keys.end()) return;
-    Unlist(instrument.play, *key);
+    if (Latches(instrument)) {
+        instrument.play.latched = true;
+    } else {
+        Unlist(instrument.play, *key);
+    }
     key->listed = false;
     if (key->sent >= 0 && capture.IsRecording() && PedalIsDown(instrument.play)) {
         Push(instrument.play, kNoteOn, key->sent, 0, time);
@@ -85,6 +101,16 @@ void CLiveKeys::End(CInstrument& instrument, const LiveOrigin& origin, std::uint
     }
     Release(instrument, *key, time);
     keys.erase(key);
+}
+
+void CLiveKeys::EndLatch(CInstrument& instrument) noexcept {
+    InstrumentPlayState& play = instrument.play;
+    if (!play.latched || Latches(instrument)) return;
+    play.latched = false;
+    std::erase_if(play.heldKeys.Items(), [&play](std::int32_t held) {
+        return std::ranges::none_of(play.liveKeys.Items(),
+                                    [held](const LiveKey& key) { return key.listed && key.origin.key == held; });
+    });
 }
 
 void CLiveKeys::MovePedal(CInstrument& instrument, const LiveOrigin& origin, int value, bool hears,

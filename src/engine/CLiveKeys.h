@@ -23,6 +23,8 @@ public:
     void Begin(CInstrument& instrument, LiveKey key, int velocity, std::uint64_t time) noexcept;
     // The key that began there, if it did.
     void End(CInstrument& instrument, const LiveOrigin& origin, std::uint64_t time) noexcept;
+    // Lets go of the keys that an arpeggiator's latch still holds once it does so no more.
+    static void EndLatch(CInstrument& instrument) noexcept;
     // The pedal of that origin, 0..127. One that is up goes down only where the instrument `hears` it.
     void MovePedal(CInstrument& instrument, const LiveOrigin& origin, int value, bool hears,
                    std::uint64_t time) noexcept;

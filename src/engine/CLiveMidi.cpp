@@ -8,11 +8,13 @@ namespace {
 constexpr std::size_t kMaximumLiveMessages = kMaximumBlockEvents / 2;
 }  // namespace
 
-void CLiveMidi::Drain(CMidiRouter& router, BlockContext& block, const CTransport& transport) noexcept {
+void CLiveMidi::Drain(CControlRouter& controllers, CMidiRouter& router, BlockContext& block,
+                      const CTransport& transport) noexcept {
     MidiMessage message;
     std::size_t count = 0;
     const auto drain = [&](CBoundedQueue<MidiMessage>& queue, ELiveSource source) {
         for (; count < kMaximumLiveMessages && queue.TryPop(message); ++count) {
+            if (controllers.Take(message, block)) continue;
             router.Dispatch(message, source, block, transport);
         }
     };

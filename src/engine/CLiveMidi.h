@@ -4,6 +4,7 @@
 // Live MIDI on its way into the engine: a queue for each thread that brings it, emptied by the render
 // thread at the start of a block.
 
+#include "engine/CControlRouter.h"
 #include "engine/CMidiRouter.h"
 
 namespace quib {
@@ -17,7 +18,8 @@ public:
     std::uint64_t Dropped() const noexcept { return input.Dropped() + deviceInput.Dropped(); }
 
     // Render thread. What is too much for one block waits for the next.
-    void Drain(CMidiRouter& router, BlockContext& block, const CTransport& transport) noexcept;
+    void Drain(CControlRouter& controllers, CMidiRouter& router, BlockContext& block,
+               const CTransport& transport) noexcept;
 
 private:
     CBoundedQueue<MidiMessage> input{4096};

@@ -13,6 +13,7 @@ bool PlayLanes(std::span<const CEventLanes::Lane> lanes, float position, EngineS
     for (const CEventLanes::Lane& lane : lanes) {
         CValue* const setting = EngineSetting(settings, lane.index);
         if (setting == nullptr || lane.index == static_cast<int>(kTempoLane)) continue;
+        if ((settings.heldLanes.Get() >> lane.index & 1U) != 0) continue;
         const LaneDescription& range = MasterLanes()[static_cast<std::size_t>(lane.index)];
         const auto value = ValueAt(*lane.points, position, range.kind);
         if (!value) continue;

@@ -164,7 +164,8 @@ void CMidiRouter::BeginNote(CInstrument& instrument, const LiveOrigin& origin, i
 void CMidiRouter::EndNote(CInstrument& instrument, const LiveOrigin& origin, bool hears, std::uint64_t time) noexcept {
     keys.End(instrument, origin, time);
     // Held keys may also come from a file.
-    if (hears && instrument.keyboardOn.IsOn()) std::erase(instrument.play.heldKeys.Items(), origin.key);
+    if (hears && instrument.keyboardOn.IsOn() && !instrument.play.latched)
+        std::erase(instrument.play.heldKeys.Items(), origin.key);
 }
 
 void CMidiRouter::OfferToLane(CInstrument& instrument, int lane, int value, float position) noexcept {

@@ -39,6 +39,8 @@ struct EngineNotice {
         kProgramSelected,  // instrument, value: program to set in its plug-in
         kLanePoint,        // instrument, lane, pattern, x, y: recorded automation of a MIDI lane
         kLimitLearned,     // instrument: its key range has changed
+        kControlHeard,     // while a control is being learned; value: status, data 1 and 2 from the lowest byte on
+        kControlAction,    // instrument, lane: EControlTarget, value: its index; a key or controller asks for it
         kNote,             // instrument, value: key, lane: velocity, 0 for its end, pattern, x: step, -1 while
                            // nothing plays, y: samples of a step, sample
     };

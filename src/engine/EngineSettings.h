@@ -34,6 +34,7 @@ struct EngineSettings {
     CValue headphonesLevel{127.0F};  // 0..127: of what is heard, not of what is recorded
     CValue crossfader;               // 0..127: side A .. side B
     std::array<CValue, kInsertCount> masterInsertOn;
+    CSharedSetting<std::uint32_t> heldLanes;  // bit n: the hand is on master lane n, which plays nothing
 };
 
 // The setting behind a master lane, or null for an index out of range.

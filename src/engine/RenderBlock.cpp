@@ -33,7 +33,7 @@ void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
     block.now = now;
     GatherBlock();
     RunCommands(commands, {block, settings, songTime, router, keys, clicks, CountsIn()});
-    midi.Drain(router, block, songTime.Transport());
+    midi.Drain(controllers, router, block, songTime.Transport());
     if (const int frame = clicks.Count(block, settings); frame >= 0) songTime.Play(block, settings, frame);
     songTime.Advance(block, settings, recordAutomation.IsOn());
     capture.Tell(block, songTime.Transport());
@@ -50,7 +50,7 @@ void CAudio::RenderOpenBlock(std::uint64_t now) noexcept {
     taps.TakeOutput(master.Left(), master.Right(), block.frames);
     clicks.Play(block, settings, master.Left(), master.Right());
     master.ApplyHeadphonesLevel(block, settings);
-    taps.TakePicture(block, songTime.Transport(), router.Count());
+    taps.TakePicture(block, songTime.Transport(), router.Count() + controllers.Count());
 }
 
 void CAudio::GatherBlock() noexcept {
@@ -67,6 +67,7 @@ void CAudio::GatherBlock() noexcept {
     for (std::size_t index = 0; index < kSendCount; ++index)
         block.sharedEffects[index] = PluginOf(sharedEffects[index]);
     block.masterLanes = &masterLanes.ForRender();
+    block.controls = &controlMap.ForRender();
     block.ballsShown = ballsShown.Get();
     block.frames = format.blockSize;
     block.sampleRate = format.sampleRate;
@@ -79,6 +80,7 @@ void CAudio::GatherInstrument(CInstrument& instrument) noexcept {
     instrument.play.ballMoves.Items().clear();
     songTime.Admit(instrument);
     keys.Admit(instrument, *plugin, block.number);
+    CLiveKeys::EndLatch(instrument);
     block.instruments.push_back(
         {&instrument, plugin, {PluginOf(instrument.inserts[0]), PluginOf(instrument.inserts[1])}});
 }

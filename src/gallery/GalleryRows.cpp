@@ -98,22 +98,22 @@ void CGallery::BuildIcons() {
 void CGallery::BuildKeyboards() {
     const QPoint at =
         AddPanel({10, 522, 960, 228}, QStringLiteral("Keyboard, normal and compact"), ESection::kKeyboard);
-    auto& keys = Place<CKeyboardExCtrl>(ESection::kKeyboard, at.x(), at.y(), 940, 100, false);
-    keys.onNote = [](CKeyboardExCtrl&, int, bool) {};
-    keys.isSounding = [](int note) { return note == 40 || note == 43 || note == 47; };
+    auto& large = Place<CKeyboardExCtrl>(ESection::kKeyboard, at.x(), at.y(), 940, 100, false);
+    large.onNote = [](CKeyboardExCtrl&, int, bool) {};
+    large.isSounding = [](int note) { return note == 40 || note == 43 || note == 47; };
     auto& compact = Place<CKeyboardExCtrl>(ESection::kKeyboard, at.x(), at.y() + 112, 940, 60, true);
-    compact.onNote = keys.onNote;
+    compact.onNote = large.onNote;
     auto& scroll = Place<CScrollCtrl>(ESection::kKeyboard, at.x(), at.y() + 178, 940, 10, Value(280), false);
     scroll.SetRange(CKeyboardExCtrl::kWholeWidth, 940);
-    scroll.onChange = [&keys, &compact](CControl& bar) {
-        keys.SetScrollOffset(static_cast<int>(bar.ValueNow()));
+    scroll.onChange = [&large, &compact](CControl& bar) {
+        large.SetScrollOffset(static_cast<int>(bar.ValueNow()));
         compact.SetScrollOffset(static_cast<int>(bar.ValueNow()));
     };
-    poses.emplace_back([&keys, &compact] {
-        keys.SetScrollOffset(280);
+    poses.emplace_back([&large, &compact] {
+        large.SetScrollOffset(280);
         compact.SetScrollOffset(280);
     });
-    PoseMouse(keys, 333, 80);
+    PoseMouse(large, 333, 80);
     PoseMouse(compact, 237, 20);
     poses.emplace_back([&compact] { compact.OnLButtonDown(compact.X() + 410, compact.Y() + 50, 0); });
 }

@@ -57,6 +57,7 @@ struct ArpeggiatorSettings {
     CValue interval;  // semitones between repetitions
     CValue gateTime;  // note length: a step divided by 2^gateTime
     CValue tempo;     // plays every 2^tempo steps
+    CValue latch;     // switch: keys play on when they go up, until the first one of another chord goes down
 };
 
 // What follows the end of a pattern when nothing is queued; at most one is on.

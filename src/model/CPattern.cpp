@@ -2,6 +2,7 @@
 #include "model/CPattern.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <utility>
 
@@ -21,6 +22,20 @@ std::uint64_t OrderKey(const Note& note, std::size_t index) noexcept {
     return place << 32 | index;
 }
 
+// Digit by digit, each pass keeping the order of the one before: the keys come in the order of their low half.
+void SortByPlace(std::vector<std::uint64_t>& keys) {
+    constexpr int kBits = 11;
+    constexpr std::size_t kDigits = std::size_t{1} << kBits;
+    std::vector<std::uint64_t> sorted(keys.size());
+    for (int shift = 32; shift < 64; shift += kBits) {
+        std::array<std::uint32_t, kDigits + 1> starts{};
+        for (const std::uint64_t key : keys) ++starts[(key >> shift & (kDigits - 1)) + 1];
+        for (std::size_t digit = 1; digit < kDigits; ++digit) starts[digit] += starts[digit - 1];
+        for (const std::uint64_t key : keys) sorted[starts[key >> shift & (kDigits - 1)]++] = key;
+        keys.swap(sorted);
+    }
+}
+
 }  // namespace
 
 CPattern::CPattern(int steps, std::vector<Note> noteList, int firstStep)
@@ -28,7 +43,10 @@ CPattern::CPattern(int steps, std::vector<Note> noteList, int firstStep)
     loopStart = std::clamp(firstStep, 0, LoopLength() - 1);
     std::vector<std::uint64_t> keys(notes.size());
     for (std::size_t index = 0; index < notes.size(); ++index) keys[index] = OrderKey(notes[index], index);
-    if (!std::is_sorted(keys.begin(), keys.end())) std::sort(keys.begin(), keys.end());
+    constexpr std::size_t kFew = 500;
+    if (!std::is_sorted(keys.begin(), keys.end())) {
+        keys.size() < kFew ? std::sort(keys.begin(), keys.end()) : SortByPlace(keys);
+    }
     std::transform(keys.begin(), keys.end(), order.begin(),
                    [](std::uint64_t key) { return static_cast<std::uint32_t>(key); });
 }

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 namespace quib {
 
@@ -22,6 +23,11 @@ public:
     T Get() const noexcept { return value.load(std::memory_order_relaxed); }
     void Set(T next) noexcept { value.store(next, std::memory_order_relaxed); }
     bool IsOn() const noexcept { return Get() != T(); }
+    // Bits of a whole number, of which several threads set and clear their own at the same time.
+    void SetBits(T bits) noexcept requires std::is_integral_v<T> { value.fetch_or(bits, std::memory_order_relaxed); }
+    void ClearBits(T bits) noexcept requires std::is_integral_v<T> {
+        value.fetch_and(static_cast<T>(~bits), std::memory_order_relaxed);
+    }
 
 private:
     std::atomic<T> value;

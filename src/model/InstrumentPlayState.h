@@ -115,6 +115,7 @@ struct InstrumentPlayState {
 
     ArpeggiatorState arpeggiator;
     CFixedList<std::int32_t> heldKeys{kMaximumHeldKeys};
+    bool latched = false;  // some of them are up
     CFixedList<LiveKey> liveKeys{kMaximumLiveKeys};
     CFixedList<PendingNote> pendingNotes{kMaximumPendingNotes};
     CFixedList<PatternStep> blockSteps{kMaximumBlockSteps};  // beside the block's own list

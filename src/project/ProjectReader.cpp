@@ -5,6 +5,8 @@
 
 #include "engine/BlockContext.h"
 #include "model/MixLanes.h"
+#include "model/control/CControlMap.h"
+#include "model/files/ControlRecords.h"
 #include "model/files/EventRecords.h"
 #include "model/files/InstrumentFile.h"
 #include "model/files/SlotRecords.h"
@@ -101,6 +103,11 @@ bool CProjectReader::ReadOtherSetting() {
             const std::int32_t step = std::clamp(reader.Integer(1), 0, kMaximumSongStep);
             state.markers = WithMarker(state.markers, step, std::string(reader.Text(2)));
         }
+        return true;
+    }
+    if (key == kBindingKey) {
+        const auto binding = ReadBinding(reader);
+        if (binding && state.bindings.size() < CControlMap::kMostBindings) state.bindings.push_back(*binding);
         return true;
     }
     if (key == "MASTER_MIX_EVENTS") {

@@ -13,6 +13,7 @@
 #include "model/CEventLanes.h"
 #include "model/CInstrument.h"
 #include "model/SongMarker.h"
+#include "model/control/ControlBinding.h"
 #include "model/plugin/PluginSlot.h"
 
 namespace quib {
@@ -58,6 +59,7 @@ struct MasterInsert {
 struct ProjectState {
     MasterSettings master;
     SongMarkers markers;
+    std::vector<ControlBinding> bindings;  // instruments by their places, from 1
     DetectorSettings detector;
     std::array<MasterInsert, kMasterInsertCount> masterInserts;
     CEventLanes masterLanes;  // song slot only

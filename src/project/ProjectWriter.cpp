@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <string>
 
+#include "model/files/ControlRecords.h"
 #include "model/files/EventRecords.h"
 #include "model/files/InstrumentFile.h"
 #include "model/files/SlotRecords.h"
@@ -43,6 +44,7 @@ void WriteHead(CRecordWriter& writer, const ProjectState& state) {
     for (const SongMarker& marker : state.markers) {
         writer.Key("SONG_MARKER").Integer(marker.step).Text(marker.name).EndLine();
     }
+    for (const ControlBinding& binding : state.bindings) WriteBinding(writer, binding);
 }
 
 void WriteMasterInsert(CRecordWriter& writer, const MasterInsert& insert, const std::string& number) {

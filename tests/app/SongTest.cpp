@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QTest>
 #include <random>
+#include <tuple>
 
 #include "AppFixture.h"
 #include "app/console/CSongModeCtrl.h"
@@ -140,8 +141,6 @@ TEST_F(SongTest, TheLoopIsTakenByItsPixels) {
 }
 
 TEST_F(SongTest, ALoopThatIsSwitchedOnWithoutARegionTakesTheSelectionElseTheSong) {
-    workstation->Song().ToggleLoop();
-    EXPECT_FALSE(workstation->Song().IsLoopOn()) << "there is no song";
     Drag(Place(0, 1, 3), Place(0, 9, -3));
     Click(Place(1, 3, 3));
     workstation->Song().ToggleLoop();
@@ -215,10 +214,27 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
     std::mt19937 draw(5);
     CPlaylistEdit& edit = Lane(0).Edit();
     CPlaylistGestures gestures(edit, console->Song().View(), surface);
+    CSong& song = workstation->Song();
+    const auto all = [&] {
+        return std::tuple(Items(0), Items(1), song.Markers(), song.Loop().first, song.Loop().end, song.IsLoopOn());
+    };
+    const auto ofTheWhole = [&](unsigned kind) {
+        const int step = static_cast<int>(draw() % 300);
+        const int length = 1 + static_cast<int>(draw() % 64);
+        QString said;
+        if (kind == 0) song.InsertTime(step, length);
+        if (kind == 1) song.DeleteTime({step, step + length});
+        if (kind == 2) song.DoubleSection({step, step + length});
+        if (kind == 3) song.SetMarker(step, QString::number(step));
+        if (kind == 4) song.ToggleLoop();
+        if (kind == 5) song.MoveToInstrument(At(0), At(1), edit.State(), length - 32, draw() % 2 == 0, said);
+        if (kind == 6) song.MakeUnique(At(0), edit.State());
+        for (const int lane : {0, 1}) Lane(lane).Edit().Refresh();
+    };
     // In parts that the list of steps has room for.
     for (int part = 0; part < 30; ++part) {
         workstation->Changes().Clear();
-        const Playlist start = Items(0);
+        const auto start = all();
         for (int round = 0; round < 60; ++round) {
             gestures.currentPattern = static_cast<int>(draw() % 12);
             gestures.SetDeleteHeld(draw() % 10 == 0);
@@ -229,13 +245,14 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
                 if (draw() % 8 == 0) gestures.SetModifiers(draw() % 2 == 0, draw() % 2 == 0, false);
             }
             draw() % 10 == 0 ? gestures.Cancel() : gestures.Release(300);
+            ofTheWhole(static_cast<unsigned>(draw() % 20));
         }
         ASSERT_GT(Steps().index(), 10);
-        const Playlist end = Items(0);
+        const auto end = all();
         while (Steps().canUndo()) workstation->Changes().Undo();
-        ASSERT_EQ(Items(0), start);
+        ASSERT_EQ(all(), start);
         while (Steps().canRedo()) workstation->Changes().Redo();
-        ASSERT_EQ(Items(0), end);
+        ASSERT_EQ(all(), end);
     }
 }
 

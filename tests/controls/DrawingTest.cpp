@@ -137,21 +137,39 @@ TEST_F(CDrawingTest, DrawingAgainChangesNoPixelAndNeverThoseOfANeighbourAtAnySca
     }
 }
 
-TEST_F(CDrawingTest, TextIsReadableOnItsGround) {
-    const auto colour = [](const char* name) { return Palette().Colour(QString::fromLatin1(name)); };
-    // Text, and the lightest ground that it is written on.
-    for (const auto& [text, ground] : std::vector<std::pair<const char*, const char*>>{{"text", "knobHover"},
-                                                                                       {"text", "panelRaised"},
-                                                                                       {"textMuted", "knob"},
-                                                                                       {"textMuted", "panel"},
-                                                                                       {"textDim", "well"},
-                                                                                       {"pattern", "knob"}}) {
-        EXPECT_GE(Contrast(colour(text), colour(ground)), 4.5) << text << " on " << ground;
-    }
-    for (const ESection section : {ESection::kTransport, ESection::kMix, ESection::kPattern, ESection::kEqualiser,
-                                   ESection::kEffects, ESection::kKeyboard}) {
-        EXPECT_GE(Contrast(CapTextColour(EState::kOn, 0), Mix(Palette().Accent(section), qRgb(0, 0, 0), 0.1F)), 4.5);
-        EXPECT_GE(Contrast(Palette().Accent(section), colour("panel")), 3.0) << "as of a picture";
+// Over the files themselves: what is written, and every ground that it is written on.
+TEST_F(CDrawingTest, TextIsReadableOnItsGroundInEveryPalette) {
+    using Grounds = std::vector<const char*>;
+    const std::vector<std::pair<const char*, Grounds>> texts = {
+        {"text", {"panel", "panelRaised", "well", "wellDeep", "window", "playGround", "recordGround", "highlight"}},
+        {"textMuted", {"panel", "panelRaised", "well", "wellDeep"}},
+        {"textDim", {"panel", "well", "window"}},
+        {"textOff", {"well"}},
+        {"transport", {"playGround", "glass"}},
+        {"pattern", {"panel", "panelRaised"}},
+        {"effects", {"panel"}},
+        {"warning", {"panel"}},
+        {"pianoText", {"pianoWhite"}},
+        {"onAccent", {"transport", "mix", "pattern", "equaliser", "effects", "keyboard", "warning", "record"}}};
+    const QList<QString> names = CPalette(EPalette::kDark).Names();
+    for (int which = 0; which < kPaletteCount; ++which) {
+        const CPalette palette(static_cast<EPalette>(which));
+        const auto colour = [&palette](const char* name) { return palette.Colour(QLatin1String(name)); };
+        EXPECT_EQ(QSet<QString>(names.begin(), names.end()),
+                  QSet<QString>(palette.Names().begin(), palette.Names().end()));
+        for (const auto& [text, grounds] : texts) {
+            for (const char* const ground : grounds) {
+                EXPECT_GE(Contrast(colour(text), colour(ground)), 4.5) << which << ": " << text << " on " << ground;
+            }
+        }
+        EXPECT_GE(Contrast(colour("text"), Mix(colour("well"), colour("effects"), 0.45F)), 4.5) << which;
+        for (int track = 0; track < 8; ++track) {
+            EXPECT_GE(Contrast(colour("text"), Mix(colour("lane"), palette.Track(track), 0.5F)), 4.5) << which;
+        }
+        // What cannot sound is still read.
+        for (const char* const text : {"text", "textMuted", "textDim"}) {
+            EXPECT_GE(Contrast(palette.Silent(colour(text)), colour("panel")), 4.5) << which << ": silent " << text;
+        }
     }
 }
 

@@ -15,6 +15,8 @@
 #include "CDriver.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
+#include "controls/CFilterCtrl.h"
+#include "editors/automation/CWinControlParamEvent.h"
 
 namespace quib {
 namespace {
@@ -122,18 +124,76 @@ TEST_F(SessionTest, WhatAUserChangesIsThereAgainAtTheNextStart) {
     });
 }
 
+// The filter is turned, its lane is on top in the window of automation, and a line is drawn over four bars.
+TEST_F(SessionTest, AFourBarRampOnAFilterTakesFourPresses) {
+    constexpr int kSteps = 64;
+    constexpr int kFilter = 485;
+    constexpr int kLineTool = 523;
+    const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
+        SettleIn(user);
+        CWorkstation& station = user.Window().Workstation();
+        user.Ask([&] {
+            CInstrument& instrument = *station.Stack().Instrument(kSubject);
+            station.Contents().SetSteps(kSubject, instrument.patternSelected.Get(), kSteps);
+            station.Audio().settings.songMode.Set(0.0F);
+        });
+        CInstrumentStripCtrl& strip = *user.Ask([&] { return user.Console().Strip(kSubject); });
+        auto& filter = *static_cast<CFilterCtrl*>(user.Find(strip, kFilter));
+        int presses = 0;
+        const QPoint handle = user.Ask(
+            [&] { return user.Console().mapToGlobal(user.Console().ToWidget(filter.PartAt(0).area).center()); });
+        user.Drag(handle, handle + QPoint(14, 0));
+        ++presses;
+        user.Key("F3");
+        ++presses;
+        const auto window = [&] {
+            return static_cast<CWinControlParamEvent*>(user.Window().Tools().Find(ETool::kAutomation));
+        };
+        ASSERT_TRUE(user.WaitFor([&] { return window() != nullptr && window()->isVisible(); }));
+        EXPECT_EQ(user.Ask([&] { return window()->LaneName(); }), QStringLiteral("LP Freq"));
+        CControl* line = nullptr;
+        for (const auto& top : window()->Controls()) {
+            if (line == nullptr) line = user.Find(*top, kLineTool);
+        }
+        ASSERT_NE(line, nullptr);
+        user.Click(user.Ask([&] { return window()->mapToGlobal(window()->ToWidget(line->Rectangle()).center()); }));
+        ++presses;
+        const auto place = [&](double step, float value) {
+            return user.Ask([&] {
+                CEventCtrl& curve = window()->Curve();
+                const QPoint point(curve.X() + static_cast<int>(curve.View().XOf(step)),
+                                   curve.Y() + static_cast<int>(curve.View().YOf(value)));
+                return window()->mapToGlobal(window()->ToWidget(QRect(point, QSize(1, 1))).topLeft());
+            });
+        };
+        user.Drag(place(0, 0.1F), place(kSteps - 1, 0.9F));
+        ++presses;
+        EXPECT_TRUE(user.WaitFor([&] {
+            const auto& instrument = *station.Stack().Instrument(kSubject);
+            const PointList* const points = instrument.mixLanes.ForEdit()->Find(instrument.patternSelected.Get(), 4);
+            return points != nullptr && points->back().x - points->front().x > kSteps - 3;
+        }));
+        EXPECT_LE(presses, 4);
+        Close(user);
+    });
+    EXPECT_EQ(code, 0);
+}
+
 // From a fresh start to sound, and to an effect: how much has to be pressed beside the letters of a name. The
 // plug-in is called otherwise than its file.
 TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
     QDir(folder.path()).mkdir(QStringLiteral("more"));
     QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/Trouble.so"),
                 folder.filePath(QStringLiteral("more/library.so")));
+    QFile::copy(QStringLiteral(QUIB_BIN_DIR "/testplugins/ParameterBank.so"),
+                folder.filePath(QStringLiteral("more/another.so")));
     CSettings(folder.filePath(QStringLiteral("program/settings.ini")))
         .WriteSettingString(kSettingsSection, QStringLiteral("PluginFolders"), folder.filePath(QStringLiteral("more")));
     const int code = CDriver::Run(Arguments(), [&](CDriver& user) {
         CWorkstation& station = user.Window().Workstation();
         ASSERT_TRUE(user.WaitFor([] { return CDriver::TutorialGreets(); }));
         ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Instruments().size() > 3; }));
+        ASSERT_TRUE(user.WaitFor([&] { return user.Window().Catalog().Effects().size() > 0; }));
         int presses = 0;
         const auto press = [&](const char* key) {
             user.Key(key);
@@ -161,6 +221,14 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
         EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[0].ForEdit()->plugin != nullptr; }));
         EXPECT_TRUE(instrument.strip.insertOn[0].IsOn());
         EXPECT_LE(presses, 3);
+
+        presses = 0;
+        press("ctrl+shift+i");
+        type({"b", "a", "n", "k"});
+        press("Return");
+        EXPECT_TRUE(user.WaitFor([&] { return instrument.inserts[1].ForEdit()->plugin != nullptr; }));
+        EXPECT_EQ(instrument.inserts[1].ForEdit()->plugin->Identity().effectName, "Parameter bank");
+        EXPECT_LE(presses, 6);
         Close(user);
     });
     EXPECT_EQ(code, 0);

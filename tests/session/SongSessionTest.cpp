@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QMessageBox>
 #include <QTemporaryDir>
 #include <map>
 
@@ -35,7 +34,7 @@ protected:
                                        QStringLiteral("--no-audio")};
         CDriver::Run(arguments, [&](CDriver& driver) {
             user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); }));
+            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
             user->Key("Escape");
             EXPECT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
             user->Ask([&] {
@@ -182,9 +181,9 @@ TEST_F(SongSessionTest, APerformanceByMouseIsPlayedBackOnTheSameSteps) {
         };
         const std::array places = {cell(0, 1), cell(0, 2)};
         user->Key("space");
-        until(5);
+        until(1);
         user->Click(places[0]);
-        until(21);
+        until(17);
         user->Click(places[1]);
         until(40);
         user->Key("space");

@@ -25,6 +25,7 @@ public:
                                void* pointer, float option) -> std::intptr_t {
             CTestPlugin* const self = Self(e);
             if (opcode == vst2::effClose) {
+                self->Close();
                 delete self;
                 return 1;
             }
@@ -80,6 +81,7 @@ protected:
     virtual void SetParameter(std::int32_t index, float value) {
         if (index >= 0 && index < effect.numParams) parameters[static_cast<std::size_t>(index)] = value;
     }
+    virtual void Close() {}
     virtual std::intptr_t Dispatch(const Call& call) {
         switch (call.opcode) {
             case vst2::effGetPlugCategory:

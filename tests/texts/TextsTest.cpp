@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 
 #include "model/StripSettings.h"
+#include "model/plugin/EPluginCall.h"
 #include "texts/CSourceText.h"
 #include "texts/InfoTextTable.h"
 #include "texts/TextTable.h"
@@ -51,6 +52,7 @@ TEST(Texts, EveryTextOfTheWindowsHasOneRowAndEveryRowAUse) {
     std::set<std::string> rows;
     std::set<std::string> settings;
     for (const StripSetting& setting : kStripSettings) settings.insert(setting.name);
+    settings.insert(kPluginCallNames.begin() + 1, kPluginCallNames.end());
     for (const KeyedText& row : kTexts) {
         EXPECT_TRUE(rows.insert(row.english).second) << "twice in TextTable.h: " << row.english;
         EXPECT_TRUE(sources.Literals().count(row.english) + settings.count(row.english) > 0)
@@ -60,7 +62,7 @@ TEST(Texts, EveryTextOfTheWindowsHasOneRowAndEveryRowAUse) {
     for (const auto& [file, text] : sources.Texts()) {
         EXPECT_EQ(rows.count(text), 1U) << file << ": not in TextTable.h: " << text;
     }
-    for (const std::string& name : settings) EXPECT_EQ(rows.count(name), 1U) << "StripSettings.h: " << name;
+    for (const std::string& name : settings) EXPECT_EQ(rows.count(name), 1U) << "of the model: " << name;
     for (const auto& [file, text] : sources.Sentences()) {
         EXPECT_EQ(kNoTexts.count(text), 1U) << file << ": not shown through Text(): " << text;
     }

@@ -5,6 +5,7 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
+#include "app/CPluginWindows.h"
 #include "app/FileDialogs.h"
 #include "app/console/CWinControlMain.h"
 #include "texts/Texts.h"
@@ -45,6 +46,7 @@ CPluginBrowsing::CPluginBrowsing(CMainWindow& mainWindow, CWinControlMain& mainC
     connect(&window, &CMainWindow::InstrumentWanted, this, [this] { Browse({}); });
     connect(&window, &CMainWindow::EffectWanted, this, &CPluginBrowsing::BrowseEffect);
     connect(&window, &CMainWindow::FilesHover, this, &CPluginBrowsing::HoverFiles);
+    window.PluginWindows().sightOf = [this](const SlotPlace& place) { return SightOf(console, place); };
     window.dropPlaceAt = [this](ESlotKind kind, const QPoint& point) -> std::optional<DropPlace> {
         // Not under another window that lies over the console.
         const QWidget* const under = QApplication::widgetAt(point);

@@ -85,8 +85,12 @@ QString CPositionCtrl::TextNow() const {
 void CPositionCtrl::Tick() {
     if (!IsShown()) return;
     const bool nowPlaying = audio.Picture().playing;
+    const PlayPicture& picture = audio.Picture();
+    const int step = picture.playing && picture.soundingStep >= 0 ? picture.soundingStep : picture.globalStep;
+    const Shown now{picture.beatsToStart, step, audio.settings.stepsPerBeat.Get(), audio.settings.beatsPerBar.Get()};
+    if (nowPlaying == playing && now == shown) return;
+    shown = now;
     QString next = TextNow();
-    if (nowPlaying == playing && next == text) return;
     playing = nowPlaying;
     text = std::move(next);
     Update(false, true);
@@ -145,12 +149,16 @@ void CRecorderCtrl::Toggle() {
 void CRecorderCtrl::Tick() {
     if (!IsShown()) return;
     const float recording = station.Recording().IsRecording() ? 1.0F : 0.0F;
+    // What stands still is not put into words again.
+    if (recording == shown.Get() && recording == 0.0F && drawnPath == recordPath) return;
     if (recording == shown.Get() && drawnTime == TimeText() && drawnFile == FileText()) return;
+    drawnPath = recordPath;
     shown.Set(recording);
     Update(false, true);
 }
 
 void CRecorderCtrl::Draw() {
+    drawnPath = recordPath;
     drawnTime = TimeText();
     drawnFile = FileText();
     const bool recording = shown.IsOn();

@@ -50,6 +50,14 @@ private:
 
     CAudio& audio;
     int fontHeight;
+    struct Shown {
+        int beats = 0;
+        int step = 0;
+        int stepsPerBeat = 0;
+        int beatsPerBar = 0;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+    Shown shown;
     QString text;
     bool playing = false;
 };
@@ -72,6 +80,7 @@ private:
     QString& recordPath;
     CValue shown;
     CSwitchCtrl* button = nullptr;
+    QString drawnPath;
     QString drawnTime;
     QString drawnFile;
 };

@@ -51,9 +51,13 @@ void CInfoBar::Draw() {
 // The rate as its users write it: 44.1 kHz, 48 kHz.
 void CInfoBar::Tick() {
     CWorkstation& station = context.station;
-    load->SetText(QStringLiteral("CPU %1 %").arg(std::lround(station.Audio().CpuLoad())));
-    xruns->SetText(QStringLiteral("Xruns %1").arg(station.Output().Xruns()));
     const COutputDevice* const output = station.Output().Device();
+    const Figures now{std::lround(station.Audio().CpuLoad()), station.Output().Xruns(),
+                      output != nullptr ? station.Audio().Format().sampleRate : 0.0, output};
+    if (now == shown) return;
+    shown = now;
+    load->SetText(QStringLiteral("CPU %1 %").arg(now.load));
+    xruns->SetText(QStringLiteral("Xruns %1").arg(now.xruns));
     const QRgb colour = Palette().Colour(output != nullptr ? QStringLiteral("text") : QStringLiteral("warning"));
     if (device->textColour != colour) device->textColour = colour;
     device->SetText(output == nullptr

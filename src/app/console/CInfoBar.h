@@ -20,7 +20,16 @@ public:
     CInfoCtrl& Help() const noexcept { return *help; }
 
 private:
+    struct Figures {
+        long load = -1;  // percent
+        std::uint64_t xruns = 0;
+        double rate = 0;  // hertz
+        const void* output = nullptr;
+        friend bool operator==(const Figures&, const Figures&) = default;
+    };
+
     ConsoleContext context;
+    Figures shown;
     CInfoCtrl* help;
     CLabelCtrl* load;
     CLabelCtrl* xruns;

@@ -58,6 +58,7 @@ private:
     CValue countInShown;
     QString recordPath;
     CSwitchCtrl* countIn = nullptr;
+    int shownBars = -1;
     CSwitchCtrl* play = nullptr;
 };
 
@@ -113,6 +114,7 @@ private:
     CLevelTables tables;
     CVuCtrl* meter = nullptr;
     CLabelCtrl* peak = nullptr;
+    float shownPeak = 0;  // decibels
 };
 
 // Crossfader and presets.
@@ -132,6 +134,8 @@ private:
     CLevelTables tables;
     CLabelMenuCtrl* presetMidi = nullptr;
     CLabelCtrl* hidden = nullptr;
+    int shownChannel = -1;
+    float shownCrossfader = -1;
 };
 
 }  // namespace quib

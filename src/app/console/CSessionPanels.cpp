@@ -31,6 +31,7 @@ CLevelsPanel::CLevelsPanel(CWinControl& window, std::uint32_t number, const Cons
 
 void CLevelsPanel::Build() {
     ClearChildren();
+    shownPeak = 0;
     CAudio& audio = context.station.Audio();
     const auto addFader = [this](int left, CValue& bound, const char* title, int info) {
         auto& fader = AddChild<CFaderCtrl>(0U, left, 4, 24, kFaderHeight, &bound, true);
@@ -70,7 +71,9 @@ void CLevelsPanel::Draw() {
 
 void CLevelsPanel::Tick() {
     if (meter == nullptr) return;
-    const float highest = meter->HeldPeak();
+    const float highest = std::round(meter->HeldPeak() * 10) / 10;
+    if (highest == shownPeak) return;
+    shownPeak = highest;
     peak->SetText(highest <= -59.5F ? QStringLiteral("-inf") : QString::number(static_cast<double>(highest), 'f', 1));
 }
 
@@ -81,6 +84,7 @@ CSessionPanel::CSessionPanel(CWinControl& window, std::uint32_t number, const Co
 
 void CSessionPanel::Build() {
     ClearChildren();
+    shownChannel = -1;
     AddCrossfader();
     AddPresets();
     PaintChildren();
@@ -131,6 +135,7 @@ void CSessionPanel::AddPresets() {
     presets.section = ESection::kPattern;
     presets.enabled = station.Settings().IsOn(QStringLiteral("PresetOn"));
     presets.infoString = 456;
+    presets.learns = ControlTarget{EControlTarget::kPresets, 0, 0};
     presets.disabledInfo = 674;
     presets.presetCount = [&station] { return station.Presets().PresetCount(); };
     presets.onSelect = [&station](int preset) { return station.Presets().RecallPresets(preset); };
@@ -167,7 +172,12 @@ void CSessionPanel::FillPresetMidi(QMenu& menu) {
 
 void CSessionPanel::Tick() {
     if (presetMidi == nullptr) return;
-    presetMidi->SetText(ChannelText(context.station.Audio().presetSelection.channel.Get()));
+    const int channel = context.station.Audio().presetSelection.channel.Get();
+    const float crossfader = context.station.Audio().settings.crossfader.Get();
+    if (channel == shownChannel && crossfader == shownCrossfader) return;
+    shownChannel = channel;
+    shownCrossfader = crossfader;
+    presetMidi->SetText(ChannelText(channel));
     hidden->SetText(HiddenSide());
 }
 

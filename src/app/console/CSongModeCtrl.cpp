@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/learn/LearnMenu.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
@@ -42,8 +43,13 @@ CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left
     hoverLook = true;
     name = Text("Song mode");
     infoString = 433;
+    learns = station.Controllers().TargetOf(nullptr, Value());
     onAlternativeClick = [this](CControl&) {
-        PopUpMenu(Owner(), [this](QMenu& menu) { FillLaunchMenu(menu, station); });
+        PopUpMenu(Owner(), [this](QMenu& menu) {
+            FillLaunchMenu(menu, station);
+            menu.addSeparator();
+            AddLearnItems(menu, station.Controllers(), *learns);
+        });
     };
 }
 

@@ -6,6 +6,7 @@
 #include "app/console/BarControls.h"
 #include "app/console/CMasterPanels.h"
 #include "app/console/CSongModeCtrl.h"
+#include "app/learn/LearnMenu.h"
 #include "app/start/CDeviceBanner.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CLabelCtrl.h"
@@ -45,6 +46,21 @@ void FillRecordMenu(QMenu& menu, CWorkstation& station) {
         add(*strengths, QStringLiteral("%1 %").arg(percent), std::abs(now.strength - share) < 0.005F,
             {now.replace, now.grid, share});
     }
+}
+
+ControlTarget KeyTarget(ETransportKey key) { return {EControlTarget::kTransport, 0, static_cast<std::int32_t>(key)}; }
+
+void FillAutomationMenu(QMenu& menu, CWorkstation& station) {
+    CAutomationRecording& recording = station.AutomationRecording();
+    menu.addSection(Text("Recording automation"));
+    for (const bool replaces : {false, true}) {
+        QAction* const action = menu.addAction(replaces ? Text("Replace to the end") : Text("Only while it is moved"),
+                                               [&recording, replaces] { recording.SetReplaces(replaces); });
+        action->setCheckable(true);
+        action->setChecked(recording.Replaces() == replaces);
+    }
+    menu.addSeparator();
+    AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordAutomation));
 }
 
 void FillMetronomeMenu(QMenu& menu, CWorkstation& station) {
@@ -110,6 +126,7 @@ int CTransportPanel::WordWidth(const QString& text) const {
 
 void CTransportPanel::Build() {
     ClearChildren();
+    shownBars = -1;
     int left = AddPlay(6);
     left = AddModes(left);
     left = AddArms(left);
@@ -125,6 +142,7 @@ int CTransportPanel::AddPlay(int left) {
     const int wide = IsNarrow() ? 48 : 76;
     play = &AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &playShown, picture::kGlyphPlay);
     play->infoString = 430;
+    play->learns = KeyTarget(ETransportKey::kPlay);
     play->onChange = [this, &station](CControl&) {
         if (playShown.IsOn() == station.Transport().IsPlaying()) return;
         PlayOrStop(station);
@@ -133,6 +151,7 @@ int CTransportPanel::AddPlay(int left) {
     auto& stop = AddChild<CSwitchCtrl>(0U, left + wide + kGap, kTop, stopWidth, kHigh, nullptr, picture::kGlyphStop);
     stop.momentary = true;
     stop.infoString = 431;
+    stop.learns = KeyTarget(ETransportKey::kStop);
     stop.onChange = [&station](CControl&) {
         if (!station.Transport().IsPlaying()) station.Transport().Locate(0);
         station.Transport().Stop();
@@ -141,7 +160,8 @@ int CTransportPanel::AddPlay(int left) {
 }
 
 int CTransportPanel::AddModes(int left) {
-    EngineSettings& settings = context.station.Audio().settings;
+    CWorkstation& station = context.station;
+    EngineSettings& settings = station.Audio().settings;
     const auto& mode = AddChild<CSongModeCtrl>(0U, left, kTop, kHigh, context.station, !IsNarrow());
     left += mode.Width() + kGroupGap;
     struct Plan {
@@ -181,12 +201,21 @@ int CTransportPanel::AddArms(int left) {
         left += wide + kGap;
         return &made;
     };
-    add(station.Audio().recordAutomation, QStringLiteral("A"), -1, Text("AUTO"), 432);
+    CArmCtrl* const automation = add(station.Audio().recordAutomation, QStringLiteral("A"), -1, Text("AUTO"), 432);
+    automation->learns = KeyTarget(ETransportKey::kRecordAutomation);
+    automation->onAlternativeClick = [this, &station](CControl&) {
+        PopUpMenu(Owner(), [&station](QMenu& menu) { FillAutomationMenu(menu, station); });
+    };
     CArmCtrl* const notes =
         add(station.NoteRecording().Armed(), QString(), picture::kGlyphKeyboard, Text("NOTES"), 428);
+    notes->learns = KeyTarget(ETransportKey::kRecordNotes);
     notes->onChange = [&station](CControl&) { station.NoteRecording().ArmSwitched(); };
     notes->onAlternativeClick = [this, &station](CControl&) {
-        PopUpMenu(Owner(), [&station](QMenu& menu) { FillRecordMenu(menu, station); });
+        PopUpMenu(Owner(), [&station](QMenu& menu) {
+            FillRecordMenu(menu, station);
+            menu.addSeparator();
+            AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kRecordNotes));
+        });
     };
     return left;
 }
@@ -199,6 +228,7 @@ int CTransportPanel::AddMetronome(int left) {
     auto& click = AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &metronome.On(), picture::kGlyphMetronome);
     if (!IsNarrow()) click.label = word;
     click.infoString = 510;
+    click.learns = KeyTarget(ETransportKey::kMetronome);
     click.onChange = [&metronome](CControl&) { metronome.Keep(); };
     left += wide + kGap;
     countIn = &AddChild<CSwitchCtrl>(0U, left, kTop, wide, kHigh, &countInShown, QString());
@@ -209,7 +239,11 @@ int CTransportPanel::AddMetronome(int left) {
     };
     for (CSwitchCtrl* const button : {&click, countIn}) {
         button->onAlternativeClick = [this, &station](CControl&) {
-            PopUpMenu(Owner(), [&station](QMenu& menu) { FillMetronomeMenu(menu, station); });
+            PopUpMenu(Owner(), [&station](QMenu& menu) {
+                FillMetronomeMenu(menu, station);
+                menu.addSeparator();
+                AddLearnItems(menu, station.Controllers(), KeyTarget(ETransportKey::kMetronome));
+            });
         };
     }
     ShowCountIn();
@@ -218,9 +252,10 @@ int CTransportPanel::AddMetronome(int left) {
 
 void CTransportPanel::ShowCountIn() {
     const int bars = context.station.Metronome().CountIn();
+    if (bars == shownBars) return;
+    shownBars = bars;
     const QString label = Text("IN %1").arg(bars);
     const float on = bars > 0 ? 1.0F : 0.0F;
-    if (countIn->label == label && countInShown.Get() == on) return;
     countIn->label = label;
     countIn->SetValueAndUpdate(false, true, on);
 }
@@ -257,6 +292,7 @@ int CTransportPanel::AddTempo(int left) {
         AddChild<CSwitchCtrl>(0U, left, kTop, IsNarrow() ? kSymbolWidth : 44, kHigh, nullptr, QStringLiteral("TAP"));
     tap.momentary = true;
     tap.infoString = 437;
+    tap.learns = KeyTarget(ETransportKey::kTapTempo);
     tap.onChange = [&station = context.station](CControl&) { station.Transport().TapTempo(); };
     return left + tap.Width() + kGroupGap;
 }

@@ -11,6 +11,8 @@
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/CSongHintCtrl.h"
 #include "app/console/SlotMenu.h"
+#include "app/start/CDeviceBanner.h"
+#include "app/start/CStartPage.h"
 #include "controls/CInfoCtrl.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CScrollCtrl.h"

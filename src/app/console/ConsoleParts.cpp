@@ -42,6 +42,7 @@ void BindValue(CControl& control, const ConsoleContext& context, const char* val
     control.name = Text(valueName);
     control.infoString = infoString;
     CWorkstation& station = context.station;
+    control.learns = station.Controllers().TargetOf(context.owner, control.Value());
     control.onGesture = [&station, owner = context.owner, afterwards](CControl& changed, float before) {
         station.Changes().ValueEdited(Part(owner, *changed.Value()), before, changed.ValueNow(), changed.name,
                                       afterwards);
@@ -61,6 +62,7 @@ void BindLevel(CSwitchFaderCtrl& control, const ConsoleContext& context, const C
     const StripSetting& setting = *StripSettingOf(strip, control.Level());
     control.levelMaximum = setting.range.maximum;
     control.levelDefault = setting.range.initial;
+    control.levelLearns = station.Controllers().TargetOf(context.owner, control.Level());
     control.onLevelGesture = [&station, owner = context.owner, name = Text(setting.name)](CControl& changed,
                                                                                           float before) {
         CValue* const level = static_cast<CSwitchFaderCtrl&>(changed).Level();

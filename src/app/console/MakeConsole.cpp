@@ -8,10 +8,10 @@
 #include "app/Commands.h"
 #include "app/browser/CPluginBrowsing.h"
 #include "app/console/CWinControlMain.h"
-#include "editors/base/CToolWindow.h"
 #include "app/start/CDeviceBanner.h"
 #include "app/start/CStartPage.h"
 #include "app/start/CTutorialRing.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {

@@ -29,19 +29,29 @@ std::optional<SlotPlace> FreeEffectPlace(const CPluginPlaces& places, std::uint3
 }
 
 QRect AreaOf(const CWinControlMain& console, const SlotPlace& place) {
+    const auto sight = SightOf(console, place);
+    return sight ? sight->field : QRect();
+}
+
+std::optional<StripSight> SightOf(const CWinControlMain& console, const SlotPlace& place) {
+    StripSight sight;
     for (const auto& top : console.Controls()) {
         const auto* const owner = dynamic_cast<const CSlotOwner*>(top.get());
         if (owner == nullptr) continue;
+        if (owner->InstrumentId() == 0) sight.bandBottom = OnScreen(console, *top).bottom();
         std::vector<SlotField> fields;
         owner->ListSlots(fields);
         for (const SlotField& field : fields) {
-            if (field.place.kind == place.kind && field.place.index == place.index &&
-                field.place.instrument == place.instrument) {
-                return OnScreen(console, *field.control);
+            if (field.place.kind != place.kind || field.place.index != place.index ||
+                field.place.instrument != place.instrument) {
+                continue;
             }
+            sight.strip = OnScreen(console, *top);
+            sight.field = OnScreen(console, *field.control);
         }
     }
-    return {};
+    if (sight.field.isEmpty()) return std::nullopt;
+    return sight;
 }
 
 std::optional<DropPlace> DropPlaceAt(const CWinControlMain& console, const CPluginPlaces& places, ESlotKind kind,

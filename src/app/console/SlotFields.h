@@ -42,6 +42,15 @@ std::optional<DropPlace> DropPlaceAt(const CWinControlMain& console, const CPlug
                                      const QPoint& point);
 // The first free insert of the instrument, or where there is no instrument the first free send effect.
 std::optional<SlotPlace> FreeEffectPlace(const CPluginPlaces& places, std::uint32_t instrument);
+// The strip (of effects and the master: the panel) that has a place, the field that shows it, and the lower edge of
+// the panels above the strips; of the screen.
+struct StripSight {
+    QRect strip;
+    QRect field;
+    int bandBottom = 0;
+};
+// Nothing while the place is not in sight.
+std::optional<StripSight> SightOf(const CWinControlMain& console, const SlotPlace& place);
 // Of the screen; empty while the place is not in sight.
 QRect AreaOf(const CWinControlMain& console, const SlotPlace& place);
 

@@ -9,6 +9,7 @@
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
 #include "app/console/PatternMenu.h"
+#include "app/learn/LearnMenu.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
@@ -78,6 +79,22 @@ void LoadInto(const ConsoleContext& context, const SlotPlace& place, const QStri
     if (!context.station.Places().LoadPlugin(place, path, error)) TellError(window, error);
 }
 
+// Of the switch and the level in front of the plug-in.
+void AddSlotLearning(QMenu& menu, const ConsoleContext& context, const SlotPlace& place) {
+    CControllers& controllers = context.station.Controllers();
+    const auto owner = context.station.Stack().InstrumentById(place.instrument);
+    const auto on = context.station.Places().OnSwitch(place);
+    const auto add = [&](const void* setting, const QString& what) {
+        const auto target = controllers.TargetOf(owner, setting);
+        if (target) AddLearnItems(menu, controllers, *target, what);
+    };
+    if (!on) return;
+    menu.addSeparator();
+    add(on.get(), Text("On and off"));
+    if (place.kind == SlotPlace::EKind::kEffect && owner)
+        add(&owner->strip.sendLevel[static_cast<std::size_t>(place.index)], Text("Send level"));
+}
+
 void AddBypass(QMenu& menu, const ConsoleContext& context, const SlotPlace& place) {
     CWorkstation& station = context.station;
     const auto on = station.Places().OnSwitch(place);
@@ -119,6 +136,7 @@ void FillSlotMenu(QMenu& menu, const ConsoleContext& context, const SlotPlace& p
     if (slot && (slot->plugin || slot->missing)) {
         menu.addAction(Text("Remove Plugin"), [context, place] { context.station.Places().ClearPlugin(place); });
     }
+    AddSlotLearning(menu, context, place);
 }
 
 void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t instrument, QWidget* window) {
@@ -179,6 +197,17 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
                            QColorDialog::getColor(station.Stack().StripColour(index), window, Text("Colour"));
                        if (colour.isValid()) station.Stack().SetStripColour(index, colour);
                    }));
+    menu.addSeparator();
+    QMenu* const learn = menu.addMenu(Text("MIDI learn"));
+    ChannelStrip& strip = owner->strip;
+    for (const auto& [setting, text] :
+         {std::pair(&strip.level, TextKey("Level")), std::pair(&strip.pan, TextKey("Pan")),
+          std::pair(&strip.mute, TextKey("Mute")), std::pair(&owner->swing, TextKey("Swing")),
+          std::pair(&owner->arpeggiator.on, TextKey("Arpeggiator"))}) {
+        const auto target = station.Controllers().TargetOf(owner, setting);
+        if (target) AddLearnItems(*learn, station.Controllers(), *target, Text(text));
+    }
+    AddLearnItems(*learn, station.Controllers(), {EControlTarget::kSolo, instrument, 0}, Text("Solo"));
     menu.addSeparator();
     menu.addAction(Text("Duplicate Instrument"),
                    with([&station](int index) { station.Stack().DuplicateInstrument(index); }));
@@ -254,6 +283,8 @@ void FillPresetMenu(QMenu& menu, const ConsoleContext& context, std::uint32_t id
                    with([&station, preset](int index) { station.Presets().RemovePreset(index, preset); }));
     menu.addAction(Text("Paste to Preset %1").arg(preset + 1),
                    with([&station, preset](int index) { station.Presets().PastePreset(index, preset); }));
+    menu.addSeparator();
+    AddLearnItems(menu, station.Controllers(), {EControlTarget::kPreset, id, preset});
 }
 
 }  // namespace quib

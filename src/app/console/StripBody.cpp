@@ -71,6 +71,7 @@ void CInstrumentStripCtrl::AddPatterns(int left, int pitch) {
 void CInstrumentStripCtrl::AddCells(int left, int top, int pitch, int high) {
     cells = &AddChild<CPatternSelCtrl>(0U, left, top, pitch, high, 0, this);
     cells->infoString = 127;
+    cells->learns = ControlTarget{EControlTarget::kPattern, instrument->Id(), 0};
 }
 
 // Steps that a note reaches into which began before them.
@@ -178,8 +179,13 @@ void CInstrumentStripCtrl::AddEqualizer(int left, int room) {
     for (std::size_t band = 0; band < bands.size(); ++band) {
         bands[band] = {&strip.eqFreq[band], &strip.eqQ[band], &strip.eqGain[band]};
     }
+    const auto target = [this](CValue& setting) {
+        return context.station.Controllers().TargetOf(instrument, &setting);
+    };
     filter = &AddChild<CFilterCtrl>(0U, left, 6, room, 92, &strip.eqOn, bands);
     filter->infoString = 485;
+    for (std::size_t band = 0; band < bands.size(); ++band)
+        filter->bandLearns[band] = {target(strip.eqFreq[band]), target(strip.eqQ[band]), target(strip.eqGain[band])};
     constexpr StripValues initial = InitialStripValues();
     for (std::size_t band = 0; band < bands.size(); ++band)
         filter->defaults[band] = {initial.eqFreq[band], initial.eqQ[band], initial.eqGain[band]};

@@ -62,6 +62,7 @@ void CInstrumentStripCtrl::AddMuteAndSolo(const QRect& muteArea, const QRect& so
                                   QStringLiteral("S"));
     solo->onColour = Palette().Colour(QStringLiteral("pattern"));
     solo->infoString = 472;
+    solo->learns = ControlTarget{EControlTarget::kSolo, instrument->Id(), 0};
     solo->onChange = [this](CControl&) { context.station.Stack().ToggleSolo(Index()); };
     mute = &AddStripSwitch(muteArea, instrument->strip.mute, QStringLiteral("M"), 471);
     mute->onColour = Palette().Colour(QStringLiteral("warning"));
@@ -184,6 +185,7 @@ void CInstrumentStripCtrl::AddPresets(int left, int top, int room) {
     presets = &AddChild<CPresetSelectorCtrl>(0U, left, top, room, 24, &presetShown);
     presets->section = ESection::kPattern;
     presets->infoString = 467;
+    presets->learns = ControlTarget{EControlTarget::kPreset, instrument->Id(), 0};
     presets->presetCount = [this] { return static_cast<int>(instrument->presets.size()); };
     presets->onSelect = [this](int preset) { return context.station.Presets().RecallPreset(Index(), preset); };
     presets->onAdd = [this] { context.station.Presets().AddPreset(Index()); };

@@ -30,14 +30,20 @@ void CWinControlArpeggiator::Build() {
     });
     strip = &Add<CArpeggiatorStripCtrl>(0U, 7, 90);
     strip->infoString = 550;
-    auto& write = Add<CSwitchCtrl>(0U, 7, 124, 180, 20, nullptr, Text("WRITE TO PATTERN"));
+    latch = &Add<CSwitchCtrl>(0U, 129, 124, 66, 20, nullptr, Text("LATCH"));
+    latch->name = Text("Arpeggiator latch");
+    latch->infoString = 570;
+    latch->onGesture = [this](CControl& changed, float before) {
+        Document().Changes().ValueEdited(Part(shown, *changed.Value()), before, changed.ValueNow(), changed.name);
+    };
+    auto& write = Add<CSwitchCtrl>(0U, 7, 124, 118, 20, nullptr, Text("WRITE TO PATTERN"));
     write.momentary = true;
     write.onChange = [this](CControl&) { WriteToPattern(); };
     write.infoString = 551;
-    auto& keyboard = Add<CSwitchCtrl>(0U, 191, 124, 72, 20, &keyboardShown, Text("KEYS"));
+    auto& keyboard = Add<CSwitchCtrl>(0U, 199, 124, 64, 20, &keyboardShown, Text("KEYS"));
     keyboard.onChange = [this](CControl&) { ShowKeyboard(keyboardShown.IsOn()); };
     keyboard.infoString = 552;
-    for (CSwitchCtrl* const button : {&write, &keyboard}) {
+    for (CSwitchCtrl* const button : {&write, &keyboard, latch}) {
         button->section = ESection::kKeyboard;
         button->backgroundColour = Palette().Colour(QStringLiteral("panel"));
     }
@@ -62,6 +68,11 @@ void CWinControlArpeggiator::ShowSelection() {
                   &own.velocity, &own.interval, &own.gateTime, &own.tempo, &next->keyboardOn};
     }
     panel->BindTo(values);
+    latch->Bind(next ? &next->arpeggiator.latch : nullptr);
+    latch->enabled = next != nullptr;
+    latch->learns = next ? Document().Controllers().TargetOf(next, latch->Value()) : std::nullopt;
+    for (const auto& control : panel->Children())
+        control->learns = next ? Document().Controllers().TargetOf(next, control->Value()) : std::nullopt;
     if (shown != next) keys.clear();
     shown = next;
 }

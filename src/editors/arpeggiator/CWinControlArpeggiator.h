@@ -10,6 +10,7 @@ namespace quib {
 
 class CArpeggiatorCtrl;
 class CArpeggiatorStripCtrl;
+class CSwitchCtrl;
 
 class CWinControlArpeggiator : public CToolWindow {
     Q_OBJECT
@@ -35,6 +36,7 @@ private:
     std::vector<std::uint8_t> keys;      // held last
     CArpeggiatorCtrl* panel = nullptr;
     CArpeggiatorStripCtrl* strip = nullptr;
+    CSwitchCtrl* latch = nullptr;
     CValue keyboardShown;
 };
 

@@ -27,6 +27,7 @@ constexpr int kScroll = 12;
 constexpr int kZoom = 55;
 constexpr int kBars = CEventBar::kTools + CEventBar::kHead;
 constexpr int kFrame = 16;           // milliseconds
+constexpr int kUsualStep = 24;       // pixels
 constexpr double kLeastExtent = 16;  // steps
 constexpr double kBeyondSong = 64;   // steps after the last point that can be scrolled to
 constexpr const char* kZoomSetting = "ParamEventZoomTime";
@@ -227,6 +228,7 @@ double CWinControlParamEvent::LastStep() const {
 void CWinControlParamEvent::ShowLane() {
     const double last = LastStep();
     curve->View().time.SetExtent(std::max(last, kLeastExtent));
+    if (!song && std::exchange(fitted, last) != last) FitPattern(last);
     curve->patternEnd = song ? 0 : static_cast<int>(last);
     curve->notes =
         !song && shown
@@ -235,6 +237,14 @@ void CWinControlParamEvent::ShowLane() {
     source.Show(*curve, static_cast<float>(song ? kMaximumSongStep : last));
     UpdateScrollBars();
     bar->ShowState();
+}
+
+// A long pattern is seen whole; a short one is not drawn wider than usual.
+void CWinControlParamEvent::FitPattern(double steps) {
+    CTimeGrid& time = curve->View().time;
+    if (steps < 1 || time.Width() <= 0) return;
+    time.SetStepWidth(std::min(kUsualStep, static_cast<int>(time.Width() / steps)), 0);
+    time.ScrollTo(0);
 }
 
 void CWinControlParamEvent::ShowPoints() {

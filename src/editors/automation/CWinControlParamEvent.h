@@ -74,6 +74,7 @@ private:
     void ShowTouched();
     bool TakeTouched();
     void ShowLane();
+    void FitPattern(double steps);
     void ShowPoints();
     void UpdateScrollBars();
     int Slot() const noexcept { return song ? CEventLanes::kSongSlot : pattern; }
@@ -85,6 +86,7 @@ private:
     std::shared_ptr<CInstrument> shown;
     int pattern = 0;
     bool song = false;
+    double fitted = 0;  // steps of the pattern that the zoom was chosen for
     ELaneTool tool = ELaneTool::kPoints;
     std::optional<LaneKey> touched;
     std::optional<CAutomationRecording::TouchedLane> seenTouch;

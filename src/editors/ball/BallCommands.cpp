@@ -2,7 +2,6 @@
 // What the ball pad's window changes: balls, what they move, and the lanes that keep a movement.
 #include <algorithm>
 
-#include "editors/ball/BallLanes.h"
 #include "editors/ball/CBallPadCtrl.h"
 #include "editors/ball/CWinControlBall.h"
 #include "model/edits/LaneShapes.h"
@@ -39,6 +38,14 @@ void CWinControlBall::DeleteBall() {
     if (Ball() == nullptr) return;
     std::vector<PadPlace> places = pad->Balls();
     places.erase(places.begin() + selected);
+    const CChanges::CMacro step(Document().Changes(), Text("Delete ball"));
+    Document().Controllers().Retarget(
+        [id = shown->Id(), gone = selected](ControlTarget& target) {
+            const bool isBall = target.kind == EControlTarget::kBallX || target.kind == EControlTarget::kBallY;
+            if (!isBall || target.instrument != id || target.index < gone) return true;
+            return target.index-- != gone;
+        },
+        Text("Delete ball"));
     Publish(WithoutBall(Balls(), selected), TextKey("Delete ball"));
     // The engine counts balls by their number.
     for (std::size_t ball = 0; ball < places.size(); ++ball) Place(static_cast<int>(ball), places[ball]);
@@ -52,6 +59,7 @@ void CWinControlBall::Select(int ball) {
 
 void CWinControlBall::Place(int ball, const PadPlace& place) {
     if (!shown) return;
+    for (const int axis : {0, 1}) Document().AutomationRecording().BallMoved(shown, ball, axis);
     Document().Audio().Post({EngineCommand::EKind::kMoveBall, shown->Id(), ball, place[0], place[1]});
 }
 

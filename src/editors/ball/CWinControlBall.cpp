@@ -11,7 +11,6 @@
 #include "controls/CSwitchCtrl.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
-#include "editors/ball/BallLanes.h"
 #include "editors/ball/CBallAssignmentsCtrl.h"
 #include "editors/ball/CBallListCtrl.h"
 #include "editors/base/CFieldCtrl.h"
@@ -243,6 +242,9 @@ void CWinControlBall::ShowBalls() {
     }
     channel->SetText(ChannelText(ball != nullptr ? ball->channelSelector : 0));
     for (const int axis : {0, 1}) {
+        const ControlTarget target{axis == 0 ? EControlTarget::kBallX : EControlTarget::kBallY, shown ? shown->Id() : 0,
+                                   selected};
+        controllers[static_cast<std::size_t>(axis)]->learns = ball != nullptr ? std::optional(target) : std::nullopt;
         const int number = ball == nullptr ? 0 : axis == 0 ? ball->controllerX : ball->controllerY;
         controllers[static_cast<std::size_t>(axis)]->SetText(
             QStringLiteral("%1 CC %2").arg(axis == 0 ? "X" : "Y").arg(number));

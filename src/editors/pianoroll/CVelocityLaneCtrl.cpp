@@ -100,7 +100,9 @@ void CVelocityLaneCtrl::PaintBars(const RollDrawing& drawing) const {
     for (auto first = bars.begin(); first != bars.end();) {
         const auto last =
             std::find_if(first, bars.end(), [&](const Bar& bar) { return bar.position != first->position; });
-        std::stable_sort(first, last, [](const Bar& a, const Bar& b) { return a.velocity > b.velocity; });
+        std::sort(first, last, [](const Bar& a, const Bar& b) {
+            return a.velocity != b.velocity ? a.velocity > b.velocity : a.note < b.note;
+        });
         for (auto bar = first; bar != last; ++bar) {
             const bool isLast = bar + 1 == last;
             const double foot = isLast ? Foot() : std::floor(gestures.YOf((bar + 1)->velocity));
@@ -155,7 +157,7 @@ void CVelocityLaneCtrl::NotesChanged(const NoteState& before) {
     for (std::size_t index = 0; index < count && before.pattern != now.pattern; ++index) {
         const bool inBoth = index < before.Notes().size() && index < now.Notes().size();
         if (inBoth && before.Notes()[index] == now.Notes()[index]) continue;
-        if (part.left() <= 0 && part.right() >= Width()) break;
+        if (part.left() <= roll.view.GridLeft() && part.right() >= Width()) break;
         if (index < before.Notes().size()) part |= BarPart(before.Notes()[index]);
         if (index < now.Notes().size()) part |= BarPart(now.Notes()[index]);
     }

@@ -115,7 +115,7 @@ void CWinControlPianoRoll::FillShapes(QMenu& menu) {
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
     // Undone and done again it is another seed's.
     QAction* const humanise = menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed),
-                                             [&rollKeys] { rollKeys.Humanise(); });
+                                             [&keys] { keys.Humanise(); });
     humanise->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
     add(TextKey("Duplicate"), "Ctrl+D", &CPianoRollKeys::Duplicate);
     add(TextKey("Join"), "Ctrl+J", &CPianoRollKeys::Join);

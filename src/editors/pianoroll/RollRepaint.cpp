@@ -15,6 +15,7 @@ constexpr int kWidestRepaint = 64;  // pixels of width that hover and playhead r
 constexpr int kPlayheadHalf = 7;    // pixels of its flag to each side
 constexpr int kPlayheadLineHalf = 2;
 constexpr int kBandRows = 2;  // drawn together
+constexpr int kAlmost = 48;   // pixels
 constexpr int kHeader = PianoRollView::kHeaderHeight;
 }  // namespace
 
@@ -57,6 +58,13 @@ void CPianoRollCtrlEx::PaintRows(const RollDrawing& drawing) {
     notes.Collect(drawing, edit.Index());
     const QRect part = drawing.part.intersected(QRect(view.GridLeft(), kHeader, Width(), view.GridHeight()));
     const QRect whole = OnCanvas(part);
+    if (options.ghosts.empty() && !view.IsDrums()) {
+        RollDrawing rows = drawing;
+        rows.part = part;
+        Canvas().SetClip(whole);
+        notes.DrawRows(rows, ground, edit.State().selection, hover.note);
+        return PaintHover(rows);
+    }
     // Ghosts are looked for anew in each band; what is narrow fits into the cache.
     const bool isOneBand = !options.ghosts.empty() || part.width() <= kWidestRepaint;
     const int bandHeight = isOneBand ? part.height() + view.RowHeight() : kBandRows * view.RowHeight();
@@ -168,10 +176,13 @@ QRect CPianoRollCtrlEx::ChangedPart(const NoteState& before) const {
     const std::vector<Note>& now = edit.State().Notes();
     const std::vector<Note>& old = before.Notes();
     QRect part;
+    bool isWhole = false;
     const QRect whole(view.GridLeft(), kHeader, Width() - view.GridLeft(), view.GridHeight());
     const auto add = [&](const Note& note) {
-        if (part == whole) return;
+        if (isWhole) return;
         if (const auto box = view.BoxOf(note)) part |= GridPart(box->left, box->top, box->right, box->bottom);
+        // A line of pixels at an edge is not worth going through thousands of notes.
+        isWhole = part.width() > whole.width() - kAlmost && part.height() > whole.height() - kAlmost;
     };
     const bool sameList = now.size() == old.size();
     const std::size_t common = std::min(now.size(), old.size());
@@ -192,7 +203,7 @@ QRect CPianoRollCtrlEx::ChangedPart(const NoteState& before) const {
         if (index < old.size()) add(old[index]);
         if (index < now.size()) add(now[index]);
     }
-    return part;
+    return isWhole ? whole : part;
 }
 
 void CPianoRollCtrlEx::NotesChanged(const NoteState& before) {

@@ -143,7 +143,8 @@ void CPlaylistGestures::DragItem(int x) {
 void CPlaylistGestures::SetElsewhere(bool on) {
     if (elsewhere == on) return;
     elsewhere = on;
-    if (mode == EMode::kItem && moved) Move(mouseX);
+    moved = moved || on;
+    if (mode == EMode::kItem) Move(mouseX);
 }
 
 void CPlaylistGestures::DragEnd(int x) {

@@ -47,7 +47,7 @@ public:
     bool IsBusy() const noexcept { return mode != EMode::kNone; }
     bool ScrollsAtEdges() const noexcept { return mode != EMode::kNone && mode != EMode::kPan; }
     // Items are dragged, by so many steps, themselves or copies of them.
-    bool IsMovingItems() const noexcept { return mode == EMode::kItem && moved && !resizeByKey; }
+    bool IsMovingItems() const noexcept { return mode == EMode::kItem && !resizeByKey; }
     bool IsCopying() const noexcept { return copyByKey; }
     int DragSteps() const noexcept { return dragSteps; }
     // While they are dragged over another lane, they stand here where they stood.

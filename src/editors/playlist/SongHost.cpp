@@ -70,7 +70,8 @@ void CSongPane::CurrentPatternChanged(CPlayListCtrlEx& lane) {
 
 void CSongPane::DraggedTo(CPlayListCtrlEx& lane, int py) {
     CPlayListCtrlEx* over = &lane;
-    if (py < lane.Y() || py >= lane.Y() + lane.Height()) {
+    constexpr int kShake = 4;  // pixels beyond its lane that an item may be taken and stay
+    if (py < lane.Y() - kShake || py >= lane.Y() + lane.Height() + kShake) {
         const auto under = std::find_if(lanes.begin(), lanes.end(), [py](const CPlayListCtrlEx* one) {
             return py >= one->Y() && py < one->Y() + one->Height();
         });

@@ -36,11 +36,11 @@ void CWinControlTutorial::Build() {
     int number = 0;
     for (const TutorialLesson& each : TutorialLessons()) {
         const QString title = QStringLiteral("%1  %2").arg(number + 1).arg(Text(each.title));
-        auto& row = Add<CSwitchCtrl>(0U, kMargin, kRowTop + number * kRowPitch, kRail, 30, nullptr, title);
-        row.momentary = true;
-        row.infoString = 620;
-        row.backgroundColour = Palette().Colour(QStringLiteral("panel"));
-        row.onChange = [this, number](CControl&) { Begin(number); };
+        auto& choice = Add<CSwitchCtrl>(0U, kMargin, kRowTop + number * kRowPitch, kRail, 30, nullptr, title);
+        choice.momentary = true;
+        choice.infoString = 620;
+        choice.backgroundColour = Palette().Colour(QStringLiteral("panel"));
+        choice.onChange = [this, number](CControl&) { Begin(number); };
         ++number;
     }
     auto& skip = Add<CSwitchCtrl>(0U, kTextLeft, kBottom, 160, 28, nullptr, Text("Skip this step"));

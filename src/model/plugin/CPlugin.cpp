@@ -30,8 +30,7 @@ std::shared_ptr<CPlugin> CPlugin::Load(const std::filesystem::path& path, ESlotK
                                        PluginEnvironment& environment, std::string& error) {
     auto plugin = LoadLibrary(path, environment, error);
     if (!plugin || !plugin->CheckCategory(kind, error)) return nullptr;
-    plugin->Finish();
-    return plugin;
+    return plugin->Finish(error) ? plugin : nullptr;
 }
 
 std::shared_ptr<CPlugin> CPlugin::LoadAny(const std::filesystem::path& path, PluginEnvironment& environment,
@@ -39,8 +38,7 @@ std::shared_ptr<CPlugin> CPlugin::LoadAny(const std::filesystem::path& path, Plu
     auto plugin = LoadLibrary(path, environment, error);
     if (!plugin) return nullptr;
     plugin->identity.isInstrument = plugin->IsInstrument();
-    plugin->Finish();
-    return plugin;
+    return plugin->Finish(error) ? plugin : nullptr;
 }
 
 std::shared_ptr<CPlugin> CPlugin::LoadLibrary(const std::filesystem::path& path, PluginEnvironment& environment,
@@ -50,11 +48,14 @@ std::shared_ptr<CPlugin> CPlugin::LoadLibrary(const std::filesystem::path& path,
         std::error_code ignored;
         std::filesystem::current_path(environment.applicationFolder, ignored);
     }
+    const int marked = MarkedLibrary(path);
+    const CPluginCallScope inside(nullptr, marked, EPluginCall::kLoad);
     error = "no plug-in format has files of this name";
     for (const PluginFormat& format : PluginFormats()) {
         if (!HasExtension(path.filename().string(), format.extension)) continue;
         const auto plugin = format.load(path, environment, error);
         if (!plugin) continue;
+        plugin->marked = marked;
         plugin->identity.format = format.name;
         plugin->identity.fileName = path.filename().string();
         return plugin;
@@ -71,10 +72,13 @@ bool CPlugin::CheckCategory(ESlotKind kind, std::string& error) {
     return false;
 }
 
-void CPlugin::Finish() {
+// One that throws already here is not let in.
+bool CPlugin::Finish(std::string& error) {
+    const CPluginCallScope inside(this, marked, EPluginCall::kLoad);
     RememberFormat();
     Open(identity);
     identity.displayName = identity.effectName;
+    NameMarkedLibrary(marked, identity.displayName);
     RecogniseBuiltIn();
     const Ports ports = AskPorts();
     canReplace = ports.canReplace;
@@ -87,7 +91,13 @@ void CPlugin::Finish() {
     pieceOutputs.resize(static_cast<std::size_t>(outputs.Channels()));
     Start(identity);
     parameters = DescribeParameters();
+    heldParameters = std::make_unique<CSharedSetting<bool>[]>(parameters.size());
     lastAutomation.assign(parameters.size(), std::numeric_limits<float>::quiet_NaN());
+    if (const EPluginCall call = TakeThrown(); call != EPluginCall::kNone) {
+        error = std::string("the plug-in threw an exception while ") + Describe(call);
+        return false;
+    }
+    return true;
 }
 
 void CPlugin::RecogniseBuiltIn() {
@@ -144,6 +154,41 @@ bool CPlugin::TakeFaultReport() noexcept {
     return faulty.load(std::memory_order_relaxed) && !faultTold.exchange(true, std::memory_order_relaxed);
 }
 
+EPluginCall CPlugin::TakeThrown() noexcept {
+    const EPluginCall call = thrown.load(std::memory_order_relaxed);
+    if (call == EPluginCall::kNone || thrownTold.exchange(true, std::memory_order_relaxed)) return EPluginCall::kNone;
+    return call;
+}
+
+// The first one is told; what comes after it may be its doing.
+void CPlugin::ReportThrown(EPluginCall call) noexcept {
+    auto none = EPluginCall::kNone;
+    thrown.compare_exchange_strong(none, call, std::memory_order_relaxed);
+}
+
+EBankResult CPlugin::LoadBank(std::span<const std::byte> image) {
+    const EBankResult result = TakeBank(image);
+    if (result != EBankResult::kDone) return result;
+    KeepState({std::make_shared<const StateImage>(image.begin(), image.end()), CurrentProgram()});
+    return result;
+}
+
+StateImage CPlugin::SaveBank() {
+    StateImage image = MakeBank();
+    KeepState({std::make_shared<const StateImage>(image), CurrentProgram()});
+    return image;
+}
+
+CPlugin::StoredState CPlugin::LastState() const {
+    const std::lock_guard lock(storedMutex);
+    return stored;
+}
+
+void CPlugin::KeepState(StoredState state) {
+    const std::lock_guard lock(storedMutex);
+    std::swap(stored, state);
+}
+
 CPlugin::CExclusive::CExclusive(CPlugin& owner) noexcept : plugin(owner) {
     while (plugin.busy.exchange(true, std::memory_order_acquire)) std::this_thread::yield();
 }
@@ -153,8 +198,10 @@ CPlugin::CExclusive::~CExclusive() { plugin.busy.store(false, std::memory_order_
 // A render thread's call into the plug-in, unless the editing thread keeps it out.
 class CPlugin::CRenderCall {
 public:
-    explicit CRenderCall(CPlugin& owner) noexcept
-        : plugin(owner), entered(!owner.busy.exchange(true, std::memory_order_acquire)), inside(&owner) {}
+    CRenderCall(CPlugin& owner, EPluginCall call) noexcept
+        : plugin(owner),
+          entered(!owner.busy.exchange(true, std::memory_order_acquire)),
+          inside(&owner, owner.marked, call) {}
     ~CRenderCall() {
         if (entered) plugin.busy.store(false, std::memory_order_release);
     }
@@ -171,7 +218,7 @@ private:
 
 bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
     if (events.empty()) return true;
-    const CRenderCall call(*this);
+    const CRenderCall call(*this, EPluginCall::kEvents);
     if (!call.Entered()) return false;
     const auto taken = events.first(std::min(events.size(), kMaximumBlockEvents));
     TakeEvents(taken);
@@ -185,26 +232,37 @@ float CPlugin::Parameter(int index) noexcept {
 
 void CPlugin::SetParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(parameters.size()) || std::isnan(value)) return;
-    const CPluginCallScope inside(this);
+    const CPluginCallScope inside(this, marked, EPluginCall::kParameter);
     WriteParameter(index, std::clamp(value, 0.0F, 1.0F));
 }
 
 void CPlugin::SendInternalCode(std::int32_t code, float value) noexcept {
     if (!identity.effectName.starts_with("QUIB ")) return;
-    const CPluginCallScope inside(this);
+    const CPluginCallScope inside(this, marked, EPluginCall::kParameter);
     WriteParameter(code, value);
 }
 
 bool CPlugin::PlayParameter(int index, float value) noexcept {
-    const CRenderCall call(*this);
+    const CRenderCall call(*this, EPluginCall::kParameter);
     if (call.Entered()) SetParameter(index, value);
     return call.Entered();
+}
+
+std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
+    if (index < 0 || index >= static_cast<int>(parameters.size())) return std::nullopt;
+    const CRenderCall call(*this, EPluginCall::kParameter);
+    return call.Entered() ? std::optional(ReadParameter(index)) : std::nullopt;
+}
+
+void CPlugin::Hold(int index, bool on) noexcept {
+    if (index >= 0 && index < static_cast<int>(parameters.size()))
+        heldParameters[static_cast<std::size_t>(index)].Set(on);
 }
 
 void CPlugin::AutomateParameter(int index, float value) noexcept {
     if (!WouldAutomate(index, value)) return;
     float& last = lastAutomation[static_cast<std::size_t>(index)];
-    if (index == heldParameter.Get()) {
+    if (IsHeld(index)) {
         last = std::numeric_limits<float>::quiet_NaN();  // comes back when it is let go
     } else if (PlayParameter(index, value)) {
         last = value;
@@ -232,7 +290,7 @@ void CPlugin::Process(const float* left, const float* right, int frames, int fir
 }
 
 void CPlugin::CallRender(const float* const* from, int frames, int first) noexcept {
-    const CRenderCall call(*this);
+    const CRenderCall call(*this, EPluginCall::kRender);
     if (!call.Entered()) return outputs.Clear(frames, first);
     float* const* to = outputs.Pointers();
     if (first > 0) {
@@ -292,10 +350,10 @@ void CPlugin::ReportParameter(int index, float value) {
     if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
 }
 
-void CPlugin::ReportTouch(int index) {
+void CPlugin::ReportTouch(int index, bool touched) {
     if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
     if (index < 0 || index >= static_cast<int>(parameters.size())) return;
-    if (environment.parameterTouched) environment.parameterTouched(*this, index);
+    if (environment.parameterTouched) environment.parameterTouched(*this, index, touched);
 }
 
 void CPlugin::RunApplicationIdle() {

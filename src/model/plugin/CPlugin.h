@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -25,6 +26,7 @@
 #include "model/plugin/BankResult.h"
 #include "model/plugin/CKeysDown.h"
 #include "model/plugin/CPluginBuffers.h"
+#include "model/plugin/EPluginCall.h"
 #include "model/plugin/PlayTime.h"
 #include "model/plugin/PluginEnvironment.h"
 #include "model/plugin/PluginIdentity.h"
@@ -75,10 +77,18 @@ public:
     // before the plug-in sees a byte; nothing changes unless the result is Done. Programs are walked where that
     // is the only way; the current one is as before afterwards, edits included. An open editor wants IdleEditor
     // after a change.
-    virtual EBankResult LoadBank(std::span<const std::byte> image) = 0;
+    EBankResult LoadBank(std::span<const std::byte> image);
     virtual EBankResult LoadProgram(std::span<const std::byte> image) = 0;
-    virtual StateImage SaveBank() = 0;
+    StateImage SaveBank();
     virtual StateImage SaveProgram() = 0;
+
+    // The whole state as it was last loaded, saved or kept; any thread, and the plug-in is not called.
+    struct StoredState {
+        std::shared_ptr<const StateImage> image;  // null: none yet
+        int program = 0;
+    };
+    StoredState LastState() const;
+    void KeepState(StoredState state);
 
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {
@@ -123,9 +133,19 @@ public:
     void SendInternalCode(std::int32_t code, float value) noexcept;
     // True once after the plug-in's output had to be muted; for a message to the user.
     bool TakeFaultReport() noexcept;
+    // The call from which it has thrown an exception, once; `kNone` when there is nothing to tell.
+    EPluginCall TakeThrown() noexcept;
+    // Its library in the marks of what threads are inside of.
+    int MarkedAs() const noexcept { return marked; }
 
-    CPublished<CEventLanes> lanes;    // automation of the plug-in's parameters
-    CIntegerValue heldParameter{-1};  // the hand is on it: its lane plays nothing; -1: on none
+    CPublished<CEventLanes> lanes;  // automation of the plug-in's parameters
+
+    // The hand is on a parameter: its lane plays nothing. Any thread.
+    void Hold(int index, bool on) noexcept;
+    bool IsHeld(int index) const noexcept {
+        return index >= 0 && index < static_cast<int>(parameters.size()) &&
+               heldParameters[static_cast<std::size_t>(index)].IsOn();
+    }
 
     // Keeps the render thread out while the editing thread changes the plug-in's whole state. The
     // render thread is silent for the blocks that fall into it and neither plays notes nor sets
@@ -168,11 +188,13 @@ public:
     // Sets a parameter (0..1) if the plug-in has it. False, and nothing is set, while the editing thread
     // changes the plug-in's whole state.
     bool PlayParameter(int index, float value) noexcept;
-    // The same from automation: only when the lane's value is not the one it gave last.
+    // What a parameter is now; nothing for one that the plug-in does not have, and while its state changes.
+    std::optional<float> PlayedParameter(int index) noexcept;
+    // As PlayParameter, from automation: only when the lane's value is not the one it gave last.
     void AutomateParameter(int index, float value) noexcept;
     bool WouldAutomate(int index, float value) const noexcept {
         return index >= 0 && index < static_cast<int>(lastAutomation.size()) &&
-               (lastAutomation[static_cast<std::size_t>(index)] != value || index == heldParameter.Get());
+               (lastAutomation[static_cast<std::size_t>(index)] != value || IsHeld(index));
     }
     void ForgetAutomation() noexcept;
 
@@ -207,7 +229,7 @@ protected:
     // --- For formats: what the plug-in reports and asks, on whatever thread it does ---------------
 
     void ReportParameter(int index, float value);
-    void ReportTouch(int index);
+    void ReportTouch(int index, bool held);
     void ReportIdleWanted() noexcept { needsIdle.store(true, std::memory_order_relaxed); }
     void RunApplicationIdle();
     // Gives whether the window gets that size (pixels).
@@ -218,6 +240,8 @@ protected:
     void SetLatency(int samples) noexcept {
         if (samples != latency.load(std::memory_order_relaxed)) latency.store(samples, std::memory_order_relaxed);
     }
+    // An exception has left this call.
+    void ReportThrown(EPluginCall call) noexcept;
 
 private:
     class CRenderCall;
@@ -233,6 +257,8 @@ private:
     virtual std::vector<PluginParameter> DescribeParameters() = 0;
     // Off, with the environment's rate and block size, on. The render thread is kept out.
     virtual void Restart() = 0;
+    virtual EBankResult TakeBank(std::span<const std::byte> image) = 0;
+    virtual StateImage MakeBank() = 0;
     virtual void ChangeProgram(int program) = 0;  // likewise
     // An exported symbol of the plug-in's library, or null.
     virtual void* Export(const char* name) const noexcept = 0;
@@ -246,7 +272,7 @@ private:
     static std::shared_ptr<CPlugin> LoadLibrary(const std::filesystem::path& path, PluginEnvironment& environment,
                                                 std::string& error);
     bool CheckCategory(ESlotKind kind, std::string& error);
-    void Finish();
+    bool Finish(std::string& error);
     void RecogniseBuiltIn();
     void CallRender(const float* const* from, int frames, int first) noexcept;
     void ApplyFade(int frames, int first) noexcept;
@@ -255,6 +281,7 @@ private:
 
     PluginEnvironment& environment;
     PluginIdentity identity;
+    int marked = 0;
     LoopEntryPoints loops;
     std::vector<PluginParameter> parameters;
     double preparedRate = 0;
@@ -269,8 +296,9 @@ private:
     std::vector<const float*> foreignInputs;  // input pointers when the signal belongs to somebody else
     std::vector<const float*> pieceInputs;    // and pointers into the middle of a block
     std::vector<float*> pieceOutputs;
-    std::vector<float> lastAutomation;  // render thread; NaN: none
-    CKeysDown keysDown;                 // render thread
+    std::vector<float> lastAutomation;                       // render thread; NaN: none
+    std::unique_ptr<CSharedSetting<bool>[]> heldParameters;  // one a parameter
+    CKeysDown keysDown;                                      // render thread
 
     PlayTime blockTime;    // render thread
     PlayTime editingTime;  // editing thread
@@ -282,6 +310,10 @@ private:
     std::atomic<bool> needsIdle{false};
     std::atomic<bool> faulty{false};
     std::atomic<bool> faultTold{false};
+    std::atomic<EPluginCall> thrown{EPluginCall::kNone};
+    std::atomic<bool> thrownTold{false};
+    mutable std::mutex storedMutex;
+    StoredState stored;
     std::atomic<int> latency{0};
 };
 

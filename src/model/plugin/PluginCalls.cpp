@@ -17,8 +17,14 @@ CRenderThreadScope::~CRenderThreadScope() { renderThread = before; }
 
 bool IsRenderThread() noexcept { return renderThread; }
 
-CPluginCallScope::CPluginCallScope(const CPlugin* plugin) noexcept : before(insidePlugin) { insidePlugin = plugin; }
-CPluginCallScope::~CPluginCallScope() { insidePlugin = before; }
+CPluginCallScope::CPluginCallScope(const CPlugin* plugin, int library, EPluginCall call) noexcept
+    : before(insidePlugin), markBefore(EnterCall(library, call, renderThread)) {
+    insidePlugin = plugin;
+}
+CPluginCallScope::~CPluginCallScope() {
+    insidePlugin = before;
+    LeaveCall(markBefore);
+}
 bool CPluginCallScope::IsInside(const CPlugin* plugin) noexcept { return insidePlugin == plugin; }
 
 }  // namespace quib

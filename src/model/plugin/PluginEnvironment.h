@@ -29,9 +29,9 @@ struct PluginEnvironment {
     std::function<void(const std::string& text, const std::string& caption)> showMessage;
     // A plug-in asks for the application's idle work.
     std::function<void()> idle;
-    // The user moved a parameter in the plug-in's own window (value 0..1) or took hold of it.
+    // The user moved a parameter in the plug-in's own window (value 0..1), or took hold of it or let it go.
     std::function<void(CPlugin& plugin, int parameter, float value)> parameterChanged;
-    std::function<void(CPlugin& plugin, int parameter)> parameterTouched;
+    std::function<void(CPlugin& plugin, int parameter, bool held)> parameterTouched;
     // A plug-in wants its own window in this size (pixels); gives whether it gets it.
     std::function<bool(CPlugin& plugin, int width, int height)> sizeWindow;
     // Where the song is, for a plug-in that asks outside rendering.

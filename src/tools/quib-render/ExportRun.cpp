@@ -5,11 +5,9 @@
 #include <algorithm>
 
 #include "export/CExport.h"
-#include "model/plugin/CPluginFinder.h"
 #include "platform/CFileBytes.h"
 #include "platform/CStandardOutput.h"
 #include "platform/EndSignals.h"
-#include "platform/Paths.h"
 #include "tools/common/CJsonObject.h"
 #include "tools/quib-render/LoadByName.h"
 #include "tools/quib-render/Options.h"
@@ -90,9 +88,9 @@ int RunExport(const RenderOptions& options, const CStandardOutput& output) {
         Say(error);
         return kCouldNot;
     }
-    CPluginFinder finder(ShippedLibraries(), options.pluginFolders, SystemPluginFolders());
+    CProjectPlugins plugins(options.pluginFolders);
     const auto load = [&](const PluginReference& wanted, ESlotKind kind, PluginEnvironment& environment,
-                          std::string& reason) { return LoadByName(finder, wanted, kind, environment, reason); };
+                          std::string& reason) { return plugins.Load(wanted, kind, environment, reason); };
     CProgressBar bar;
     const auto progress = [&bar](double share, int) {
         bar.Show(share);

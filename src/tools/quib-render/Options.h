@@ -16,10 +16,10 @@ namespace quib {
 
 struct RenderOptions {
     std::filesystem::path project;
-    std::filesystem::path output;                 // sound file; empty when only saving again
-    std::optional<std::filesystem::path> resave;  // project file to write instead of rendering
+    std::filesystem::path output;                   // sound file; empty when only saving again
+    std::optional<std::filesystem::path> resave;    // project file to write instead of rendering
     std::optional<std::filesystem::path> midiFile;  // to write instead of rendering
-    std::optional<std::filesystem::path> stems;   // folder for a file of each instrument
+    std::optional<std::filesystem::path> stems;     // folder for a file of each instrument
     std::optional<int> steps;
     std::optional<double> seconds;
     RenderFormat format;

@@ -5,12 +5,12 @@
 #include <filesystem>
 
 #include "devices/OutputDeviceList.h"
-#include "model/plugin/CPluginFinder.h"
+#include "model/plugin/CPluginWatch.h"
 #include "platform/CAtomicFile.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
 #include "platform/EndSignals.h"
-#include "platform/Paths.h"
+#include "platform/FatalEnd.h"
 #include "project/ProjectEngine.h"
 #include "project/ProjectFile.h"
 #include "project/midi/MidiExport.h"
@@ -34,7 +34,11 @@ std::vector<std::string> MissingPlugins(const ProjectState& state) {
 
 void ReportFaults(const ProjectState& state) {
     ForEachSlot(state, [](const PluginSlot& slot) {
-        if (!slot.plugin || !slot.plugin->TakeFaultReport()) return;
+        if (!slot.plugin) return;
+        if (const EPluginCall call = slot.plugin->TakeThrown(); call != EPluginCall::kNone) {
+            Say(slot.plugin->Identity().displayName + ": threw an exception while " + Describe(call));
+        }
+        if (!slot.plugin->TakeFaultReport()) return;
         Say(slot.plugin->Identity().displayName + ": gave samples that are no sound; it was muted where it did");
     });
 }
@@ -58,9 +62,9 @@ std::string Describe(const RenderOptions& options, const RenderResult& result, c
 
 // Reads the project. False, with a message, when there is nothing to render.
 bool Load(const RenderOptions& options, CAudio& audio, ProjectState& state) {
-    CPluginFinder finder(ShippedLibraries(), options.pluginFolders, SystemPluginFolders());
+    CProjectPlugins plugins(options.pluginFolders);
     const PluginLoader load = [&](const PluginReference& wanted, ESlotKind kind, std::string& error) {
-        return LoadByName(finder, wanted, kind, audio.environment, error);
+        return plugins.Load(wanted, kind, audio.environment, error);
     };
     std::string error;
     if (!ReadProjectFile(options.project, load, state, error)) {
@@ -181,6 +185,21 @@ int ListDevices(const CStandardOutput& output) {
     return kDone;
 }
 
+// Nothing is saved here, so a plug-in that does not return ends the program.
+void EndWithHung(const std::vector<CPluginWatch::Hang>& hung) {
+    if (hung.empty()) return;
+    const MarkedCall call = CallOf(hung.front().mark);
+    Say(fmt::format("\"{}\" has not returned for {} s while {}", call.name, hung.front().time.count() / 1000,
+                    Describe(call.call)));
+    EndAtOnce(CodeAtEnd());
+}
+
+// What plug-ins do when they are closed spoils no result.
+int Finished(int code) {
+    TellWhatEnds(code);
+    return code;
+}
+
 int Run(const RenderOptions& options) {
     const CStandardOutput output;
     if (options.list) return ListDevices(output);
@@ -207,7 +226,7 @@ int Run(const RenderOptions& options) {
         if (!whole) return kCouldNot;
         if (options.json && !output.WriteLine(Describe(options, result, state, missing))) return kCouldNot;
     }
-    return missing.empty() ? kDone : kPluginMissing;
+    return Finished(missing.empty() ? kDone : kPluginMissing);
 }
 
 }  // namespace
@@ -217,6 +236,8 @@ int main(int argc, char** argv) {
     quib::CatchEndSignals();
     quib::RenderOptions options;
     if (const auto exitCode = quib::ParseOptions(argc, argv, options)) return *exitCode;
+    quib::TellWhatEnds(quib::kCouldNot);
+    const quib::CPluginWatch watch(quib::EndWithHung);
     try {
         return quib::Run(options);
     } catch (const std::exception& failure) {

@@ -10,7 +10,12 @@ namespace quib {
 
 namespace {
 constexpr int kLeastRowWithGap = 5;  // pixels
+
+bool IsOutside(const RollDrawing& drawing, int key) {
+    return key < drawing.options.lowerLimit || key >= drawing.options.upperLimit;
 }
+
+}  // namespace
 
 std::span<const QRgb> CGridPainter::LaneLine(const RollDrawing& drawing) {
     Prepare(drawing);
@@ -71,27 +76,41 @@ CGridPainter::EGround CGridPainter::GroundOf(const RollDrawing& drawing, int key
     return IsInScale(scale, key) ? kInScale : kOff;
 }
 
-void CGridPainter::Draw(const RollDrawing& drawing, const KeySet& used) {
+int CGridPainter::GapOf(const PianoRollView& view) noexcept { return view.RowHeight() < kLeastRowWithGap ? 0 : 1; }
+
+std::span<const QRgb> CGridPainter::RowLine(const RollDrawing& drawing, int row, const KeySet& used) {
     Prepare(drawing);
+    const int key = drawing.view.Rows().KeyOf(row);
+    return LineOf(GroundOf(drawing, key, used), IsOutside(drawing, key));
+}
+
+void CGridPainter::DrawGap(const RollDrawing& drawing, int row) const {
     const PianoRollView& view = drawing.view;
-    const int top = std::max(PianoRollView::kHeaderHeight, drawing.part.top());
-    const int bottom = std::min(view.Height(), drawing.part.bottom() + 1);
-    const int gap = view.RowHeight() < kLeastRowWithGap ? 0 : 1;
-    const double left = drawing.origin.x() + view.GridLeft();
-    const int highest = std::min(view.RowAt(top), view.Rows().Count() - 1);
-    const int lowest = std::max(0, view.RowAt(bottom - 1));
+    const int gap = GapOf(view);
+    const QRectF place(drawing.origin.x() + view.GridLeft(), drawing.origin.y() + view.YOfRow(row - 1) - gap,
+                       look.width, gap);
+    drawing.canvas.FillLines(place, LineOf(kGap, IsOutside(drawing, view.Rows().KeyOf(row))));
+}
+
+void CGridPainter::Draw(const RollDrawing& drawing, const KeySet& used) {
+    const PianoRollView& view = drawing.view;
+    const auto [lowest, highest] = drawing.Rows();
     for (int row = highest; row >= lowest; --row) {
-        const int key = view.Rows().KeyOf(row);
-        const bool outside = key < drawing.options.lowerLimit || key >= drawing.options.upperLimit;
-        const double y = drawing.origin.y() + view.YOfRow(row);
-        const int body = view.RowHeight() - gap;
-        drawing.canvas.FillLines({left, y, static_cast<qreal>(look.width), static_cast<qreal>(body)},
-                                 LineOf(GroundOf(drawing, key, used), outside));
-        drawing.canvas.FillLines({left, y + body, static_cast<qreal>(look.width), static_cast<qreal>(gap)},
-                                 LineOf(kGap, outside));
+        const QRectF body(drawing.origin.x() + view.GridLeft(), drawing.origin.y() + view.YOfRow(row),
+                          view.time.Width(), view.RowHeight() - GapOf(view));
+        drawing.canvas.FillLines(body, RowLine(drawing, row, used));
+        DrawGap(drawing, row);
     }
+    DrawBeyond(drawing);
+}
+
+void CGridPainter::DrawBeyond(const RollDrawing& drawing) const {
+    const PianoRollView& view = drawing.view;
     const int foot = view.YOfRow(-1);
-    if (foot < bottom) drawing.Fill(view.GridLeft(), foot, look.width, bottom - foot, drawing.colours.wellDeep);
+    const int bottom = std::min(view.Height(), drawing.part.bottom() + 1);
+    if (foot < bottom) {
+        drawing.Fill(view.GridLeft(), foot, view.time.Width(), bottom - foot, drawing.colours.wellDeep);
+    }
     DrawLimits(drawing);
 }
 
@@ -102,7 +121,7 @@ void CGridPainter::DrawLimits(const RollDrawing& drawing) const {
     for (const int limit : {drawing.options.lowerLimit, drawing.options.upperLimit}) {
         const int y = drawing.view.FootOf(limit) - 1;
         if (limit <= 0 || limit > kHighestKey || y < PianoRollView::kHeaderHeight) continue;
-        drawing.Fill(left, y, look.width + 1, 1, colour);
+        drawing.Fill(left, y, drawing.view.time.Width() + 1, 1, colour);
     }
 }
 

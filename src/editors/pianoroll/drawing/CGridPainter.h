@@ -15,6 +15,14 @@ class CGridPainter {
 public:
     // `used`: the keys that have notes, for drums.
     void Draw(const RollDrawing& drawing, const KeySet& used);
+    // A row's line of pixels over the grid's width, to be drawn with the notes upon it.
+    std::span<const QRgb> RowLine(const RollDrawing& drawing, int row, const KeySet& used);
+    // The line between a row and the next one.
+    void DrawGap(const RollDrawing& drawing, int row) const;
+    // What lies below the rows, and the key limits.
+    void DrawBeyond(const RollDrawing& drawing) const;
+    // 1 pixel where rows have room for a line between them.
+    static int GapOf(const PianoRollView& view) noexcept;
 
     // The line of pixels of a lane beside the grid: its ground with the lines of time, over the grid's width.
     std::span<const QRgb> LaneLine(const RollDrawing& drawing);

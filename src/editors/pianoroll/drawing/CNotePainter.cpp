@@ -13,6 +13,7 @@ namespace {
 constexpr int kLeastNamedRow = 10;  // pixels
 constexpr double kHead = 2;         // pixels of a note's start in full colour
 constexpr double kFrame = 2;
+constexpr double kNarrowestNamed = 14;
 constexpr double kNameMargin = 3;
 constexpr double kLeastNameMargin = 0.5;
 constexpr int kHitInset = 2;
@@ -80,6 +81,73 @@ void CNotePainter::Draw(const RollDrawing& drawing, const NoteSelection& selecti
     }
 }
 
+std::span<const CNotePainter::Shown> CNotePainter::ShownOfRow(const PianoRollView& view, int row) const {
+    const double top = view.YOfRow(row);
+    const auto [first, last] =
+        std::ranges::equal_range(shown, top, {}, [](const Shown& entry) { return entry.box.top; });
+    return {first, last};
+}
+
+void CNotePainter::DrawRows(const RollDrawing& drawing, CGridPainter& ground, const NoteSelection& selection,
+                            std::optional<std::uint32_t> hovered) {
+    const auto [lowest, highest] = drawing.Rows();
+    const double height = drawing.view.RowHeight() - CGridPainter::GapOf(drawing.view);
+    const double frame = height < kLeastFramed ? 0 : kFrame;
+    for (int row = highest; row >= lowest; --row) {
+        const std::span<const Shown> notes = ShownOfRow(drawing.view, row);
+        body.Begin(drawing, ground.RowLine(drawing, row, {}));
+        edge = body;
+        for (const Shown& entry : notes) {
+            if (entry.box.Width() > 0)
+                FillLines(drawing, entry, LookOf(drawing, entry, selection, hovered == entry.number));
+        }
+        const double top = drawing.view.YOfRow(row);
+        edge.CopyTo(drawing, top, frame);
+        body.CopyTo(drawing, top + frame, height - 2 * frame);
+        edge.CopyTo(drawing, top + height - frame, frame);
+        ground.DrawGap(drawing, row);
+        for (std::size_t index = 0; index < notes.size(); ++index) {
+            const Shown& entry = notes[index];
+            const Note& note = *entry.note;
+            // A note that lies over the beginning of this one takes the place of its name.
+            const bool isCovered =
+                index + 1 < notes.size() && notes[index + 1].box.left < entry.box.left + kNarrowestNamed;
+            if (note.velocity > 0 && (isCovered || entry.box.Width() < kNarrowestNamed)) continue;
+            const Look look = LookOf(drawing, entry, selection, hovered == entry.number);
+            if (note.velocity <= 0) {
+                DrawNote(drawing, note, look);
+            } else if (!look.selected) {
+                const auto tick = SwingPlace(drawing, note, look.box);
+                DrawName(drawing, note, look, tick.value_or(look.box.left));
+            }
+        }
+    }
+    ground.DrawBeyond(drawing);
+}
+
+// One sees through silent notes: they are drawn upon the others.
+void CNotePainter::FillLines(const RollDrawing& drawing, const Shown& entry, const Look& look) {
+    const Note& note = *entry.note;
+    const NoteBox& box = look.box;
+    if (note.velocity <= 0) return;
+    const bool isFramed = look.selected && box.bottom - box.top >= kLeastFramed;
+    const QRgb outside = look.selected ? drawing.colours.white : look.body;
+    for (CPixelLine* const line : {&body, &edge}) line->Fill(box.left, box.right, outside);
+    if (look.selected && !isFramed) return;
+    const double inset = isFramed ? kFrame : 0;
+    const NoteBox inner{box.left + inset, box.top, box.right - inset, box.bottom};
+    const auto fill = [&](double left, double right, QRgb colour) {
+        body.Fill(left, right, colour);
+        if (!isFramed) edge.Fill(left, right, colour);
+    };
+    if (isFramed) {
+        if (inner.Width() > 0) fill(inner.left, inner.right, look.body);
+    } else {
+        fill(box.left, std::min(box.left + kHead, box.right), look.edge);
+    }
+    if (const auto tick = SwingPlace(drawing, note, inner)) fill(*tick, *tick + 2, drawing.colours.ink);
+}
+
 CNotePainter::Look CNotePainter::LookOf(const RollDrawing& drawing, const Shown& entry, const NoteSelection& selection,
                                         bool isHovered) {
     const RollColours& colours = drawing.colours;
@@ -142,12 +210,17 @@ void CNotePainter::DrawNote(const RollDrawing& drawing, const Note& note, const 
 
 // Gives where the note is free of the tick.
 double CNotePainter::DrawSwing(const RollDrawing& drawing, const Note& note, const Look& look) const {
+    const std::optional<double> left = SwingPlace(drawing, note, look.box);
+    if (left) drawing.Fill(*left, look.box.top, 2, look.box.bottom - look.box.top, drawing.colours.ink);
+    return left.value_or(look.box.left);
+}
+
+std::optional<double> CNotePainter::SwingPlace(const RollDrawing& drawing, const Note& note, const NoteBox& box) {
     const double late = static_cast<double>(drawing.options.swing) * drawing.view.time.StepWidth();
-    if (StepOfPosition(note.position) % 2 == 0 || late < 1) return look.box.left;
+    if (late < 1 || StepOfPosition(note.position) % 2 == 0) return std::nullopt;
     const double start = drawing.view.XOf(static_cast<double>(note.position)) + 1;
-    const double left = std::min(start + std::round(late), look.box.right - 2);
-    if (left > look.box.left) drawing.Fill(left, look.box.top, 2, look.box.bottom - look.box.top, drawing.colours.ink);
-    return left;
+    const double left = std::min(start + std::round(late), box.right - 2);
+    return left > box.left ? std::optional(left) : std::nullopt;
 }
 
 void CNotePainter::DrawName(const RollDrawing& drawing, const Note& note, const Look& look, double from) const {

@@ -46,6 +46,12 @@ void RollDrawing::TextTo(double right, double top, double height, const QString&
     Mask(mask, right - mask.width, top, height, colour);
 }
 
+std::pair<int, int> RollDrawing::Rows() const noexcept {
+    const int top = std::max(PianoRollView::kHeaderHeight, part.top());
+    const int bottom = std::min(view.Height() - 1, part.bottom());
+    return {std::max(0, view.RowAt(bottom)), std::min(view.RowAt(top), view.Rows().Count() - 1)};
+}
+
 void DrawPlayheadLine(const RollDrawing& drawing, double x, double top, double bottom) {
     drawing.Fill(x - 1, top, 2, bottom - top, drawing.colours.transport);
 }

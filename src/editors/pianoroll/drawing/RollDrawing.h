@@ -5,6 +5,7 @@
 // of the control; outside of the part nothing is drawn. User-interface thread.
 
 #include <QRect>
+#include <utility>
 
 #include "controls/CCanvas.h"
 #include "editors/pianoroll/PianoRollOptions.h"
@@ -40,6 +41,8 @@ struct RollDrawing {
         canvas.Mask(mask.image, origin.x() + left, origin.y() + top + (height - mask.height) / 2, colour);
     }
     bool Touches(double left, double right) const noexcept { return right >= part.left() && left <= part.right() + 1; }
+    // The rows that the part touches, from the lowest to the highest one; empty where lowest > highest.
+    std::pair<int, int> Rows() const noexcept;
     double EndX() const noexcept { return view.XOf(stepCount); }
 };
 

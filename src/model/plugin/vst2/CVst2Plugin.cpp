@@ -57,9 +57,10 @@ private:
 }  // namespace
 
 CVst2Plugin::~CVst2Plugin() {
-    if (effect == nullptr) return;
-    if (opened) Dispatch(effMainsChanged, 0, 0);
-    Dispatch(effClose);
+    const CPluginCallScope inside(this, MarkedAs(), EPluginCall::kClose);
+    if (effect != nullptr && opened) Dispatch(effMainsChanged, 0, 0);
+    if (effect != nullptr) Dispatch(effClose);
+    library.Close();
 }
 
 std::shared_ptr<CPlugin> CVst2Plugin::Load(const std::filesystem::path& path, PluginEnvironment& environment,
@@ -81,7 +82,7 @@ bool CVst2Plugin::LoadEffect(const std::filesystem::path& path, std::string& err
     try {
         made = CallEntry(entry, &CVst2Plugin::HostCallback);
     } catch (...) {
-        error = "the plug-in threw an exception";
+        error = std::string("the plug-in threw an exception while ") + Describe(EPluginCall::kLoad);
         return false;
     }
     KeepXErrorsHarmless();
@@ -141,11 +142,12 @@ std::vector<PluginParameter> CVst2Plugin::DescribeParameters() {
     return found;
 }
 
-// Parameters are read and written on the render thread too, where nothing can be told.
 float CVst2Plugin::ReadParameter(int index) noexcept {
+    const CPluginCallScope inside(this, MarkedAs(), EPluginCall::kParameter);
     try {
         return effect->getParameter(effect, index);
     } catch (...) {
+        ReportThrown(EPluginCall::kParameter);
         return 0.0F;
     }
 }
@@ -154,7 +156,7 @@ void CVst2Plugin::WriteParameter(std::int32_t index, float value) noexcept {
     try {
         effect->setParameter(effect, index, value);
     } catch (...) {
-        renderThrew = true;
+        ReportThrown(EPluginCall::kParameter);
     }
 }
 
@@ -174,22 +176,16 @@ std::intptr_t CVst2Plugin::Dispatch(std::int32_t opcode, std::int32_t index, std
                                     float option) {
     const CFloatingPointScope keepMode;
     // What its window does while idling is the user's doing.
-    const CPluginCallScope inside(opcode == effEditIdle ? nullptr : this);
+    const CPluginCallScope inside(opcode == effEditIdle ? nullptr : this, MarkedAs(), CallOfOpcode(opcode));
     const CXErrorScope harmless(opcode);
     try {
         return effect->dispatcher(effect, opcode, index, value, pointer, option);
     } catch (const abi::__forced_unwind&) {
         throw;  // the end of a thread
     } catch (...) {
-        TellException(opcode);
+        ReportThrown(CallOfOpcode(opcode));
         return 0;
     }
-}
-
-void CVst2Plugin::TellException(std::int32_t opcode) {
-    if (std::exchange(exceptionTold, true)) return;
-    const std::string name = Identity().displayName.empty() ? Identity().fileName : Identity().displayName;
-    Environment().Message(name + ": threw an exception in call " + std::to_string(opcode) + ".", "QUIB");
 }
 
 std::string CVst2Plugin::Text(std::int32_t opcode, std::int32_t index) {
@@ -228,7 +224,7 @@ void CVst2Plugin::TakeEvents(std::span<const BlockEvent> events) noexcept {
     try {
         effect->dispatcher(effect, effProcessEvents, 0, 0, FillEventBlock(eventMemory.Data(), events), 0.0F);
     } catch (...) {
-        renderThrew = true;
+        ReportThrown(EPluginCall::kEvents);
     }
 }
 
@@ -236,10 +232,9 @@ void CVst2Plugin::Render(const float* const* from, float* const* to, int frames)
     try {
         effect->processReplacing(effect, from, to, frames);
     } catch (...) {
-        renderThrew = true;
+        ReportThrown(EPluginCall::kRender);
+        to[0][0] = std::numeric_limits<float>::quiet_NaN();  // no sound: the block is silent
     }
-    // Counts as an output that is no sound: the block is silent and the user is told once.
-    if (renderThrew.exchange(false, std::memory_order_relaxed)) to[0][0] = std::numeric_limits<float>::quiet_NaN();
     SetLatency(effect->initialDelay);
 }
 

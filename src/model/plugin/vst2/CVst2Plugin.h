@@ -5,7 +5,6 @@
 // Never keeps a value that the plug-in may change.
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -47,9 +46,7 @@ public:
     int CurrentProgram() override { return static_cast<int>(Dispatch(vst2::effGetProgram)); }
     std::string KeyName(int key) override;
     std::string ProgramName(int program) override { return Text(vst2::effGetProgramNameIndexed, program); }
-    EBankResult LoadBank(std::span<const std::byte> image) override;
     EBankResult LoadProgram(std::span<const std::byte> image) override;
-    StateImage SaveBank() override;
     // See the function of that name in BankUnheard.h.
     StateImage SaveBankUnheard(const StateImage& last);
     StateImage SaveProgram() override;
@@ -74,6 +71,8 @@ private:
     void Start(PluginIdentity& described) override;
     std::vector<PluginParameter> DescribeParameters() override;
     void Restart() override;
+    EBankResult TakeBank(std::span<const std::byte> image) override;
+    StateImage MakeBank() override;
     void ChangeProgram(int program) override { Dispatch(vst2::effSetProgram, 0, program); }
     void* Export(const char* name) const noexcept override { return library.Symbol(name); }
     float ReadParameter(int index) noexcept override;
@@ -82,8 +81,6 @@ private:
     void Render(const float* const* from, float* const* to, int frames) noexcept override;
 
     bool LoadEffect(const std::filesystem::path& path, std::string& error);
-    // Once for each plug-in; `opcode` is the call.
-    void TellException(std::int32_t opcode);
     void SendFormat();
     std::intptr_t AnswerTime();
     // Banks and programs
@@ -103,8 +100,6 @@ private:
     vst2::AEffect* effect = nullptr;
     std::intptr_t category = 0;
     bool opened = false;
-    bool exceptionTold = false;
-    std::atomic<bool> renderThrew{false};
 
     // Events of the block in the layout of the interface: header with pointers, then the events.
     // Pages of it cost memory only once a block has had that many events.

@@ -134,7 +134,7 @@ StateImage CVst2Plugin::SavePrograms() {
     return writer.Finish();
 }
 
-EBankResult CVst2Plugin::LoadBank(std::span<const std::byte> image) {
+EBankResult CVst2Plugin::TakeBank(std::span<const std::byte> image) {
     ImageHeader header;
     if (const EBankResult result = CheckHeader(image, header); result != EBankResult::kDone) return result;
     const CImageNumbers numbers(image, header.reversed);
@@ -156,7 +156,7 @@ EBankResult CVst2Plugin::LoadProgram(std::span<const std::byte> image) {
     return EBankResult::kDone;
 }
 
-StateImage CVst2Plugin::SaveBank() {
+StateImage CVst2Plugin::MakeBank() {
     if (!HasChunks()) return SavePrograms();
     const auto chunk = GetChunk(0);
     CImageWriter writer;
@@ -179,7 +179,7 @@ StateImage CVst2Plugin::SaveBankUnheard(const StateImage& last) {
     const StateImage record = writer.Finish();
     const std::size_t offset = kBankProgramsHeader + static_cast<std::size_t>(std::max(program, 0)) * record.size();
     if (HasChunks() || effect->numPrograms <= 1 || program < 0 || last.size() < offset + record.size()) {
-        return SaveBank();
+        return MakeBank();
     }
     StateImage image = last;
     std::copy(record.begin(), record.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));

@@ -12,7 +12,7 @@ using namespace vst2;
 
 namespace {
 
-constexpr std::int32_t kLastKnownOpcode = audioMasterBeginEdit;
+constexpr std::int32_t kLastKnownOpcode = audioMasterEndEdit;
 constexpr std::intptr_t kInterfaceVersion = 2400;
 constexpr char kProduct[] = "QUIB Sequencer";
 
@@ -27,7 +27,8 @@ std::intptr_t VST2_CALL CVst2Plugin::HostCallback(AEffect* effect, std::int32_t 
             if (plugin != nullptr) plugin->ReportParameter(index, option);
             return 0;
         case audioMasterBeginEdit:
-            if (plugin != nullptr) plugin->ReportTouch(index);
+        case audioMasterEndEdit:
+            if (plugin != nullptr) plugin->ReportTouch(index, opcode == audioMasterBeginEdit);
             return 0;
         case audioMasterVersion:
             return kInterfaceVersion;

@@ -19,10 +19,11 @@ constexpr std::size_t kEventHeaderBytes = offsetof(VstEvents, events);
 }  // namespace
 
 AEffect* CallEntry(EntryProc entry, HostCallback host) {
-    insideEntry = true;
-    AEffect* const effect = entry(host);
-    insideEntry = false;
-    return effect;
+    struct Scope {
+        Scope() { insideEntry = true; }
+        ~Scope() { insideEntry = false; }
+    } const scope;
+    return entry(host);
 }
 
 void SetOwner(AEffect& effect, CVst2Plugin* owner) noexcept {
@@ -33,6 +34,41 @@ void SetOwner(AEffect& effect, CVst2Plugin* owner) noexcept {
 CVst2Plugin* OwnerOf(const AEffect* effect) noexcept {
     if (effect == nullptr || insideEntry || effect->hostReserved2 != ~effect->hostReserved1) return nullptr;
     return reinterpret_cast<CVst2Plugin*>(effect->hostReserved1);
+}
+
+EPluginCall CallOfOpcode(std::int32_t opcode) noexcept {
+    switch (opcode) {
+        case effOpen:
+            return EPluginCall::kLoad;
+        case effClose:
+            return EPluginCall::kClose;
+        case effSetProgram:
+        case effBeginSetProgram:
+        case effEndSetProgram:
+            return EPluginCall::kProgram;
+        case effSetSampleRate:
+        case effSetBlockSize:
+        case effMainsChanged:
+            return EPluginCall::kSwitch;
+        case effEditGetRect:
+        case effEditOpen:
+            return EPluginCall::kOpenEditor;
+        case effEditClose:
+            return EPluginCall::kCloseEditor;
+        case effEditIdle:
+            return EPluginCall::kEditor;
+        case effGetChunk:
+        case effSetChunk:
+            return EPluginCall::kState;
+        case effProcessEvents:
+            return EPluginCall::kEvents;
+        case effIdle:
+            return EPluginCall::kIdle;
+        case effString2Parameter:
+            return EPluginCall::kParameter;
+        default:
+            return EPluginCall::kAsk;
+    }
 }
 
 std::size_t EventBlockBytes(std::size_t count) noexcept {

@@ -9,6 +9,7 @@
 
 #include "model/MidiEvents.h"
 #include "model/plugin/PlayTime.h"
+#include "model/plugin/PluginMarks.h"
 #include "model/plugin/vst2/Vst2.h"
 
 namespace quib {
@@ -22,6 +23,9 @@ vst2::AEffect* CallEntry(vst2::EntryProc entry, vst2::HostCallback host);
 // an effect that is null, still being made, or not one of ours.
 void SetOwner(vst2::AEffect& effect, CVst2Plugin* owner) noexcept;
 CVst2Plugin* OwnerOf(const vst2::AEffect* effect) noexcept;
+
+// What a request to the dispatcher is about.
+EPluginCall CallOfOpcode(std::int32_t opcode) noexcept;
 
 // Memory that a block of `count` events takes, and the block itself, built there.
 std::size_t EventBlockBytes(std::size_t count) noexcept;

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editors/panel/CPanel.h"
+
+#include <QLineEdit>
+#include <cmath>
+
+#include "document/CWorkstation.h"
+#include "editors/panel/CPanelBuilder.h"
+#include "editors/panel/CProgramListCtrl.h"
+#include "editors/panel/PanelLook.h"
+#include "texts/Texts.h"
+
+namespace quib {
+
+namespace {
+
+constexpr int kTitleLeft = 20;
+constexpr int kTitleMiddle = 15;
+
+}  // namespace
+
+bool CPanel::Condition::Holds(const CPanelValues& values) const {
+    int step = 0;
+    if (steps > 1) {
+        step = static_cast<int>(std::lround(values.Get(parameter) * static_cast<float>(steps - 1)));
+    } else {
+        step = values.Text(parameter).section(QLatin1Char(' '), 0, 0).toInt();
+    }
+    return step >= low && step <= high;
+}
+
+CPanel::CPanel(const CControlSettings& controlSettings, CWorkstation& document, std::shared_ptr<CPlugin> plugin,
+               PanelLayout panelLayout, QWidget* parent)
+    : CWinControl(controlSettings, "window", parent),
+      values(document, std::move(plugin)),
+      layout(std::move(panelLayout)),
+      search(new QLineEdit(this)) {
+    search->setPlaceholderText(Text("Search programs"));
+    search->setClearButtonEnabled(true);
+    search->setObjectName(QStringLiteral("search"));
+    connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (programs != nullptr) programs->SetFilter(text);
+    });
+    Build();
+}
+
+CPanel::~CPanel() { RemoveAll(); }
+
+QSize CPanel::sizeHint() const {
+    return QSizeF(layout.width * UiScale(), (PanelBodyHeight(layout) + restHeight) * UiScale()).toSize();
+}
+
+void CPanel::ChoosePage(int next) { page = next; }
+
+void CPanel::ChooseProgram(int program) { values.Document().Places().SelectProgram(values.Shared(), program); }
+
+void CPanel::Play(int key, int velocity) {
+    SlotPlace place;
+    if (!values.Document().Places().FindPlugin(&values.Plugin(), place)) return;
+    values.Document().Audio().Post(
+        {EngineCommand::EKind::kAudition, place.instrument, key, static_cast<float>(velocity)});
+}
+
+void CPanel::Build() {
+    frames.clear();
+    labels.clear();
+    conditions.clear();
+    programs = nullptr;
+    searchPlace = {};
+    placed.assign(static_cast<std::size_t>(values.Count()), false);
+    RemoveAll();
+    CPanelBuilder(*this, layout, values, page).Build();
+    if (programs != nullptr) programs->SetFilter(search->text());
+    search->setVisible(!searchPlace.isEmpty());
+    for (const auto& control : Controls()) control->backgroundColour = Named("panel");
+    builtPage = page;
+    builtConditions = ConditionsNow();
+    LayoutAndRefresh();
+}
+
+std::vector<bool> CPanel::ConditionsNow() const {
+    std::vector<bool> now;
+    for (const Condition& condition : conditions) now.push_back(condition.Holds(values));
+    return now;
+}
+
+// While a button is down the controls stay: one of them is being used.
+void CPanel::Follow() {
+    if (!isVisible()) return;
+    values.Follow();
+    if ((builtPage != page || ConditionsNow() != builtConditions) && Mouse().Captured() == nullptr) Build();
+    if (programs != nullptr) programs->Select(values.Plugin().CurrentProgram());
+    Tick();
+}
+
+void CPanel::Arrange(const QSize&) { search->setGeometry(ToWidget(searchPlace)); }
+
+void CPanel::DrawBackground() {
+    for (const Frame& frame : frames) {
+        Canvas().Box(QRectF(frame.place), 4, Named("panel"), Named("line"));
+        if (frame.title.isEmpty()) continue;
+        const QPoint corner = frame.place.topLeft();
+        Canvas().Fill(QRectF(corner.x() + 10, corner.y() + 9, 3, 12), Palette().Accent(frame.section));
+        Canvas().Text(
+            QRectF(corner.x() + kTitleLeft, corner.y() + kTitleMiddle - 8, frame.place.width() - kTitleLeft - 8, 16),
+            frame.title, Named("text"), 12, Qt::AlignLeft | Qt::AlignVCenter, true);
+    }
+    for (const Label& label : labels)
+        Canvas().Text(QRectF(label.place), label.text, Named("textMuted"),
+                      FittingHeight(label.text, label.place.width(), false, 11), label.alignment);
+}
+
+}  // namespace quib

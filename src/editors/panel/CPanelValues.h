@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The parameters of one plug-in as values that controls bind to. What a control sets goes to the plug-in, and
+// each gesture is a step of undo; what others move is taken over by Follow. User-interface thread.
+
+#include <QString>
+#include <deque>
+#include <memory>
+
+#include "model/CValue.h"
+
+namespace quib {
+
+class CControl;
+class CPlugin;
+class CWorkstation;
+
+class CPanelValues {
+public:
+    CPanelValues(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin);
+
+    CPlugin& Plugin() const noexcept { return *plugin; }
+    const std::shared_ptr<CPlugin>& Shared() const noexcept { return plugin; }
+    CWorkstation& Document() const noexcept { return document; }
+    int Count() const noexcept { return static_cast<int>(values.size()); }
+    // Of parameter 0 .. Count() - 1.
+    CValue& Value(int parameter) { return values[static_cast<std::size_t>(parameter)]; }
+    float Get(int parameter) const { return values[static_cast<std::size_t>(parameter)].Get(); }
+    float Default(int parameter) const;
+    // Whether it goes both ways from the middle of its range.
+    bool IsSigned(int parameter) const;
+    // In the plug-in's words, with its unit.
+    QString Text(int parameter) const;
+    QString Name(int parameter) const;
+
+    // 0..1, heard at once. A gesture ends with Keep.
+    void Set(int parameter, float value);
+    void Keep(int parameter, float before);
+    // By the plug-in's own words, or a number 0..1. False, and nothing changes, where it is neither.
+    bool SetByText(int parameter, const QString& text);
+
+    // Lets a control show and move a parameter.
+    void Connect(CControl& control, int parameter);
+
+    // Takes over what others have moved; from the 40 ms timer.
+    void Follow();
+
+private:
+    CWorkstation& document;
+    std::shared_ptr<CPlugin> plugin;
+    std::deque<CValue> values;
+};
+
+}  // namespace quib

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// What the controls and pictures of panels are drawn with. User-interface thread.
+
+#include <QRectF>
+#include <optional>
+#include <string_view>
+
+#include "controls/CCanvas.h"
+#include "controls/CPalette.h"
+#include "texts/Language.h"
+
+namespace quib {
+
+struct PanelText;
+
+// A colour of the palette.
+inline QRgb Named(const char* name) { return Palette().Colour(QLatin1String(name)); }
+
+// The section whose accent a layout names.
+std::optional<ESection> SectionNamed(std::string_view name) noexcept;
+
+QString InLanguage(const PanelText& text);
+
+// The dark glass that pictures are drawn on, with so many lines across it.
+void DrawGlass(CCanvas& canvas, const QRectF& area, int linesAcross);
+
+// One of several choices, in its state.
+void DrawSegment(CCanvas& canvas, const QRectF& area, bool chosen, bool hovered, bool enabled, QRgb accent);
+QRgb SegmentText(bool chosen, bool hovered, bool enabled);
+
+// The largest text height, of 12 down to 10, in which the text fits the width.
+int FittingHeight(const QString& text, qreal width, bool strong, int largest = 12);
+
+// One turn of a wave by the name of its shape, -1..1 at a place of 0..1; `width` is that of a pulse, 0..1.
+float WaveAt(const QString& shape, float place, float width) noexcept;
+
+}  // namespace quib
