@@ -63,6 +63,7 @@ protected:
         if (child == 0) {
             setenv("QUIB_TROUBLE", trouble.c_str(), 1);
             if (std::freopen(Path("stderr").toLocal8Bit().data(), "w", stderr) == nullptr) _exit(99);
+            std::setvbuf(stderr, nullptr, _IONBF, 0);  // as it is in a program of its own
             _exit(CDriver::Run(Arguments({Path("song.prg")}), [&](CDriver& user) {
                 user.WaitFor([&] { return user.IsStarted() || Box() != nullptr; });
                 TakeMessage(user);
@@ -114,8 +115,9 @@ TEST_P(TroubleTest, IsNamedAndTheNextStartGoesOnWithoutIt) {
         if (slot->missing) {
             const std::string kept(reinterpret_cast<const char*>(slot->missing->state->data()),
                                    slot->missing->state->size());
+            // It gives another one when it is asked, which it is for the first backup.
             const bool untouched = scanned || where == "setChunk";
-            EXPECT_TRUE(untouched ? kept == TroubleState() : kept.find("a state of its own") != std::string::npos);
+            EXPECT_TRUE(kept == TroubleState() || (!untouched && kept.find("a state of its own") != std::string::npos));
         }
         auto* const button = user.Ask([&] { return user.Window().findChild<QPushButton*>("noticeButton"); });
         // One that ends the program as it is closed has spoilt nothing.
