@@ -93,7 +93,7 @@ void MeasureCurve(int scale, int steps, const char* density) {
     CWorkstation station(settings, folders);
     const CLaneCatalog catalog(station);
     const CPlainSettings plain;
-    CWinControl window(plain, qRgb(0x38, 0x38, 0x38));
+    CWinControl window(plain, "panel");
     CEventCtrl& curve = window.Add<CEventCtrl>(0U, 0, 0, 1600, 780, catalog);
     window.SetUiScale(scale);
     window.resize(1600 * scale, 900 * scale);

@@ -34,7 +34,8 @@ void CFileDrops::Serve(QWidget* window) {
 }
 
 bool CFileDrops::IsWelcome(const QString& path) {
-    static constexpr std::array kExtensions = {"prg", "ist", "ptn", "fxb", "fxp", "mid", "midi"};
+    static constexpr std::array kExtensions = {"prg", "ist", "ptn",  "fxb", "fxp",  "mid", "midi",
+                                               "wav", "mp3", "flac", "ogg", "opus", "aif", "aiff"};
     const QString extension = QFileInfo(path).suffix().toLower();
     return HasPluginExtension(path.toStdString()) ||
            std::any_of(kExtensions.begin(), kExtensions.end(),

@@ -19,6 +19,7 @@
 #include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
 #include "editors/base/CToolWindow.h"
+#include "export/SoundClip.h"
 #include "model/plugin/PluginFormats.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
@@ -242,6 +243,12 @@ void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {
     const auto instrument = workstation.Stack().Instrument(current);
     const SlotPlace place{SlotPlace::EKind::kInstrument, instrument ? instrument->Id() : 0, 0};
     if (kind == QLatin1String("prg")) return Open(path);
+    for (const ToolRow& row : ToolTable()) {
+        CToolWindow* const tool = tools.Find(row.tool);
+        const bool isThere = point && tool != nullptr && tool->isVisible() && tool->frameGeometry().contains(*point);
+        if (isThere && tool->TakeFile(path)) return;
+    }
+    if (IsSoundFile(path.toStdString())) return exchange.OfferSound(path, point.value_or(QCursor::pos()));
     if (CExchangeCommands::IsMidi(path)) {
         const CToolWindow* const roll = tools.Find(ETool::kPianoRoll);
         const bool isOnRoll =

@@ -16,6 +16,7 @@
 #include "app/export/CExportDialog.h"
 #include "app/start/CStartPage.h"
 #include "document/CSettings.h"
+#include "document/LoopFolders.h"
 #include "document/ShippedFiles.h"
 #include "platform/EndSignals.h"
 #include "texts/Texts.h"
@@ -54,6 +55,8 @@ void CMainWindow::Open(const QString& path) {
     if (!MayDiscard() || !LoadWithProgress(path)) return;
     Remember(path);
     ShowWarnings();
+    const QStringList missing = MissingLoops(workstation);
+    if (!missing.isEmpty()) ShowNotice(missing.join(QStringLiteral("; ")));
 }
 
 bool CMainWindow::LoadWithProgress(const QString& path) {

@@ -166,6 +166,7 @@ void CMainWindow::BuildExchangeMenus() {
     add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     add(TextKey("Selected instrument ..."), EWhat::kInstrument);
     add(TextKey("Selected pattern ..."), EWhat::kPattern);
+    Add(*fileMenu, command::kCollect, TextKey("Collect into a folder ..."), [this] { exchange.Collect(); });
     AddToggle(*menu, command::kMidiWithoutSwing, TextKey("Without swing"), "MidiWithoutSwing")
         ->setChecked(settings.IsOn(QStringLiteral("MidiWithoutSwing")));
 }

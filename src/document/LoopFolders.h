@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The folders of loops and the loop players of a project. User-interface thread.
+// The folders of loops and the loop players of a project, and a project with its loops in one folder for another
+// machine. User-interface thread.
+
+#include <QString>
+#include <QStringList>
 
 namespace quib {
 
@@ -9,5 +13,13 @@ class CWorkstation;
 
 // Every loop player plays what its folders hold now.
 void FollowLoopFolders(CWorkstation& document);
+
+// Loop players whose patterns have notes at keys without a loop, one line each.
+QStringList MissingLoops(CWorkstation& document);
+
+// Writes the project into `folder`, which is made, and copies of the loops that its patterns play into "Loops" there,
+// under names that begin with their keys. `told`: what was written, and a line each about what else the other machine
+// needs. False with `error`.
+bool CollectProject(CWorkstation& document, const QString& folder, QStringList& told, QString& error);
 
 }  // namespace quib

@@ -7,7 +7,9 @@
 #include "editors/arpeggiator/CWinControlArpeggiator.h"
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/ball/CWinControlBall.h"
+#include "editors/loopcreator/CWinControlLoopCreator.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
+#include "editors/rhythm/CWinControlRhythm.h"
 #include "editors/tutorial/CWinControlTutorial.h"
 #include "texts/Texts.h"
 
@@ -46,7 +48,30 @@ const std::array kRows = {
             Qt::Key_F4,
             Make<CWinControlArpeggiator>},
     ToolRow{ETool::kBall, "Ball", TextKey("Ball pad"), {445, 436}, true, false, Qt::Key_F5, Make<CWinControlBall>},
-    ToolRow{ETool::kTutorial, "Tutorial", TextKey("Tutorial"), {640, 580}, true, true, Qt::Key_unknown, Make<CWinControlTutorial>},
+    ToolRow{ETool::kRhythm,
+            "Rhythm",
+            TextKey("Rhythm detector"),
+            {1000, 604},
+            false,
+            false,
+            Qt::Key_F7,
+            Make<CWinControlRhythm>},
+    ToolRow{ETool::kLoopCreator,
+            "LoopCreator",
+            TextKey("Loop creator"),
+            {1120, 648},
+            false,
+            false,
+            Qt::Key_F8,
+            Make<CWinControlLoopCreator>},
+    ToolRow{ETool::kTutorial,
+            "Tutorial",
+            TextKey("Tutorial"),
+            {640, 580},
+            true,
+            true,
+            Qt::Key_unknown,
+            Make<CWinControlTutorial>},
 };
 
 }  // namespace

@@ -97,6 +97,7 @@ public:
     // The recorder that is fed; null for none. No block may be rendered meanwhile.
     void SetRecorder(CBlockRecorder* next) noexcept { taps.SetRecorder(next); }
     CScope& Scope() noexcept { return taps.Scope(); }
+    CListener& Listener() noexcept { return taps.Listener(); }
 
     // --- MIDI input thread ------------------------------------------------------------------------
 

@@ -7,6 +7,7 @@ namespace quib {
 
 void CTaps::TakeOutput(const float* left, const float* right, int frames) noexcept {
     scope.Capture(left, right, frames);
+    listener.Take(left, right, frames);
     if (recorder == nullptr || !recorder->IsRecording()) return;
     ToInt16Frames(left, right, interleaved.data(), frames);
     recorder->PushBlock(interleaved);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/CBlockRecorder.h"
+#include "engine/CListener.h"
 #include "engine/CScope.h"
 #include "engine/PlayPicture.h"
 #include "model/sharing/CTripleBuffer.h"
@@ -22,6 +23,7 @@ public:
 
     // Window thread.
     CScope& Scope() noexcept { return scope; }
+    CListener& Listener() noexcept { return listener; }
     // Editing thread: the newest picture.
     const PlayPicture& Picture() noexcept {
         picture.Update();
@@ -34,6 +36,7 @@ public:
 
 private:
     CScope scope;
+    CListener listener;
     CBlockRecorder* recorder = nullptr;
     std::vector<std::int16_t> interleaved;
     CTripleBuffer<PlayPicture> picture;

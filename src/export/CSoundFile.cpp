@@ -57,9 +57,10 @@ void Put(std::array<std::byte, 24>& chunk, std::size_t offset, auto value) {
 // What loop players read the tempo from: no loop, no root note, the time signature and the tempo.
 std::array<std::byte, 24> TempoChunk(const SoundTags& tags) {
     std::array<std::byte, 24> chunk{};
-    Put(chunk, 0, std::uint32_t{1});  // plays once
+    Put(chunk, 0, std::uint32_t{tags.loopBeats > 0 ? 0U : 1U});  // 1: plays once
     Put(chunk, 4, std::uint16_t{60});
     Put(chunk, 6, std::uint16_t{0x8000});
+    Put(chunk, 12, static_cast<std::uint32_t>(tags.loopBeats));
     Put(chunk, 16, std::uint16_t{4});  // quarter notes
     Put(chunk, 18, static_cast<std::uint16_t>(tags.beatsPerBar));
     Put(chunk, 20, static_cast<float>(tags.tempo));
@@ -155,6 +156,30 @@ void CSoundFile::WriteTags() {
     chunk.datalen = static_cast<unsigned>(tempoChunk.size());
     chunk.data = tempoChunk.data();
     sf_set_chunk(sound.get(), &chunk);
+    if (tags.loopBeats > 0) WriteLoop();
+}
+
+// The whole file as a loop without an end, and where strokes begin.
+void CSoundFile::WriteLoop() {
+    SF_INSTRUMENT instrument{};
+    instrument.gain = 1;
+    instrument.basenote = 60;
+    instrument.velocity_hi = 127;
+    instrument.key_hi = 127;
+    instrument.loop_count = 1;
+    instrument.loops[0].mode = SF_LOOP_FORWARD;
+    instrument.loops[0].end = static_cast<std::uint32_t>(tags.loopFrames);
+    sf_command(sound.get(), SFC_SET_INSTRUMENT, &instrument, sizeof instrument);
+    if (tags.strokes.empty()) return;
+    auto cues = std::make_unique<SF_CUES>();
+    cues->cue_count = static_cast<std::uint32_t>(std::min(tags.strokes.size(), std::size(cues->cue_points)));
+    for (std::uint32_t i = 0; i < cues->cue_count; ++i) {
+        cues->cue_points[i].indx = static_cast<std::int32_t>(i + 1);
+        cues->cue_points[i].position = static_cast<std::uint32_t>(tags.strokes[i]);
+        cues->cue_points[i].fcc_chunk = 0x61746164;  // "data"
+        cues->cue_points[i].sample_offset = static_cast<std::uint32_t>(tags.strokes[i]);
+    }
+    sf_command(sound.get(), SFC_SET_CUE, cues.get(), sizeof *cues);
 }
 
 bool CSoundFile::Write(const float* left, const float* right, int frames) {

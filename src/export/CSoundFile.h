@@ -54,6 +54,7 @@ private:
 
     void Configure();
     void WriteTags();
+    void WriteLoop();
     void NoteClipping(const float* samples, int frames) noexcept;
     bool Fail(const std::string& reason);
 

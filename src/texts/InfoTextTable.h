@@ -328,6 +328,78 @@ inline constexpr NumberedText kInfoTexts[] = {
      "Un clic droit sur un motif le marque."},
     {483, "SWING - Delays every second step. Double click: none.",
      "SWING - Retarde un pas sur deux. Double clic : aucun."},
+    {650, "SOURCE - A sound file, by Open or dropped here, or the master output while it plays.",
+     "SOURCE - Un fichier son, ouvert ou déposé ici, ou la sortie master pendant la "
+     "lecture."},
+    {651,
+     "ENVELOPE - Drag the line for the threshold, the flag for the downbeat; double click "
+     "makes a beat the first of "
+     "its bar. The wheel scrolls, with Ctrl it zooms.",
+     "ENVELOPPE - Tirez la ligne pour le seuil, le drapeau pour le premier temps ; double "
+     "clic : ce temps commence la "
+     "mesure. La molette défile, avec Ctrl elle zoome."},
+    {652,
+     "SETTINGS - What the detector listens to and what counts as a hit, in the order the "
+     "sound takes. At 0 each is its "
+     "default. They are kept in the project.",
+     "RÉGLAGES - Ce que le détecteur écoute et ce qui compte comme frappe, dans l'ordre du "
+     "son. À 0 chacun est par "
+     "défaut. Ils sont gardés dans le projet."},
+    {653,
+     "TEMPO - Halves, doubles or triples what was found. Four taps choose the nearest "
+     "multiple.",
+     "TEMPO - Divise ou multiplie ce qui a été trouvé. Taper quatre fois choisit le multiple "
+     "le plus proche."},
+    {654, "SET THE TEMPO - The project takes the tempo that was found.",
+     "RÉGLER LE TEMPO - Le projet prend le tempo trouvé."},
+    {655, "CUT LOOPS - Opens the loop creator with this file, tempo and downbeat.",
+     "COUPER - Ouvre le créateur de boucles avec ce fichier, ce tempo et ce premier temps."},
+    {656,
+     "HITS INTO THE PATTERN - From the bar on the left of the picture on, as many steps as "
+     "the selected pattern has, "
+     "as notes of this key.",
+     "FRAPPES DANS LE MOTIF - À partir de la mesure à gauche de l'image, sur la longueur du "
+     "motif choisi, en notes de "
+     "cette touche."},
+    {660, "SOUND FILE - Wave, MP3, FLAC, Ogg, Opus or AIFF; or drop one on this window.",
+     "FICHIER SON - Wave, MP3, FLAC, Ogg, Opus ou AIFF ; ou déposez-le sur cette fenêtre."},
+    {661, "TEMPO - Of the file; click to type it, tap it, or look closer in the rhythm detector.",
+     "TEMPO - Du fichier ; cliquez pour le saisir, tapez-le, ou voyez le détecteur de "
+     "rythme."},
+    {662,
+     "WAVEFORM - Drag inside the loop to move it, its ends for its length, elsewhere for "
+     "another one; Alt does not "
+     "snap. The wheel zooms, with Shift it scrolls. Left and right move by a step, with "
+     "Shift by 0.1 ms.",
+     "FORME D'ONDE - Tirez la boucle pour la déplacer, ses bouts pour sa longueur, ailleurs "
+     "pour une autre ; Alt ne "
+     "cale pas. La molette zoome, avec Maj elle défile. Gauche et droite décalent, avec Maj "
+     "de 0,1 ms."},
+    {663, "LOOP - How many bars it has, and where its start snaps to.",
+     "BOUCLE - Combien de mesures, et sur quoi son début se cale."},
+    {664,
+     "PLAY LOOP - Plays the marked loop with the song, again and again; in time with it or "
+     "at its own tempo.",
+     "JOUER - Joue la boucle avec le morceau, sans fin ; calée sur lui ou à son tempo."},
+    {665,
+     "SEAM - The end fades into what lies before the start, so the length stays. Green: the "
+     "seam jumps less than the "
+     "loop itself does.",
+     "RACCORD - La fin se fond dans ce qui précède le début, la longueur reste. Vert : le "
+     "raccord saute moins que la "
+     "boucle elle-même."},
+    {666,
+     "LOOPS TO WRITE - Enter adds the marked one, Delete takes one off; All of the file cuts "
+     "it from the downbeat to "
+     "its end.",
+     "BOUCLES À ÉCRIRE - Entrée ajoute la boucle marquée, Suppr l'enlève ; Tout le fichier "
+     "le découpe du premier temps "
+     "à la fin."},
+    {667,
+     "WRITE - Name, format and folder of the files. QUIB Loops plays what is in the folder "
+     "at once.",
+     "ÉCRIRE - Nom, format et dossier des fichiers. QUIB Loops joue aussitôt ce que contient "
+     "le dossier."},
     {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
      "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
     {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",

@@ -172,6 +172,7 @@ TEST_F(PianoRollWindowTest, ALaneOfAutomationStandsInPlaceOfTheVelocitiesAndShar
         const PointList* const found = At(0)->mixLanes.ForEdit()->Find(0, 0);
         return found != nullptr ? found->size() : 0;
     };
+    workstation->Changes().Settle();
     const int before = Steps();
     const auto at = [&](double step) {
         return QPoint(curve.X() + static_cast<int>(curve.View().XOf(step)), curve.Y() + curve.Height() / 2);

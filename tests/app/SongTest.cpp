@@ -245,7 +245,7 @@ TEST_F(SongTest, RandomGesturesAreUndoneToTheStartAndRedoneToTheEnd) {
                 if (draw() % 8 == 0) gestures.SetModifiers(draw() % 2 == 0, draw() % 2 == 0, false);
             }
             draw() % 10 == 0 ? gestures.Cancel() : gestures.Release(300);
-            ofTheWhole(draw() % 20);
+            ofTheWhole(static_cast<unsigned>(draw() % 20));
         }
         ASSERT_GT(Steps().index(), 10);
         const auto end = all();

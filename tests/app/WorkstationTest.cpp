@@ -9,6 +9,7 @@
 
 #include "app/AppFixture.h"
 #include "document/CAutomationTake.h"
+#include "document/CGesture.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
@@ -399,7 +400,9 @@ TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
             graveyard);
     }
     const int steps = Steps().index();
-    take.Finish("Record automation", workstation->Changes());
+    CGesture gesture(workstation->Changes());
+    take.AddTo(gesture);
+    gesture.Finish("Record automation");
     EXPECT_EQ(Steps().index(), steps + 1);
     Steps().undo();
     EXPECT_EQ(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);

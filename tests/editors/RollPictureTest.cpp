@@ -75,4 +75,29 @@ TEST(RollPicture, LooksAlikeAtEveryScale) {
     }
 }
 
+// Rows that are copied line by line and notes that are drawn one by one, as beside ghosts, are the same picture.
+TEST(RollPicture, RowsOfLinesAreTheNotesThatAreDrawnOneByOne) {
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        CFakeDocument document;
+        CExampleRoll example(document);
+        example.window.SetUiScale(scale);
+        example.window.resize(static_cast<int>(CExampleRoll::kWidth * scale), example.window.height());
+        example.Show();
+        CPianoRollCtrlEx& roll = *example.roll;
+        ShowMelody(example);
+        const auto noGhost = std::make_shared<CNoteIndex>(StateOf({}).pattern);
+        const NoteState dense = DenseNotes(3000, 64);
+        // Of names that others cover the one shows a part, the other nothing.
+        for (const auto& [rowHeight, notes] :
+             {std::pair(12, ExampleMelody()), {12, SelectAll(dense)}, {6, ExampleMelody()}, {6, dense}}) {
+            roll.view.SetKeyZoom(rowHeight, 0);
+            roll.Show(notes);
+            roll.options.ghosts = {};
+            const QImage lines = example.window.grab().toImage();
+            roll.options.ghosts = {noGhost};
+            EXPECT_EQ(lines, example.window.grab().toImage()) << scale << " " << rowHeight;
+        }
+    }
+}
+
 }  // namespace quib

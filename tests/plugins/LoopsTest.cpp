@@ -15,11 +15,12 @@ namespace fs = std::filesystem;
 constexpr double kRate = 44100.0;
 constexpr long kSecond = 44100;
 
-void WriteWave(const fs::path& file, const std::vector<float>& samples, int rate, int channels = 1) {
+void WriteWave(const fs::path& file, const std::vector<float>& samples, int rate, int channels = 1,
+               int format = SF_FORMAT_WAV | SF_FORMAT_FLOAT) {
     SF_INFO info{};
     info.samplerate = rate;
     info.channels = channels;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+    info.format = format;
     SNDFILE* output = sf_open(file.c_str(), SFM_WRITE, &info);
     ASSERT_NE(output, nullptr);
     sf_write_float(output, samples.data(), static_cast<sf_count_t>(samples.size()));
@@ -52,6 +53,8 @@ protected:
     Loops() {
         fs::create_directories(root / "PluginInstruments");
         fs::create_directories(root / "Loops");
+        fs::create_directories(root / "Mine");
+        setenv("QUIB_LOOPS", (root / "Mine").c_str(), 1);
         fs::copy_file(fs::path(QUIB_BIN_DIR) / "PluginInstruments/QUIB Loops.so", Library());
         WriteWave(root / "Loops/50 clicks 120bpm.wav", Clicks(), 44100);
         WriteWave(root / "Loops/tone 120bpm.WAV", Sine(441.0, 2.0, 44100.0), 44100);
@@ -127,6 +130,29 @@ TEST_F(Loops, TellsItsLoopsByItsExports) {
     EXPECT_NEAR(static_cast<double>(counter(2)), static_cast<double>(kSecond), 100.0);
     plugin.Render(kSecond, {{0, 0x80, 50, 0}});
     EXPECT_EQ(counter(2), -1);
+}
+
+// What sounds goes on while the folders change.
+TEST_F(Loops, FollowsItsFoldersAndThoseOfTheUserWhileItPlays) {
+    const auto number = Export<std::intptr_t (*)()>("GetWaveNumber");
+    CLoadedPlugin plugin = Open();
+    SetTempo(plugin, 120.0);
+    plugin.Resume(44100.0f);
+    plugin.Render(kSecond / 10, {{0, 0x90, 50, 127}});
+    EXPECT_EQ(number(), 4);
+    constexpr int kMp3 = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
+    WriteWave(root / "Mine/99 mine 120bpm.mp3", Sine(441.0, 2.0, 44100.0), 44100, 1, kMp3);
+    EXPECT_EQ(number(), 5);
+    const Channels both = plugin.Render(kSecond, {{0, 0x90, 99, 127}});
+    EXPECT_GT(PeakOf(both[0], kSecond / 5, kSecond / 3), 0.3f) << "the new one";
+    fs::remove(root / "Mine/99 mine 120bpm.mp3");
+    fs::remove(root / "Loops/50 clicks 120bpm.wav");
+    EXPECT_EQ(number(), 3);
+    const Channels on = plugin.Render(kSecond, {{0, 0x80, 50, 0}});
+    EXPECT_GT(PeakOf(on[0], kSecond / 2, kSecond), 0.3f) << "what is gone sounds until it ends";
+    plugin.Render(kSecond, {{0, 0x80, 99, 0}});
+    const Channels silent = plugin.Render(kSecond, {{0, 0x90, 99, 127}});
+    EXPECT_EQ(PeakOf(silent[0], 0, kSecond), 0.0f);
 }
 
 TEST_F(Loops, PlaysALoopAsItIsAtItsOwnTempo) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/exchange/CExchangeCommands.h"
 
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
@@ -9,6 +10,7 @@
 #include "app/FileDialogs.h"
 #include "document/CSettings.h"
 #include "document/LoopFolders.h"
+#include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -67,6 +69,33 @@ void CExchangeCommands::ImportMidiInto(const QString& path, const QPoint& point)
     const MidiPart& part = song.parts[static_cast<std::size_t>(chosen)];
     midi.ImportInto(instrument->Id(), window.Workstation().Selection().CurrentPattern(), part);
     window.ShowNotice(Text("%1 notes on %2 instruments.").arg(part.patterns.front().Notes().size()).arg(1));
+}
+
+void CExchangeCommands::OfferSound(const QString& path, const QPoint& point) {
+    QMenu menu(&window);
+    const auto open = [this, path](ETool tool) {
+        window.OpenTool(tool);
+        if (CToolWindow* const shown = window.Tools().Find(tool)) shown->TakeFile(path);
+    };
+    menu.addAction(Text("Cut loops out of it"), &window, [open] { open(ETool::kLoopCreator); });
+    menu.addAction(Text("Find its tempo"), &window, [open] { open(ETool::kRhythm); });
+    menu.addAction(Text("Put it among the loops"), &window, [this, path] {
+        const QString to = window.Workstation().ProgramFolders().loops + QFileInfo(path).fileName();
+        if (!QFile::copy(path, to)) return window.ShowMessage(Text("Loop creator"), Text("Cannot write %1").arg(to));
+        FollowLoopFolders(window.Workstation());
+        window.ShowNotice(to);
+    });
+    menu.exec(point);
+}
+
+void CExchangeCommands::Collect() {
+    const QString folder = QFileDialog::getExistingDirectory(&window, Text("Folder for the project"), QDir::homePath());
+    if (folder.isEmpty()) return;
+    const QString own = QDir(folder).filePath(window.Workstation().Session().ProjectName());
+    QStringList told;
+    QString error;
+    if (!CollectProject(window.Workstation(), own, told, error)) told = QStringList(error);
+    window.ShowMessage(Text("Collect into a folder"), told.join(QLatin1Char('\n')));
 }
 
 void CExchangeCommands::ExportMidi(EWhat what) {

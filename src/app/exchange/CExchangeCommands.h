@@ -25,6 +25,12 @@ public:
     // Into the pattern that the piano roll shows; asks which part of the file when there are several.
     void ImportMidiInto(const QString& path, const QPoint& point);
 
+    // What can be done with a sound file, as a menu at the mouse.
+    void OfferSound(const QString& path, const QPoint& point);
+
+    // The project with its loops, for another machine.
+    void Collect();
+
     enum class EWhat { kSong, kInstrument, kPattern };
     void ExportMidi(EWhat what);
 

@@ -36,6 +36,9 @@ public:
     // A file that is dropped on it. False: it goes where those dropped on the console go.
     virtual bool TakeFile(const QString& /*path*/) { return false; }
 
+    // A grid of beats that another window has found in a sound file: BPM, and seconds of a downbeat.
+    virtual void TakeGrid(const QString& /*path*/, double /*tempo*/, double /*downbeat*/) {}
+
     bool CanEdit(EEdit /*command*/) const override { return false; }
     void Edit(EEdit /*command*/) override {}
 

@@ -17,8 +17,7 @@ namespace {
 constexpr double kHopSeconds = 0.005;
 constexpr std::array kEdges = {30.0, 120.0, 250.0, 500.0, 1000.0, 2500.0, 6000.0, 16000.0};  // Hz, of seven bands
 constexpr std::size_t kBands = kEdges.size() - 1;
-constexpr std::size_t kBodyBands = 4;          // the lower ones: drums with a body, no cymbals
-constexpr std::size_t kSnareBands[] = {3, 4};  // where a snare is louder than a bass drum and most cymbals
+constexpr std::size_t kBodyBands = 4;  // the lower ones: drums with a body, no cymbals
 constexpr float kCompression = 1000;
 constexpr double kLongestRefinement = 64;  // beats: sixteen bars
 constexpr double kBeatsOfBar = 4;
@@ -29,7 +28,6 @@ struct Onsets {
     double hop = kHopSeconds;  // seconds, exactly
     Series all;
     Series body;
-    Series snare;
 };
 
 // How much louder each band has become, logarithmically.
@@ -82,7 +80,6 @@ private:
     void AddLevels(bool second) {
         float all = 0;
         float body = 0;
-        float snare = 0;
         for (std::size_t band = 0; band < kBands; ++band) {
             float energy = 0;
             for (std::size_t bin = bins[band]; bin < bins[band + 1]; ++bin) {
@@ -97,11 +94,9 @@ private:
             before[0][band] = level;
             all += rise;
             if (band < kBodyBands) body += rise;
-            if (std::ranges::find(kSnareBands, band) != std::end(kSnareBands)) snare += rise;
         }
         onsets.all.push_back(all);
         onsets.body.push_back(body);
-        onsets.snare.push_back(snare);
     }
 
     std::span<const float> mono;
@@ -194,16 +189,6 @@ double ScoreOf(const CLikeness& likeness, double period) {
     return weights > 0 ? sum / weights : 0.0;
 }
 
-// How much more the snare is like itself after two beats of a period than after one: it strikes each second beat.
-double Backbeat(const CLikeness& snare, double period) {
-    const auto top = [&](double lag) {
-        double best = 0;
-        for (double offset = -2; offset <= 2; offset += 0.5) best = std::max(best, snare.At(lag + offset));
-        return best;
-    };
-    return std::clamp(top(2 * period) - std::max(top(period), top(1.5 * period)), 0.0, 1.0);
-}
-
 // People tap near 120.
 double Preference(double tempo) {
     const double octaves = std::log2(tempo / 118.0);
@@ -226,6 +211,17 @@ struct Hits {
     std::vector<RhythmHit> snare;
 };
 
+// Those that are as strong as the strong ones, nearly: by so many dB.
+std::vector<RhythmHit> Strong(std::vector<RhythmHit> hits, float near) {
+    if (hits.empty()) return hits;
+    std::vector<float> strengths;
+    for (const RhythmHit& hit : hits) strengths.push_back(hit.strength);
+    const auto high = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() * 9 / 10);
+    std::nth_element(strengths.begin(), high, strengths.end());
+    std::erase_if(hits, [&](const RhythmHit& hit) { return hit.strength < *high - near; });
+    return hits;
+}
+
 Hits FindHits(std::span<const float> mono, int sampleRate) {
     float peak = 0;
     for (const float sample : mono) peak = std::max(peak, std::abs(sample));
@@ -240,11 +236,12 @@ Hits FindHits(std::span<const float> mono, int sampleRate) {
     settings.threshold += 8;
     CRhythmEnvelope low(settings, sampleRate);
     low.Add(mono);
-    settings.hertz = 1100;
+    settings.hertz = 2500;
     settings.quality = 0.7;
+    settings.threshold -= 8;
     CRhythmEnvelope snare(settings, sampleRate);
     snare.Add(mono);
-    return {all.Hits(), low.Hits(), snare.Hits()};
+    return {all.Hits(), Strong(low.Hits(), 8), Strong(snare.Hits(), 4)};
 }
 
 // How well hits keep to a period, in turns that meet at the same angle: whole, half and quarter beats.
@@ -279,25 +276,28 @@ double Sharpened(const std::vector<RhythmHit>& hits, double period, double secon
     return bend < 0 ? best + 0.5 * fine * (before - after) / bend : best;
 }
 
-// The weight of the hits on a grid.
+// The share of the hits, by their strength, that lie on a grid; 0..1.
 double OnGrid(const std::vector<RhythmHit>& hits, double first, double period, double reach) {
     double sum = 0;
+    double whole = 0;
     for (const RhythmHit& hit : hits) {
         const double turns = (hit.time - first) / period;
         const double off = std::abs(turns - std::round(turns)) * period;
         if (off < reach) sum += static_cast<double>(hit.strength) * (1 - off / reach);
+        whole += static_cast<double>(hit.strength);
     }
-    return sum;
+    return whole > 0 ? sum / whole : 0.0;
 }
 
 constexpr double kGridReach = 0.015;  // seconds
+constexpr double kBeginning = 0.1;    // what the first sound of all counts
 
 double PhaseOf(const Hits& hits, double period) {
     double best = 0;
     double most = -1;
     for (double phase = 0; phase < period; phase += 0.001) {
         const double score = OnGrid(hits.all, phase, period, kGridReach) + OnGrid(hits.low, phase, period, kGridReach) +
-                             3 * OnGrid(hits.snare, phase, period, kGridReach);
+                             2 * OnGrid(hits.snare, phase, period, kGridReach);
         if (score <= most) continue;
         most = score;
         best = phase;
@@ -331,7 +331,7 @@ double DownbeatOf(const Hits& hits, double period) {
         // Sounds begin with a bar more often than not.
         if (!hits.all.empty()) {
             const double turns = (hits.all.front().time - first) / bar;
-            if (std::abs(turns - std::round(turns)) * bar < 2 * kGridReach) score += 0.15 * std::abs(score);
+            if (std::abs(turns - std::round(turns)) * bar < 2 * kGridReach) score += kBeginning;
         }
         if (score <= most) continue;
         most = score;
@@ -367,23 +367,34 @@ double Evenness(const Series& body, double period, double phase) {
     return std::min(sums[0], sums[1]) / std::max(std::max(sums[0], sums[1]), 1e-9);
 }
 
+// The distance at which most snares follow each other, seconds; 0 when there is none.
+double SnareDistance(const std::vector<RhythmHit>& snare) {
+    std::vector<double> distances;
+    for (std::size_t i = 1; i < snare.size(); ++i) distances.push_back(snare[i].time - snare[i - 1].time);
+    constexpr double kAlike = 0.025;
+    double best = 0;
+    std::ptrdiff_t most = std::max<std::ptrdiff_t>(3, static_cast<std::ptrdiff_t>(distances.size()) / 2);
+    for (const double distance : distances) {
+        const auto alike = std::ranges::count_if(
+            distances, [&](double other) { return std::abs(other - distance) < kAlike * distance; });
+        if (alike <= most) continue;
+        most = alike;
+        best = distance;
+    }
+    return best;
+}
+
 // Which of the tempos that go into each other is the beat: the one that a snare on each second beat tells; else the
 // fastest whose pulses are alike.
-double MetreOf(const CLikeness& likeness, const CLikeness& snare, const Onsets& onsets, const Hits& hits,
-               double found) {
+double MetreOf(const CLikeness& likeness, const Onsets& onsets, const Hits& hits, double found) {
     const auto periodOf = [&](double tempo) { return 60.0 / tempo / onsets.hop; };
-    double best = 0;
-    double most = 0.1;
-    for (const double factor : {1.0, 2.0, 0.5, 1.5, 2.0 / 3.0, 3.0, 1.0 / 3.0, 0.75, 4.0 / 3.0}) {
-        const double tempo = found * factor;
+    const double distance = SnareDistance(hits.snare);
+    for (const double beats : {2.0, 1.0, 4.0}) {
+        const double tempo = distance > 0 ? 60.0 * beats / distance : 0.0;
         if (tempo < kLowestTempo || tempo > kHighestTempo) continue;
-        const double score = Backbeat(snare, periodOf(tempo)) * std::sqrt(ScoreOf(likeness, periodOf(tempo)));
-        if (score <= most) continue;
-        most = score;
-        best = tempo;
+        if (ScoreOf(likeness, periodOf(tempo)) > 0.5 * ScoreOf(likeness, periodOf(found))) return tempo;
     }
-    if (best > 0) return best;
-    best = found;
+    double best = found;
     while (best / 2 >= kLowestTempo) best /= 2;
     for (double faster = 2 * best; faster <= kHighestTempo; faster *= 2) {
         const double period = Refined(likeness, periodOf(faster));
@@ -422,8 +433,7 @@ RhythmTempo FindTempo(std::span<const float> mono, int sampleRate, const std::fu
     }
     if (most <= 0 || (goOn && !goOn())) return found;
     const Hits hits = FindHits(mono, sampleRate);
-    const CLikeness snare(Peaks(onsets.snare, onsets.hop), static_cast<std::size_t>(4.0 * periodOf(kLowestTempo)));
-    const double tempo = MetreOf(likeness, snare, onsets, hits, best);
+    const double tempo = MetreOf(likeness, onsets, hits, best);
     const double seconds = static_cast<double>(mono.size()) / sampleRate;
     const double period = Sharpened(hits.all, Refined(likeness, periodOf(tempo)) * onsets.hop, seconds);
     found.tempo = 60.0 / period;

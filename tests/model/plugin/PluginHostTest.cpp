@@ -20,7 +20,7 @@ protected:
         environment.parameterChanged = [this](CPlugin&, int parameter, float value) {
             reports.emplace_back(parameter, value);
         };
-        environment.parameterTouched = [this](CPlugin&, int) { ++touches; };
+        environment.parameterTouched = [this](CPlugin&, int, bool on) { touches += on ? 1 : 0; };
         environment.currentTime = [](PlayTime& time) { time.tempo = 133.0; };
     }
 

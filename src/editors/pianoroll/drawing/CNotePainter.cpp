@@ -106,9 +106,13 @@ void CNotePainter::DrawRows(const RollDrawing& drawing, CGridPainter& ground, co
         body.CopyTo(drawing, top + frame, height - 2 * frame);
         edge.CopyTo(drawing, top + height - frame, frame);
         ground.DrawGap(drawing, row);
-        for (const Shown& entry : notes) {
+        for (std::size_t index = 0; index < notes.size(); ++index) {
+            const Shown& entry = notes[index];
             const Note& note = *entry.note;
-            if (entry.box.Width() < (note.velocity > 0 ? kNarrowestNamed : 1)) continue;
+            // A note that lies over the beginning of this one takes the place of its name.
+            const bool isCovered =
+                index + 1 < notes.size() && notes[index + 1].box.left < entry.box.left + kNarrowestNamed;
+            if (note.velocity > 0 && (isCovered || entry.box.Width() < kNarrowestNamed)) continue;
             const Look look = LookOf(drawing, entry, selection, hovered == entry.number);
             if (note.velocity <= 0) {
                 DrawNote(drawing, note, look);

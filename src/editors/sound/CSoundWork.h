@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// Reads a sound file and finds its tempo on a thread of its own, which stands back behind the others. The window's
+// thread starts, asks and cancels; it never waits but for the end of what was cancelled.
+
+#include <QString>
+#include <atomic>
+#include <future>
+#include <memory>
+
+#include "export/SoundClip.h"
+#include "export/rhythm/RhythmTempo.h"
+
+class QWidget;
+
+namespace quib {
+
+struct HeardSound {
+    QString path;  // empty: the master output
+    SoundClip clip;
+    std::vector<float> mono;
+    RhythmTempo rhythm;
+    double seconds = 0;  // that it took
+    std::string error;   // not empty: there is nothing else
+};
+
+class CSoundWork {
+public:
+    ~CSoundWork() { Cancel(); }
+
+    void Read(const QString& path);
+    // Of what was heard elsewhere.
+    void Find(std::vector<float> mono, int sampleRate);
+    void Cancel();
+    bool IsBusy() const { return work.valid(); }
+    // Of the file, 0..1; then the tempo is looked for.
+    double Share() const noexcept { return share.load(); }
+    // What has been finished since the last time; null while there is nothing, or it was cancelled.
+    std::shared_ptr<const HeardSound> Take();
+
+private:
+    void Start(std::function<void(HeardSound&)> run);
+
+    std::future<std::shared_ptr<HeardSound>> work;
+    std::atomic<bool> cancelled{false};
+    std::atomic<double> share{0};
+};
+
+// A file that the user chooses; empty when there is none.
+QString ChooseSoundFile(QWidget* parent);
+
+}  // namespace quib
