@@ -14,7 +14,7 @@ constexpr int kClap = 39;
 constexpr int kClosedHat = 42;
 constexpr int kOpenHat = 46;
 
-// Two bars: a kick on every beat, claps on two and four, hats between, a turn at the end.
+// Two bars: a kick on every beat, claps on two and four, hats between, a turn at the end; boxes are left to fill.
 std::shared_ptr<const CPattern> TwoBars() {
     constexpr int kSteps = 32;
     std::vector<Note> notes;
@@ -25,7 +25,7 @@ std::shared_ptr<const CPattern> TwoBars() {
         if (step % 4 == 0) add(step, kKick, 112);
         if (step % 8 == 4) add(step, kClap, 96);
         if (step % 4 == 2) add(step, kOpenHat, 84);
-        if (step % 2 == 1) add(step, kClosedHat, step % 4 == 1 ? 72 : 56);
+        if (step % 4 == 3) add(step, kClosedHat, 64);
     }
     add(27, kKick, 88);
     add(30, kKick, 96);
