@@ -10,6 +10,8 @@ namespace {
 
 constexpr double kSilence = -120;   // dB
 constexpr float kRise = 6;          // dB above what lay before, for another hit
+constexpr double kPlain = 0.35;     // of the sound itself, where highs count more
+constexpr double kRising = 2;       // of its rise from frame to frame
 constexpr double kShortest = 0.04;  // seconds between hits
 constexpr double kLoudest = 40;     // dB above the threshold, of velocity 127
 
@@ -27,7 +29,8 @@ RhythmSettings RhythmSettingsOf(const DetectorSettings& stored) {
             Or(stored.release, usual.release, 0.01 * std::pow(100.0, clamped(stored.release))),
             Or(stored.threshold, usual.threshold, -60.0 + 60.0 * clamped(stored.threshold)),
             Or(stored.level, usual.level, -24.0 + 48.0 * clamped(stored.level)),
-            24.0 * clamped(stored.gain)};
+            24.0 * clamped(stored.gain),
+            stored.eqFrequency <= 0};
 }
 
 CRhythmEnvelope::CRhythmEnvelope(const RhythmSettings& wanted, int sampleRate)
@@ -46,6 +49,11 @@ void CRhythmEnvelope::Add(std::span<const float> mono) {
     for (const float sample : mono) {
         in = std::max(in, std::abs(static_cast<double>(sample)));
         double x = sample * inputGain;
+        if (settings.bright) {
+            const double rise = x - x1;
+            x1 = x;
+            x = kPlain * x + kRising * rise;
+        }
         if (hasFilter) {
             const double y = static_cast<double>(filter.b0) * x + static_cast<double>(filter.b1) * x1 +
                              static_cast<double>(filter.b2) * x2 - static_cast<double>(filter.a1) * y1 -

@@ -19,10 +19,11 @@ struct RhythmSettings {
     double hertz = 0;        // centre of the band-pass; 0: the whole sound
     double quality = 0.7;    // of the band-pass
     double attack = 0.002;   // seconds
-    double release = 0.06;   // seconds
+    double release = 0.03;   // seconds
     double threshold = -30;  // dB below full scale
     double level = 0;        // dB, -24..24: of what is listened to
     double gain = 0;         // dB, 0..24: of the hits' strength
+    bool bright = false;     // highs count more: cymbals stand out beside bass drums
 };
 RhythmSettings RhythmSettingsOf(const DetectorSettings& stored);
 
