@@ -33,7 +33,7 @@ struct SoundTags {
     // Of a loop, told in Wave files.
     int loopBeats = 0;            // quarter notes; 0: it is none
     std::int64_t loopFrames = 0;  // the whole length
-    std::vector<int> strokes;     // frames at which they begin, at most a hundred
+    std::vector<int> strokes = {};// frames at which they begin, at most a hundred
 };
 
 // Markers: from the first to the last one, or to the end of the song after a single one.
