@@ -148,7 +148,7 @@ void CMainWindow::ShowNotice(const QString& text) {
         notice->setFocusPolicy(Qt::NoFocus);
         connect(notice, &QPushButton::clicked, statusBar(), &QWidget::hide);
         statusBar()->setSizeGripEnabled(false);
-        statusBar()->addWidget(notice, 1);
+        statusBar()->addPermanentWidget(notice, 1);  // beside how far the scan is
     }
     delete noticeButton;
     notice->setText(QStringLiteral("\u00D7   ") + text);
