@@ -29,8 +29,9 @@ public:
     }
 
 private:
-    void DoWorse(const std::string& where) const {
-        if (worse.find(':' + where + ':' + program_invocation_short_name) == std::string::npos) return;
+    void DoWorse(const char* where) const {
+        if (worse.empty()) return;
+        if (worse.find(std::string(1, ':') + where + ':' + program_invocation_short_name) == std::string::npos) return;
         if (worse.starts_with("abort")) std::abort();
         if (worse.starts_with("exit")) std::exit(0);
         if (worse.starts_with("throw")) throw std::runtime_error("of a plug-in");

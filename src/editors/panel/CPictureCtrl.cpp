@@ -23,14 +23,14 @@ float CPictureRoles::Get(const char* role, float fallback) const {
     return found != indices.end() ? values.Get(found->second) : fallback;
 }
 
-QString CPictureRoles::Text(const char* role) const {
+QString CPictureRoles::Reading(const char* role) const {
     const auto found = indices.find(role);
     return found != indices.end() ? values.Text(found->second) : QString();
 }
 
 float CPictureRoles::Number(const char* role, float fallback) const {
     bool isNumber = false;
-    const float number = Text(role).section(QLatin1Char(' '), 0, 0).toFloat(&isNumber);
+    const float number = Reading(role).section(QLatin1Char(' '), 0, 0).toFloat(&isNumber);
     return isNumber ? number : fallback;
 }
 

@@ -25,8 +25,8 @@ public:
     // 0..1; `fallback` for a role that the layout does not give.
     float Get(const char* role, float fallback = 0) const;
     // In the plug-in's words; empty without it.
-    QString Text(const char* role) const;
-    // The number that its text begins with.
+    QString Reading(const char* role) const;
+    // The number that its reading begins with.
     float Number(const char* role, float fallback = 0) const;
     void Set(const char* role, float value);
     const std::map<std::string, int>& Indices() const noexcept { return indices; }

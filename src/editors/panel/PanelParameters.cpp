@@ -12,6 +12,11 @@ constexpr std::array kControls = {"knob",   "slider", "fader", "switch", "menu",
                                   "choice", "step",   "pick",  "waves",  "cycle"};
 constexpr int kSends = 5;  // none, and the four
 
+bool IsBox(const std::string& word) {
+    constexpr std::array kBoxes = {"column", "row", "group", "line", "pages", "pads", "matrix"};
+    return std::find(kBoxes.begin(), kBoxes.end(), word) != kBoxes.end();
+}
+
 class CParameterSearch {
 public:
     explicit CParameterSearch(const PanelLayout& layout) {
@@ -41,7 +46,7 @@ private:
             for (int page = 0; page < (paged ? pages : 1); ++page) {
                 const int within = paged ? found.stride * page : offset;
                 Take(statement, within);
-                Search(statement.inside, within);
+                if (IsBox(statement.word)) Search(statement.inside, within);
             }
         }
     }

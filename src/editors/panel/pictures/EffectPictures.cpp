@@ -85,7 +85,7 @@ void CStrokePicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRol
         pitch.emplace_back(area.left() + column, area.bottom() - area.height() * height);
     }
     canvas.Polyline(pitch, Palette().Accent(ESection::kKeyboard), 1.6);
-    const QString text = roles.Text("tune");
+    const QString text = roles.Reading("tune");
     canvas.Text(QRectF(area.right() - 90, pitch.back().y() - 15, 88, 12), text, Palette().Accent(ESection::kKeyboard),
                 10, Qt::AlignRight);
 }
@@ -106,7 +106,7 @@ void CTapsPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles
     constexpr int kMostTaps = 32;
     constexpr qreal kHiddenBelow = 0.02;
     const auto left = std::max(0.02, static_cast<qreal>(roles.Get("left")));
-    const auto right = roles.Text("link") == QLatin1String("On")
+    const auto right = roles.Reading("link") == QLatin1String("On")
                            ? left
                            : std::max(0.02, static_cast<qreal>(roles.Get("right", roles.Get("left"))));
     const auto feedback = std::min(0.97, static_cast<qreal>(roles.Get("feedback")));
@@ -160,7 +160,7 @@ void CDecayPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRole
         const QPointF b = from + (to - from) * ((dash + 0.55) / 12);
         canvas.Line(a.x(), a.y(), b.x(), b.y(), Palette().Accent(ESection::kEqualiser), 1.6);
     }
-    canvas.Text(QRectF(area.right() - 90, area.top(), 90, 12), roles.Text("time"), Named("textMuted"), 10,
+    canvas.Text(QRectF(area.right() - 90, area.top(), 90, 12), roles.Reading("time"), Named("textMuted"), 10,
                 Qt::AlignRight);
 }
 
@@ -217,7 +217,7 @@ void CSwingPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRole
     const auto delay = static_cast<qreal>(roles.Number("delay", 7));
     const auto depth = static_cast<qreal>(roles.Number("depth", 3));
     constexpr qreal kLongest = 42;  // ms
-    const QString shape = roles.Text("shape");
+    const QString shape = roles.Reading("shape");
     for (int voice = 0; voice < voices; ++voice) {
         const float phase = static_cast<float>(voice) / static_cast<float>(voices);
         std::vector<QPointF> points;

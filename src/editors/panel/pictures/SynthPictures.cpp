@@ -65,7 +65,7 @@ qreal FilterY(const QRectF& area, const CPictureRoles& roles, double share) {
     const double ratio = std::pow(10, kDecades * (share - static_cast<double>(roles.Get("cutoff"))));
     const double resonance = static_cast<double>(roles.Get("resonance"));
     const double quality = kPlainQuality * std::pow(kMostQuality / kPlainQuality, resonance);
-    const double response = ResponseOf(roles.Text("type"), ratio, quality);
+    const double response = ResponseOf(roles.Reading("type"), ratio, quality);
     return area.top() + area.height() * std::clamp((kHighest - response) / kDepth, 0.0, 1.0);
 }
 
@@ -74,11 +74,11 @@ qreal FilterY(const QRectF& area, const CPictureRoles& roles, double share) {
 // --- Waves ---------------------------------------------------------------------------------------------------
 
 bool CWavePicture::HasEdge(const CPictureRoles& roles) const {
-    return roles.Has("width") && roles.Text("shape") == QLatin1String("Pulse");
+    return roles.Has("width") && roles.Reading("shape") == QLatin1String("Pulse");
 }
 
 void CWavePicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const {
-    const QString shape = roles.Text("shape");
+    const QString shape = roles.Reading("shape");
     const float width = HasEdge(roles) ? roles.Number("width", 50) / 100 : 0.5F;
     const int count = std::max(2, static_cast<int>(area.width() * 2));
     std::vector<QPointF> points;
@@ -152,7 +152,7 @@ void CFilterPicture::Drag(int, const QPointF& place, const QRectF& area, CPictur
     roles.Set("cutoff", ShareOf(place.x(), area.left(), area.width()));
     // Up is more: from the plain response at the cutoff to the top.
     const double response = kHighest - kDepth * (place.y() - area.top()) / area.height();
-    const double plain = ResponseOf(roles.Text("type"), 1, 1);
+    const double plain = ResponseOf(roles.Reading("type"), 1, 1);
     const double quality = std::pow(10, (response - plain) / 20);
     const double resonance = std::log(quality / kPlainQuality) / std::log(kMostQuality / kPlainQuality);
     roles.Set("resonance", static_cast<float>(std::clamp(resonance, 0.0, 1.0)));
