@@ -15,6 +15,9 @@ namespace {
 
 // Names that no language changes.
 const std::set<std::string> kNoTexts = {"QUIB Sequencer",
+                                        "QUIB drums",
+                                        "QUIB synth",
+                                        "u25CF REC",
                                         "QUIB Studio",
                                         "QUIB STUDIO",
                                         "[*] - QUIB Sequencer",
