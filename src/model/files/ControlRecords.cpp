@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <array>
 
+#include "model/CInstrument.h"
+
 namespace quib {
 
 namespace {
 
 constexpr int kSourceCount = 6;
 constexpr std::int32_t kHighestNumber = 127;
-constexpr std::int32_t kLastChannelSelector = 17;
 constexpr std::int32_t kHighestIndex = 1 << 16;
 
 bool IsWithin(std::int32_t number, std::int32_t low, std::int32_t high) { return number >= low && number <= high; }

@@ -20,7 +20,7 @@ constexpr int kMostLibraries = 1000;
 constexpr int kMostThreads = 64;
 constexpr std::size_t kPathSize = 1024;
 constexpr std::size_t kNameSize = 128;
-constexpr std::array<char, 8> kMagic = {'q', 'm', 'a', 'r', 'k', 's', '0', '1'};
+constexpr std::array<char, 8> kMarksMagic = {'q', 'm', 'a', 'r', 'k', 's', '0', '1'};
 
 // Library from 1 in the low bits, call, whether it renders, and a serial number of the thread.
 constexpr int kCallShift = 16;
@@ -189,7 +189,7 @@ bool KeepMarks(const std::filesystem::path& file) {
     if (!pageFile.Create(file, sizeof(Page))) return false;
     pagePath = file;
     page = reinterpret_cast<Page*>(pageFile.Data());
-    page->magic = kMagic;
+    page->magic = kMarksMagic;
     libraryCount = 0;
     return true;
 }
@@ -218,7 +218,7 @@ std::optional<PluginBlame> TakeBlame(const std::filesystem::path& file) {
     const auto left = std::make_unique<Page>();
     std::ifstream stream(file, std::ios::binary);
     stream.read(reinterpret_cast<char*>(left.get()), sizeof(Page));
-    if (stream.gcount() != sizeof(Page) || left->magic != kMagic) return std::nullopt;
+    if (stream.gcount() != sizeof(Page) || left->magic != kMarksMagic) return std::nullopt;
     std::error_code ignored;
     std::filesystem::remove(file, ignored);
     PluginBlame blame;
