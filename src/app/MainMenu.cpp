@@ -126,9 +126,8 @@ void CMainWindow::BuildMenus() {
     BuildSettingsMenu();
     BuildHelpMenu();
     AssignMnemonics(menuBar()->actions());
-    for (QMenu* const menu : menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly)) {
-        KeepMnemonics(*menu);
-    }
+    // Those within them too: some are filled as they are about to be shown.
+    for (QMenu* const menu : menuBar()->findChildren<QMenu*>()) KeepMnemonics(*menu);
     ShowTitle();
 }
 
@@ -163,7 +162,7 @@ void CMainWindow::BuildExchangeMenus() {
     const auto add = [&](const char* text, EWhat what) {
         return Add(*menu, number++, text, [this, what] { exchange.ExportMidi(what); });
     };
-    add(TextKey("Song ..."), EWhat::kSong)->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    GiveKeys(*add(TextKey("Song ..."), EWhat::kSong), {Qt::CTRL | Qt::SHIFT | Qt::Key_E});
     add(TextKey("Selected instrument ..."), EWhat::kInstrument);
     add(TextKey("Selected pattern ..."), EWhat::kPattern);
     Add(*fileMenu, command::kCollect, TextKey("Collect into a folder ..."), [this] { exchange.Collect(); });

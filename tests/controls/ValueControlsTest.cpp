@@ -180,7 +180,7 @@ TEST_F(CValueControlsTest, PresetsAreRecalledByMouseAndKeyboard) {
     presets.onAdd = [&count] { ++count; };
     presets.onPresetMenu = [&menus](int preset) { menus.push_back(preset); };
     Open();
-    Click(10 + 22, 20);
+    Click(10 + 25, 20);
     Key(Qt::Key_Right);
     Key(Qt::Key_Right);  // there is none further
     Key(Qt::Key_Home);
@@ -188,9 +188,9 @@ TEST_F(CValueControlsTest, PresetsAreRecalledByMouseAndKeyboard) {
     Key(Qt::Key_4, QStringLiteral("4"));
     EXPECT_EQ(recalled, (std::vector<int>{1, 2, 0, 2}));
     EXPECT_EQ(value.Get(), 3.0F);
-    Click(10 + 66, 20);
+    Click(10 + 75, 20);
     EXPECT_EQ(count, 4);
-    Click(10 + 23, 20, Qt::RightButton);
+    Click(10 + 26, 20, Qt::RightButton);
     Click(120, 20, Qt::RightButton);
     EXPECT_EQ(menus, (std::vector<int>{1, -1}));
     Move(300, 200);

@@ -42,7 +42,7 @@ StripColumns StripColumns::For(int width) noexcept {
         columns.cells = 240;
         missing -= 44;
         columns.cellPitch -= (Give(missing, kCells * (kLeastPitch - kTiniestPitch)) + kCells - 1) / kCells;
-        columns.insertsWidth -= Give(missing, 16);
+        columns.insertsWidth -= Give(missing, 20);
     }
     columns.length = columns.cells + kCells * columns.cellPitch + kGap;
     columns.equaliser = columns.length + kLengthWidth + kGap;
