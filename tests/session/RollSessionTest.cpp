@@ -9,10 +9,12 @@
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "CDriver.h"
 #include "app/CPluginCatalog.h"
 #include "app/browser/CPluginBrowser.h"
+#include "app/start/CStartPage.h"
 #include "editors/pianoroll/CWinControlPianoRoll.h"
 
 namespace quib {
@@ -62,11 +64,20 @@ protected:
         Key("Escape");
         ASSERT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
     }
+    // An empty project has the start page where the strips and their button are.
+    QPoint AddPlace() {
+        const auto onPage = user->Ask([&]() -> std::optional<QPoint> {
+            auto& page = *user->Window().findChild<CStartPage*>();
+            if (!page.isVisible()) return std::nullopt;
+            return page.mapToGlobal(page.AreaOf(QStringLiteral("add")).center());
+        });
+        return onPage ? *onPage : user->PointOf(*user->FindInBand(kAddInstrument));
+    }
     // Out of the browser: the built-in ones stand first, by name.
     void Add(const char* rowKey) {
         const std::size_t before = user->Ask([&] { return Station().Stack().Instruments().size(); });
         ASSERT_TRUE(user->WaitFor([&] { return user->Window().Catalog().Instruments().size() >= 3; }));
-        Click(user->PointOf(*user->FindInBand(kAddInstrument)));
+        Click(AddPlace());
         ASSERT_TRUE(user->WaitFor([&] {
             const auto* const browser = user->Window().findChild<CPluginBrowser*>();
             return browser != nullptr && browser->isVisible() && browser->isAncestorOf(QApplication::focusWidget());
