@@ -89,7 +89,7 @@ void CGallery::BuildKnobs() {
                                                  {"Pressed", 0.85F, EState::kPressed},
                                                  {"Left", 0.25F, EState::kNormal},
                                                  {"Centre", 0.5F, EState::kNormal},
-                                                 {"Disabled", 0.4F, EState::kDisabled}}};
+                                                 {"Off", 0.4F, EState::kDisabled}}};
     for (std::size_t index = 0; index < kSamples.size(); ++index) {
         const Sample& sample = kSamples[index];
         auto& knob = Place<CKnobCtrl>(ESection::kEqualiser, at.x() + 43 * static_cast<int>(index), at.y() + 2, 38, 52,
