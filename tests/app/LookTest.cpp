@@ -75,6 +75,7 @@ TEST_F(LookTest, NoTextIsCutInEitherLanguageAtAnyScale) {
             for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
                 console->SetUiScale(scale);
                 Resize(scale);
+                cut.clear();  // the old size at the new scale
                 console->Translate();
                 Follow();
                 for (const auto& top : console->Controls()) Help(*top);
