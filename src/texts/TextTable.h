@@ -433,7 +433,7 @@ inline constexpr KeyedText kTexts[] = {
     {"Load Plugin...", "Charger un plug-in..."},
     {"Loop", "Boucle"},
     {"Lower limit: %1  (learn from the next key)", "Limite basse : %1  (apprendre de la prochaine touche)"},
-    {"MIDI off", "MIDI coupé"},
+    {"MIDI off", "MIDI off"},
     {"MIDI omni", "MIDI omni"},
     {"MASTER", "MASTER"},
     {"Colours", "Couleurs"},
