@@ -11,9 +11,9 @@ namespace quibplug {
 namespace {
 
 constexpr float kFadeSeconds = 0.03f;
-constexpr float kTimeGlideSeconds = 0.12f;     // time constant
-constexpr double kFastest = 0.5;           // frames per frame: half to one and a half times the pitch
-constexpr double kSlowest = 1.0 / 2048.0;  // frames per frame, so that it arrives
+constexpr float kTimeGlideSeconds = 0.12f;  // time constant
+constexpr double kFastest = 0.5;            // frames per frame: half to one and a half times the pitch
+constexpr double kSlowest = 1.0 / 2048.0;   // frames per frame, so that it arrives
 
 }  // namespace
 

@@ -17,8 +17,8 @@ namespace quibplug {
 
 using LoopSet = std::vector<std::shared_ptr<const Loop>>;  // by rising key, each key once
 
-// The folder "Loops" beside the one that this library stands in, else the installed one; then those that the environment names in
-// QUIB_LOOPS (between colons), else the user's own.
+// The folder "Loops" beside the one that this library stands in, else the installed one; then those that the
+// environment names in QUIB_LOOPS (between colons), else the user's own.
 std::vector<std::string> LoopsFolders();
 
 // What the folders hold now, at the files' rates or that one, if it is lower; the same object as long as nothing

@@ -58,8 +58,7 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
     if (panel != nullptr)
-        pageSize =
-            (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
+        pageSize = (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
     resize(pageSize);
 }
 

@@ -11,7 +11,6 @@
 #include <QPainter>
 #include <QRect>
 #include <functional>
-#include <functional>
 #include <span>
 
 #include "controls/CSkin.h"

@@ -34,9 +34,7 @@ CKnobCtrl::CKnobCtrl(CWinControl& window, std::uint32_t number, int left, int to
 
 int CKnobCtrl::Side() const noexcept { return std::min(Width(), Height() - (HasText() ? kLabelHeight : 0)); }
 
-QPoint CKnobCtrl::FromCentre(int px, int py) const noexcept {
-    return {px - X() - Width() / 2, py - Y() - CentreY()};
-}
+QPoint CKnobCtrl::FromCentre(int px, int py) const noexcept { return {px - X() - Width() / 2, py - Y() - CentreY()}; }
 
 void CKnobCtrl::OnLButtonDown(int px, int py, int /*button*/) {
     if (Value() == nullptr || !enabled) return;

@@ -19,7 +19,7 @@ struct Folders {
     QString pluginInstruments;
     QString pluginEffects;
     QString programs;
-    QString loops;           // the user's own
+    QString loops;  // the user's own
     QString backups;
     QString currentProject;  // file written at exit
     QString backupProject;   // file written while the program runs

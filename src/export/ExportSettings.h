@@ -31,9 +31,9 @@ struct SoundTags {
     double tempo = 0;     // beats per minute; 0: the project's
     int beatsPerBar = 4;  // beats of a bar, of quarter notes
     // Of a loop, told in Wave files.
-    int loopBeats = 0;            // quarter notes; 0: it is none
-    std::int64_t loopFrames = 0;  // the whole length
-    std::vector<int> strokes = {};// frames at which they begin, at most a hundred
+    int loopBeats = 0;              // quarter notes; 0: it is none
+    std::int64_t loopFrames = 0;    // the whole length
+    std::vector<int> strokes = {};  // frames at which they begin, at most a hundred
 };
 
 // Markers: from the first to the last one, or to the end of the song after a single one.

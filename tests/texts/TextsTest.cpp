@@ -14,15 +14,10 @@ namespace quib {
 namespace {
 
 // Names that no language changes.
-const std::set<std::string> kNoTexts = {"QUIB Sequencer",
-                                        "QUIB drums",
-                                        "QUIB synth",
-                                        "u25CF REC",
-                                        "QUIB Studio",
-                                        "QUIB STUDIO",
-                                        "[*] - QUIB Sequencer",
-                                        "<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p><p>%4</p>",
-                                        "Sans Serif"};
+const std::set<std::string> kNoTexts = {
+    "QUIB Sequencer", "QUIB drums",  "QUIB synth",           "u25CF REC",
+    "QUIB Studio",    "QUIB STUDIO", "[*] - QUIB Sequencer", "<h2>QUIB Sequencer %1</h2><p>%2</p><p>%3</p><p>%4</p>",
+    "Sans Serif"};
 
 CSourceText SourcesOfTheWindows() {
     CSourceText sources;

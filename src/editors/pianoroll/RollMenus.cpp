@@ -114,8 +114,8 @@ void CWinControlPianoRoll::FillShapes(QMenu& menu) {
     };
     add(TextKey("Quantise"), "Ctrl+G", &CPianoRollKeys::Quantise);
     // Undone and done again it is another seed's.
-    QAction* const humanise = menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed),
-                                             [&keys] { keys.Humanise(); });
+    QAction* const humanise =
+        menu.addAction(Text("Humanise (seed %1)").arg(roll->options.humanise.seed), [&keys] { keys.Humanise(); });
     humanise->setShortcut(QKeySequence(QStringLiteral("Ctrl+H")));
     add(TextKey("Duplicate"), "Ctrl+D", &CPianoRollKeys::Duplicate);
     add(TextKey("Join"), "Ctrl+J", &CPianoRollKeys::Join);

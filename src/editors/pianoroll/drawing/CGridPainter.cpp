@@ -57,10 +57,9 @@ CGridPainter::Line CGridPainter::MakeLine(const RollDrawing& drawing, QRgb groun
         fill(x, x + 1, colours[static_cast<std::size_t>(entry.kind)]);
     }
     const int end = std::clamp(pixel(time.XOf(look.stepCount)) - first, 0, static_cast<int>(line.size()));
-    std::transform(line.begin() + end, line.end(), line.begin() + end,
-                   [shade = Palette().Colour(QStringLiteral("shade"))](QRgb colour) {
-                       return Mix(colour, shade, 0.5F);
-                   });
+    std::transform(
+        line.begin() + end, line.end(), line.begin() + end,
+        [shade = Palette().Colour(QStringLiteral("shade"))](QRgb colour) { return Mix(colour, shade, 0.5F); });
     return line;
 }
 
