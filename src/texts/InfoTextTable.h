@@ -98,15 +98,9 @@ inline constexpr NumberedText kInfoTexts[] = {
      "pattern of the current "
      "instrument: on a MIDI keyboard, the keyboard of the strip, or the keys of the computer (A to L and the row "
      "above, Z and X for the octave). Right button: overdub or replace, quantise.",
-<<<<<<< HEAD
-     "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt ; ce que vous jouez s'écrit dans le motif en "
-     "cours de l'instrument courant : clavier MIDI, clavier de la tranche ou touches de l'ordinateur (rangée centrale "
-     "et celle du dessus ; octave : les deux premières du bas). Bouton droit : ajouter ou remplacer, quantifier."},
-=======
      "ENREGISTREMENT DE NOTES (Ctrl+R) - Lance la lecture jusqu'à l'arrêt et écrit ce que vous jouez dans le motif "
      "courant de l'instrument courant : clavier MIDI, de la tranche ou de l'ordinateur (rangée centrale et celle du "
      "dessus ; octave : deux premières du bas). Bouton droit : ajouter ou remplacer, quantifier."},
->>>>>>> look
     {429,
      "STEP ENTRY - While nothing plays, the keys you play are written at the cursor, keys held together as a chord. "
      "Then the cursor goes on by the snap, at the end back to the beginning. The arrow keys move it.",
