@@ -21,7 +21,9 @@ namespace {
 
 class StartPageTest : public AppTest {
 protected:
-    StartPageTest() : catalog(QString(), File("catalog.json")), window(*workstation, catalog, MakeConsole) {
+    StartPageTest()
+        : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),
+          window(*workstation, catalog, MakeConsole) {
         window.ApplySettings();
         window.resize(1366, 728);
         window.show();

@@ -50,6 +50,7 @@ protected:
                     }
                 }
                 Station().Audio().settings.tempo.Set(240);
+                SetSongMode(Station(), true);
             });
             user->Key("F6");
             EXPECT_TRUE(user->WaitFor([&] { return Pane().IsShown() && Pane().Lane(1) != nullptr; }));
@@ -152,7 +153,7 @@ TEST_F(SongSessionTest, ASongIsArrangedInFourPressesAndChangedByTheKeypad) {
         user->Click(Tool(kMore));
         EXPECT_TRUE(user->ChooseOpen(QStringLiteral("Bounce the loop region")));
         CExportDialog* dialog = nullptr;
-        EXPECT_TRUE(user->WaitFor([&] { return (dialog = user->Window().findChild<CExportDialog*>()) != nullptr; }));
+        ASSERT_TRUE(user->WaitFor([&] { return (dialog = user->Window().findChild<CExportDialog*>()) != nullptr; }));
         EXPECT_EQ(user->Ask([&] { return dialog->Settings().range; }), EExportRange::kLoop);
         EXPECT_EQ(user->Ask([&] { return dialog->Settings().firstStep; }), 4 * kBar);
         user->Ask([&] { dialog->reject(); });
