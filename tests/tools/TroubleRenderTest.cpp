@@ -38,9 +38,10 @@ TEST_F(CTroubleRenderTest, APluginThatEndsOrHangsIsNamed) {
                  {"throw:close:quib-render", 0, ""},
                  {"hang:close:quib-render", 0, "\"Trouble\" has not returned for 10 s", true}};
     Write("song.prg", TroubleProject());
+    // What a plug-in that throws while it is closed leaves behind is its own.
     for (const auto& one : cases) {
         if (one.slow && std::getenv("QUIB_THOROUGH") == nullptr) continue;
-        const Outcome outcome = RunCommand(std::string("QUIB_TROUBLE=") + one.trouble +
+        const Outcome outcome = RunCommand(std::string("ASAN_OPTIONS=detect_leaks=0 QUIB_TROUBLE=") + one.trouble +
                                            " " QUIB_BIN_DIR "/quib-render " + Path("song.prg") + " " + Path("out.wav") +
                                            " --seconds 1 --plugins " QUIB_BIN_DIR "/testplugins");
         EXPECT_EQ(outcome.exitCode, one.exitCode) << one.trouble << ": " << outcome.error;
