@@ -6,6 +6,7 @@
 
 #include "app/FileDialogs.h"
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "texts/Texts.h"
 
@@ -15,8 +16,6 @@ namespace {
 
 constexpr int kRecordButton = 60;
 constexpr int kFileRoom = 100;  // pixels beside the button from which the file is named
-
-QRgb Named(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 
@@ -33,10 +32,10 @@ void CStateLineCtrl::Tick() {
 }
 
 void CStateLineCtrl::Draw() {
-    Canvas().Fill(Rectangle(), Named(playing ? "transport" : "window"));
+    Canvas().Fill(Rectangle(), Colour(playing ? "transport" : "window"));
     if (!recording) return;
     const int half = Width() / 2;
-    Canvas().Fill(QRect(X() + half, Y(), Width() - half, Height()), Named("record"));
+    Canvas().Fill(QRect(X() + half, Y(), Width() - half, Height()), Colour("record"));
 }
 
 CArmCtrl::CArmCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
@@ -46,10 +45,10 @@ CArmCtrl::CArmCtrl(CWinControl& window, std::uint32_t number, int left, int top,
 void CArmCtrl::Draw() {
     const EState state = PlainState();
     const QRectF area(Rectangle());
-    const QRgb red = Named("record");
+    const QRgb red = Colour("record");
     Canvas().Fill(area, backgroundColour);
     DrawCap(Canvas(), area, state, red);
-    if (IsOn()) Canvas().Box(area, 3, Named("recordGround"), red, 2);
+    if (IsOn()) Canvas().Box(area, 3, Colour("recordGround"), red, 2);
     const QRgb colour = CapTextColour(state, red);
     const bool withWord = !word.isEmpty();
     const qreal middle = withWord ? area.top() + 15 : area.center().y();
@@ -61,7 +60,7 @@ void CArmCtrl::Draw() {
     }
     const QPointF ring(area.center().x() + 9, middle);
     Canvas().Ellipse(ring, 5, IsOn() ? red : colour);
-    if (!IsOn()) Canvas().Ellipse(ring, 3.4, Named("panelRaised"));
+    if (!IsOn()) Canvas().Ellipse(ring, 3.4, Colour("panelRaised"));
     if (!withWord) return;
     Canvas().Text(QRectF(area.left(), area.bottom() - 17, area.width(), 14), IsOn() ? Text("ARMED") : word, colour, 10,
                   Qt::AlignCenter, true);
@@ -99,8 +98,8 @@ void CPositionCtrl::Tick() {
 void CPositionCtrl::Draw() {
     const QRectF area(Rectangle());
     Canvas().Fill(area, backgroundColour);
-    const QRgb accent = Named("transport");
-    Canvas().Box(area, 4, Named(playing ? "playGround" : "glass"), playing ? accent : Named("edge"), playing ? 2 : 1);
+    const QRgb accent = Colour("transport");
+    Canvas().Box(area, 4, Colour(playing ? "playGround" : "glass"), playing ? accent : Colour("edge"), playing ? 2 : 1);
     Canvas().Digits(area, text, accent, fontHeight, Qt::AlignCenter, true);
 }
 
@@ -114,7 +113,7 @@ CRecorderCtrl::CRecorderCtrl(CWinControl& window, std::uint32_t number, int left
     const int buttonHeight = IsNarrow() ? newHeight - 16 : newHeight;
     button = &AddChild<CSwitchCtrl>(0U, 0, 0, IsNarrow() ? newWidth : kRecordButton, buttonHeight, &shown,
                                     QStringLiteral("\u25CF REC"));
-    button->onColour = Named("record");
+    button->onColour = Colour("record");
     button->fontHeight = 14;
     button->infoString = 458;
     button->onChange = [this](CControl&) { Toggle(); };
@@ -164,8 +163,8 @@ void CRecorderCtrl::Draw() {
     const bool recording = shown.IsOn();
     const QRectF area(Rectangle());
     Canvas().Fill(area, backgroundColour);
-    if (recording) Canvas().Box(area, 3, Named("recordGround"), Named("record"), 2);
-    const QRgb strong = Named(recording ? "text" : "textDim");
+    if (recording) Canvas().Box(area, 3, Colour("recordGround"), Colour("record"), 2);
+    const QRgb strong = Colour(recording ? "text" : "textDim");
     if (IsNarrow()) {
         return Canvas().Digits({area.left(), area.bottom() - 15, area.width(), 14}, drawnTime, strong, 11,
                                Qt::AlignCenter, true);

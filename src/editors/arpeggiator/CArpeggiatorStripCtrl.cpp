@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -11,7 +12,6 @@ namespace quib {
 namespace {
 constexpr int kStep = 8;  // skin pixels
 constexpr int kHeight = 28;
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 }  // namespace
 
 CArpeggiatorStripCtrl::CArpeggiatorStripCtrl(CWinControl& window, std::uint32_t number, int left, int top)

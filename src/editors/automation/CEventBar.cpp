@@ -6,6 +6,7 @@
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/base/CFieldCtrl.h"
@@ -19,8 +20,6 @@ constexpr std::array kToolGlyphs = {picture::kGlyphPoints, picture::kGlyphEdit, 
                                     picture::kGlyphRamp,   picture::kGlyphSine, picture::kGlyphRandom};
 
 constexpr std::array kToolTexts = {521, 522, 523, 524, 525, 526};
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

@@ -5,13 +5,10 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 
 namespace quib {
-
-namespace {
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
-}  // namespace
 
 CLaneListCtrl::CLaneListCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight)
     : CControl(window, number, left, top, newWidth, newHeight) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "editors/automation/CEventCtrl.h"
 #include "model/edits/LaneCurve.h"
 #include "texts/Texts.h"
@@ -16,8 +17,6 @@ constexpr int kNotesLow = 24;  // keys that the notes behind are spread over
 constexpr int kNotesHigh = 96;
 constexpr double kNear = 8;          // pixels: points closer than that are small squares
 constexpr double kPointsAPixel = 2;  // more are drawn as columns
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 // Values with a line of their own on the scale of a filter, as hertz.
 constexpr std::array kHertz = {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 16000};

@@ -6,6 +6,7 @@
 
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
 
@@ -17,8 +18,6 @@ constexpr int kBarLeft = 128;
 constexpr int kBarWidth = 152;
 constexpr int kTextLeft = 292;
 constexpr int kBinWidth = 26;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

@@ -5,15 +5,12 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 #include "editors/ball/CBallPadCtrl.h"
 #include "texts/Texts.h"
 
 namespace quib {
-
-namespace {
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
-}  // namespace
 
 CBallListCtrl::CBallListCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth)
     : CControl(window, number, left, top, newWidth, kRows * kRow) {

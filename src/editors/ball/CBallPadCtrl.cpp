@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 #include "model/edits/BallEdits.h"
 #include "platform/Clock.h"
@@ -18,8 +19,6 @@ constexpr std::uint64_t kThrowTime = 80'000'000;  // nanoseconds before letting 
 constexpr float kThrowSpeed = 120;                // a second: slower ones stay where they are
 constexpr float kFastest = 1500;
 constexpr float kFine = 0.125F;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

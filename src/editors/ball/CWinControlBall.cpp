@@ -9,6 +9,7 @@
 #include "controls/CEntryDialog.h"
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
+#include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
 #include "editors/ball/CBallAssignmentsCtrl.h"
@@ -28,8 +29,6 @@ constexpr int kFoot = 286;
 constexpr int kRows = 316;
 
 const BallSoundList kNoBalls;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 QString ChannelText(int selector) {
     if (selector <= 0) return Text("Midi In OFF");

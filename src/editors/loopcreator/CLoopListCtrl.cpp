@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 #include "texts/Texts.h"
 
@@ -13,7 +14,6 @@ namespace quib {
 namespace {
 constexpr int kRow = 26;
 constexpr int kHead = 22;
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 }  // namespace
 
 CLoopListCtrl::CLoopListCtrl(CWinControl& window, int left, int topPlace)

@@ -5,13 +5,13 @@
 #include <vector>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 constexpr double kShown = 0.04;  // seconds on each side
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 }  // namespace
 
 CSeamCtrl::CSeamCtrl(CWinControl& window, int left, int top) : CControl(window, 0U, left, top, 382, 132) {}

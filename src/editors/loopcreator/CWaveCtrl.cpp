@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 #include "texts/Texts.h"
 
@@ -13,8 +14,6 @@ namespace {
 
 constexpr int kRuler = 22;
 constexpr double kCatch = 5;  // skin pixels round an end of the loop
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include "controls/CEntryDialog.h"
 #include "controls/CKnobCtrl.h"
 #include "controls/CSwitchCtrl.h"
+#include "controls/Colours.h"
 #include "editors/base/CFieldCtrl.h"
 #include "editors/loopcreator/CSeamCtrl.h"
 #include "editors/loopcreator/CWaveCtrl.h"
@@ -19,8 +20,6 @@ namespace {
 constexpr int kHigh = 648;
 constexpr int kWaveTop = 136;
 constexpr int kWaveHigh = 204;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

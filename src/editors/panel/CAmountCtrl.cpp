@@ -70,14 +70,14 @@ void CAmountCtrl::TakeNumber(float number) {
 void CAmountCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     if (!caption.isEmpty())
-        Canvas().Text(QRectF(X(), Y(), kCaptionWidth - 4, Height()), caption, Named("textMuted"), 10,
+        Canvas().Text(QRectF(X(), Y(), kCaptionWidth - 4, Height()), caption, Colour("textMuted"), 10,
                       Qt::AlignLeft | Qt::AlignVCenter);
     isCell ? DrawCell(QRectF(Rectangle()).adjusted(1, 1, -1, -1)) : DrawBar(Bar());
 }
 
 void CAmountCtrl::DrawBar(const QRectF& bar) {
-    const QRgb accent = enabled ? Palette().Accent(section) : Named("edge");
-    Canvas().FillRound(bar, 3, Named("wellDeep"));
+    const QRgb accent = enabled ? Palette().Accent(section) : Colour("edge");
+    Canvas().FillRound(bar, 3, Colour("wellDeep"));
     const qreal from = bar.left() + bar.width() * static_cast<qreal>(zero);
     const qreal to = bar.left() + bar.width() * static_cast<qreal>(Share());
     const qreal left = std::min(from, to) - 1;
@@ -85,14 +85,14 @@ void CAmountCtrl::DrawBar(const QRectF& bar) {
 }
 
 void CAmountCtrl::DrawCell(const QRectF& cell) {
-    Canvas().Box(cell, 3, Named(hovered && enabled ? "well" : "wellDeep"), Named("knobEdge"));
-    if (Share() == zero) return Canvas().Text(cell, QStringLiteral("·"), Named(enabled ? "textMuted" : "textOff"), 12);
+    Canvas().Box(cell, 3, Colour(hovered && enabled ? "well" : "wellDeep"), Colour("knobEdge"));
+    if (Share() == zero) return Canvas().Text(cell, QStringLiteral("·"), Colour(enabled ? "textMuted" : "textOff"), 12);
     const float amount = zero > 0 ? (Share() - zero) / (1 - zero) : Share();
     QRectF fill = cell.adjusted(1, 1, -1, -1);
     fill.setWidth(std::max(2.0, fill.width() * std::min(1.0, std::abs(static_cast<qreal>(amount)))));
     Canvas().FillRound(fill, 2, WithOpacity(Palette().Accent(section), 0.55F));
     const QString text = ValueText();
-    Canvas().Text(cell, text, Named("text"), FittingHeight(text, cell.width() - 4, true, 11), Qt::AlignCenter, true);
+    Canvas().Text(cell, text, Colour("text"), FittingHeight(text, cell.width() - 4, true, 11), Qt::AlignCenter, true);
 }
 
 }  // namespace quib

@@ -73,16 +73,16 @@ void CChoiceCtrl::TakeNumber(float number) {
 void CChoiceCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF field = Field();
-    const QRgb colour = Named(enabled ? hovered ? "text" : "textMuted" : "textOff");
-    Canvas().Box(field, 3, Named("well"), Named("edge"));
+    const QRgb colour = Colour(enabled ? hovered ? "text" : "textMuted" : "textOff");
+    Canvas().Box(field, 3, Colour("well"), Colour("edge"));
     Canvas().Glyph(Skin(), picture::kGlyphArrowLeft, {field.left() + kArrow / 2.0, field.center().y()}, colour);
     Canvas().Glyph(Skin(), picture::kGlyphArrowRight, {field.right() - kArrow / 2.0, field.center().y()}, colour);
     const QString text = ValueText();
     const QRectF inside = field.adjusted(kArrow, 0, -kArrow, 0);
-    Canvas().Text(inside, text, Named(enabled ? "text" : "textOff"), FittingHeight(text, inside.width(), true),
+    Canvas().Text(inside, text, Colour(enabled ? "text" : "textOff"), FittingHeight(text, inside.width(), true),
                   Qt::AlignCenter, true);
     if (caption.isEmpty()) return;
-    Canvas().Text(QRectF(X(), field.bottom() + 3, Width(), 14), caption, Named(enabled ? "textMuted" : "textOff"), 10);
+    Canvas().Text(QRectF(X(), field.bottom() + 3, Width(), 14), caption, Colour(enabled ? "textMuted" : "textOff"), 10);
 }
 
 }  // namespace quib

@@ -117,9 +117,9 @@ void CPadsCtrl::Draw() {
 void CPadsCtrl::DrawPad(const Pad& pad, const QRectF& area, bool isHit, bool isHot) {
     const QRgb accent = Palette().Accent(section);
     const bool chosen = pad.page == page;
-    Canvas().Box(area, 4, isHit ? accent : Named(isHot ? "knobHover" : "panelRaised"), Named("knobEdge"));
-    if (chosen) Canvas().Frame(area.adjusted(1, 1, -1, -1), 4, Named("text"), 2);
-    const QRgb ink = Named(isHit ? "onAccent" : "text");
+    Canvas().Box(area, 4, isHit ? accent : Colour(isHot ? "knobHover" : "panelRaised"), Colour("knobEdge"));
+    if (chosen) Canvas().Frame(area.adjusted(1, 1, -1, -1), 4, Colour("text"), 2);
+    const QRgb ink = Colour(isHit ? "onAccent" : "text");
     const qreal left = area.left() + kMargin;
     const qreal room = area.width() - 2 * kMargin;
     const QRectF title(left, area.top() + 8, room - (pad.chokes ? 18 : 0), 20);
@@ -128,19 +128,19 @@ void CPadsCtrl::DrawPad(const Pad& pad, const QRectF& area, bool isHit, bool isH
     if (pad.chokes) Canvas().Glyph(Skin(), picture::kGlyphChain, {area.right() - 17, area.top() + 18}, ink);
     QStringList keys;
     for (const int key : pad.keys) keys += QString::number(key);
-    const QRgb quiet = Named(isHit ? "onAccent" : "textMuted");
+    const QRgb quiet = Colour(isHit ? "onAccent" : "textMuted");
     Canvas().Glyph(Skin(), picture::kGlyphKeyboard, {left + 7, area.top() + 39}, quiet);
     Canvas().Text(QRectF(left + 18, area.top() + 30, room - 18, 18), keys.join(QStringLiteral(" · ")), quiet, 12,
                   Qt::AlignLeft | Qt::AlignVCenter);
     const auto bar = [&](int parameter, qreal bottom, float zero) {
         if (parameter < 0) return;
         const QRectF track(left, area.bottom() - bottom, room, 4);
-        Canvas().FillRound(track, 2, Named("wellDeep"));
+        Canvas().FillRound(track, 2, Colour("wellDeep"));
         const auto from = static_cast<qreal>(zero);
         const auto to = static_cast<qreal>(values.Get(parameter));
         const qreal start = left + room * std::min(from, to);
         Canvas().FillRound(QRectF(start - 1, track.top(), room * std::abs(to - from) + 2, 4), 2,
-                           isHit ? Named("onAccent") : Palette().Accent(ESection::kMix));
+                           isHit ? Colour("onAccent") : Palette().Accent(ESection::kMix));
     };
     bar(pad.pan, 22, 0.5F);
     bar(pad.level, 12, 0);
@@ -149,7 +149,7 @@ void CPadsCtrl::DrawPad(const Pad& pad, const QRectF& area, bool isHit, bool isH
     if (send == 0) return;
     const QRectF mark(area.right() - kMargin - 24, area.top() + 30, 24, 18);
     Canvas().FillRound(mark, 3, Palette().Accent(ESection::kEffects));
-    Canvas().Text(mark, QStringLiteral("S%1").arg(send), Named("onAccent"), 11, Qt::AlignCenter, true);
+    Canvas().Text(mark, QStringLiteral("S%1").arg(send), Colour("onAccent"), 11, Qt::AlignCenter, true);
 }
 
 }  // namespace quib

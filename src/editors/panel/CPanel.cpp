@@ -72,7 +72,7 @@ void CPanel::Build() {
     CPanelBuilder(*this, layout, values, page).Build();
     if (programs != nullptr) programs->SetFilter(search->text());
     search->setVisible(!searchPlace.isEmpty());
-    for (const auto& control : Controls()) control->backgroundColour = Named("panel");
+    for (const auto& control : Controls()) control->backgroundColour = Colour("panel");
     builtPage = page;
     builtConditions = ConditionsNow();
     LayoutAndRefresh();
@@ -97,16 +97,16 @@ void CPanel::Arrange(const QSize&) { search->setGeometry(ToWidget(searchPlace));
 
 void CPanel::DrawBackground() {
     for (const Frame& frame : frames) {
-        Canvas().Box(QRectF(frame.place), 4, Named("panel"), Named("line"));
+        Canvas().Box(QRectF(frame.place), 4, Colour("panel"), Colour("line"));
         if (frame.title.isEmpty()) continue;
         const QPoint corner = frame.place.topLeft();
         Canvas().Fill(QRectF(corner.x() + 10, corner.y() + 9, 3, 12), Palette().Accent(frame.section));
         Canvas().Text(
             QRectF(corner.x() + kTitleLeft, corner.y() + kTitleMiddle - 8, frame.place.width() - kTitleLeft - 8, 16),
-            frame.title, Named("text"), 12, Qt::AlignLeft | Qt::AlignVCenter, true);
+            frame.title, Colour("text"), 12, Qt::AlignLeft | Qt::AlignVCenter, true);
     }
     for (const Label& label : labels)
-        Canvas().Text(QRectF(label.place), label.text, Named("textMuted"),
+        Canvas().Text(QRectF(label.place), label.text, Colour("textMuted"),
                       FittingHeight(label.text, label.place.width(), false, 11), label.alignment);
 }
 

@@ -38,7 +38,7 @@ void CPanelKnobCtrl::Draw() {
     const QPointF centre(X() + Width() / 2.0, Y() + CentreY());
     const EState state = PlainState();
     if (enabled) {
-        Canvas().Arc(centre, radius + 2, Degrees(0), Degrees(1), Named("wellDeep"), 3);
+        Canvas().Arc(centre, radius + 2, Degrees(0), Degrees(1), Colour("wellDeep"), 3);
         const auto share = static_cast<qreal>(Share());
         const auto from = static_cast<qreal>(zero);
         if (share != from)
@@ -50,10 +50,10 @@ void CPanelKnobCtrl::Draw() {
     Canvas().BlitTurned(Skin().BitmapOfSide(picture::kKnobPointer, side, state, section), centre,
                         Degrees(static_cast<qreal>(Share())));
     const qreal below = centre.y() + radius + kLabelBelow - kLine / 2.0;
-    const QRgb quiet = Named(enabled ? "textMuted" : "textOff");
+    const QRgb quiet = Colour(enabled ? "textMuted" : "textOff");
     Canvas().Text(QRectF(X(), below, Width(), kLine), caption, quiet, 10);
     const QString text = ValueText();
-    Canvas().Text(QRectF(X(), below + kLine, Width(), kLine), text, Named(enabled ? "text" : "textOff"),
+    Canvas().Text(QRectF(X(), below + kLine, Width(), kLine), text, Colour(enabled ? "text" : "textOff"),
                   FittingHeight(text, Width(), true), Qt::AlignCenter, true);
 }
 

@@ -108,18 +108,18 @@ void CPictureCtrl::Draw() {
     const QRectF area(Rectangle());
     Canvas().Fill(Rectangle(), backgroundColour);
     DrawGlass(Canvas(), area, area.width() > 180 ? 8 : 4);
-    const QRgb accent = enabled ? Palette().Accent(section) : Named("textOff");
+    const QRgb accent = enabled ? Palette().Accent(section) : Colour("textOff");
     picture->Draw(Canvas(), Inside(), roles, accent);
     const auto handles = picture->Handles(Inside(), roles);
     for (std::size_t index = 0; enabled && index < handles.size(); ++index) {
         const PictureHandle& handle = handles[index];
         const bool hot = static_cast<int>(index) == under || static_cast<int>(index) == held;
         if (handle.isRound) {
-            Canvas().Ellipse(handle.place, kRadius + 1, Named("text"));
+            Canvas().Ellipse(handle.place, kRadius + 1, Colour("text"));
             Canvas().Ellipse(handle.place, kRadius - 1, accent);
         } else {
             const QRectF square(handle.place.x() - kSide / 2, handle.place.y() - kSide / 2, kSide, kSide);
-            Canvas().Box(square, 1, hot ? accent : Named("glass"), accent, 2);
+            Canvas().Box(square, 1, hot ? accent : Colour("glass"), accent, 2);
         }
     }
 }

@@ -78,15 +78,15 @@ void CProgramListCtrl::OnKeyDown(int key) {
 
 void CProgramListCtrl::Draw() {
     Canvas().Fill(Rectangle(), backgroundColour);
-    Canvas().Box(QRectF(Rectangle()), 3, Named("well"), Named("edge"));
+    Canvas().Box(QRectF(Rectangle()), 3, Colour("well"), Colour("edge"));
     const int last = std::min(static_cast<int>(rows.size()), first + RowsInSight());
     for (int row = first; row < last; ++row) {
         const int program = rows[static_cast<std::size_t>(row)];
         const QRectF area(X() + 2, Y() + (row - first) * kRow + 1, Width() - 4, kRow - 2);
         const bool chosen = program == selected;
         if (chosen) Canvas().FillRound(area, 2, Palette().Accent(section));
-        if (!chosen && row == under) Canvas().FillRound(area, 2, Named("panelRaised"));
-        Canvas().Text(area.adjusted(8, 0, -8, 0), names[program], Named(chosen ? "onAccent" : "text"), 12,
+        if (!chosen && row == under) Canvas().FillRound(area, 2, Colour("panelRaised"));
+        Canvas().Text(area.adjusted(8, 0, -8, 0), names[program], Colour(chosen ? "onAccent" : "text"), 12,
                       Qt::AlignLeft | Qt::AlignVCenter, chosen);
     }
 }

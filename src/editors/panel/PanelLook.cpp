@@ -25,24 +25,24 @@ QString InLanguage(const PanelText& text) {
 }
 
 void DrawGlass(CCanvas& canvas, const QRectF& area, int linesAcross) {
-    canvas.Box(area, 2, Named("glass"), Named("knobEdge"));
+    canvas.Box(area, 2, Colour("glass"), Colour("knobEdge"));
     const qreal middle = std::floor(area.center().y());
-    canvas.Line(area.left() + 1, middle, area.right() - 1, middle, Named("glassLine"));
+    canvas.Line(area.left() + 1, middle, area.right() - 1, middle, Colour("glassLine"));
     for (int line = 1; line < linesAcross; ++line) {
         const qreal x = std::floor(area.left() + area.width() * line / linesAcross);
-        canvas.Line(x, area.top() + 1, x, area.bottom() - 1, Named("glassGrid"));
+        canvas.Line(x, area.top() + 1, x, area.bottom() - 1, Colour("glassGrid"));
     }
 }
 
 void DrawSegment(CCanvas& canvas, const QRectF& area, bool chosen, bool hovered, bool enabled, QRgb accent) {
-    const QRgb plain = Named(hovered && enabled ? "knobHover" : "panelRaised");
-    canvas.Box(area, 3, chosen && enabled ? accent : plain, Named("knobEdge"));
+    const QRgb plain = Colour(hovered && enabled ? "knobHover" : "panelRaised");
+    canvas.Box(area, 3, chosen && enabled ? accent : plain, Colour("knobEdge"));
 }
 
 QRgb SegmentText(bool chosen, bool hovered, bool enabled) {
-    if (!enabled) return Named("textOff");
-    if (chosen) return Named("onAccent");
-    return Named(hovered ? "text" : "textMuted");
+    if (!enabled) return Colour("textOff");
+    if (chosen) return Colour("onAccent");
+    return Colour(hovered ? "text" : "textMuted");
 }
 
 int FittingHeight(const QString& text, qreal width, bool strong, int largest) {

@@ -8,15 +8,12 @@
 #include <string_view>
 
 #include "controls/CCanvas.h"
-#include "controls/CPalette.h"
+#include "controls/Colours.h"
 #include "texts/Language.h"
 
 namespace quib {
 
 struct PanelText;
-
-// A colour of the palette.
-inline QRgb Named(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 // The section whose accent a layout names.
 std::optional<ESection> SectionNamed(std::string_view name) noexcept;

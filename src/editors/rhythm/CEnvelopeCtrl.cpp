@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "controls/CWinControl.h"
+#include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
 #include "texts/Texts.h"
 
@@ -17,8 +18,6 @@ constexpr int kBars = 34;  // below the envelope: how strong the hits are
 constexpr double kLowest = -60;
 constexpr double kCatch = 6;  // skin pixels round what can be dragged
 constexpr double kBeatsOfBar = 4;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 }  // namespace
 

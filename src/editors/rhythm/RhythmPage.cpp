@@ -3,6 +3,7 @@
 #include "controls/CEntryDialog.h"
 #include "controls/CKnobCtrl.h"
 #include "controls/CSwitchCtrl.h"
+#include "controls/Colours.h"
 #include "editors/base/CFieldCtrl.h"
 #include "editors/rhythm/CEnvelopeCtrl.h"
 #include "editors/rhythm/CWinControlRhythm.h"
@@ -14,8 +15,6 @@ namespace {
 
 constexpr int kFoot = 284;  // of the picture, at the first size
 constexpr int kHigh = 604;
-
-QRgb Colour(const char* name) { return Palette().Colour(QLatin1String(name)); }
 
 struct KnobRow {
     const char* label;

@@ -114,7 +114,7 @@ void CTapsPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles
     const qreal unit = area.width() / 8;  // of a delay that is turned up half
     const qreal middle = area.center().y();
     const qreal half = area.height() / 2 - 1;
-    canvas.Fill(QRectF(area.left(), middle - half, 3, 2 * half), Named("textMuted"));
+    canvas.Fill(QRectF(area.left(), middle - half, 3, 2 * half), Colour("textMuted"));
     qreal level = 1;
     for (int tap = 1; tap <= kMostTaps && level > kHiddenBelow; ++tap, level *= feedback) {
         // With "ping pong" what came from one side goes to the other.
@@ -126,9 +126,9 @@ void CTapsPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles
         if (xLeft < area.right()) canvas.Fill(QRectF(xLeft, middle - half * up, 3, half * up), accent);
         if (xRight < area.right()) canvas.Fill(QRectF(xRight, middle, 3, half * down), WithOpacity(accent, 0.7F));
     }
-    canvas.Text(QRectF(area.right() - 14, area.top(), 14, 12), QStringLiteral("L"), Named("textMuted"), 10,
+    canvas.Text(QRectF(area.right() - 14, area.top(), 14, 12), QStringLiteral("L"), Colour("textMuted"), 10,
                 Qt::AlignRight);
-    canvas.Text(QRectF(area.right() - 14, area.bottom() - 12, 14, 12), QStringLiteral("R"), Named("textMuted"), 10,
+    canvas.Text(QRectF(area.right() - 14, area.bottom() - 12, 14, 12), QStringLiteral("R"), Colour("textMuted"), 10,
                 Qt::AlignRight);
 }
 
@@ -160,7 +160,7 @@ void CDecayPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRole
         const QPointF b = from + (to - from) * ((dash + 0.55) / 12);
         canvas.Line(a.x(), a.y(), b.x(), b.y(), Palette().Accent(ESection::kEqualiser), 1.6);
     }
-    canvas.Text(QRectF(area.right() - 90, area.top(), 90, 12), roles.Reading("time"), Named("textMuted"), 10,
+    canvas.Text(QRectF(area.right() - 90, area.top(), 90, 12), roles.Reading("time"), Colour("textMuted"), 10,
                 Qt::AlignRight);
 }
 
@@ -185,7 +185,7 @@ void CDecayPicture::Drag(int handle, const QPointF& place, const QRectF& area, C
 
 void CCurvePicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const {
     const QPointF corner = CurvePoint(area, 0, 0);
-    canvas.Line(area.left(), area.bottom(), corner.x(), corner.y(), Named("glassLine"));
+    canvas.Line(area.left(), area.bottom(), corner.x(), corner.y(), Colour("glassLine"));
     std::vector<QPointF> points;
     for (double in = kQuietest; in <= 0; in += 0.5) points.push_back(CurvePoint(area, in, OutputOf(roles, in)));
     DrawFilledCurve(canvas, std::move(points), area.bottom(), accent);
@@ -229,7 +229,7 @@ void CSwingPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRole
         }
         canvas.Polyline(points, WithOpacity(accent, voice == 0 ? 1.0F : 0.6F), 2);
     }
-    canvas.Text(QRectF(area.left(), area.top(), area.width(), 12), QStringLiteral("42 ms"), Named("textMuted"), 10,
+    canvas.Text(QRectF(area.left(), area.top(), area.width(), 12), QStringLiteral("42 ms"), Colour("textMuted"), 10,
                 Qt::AlignLeft);
 }
 
@@ -249,8 +249,8 @@ void CCombPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles
                             area.top() + area.height() * std::clamp((18 - decibels) / 54, 0.0, 1.0));
     }
     DrawFilledCurve(canvas, std::move(points), area.bottom(), accent);
-    canvas.Text(QRectF(area.left(), area.bottom() - 12, area.width(), 12), QStringLiteral("10 kHz"), Named("textMuted"),
-                10, Qt::AlignRight);
+    canvas.Text(QRectF(area.left(), area.bottom() - 12, area.width(), 12), QStringLiteral("10 kHz"),
+                Colour("textMuted"), 10, Qt::AlignRight);
 }
 
 }  // namespace quib

@@ -127,7 +127,7 @@ void CFilterPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRol
         points.emplace_back(area.left() + area.width() * share, FilterY(area, roles, share));
     }
     DrawFilledCurve(canvas, std::move(points), area.bottom(), accent);
-    const QRgb quiet = Named("textMuted");
+    const QRgb quiet = Colour("textMuted");
     const QRectF foot(area.left(), area.bottom() - 12, area.width(), 12);
     canvas.Text(foot, QStringLiteral("20"), quiet, 10, Qt::AlignLeft);
     canvas.Text(foot, QStringLiteral("20k"), quiet, 10, Qt::AlignRight);
@@ -168,8 +168,8 @@ void CEnvelopePicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureR
     AddFall(points, corners.keyUp, corners.release);
     DrawFilledCurve(canvas, std::move(points), area.bottom(), accent);
     const qreal x = std::floor(corners.keyUp.x());
-    for (qreal y = area.top(); y < area.bottom(); y += 4) canvas.Fill(QRectF(x, y, 1, 2), Named("textMuted"));
-    canvas.Text(QRectF(x - 64, area.top(), 60, 12), Text("key up"), Named("textMuted"), 10, Qt::AlignRight);
+    for (qreal y = area.top(); y < area.bottom(); y += 4) canvas.Fill(QRectF(x, y, 1, 2), Colour("textMuted"));
+    canvas.Text(QRectF(x - 64, area.top(), 60, 12), Text("key up"), Colour("textMuted"), 10, Qt::AlignRight);
 }
 
 std::vector<PictureHandle> CEnvelopePicture::Handles(const QRectF& area, const CPictureRoles& roles) const {

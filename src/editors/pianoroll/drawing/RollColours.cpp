@@ -5,12 +5,11 @@
 #include <cmath>
 
 #include "controls/CPalette.h"
+#include "controls/Colours.h"
 
 namespace quib {
 
 namespace {
-
-QRgb Named(const char* name) { return Palette().Colour(QString::fromLatin1(name)); }
 
 double Luminance(QRgb colour) noexcept {
     const auto linear = [](int part) { return std::pow(part / 255.0, 2.2); };
@@ -20,32 +19,32 @@ double Luminance(QRgb colour) noexcept {
 }  // namespace
 
 RollColours::RollColours()
-    : panel(Named("panel")),
-      well(Named("well")),
-      wellDeep(Named("wellDeep")),
-      text(Named("text")),
-      textMuted(Named("textMuted")),
-      textDim(Named("textDim")),
-      edge(Named("edge")),
-      gridOff(Named("gridOff")),
-      gridKey(Named("gridKey")),
-      gridRoot(Named("gridRoot")),
-      gridStep(Named("gridStep")),
-      gridBeat(Named("gridBeat")),
-      gridBar(Named("gridBar")),
-      beyond(Named("beyond")),
-      ghost(Named("ghost")),
-      ghostEdge(Named("ghostEdge")),
-      ink(Named("ink")),
-      keyWhite(Named("keyWhite")),
-      keyBlack(Named("keyBlack")),
-      keyOff(Named("keyOff")),
-      keyBlackOff(Named("keyBlackOff")),
-      pattern(Named("pattern")),
-      keyboard(Named("keyboard")),
-      transport(Named("transport")),
-      record(Named("record")),
-      white(Named("thumbHover")) {
+    : panel(Colour("panel")),
+      well(Colour("well")),
+      wellDeep(Colour("wellDeep")),
+      text(Colour("text")),
+      textMuted(Colour("textMuted")),
+      textDim(Colour("textDim")),
+      edge(Colour("edge")),
+      gridOff(Colour("gridOff")),
+      gridKey(Colour("gridKey")),
+      gridRoot(Colour("gridRoot")),
+      gridStep(Colour("gridStep")),
+      gridBeat(Colour("gridBeat")),
+      gridBar(Colour("gridBar")),
+      beyond(Colour("beyond")),
+      ghost(Colour("ghost")),
+      ghostEdge(Colour("ghostEdge")),
+      ink(Colour("ink")),
+      keyWhite(Colour("keyWhite")),
+      keyBlack(Colour("keyBlack")),
+      keyOff(Colour("keyOff")),
+      keyBlackOff(Colour("keyBlackOff")),
+      pattern(Colour("pattern")),
+      keyboard(Colour("keyboard")),
+      transport(Colour("transport")),
+      record(Colour("record")),
+      white(Colour("thumbHover")) {
     for (std::size_t velocity = 0; velocity < velocities.size(); ++velocity) {
         const float share = static_cast<float>(velocity) / kHighestVelocity;
         velocities[velocity] = Mix(gridOff, pattern, 0.30F + 0.70F * share);
