@@ -8,6 +8,7 @@
 #include "controls/CSwitchCtrl.h"
 #include "controls/Colours.h"
 #include "editors/base/CFieldCtrl.h"
+#include "editors/base/GroupBox.h"
 #include "editors/loopcreator/CSeamCtrl.h"
 #include "editors/loopcreator/CWaveCtrl.h"
 #include "editors/loopcreator/CWinControlLoopCreator.h"
@@ -201,10 +202,7 @@ void CWinControlLoopCreator::DrawBackground() {
     Canvas().Fill(QRect(QPoint(0, 0), size), Colour("window"));
     Canvas().Fill(QRectF(0, 0, size.width(), 44), Colour("panel"));
     const auto box = [this](const QRectF& area, const QString& title, ESection section) {
-        Canvas().Box(area, 4, Colour("panel"), Colour("line"));
-        Canvas().Fill(QRectF(area.left() + 10, area.top() + 8, 3, 12), Palette().Accent(section));
-        Canvas().Text(QRectF(area.left() + 20, area.top() + 4, 300, 20), title, Colour("text"), 12,
-                      Qt::AlignLeft | Qt::AlignVCenter, true);
+        DrawGroupBox(Canvas(), area, title, section);
     };
     const int foot = 392 + shifted;
     box(QRectF(8, 108, size.width() - 16, foot - 116), Text("Waveform"), ESection::kPattern);

@@ -5,19 +5,13 @@
 #include <cmath>
 
 #include "document/CWorkstation.h"
+#include "editors/base/GroupBox.h"
 #include "editors/panel/CPanelBuilder.h"
 #include "editors/panel/CProgramListCtrl.h"
 #include "editors/panel/PanelLook.h"
 #include "texts/Texts.h"
 
 namespace quib {
-
-namespace {
-
-constexpr int kTitleLeft = 20;
-constexpr int kTitleMiddle = 15;
-
-}  // namespace
 
 bool CPanel::Condition::Holds(const CPanelValues& values) const {
     int step = 0;
@@ -74,6 +68,7 @@ void CPanel::Build() {
     search->setVisible(!searchPlace.isEmpty());
     for (const auto& control : Controls()) control->backgroundColour = Colour("panel");
     builtPage = page;
+    builtPalette = &Palette();
     builtConditions = ConditionsNow();
     LayoutAndRefresh();
 }
@@ -88,7 +83,8 @@ std::vector<bool> CPanel::ConditionsNow() const {
 void CPanel::Follow() {
     if (!isVisible()) return;
     values.Follow();
-    if ((builtPage != page || ConditionsNow() != builtConditions) && Mouse().Captured() == nullptr) Build();
+    const bool another = builtPage != page || builtPalette != &Palette() || ConditionsNow() != builtConditions;
+    if (another && Mouse().Captured() == nullptr) Build();
     if (programs != nullptr) programs->Select(values.Plugin().CurrentProgram());
     Tick();
 }
@@ -96,15 +92,7 @@ void CPanel::Follow() {
 void CPanel::Arrange(const QSize&) { search->setGeometry(ToWidget(searchPlace)); }
 
 void CPanel::DrawBackground() {
-    for (const Frame& frame : frames) {
-        Canvas().Box(QRectF(frame.place), 4, Colour("panel"), Colour("line"));
-        if (frame.title.isEmpty()) continue;
-        const QPoint corner = frame.place.topLeft();
-        Canvas().Fill(QRectF(corner.x() + 10, corner.y() + 9, 3, 12), Palette().Accent(frame.section));
-        Canvas().Text(
-            QRectF(corner.x() + kTitleLeft, corner.y() + kTitleMiddle - 8, frame.place.width() - kTitleLeft - 8, 16),
-            frame.title, Colour("text"), 12, Qt::AlignLeft | Qt::AlignVCenter, true);
-    }
+    for (const Frame& frame : frames) DrawGroupBox(Canvas(), QRectF(frame.place), frame.title, frame.section);
     for (const Label& label : labels)
         Canvas().Text(QRectF(label.place), label.text, Colour("textMuted"),
                       FittingHeight(label.text, label.place.width(), false, 11), label.alignment);

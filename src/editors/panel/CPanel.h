@@ -82,6 +82,7 @@ private:
     int page = 0;
     int builtPage = -1;
     std::vector<bool> builtConditions;
+    const CPalette* builtPalette = nullptr;
 };
 
 }  // namespace quib
