@@ -137,7 +137,6 @@ TEST_F(SongSessionTest, ASongIsArrangedInFourPressesAndChangedByTheKeypad) {
         EXPECT_TRUE(Items(0).empty());
 
         // Beyond the right edge a drag scrolls on.
-        user->Click(Cell(1, 6));
         const QPoint edge = user->Ask([&] { return Screen(Pane().Ruler(), Pane().View().time.Width() + 8, 60); });
         const QPoint from = Cell(1, 6);
         user->Send(QStringLiteral("mousemove %1 %2 mousedown 1 sleep 0.05 mousemove %3 %4 sleep 0.6 mouseup 1")
