@@ -65,7 +65,7 @@ protected:
     CInstrument& Instrument(int index) const { return *Station().Stack().Instrument(index); }
     CSongPane& Pane() const { return user->Console().Song(); }
     Playlist Items(int index) const {
-        return user->Ask([&] { return *Instrument(index).playlist.ForEdit(); });
+        return user->Ask([&] { return *Instrument(index).playlist.ForEdit(); });  // from the script's thread only
     }
     // A place on the screen, a control's own pixels from its left and upper edge.
     QPoint Screen(const CControl& control, double x, int y) const {
@@ -187,7 +187,8 @@ TEST_F(SongSessionTest, APerformanceByMouseIsPlayedBackOnTheSameSteps) {
         user->Click(places[1]);
         until(40);
         user->Key("space");
-        EXPECT_TRUE(user->WaitFor([&] { return !Station().Audio().Picture().playing && !Items(0).empty(); }));
+        EXPECT_TRUE(user->WaitFor(
+            [&] { return !Station().Audio().Picture().playing && !Instrument(0).playlist.ForEdit()->empty(); }));
         const Heard live = std::exchange(heard, {});
         ASSERT_GE(Items(0).size(), 3U);
         EXPECT_EQ(Items(0)[1].start % 4, 0) << "launched at a beat";
