@@ -86,7 +86,7 @@ void MeasureAll(int scale, int steps, const char* density) {
 }
 
 // What the automation window does with a lane of 100,000 points, publishing each step of a drag.
-void MeasureCurve(int scale, int steps, const char* density) {
+void MeasureCurve(int scale, int steps, int stepWidth, const char* density) {
     const QTemporaryDir folder;
     CSettings settings(folder.filePath(QStringLiteral("settings.ini")));
     const Folders folders(folder.filePath(QStringLiteral("program")));
@@ -106,7 +106,11 @@ void MeasureCurve(int scale, int steps, const char* density) {
         const float place = static_cast<float>(point) * static_cast<float>(steps) / kPoints;
         points->push_back({place, std::sin(static_cast<float>(point) * 0.7F)});
     }
-    curve.ShowPoints({points, {kPoints / 2}});
+    curve.View().time.SetExtent(steps);
+    curve.View().time.SetStepWidth(stepWidth, 0);
+    // One that is to be seen.
+    const auto seen = static_cast<std::uint32_t>(kPoints / steps * 20);
+    curve.ShowPoints({points, {seen}});
     CEventLanes lanes;
     curve.Edit().onPreview = [&](const LaneState& state) {
         lanes = lanes.With(CEventLanes::kSongSlot, 1, *state.points);
@@ -120,21 +124,29 @@ void MeasureCurve(int scale, int steps, const char* density) {
     const LaneState start = curve.Edit().Start();
     Measure("drag of one point", scale, 200, [&](int round) {
         curve.Edit().Preview(MoveSelected(start, limits, 0, 0.01F * static_cast<float>(round % 50)));
-        curve.Refresh();
+    });
+    curve.Edit().Cancel();
+    curve.Edit().Select(SelectAll(curve.Edit().State()));
+    curve.Edit().Begin();
+    const LaneState all = curve.Edit().Start();
+    Measure("drag of all points", scale, 200, [&](int round) {
+        curve.Edit().Preview(MoveSelected(all, limits, 0.1F * static_cast<float>(round % 50), 0));
     });
     curve.Edit().Cancel();
 }
 
 }  // namespace
 
+// With an argument: automation alone.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     for (const int scale : {1, 2}) {
-        MeasureAll(scale, 1920, "330 to be seen at once");
-        MeasureAll(scale, 64, "all to be seen at once");
-        MeasureCurve(scale, 100'000, "one a step");
-        MeasureCurve(scale, 200, "all to be seen at once");
+        if (argc == 1) MeasureAll(scale, 1920, "330 to be seen at once");
+        if (argc == 1) MeasureAll(scale, 64, "all to be seen at once");
+        MeasureCurve(scale, 100'000, 24, "one a step");
+        MeasureCurve(scale, 100'000, 3, "one a step, 3 pixels wide");
+        MeasureCurve(scale, 64, 24, "all to be seen at once");
     }
     return 0;
 }

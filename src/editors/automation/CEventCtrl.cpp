@@ -15,18 +15,19 @@ namespace quib {
 namespace {
 
 constexpr int kScroll = 60;  // pixels of a notch
+constexpr int kReach = 8;    // pixels that a point or the line takes to either side
 
 }  // namespace
 
 CEventCtrl::CEventCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                        const CLaneCatalog& lanes, CTimeGrid* sharedTime)
-    : CPaneCtrl(window, number, left, top, newWidth, newHeight), catalog(lanes), view(sharedTime) {
+    : CDirectPaneCtrl(window, number, left, top, newWidth, newHeight), catalog(lanes), view(sharedTime) {
     takesWheel = true;
     doubleClickIsClick = false;
     view.Resize(newWidth, newHeight);
-    edit.onShown = [this] {
+    edit.onShown = [this](const LaneState& before) {
         hovered.reset();
-        Refresh();
+        ShowState(before);
         if (onState) onState();
     };
 }
@@ -36,6 +37,33 @@ void CEventCtrl::ShowLane(std::optional<LaneEntry> next, const LaneLimits& limit
     view.limits = limits;
     edit.limits = limits;
     enabled = lane.has_value();
+    Refresh();
+}
+
+QRect CEventCtrl::PartOf(const StepSpan& span) const {
+    const double left = std::clamp(view.XOf(static_cast<double>(span.from)), 0.0, static_cast<double>(Width()));
+    const double right = std::clamp(view.XOf(static_cast<double>(span.to)), 0.0, static_cast<double>(Width()));
+    return {QPoint(static_cast<int>(left) - kReach, 0), QPoint(static_cast<int>(right) + kReach, Height())};
+}
+
+void CEventCtrl::ShowState(const LaneState& before) {
+    const LaneState& now = edit.State();
+    if (const auto span = DifferingSpan(*before.points, *now.points)) DrawPart(PartOf(*span));
+    if (before.selection == now.selection && before.points == now.points) return;
+    for (const LaneState* const state : {&before, &now}) {
+        if (state->selection.empty()) continue;
+        const PointList& points = *state->points;
+        DrawPart(PartOf({points[state->selection.front()].x, points[state->selection.back()].x}));
+    }
+}
+
+void CEventCtrl::SetHovered(std::optional<std::uint32_t> next) {
+    if (next == hovered) return;
+    for (const auto& index : {std::exchange(hovered, next), next}) {
+        if (!index || *index >= edit.State().points->size()) continue;
+        const float place = (*edit.State().points)[*index].x;
+        DrawPart(PartOf({place, place}));
+    }
 }
 
 void CEventCtrl::Resize(int newWidth, int newHeight) {
@@ -91,8 +119,7 @@ void CEventCtrl::OnMouseMove(int px, int py) {
     const bool inside = lane && px - X() >= view.scaleWidth && py - Y() >= view.headerHeight;
     const auto next = inside ? view.PointAt(edit.State(), px - X(), py - Y()) : std::nullopt;
     if (next == hovered) return;
-    hovered = next;
-    Refresh();
+    SetHovered(next);
     ShowBubble();
 }
 
@@ -132,11 +159,7 @@ void CEventCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     if (moved) ViewMoved();
 }
 
-void CEventCtrl::OnMouseLeave() {
-    if (!hovered) return;
-    hovered.reset();
-    Refresh();
-}
+void CEventCtrl::OnMouseLeave() { SetHovered(std::nullopt); }
 
 void CEventCtrl::OnKeyDown(int key) {
     if (!takesKeys) return;

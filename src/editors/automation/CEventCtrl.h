@@ -4,17 +4,19 @@
 // The curve of one lane: draws its points over the grid and the notes, forwards the hands. It stands in a window of
 // its own or below a grid whose time axis it shares. User-interface thread.
 
+#include "editors/automation/CCurvePainter.h"
 #include "editors/automation/CLaneCatalog.h"
 #include "editors/automation/CLaneGestures.h"
 #include "editors/base/CEditTarget.h"
-#include "editors/pianoroll/CPaneCtrl.h"
+#include "editors/pianoroll/CDirectPaneCtrl.h"
 #include "model/edits/CNoteIndex.h"
+#include "model/edits/LaneCurve.h"
 
 class QMenu;
 
 namespace quib {
 
-class CEventCtrl : public CPaneCtrl {
+class CEventCtrl : public CDirectPaneCtrl {
 public:
     CEventCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                const CLaneCatalog& lanes, CTimeGrid* sharedTime = nullptr);
@@ -60,20 +62,22 @@ public:
 
 private:
     void Paint(const QRect& part) override;
-    void PaintGrid(const QRect& part);
-    void PaintValueLines();
+    void PaintGround(const QRect& part);
+    void PrepareLines(const QRect& part, const QRect& area);
+    std::vector<QRect> NoteAreas(const QRect& part, const QRect& area) const;
     void PaintScale();
     void PaintHeader(const QRect& part);
-    void PaintNotes(const QRect& part);
-    void PaintCurve(const QRect& part);
-    void PaintColumns(const QRect& part);
-    void PaintLine(const PointList& corners, QRgb colour);
+    void PaintRest();
     void PaintPoints(const QRect& part);
+    void PaintPoint(std::uint32_t index, bool chosen, QRgb accent);
     void PaintMarquee();
     void PaintPlayhead();
     void ShowBubble();
     std::vector<float> ScaleValues() const;
-    bool IsDense(const QRect& part) const;
+    // Of what has changed since.
+    void ShowState(const LaneState& before);
+    QRect PartOf(const StepSpan& span) const;
+    void SetHovered(std::optional<std::uint32_t> next);
     QRectF Shape(double left, double top, double newWidth, double newHeight) const {
         return {X() + left, Y() + top, newWidth, newHeight};
     }
@@ -87,6 +91,8 @@ private:
     CLaneView view;
     CLaneEdit edit;
     CLaneGestures gestures{edit, view};
+    CCurvePainter lineNow, lineBefore;
+    bool showsBefore = false;  // in what is painted
     LaneClip clip;
     std::optional<LaneEntry> lane;
     std::optional<std::uint32_t> hovered;

@@ -6,8 +6,8 @@
 namespace quib {
 
 void CLaneEdit::Take(const LaneState& next) {
-    state = next;
-    if (onShown) onShown();
+    const LaneState before = std::exchange(state, next);
+    if (onShown) onShown(before);
 }
 
 void CLaneEdit::Show(const LaneState& next) {

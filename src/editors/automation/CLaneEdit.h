@@ -37,7 +37,7 @@ public:
     std::function<void(const LaneState&)> onPreview;
     std::function<void(const char* name)> onFinish;
     std::function<void()> onCancel;
-    std::function<void()> onShown;
+    std::function<void(const LaneState& before)> onShown;
 
 private:
     void Take(const LaneState& next);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the curve of a lane is drawn.
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "controls/CWinControl.h"
@@ -15,11 +16,19 @@ namespace {
 
 constexpr int kNotesLow = 24;  // keys that the notes behind are spread over
 constexpr int kNotesHigh = 96;
-constexpr double kNear = 8;          // pixels: points closer than that are small squares
-constexpr double kPointsAPixel = 2;  // more are drawn as columns
+constexpr double kNear = 8;     // pixels: points closer than that are small squares
+constexpr int kBandRows = 32;   // of the screen, that are made at once
+constexpr double kCrowd = 4;    // pixels a point: with less only those that are meant are seen
+constexpr int kMostDiscs = 64;  // of points that are selected in a crowd
+constexpr double kCovered = 1;  // pixels from the point before
 
 // Values with a line of their own on the scale of a filter, as hertz.
 constexpr std::array kHertz = {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 16000};
+
+QString HertzText(int hertz, bool withUnit) {
+    if (hertz < 1000) return QString::number(hertz) + QLatin1String(withUnit ? " Hz" : "");
+    return QString::number(hertz / 1000) + QLatin1String(withUnit ? " kHz" : "k");
+}
 
 }  // namespace
 
@@ -30,10 +39,9 @@ void CEventCtrl::Paint(const QRect& part) {
     if (part.left() < view.scaleWidth) PaintScale();
     if (curve.isEmpty()) return;
     Canvas().SetClip(OnCanvas(curve));
-    PaintGrid(curve);
-    PaintNotes(curve);
+    PaintGround(curve);
     if (lane) {
-        PaintCurve(curve);
+        PaintRest();
         PaintPoints(curve);
     }
     if (patternEnd > 0) {
@@ -63,19 +71,87 @@ std::vector<float> CEventCtrl::ScaleValues() const {
     return values;
 }
 
-void CEventCtrl::PaintGrid(const QRect& part) {
-    Canvas().Fill(Shape(view.scaleWidth, view.headerHeight, Width() - view.scaleWidth, Height() - view.headerHeight),
-                  Colour("gridOff"));
-    for (const GridLine& line : view.time.Lines(view.StepAt(part.left() - 1), view.StepAt(part.right() + 1))) {
-        const char* const colour = line.kind == ELine::kBar    ? "gridBar"
-                                   : line.kind == ELine::kBeat ? "gridBeat"
-                                                               : "gridStep";
-        Canvas().Fill(Shape(view.XOf(line.step), view.headerHeight, 1, Height() - view.headerHeight), Colour(colour));
+// What lies below the points, a few rows at a time: they are made where the processor has them at hand.
+void CEventCtrl::PaintGround(const QRect& part) {
+    const double scale = Canvas().Scale();
+    const auto pixel = [scale](double place) { return static_cast<int>(std::lround(place * scale)); };
+    const QPoint corner(pixel(X() + part.left()), pixel(Y() + part.top()));
+    const QRect area(corner, QPoint(pixel(X() + part.right() + 1) - 1, pixel(Y() + part.bottom() + 1) - 1));
+    if (area.isEmpty()) return;
+    const auto columns = static_cast<std::size_t>(area.width());
+    std::vector<QRgb> ground(columns, Colour("gridOff"));
+    const std::array<QRgb, 3> colours = {Colour("gridStep"), Colour("gridBeat"), Colour("gridBar")};
+    for (const GridLine& entry : view.time.Lines(view.StepAt(part.left() - 1), view.StepAt(part.right() + 1))) {
+        const double place = X() + view.XOf(entry.step);
+        const int from = std::clamp(pixel(place) - area.left(), 0, area.width());
+        const int to = std::clamp(pixel(place + 1) - area.left(), from, area.width());
+        std::fill(ground.begin() + from, ground.begin() + to, colours[static_cast<std::size_t>(entry.kind)]);
     }
-    for (const float line : ScaleValues()) {
-        Canvas().Fill(Shape(view.scaleWidth, std::floor(view.YOf(line)), Width() - view.scaleWidth, 1),
-                      Colour("gridBeat"));
+    std::vector<QRect> marks = NoteAreas(part, area);
+    const QRgb mark = Mix(Colour("gridOff"), Colour("ghost"), 0.75F);
+    const QRgb valueLine = Colour("gridBeat");
+    const std::size_t noteCount = marks.size();
+    for (const float scaleValue : ScaleValues()) {
+        const int top = pixel(Y() + std::floor(view.YOf(scaleValue))) - area.top();
+        marks.emplace_back(0, top, area.width(), std::max(1, pixel(1)));
     }
+    PrepareLines(part, area);
+    std::vector<QRgb> band;
+    for (int row = 0; row < area.height(); row += kBandRows) {
+        const int rows = std::min(kBandRows, area.height() - row);
+        band.resize(columns * static_cast<std::size_t>(rows));
+        for (int line = 0; line < rows; ++line) std::ranges::copy(ground, band.begin() + line * area.width());
+        // The lines of the values first, then the notes upon them.
+        for (std::size_t step = 0; step < marks.size(); ++step) {
+            const std::size_t index = (step + noteCount) % marks.size();
+            const QRect place = marks[index].intersected(QRect(0, row, area.width(), rows));
+            for (int line = place.top(); line <= place.bottom(); ++line)
+                std::fill_n(band.begin() + (line - row) * area.width() + place.left(), place.width(),
+                            index < noteCount ? mark : valueLine);
+        }
+        if (showsBefore) lineBefore.Draw(band, row);
+        if (lane) lineNow.Draw(band, row);
+        for (int line = 0; line < rows; ++line) {
+            const QRectF place(area.left() / scale, (area.top() + row + line) / scale, area.width() / scale, 1 / scale);
+            Canvas().FillLines(place, std::span(band).subspan(static_cast<std::size_t>(line) * columns, columns));
+        }
+    }
+}
+
+// The notes behind the curve, in pixels from the corner of the area.
+std::vector<QRect> CEventCtrl::NoteAreas(const QRect& part, const QRect& area) const {
+    std::vector<QRect> areas;
+    if (!notes) return areas;
+    const double scale = Canvas().Scale();
+    const double room = Height() - view.headerHeight - 8;
+    notes->VisitRange(
+        static_cast<float>(view.StepAt(part.left())), static_cast<float>(view.StepAt(part.right() + 1)), 0,
+        [&](std::uint32_t, const Note& note) {
+            const double share =
+                1.0 - std::clamp(static_cast<double>(note.key - kNotesLow) / (kNotesHigh - kNotesLow), 0.0, 1.0);
+            const double left = (X() + view.XOf(static_cast<double>(note.position))) * scale - area.left();
+            const double wide = static_cast<double>(note.length) * view.time.StepWidth() - 1;
+            const double top = (Y() + std::floor(view.headerHeight + share * room)) * scale - area.top();
+            areas.emplace_back(static_cast<int>(std::lround(left)), static_cast<int>(std::lround(top)),
+                               static_cast<int>(std::lround(std::max(2.0, wide) * scale)),
+                               static_cast<int>(std::lround(7 * scale)));
+        });
+    return areas;
+}
+
+// Where a hand changes the line, what it was is seen too.
+void CEventCtrl::PrepareLines(const QRect& part, const QRect& area) {
+    showsBefore = false;
+    if (!lane) return;
+    const QPoint origin(X(), Y());
+    const LaneState& state = edit.State();
+    lineNow.Find(view, Canvas().Scale(), origin, area, *state.points, {Accent(), 2, true, false});
+    const bool isChanging = gestures.IsBusy() && edit.IsOpen();
+    const auto span = isChanging ? DifferingSpan(*edit.Start().points, *state.points) : std::nullopt;
+    showsBefore = span && PartOf(*span).intersects(part);
+    if (showsBefore)
+        lineBefore.Find(view, Canvas().Scale(), origin, area, *edit.Start().points,
+                        {Mix(Colour("gridOff"), Colour("textDim"), 0.6F), 1, false, true});
 }
 
 void CEventCtrl::PaintScale() {
@@ -89,7 +165,8 @@ void CEventCtrl::PaintScale() {
         const bool decade = isFilter && (index == 2 || index == 5 || index == 8);
         const bool middle = !isFilter && lane->description.minimum < 0 && index == 2;
         const bool strong = decade || middle;
-        const QString text = catalog.ValueText(*lane, values[index]);
+        const QString text = isFilter ? HertzText(kHertz[index], strong || index == 0 || index + 1 == values.size())
+                                      : catalog.ValueText(*lane, values[index]);
         // A low curve has room for every other one.
         if (view.YOf(values[0]) - view.YOf(values.back()) < 14.0 * static_cast<double>(values.size() - 1) &&
             index % 2 != 0)
@@ -129,35 +206,8 @@ void CEventCtrl::PaintHeader(const QRect& part) {
         Mix(Colour("pattern"), Colour("ink"), 0.35F));
 }
 
-void CEventCtrl::PaintNotes(const QRect& part) {
-    if (!notes) return;
-    const double room = Height() - view.headerHeight - 8;
-    notes->VisitRange(
-        static_cast<float>(view.StepAt(part.left())), static_cast<float>(view.StepAt(part.right() + 1)), 0,
-        [&](std::uint32_t, const Note& note) {
-            const double share =
-                1.0 - std::clamp(static_cast<double>(note.key - kNotesLow) / (kNotesHigh - kNotesLow), 0.0, 1.0);
-            const double left = view.XOf(static_cast<double>(note.position));
-            const double wide = static_cast<double>(note.length) * view.time.StepWidth();
-            Canvas().Fill(Shape(left, std::floor(view.headerHeight + share * room), std::max(2.0, wide - 1), 7),
-                          WithOpacity(Colour("ghost"), 0.75F));
-        });
-}
-
-bool CEventCtrl::IsDense(const QRect& part) const {
-    const std::size_t count = PointCount(*edit.State().points, static_cast<float>(view.StepAt(part.left())),
-                                         static_cast<float>(view.StepAt(part.right() + 1)));
-    return static_cast<double>(count) > kPointsAPixel * std::max(part.width(), 8);
-}
-
-void CEventCtrl::PaintLine(const PointList& corners, QRgb colour) {
-    std::vector<QPointF> line;
-    line.reserve(corners.size());
-    for (const Point& corner : corners) line.push_back(PlaceOf(corner));
-    Canvas().Polyline(line, colour, 2);
-}
-
-void CEventCtrl::PaintCurve(const QRect& part) {
+// Where there is no line: nothing is played before the first point, there the knob stays where it is.
+void CEventCtrl::PaintRest() {
     const PointList& points = *edit.State().points;
     if (points.empty()) {
         const QString hint = Text("Click to add a point, or arm and move the knob.");
@@ -165,73 +215,60 @@ void CEventCtrl::PaintCurve(const QRect& part) {
             Shape(view.scaleWidth, view.headerHeight, Width() - view.scaleWidth, Height() - view.headerHeight), hint,
             Colour("textDim"), 11);
     }
-    // Nothing is played before the first point: there the knob stays where it is.
     const double first = view.XOf(static_cast<double>(points.front().x));
-    if (const auto now = valueNow ? valueNow() : std::nullopt; now && first > view.scaleWidth) {
-        for (double dot = view.scaleWidth; dot < first; dot += 6) {
-            Canvas().Fill(Shape(dot, std::floor(view.YOf(*now)), 2, 1), Accent());
-        }
-    }
-    if (IsDense(part)) return PaintColumns(part);
-    const auto from = static_cast<float>(view.StepAt(part.left() - 4));
-    const auto to = static_cast<float>(view.StepAt(part.right() + 5));
-    if (gestures.IsBusy() && edit.IsOpen() && edit.Start().points != edit.State().points) {
-        PointList old = CurveCorners(*edit.Start().points, from, to, view.limits.kind);
-        std::vector<QPointF> dash;
-        for (const Point& corner : old) dash.push_back(PlaceOf(corner));
-        Canvas().Polyline(dash, WithOpacity(Colour("textDim"), 0.6F), 1);
-    }
-    const PointList corners = CurveCorners(points, from, to, view.limits.kind);
-    if (corners.size() < 2) return;
-    std::vector<QPointF> area;
-    for (const Point& corner : corners) area.push_back(PlaceOf(corner));
-    area.emplace_back(area.back().x(), Y() + Height());
-    area.emplace_back(area.front().x(), Y() + Height());
-    Canvas().Polygon(area, WithOpacity(Accent(), 0.12F));
-    PaintLine(corners, Accent());
+    const auto now = first > view.scaleWidth && valueNow ? valueNow() : std::nullopt;
+    if (!now) return;
+    const QRgb accent = Accent();
+    for (double dot = view.scaleWidth; dot < std::min<double>(first, Width()); dot += 6)
+        Canvas().Fill(Shape(dot, std::floor(view.YOf(*now)), 2, 1), accent);
 }
 
-void CEventCtrl::PaintColumns(const QRect& part) {
-    const double scale = Canvas().Scale();
-    const int count = static_cast<int>(std::ceil(part.width() * scale));
-    const double left = part.left();
-    const std::vector<CurveColumn> columns = CurveColumns(*edit.State().points, view.StepAt(left),
-                                                          1 / (scale * view.time.StepWidth()), count, view.limits.kind);
-    for (int index = 0; index < count; ++index) {
-        const CurveColumn& column = columns[static_cast<std::size_t>(index)];
-        if (!column.played) continue;
-        const double top = view.YOf(column.high);
-        const double foot = std::max(view.YOf(column.low), top + 2);
-        const double place = left + index / scale;
-        Canvas().Fill(Shape(place, foot, 1 / scale, Height() - foot), WithOpacity(Accent(), 0.12F));
-        Canvas().Fill(Shape(place, top, 1 / scale, foot - top), Accent());
-    }
+void CEventCtrl::PaintPoint(std::uint32_t index, bool chosen, QRgb accent) {
+    const PointList& points = *edit.State().points;
+    const QPointF place = PlaceOf(points[index]);
+    const auto isNear = [&](std::size_t other) {
+        if (other >= points.size()) return false;
+        const QPointF way = PlaceOf(points[other]) - place;
+        return std::hypot(way.x(), way.y()) < kNear;
+    };
+    const bool large = chosen || hovered == index;
+    if (!large && (isNear(std::size_t{index} - 1) || isNear(std::size_t{index} + 1)))
+        return Canvas().Fill(QRectF(place.x() - 1.5, place.y() - 1.5, 3, 3), accent);
+    Canvas().Ellipse(place, large ? 6 : 5, accent);
+    Canvas().Ellipse(place, large ? 4.5 : 3, Colour(chosen ? "thumbHover" : "gridOff"));
 }
 
 void CEventCtrl::PaintPoints(const QRect& part) {
     const LaneState& state = edit.State();
-    if (IsDense(part)) return;
+    const PointList& points = *state.points;
     const auto from = static_cast<float>(view.StepAt(part.left() - 8));
     const auto to = static_cast<float>(view.StepAt(part.right() + 9));
-    const auto begin = std::lower_bound(state.points->begin(), state.points->end(), from,
-                                        [](const Point& point, float step) { return point.x < step; });
-    for (auto point = begin; point != state.points->end() && point->x <= to; ++point) {
-        const auto index = static_cast<std::uint32_t>(point - state.points->begin());
-        const bool chosen = IsSelected(state, index);
-        const QPointF place = PlaceOf(*point);
-        const auto isNear = [&](const Point& other) {
-            const QPointF way = PlaceOf(other) - place;
-            return std::hypot(way.x(), way.y()) < kNear;
-        };
-        const bool crowded = (point != state.points->begin() && isNear(*(point - 1))) ||
-                             (point + 1 != state.points->end() && isNear(*(point + 1)));
-        if (crowded && !chosen && hovered != index) {
-            Canvas().Fill(QRectF(place.x() - 1.5, place.y() - 1.5, 3, 3), Accent());
-            continue;
+    const auto index = [&](float step) {
+        return static_cast<std::uint32_t>(
+            std::lower_bound(points.begin(), points.end(), step,
+                             [](const Point& point, float wanted) { return point.x < wanted; }) -
+            points.begin());
+    };
+    const bool crowded = static_cast<double>(PointCount(points, from, to)) * kCrowd > part.width() + 16;
+    auto chosen = std::lower_bound(state.selection.begin(), state.selection.end(), index(from));
+    const auto chosenEnd = std::upper_bound(chosen, state.selection.end(), index(to));
+    const bool many = crowded && chosenEnd - chosen > kMostDiscs;
+    const QRgb accent = Accent();
+    const QRgb chosenColour = Colour("thumbHover");
+    QPointF last(-1e6, 0);
+    for (std::uint32_t point = index(from); point < points.size() && points[point].x <= to; ++point) {
+        const bool isChosen = chosen != state.selection.end() && *chosen == point;
+        if (isChosen) ++chosen;
+        if (crowded && !isChosen && hovered != point) continue;
+        const QPointF place = PlaceOf(points[point]);
+        // A hidden one costs nothing.
+        if ((place - last).manhattanLength() < kCovered) continue;
+        last = place;
+        if (many) {
+            Canvas().Fill(QRectF(place.x() - 1.5, place.y() - 1.5, 3, 3), chosenColour);
+        } else {
+            PaintPoint(point, isChosen, accent);
         }
-        const bool large = chosen || hovered == index;
-        Canvas().Ellipse(place, large ? 6 : 5, Accent());
-        Canvas().Ellipse(place, large ? 4.5 : 3, chosen ? Colour("thumbHover") : Colour("gridOff"));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "model/edits/LaneCurve.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace quib {
 
@@ -25,36 +26,39 @@ void Widen(CurveColumn& column, float value) noexcept {
 
 }  // namespace
 
-PointList CurveCorners(const PointList& points, float from, float to, ELaneKind kind) {
-    PointList corners;
-    const auto add = [&](Point corner) {
-        if (IsStepped(kind) && !corners.empty() && corners.back().y != corner.y)
-            corners.push_back({corner.x, corners.back().y});
-        corners.push_back(corner);
-    };
-    const auto first = FirstFrom(points, from);
-    if (first != points.begin()) {
-        if (const auto value = ValueAt(points, from, kind); value && (first == points.end() || first->x != from))
-            add({from, *value});
-    }
-    for (auto point = first; point != points.end() && point->x <= to; ++point) add(*point);
-    if (corners.empty() || corners.back().x >= to) return corners;
-    if (const auto value = ValueAt(points, to, kind)) add({to, *value});
-    return corners;
-}
-
 std::vector<CurveColumn> CurveColumns(const PointList& points, double from, double width, int count, ELaneKind kind) {
     std::vector<CurveColumn> columns(static_cast<std::size_t>(std::max(0, count)));
     auto point = FirstFrom(points, static_cast<float>(from));
+    auto next = point;
+    // The neighbours of a place are all that its value depends on; places ascend.
+    const auto valueAt = [&](float place) {
+        while (next != points.end() && next->x <= place) ++next;
+        const auto before = next == points.begin() ? next : next - 1;
+        return ValueAt({before, next == points.end() ? next : next + 1}, place, kind);
+    };
     for (std::size_t index = 0; index < columns.size(); ++index) {
         const auto left = static_cast<float>(from + static_cast<double>(index) * width);
         const auto right = static_cast<float>(from + static_cast<double>(index + 1) * width);
         CurveColumn& column = columns[index];
-        if (const auto value = ValueAt(points, left, kind)) Widen(column, *value);
+        if (const auto value = valueAt(left)) Widen(column, *value);
         for (; point != points.end() && point->x < right; ++point) Widen(column, point->y);
-        if (column.played && !IsStepped(kind)) Widen(column, ValueAt(points, right, kind).value_or(column.low));
+        if (!column.played || IsStepped(kind)) continue;
+        if (const auto value = valueAt(right)) Widen(column, *value);
     }
     return columns;
+}
+
+std::optional<StepSpan> DifferingSpan(const PointList& before, const PointList& after) {
+    const auto [first, other] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    if (first == before.end() && other == after.end()) return std::nullopt;
+    const auto start = std::distance(before.begin(), first);
+    const auto left = before.size() - static_cast<std::size_t>(start);
+    const auto right = after.size() - static_cast<std::size_t>(start);
+    const auto common = static_cast<std::ptrdiff_t>(std::min(left, right));
+    const auto last = std::mismatch(before.rbegin(), before.rbegin() + common, after.rbegin()).first;
+    constexpr float kFar = std::numeric_limits<float>::infinity();
+    return StepSpan{start == 0 ? -kFar : before[static_cast<std::size_t>(start) - 1].x,
+                    last == before.rbegin() ? kFar : std::prev(last)->x};
 }
 
 std::size_t PointCount(const PointList& points, float from, float to) {

@@ -3,13 +3,11 @@
 
 // The line that automation plays, as it is drawn: made of the engine's own ValueAt. Pure functions, any thread.
 
+#include <optional>
+
 #include "model/edits/LaneEdits.h"
 
 namespace quib {
-
-// The corners of the line over [from, to] steps, with its values at both ends; jumps and steps are two corners at
-// one position. Empty where nothing is played.
-PointList CurveCorners(const PointList& points, float from, float to, ELaneKind kind);
 
 // The least and the greatest value over a column of pixels.
 struct CurveColumn {
@@ -17,8 +15,16 @@ struct CurveColumn {
     float low = 0;
     float high = 0;
 };
-// `count` columns of `width` steps each, for more points than there are pixels.
+// `count` columns of `width` steps each, whatever the number of points.
 std::vector<CurveColumn> CurveColumns(const PointList& points, double from, double width, int count, ELaneKind kind);
+
+// The steps between which two lines may differ, infinite where there is no common point; nothing where the points are
+// the same.
+struct StepSpan {
+    float from = 0;
+    float to = 0;
+};
+std::optional<StepSpan> DifferingSpan(const PointList& before, const PointList& after);
 
 // How many points lie in [from, to] steps.
 std::size_t PointCount(const PointList& points, float from, float to);

@@ -16,17 +16,37 @@ LaneState WithPoints(const LaneState& from, PointList points, PointSelection sel
     return {std::make_shared<const PointList>(std::move(points)), std::move(selection)};
 }
 
-// Sorts points whose selected ones have been changed and finds the selection again.
-LaneState Sorted(const LaneState& from, const PointList& points) {
-    std::vector<std::uint32_t> order(points.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::uint32_t a, std::uint32_t b) { return points[a].x < points[b].x; });
-    PointList sorted(points.size());
+// Puts points in order whose selected ones have been moved as one, so that those are in order among themselves, and
+// finds the selection again.
+LaneState Sorted(const LaneState& from, PointList points) {
+    if (std::is_sorted(points.begin(), points.end(), Earlier))
+        return WithPoints(from, std::move(points), from.selection);
+    PointSelection others;
+    others.reserve(points.size() - from.selection.size());
+    auto chosen = from.selection.begin();
+    for (std::uint32_t index = 0; index < points.size(); ++index) {
+        if (chosen != from.selection.end() && *chosen == index) {
+            ++chosen;
+        } else {
+            others.push_back(index);
+        }
+    }
+    PointSelection order(points.size());
+    // At one position they keep their order.
+    std::merge(others.begin(), others.end(), from.selection.begin(), from.selection.end(), order.begin(),
+               [&](std::uint32_t a, std::uint32_t b) {
+                   return points[a].x != points[b].x ? points[a].x < points[b].x : a < b;
+               });
+    PointList sorted;
+    sorted.reserve(points.size());
     PointSelection selection;
-    for (std::uint32_t place = 0; place < order.size(); ++place) {
-        sorted[place] = points[order[place]];
-        if (IsSelected(from, order[place])) selection.push_back(place);
+    chosen = from.selection.begin();
+    for (const std::uint32_t index : order) {
+        if (chosen != from.selection.end() && *chosen == index) {
+            selection.push_back(static_cast<std::uint32_t>(sorted.size()));
+            ++chosen;
+        }
+        sorted.push_back(points[index]);
     }
     return WithPoints(from, std::move(sorted), std::move(selection));
 }
@@ -35,7 +55,7 @@ template <class Change>
 LaneState ChangeSelected(const LaneState& from, const LaneLimits& limits, const Change& change) {
     PointList points = *from.points;
     for (const std::uint32_t index : from.selection) points[index] = limits.Repaired(change(points[index]));
-    return Sorted(from, points);
+    return Sorted(from, std::move(points));
 }
 
 // The selected points' own extent, widened to the limits where they lie beyond.
@@ -119,9 +139,13 @@ LaneState AddPoint(const LaneState& from, const LaneLimits& limits, Point point)
 
 LaneState RemoveSelected(const LaneState& from) {
     PointList points;
-    for (std::uint32_t index = 0; index < from.points->size(); ++index) {
-        if (!IsSelected(from, index)) points.push_back((*from.points)[index]);
+    points.reserve(from.points->size());
+    auto first = from.points->begin();
+    for (const std::uint32_t index : from.selection) {
+        points.insert(points.end(), first, from.points->begin() + index);
+        first = from.points->begin() + index + 1;
     }
+    points.insert(points.end(), first, from.points->end());
     return WithPoints(from, std::move(points), {});
 }
 
@@ -137,7 +161,7 @@ LaneState MoveSelected(const LaneState& from, const LaneLimits& limits, float st
         const Point moved = limits.Repaired({point.x + dx, point.y + dy});
         point = {dx == 0 ? point.x : moved.x, dy == 0 ? point.y : moved.y};
     }
-    return Sorted(from, points);
+    return Sorted(from, std::move(points));
 }
 
 LaneState SetValueOfSelected(const LaneState& from, const LaneLimits& limits, float value) {

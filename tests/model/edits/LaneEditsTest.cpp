@@ -33,31 +33,24 @@ private:
     std::mt19937 engine;
 };
 
-// The line through corners, at a place that is none.
-std::optional<float> OnLine(const PointList& corners, float place) {
-    for (std::size_t i = 1; i < corners.size(); ++i) {
-        const Point& a = corners[i - 1];
-        const Point& b = corners[i];
-        if (place > a.x && place < b.x) return a.y + (place - a.x) / (b.x - a.x) * (b.y - a.y);
-    }
-    return std::nullopt;
-}
-
 TEST(LaneCurveTest, TheLineDrawnIsTheValuePlayed) {
     LaneDice dice(1);
-    for (const ELaneKind kind : {ELaneKind::kContinuous, ELaneKind::kSwitch, ELaneKind::kProgram}) {
+    for (int number = 0; number <= static_cast<int>(ELaneKind::kSwitch); ++number) {
+        const auto kind = static_cast<ELaneKind>(number);
         const PointList points = dice.Points(40, 64);
         for (int round = 0; round < 1000; ++round) {
             const float from = dice.Within(-4, 60);
-            const float to = from + dice.Within(1, 30);
-            const float place = dice.Within(from, to);
+            const auto column = static_cast<std::size_t>(dice.Within(0, 200));
+            const double width = round % 2 == 0 ? 1.0 / 32 : 1.0 / 4096;
+            const auto place = static_cast<float>(static_cast<double>(from) + static_cast<double>(column) * width);
+            const auto drawn = CurveColumns(points, static_cast<double>(from), width, 201, kind)[column];
             const auto played = ValueAt(points, place, kind);
-            const auto drawn = OnLine(CurveCorners(points, from, to, kind), place);
-            ASSERT_EQ(played.has_value(), drawn.has_value()) << place;
+            const auto end = static_cast<float>(static_cast<double>(from) + static_cast<double>(column + 1) * width);
+            ASSERT_EQ(drawn.played, played.has_value() || PointCount(points, place, end) > 0) << place;
             if (!played) continue;
-            EXPECT_NEAR(*played, *drawn, 0.002F);
-            const auto column = CurveColumns(points, static_cast<double>(place), 0.01, 1, kind).front();
-            EXPECT_TRUE(column.played && *played >= column.low && *played <= column.high);
+            EXPECT_TRUE(*played >= drawn.low && *played <= drawn.high);
+            if (PointCount(points, place, end) > 0) continue;
+            EXPECT_EQ(drawn.high - drawn.low, IsStepped(kind) ? 0 : std::abs(*ValueAt(points, end, kind) - *played));
         }
     }
 }
