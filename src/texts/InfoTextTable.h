@@ -88,6 +88,9 @@ inline constexpr NumberedText kInfoTexts[] = {
      "TRANSPOSITION - Demi-tons dont les touches jouées en direct sont décalées."},
     {426, "MIDI FILTER - Which messages besides notes the instrument takes.",
      "FILTRE MIDI - Les messages que l'instrument accepte en plus des notes."},
+    {700, "RECORD SNAP - Where keys that are played go while notes are recorded: to the nearest line of this grid.",
+     "GRILLE D'ENREGISTREMENT - Où vont les touches jouées pendant l'enregistrement des notes : à la ligne la plus "
+     "proche de cette grille."},
     {510,
      "METRONOME - A click on every beat while playing, higher on the first of the bar. You hear it; recordings and "
      "rendered files never do. Right button: level, count-in.",
@@ -158,6 +161,10 @@ inline constexpr NumberedText kInfoTexts[] = {
      "HASARD - Glissez : des valeurs au hasard. La molette change leur longueur."},
     {527, "ARM - While it is on and the song plays, controls that you move are written as automation.",
      "ARMER - Pendant la lecture, les boutons que vous tournez sont écrits comme automation."},
+    {701,
+     "OVERDUB, REPLACE - What recording takes away: only what stands where a control moves, or all from there to the "
+     "end.",
+     "AJOUTER, REMPLACER - Ce que l'enregistrement enlève : là où un bouton bouge seulement, ou tout jusqu'à la fin."},
     {528, "TIME, VALUE - Of the selected point. Click to type it.",
      "TEMPS, VALEUR - Du point choisi. Cliquez pour taper."},
     {529, "CLEAR - Removes all points of this lane.", "VIDER - Efface tous les points de cette courbe."},

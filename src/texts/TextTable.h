@@ -554,6 +554,7 @@ inline constexpr KeyedText kTexts[] = {
     {"Chord", "Accord"},
     {"Row %1", "Ligne %1"},
     {"Snap", "Grille"},
+    {"Record snap", "Grille d'enr."},
     {"Scale", "Gamme"},
     {"FOLD", "PLIER"},
     {"QUANTISE", "QUANTIFIER"},

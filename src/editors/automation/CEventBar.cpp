@@ -8,6 +8,7 @@
 #include "controls/CWinControl.h"
 #include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
+#include "editors/automation/CLaneArmCtrl.h"
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/base/CFieldCtrl.h"
 #include "texts/Texts.h"
@@ -51,9 +52,10 @@ void CEventBar::AddTools() {
     label.textColour = Colour("textMuted");
     snap = &AddChild<CLabelMenuCtrl>(0U, 370, 8, 72, 24, QString(), [this](QMenu& menu) { FillSnaps(menu); });
     snap->infoString = 405;
-    auto& arm = AddChild<CSwitchCtrl>(0U, 454, 8, 96, 24, &window.Project().Audio().recordAutomation,
-                                      QStringLiteral("A  ") + Text("ARM"));
-    arm.onColour = Colour("record");
+    mode = &AddChild<CLabelMenuCtrl>(0U, 454, 8, 92, 24, QString(), [this](QMenu& menu) { FillModes(menu); });
+    mode->infoString = 701;
+    auto& arm = AddChild<CLaneArmCtrl>(0U, 554, 8, 112, 24, &window.Project().Audio().recordAutomation,
+                                       QStringLiteral("A  ") + Text("ARM"));
     arm.infoString = 527;
     arm.onChange = [this](CControl&) { Refresh(); };
 }
@@ -113,6 +115,7 @@ void CEventBar::ShowState() {
         toolShown[tool].Set(window.Tool() == static_cast<int>(tool) ? 1.0F : 0.0F);
     }
     snap->SetText(Text(SnapName(window.SnapNow()).c_str()));
+    ShowMode();
     name->SetText(window.LaneName());
     const int nameEnd = 30 + static_cast<int>(CCanvas::TextWidth(window.LaneName(), name->fontHeight, true));
     owner->SetPosition(nameEnd, kTools + 6);
@@ -123,6 +126,23 @@ void CEventBar::ShowState() {
     value->SetText(window.ValueText());
     time->enabled = value->enabled = window.HasSelection();
     Refresh();
+}
+
+void CEventBar::ShowMode() {
+    mode->SetText(window.Project().AutomationRecording().Replaces() ? Text("Replace") : Text("Overdub"));
+}
+
+void CEventBar::FillModes(QMenu& menu) {
+    CAutomationRecording& recording = window.Project().AutomationRecording();
+    for (const bool replaces : {false, true}) {
+        QAction* const action =
+            menu.addAction(replaces ? Text("Replace") : Text("Overdub"), [this, &recording, replaces] {
+                recording.SetReplaces(replaces);
+                ShowMode();
+            });
+        action->setCheckable(true);
+        action->setChecked(recording.Replaces() == replaces);
+    }
 }
 
 void CEventBar::FillSnaps(QMenu& menu) {

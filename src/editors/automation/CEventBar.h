@@ -24,6 +24,8 @@ public:
     void Resize(int newWidth, int newHeight) override;
     // After anything that it shows has changed.
     void ShowState();
+    // Whether recording replaces or adds; it is set in the console too.
+    void ShowMode();
 
     static constexpr int kTools = 40;
     static constexpr int kHead = 32;
@@ -32,11 +34,13 @@ private:
     void AddTools();
     void AddHead();
     void FillSnaps(QMenu& menu);
+    void FillModes(QMenu& menu);
 
     CWinControlParamEvent& window;
     CValue patternShown, songShown;
     std::array<CValue, 6> toolShown;
     CLabelMenuCtrl* snap = nullptr;
+    CLabelMenuCtrl* mode = nullptr;
     CLabelCtrl* name = nullptr;
     CLabelCtrl* owner = nullptr;
     CLabelCtrl* timeLabel = nullptr;

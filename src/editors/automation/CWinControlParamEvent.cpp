@@ -27,6 +27,7 @@ constexpr int kScroll = 12;
 constexpr int kZoom = 55;
 constexpr int kBars = CEventBar::kTools + CEventBar::kHead;
 constexpr int kFrame = 16;           // milliseconds
+constexpr int kLeastWidth = 890;     // pixels: all of the tools
 constexpr int kUsualStep = 24;       // pixels
 constexpr double kLeastExtent = 16;  // steps
 constexpr double kBeyondSong = 64;   // steps after the last point that can be scrolled to
@@ -55,7 +56,7 @@ CWinControlParamEvent::CWinControlParamEvent(const ToolContext& toolContext, con
     search->setFocusPolicy(Qt::ClickFocus);
     search->setClearButtonEnabled(true);
     search->setPlaceholderText(Text("Search lanes"));
-    setMinimumSize(640, 300);
+    setMinimumSize(kLeastWidth, 300);
 }
 
 CWinControlParamEvent::~CWinControlParamEvent() {
@@ -258,6 +259,7 @@ void CWinControlParamEvent::ShowPlaying(const PlayPicture& picture) {
         song ? SongPlayhead(picture, engine) : PatternPlayhead(picture, engine, shown.get(), pattern);
     playhead.Set(now, Nanoseconds());
     curve->SetPlayhead(playhead.At(Nanoseconds()));
+    bar->ShowMode();
     const bool isWritten = Document().AutomationRecording().IsWriting(source.Chosen().value_or(LaneKey{}));
     if (isWritten != std::exchange(curve->recording, isWritten)) curve->Refresh();
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();

@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <algorithm>
+#include <cmath>
 
 #include "controls/CLabelCtrl.h"
 #include "controls/CSwitchCtrl.h"
@@ -14,7 +15,24 @@ namespace quib {
 
 namespace {
 
-constexpr int kLimitLeft = 144;
+constexpr int kLimitLeft = 140;
+constexpr int kSwitchLeft = 500;
+constexpr int kSwitches = 206;      // wide, with the gap after them
+constexpr int kSwitchesFrom = 892;  // width of the row that has room for them
+constexpr int kPlace = 62;
+constexpr int kPlaceFrom = 700;
+
+constexpr double kSameGrid = 0.005;  // steps: the setting keeps hundredths
+
+// What keys that are played may be moved to.
+std::vector<Snap> RecordSnaps() {
+    std::vector<Snap> choices = SnapChoices();
+    std::erase_if(choices, [](const Snap& snap) {
+        const bool isFraction = snap.kind == Snap::EKind::kFraction && snap.denominator >= 4 && snap.denominator <= 32;
+        return snap.kind != Snap::EKind::kOff && !isFraction;
+    });
+    return choices;
+}
 
 QString KeyText(int key) { return QLatin1String(NameOfKey(std::clamp(key, 0, 127)).text); }
 
@@ -43,14 +61,16 @@ CRollStatusBar::CRollStatusBar(CWinControl& frame, std::uint32_t number, int lef
                                CWinControlPianoRoll& pianoRoll)
     : CRollBar(frame, number, left, top, newWidth, newHeight, pianoRoll) {
     controlTop = 4;
-    channel = &AddMenu(8, 132, 423, [this](QMenu& menu) { FillOptions(menu); });
-    lower = &AddMenu(kLimitLeft, 122, 424, [this](QMenu& menu) { FillLimit(menu, false); });
-    upper = &AddMenu(270, 130, 424, [this](QMenu& menu) { FillLimit(menu, true); });
-    transpose = &AddMenu(404, 124, 425, [this](QMenu& menu) { FillTranspose(menu); });
-    armedLine = &AddMenu(kLimitLeft, 528 - kLimitLeft, 424, [this](QMenu&) { window.ArmLimit(-1); });
+    channel = &AddMenu(8, 128, 423, [this](QMenu& menu) { FillOptions(menu); });
+    lower = &AddMenu(kLimitLeft, 116, 424, [this](QMenu& menu) { FillLimit(menu, false); });
+    upper = &AddMenu(260, 120, 424, [this](QMenu& menu) { FillLimit(menu, true); });
+    transpose = &AddMenu(384, 108, 425, [this](QMenu& menu) { FillTranspose(menu); });
+    armedLine = &AddMenu(kLimitLeft, 492 - kLimitLeft, 424, [this](QMenu&) { window.ArmLimit(-1); });
     armedLine->textColour = Palette().Accent(ESection::kKeyboard);
     AddSwitches();
-    place = &AddLabel(newWidth - 108, 100, {});
+    recordLabel = &AddLabel(0, 62, Text("Record snap"));
+    recordSnap = &AddMenu(0, 56, 700, [this](QMenu& menu) { FillRecordSnap(menu); });
+    place = &AddLabel(0, kPlace, {});
     place->alignment = Qt::AlignRight | Qt::AlignVCenter;
     PaintChildren();
 }
@@ -66,23 +86,28 @@ void CRollStatusBar::AddSwitches() {
          {TextKey("Wheel"), TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
          {TextKey("Touch"), TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
          {TextKey("Program"), TextKey("Program change"), &MidiInputSettings::programChange}}};
-    int left = 540;
+    int left = kSwitchLeft;
     for (std::size_t index = 0; index < kPlans.size(); ++index) {
         const Plan& plan = kPlans[index];
-        auto& made = AddButton(left, 50, Text(plan.label), 0, &passes[index], 426, [this, index, plan] {
+        auto& made = AddButton(left, 48, Text(plan.label), 0, &passes[index], 426, [this, index, plan] {
             if (!window.Shown()) return;
             ChangeInput(window, window.Shown()->midi.*plan.setting, passes[index].IsOn() ? 1 : 0, Text(plan.name));
         });
         made.section = ESection::kKeyboard;
         switches[index] = &made;
-        left += 52;
+        left += 50;
     }
 }
 
 void CRollStatusBar::Resize(int newWidth, int newHeight) {
     CRollBar::Resize(newWidth, newHeight);
-    place->SetPosition(newWidth - 108, controlTop);
-    for (CSwitchCtrl* const made : switches) made->SetVisible(newWidth >= 856);
+    const bool hasSwitches = newWidth >= kSwitchesFrom;
+    for (CSwitchCtrl* const made : switches) made->SetVisible(hasSwitches);
+    const int left = kSwitchLeft + (hasSwitches ? kSwitches : 0);
+    recordLabel->SetPosition(left, controlTop);
+    recordSnap->SetPosition(left + 64, controlTop);
+    place->SetPosition(newWidth - kPlace - 8, controlTop);
+    place->SetVisible(newWidth >= kPlaceFrom);
 }
 
 void CRollStatusBar::ShowInput() {
@@ -97,6 +122,7 @@ void CRollStatusBar::ShowInput() {
     armedLine->SetVisible(armed >= 0);
     if (armed >= 0) armedLine->SetText(LimitLine(armed == 1) + QStringLiteral("   Esc"));
     transpose->SetText(Text("Key Transpose: %1").arg(midi.transpose.Get()));
+    ShowRecordSnap();
     passes[0].Set(midi.pitchBend.IsOn() ? 1.0F : 0.0F);
     passes[1].Set(midi.modulationWheel.IsOn() ? 1.0F : 0.0F);
     passes[2].Set(midi.aftertouch.IsOn() ? 1.0F : 0.0F);
@@ -186,6 +212,31 @@ void CRollStatusBar::FillTranspose(QMenu& menu) {
             [this, shown, semitones] { ChangeInput(window, shown->midi.transpose, semitones, Text("Transpose")); });
     }
     menu.addAction(Text("Other number ..."), [this] { TypeTranspose(); });
+}
+
+void CRollStatusBar::FillRecordSnap(QMenu& menu) {
+    CNoteRecording& recording = window.Project().NoteRecording();
+    for (const Snap& choice : RecordSnaps()) {
+        const double grid = SnapLength(choice, window.Roll().view.time.meter);
+        AddChoice(menu, Text(SnapName(choice).c_str()), std::abs(recording.Options().grid - grid) < kSameGrid,
+                  [this, &recording, grid] {
+                      NoteTakeOptions next = recording.Options();
+                      next.grid = grid;
+                      recording.SetOptions(next);
+                      ShowInput();
+                  });
+    }
+}
+
+// One that stands in no menu, from another window or another meter, is told in steps.
+void CRollStatusBar::ShowRecordSnap() {
+    const double grid = window.Project().NoteRecording().Options().grid;
+    const Meter& meter = window.Roll().view.time.meter;
+    const std::vector<Snap> choices = RecordSnaps();
+    const auto known = std::find_if(choices.begin(), choices.end(), [&](const Snap& choice) {
+        return std::abs(SnapLength(choice, meter) - grid) < kSameGrid;
+    });
+    recordSnap->SetText(known != choices.end() ? Text(SnapName(*known).c_str()) : QString::number(grid, 'g', 3));
 }
 
 void CRollStatusBar::TypeTranspose() {

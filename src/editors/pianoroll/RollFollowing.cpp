@@ -163,6 +163,7 @@ void CWinControlPianoRoll::ShowPlaying(const PlayPicture& picture) {
     const bool isWritten = lanes.Chosen() && Document().AutomationRecording().IsWriting(*lanes.Chosen());
     if (isWritten != std::exchange(curve->recording, isWritten)) curve->Refresh();
     if (now.playing != frames.isActive()) now.playing ? frames.start() : frames.stop();
+    status->ShowRecordSnap();
     if (shown && shown->swing.Get() != roll->options.swing) ShowInput();
 }
 
