@@ -95,6 +95,7 @@ void CWinControlBall::SetSpan(int axis, int assignment, float low, float high) {
 }
 
 void CWinControlBall::Learn(int axis) {
+    if (axis >= 0 && Ball() == nullptr) AddBall();
     learning = Ball() != nullptr ? axis : -1;
     ShowAssignments();
 }

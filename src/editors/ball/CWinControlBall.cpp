@@ -79,14 +79,15 @@ void CWinControlBall::BuildColumn() {
     list = &Add<CBallListCtrl>(0U, kColumn, 8, kColumnWidth);
     list->infoString = 541;
     list->onSelect = [this](int ball) { Select(ball); };
-    const auto button = [this](int left, int top, int wide, const QString& text, std::function<void()> run) {
-        auto& made = Add<CSwitchCtrl>(0U, left, top, wide, 24, nullptr, text);
+    const auto button = [this](int left, int wide, int glyph, const QString& text, std::function<void()> run) {
+        auto& made = Add<CSwitchCtrl>(0U, left, 94, wide, 24, nullptr, text);
+        made.glyph = glyph;
         made.momentary = true;
         made.infoString = 541;
         made.onChange = [run = std::move(run)](CControl&) { run(); };
     };
-    button(kColumn, 94, 72, Text("ADD"), [this] { AddBall(); });
-    button(kColumn + 80, 94, 73, Text("DELETE"), [this] { DeleteBall(); });
+    button(kColumn, 74, picture::kGlyphPlus, Text("ADD"), [this] { AddBall(); });
+    button(kColumn + 78, 75, picture::kGlyphBin, Text("DELETE"), [this] { DeleteBall(); });
     const auto label = [this](int top, const QString& text, Qt::Alignment alignment) {
         auto& made = Add<CLabelCtrl>(0U, kColumn, top, kColumnWidth, 16, text);
         made.textColour = Colour("textMuted");
@@ -136,11 +137,13 @@ void CWinControlBall::BuildFoot() {
     for (const int axis : {0, 1}) {
         auto& learn = Add<CSwitchCtrl>(0U, 92 + 104 * axis, kFoot, 100, 24, &learnShown[static_cast<std::size_t>(axis)],
                                        axis == 0 ? Text("LEARN X") : Text("LEARN Y"));
+        learn.glyph = picture::kGlyphLearn;
         learn.infoString = 544;
         learn.onChange = [this, axis](CControl&) { Learn(learning == axis ? -1 : axis); };
     }
     auto& keep = Add<CSwitchCtrl>(0U, 304, kFoot, 133, 24, nullptr, Text("KEEP LAST 60 S"));
     keep.momentary = true;
+    keep.glyph = picture::kGlyphAutomation;
     keep.infoString = 545;
     keep.onChange = [this](CControl&) { KeepMovement(); };
     assignments = &Add<CBallAssignmentsCtrl>(0U, 0, kRows, 445, 120);
