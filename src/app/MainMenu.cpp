@@ -362,6 +362,7 @@ void CMainWindow::RebuildRecentFiles() {
     for (qsizetype index = 0; index < paths.size(); ++index) {
         const QString path = paths[index];
         QAction* const action = fileMenu->addAction(QString(path).replace(QLatin1Char('&'), QLatin1String("&&")));
+        action->setData(command::kRecentFile0);
         actions[command::kRecentFile0 + static_cast<int>(index)] = action;
         recentActions.append(action);
         connect(action, &QAction::triggered, this, [this, path] {
