@@ -367,6 +367,7 @@ void CMainWindow::RebuildRecentFiles() {
     for (qsizetype index = 0; index < paths.size(); ++index) {
         QAction* const action = AddFile(*fileMenu, paths[index]);
         action->setText(action->text() + u'\t' + ShortFolder(paths[index]).replace(u'&', QStringLiteral("&&")));
+        action->setData(command::kRecentFile0);
         actions[command::kRecentFile0 + static_cast<int>(index)] = action;
         recentActions.append(action);
     }
@@ -376,6 +377,7 @@ void CMainWindow::RebuildRecentFiles() {
 QAction* CMainWindow::AddFile(QMenu& menu, const QString& path) {
     QString name = QFileInfo(path).completeBaseName();
     QAction* const action = menu.addAction(name.replace(u'&', QStringLiteral("&&")));
+    action->setToolTip(path);
     connect(action, &QAction::triggered, this, [this, path] {
         QMetaObject::invokeMethod(
             this, [this, path] { Open(path); }, Qt::QueuedConnection);

@@ -272,8 +272,8 @@ inline constexpr NumberedText kInfoTexts[] = {
     {467, "PRESETS - A click recalls a preset of this instrument, + stores a new one. The right button opens the menu.",
      "PRESETS - Un clic rappelle un preset de cet instrument, + en mémorise un nouveau. Le bouton droit ouvre le "
      "menu."},
-    {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
-     "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
+    {468, "OPEN, CLOSE - Shows or hides the body of the strip. With Shift those of all strips.",
+     "OUVRIR, FERMER - Montre ou cache le corps de la tranche. Avec Maj, de toutes les tranches."},
     {469,
      "KEYBOARD - Click a key to play it. With Ctrl or Shift it stays down until the next such click. The wheel moves "
      "along.",

@@ -73,7 +73,7 @@ void CInstrumentStripCtrl::AddLevel(const QRect& area, const QRect& figures) {
     ChannelStrip& strip = instrument->strip;
     auto& level = AddChild<CFaderCtrl>(0U, area.left(), area.top(), area.width(), area.height(), &strip.level, false);
     BindSetting(level, context, strip, 470);
-    const auto gain = [this](float shown) { return tables.ChannelGain(shown); };
+    const auto gain = [this](float shown) { return context.tables.ChannelGain(shown); };
     ShowDecibels(level, gain);
     auto& label = AddChild<CLabelCtrl>(0U, figures.left(), figures.top(), figures.width(), figures.height());
     label.Bind(&strip.level);

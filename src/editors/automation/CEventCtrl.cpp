@@ -7,6 +7,7 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
+#include "editors/base/WindowKeys.h"
 #include "model/edits/LaneCurve.h"
 #include "texts/Texts.h"
 
@@ -136,6 +137,14 @@ void CEventCtrl::OnMouseLeave() {
     if (!hovered) return;
     hovered.reset();
     Refresh();
+}
+
+WindowKeys AutomationKeys() {
+    return {{Qt::Key_Up, TextKey("Moves the selected points"), WindowKey::EKind::kArrows},
+            {Qt::SHIFT | Qt::Key_Up, TextKey("The same finely"), WindowKey::EKind::kArrows},
+            {Qt::Key_Tab, TextKey("Next point")},
+            {Qt::SHIFT | Qt::Key_Tab, TextKey("Previous point")},
+            {Qt::Key_Delete, TextKey("Removes the selected points")}};
 }
 
 void CEventCtrl::OnKeyDown(int key) {
