@@ -32,7 +32,6 @@ namespace {
 
 constexpr int kFolderTaken = 1;
 constexpr int kWrongUsage = 2;
-constexpr int kShowMaximised = 3;
 constexpr unsigned long kExitWait = 500;  // milliseconds
 constexpr int kTakenInterval = 50;        // milliseconds
 
