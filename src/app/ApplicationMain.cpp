@@ -208,6 +208,7 @@ int CRun::Run() {
 
     const int code = EndWanted() ? 0 : QApplication::exec();
     End(keeper);
+    TellWhatEnds(code);  // what plug-ins do when they are closed spoils nothing any more
     return code;
 }
 
