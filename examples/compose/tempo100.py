@@ -73,7 +73,7 @@ def brushes():
     sweep_ = {SNARE: "3.2.4.2.3.2.4.2.", TAMBOURINE: "............4..."}
     more = {SNARE: "3.2.4.23.32.4.2.", RIDE: "5...5..45...5..4"}
     return Instrument(
-        "Brushes", DRUMS, JAZZ_CLUB, swing=SWING, strip=Strip(level=channel_level(3), pan=0.2,
+        "Brushes", DRUMS, JAZZ_CLUB, swing=SWING, strip=Strip(level=channel_level(5), pan=0.2,
                                                                sends={CHAMBER: send_level(-18)}, **low_cut(200)),
         patterns=hold(numbered(drums(11, sweep_), drums(12, sweep_, more)), {KIT_VOLUME: volume(0)}))
 
