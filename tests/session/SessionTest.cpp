@@ -256,7 +256,9 @@ TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
             user.WaitFor([&] { return qobject_cast<CExportDialog*>(QApplication::activeWindow()) != nullptr; }));
         press("Return");
         const QString file = out + QStringLiteral("/HouseYa.wav");
-        EXPECT_TRUE(user.WaitFor([&] { return QFile::exists(file); })) << "by the name that was proposed";
+        bool isThere = false;
+        for (int wait = 0; wait < 4 && !isThere; ++wait) isThere = user.WaitFor([&] { return QFile::exists(file); });
+        EXPECT_TRUE(isThere) << "by the name that was proposed";
         EXPECT_GT(QFileInfo(file).size(), 1000000);
         EXPECT_LE(presses, kMostPresses);
         Close(user);
