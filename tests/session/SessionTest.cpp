@@ -239,7 +239,7 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
 // A killed program asks at its next start, and its backup holds the work.
 TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
     constexpr int kMostPresses = 3;
-    CDriver::Run(Arguments({QStringLiteral(QUIB_SOURCE_DIR "/examples/HouseYa.prg")}), [&](CDriver& user) {
+    CDriver::Run(Arguments({QStringLiteral(QUIB_SOURCE_DIR "/examples/Tempo100.prg")}), [&](CDriver& user) {
         SettleIn(user);
         const QString out = folder.filePath(QStringLiteral("out"));
         user.Ask([&] {
@@ -255,7 +255,7 @@ TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
         ASSERT_TRUE(
             user.WaitFor([&] { return qobject_cast<CExportDialog*>(QApplication::activeWindow()) != nullptr; }));
         press("Return");
-        const QString file = out + QStringLiteral("/HouseYa.wav");
+        const QString file = out + QStringLiteral("/Tempo100.wav");
         bool isThere = false;
         for (int wait = 0; wait < 4 && !isThere; ++wait) isThere = user.WaitFor([&] { return QFile::exists(file); });
         EXPECT_TRUE(isThere) << "by the name that was proposed";

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace quib {
 
@@ -14,7 +15,8 @@ constexpr double kCatch = 0.1;        // of a beat: how far from where it is exp
 constexpr double kFollowPlace = 0.3;  // of what a beat is off
 constexpr double kFollowPeriod = 0.05;
 constexpr double kSmoothing = 8;     // beats to each side
-constexpr double kEven = 0.008;      // seconds that beats of an even tempo are off, at most
+constexpr double kEven = 0.008;      // seconds that beats of an even tempo are off
+constexpr double kEvenShare = 0.75;  // of the beats of an even tempo, that are no further off
 constexpr double kEnoughSeen = 0.6;  // of the beats
 constexpr std::size_t kFewest = 24;  // beats
 
@@ -45,7 +47,7 @@ double PeriodOf(const std::vector<RhythmHit>& hits, double period) {
 CBeatTrack::CBeatTrack(const RhythmHits& hits, double period, double seconds) {
     if (hits.all.empty() || period <= 0) return;
     Follow(hits, period, seconds);
-    Judge();
+    Judge(period);
 }
 
 void CBeatTrack::Follow(const RhythmHits& hits, double period, double seconds) {
@@ -94,16 +96,19 @@ double CBeatTrack::MeanPeriod() const {
     return beats.size() > 1 ? (beats.back() - beats.front()) / static_cast<double>(beats.size() - 1) : 0.0;
 }
 
-void CBeatTrack::Judge() {
+// A song that slows down at its end is even still.
+void CBeatTrack::Judge(double period) {
     if (beats.size() < kFewest || static_cast<double>(seen.size()) < kEnoughSeen * static_cast<double>(beats.size()))
         return;
-    double furthest = 0;
+    if (std::ranges::adjacent_find(beats, std::greater_equal<>()) != beats.end()) return;
+    std::vector<double> off;
     for (std::size_t beat = 0; beat < beats.size(); ++beat) {
-        if (beat > 0 && beats[beat] <= beats[beat - 1]) return;
-        const double even = beats.front() + static_cast<double>(beat) * MeanPeriod();
-        furthest = std::max(furthest, std::abs(beats[beat] - even));
+        off.push_back(beats[beat] - static_cast<double>(beat) * period);
     }
-    wanders = furthest > kEven;
+    const auto middle = off.begin() + static_cast<std::ptrdiff_t>(off.size() / 2);
+    std::nth_element(off.begin(), middle, off.end());
+    const auto even = std::ranges::count_if(off, [at = *middle](double one) { return std::abs(one - at) <= kEven; });
+    wanders = static_cast<double>(even) < kEvenShare * static_cast<double>(off.size());
 }
 
 double CBeatTrack::ToEven(double time) const {

@@ -15,7 +15,7 @@ public:
     // `period`: about the mean, of a sound of that many seconds.
     CBeatTrack(const RhythmHits& hits, double period, double seconds);
 
-    // Whether the beats leave the even grid that fits them best.
+    // Whether more than a few beats leave the even grid of that period.
     bool Wanders() const noexcept { return wanders; }
     double MeanPeriod() const;
     // Where a time would lie were every beat as long as the mean, and back.
@@ -30,7 +30,7 @@ private:
     };
     void Follow(const RhythmHits& hits, double period, double seconds);
     double TimeOf(double beat) const;
-    void Judge();
+    void Judge(double period);
 
     std::vector<Seen> seen;
     std::vector<double> beats;  // times
