@@ -11,9 +11,9 @@
 #include "app/CMainWindow.h"
 #include "app/Commands.h"
 #include "app/start/CDeviceBanner.h"
-#include "app/start/FirstInstruments.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
+#include "document/FirstInstruments.h"
 #include "document/ShippedFiles.h"
 #include "texts/Texts.h"
 
