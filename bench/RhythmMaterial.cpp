@@ -42,6 +42,8 @@ private:
 
     void Strike(int bar, int place) {
         const double time = At(bar, place);
+        const double beats = 4.0 * bar + place / 4;
+        if (place % 4 == 0 && beats > 0 && time < seconds) made.tempo = 60 * beats / (time - made.downbeat);
         const bool snare = place == 4 || place == 12 || (piece.kind == 3 && place == 15 && bar % 4 == 3);
         bool kick = place == 0 || place == 10;
         double hat = 0.18 * (place % 4 == 0 ? 1 : 0.6);

@@ -25,6 +25,7 @@ struct Piece {
 
 struct Rendered {
     std::vector<float> mono;
+    double tempo = 0;             // BPM, mean of its beats
     double downbeat = 0;          // seconds
     std::vector<double> strokes;  // seconds, each once
 };

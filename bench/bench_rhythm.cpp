@@ -4,11 +4,12 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <filesystem>
 
 #include "bench/RhythmMaterial.h"
+#include "editors/loopcreator/CWavePeaks.h"
 #include "export/loops/LoopCut.h"
 #include "export/rhythm/RhythmTempo.h"
 
@@ -41,7 +42,7 @@ void Measure(Tally& tally, const Piece& piece, bool mp3) {
     const Rendered made = Render(piece, kSeconds);
     const std::vector<float> sound = mp3 ? ThroughMp3(made.mono) : made.mono;
     const RhythmTempo found = FindTempo(sound, kRate);
-    const double wanted = piece.tempo * (1 + piece.ramp / 2);
+    const double wanted = made.tempo;
     const bool exact = IsNear(found.tempo, wanted);
     bool related = exact;
     for (const double factor : {0.5, 2.0, 3.0, 1.0 / 3.0}) related = related || IsNear(found.tempo, wanted * factor);
@@ -73,6 +74,19 @@ void Row(const char* name, const Piece& change, bool mp3 = false) {
                tally.acc2 / all, tally.worst, tally.downbeats / all, tally.f / tally.pieces);
 }
 
+// Until the loop creator shows it.
+double SecondsToShow(const std::vector<float>& mono) {
+    const fs::path path = fs::temp_directory_path() / fmt::format("quib-bench-{}.mp3", getpid());
+    std::string error;
+    WriteLoopFile(path, {kRate, 2, mono, mono}, {}, false, error);
+    const std::clock_t begun = std::clock();
+    SoundClip clip;
+    ReadClip(path, clip, error);
+    const CWavePeaks peaks(clip);
+    fs::remove(path);
+    return static_cast<double>(std::clock() - begun) / CLOCKS_PER_SEC;
+}
+
 }  // namespace
 }  // namespace quib::material
 
@@ -86,8 +100,9 @@ int main() {
     Row("MP3", {}, true);
     Row("ramp of 2 %", {.ramp = 0.02});
     const Rendered made = Render({.tempo = 123.4, .kind = 3}, 300);
-    const auto begun = std::chrono::steady_clock::now();
+    const std::clock_t begun = std::clock();
     const double tempo = quib::FindTempo(made.mono, kRate).tempo;
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
-    fmt::print("five minutes: {:.2f} s, {:.4f} BPM (123.4)\n", took.count(), tempo);
+    const double took = static_cast<double>(std::clock() - begun) / CLOCKS_PER_SEC;
+    fmt::print("five minutes: {:.2f} s of one processor, {:.4f} BPM (123.4)\n", took, tempo);
+    fmt::print("five minutes of MP3 shown after {:.2f} s of one processor\n", SecondsToShow(made.mono));
 }

@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fuzz/FuzzTargets.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <span>
 #include <string>
 
+#include "export/SoundClip.h"
+#include "export/loops/LoopCut.h"
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
 #include "project/GeneratedProject.h"
@@ -144,6 +152,33 @@ void Midi(std::string_view bytes) {
     Require(again.tracks == file.tracks && again.tempos == file.tempos && again.signatures == file.signatures &&
                 again.markers == file.markers,
             "what was written is the same");
+}
+
+// A sound file, read as a whole, cut and written as a loop that is read again.
+void Audio(std::string_view bytes) {
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path();
+    const std::string name = "quib-fuzz-" + std::to_string(getpid());
+    const fs::path path = folder / name;
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    SoundClip clip;
+    std::string error;
+    const bool isRead = ReadClip(path, clip, error);
+    fs::remove(path);
+    if (!isRead) return Require(error.find(name) != std::string::npos, "a refusal names the file");
+    Require(clip.Frames() > 0 && clip.left.size() == clip.right.size(), "there is a sound");
+    const auto isFinite = [](float sample) { return std::isfinite(sample); };
+    Require(std::all_of(clip.left.begin(), clip.left.end(), isFinite), "samples are numbers");
+    Require(std::all_of(clip.right.begin(), clip.right.end(), isFinite), "samples are numbers");
+    LoopCut cut{clip.Frames() / 3, 1, 200};
+    cut.start = BestStart(clip, cut);
+    const SoundClip loop = CutLoop(clip, cut);
+    Require(loop.Frames() == FramesOf(cut, clip.sampleRate), "the length is exact");
+    const fs::path written = folder / (name + ".wav");
+    SoundClip again;
+    Require(WriteLoopFile(written, loop, cut, true, error) && ReadClip(written, again, error), "a loop is read");
+    fs::remove(written);
+    Require(again.Frames() == loop.Frames(), "the whole loop is read");
 }
 
 }  // namespace quib::fuzz

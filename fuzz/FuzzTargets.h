@@ -16,16 +16,18 @@ void Pattern(std::string_view bytes);
 void Bank(std::string_view bytes);
 void Program(std::string_view bytes);
 void Midi(std::string_view bytes);
+void Audio(std::string_view bytes);
 
 struct Target {
     std::string_view name;
     void (*run)(std::string_view bytes);
 };
-inline constexpr std::array<Target, 6> kTargets = {{{"project", Project},
+inline constexpr std::array<Target, 7> kTargets = {{{"project", Project},
                                                     {"instrument", Instrument},
                                                     {"pattern", Pattern},
                                                     {"bank", Bank},
                                                     {"program", Program},
-                                                    {"midi", Midi}}};
+                                                    {"midi", Midi},
+                                                    {"audio", Audio}}};
 
 }  // namespace quib::fuzz

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Writes whole files of every kind into FOLDER/<target>/, from which the fuzzers start.
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <span>
 #include <string>
 
+#include "export/CSoundFile.h"
 #include "model/files/InstrumentFile.h"
 #include "model/files/PatternRecords.h"
 #include "project/GeneratedProject.h"
@@ -19,6 +21,28 @@ void Save(const std::filesystem::path& path, std::span<const char> bytes) {
 
 void Save(const std::filesystem::path& path, const quib::StateImage& image) {
     Save(path, {reinterpret_cast<const char*>(image.data()), image.size()});
+}
+
+// A tenth of a second of a tone in each of the formats.
+void SaveSounds(const std::filesystem::path& folder) {
+    using quib::ESoundFormat;
+    std::vector<float> tone(4410);
+    for (std::size_t i = 0; i < tone.size(); ++i)
+        tone[i] = static_cast<float>(0.5 * std::sin(0.05 * static_cast<double>(i)));
+    const std::pair<quib::SoundFormat, const char*> sounds[] = {
+        {{ESoundFormat::kWave, 22050, 16}, "16.wav"},    {{ESoundFormat::kWave, 44100, 24}, "24.wav"},
+        {{ESoundFormat::kWave, 44100, 32}, "float.wav"}, {{ESoundFormat::kFlac, 44100, 16}, "16.flac"},
+        {{ESoundFormat::kOgg, 44100}, "sound.ogg"},      {{ESoundFormat::kOpus, 48000}, "sound.opus"},
+        {{ESoundFormat::kMp3, 44100}, "sound.mp3"}};
+    for (const auto& [format, name] : sounds) {
+        quib::SoundTags tags{"Tone", "Nobody", 124};
+        tags.loopBeats = 4;
+        tags.loopFrames = static_cast<std::int64_t>(tone.size());
+        tags.strokes = {0, 2205};
+        quib::CSoundFile file(folder / name, format, tags);
+        file.Open() && file.Write(tone.data(), tone.data(), static_cast<int>(tone.size())) && file.Finish() &&
+            file.Keep();
+    }
 }
 
 }  // namespace
@@ -53,5 +77,6 @@ int main(int count, char** arguments) {
                    {"Drums", "", 3840, {{0, 0x99, 36, 100}, {240, 0x99, 36, 0}, {240, 0xE9, 0, 64}}}};
     const std::string song = WriteMidi(midi);
     Save(folder / "midi" / "song.mid", std::span<const char>(song));
+    SaveSounds(folder / "audio");
     return 0;
 }

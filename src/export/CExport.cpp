@@ -134,6 +134,7 @@ bool CExport::Render() {
 bool CExport::TakeBlock(int count) {
     const int solo = SoloFile();
     if (solo != kAll) return TakeInto(static_cast<std::size_t>(solo), count);
+    for (const int channel : {0, 1}) mix.Add(engine->audio.Master(channel), count);
     if (meter) meter->Add(engine->audio.Master(0), engine->audio.Master(1), count);
     for (std::size_t index = 0; index < files.size(); ++index) {
         const bool plays = !IsSolo() || files[index].source == ExportFile::ESource::kMix;
@@ -211,6 +212,8 @@ bool CExport::WriteScaled(std::size_t index, float gain) {
     outputs[index].spool.reset();
     return true;
 }
+
+std::size_t CExport::InstrumentCount() const noexcept { return engine->state.instruments.size(); }
 
 std::vector<std::string> CExport::MissingPlugins() const {
     std::vector<std::string> names;

@@ -14,6 +14,7 @@
 #include "engine/CAudio.h"
 #include "export/CFrameSpool.h"
 #include "export/CLoudness.h"
+#include "export/CSignalStatistics.h"
 #include "export/CSoundFile.h"
 #include "export/ExportPlan.h"
 #include "export/ExportSettings.h"
@@ -51,6 +52,9 @@ public:
     const std::vector<ExportFile>& Files() const noexcept { return files; }
     // After the render.
     std::int64_t Frames() const noexcept { return frames; }
+    // Of the mix, where it was played.
+    const CSignalStatistics& Mix() const noexcept { return mix; }
+    std::size_t InstrumentCount() const noexcept;
     // What was measured and done about it; nothing without a target.
     struct Level {
         double loudness = 0;  // LUFS, of the mix
@@ -99,6 +103,7 @@ private:
     std::vector<Output> outputs;  // one a file
     std::unique_ptr<CLoudness> meter;
     std::optional<Level> level;
+    CSignalStatistics mix;
     std::vector<float> left, right;
     std::vector<std::string> warnings;
     std::string error;

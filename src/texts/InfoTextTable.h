@@ -472,8 +472,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "menu.",
      "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
     {620,
-     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
-     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+     "LESSON - Begins this lesson of the tutorial. What it needs is there when it begins; your project comes back.",
+     "LEÇON - Commence cette leçon. Ce qu'il lui faut est là au début ; votre projet revient."},
     {621, "SKIP - Goes on to the next step without doing this one.",
      "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };

@@ -16,6 +16,7 @@ inline constexpr KeyedText kTexts[] = {
     {"File", "Fichier"},
     {"New", "Nouveau"},
     {"Open ...", "Ouvrir ..."},
+    {"Examples", "Exemples"},
     {"Save", "Enregistrer"},
     {"Save As ...", "Enregistrer sous ..."},
     {"Restore backup", "Restaurer une sauvegarde"},

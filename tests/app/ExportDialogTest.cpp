@@ -2,6 +2,7 @@
 // The export dialog as a user has it: what it offers, what it writes, and that it lets go.
 #include <QLabel>
 #include <QPointer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -41,6 +42,25 @@ protected:
     bool WaitForEnd() {
         return QTest::qWaitFor([this] { return !dialog->IsWriting(); }, 60000);
     }
+    // What the dialog has just written, and what quib-render writes of the session with these options.
+    QByteArray Exported() const { return Bytes(File("out/HouseMusic.wav")); }
+    QByteArray Rendered(const QStringList& options) {
+        QFile project(File("session.prg"));
+        EXPECT_TRUE(project.open(QIODevice::WriteOnly));
+        project.write(QByteArray::fromStdString(Session().Bytes()));
+        project.close();
+        const QStringList words =
+            QStringList{File("session.prg"),          File("rendered.wav"),     QStringLiteral("--title"),
+                        QStringLiteral("HouseMusic"), QStringLiteral("--tail"), QStringLiteral("0")} +
+            options;
+        EXPECT_EQ(QProcess::execute(QStringLiteral(QUIB_BIN_DIR "/quib-render"), words), 0);
+        return Bytes(File("rendered.wav"));
+    }
+    static QByteArray Bytes(const QString& path) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+        return file.readAll();
+    }
     QStringList Written() const { return QDir(File("out")).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
     QString File(const char* name) const { return folder.filePath(QLatin1String(name)); }
 
@@ -50,7 +70,7 @@ protected:
 };
 
 TEST_F(ExportDialogTest, EnterWritesTheMixBesideASessionThatStaysAsItIs) {
-    EXPECT_EQ(Page().length->text(), "2:34.839") << "80 bars at 124 beats a minute";
+    EXPECT_EQ(Page().length->text(), "2:38.710") << "82 bars at 124 beats a minute";
     Page().from->setValue(3);
     Page().to->setValue(4);
     EXPECT_EQ(Page().length->text(), "0:01.935");
@@ -82,19 +102,21 @@ TEST_F(ExportDialogTest, EnterWritesTheMixBesideASessionThatStaysAsItIs) {
     EXPECT_EQ(Written().size(), 1);
 }
 
-TEST_F(ExportDialogTest, TheRangeOfTheMarkersAndTheLoopAreThoseBarsOfTheSong) {
+TEST_F(ExportDialogTest, TheMixOfARangeIsThatOfQuibRenderByteForByte) {
     const auto write = [this] {
         Page().tail->setChecked(false);
         Page().start->click();
         EXPECT_TRUE(WaitForEnd());
-        QFile file(File("out/HouseMusic.wav"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << Page().status->text().toStdString();
-        return file.readAll();
+        return Exported();
     };
+    Page().dither->setChecked(false);
     Page().from->setValue(5);
     Page().to->setValue(7);
     const QByteArray song = write();
     EXPECT_NEAR(static_cast<double>(song.size()) / 4, 8 * 60.0 / 124 * 44100, 60) << "two bars, and the header";
+    EXPECT_EQ(
+        Rendered({QStringLiteral("--from"), QStringLiteral("64"), QStringLiteral("--steps"), QStringLiteral("32")}),
+        song);
     EXPECT_TRUE(Page().range->IsOff(3));
     workstation->Song().SetMarker(64, QStringLiteral("A"));
     workstation->Song().SetMarker(80, QStringLiteral("B"));
@@ -103,10 +125,12 @@ TEST_F(ExportDialogTest, TheRangeOfTheMarkersAndTheLoopAreThoseBarsOfTheSong) {
     Choose(Page().range, 3);
     EXPECT_EQ(Page().length->text(), "0:03.871");
     EXPECT_EQ(write(), song) << "from the first marker to the last";
+    EXPECT_EQ(Rendered({QStringLiteral("--markers")}), song);
     workstation->Song().SetLoop({64, 96});
     window.ShowExport(EExportRange::kLoop);
     EXPECT_EQ(dialog->Settings().range, EExportRange::kLoop);
     EXPECT_EQ(write(), song);
+    EXPECT_EQ(Rendered({QStringLiteral("--loop")}), song);
 }
 
 TEST_F(ExportDialogTest, EscCancelsWithoutAnyFileAndTheDialogMayGoMeanwhile) {

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <csignal>
@@ -15,6 +16,7 @@
 #include "CDriver.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
+#include "app/export/CExportDialog.h"
 #include "controls/CFilterCtrl.h"
 #include "editors/automation/CWinControlParamEvent.h"
 
@@ -235,6 +237,34 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
 }
 
 // A killed program asks at its next start, and its backup holds the work.
+TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
+    constexpr int kMostPresses = 3;
+    CDriver::Run(Arguments({QStringLiteral(QUIB_SOURCE_DIR "/examples/Tempo100.prg")}), [&](CDriver& user) {
+        SettleIn(user);
+        const QString out = folder.filePath(QStringLiteral("out"));
+        user.Ask([&] {
+            CSettings& settings = user.Window().Workstation().Settings();
+            settings.WriteSettingString(QStringLiteral("Export"), QStringLiteral("Folder"), out);
+        });
+        int presses = 0;
+        const auto press = [&](const char* key) {
+            user.Key(key);
+            ++presses;
+        };
+        press("ctrl+e");
+        ASSERT_TRUE(
+            user.WaitFor([&] { return qobject_cast<CExportDialog*>(QApplication::activeWindow()) != nullptr; }));
+        press("Return");
+        const QString file = out + QStringLiteral("/Tempo100.wav");
+        bool isThere = false;
+        for (int wait = 0; wait < 4 && !isThere; ++wait) isThere = user.WaitFor([&] { return QFile::exists(file); });
+        EXPECT_TRUE(isThere) << "by the name that was proposed";
+        EXPECT_GT(QFileInfo(file).size(), 1000000);
+        EXPECT_LE(presses, kMostPresses);
+        Close(user);
+    });
+}
+
 TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
     const pid_t child = fork();
     if (child == 0) {

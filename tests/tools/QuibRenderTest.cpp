@@ -27,7 +27,13 @@ protected:
     }
 
     // Samples of a Wave file without its header.
-    std::string Samples(const std::string& name) const { return Read(name).substr(46); }
+    std::string Samples(const std::string& name) const {
+        const std::string bytes = Read(name);
+        const std::size_t chunk = bytes.find("data");
+        std::uint32_t size = 0;
+        if (chunk < bytes.size()) std::memcpy(&size, bytes.data() + chunk + 4, sizeof size);
+        return size > 0 ? bytes.substr(chunk + 8, size) : std::string();
+    }
 
     // The 16-bit value of that index, both channels counted.
     static int ValueAt(const std::string& samples, std::size_t index) {
@@ -174,6 +180,20 @@ TEST_F(CQuibRenderTest, StemsAddUpToTheMaster) {
         ASSERT_NEAR(sum, ValueAt(master, index), 2) << index;
     }
     EXPECT_GT(loudest, 1000);
+}
+
+TEST_F(CQuibRenderTest, PlayingKeepsTimeAndItsRecordingIsWhatIsRenderedAndExported) {
+    const std::string song = QUIB_SOURCE_DIR "/examples/Tempo100.prg ";
+    ASSERT_EQ(Run("quib-render", song + Path("live.wav") + " --play --device Silent --steps 16").exitCode, 0);
+    ASSERT_EQ(Run("quib-render", song + Path("rendered.wav") + " --steps 16").exitCode, 0);
+    ASSERT_EQ(Run("quib-render", song + Path("exported.wav") + " --steps 16 --bits 16").exitCode, 0);
+    const std::string rendered = Samples("rendered.wav");
+    EXPECT_TRUE(Samples("exported.wav") == rendered);
+    // The recording has begun before Play, and ends while the last sound rings.
+    const auto sound = [](const std::string& samples) { return samples.substr(samples.find_first_not_of('\0') & ~3U); };
+    const std::string recorded = sound(Samples("live.wav"));
+    EXPECT_GT(recorded.size(), 16 * 6615U * 4);
+    EXPECT_TRUE(sound(rendered).starts_with(recorded.substr(0, 16 * 6615 * 4)));
 }
 
 TEST_F(CQuibRenderTest, PlayingKeepsTimeRecordsAndCounts) {

@@ -15,7 +15,7 @@ namespace quib {
 
 namespace {
 
-constexpr int kScroll = 60;  // pixels of a notch
+constexpr int kWheelPixels = 60;  // pixels of a notch
 
 }  // namespace
 
@@ -128,7 +128,7 @@ void CEventCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     if ((word & kWheelControl) != 0) {
         moved = notches > 0 ? view.time.ZoomIn(anchor) : view.time.ZoomOut(anchor);
     } else {
-        moved = view.time.ScrollTo(view.time.Scroll() - static_cast<int>(std::lround(notches * kScroll)));
+        moved = view.time.ScrollTo(view.time.Scroll() - static_cast<int>(std::lround(notches * kWheelPixels)));
     }
     if (moved) ViewMoved();
 }

@@ -82,39 +82,54 @@ bool CWinControlLoopCreator::TakeFile(const QString& path) {
 
 void CWinControlLoopCreator::TakeGrid(const QString& path, double nextTempo, double nextDownbeat) {
     if (nextTempo <= 0) return;
-    if (heard && heard->path == path && !work.IsBusy()) {
+    if (heard && heard->path == path && !work.IsReading()) {
         downbeat = nextDownbeat;
+        wantedGrid = {nextTempo, nextDownbeat};
         SetTempo(nextTempo);
         return MoveTo(static_cast<double>(cut.start), true);
     }
     if (TakeFile(path)) wantedGrid = {nextTempo, nextDownbeat};
 }
 
+// It is shown at once; its rhythm comes later.
 void CWinControlLoopCreator::Hear(std::shared_ptr<const HeardSound> next) {
     if (!next->error.empty()) {
         problem = QString::fromStdString(next->error);
         return;
     }
+    if (next->path.isEmpty()) return HearRhythm(*next);
     heard = std::move(next);
+    work.Find(heard);
     peaks = std::make_shared<const CWavePeaks>(heard->clip);
     loops.clear();
     chosen = -1;
     cut = {};
-    cut.tempo =
-        heard->rhythm.tempo > 0 ? heard->rhythm.tempo : static_cast<double>(Document().Audio().settings.tempo.Get());
-    downbeat = heard->rhythm.downbeat;
+    cut.tempo = static_cast<double>(Document().Audio().settings.tempo.Get());
+    downbeat = 0;
     if (wantedGrid) std::tie(cut.tempo, downbeat) = *wantedGrid;
-    wantedGrid.reset();
-    CRhythmEnvelope envelope({}, heard->clip.sampleRate);
-    envelope.Add(heard->mono);
     strokes.clear();
-    for (const RhythmHit& hit : envelope.Hits()) {
+    ShowGrid();
+}
+
+// What the user has set meanwhile stays.
+void CWinControlLoopCreator::HearRhythm(const HeardSound& found) {
+    for (const RhythmHit& hit : found.hits) {
         strokes.push_back(static_cast<std::int64_t>(hit.time * heard->clip.sampleRate));
     }
+    const bool isUntouched = !wantedGrid && loops.empty() && !isTouched;
+    if (!isUntouched || found.rhythm.tempo <= 0) return ShowAll();
+    cut.tempo = found.rhythm.tempo;
+    downbeat = found.rhythm.downbeat;
+    ShowGrid();
+}
+
+void CWinControlLoopCreator::ShowGrid() {
+    isTouched = false;
     cut.start = std::llround(std::max(0.0, downbeat) * heard->clip.sampleRate);
     ShowAll();
     wave->SetView(0, FramesOfBeat() * kBeatsOfBar * 4);
     CutChanged();
+    isTouched = false;
 }
 
 double CWinControlLoopCreator::FramesOfBeat() const {
@@ -203,6 +218,7 @@ void CWinControlLoopCreator::Tap() {
 }
 
 void CWinControlLoopCreator::CutChanged() {
+    isTouched = true;
     cut.fade = static_cast<double>(fadeValue.Get()) / 1000.0;
     if (heard) {
         loop = std::make_shared<const SoundClip>(CutLoop(heard->clip, cut));
@@ -349,14 +365,15 @@ void CWinControlLoopCreator::ShowAll() {
         for (const ListedLoop& entry : loops) {
             shown.others.emplace_back(entry.cut.start, FramesOf(entry.cut, heard->clip.sampleRate));
         }
-        fileName->SetText(QStringLiteral("%1   %2 s, %3 kHz")
-                              .arg(QFileInfo(heard->path).fileName())
-                              .arg(heard->clip.Seconds(), 0, 'f', 1)
-                              .arg(heard->clip.sampleRate / 1000.0));
+        QString told = QStringLiteral("%1   %2 s, %3 kHz")
+                           .arg(QFileInfo(heard->path).fileName())
+                           .arg(heard->clip.Seconds(), 0, 'f', 1)
+                           .arg(heard->clip.sampleRate / 1000.0);
+        if (work.IsBusy()) told += QStringLiteral("   ") + Text("Looking for the tempo");
+        fileName->SetText(told);
     }
-    if (work.IsBusy()) {
-        shown.message = work.Share() < 1 ? Text("Reading: %1 %").arg(static_cast<int>(work.Share() * 100))
-                                         : Text("Looking for the tempo");
+    if (work.IsReading()) {
+        shown.message = Text("Reading: %1 %").arg(static_cast<int>(work.Share() * 100));
     } else if (!heard || !problem.isEmpty()) {
         shown.message = problem.isEmpty() ? Text("Drop a sound file here, or open one") : problem;
     }

@@ -64,6 +64,8 @@ private:
                         std::function<void()> run);
     CLabelCtrl& Label(int left, int top, int width, const QString& text = {});
     void Hear(std::shared_ptr<const HeardSound> next);
+    void HearRhythm(const HeardSound& found);
+    void ShowGrid();
     double Snapped(double frame) const;
     void MoveTo(double start, bool snap);
     void DrawSpan(double start, double end, bool snap);
@@ -92,6 +94,7 @@ private:
     ESnap snap = kBeat;
     bool mp3 = false;
     bool playing = false;
+    bool isTouched = false;  // the cut, by the user, since the grid was set
     QString namePattern = QStringLiteral("{name} {bpm}bpm");
     QString folder;
     QString problem;

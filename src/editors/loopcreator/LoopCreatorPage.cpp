@@ -74,7 +74,7 @@ void CWinControlLoopCreator::BuildHeader() {
     fileName->sunken = true;
     fileName->fontHeight = 12;
     Button(404, 8, 90, Text("Open ..."), 660, [this] {
-        if (const QString path = ChooseSoundFile(this); !path.isEmpty()) TakeFile(path);
+        if (const QString path = ChooseSoundFile(this, Document().Settings()); !path.isEmpty()) TakeFile(path);
         ShowAll();
     });
     Button(500, 8, 80, Text("Cancel"), 660, [this] {

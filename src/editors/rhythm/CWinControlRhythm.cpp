@@ -17,7 +17,6 @@ namespace quib {
 
 namespace {
 
-constexpr double kBeatsOfBar = 4;
 constexpr double kLongestLive = 30;     // seconds that the tempo of the master output is found in
 constexpr double kBetweenSearches = 3;  // seconds
 constexpr double kNotSure = 0.3;
@@ -105,7 +104,9 @@ void CWinControlRhythm::HearFile(std::shared_ptr<const HeardSound> next) {
     if (!next->path.isEmpty()) {
         heard = next;
         envelope = nullptr;
+        tempo = 0;
         picture->ShowAll(heard->clip.Seconds());
+        work.Find(heard);
     }
     if (next->rhythm.tempo <= 0) return;
     sureness = next->rhythm.sureness;
@@ -253,9 +254,8 @@ void CWinControlRhythm::ShowAll() {
     CEnvelopeCtrl::Shown shown;
     if (seen != nullptr) shown = {&seen->Levels(), &seen->Hits(), 0, tempo, downbeat, -1, {}};
     shown.threshold = RhythmSettingsOf(Stored()).threshold;
-    if (work.IsBusy() && !listening) {
-        shown.message = work.Share() < 1 ? Text("Reading: %1 %").arg(static_cast<int>(work.Share() * 100))
-                                         : Text("Looking for the tempo");
+    if (!listening && (work.IsReading() || (seen == nullptr && heard))) {
+        shown.message = Text("Reading: %1 %").arg(static_cast<int>(work.Share() * 100));
     } else if (seen == nullptr) {
         shown.message = problem.isEmpty() ? Text("Drop a file here, or listen to the master") : problem;
     }
@@ -270,7 +270,7 @@ void CWinControlRhythm::ShowAll() {
     state->SetText(heard && !listening ? Text("read in %1 s").arg(heard->seconds, 0, 'f', 1) : QString());
     tempoText->SetText(tempo > 0 ? QString::number(tempo, 'f', 2) : QStringLiteral("-"));
     tempoText->textColour = Palette().Accent(sureness < kHardlySure ? ESection::kPattern : ESection::kTransport);
-    sureText->SetText(tempo <= 0            ? QString()
+    sureText->SetText(tempo <= 0            ? (work.IsBusy() && !listening ? Text("Looking for the tempo") : QString())
                       : sureness < kNotSure ? Text("not sure")
                                             : Text("sure to %1 %").arg(std::lround(sureness * 100)));
     steadyText->SetText(tempo > 0 ? Text("beats within %1 ms").arg(steadiness * 1000, 0, 'f', 1) : QString());
@@ -291,7 +291,9 @@ void CWinControlRhythm::ShowAll() {
 
 void CWinControlRhythm::CutLoops() {
     CToolWindow* const creator = OpenOther(ETool::kLoopCreator);
-    if (creator != nullptr && heard) creator->TakeGrid(heard->path, tempo, downbeat);
+    if (creator == nullptr || !heard) return;
+    if (tempo > 0) return creator->TakeGrid(heard->path, tempo, downbeat);
+    creator->TakeFile(heard->path);
 }
 
 }  // namespace quib

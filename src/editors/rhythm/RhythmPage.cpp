@@ -100,7 +100,7 @@ void CWinControlRhythm::BuildHeader() {
     fileName->fontHeight = 12;
     if (heard) fileName->SetText(heard->path.section(QLatin1Char('/'), -1));
     Button(528, 8, 90, Text("Open ..."), 650, [this] {
-        if (const QString path = ChooseSoundFile(this); !path.isEmpty()) TakeFile(path);
+        if (const QString path = ChooseSoundFile(this, Document().Settings()); !path.isEmpty()) TakeFile(path);
     });
     Button(624, 8, 90, Text("Cancel"), 650, [this] { work.Cancel(); });
     state = &Label(724, 12, 120, 20);

@@ -2,8 +2,10 @@
 #include "editors/sound/CSoundWork.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <chrono>
 
+#include "document/CSettings.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 #include "texts/Texts.h"
@@ -13,7 +15,6 @@ namespace quib {
 void CSoundWork::Start(std::function<void(HeardSound&)> run) {
     Cancel();
     cancelled = false;
-    share = 0;
     work = std::async(std::launch::async, [run = std::move(run)] {
         SetBackgroundPriority();
         const std::uint64_t begun = Nanoseconds();
@@ -25,6 +26,9 @@ void CSoundWork::Start(std::function<void(HeardSound&)> run) {
 }
 
 void CSoundWork::Read(const QString& path) {
+    Cancel();
+    reading = true;
+    share = 0;
     Start([this, path](HeardSound& heard) {
         heard.path = path;
         const auto progress = [this](double part) {
@@ -33,11 +37,21 @@ void CSoundWork::Read(const QString& path) {
         };
         if (!ReadClip(path.toStdString(), heard.clip, heard.error, progress)) return;
         heard.mono = MonoOf(heard.clip);
-        heard.rhythm = FindTempo(heard.mono, heard.clip.sampleRate, [this] { return !cancelled.load(); });
+    });
+}
+
+void CSoundWork::Find(std::shared_ptr<const HeardSound> sound) {
+    reading = false;
+    Start([this, sound = std::move(sound)](HeardSound& found) {
+        CRhythmEnvelope envelope({}, sound->clip.sampleRate);
+        envelope.Add(sound->mono);
+        found.hits = envelope.Hits();
+        found.rhythm = FindTempo(sound->mono, sound->clip.sampleRate, [this] { return !cancelled.load(); });
     });
 }
 
 void CSoundWork::Find(std::vector<float> mono, int sampleRate) {
+    reading = false;
     Start([this, mono = std::move(mono), sampleRate](HeardSound& heard) {
         heard.clip.sampleRate = sampleRate;
         heard.rhythm = FindTempo(mono, sampleRate, [this] { return !cancelled.load(); });
@@ -55,10 +69,16 @@ std::shared_ptr<const HeardSound> CSoundWork::Take() {
     return cancelled.load() ? nullptr : heard;
 }
 
-QString ChooseSoundFile(QWidget* parent) {
-    return QFileDialog::getOpenFileName(
-        parent, Text("Choose the sound file"), QDir::homePath(),
+QString ChooseSoundFile(QWidget* parent, CSettings& settings) {
+    const QString section = QStringLiteral("Settings");
+    const QString name = QStringLiteral("SoundDir");
+    const QString kept = settings.ReadSettingString(section, name);
+    const QString path = QFileDialog::getOpenFileName(
+        parent, Text("Choose the sound file"), kept.isEmpty() ? QDir::homePath() : kept,
         Text("Sound files") + QStringLiteral(" (*.wav *.mp3 *.flac *.ogg *.opus *.aif *.aiff)"));
+    parent->activateWindow();
+    if (!path.isEmpty()) settings.WriteSettingString(section, name, QFileInfo(path).absolutePath());
+    return path;
 }
 
 }  // namespace quib

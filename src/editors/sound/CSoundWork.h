@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Reads a sound file and finds its tempo on a thread of its own, which stands back behind the others. The window's
-// thread starts, asks and cancels; it never waits but for the end of what was cancelled.
+// Reads a sound file, and then finds its tempo, on a thread of its own, which stands back behind the others. The
+// window's thread starts, asks and cancels; it never waits but for the end of what was cancelled.
 
 #include <QString>
 #include <atomic>
@@ -10,31 +10,40 @@
 #include <memory>
 
 #include "export/SoundClip.h"
+#include "export/rhythm/RhythmHits.h"
 #include "export/rhythm/RhythmTempo.h"
 
 class QWidget;
 
 namespace quib {
 
+class CSettings;
+
+// A sound that was read, or, without a path, the rhythm of the one before or of the master output.
 struct HeardSound {
-    QString path;  // empty: the master output
+    QString path;
     SoundClip clip;
     std::vector<float> mono;
     RhythmTempo rhythm;
-    double seconds = 0;  // that it took
-    std::string error;   // not empty: there is nothing else
+    std::vector<RhythmHit> hits;  // by the usual settings
+    double seconds = 0;           // that it took
+    std::string error;            // not empty: there is nothing else
 };
 
 class CSoundWork {
 public:
     ~CSoundWork() { Cancel(); }
 
+    // The sound alone, so that it can be shown.
     void Read(const QString& path);
+    // Its rhythm.
+    void Find(std::shared_ptr<const HeardSound> sound);
     // Of what was heard elsewhere.
     void Find(std::vector<float> mono, int sampleRate);
     void Cancel();
     bool IsBusy() const { return work.valid(); }
-    // Of the file, 0..1; then the tempo is looked for.
+    bool IsReading() const { return IsBusy() && reading; }
+    // Of the file, 0..1.
     double Share() const noexcept { return share.load(); }
     // What has been finished since the last time; null while there is nothing, or it was cancelled.
     std::shared_ptr<const HeardSound> Take();
@@ -43,11 +52,12 @@ private:
     void Start(std::function<void(HeardSound&)> run);
 
     std::future<std::shared_ptr<HeardSound>> work;
+    bool reading = false;
     std::atomic<bool> cancelled{false};
     std::atomic<double> share{0};
 };
 
-// A file that the user chooses; empty when there is none.
-QString ChooseSoundFile(QWidget* parent);
+// A file that the user chooses, where the last one was; empty when there is none.
+QString ChooseSoundFile(QWidget* parent, CSettings& settings);
 
 }  // namespace quib

@@ -46,7 +46,7 @@ inline void RunLowerBands(EqualizerLanes& lanes, Tile& tile, int frames) noexcep
     const auto runLow = [&](int f) {
         amount += kAmountRate * (lanes.amountTarget - amount);
         if constexpr (filters == EFilters::kFading)
-            amount = (lanes.amountTarget == 0) & (amount <= kAmountGone) ? Lanes{} : amount;
+            amount = ((lanes.amountTarget == 0) & (amount <= kAmountGone)) ? Lanes{} : amount;
         tile.amount[f] = amount;
         tile.dry[f] = 1 - amount;
         return Filter(low, tile.signal[f], amount, tile.dry[f], Instead<filters>(insteadOfZero, amount));

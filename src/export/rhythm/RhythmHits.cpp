@@ -8,14 +8,24 @@ namespace quib {
 
 namespace {
 
-constexpr double kSilence = -120;   // dB
-constexpr float kRise = 6;          // dB above what lay before, for another hit
+constexpr double kSilence = -120;  // dB
+// A hit is a rise of energy, dB, above what lay before: of the sound, or of the band of cymbals. The sound is looked
+// back at for longer than a bass and a bass drum take to beat together.
+constexpr float kRise = 5;
+constexpr float kHighRise = 2.5F;
+constexpr std::size_t kReach = 24;  // hops
+constexpr std::size_t kHighReach = 6;
+constexpr double kBelow = 20;    // dB below the threshold: a mean square that counts as silence
+constexpr std::size_t kTop = 4;  // hops from where a rise is noticed to where it is steepest, at most
+constexpr double kHighs = 7000;  // Hz: centre of the band of cymbals
+constexpr double kHighQuality = 0.6;
 constexpr double kPlain = 0.35;     // of the sound itself, where highs count more
 constexpr double kRising = 2;       // of its rise from frame to frame
 constexpr double kShortest = 0.04;  // seconds between hits
 constexpr double kLoudest = 40;     // dB above the threshold, of velocity 127
 
 double Decibels(double value) { return value > 1e-6 ? 20.0 * std::log10(value) : kSilence; }
+double SilenceOf(const RhythmSettings& settings) { return std::pow(10.0, (settings.threshold - kBelow) / 10.0); }
 double Or(float stored, double otherwise, double scaled) { return stored > 0 ? scaled : otherwise; }
 
 }  // namespace
@@ -33,14 +43,28 @@ RhythmSettings RhythmSettingsOf(const DetectorSettings& stored) {
             stored.eqFrequency <= 0};
 }
 
+double CRhythmEnvelope::Filtered::Step(double x) noexcept {
+    const double y = static_cast<double>(filter.b0) * x + static_cast<double>(filter.b1) * x1 +
+                     static_cast<double>(filter.b2) * x2 - static_cast<double>(filter.a1) * y1 -
+                     static_cast<double>(filter.a2) * y2;
+    x2 = x1;
+    x1 = x;
+    y2 = y1;
+    y1 = y;
+    return y;
+}
+
 CRhythmEnvelope::CRhythmEnvelope(const RhythmSettings& wanted, int sampleRate)
     : settings(wanted),
       rate(sampleRate),
       hasFilter(wanted.hertz > 0),
-      filter(DesignEqFilter(EqFilter::bandPass, hasFilter ? wanted.hertz : 1000.0, wanted.quality, 0, sampleRate)),
+      band{DesignEqFilter(EqFilter::bandPass, hasFilter ? wanted.hertz : 1000.0, wanted.quality, 0, sampleRate)},
+      highs{DesignEqFilter(EqFilter::bandPass, kHighs, kHighQuality, 0, sampleRate)},
       inputGain(std::pow(10.0, wanted.level / 20.0)),
       attackStep(1.0 - std::exp(-1.0 / (std::max(wanted.attack, 1e-5) * sampleRate))),
       releaseStep(std::exp(-1.0 / (std::max(wanted.release, 1e-4) * sampleRate))),
+      rise(kReach, SilenceOf(wanted)),
+      highRise(kHighReach, SilenceOf(wanted)),
       hopEnd(std::llround(kHop * sampleRate)) {}
 
 void CRhythmEnvelope::Add(std::span<const float> mono) {
@@ -48,22 +72,15 @@ void CRhythmEnvelope::Add(std::span<const float> mono) {
     double out = 0;
     for (const float sample : mono) {
         in = std::max(in, std::abs(static_cast<double>(sample)));
-        double x = sample * inputGain;
-        if (settings.bright) {
-            const double rise = x - x1;
-            x1 = x;
-            x = kPlain * x + kRising * rise;
+        const double sound = sample * inputGain;
+        double x = hasFilter ? band.Step(sound) : sound;
+        energy += x * x;
+        if (!hasFilter) {
+            const double high = highs.Step(sound - before);
+            highEnergy += high * high;
         }
-        if (hasFilter) {
-            const double y = static_cast<double>(filter.b0) * x + static_cast<double>(filter.b1) * x1 +
-                             static_cast<double>(filter.b2) * x2 - static_cast<double>(filter.a1) * y1 -
-                             static_cast<double>(filter.a2) * y2;
-            x2 = x1;
-            x1 = x;
-            y2 = y1;
-            y1 = y;
-            x = y;
-        }
+        if (settings.bright) x = kPlain * sound + kRising * (sound - before);
+        before = sound;
         const double height = std::abs(x);
         envelope =
             height > envelope ? envelope + (height - envelope) * attackStep : std::max(height, envelope * releaseStep);
@@ -75,31 +92,43 @@ void CRhythmEnvelope::Add(std::span<const float> mono) {
     levelOut = static_cast<float>(Decibels(out));
 }
 
-// A hit begins where the envelope has risen above the threshold and by kRise above what lay before, and is as
-// strong as the top that follows.
 void CRhythmEnvelope::EndHop() {
     const auto level = static_cast<float>(Decibels(highest));
-    const double time = static_cast<double>(levels.size()) * kHop;
-    highest = 0;
+    const auto length = static_cast<double>(frames - hopBegin);
     levels.push_back(level);
+    Judge(std::max(rise.Add(energy / length) - kRise, highRise.Add(highEnergy / length) - kHighRise));
+    Strengthen(level);
+    highest = energy = highEnergy = 0;
+    hopBegin = frames;
     hopEnd = std::llround(static_cast<double>(levels.size() + 1) * kHop * rate);
+}
+
+// A hit begins where the energy rises most steeply, when the envelope comes above the threshold there. `risen`: dB
+// above what a hit wants.
+void CRhythmEnvelope::Judge(float risen) {
+    if (levels.size() < CEnergyRise::kAhead) return;
+    const std::size_t hop = levels.size() - CEnergyRise::kAhead;
+    if (!steepest && risen > 0) steepest = Rise{hop, hop, risen};
+    if (!steepest) return;
+    if (risen > steepest->risen) steepest = Rise{steepest->noticed, hop, risen};
+    if (hop < steepest->noticed + kTop) return;
+    const double time = static_cast<double>(steepest->begun) * kHop;
+    const float top = *std::max_element(levels.begin() + static_cast<std::ptrdiff_t>(steepest->begun), levels.end());
+    steepest.reset();
     const bool isApart = hits.empty() || time - hits.back().time >= kShortest;
-    if (!rising && isApart && level >= settings.threshold && level >= floorLevel + kRise) {
-        hits.push_back({time, 0, 1});
-        rising = true;
-    }
-    if (rising && !hits.empty()) {
-        RhythmHit& hit = hits.back();
-        hit.strength = std::max(hit.strength, level - static_cast<float>(settings.threshold));
-        const double share = (static_cast<double>(hit.strength) + settings.gain) / kLoudest;
-        hit.velocity = std::clamp(static_cast<int>(std::lround(127.0 * share)), 1, 127);
-        // Over when it falls, or has had its time.
-        if (level < levels[levels.size() > 1 ? levels.size() - 2 : 0] || time - hit.time > kShortest / 2) {
-            rising = false;
-            floorLevel = level;
-        }
-    }
-    floorLevel = std::min(floorLevel, level);
+    if (!isApart || static_cast<double>(top) < settings.threshold) return;
+    hits.push_back({time, 0, 1});
+    Strengthen(top);
+}
+
+// As strong as the top that follows it.
+void CRhythmEnvelope::Strengthen(float level) {
+    if (hits.empty()) return;
+    RhythmHit& hit = hits.back();
+    if (static_cast<double>(levels.size() - 1) * kHop - hit.time > kShortest / 2) return;
+    hit.strength = std::max(hit.strength, level - static_cast<float>(settings.threshold));
+    const double share = (static_cast<double>(hit.strength) + settings.gain) / kLoudest;
+    hit.velocity = std::clamp(static_cast<int>(std::lround(127.0 * share)), 1, 127);
 }
 
 }  // namespace quib

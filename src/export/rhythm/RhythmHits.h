@@ -6,9 +6,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "export/rhythm/CEnergyRise.h"
 #include "model/Equalizer.h"
 #include "project/ProjectState.h"
 
@@ -33,7 +35,7 @@ struct RhythmHit {
     int velocity = 0;    // 1..127
 };
 
-// Takes a sound block by block, as it comes from a file or from the master output.
+// Takes a sound block by block, as it comes from a file or from the master output. A hit is known some 15 ms after it.
 class CRhythmEnvelope {
 public:
     CRhythmEnvelope(const RhythmSettings& wanted, int sampleRate);
@@ -48,22 +50,38 @@ public:
     float LevelOut() const noexcept { return levelOut; }
 
 private:
+    // A filter on its way.
+    struct Filtered {
+        EqBandUpdate filter;
+        double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
+
+        double Step(double x) noexcept;
+    };
+    struct Rise {
+        std::size_t noticed = 0, begun = 0;  // hops
+        float risen = 0;                     // dB
+    };
     void EndHop();
+    void Judge(float rise);
+    void Strengthen(float level);
 
     RhythmSettings settings;
     int rate;
     bool hasFilter;
-    EqBandUpdate filter;
-    double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
+    Filtered band;
+    Filtered highs;  // of the whole sound
     double inputGain, attackStep, releaseStep;
+    double before = 0;  // the sample
     double envelope = 0;
     double highest = 0;
+    double energy = 0, highEnergy = 0;  // sums over the hop
+    CEnergyRise rise, highRise;
     std::int64_t frames = 0;
+    std::int64_t hopBegin = 0;
     std::int64_t hopEnd = 0;
     std::vector<float> levels;
     std::vector<RhythmHit> hits;
-    float floorLevel = -120;  // lowest since the last hit
-    bool rising = false;
+    std::optional<Rise> steepest;  // of the one that goes on
     float levelIn = -120, levelOut = -120;
 };
 

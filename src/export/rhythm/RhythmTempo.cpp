@@ -7,8 +7,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "export/rhythm/CBeatTrack.h"
 #include "export/rhythm/CFourier.h"
-#include "export/rhythm/RhythmHits.h"
+#include "export/rhythm/HitGrid.h"
 
 namespace quib {
 
@@ -20,7 +21,6 @@ constexpr std::size_t kBands = kEdges.size() - 1;
 constexpr std::size_t kBodyBands = 4;  // the lower ones: drums with a body, no cymbals
 constexpr float kCompression = 1000;
 constexpr double kLongestRefinement = 64;  // beats: sixteen bars
-constexpr double kBeatsOfBar = 4;
 
 using Series = std::vector<float>;  // a value each hop
 
@@ -205,155 +205,6 @@ double Refined(const CLikeness& likeness, double period) {
     return period;
 }
 
-struct Hits {
-    std::vector<RhythmHit> all;
-    std::vector<RhythmHit> low;
-    std::vector<RhythmHit> snare;
-};
-
-// Those that are as strong as the strong ones, nearly: by so many dB.
-std::vector<RhythmHit> Strong(std::vector<RhythmHit> hits, float near) {
-    if (hits.empty()) return hits;
-    std::vector<float> strengths;
-    for (const RhythmHit& hit : hits) strengths.push_back(hit.strength);
-    const auto high = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() * 9 / 10);
-    std::nth_element(strengths.begin(), high, strengths.end());
-    std::erase_if(hits, [&](const RhythmHit& hit) { return hit.strength < *high - near; });
-    return hits;
-}
-
-Hits FindHits(std::span<const float> mono, int sampleRate) {
-    float peak = 0;
-    for (const float sample : mono) peak = std::max(peak, std::abs(sample));
-    RhythmSettings settings;
-    settings.attack = 0.0005;
-    settings.release = 0.04;
-    settings.threshold = 20.0 * std::log10(std::max(static_cast<double>(peak), 1e-4)) - 30.0;
-    CRhythmEnvelope all(settings, sampleRate);
-    all.Add(mono);
-    settings.hertz = 70;
-    settings.quality = 0.5;
-    settings.threshold += 8;
-    CRhythmEnvelope low(settings, sampleRate);
-    low.Add(mono);
-    settings.hertz = 2500;
-    settings.quality = 0.7;
-    settings.threshold -= 8;
-    CRhythmEnvelope snare(settings, sampleRate);
-    snare.Add(mono);
-    return {all.Hits(), Strong(low.Hits(), 8), Strong(snare.Hits(), 4)};
-}
-
-// How well hits keep to a period, in turns that meet at the same angle: whole, half and quarter beats.
-double Concentration(const std::vector<RhythmHit>& hits, double period) {
-    double sum = 0;
-    for (const int part : {1, 2, 4}) {
-        std::complex<double> pointer;
-        for (const RhythmHit& hit : hits) {
-            pointer += std::polar(static_cast<double>(hit.strength), 2.0 * std::numbers::pi * part * hit.time / period);
-        }
-        sum += std::abs(pointer) / part;
-    }
-    return sum;
-}
-
-// The period near `period`, both in seconds, to which the hits keep best.
-double Sharpened(const std::vector<RhythmHit>& hits, double period, double seconds) {
-    constexpr double kReach = 3e-4;
-    const double step = std::min(kReach, 0.0004 / std::max(seconds, 1.0));
-    double best = period;
-    double most = Concentration(hits, period);
-    for (double change = -kReach; change <= kReach; change += step) {
-        const double score = Concentration(hits, period * (1 + change));
-        if (score <= most) continue;
-        most = score;
-        best = period * (1 + change);
-    }
-    const double fine = best * step;
-    const double before = Concentration(hits, best - fine);
-    const double after = Concentration(hits, best + fine);
-    const double bend = before - 2 * most + after;
-    return bend < 0 ? best + 0.5 * fine * (before - after) / bend : best;
-}
-
-// The share of the hits, by their strength, that lie on a grid; 0..1.
-double OnGrid(const std::vector<RhythmHit>& hits, double first, double period, double reach) {
-    double sum = 0;
-    double whole = 0;
-    for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - first) / period;
-        const double off = std::abs(turns - std::round(turns)) * period;
-        if (off < reach) sum += static_cast<double>(hit.strength) * (1 - off / reach);
-        whole += static_cast<double>(hit.strength);
-    }
-    return whole > 0 ? sum / whole : 0.0;
-}
-
-constexpr double kGridReach = 0.015;  // seconds
-constexpr double kBeginning = 0.1;    // what the first sound of all counts
-
-double PhaseOf(const Hits& hits, double period) {
-    double best = 0;
-    double most = -1;
-    for (double phase = 0; phase < period; phase += 0.001) {
-        const double score = OnGrid(hits.all, phase, period, kGridReach) + OnGrid(hits.low, phase, period, kGridReach) +
-                             2 * OnGrid(hits.snare, phase, period, kGridReach);
-        if (score <= most) continue;
-        most = score;
-        best = phase;
-    }
-    return best;
-}
-
-// Of hits that lie on the beat the mean distance from it; they say where it is more exactly than the search.
-double Centred(const std::vector<RhythmHit>& hits, double phase, double period) {
-    double sum = 0;
-    double weights = 0;
-    for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - phase) / period;
-        const double off = (turns - std::round(turns)) * period;
-        if (std::abs(off) > kGridReach) continue;
-        sum += static_cast<double>(hit.strength) * off;
-        weights += static_cast<double>(hit.strength);
-    }
-    return weights > 0 ? phase + sum / weights : phase;
-}
-
-double DownbeatOf(const Hits& hits, double period) {
-    const double phase = Centred(hits.all, PhaseOf(hits, period), period);
-    const double bar = kBeatsOfBar * period;
-    double best = 0;
-    double most = -1e9;
-    for (int beat = 0; beat < static_cast<int>(kBeatsOfBar); ++beat) {
-        const double first = phase + beat * period;
-        double score = 2 * OnGrid(hits.low, first, bar, kGridReach) + 0.5 * OnGrid(hits.all, first, bar, kGridReach) -
-                       2 * OnGrid(hits.snare, first, bar, kGridReach);
-        // Sounds begin with a bar more often than not.
-        if (!hits.all.empty()) {
-            const double turns = (hits.all.front().time - first) / bar;
-            if (std::abs(turns - std::round(turns)) * bar < 2 * kGridReach) score += kBeginning;
-        }
-        if (score <= most) continue;
-        most = score;
-        best = first;
-    }
-    best -= std::floor(best / bar) * bar;
-    return best > bar - kGridReach ? best - bar : best;
-}
-
-double SteadinessOf(const std::vector<RhythmHit>& hits, double phase, double period) {
-    double sum = 0;
-    int count = 0;
-    for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - phase) / period;
-        const double off = (turns - std::round(turns)) * period;
-        if (std::abs(off) > kGridReach) continue;
-        sum += off * off;
-        ++count;
-    }
-    return count > 0 ? std::sqrt(sum / count) : 0.0;
-}
-
 // Whether each second pulse of a period is about as strong as the others, in drums with a body.
 double Evenness(const Series& body, double period, double phase) {
     std::array<double, 2> sums{};
@@ -386,7 +237,7 @@ double SnareDistance(const std::vector<RhythmHit>& snare) {
 
 // Which of the tempos that go into each other is the beat: the one that a snare on each second beat tells; else the
 // fastest whose pulses are alike.
-double MetreOf(const CLikeness& likeness, const Onsets& onsets, const Hits& hits, double found) {
+double MetreOf(const CLikeness& likeness, const Onsets& onsets, const RhythmHits& hits, double found) {
     const auto periodOf = [&](double tempo) { return 60.0 / tempo / onsets.hop; };
     const double distance = SnareDistance(hits.snare);
     for (const double beats : {2.0, 1.0, 4.0}) {
@@ -403,6 +254,14 @@ double MetreOf(const CLikeness& likeness, const Onsets& onsets, const Hits& hits
         best = faster;
     }
     return best;
+}
+
+// As if every beat were as long as the mean.
+RhythmHits Even(RhythmHits hits, const CBeatTrack& track) {
+    for (auto* const some : {&hits.all, &hits.low, &hits.snare}) {
+        for (RhythmHit& hit : *some) hit.time = track.ToEven(hit.time);
+    }
+    return hits;
 }
 
 }  // namespace
@@ -432,12 +291,14 @@ RhythmTempo FindTempo(std::span<const float> mono, int sampleRate, const std::fu
         best = tempo;
     }
     if (most <= 0 || (goOn && !goOn())) return found;
-    const Hits hits = FindHits(mono, sampleRate);
+    const RhythmHits hits = FindHits(mono, sampleRate);
     const double tempo = MetreOf(likeness, onsets, hits, best);
     const double seconds = static_cast<double>(mono.size()) / sampleRate;
     const double period = Sharpened(hits.all, Refined(likeness, periodOf(tempo)) * onsets.hop, seconds);
-    found.tempo = 60.0 / period;
-    found.downbeat = DownbeatOf(hits, period);
+    const CBeatTrack track(hits, period, seconds);
+    found.tempo = 60.0 / (track.Wanders() ? track.MeanPeriod() : period);
+    found.downbeat =
+        track.Wanders() ? track.FromEven(DownbeatOf(Even(hits, track), track.MeanPeriod())) : DownbeatOf(hits, period);
     const double mean = sum / std::max(1, count);
     const double score = ScoreOf(likeness, period / onsets.hop);
     found.sureness = std::clamp((score - mean) / std::max(0.6 * score, 1e-9), 0.0, 1.0);

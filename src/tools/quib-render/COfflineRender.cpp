@@ -31,7 +31,6 @@ RenderResult COfflineRender::Run(int steps, std::int64_t frames, const std::func
 // What the recorder takes with each block is all of it.
 bool COfflineRender::TakeBlock(RenderResult& result, int frames, std::string& error) {
     recorder.Flush();
-    if (stems != nullptr && !stems->WriteBlock(error)) return false;
     for (const int channel : {0, 1}) result.statistics.Add(audio.Master(channel), frames);
     if (recorder.IsRecording()) return true;
     error = recorder.Error();

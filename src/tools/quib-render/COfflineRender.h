@@ -10,8 +10,7 @@
 
 #include "devices/CLame.h"
 #include "engine/CAudio.h"
-#include "tools/common/CSignalStatistics.h"
-#include "tools/quib-render/CStemWriter.h"
+#include "export/CSignalStatistics.h"
 
 namespace quib {
 
@@ -23,9 +22,7 @@ struct RenderResult {
 
 class COfflineRender {
 public:
-    // `stemWriter`: null for none.
-    COfflineRender(CAudio& engine, CLame& fileRecorder, CStemWriter* stemWriter)
-        : audio(engine), recorder(fileRecorder), stems(stemWriter) {}
+    COfflineRender(CAudio& engine, CLame& fileRecorder) : audio(engine), recorder(fileRecorder) {}
 
     // Plays `steps`, or `frames` where it is not 0, then the tail until silence, ten seconds at most.
     // `progress` is told the share done, 0..1, and ends the render by returning false; `error` then and
@@ -37,7 +34,6 @@ private:
 
     CAudio& audio;
     CLame& recorder;
-    CStemWriter* stems;
 };
 
 }  // namespace quib

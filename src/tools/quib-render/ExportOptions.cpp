@@ -30,7 +30,14 @@ void AddExportOptions(CLI::App& app, ExportOptions& options) {
     add("--tail", options.tailSeconds, "Longest tail until silence in seconds; 0 cuts where playing ends")
         ->check(CLI::Range(0.0, 600.0));
     addFlag("--loop", options.loop, "Play the loop region once")->excludes("--steps")->excludes("--seconds");
-    add("--from", options.from, "Step of the song to begin with")->check(CLI::Range(0, 1 << 20))->excludes("--loop");
+    addFlag("--markers", options.markers, "Play from the first marker to the last")
+        ->excludes("--steps")
+        ->excludes("--seconds")
+        ->excludes("--loop");
+    add("--from", options.from, "Step of the song to begin with")
+        ->check(CLI::Range(0, 1 << 20))
+        ->excludes("--loop")
+        ->excludes("--markers");
     addFlag("--stems-after-master", options.afterMaster, "Each stem alone through the master and all effects")
         ->needs("--stems");
     add("--name", options.namePattern, "Names of the stems: {title} {artist} {bpm} {stem} {number}")->needs("--stems");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The options of quib-render that ask for more than a plain Wave or MP3 file: other formats, loudness, the
-// point and kind of stems, tags. They lead to an export as the window makes it.
+// The options of quib-render that ask for more than a plain Wave or MP3 file: other formats, loudness, a part of
+// the song, the point and names of stems, tags. They, and stems, lead to an export as the window makes it.
 
 #include <optional>
 #include <string>
@@ -25,6 +25,7 @@ struct ExportOptions {
     double truePeak = -1.0;
     double tailSeconds = 10;
     bool loop = false;
+    bool markers = false;
     std::optional<int> from;
     bool afterMaster = false;
     std::optional<std::string> namePattern;

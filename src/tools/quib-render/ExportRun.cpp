@@ -7,6 +7,7 @@
 #include "export/CExport.h"
 #include "platform/CFileBytes.h"
 #include "platform/CStandardOutput.h"
+#include "platform/Clock.h"
 #include "platform/EndSignals.h"
 #include "tools/common/CJsonObject.h"
 #include "tools/quib-render/LoadByName.h"
@@ -28,6 +29,7 @@ ExportSettings SettingsOf(const RenderOptions& options) {
     settings.tailSeconds = wanted.tailSeconds;
     settings.tags = wanted.tags;
     if (wanted.loop) settings.range = EExportRange::kLoop;
+    if (wanted.markers) settings.range = EExportRange::kMarkers;
     if (options.songMode) settings.range = *options.songMode ? EExportRange::kSong : EExportRange::kPatterns;
     settings.firstStep = wanted.from.value_or(0);
     if (options.steps) settings.endStep = settings.firstStep + *options.steps;
@@ -43,11 +45,18 @@ ExportSettings SettingsOf(const RenderOptions& options) {
     return settings;
 }
 
-std::string Describe(const CExport& work, double rate) {
+std::string Describe(const CExport& work, const RenderFormat& format, double cpuSeconds) {
+    const double seconds = static_cast<double>(work.Frames()) / format.sampleRate;
     CJsonObject json;
     json.Add("frames", work.Frames());
-    json.Add("rate", rate);
-    json.Add("seconds", static_cast<double>(work.Frames()) / rate);
+    json.Add("rate", format.sampleRate);
+    json.Add("peak", static_cast<double>(work.Mix().Peak()));
+    json.Add("rms", work.Mix().Rms());
+    json.Add("seconds", seconds);
+    json.Add("render_cpu_seconds", cpuSeconds);
+    json.Add("realtime_factor", cpuSeconds > 0 ? seconds / cpuSeconds : 0.0);
+    json.Add("threads", format.threads);
+    json.Add("instruments", work.InstrumentCount());
     if (const auto& level = work.Measured()) {
         json.Add("loudness", level->loudness);
         json.Add("true_peak", level->truePeak);
@@ -78,7 +87,8 @@ bool Work(CExport& work) {
 bool IsExport(const RenderOptions& options) {
     if (options.output.empty()) return false;
     const ESoundFormat format = FormatOf(options.output).value_or(ESoundFormat::kWave);
-    return options.exporting.isAsked || (format != ESoundFormat::kWave && format != ESoundFormat::kMp3);
+    return options.exporting.isAsked || options.stems ||
+           (format != ESoundFormat::kWave && format != ESoundFormat::kMp3);
 }
 
 int RunExport(const RenderOptions& options, const CStandardOutput& output) {
@@ -97,12 +107,14 @@ int RunExport(const RenderOptions& options, const CStandardOutput& output) {
         return !EndWanted();
     };
     CExport work(SettingsOf(options), std::string(project.View()), load, progress);
+    const std::uint64_t begun = ProcessCpuNanoseconds();
     if (!Work(work)) {
         Say(work.Error().empty() ? "stopped by the user" : work.Error());
         return kCouldNot;
     }
+    const double cpuSeconds = static_cast<double>(ProcessCpuNanoseconds() - begun) * 1e-9;
     for (const std::string& name : work.Clipped()) Say(name + ": clipped, since it passes full scale");
-    if (options.json && !output.WriteLine(Describe(work, options.format.sampleRate))) return kCouldNot;
+    if (options.json && !output.WriteLine(Describe(work, options.format, cpuSeconds))) return kCouldNot;
     return work.MissingPlugins().empty() ? kDone : kPluginMissing;
 }
 

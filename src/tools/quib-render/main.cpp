@@ -109,14 +109,9 @@ std::string WhatIsMissing(const CLame& recorder) {
 // Plays the loaded project into the output file. False, with a message, when the file is not whole.
 bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectState& state, RenderResult& result) {
     CLame recorder;
-    CStemWriter stems(audio);
     std::string error;
     const int steps = StepsToPlay(options, state);
     if (steps == 0) return false;
-    if (options.stems && !stems.Open(*options.stems, error)) {
-        Say(error);
-        return false;
-    }
     if (recorder.StartRecording(options.output, static_cast<int>(options.format.sampleRate)) != CLame::kStarted) {
         Say(recorder.Error());
         return false;
@@ -128,12 +123,11 @@ bool RenderToFile(const RenderOptions& options, CAudio& audio, const ProjectStat
         bar.Show(share);
         return !EndWanted();
     };
-    COfflineRender render(audio, recorder, options.stems ? &stems : nullptr);
+    COfflineRender render(audio, recorder);
     result = render.Run(steps, frames, progress, error);
     audio.SetRecorder(nullptr);
     recorder.StopRecording(CLame::ELastBuffer::kWrite);
     if (error.empty()) error = WhatIsMissing(recorder);
-    stems.Close(error);
     if (!error.empty()) Say(error);
     return error.empty();
 }

@@ -16,7 +16,7 @@
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
 #include "tools/common/CJsonObject.h"
-#include "tools/common/CSignalStatistics.h"
+#include "export/CSignalStatistics.h"
 
 namespace quib {
 namespace {
