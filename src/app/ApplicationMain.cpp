@@ -146,7 +146,7 @@ void CRun::ShowWindow() {
 
 // In every event loop, those of dialogs and menus included: the process waits for no click.
 void CRun::FollowEndSignals() {
-    constexpr int kInterval = 50;  // milliseconds
+    constexpr int kInterval = 200;  // milliseconds: each look wakes the processor
     QObject::connect(&endTimer, &QTimer::timeout, window.get(), [this] {
         if (!EndWanted()) return;
         window->close();

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <optional>
 
+#include "controls/SmoothGraph.h"
+
 namespace quib {
 
 namespace {
@@ -58,6 +60,17 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
         auto* const line = reinterpret_cast<QRgb*>(to.scanLine(y + offset.y())) + part.left() + offset.x();
         std::copy_n(source, part.width(), line);
     }
+}
+
+QRgb Over(QRgb under, QRgb colour, int alpha) noexcept {
+    const auto mix = [alpha](int from, int to) { return from + (to - from) * alpha / 255; };
+    return qRgb(mix(qRed(under), qRed(colour)), mix(qGreen(under), qGreen(colour)), mix(qBlue(under), qBlue(colour)));
+}
+
+// Such as the painter takes long for: of many points, each right of the one before.
+bool IsGraph(std::span<const QPointF> points) {
+    constexpr std::size_t kFew = 16;
+    return points.size() >= kFew && std::ranges::is_sorted(points, {}, &QPointF::x);
 }
 
 }  // namespace
@@ -124,10 +137,7 @@ void CCanvas::Mask(const QImage& mask, qreal x, qreal y, QRgb colour) {
         for (int column = area.left(); column <= area.right(); ++column) {
             const int alpha = qAlpha(source[column - corner.x()]);
             if (alpha == 0) continue;
-            const QRgb under = target[column];
-            const auto mix = [alpha](int from, int to) { return from + (to - from) * alpha / 255; };
-            target[column] = qRgb(mix(qRed(under), qRed(colour)), mix(qGreen(under), qGreen(colour)),
-                                  mix(qBlue(under), qBlue(colour)));
+            target[column] = Over(target[column], colour, alpha);
         }
     }
 }
@@ -162,13 +172,18 @@ qreal CCanvas::LineWidth(qreal width) const noexcept { return std::max(1.0, std:
 
 void CCanvas::Fill(const QRectF& rectangle, QRgb wanted) {
     const QRgb colour = Shown(wanted);
-    if (qAlpha(colour) != 255) return Painter().fillRect(OnPixels(rectangle), QColor::fromRgba(colour));
     const QRect area = Pixels(rectangle).intersected(clipPixels);
     if (area.isEmpty()) return;
     // Many times faster than the painter, which writes to the same memory at once.
     auto* line = reinterpret_cast<QRgb*>(image.scanLine(area.top())) + area.left();
     const qsizetype pitch = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-    for (int y = area.top(); y <= area.bottom(); ++y, line += pitch) std::fill_n(line, area.width(), colour);
+    for (int y = area.top(); y <= area.bottom(); ++y, line += pitch) {
+        if (qAlpha(colour) == 255) {
+            std::fill_n(line, area.width(), colour);
+        } else {
+            for (int x = 0; x < area.width(); ++x) line[x] = Over(line[x], colour, qAlpha(colour));
+        }
+    }
 }
 
 // Straight into the picture, as plain filling is.
@@ -219,6 +234,7 @@ void CCanvas::Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal wi
 }
 
 void CCanvas::Polyline(std::span<const QPointF> points, QRgb colour, qreal width) {
+    if (IsGraph(points)) return DrawGraph(image, clipPixels, {points, scale, width * scale, Shown(colour)});
     Painter().setPen(QPen(QColor::fromRgba(Shown(colour)), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));

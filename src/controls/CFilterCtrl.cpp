@@ -16,11 +16,18 @@ namespace {
 constexpr int kMargin = 5;  // pixels about the plot, so that handles stay inside
 constexpr double kShownDecibels = 24;
 constexpr int kGrabRadius = 14;
-constexpr int kKinds = 3;  // of values of a band
+constexpr int kKinds = 3;          // of values of a band
+constexpr float kUnseen = 0.002F;  // a change of a value that moves nothing by a third of a pixel
 
 QString Frequency(double hertz) {
     return hertz < 1000 ? QStringLiteral("%1 Hz").arg(hertz, 0, 'f', 0)
                         : QStringLiteral("%1 kHz").arg(hertz / 1000, 0, 'f', 2);
+}
+
+bool IsSeen(const CFilterCtrl::BandState& before, const CFilterCtrl::BandState& now) {
+    const auto differs = [](float from, float to) { return std::abs(to - from) > kUnseen; };
+    return differs(before.frequency, now.frequency) || differs(before.resonance, now.resonance) ||
+           differs(before.gain, now.gain);
 }
 
 }  // namespace
@@ -188,7 +195,7 @@ void CFilterCtrl::OnMouseLeave() {
 bool CFilterCtrl::HasChanged() const {
     bool changed = drawnOn != (Value() != nullptr && Value()->IsOn());
     for (int band = 0; band < kEqBandCount; ++band) {
-        changed = changed || drawn[static_cast<std::size_t>(band)] != StateOf(band);
+        changed = changed || IsSeen(drawn[static_cast<std::size_t>(band)], StateOf(band));
     }
     return changed;
 }
@@ -233,8 +240,6 @@ void CFilterCtrl::DrawCurve(bool on) {
     }
     std::vector<QPointF> points;
     const int columns = Width() - 2 * kMargin;
-    const double zero = Y() + Height() / 2.0;
-    points.emplace_back(X() + kMargin, zero);
     for (int column = 0; column <= columns; column += 2) {
         const double hertz =
             std::min(EqFrequencyHertz(static_cast<float>(column) / static_cast<float>(columns)), rate * 0.49);
@@ -243,10 +248,17 @@ void CFilterCtrl::DrawCurve(bool on) {
         const double share = 0.5 - std::clamp(decibels, -kShownDecibels, kShownDecibels) / (2 * kShownDecibels);
         points.emplace_back(X() + kMargin + column, Y() + kMargin + share * (Height() - 2 * kMargin));
     }
-    points.emplace_back(points.back().x(), zero);
     const QRgb accent = on ? Palette().Accent(section) : Palette().Colour(QStringLiteral("textDim"));
-    Canvas().Polygon(points, WithOpacity(accent, on ? 0.18F : 0.08F));
-    Canvas().Polyline(std::span(points).subspan(1, points.size() - 2), accent, on ? 1.6 : 1.2);
+    const QRgb ground = WithOpacity(accent, on ? 0.18F : 0.08F);
+    const double zero = Y() + Height() / 2.0;
+    for (std::size_t index = 0; index + 1 < points.size(); ++index) {
+        for (const double way : {0.25, 0.75}) {
+            const double curve = points[index].y() + way * (points[index + 1].y() - points[index].y());
+            const double left = points[index].x() + (way < 0.5 ? 0 : 1);
+            Canvas().Fill({left, std::min(curve, zero), 1, std::abs(curve - zero)}, ground);
+        }
+    }
+    Canvas().Polyline(points, accent, on ? 1.6 : 1.2);
 }
 
 void CFilterCtrl::ListLearnable(std::vector<Learnable>& parts) const {

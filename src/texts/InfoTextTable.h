@@ -263,10 +263,10 @@ inline constexpr NumberedText kInfoTexts[] = {
     {459, "SCOPE - The master output: left channel blue, right channel red.",
      "OSCILLOSCOPE - La sortie master : voie gauche en bleu, voie droite en rouge."},
     {460,
-     "TITLE - Click twice to rename the instrument. The right button opens the menu of the instrument. Drag the left "
-     "edge to move it.",
-     "TITRE - Double clic pour renommer l'instrument. Le bouton droit ouvre son menu. Tirez le bord gauche pour le "
-     "déplacer."},
+     "TITLE - Click twice to rename the instrument. The right button opens the menu of the instrument. Drag the grip "
+     "behind it to move it.",
+     "TITRE - Double clic pour renommer l'instrument. Le bouton droit ouvre son menu. Tirez la poignée qui suit pour "
+     "le déplacer."},
     {461, "PLUG-IN - Choose the plug-in that this instrument plays, its bank and its program.",
      "PLUG-IN - Choisissez le plug-in que joue cet instrument, sa banque et son programme."},
     {462, "EDIT - Opens the window of the plug-in.", "ÉDITER - Ouvre la fenêtre du plug-in."},

@@ -20,6 +20,7 @@
 #include "controls/VirtualKeys.h"
 #include "document/CSettings.h"
 #include "editors/playlist/CSongPane.h"
+#include "platform/Clock.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -415,7 +416,22 @@ void CWinControlMain::ReleaseKeys(bool all) {
     for (CInstrumentStripCtrl* const strip : strips) strip->ReleaseKeys(all);
 }
 
+// While nothing plays, nothing was changed and nothing was painted for a while, a look now and then is enough.
+bool CWinControlMain::IsAtRest() {
+    constexpr std::uint64_t kStill = 2'000'000'000;  // nanoseconds
+    constexpr int kRestingTicks = 4;                 // of which one looks
+    const std::uint64_t now = Nanoseconds();
+    const std::uint64_t changes = station.Changes().Revision();
+    const bool moves = station.Audio().Picture().playing || seenPixels != PaintedPixels() || seenChanges != changes;
+    if (moves) movedLast = now;
+    seenPixels = PaintedPixels();
+    seenChanges = changes;
+    restingTicks = (restingTicks + 1) % kRestingTicks;
+    return now - movedLast > kStill && restingTicks != 0;
+}
+
 void CWinControlMain::FollowEngine() {
+    if (IsAtRest()) return;
     const CTransportControl::Releases& releases = station.Transport().KeysReleased();
     if (released != releases) ReleaseKeys(released.panics != releases.panics);
     released = releases;

@@ -68,6 +68,7 @@ private:
     void ArrangeSong(const QSize& size);
     int SongTop(const QSize& size) const;
     void KeepSong();
+    bool IsAtRest();
     void FollowHint();
     void FollowStart();
     void PlaceStart();
@@ -119,6 +120,10 @@ private:
     int songHeight = 0;  // of the pane beside the strips
     int stripsHeight = 0;
     int dropPlace = -1;
+    qint64 seenPixels = -1;
+    std::uint64_t seenChanges = 0;
+    std::uint64_t movedLast = 0;  // nanoseconds
+    int restingTicks = 0;
     bool rebuildWanted = false;
     CTransportControl::Releases released = station.Transport().KeysReleased();
     int builtWidth = 0;
