@@ -27,6 +27,7 @@ CHORDS = {
 VERSE = ("Cm9", "Abmaj9", "Fm9", "Gm11")
 ANSWER = ("Cm9", "Ebmaj9", "Abmaj7", "Bb9sus")
 RISE = ("Fm9", "Gm11", "Abmaj7", "G7alt")
+LONG_RISE = ("Fm9", "Gm11", "Abmaj7", "Bb9sus", "Abmaj7", "G7alt")
 HOME = ("Cm9", "Abmaj9", "Fm9", "Cm9")
 
 
@@ -103,17 +104,18 @@ def hats(seed, claps=True, sixteenths=True, opened=True, ride=False, crash=False
     return player.pattern
 
 
-def snare_roll(seed):
+def snare_roll(seed, bars=4):
     """Quarters, eighths, sixteenths, growing, and a breath before the drop."""
-    player = Player(seed)
-    for step in range(PHRASE - 4):
-        period = (4, 4, 2, 1)[step // BAR]
+    player = Player(seed, bars * BAR)
+    for step in range(bars * BAR - 4):
+        left, share = bars - step // BAR, step / (bars * BAR)
+        period = {1: 1, 2: 2}.get(left, 4)
         if step % period == 0:
-            player.play(step, SNARE, 1, 34 + 58 * step / PHRASE, 4)
+            player.play(step, SNARE, 1, 34 + 58 * share, 4)
         if step % 4 == 0:
-            player.play(step, CLAP, 1, 38 + 34 * step / PHRASE, 4)
+            player.play(step, CLAP, 1, 38 + 34 * share, 4)
         if step % 4 == 2:
-            player.play(step, OPEN_HAT, 1, 60 + 30 * step / PHRASE)
+            player.play(step, OPEN_HAT, 1, 60 + 30 * share)
     return player.pattern
 
 
@@ -210,10 +212,10 @@ RHYTHMS = {
 }
 
 
-def chords(seed, harmony, rhythm, bars=4, transpose=0, doubled=False):
-    player = Player(seed)
-    for bar in range(bars):
-        early = harmony[(bar + 1) % 4]
+def chords(seed, harmony, rhythm, bars=None, transpose=0, doubled=False):
+    player = Player(seed, BAR * len(harmony))
+    for bar in range(bars or len(harmony)):
+        early = harmony[(bar + 1) % len(harmony)]
         for step, length, velocity, ahead in RHYTHMS[rhythm][bar % 2]:
             voices = [key + transpose for key in CHORDS[early if ahead else harmony[bar]][1]]
             if doubled:
@@ -224,16 +226,31 @@ def chords(seed, harmony, rhythm, bars=4, transpose=0, doubled=False):
 
 def pad(harmony):
     """Whole bars; a voice that stays is held over the bar line."""
-    player = Player(5)
+    player = Player(5, BAR * len(harmony))
     voices = [CHORDS[name][2] for name in harmony]
     for bar, keys in enumerate(voices):
         for key in keys:
             if bar > 0 and key in voices[bar - 1]:
                 continue
             end = bar + 1
-            while end < 4 and key in voices[end]:
+            while end < len(harmony) and key in voices[end]:
                 end += 1
             player.play(bar * BAR, key, (end - bar) * BAR - 0.25, 84)
+    return player.pattern
+
+
+def arpeggio(seed, harmony, bars=None):
+    """Sixteenths up and down through each chord and two voices more: ten notes against sixteen steps, so that no
+    bar begins like the one before."""
+    player = Player(seed, BAR * len(harmony))
+    for step in range((bars or len(harmony)) * BAR):
+        voices = CHORDS[harmony[step // BAR]][1]
+        ladder = voices + (voices[0] + 12, voices[1] + 12)
+        place = step % 10
+        if step % BAR in (5, 11) and step // BAR % 2 == 0:
+            continue
+        player.play(step, ladder[place if place < 6 else 10 - place], 0.6, 98 if step % 4 == 0 else 76, 12)
+    player.pattern.mix["Pan"] = [(0, -0.45), (player.pattern.steps / 2, 0.45), (player.pattern.steps - 0.5, -0.45)]
     return player.pattern
 
 
@@ -247,6 +264,11 @@ HOOK_REPLY = ((0, 4, 75, 1.6), (0, 6, 74, 1.1), (0, 7, 72, 3), (0, 12, 74, 1.1),
               (1, 4, 79, 1.6), (1, 6, 77, 1.1), (1, 7, 74, 3), (1, 12, 74, 1.1), (1, 13, 77, 2.5),
               (2, 2, 79, 1.6), (2, 4, 82, 2.1), (2, 6, 79, 1.6), (2, 8, 75, 2.1), (2, 10, 77, 1.1), (2, 11, 75, 4),
               (3, 2, 77, 1.6), (3, 4, 75, 2.1), (3, 6, 72, 3), (3, 11, 72, 1.1), (3, 12, 70, 2.1), (3, 14, 74, 1.9))
+HOOK_HIGH = ((0, 2, 79, 1.1), (0, 3, 82, 1.6), (0, 6, 79, 1.1), (0, 7, 75, 3), (0, 12, 74, 1.1), (0, 13, 75, 4.5),
+             (1, 2, 79, 1.1), (1, 4, 82, 1.6), (1, 6, 86, 1.1), (1, 7, 82, 3), (1, 12, 79, 1.1), (1, 13, 77, 2.5),
+             (2, 2, 79, 1.6), (2, 4, 84, 2.1), (2, 6, 82, 1.6), (2, 8, 79, 2.1), (2, 10, 77, 1.1), (2, 11, 75, 4),
+             (3, 0, 77, 2.8), (3, 4, 80, 1.6), (3, 6, 82, 3), (3, 10, 80, 1.1), (3, 11, 77, 1.1), (3, 12, 75, 2.1),
+             (3, 14, 74, 1.9))
 HOOK_ECHO = ((0, 4, 75, 1.6), (0, 6, 74, 1.1), (0, 7, 72, 6),
              (2, 4, 75, 1.6), (2, 6, 77, 1.1), (2, 7, 79, 7))
 

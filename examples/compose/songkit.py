@@ -5,11 +5,11 @@ rows of digits, and the master's limiter.
 import math
 
 import house_parts as parts
-from house_parts import BAR, PHRASE, Player
+from house_parts import BAR, Player
 from quibproject import Band, Effect, Pattern
 
 # Parameters of the synthesiser, the drums and the compressor, as lanes number them.
-OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, DRIVE, BEND_RANGE = 5, 11, 14, 24, 25, 26, 57
+OSC1_LEVEL, OSC2_LEVEL, NOISE_LEVEL, CUTOFF, RESONANCE, DRIVE, BEND_RANGE, STEREO_WIDTH = 5, 11, 14, 24, 25, 26, 57, 60
 KIT_DRIVE, KIT_VOLUME = 128, 131
 LIMITER_LEVEL, LIMITER_CEILING, LIMITER_ONLY = 1, 11, 3
 
@@ -56,7 +56,7 @@ def hold(patterns, settings):
 
 def pumped(pattern, level, depth=0):
     """The pattern with its level ducking under the kick, or at rest."""
-    pattern.mix["Level"] = parts.pump(level, depth) if depth else [(0, level)]
+    pattern.mix["Level"] = parts.pump(level, depth, pattern.steps) if depth else [(0, level)]
     return pattern
 
 
@@ -82,10 +82,10 @@ def rows(player, bar, lines, loud=1.0):
                 player.play(bar * BAR + step, key, 1, loud * (14 + 12.5 * int(mark)), 4)
 
 
-def drums(seed, *by_bar, loud=1.0):
-    """A phrase of four bars; fewer are repeated."""
-    player = Player(seed)
-    for bar in range(4):
+def drums(seed, *by_bar, loud=1.0, bars=4):
+    """A phrase; fewer bars are repeated."""
+    player = Player(seed, bars * BAR)
+    for bar in range(bars):
         rows(player, bar, by_bar[bar % len(by_bar)], loud)
     return player.pattern
 
@@ -96,9 +96,9 @@ def roll(player, start, steps, key, quiet, strong, every=1):
         player.play(start + step, key, 0.5, quiet + (strong - quiet) * step / steps, 3)
 
 
-def melody(seed, notes, velocity=92):
-    """(bar, step, key, length) of a phrase; strong beats louder."""
-    player = Player(seed)
+def melody(seed, notes, velocity=92, bars=None):
+    """(bar, step, key, length) of a phrase, four bars at least unless told; strong beats louder."""
+    player = Player(seed, BAR * (bars or max(4, 1 + max(bar for bar, *_ in notes))))
     for bar, step, key, length in notes:
         player.play(bar * BAR + step, key, length, velocity + (7 if step % 4 == 0 else 0), 5)
     return player.pattern
@@ -106,7 +106,7 @@ def melody(seed, notes, velocity=92):
 
 def bass(seed, roots, *grooves):
     """A root a bar; grooves of (step, above the root, length, velocity) take turns."""
-    player = Player(seed)
+    player = Player(seed, BAR * len(roots))
     for bar, root in enumerate(roots):
         for step, interval, length, velocity in grooves[bar % len(grooves)]:
             player.play(bar * BAR + step, root + interval, length, velocity, 4)
@@ -115,7 +115,7 @@ def bass(seed, roots, *grooves):
 
 def comp(seed, chords, *rhythms):
     """A chord, as its keys, a bar; rhythms of (step, length, velocity) take turns."""
-    player = Player(seed)
+    player = Player(seed, BAR * len(chords))
     for bar, keys in enumerate(chords):
         for step, length, velocity in rhythms[bar % len(rhythms)]:
             player.chord(bar * BAR + step, keys, length, velocity)
@@ -124,7 +124,7 @@ def comp(seed, chords, *rhythms):
 
 def held(seed, chords, velocity=84):
     """Whole bars; a voice that the next chord shares is held."""
-    player = Player(seed)
+    player = Player(seed, BAR * len(chords))
     for bar, keys in enumerate(chords):
         for key in keys:
             if bar > 0 and key in chords[bar - 1]:
@@ -136,20 +136,50 @@ def held(seed, chords, velocity=84):
     return player.pattern
 
 
-def looped(*keys, every=2):
+def rise(bars_long, level):
+    """For a Sweep Pad: noise and a fifth that climb an octave."""
+    steps = bars_long * BAR
+    up = Pattern(steps)
+    for key in (55, 62):
+        up.add(0, key, steps - 1, 90)
+    up.midi = {"Pitch Bend": [(0, 64), (steps / 4, 64), (steps - 1, 127)]}
+    up.plugin = {CUTOFF: [(0, cutoff(250)), (steps - 2, cutoff(9000))], RESONANCE: [(0, 0.3)],
+                 NOISE_LEVEL: [(0, 0.2), (steps, 1.0)]}
+    up.mix = {"Level": [(0, 80), (steps - 4, level), (steps - 0.5, level)]}
+    return up
+
+
+def looped(*keys, every=2, bars=4):
     """Keys of the loop player, each started anew every so many bars."""
-    pattern = Pattern(PHRASE)
+    pattern = Pattern(bars * BAR)
     for key in keys:
-        for bar in range(0, 4, every):
+        for bar in range(0, bars, every):
             pattern.add(bar * BAR, key, every * BAR - 0.1, 100)
     return pattern
 
 
+def phrases(row):
+    """(letter, bars) of a row: a letter plays that pattern, a dash is silence; four bars, or as many as the number
+    behind it says."""
+    return [(word[0], int(word[1:] or 4)) for word in row.replace("|", " ").split()]
+
+
 def arrange(instrument, row, song_bars):
-    """One letter a phrase: a is pattern 0, a dash is silence."""
-    phrases = [letter for letter in row if letter not in " |"]
-    if len(phrases) * 4 != song_bars:
-        raise ValueError(f"{instrument.title}: {len(phrases)} phrases for {song_bars} bars")
-    instrument.playlist = [(ord(letter) - ord("a"), PHRASE * index, 0)
-                           for index, letter in enumerate(phrases) if letter != "-"]
+    """Lays the patterns of a row into the song: a is pattern 0. A pattern shorter than its phrase starts over."""
+    step = 0
+    instrument.playlist = []
+    made = phrases(row)
+    for index, (letter, length) in enumerate(made):
+        if letter == "-":
+            step += length * BAR
+            continue
+        number, end = ord(letter) - ord("a"), step + length * BAR
+        steps = instrument.patterns[number].steps
+        cut = index + 1 < len(made) and made[index + 1][0] != "-"
+        if (end - step) % steps and not cut:
+            raise ValueError(f"{instrument.title}: nothing ends pattern {letter} after {length} bars")
+        instrument.playlist += [(number, start, 0) for start in range(step, end, steps)]
+        step = end
+    if step != song_bars * BAR:
+        raise ValueError(f"{instrument.title}: {step / BAR} bars instead of {song_bars}")
     return instrument

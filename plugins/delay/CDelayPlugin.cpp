@@ -80,6 +80,12 @@ std::int32_t CDelayPlugin::TailFrames() const noexcept {
     return static_cast<std::int32_t>(std::min(repeats * longest * static_cast<double>(SampleRate()), 2e9));
 }
 
+int CDelayPlugin::InEffect(int parameter) const noexcept {
+    const bool linked = SetTo(kDelayLink) > 0.5f;
+    if (linked && parameter == kDelayRightNote) return kDelayLeftNote;
+    return linked && parameter == kDelayRightTime ? kDelayLeftTime : parameter;
+}
+
 int CDelayPlugin::MemoryFrames() const noexcept {
     return std::max(m_left.tap.Longest(), m_right.tap.Longest()) +
            static_cast<int>(kFilterMemorySeconds * SampleRate());

@@ -27,6 +27,7 @@ private:
     void SampleRateChanged() noexcept override;
     void BeginBlock() noexcept override;
     std::int32_t TailFrames() const noexcept override;
+    int InEffect(int parameter) const noexcept override;
     void Clear() noexcept override;
     void TickEffect(bool changed) noexcept override;
     void SnapEffect() noexcept override;

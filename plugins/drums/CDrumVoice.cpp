@@ -23,10 +23,12 @@ float FallFor(float decaySeconds, float sampleRate) noexcept {
 
 }  // namespace
 
-void CDrumVoice::Start(int drum, const DrumSetting& setting, std::uint32_t seed, float sampleRate) noexcept {
+void CDrumVoice::Start(int drum, int stroke, const DrumSetting& setting, std::uint32_t seed,
+                       float sampleRate) noexcept {
     *this = CDrumVoice();
     m_active = true;
     m_drum = drum;
+    m_stroke = stroke;
     m_order = seed;
     m_sampleRate = sampleRate;
     m_recipe = RecipeOf(drum, setting);
@@ -50,6 +52,7 @@ void CDrumVoice::Start(int drum, const DrumSetting& setting, std::uint32_t seed,
         m_metalPhases[i] = static_cast<std::uint32_t>(i) * 0x9e3779b9u;
     }
     for (int i = 0; i < DrumRecipe::kLayers; ++i) StartLayer(i);
+    m_dullCoefficients = FilterCoefficients::FromFrequency(m_recipe.dullHertz, 1.41421356f, sampleRate);
     if (setting.crush > 0.0f) {
         const float holdHertz = 24000.0f * Exp2(-3.5f * setting.crush);
         m_holdFrames = std::max(1, static_cast<int>(std::lround(sampleRate / holdHertz)));
@@ -203,6 +206,7 @@ void CDrumVoice::Shape(float* samples, int frames) noexcept {
     const float share = 1.0f / (1.0f + 1.2f * drive);
     for (int i = 0; i < frames; ++i) {
         if (drive > 0.0f) samples[i] = Saturate(push * samples[i]) * share;
+        if (m_recipe.dullHertz > 0.0f) samples[i] = m_dullFilter.Process(samples[i], m_dullCoefficients).lowPass;
         samples[i] *= m_gain;
         if (m_crushSteps <= 0.0f) continue;
         if (m_holdLeft == 0) {

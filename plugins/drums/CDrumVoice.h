@@ -18,7 +18,8 @@ class CDrumVoice {
 public:
     static constexpr int kMostFrames = 64;
 
-    void Start(int drum, const DrumSetting& setting, std::uint32_t seed, float sampleRate) noexcept;
+    // `stroke` is what Stroke() tells, for the owner.
+    void Start(int drum, int stroke, const DrumSetting& setting, std::uint32_t seed, float sampleRate) noexcept;
     // Falls silent within `seconds`.
     void Fade(float seconds) noexcept;
     void Kill() noexcept { m_active = false; }
@@ -26,6 +27,7 @@ public:
     bool Active() const noexcept { return m_active; }
     bool Fading() const noexcept { return m_fadeFrames > 0; }
     int DrumIndex() const noexcept { return m_drum; }
+    int Stroke() const noexcept { return m_stroke; }
     std::uint32_t Order() const noexcept { return m_order; }
 
     // Once per control tick: drops what has died away, so that this does not depend on block sizes.
@@ -62,6 +64,7 @@ private:
 
     bool m_active = false;
     int m_drum = 0;
+    int m_stroke = 0;
     std::uint32_t m_order = 0;
     float m_sampleRate = 44100.0f;
     float m_gain = 1.0f;
@@ -89,6 +92,9 @@ private:
     FilterCoefficients m_noiseCoefficients{};
     CStateVariableFilter m_noiseFilter;
     LayerState m_layers[DrumRecipe::kLayers];
+
+    FilterCoefficients m_dullCoefficients{};
+    CStateVariableFilter m_dullFilter;
 
     int m_holdFrames = 1;  // the crusher keeps a sample that long
     int m_holdLeft = 0;

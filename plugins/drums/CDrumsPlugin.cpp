@@ -15,6 +15,9 @@ constexpr float kRepeatFadeSeconds = 0.004f;
 constexpr float kChokeFadeSeconds = 0.012f;
 constexpr float kSendSeconds = 0.005f;
 constexpr int kAllSoundOff = 120;
+// How much of each drum goes into the room: little of what would boom or hiss there.
+constexpr float kRoomShares[kDrumCount] = {0.35f, 1.0f, 1.0f, 0.55f, 0.55f, 0.5f, 0.9f, 0.9f,
+                                           0.9f,  0.5f, 0.5f, 1.0f,  0.8f,  0.7f, 0.7f, 1.0f};
 
 PluginDescription Description() {
     return {"QUIB drums", kUniqueId, 1000, vst2::kPlugCategSynth, 0, 2 + 2 * kSendCount, DrumsParameters(), DrumKits()};
@@ -24,11 +27,15 @@ PluginDescription Description() {
 
 CDrumsPlugin::CDrumsPlugin() : CPluginBase(Description()) {
     CWaveTables::Shared();
+    SampleRateChanged();
     Reset();
     ParametersSnapped();
 }
 
+void CDrumsPlugin::SampleRateChanged() noexcept { m_room.Allocate(SampleRate()); }
+
 void CDrumsPlugin::Reset() noexcept {
+    m_room.Clear();
     for (CDrumVoice& voice : m_voices) voice.Kill();
     m_sendShare = OnePoleShare(kSendSeconds, TickRate());
     m_strokes = 0;
@@ -37,6 +44,7 @@ void CDrumsPlugin::Reset() noexcept {
 
 void CDrumsPlugin::ParametersSnapped() noexcept {
     UpdateStrips([](Ramp& ramp, float value, float) { ramp.Set(value); });
+    m_room.Snap(Parameters().Real(kKitRoomLevel), Parameters().Real(kKitRoomSize));
 }
 
 void CDrumsPlugin::Tick(bool) noexcept {
@@ -45,6 +53,7 @@ void CDrumsPlugin::Tick(bool) noexcept {
         const float distance = value - ramp.end;
         ramp.Aim(std::fabs(distance) < 1e-5f ? value : ramp.end + distance * share);
     });
+    m_room.Tick(Parameters().Real(kKitRoomLevel), Parameters().Real(kKitRoomSize), TickFrames());
     for (CDrumVoice& voice : m_voices) {
         if (voice.Active()) voice.Tick();
     }
@@ -69,15 +78,18 @@ void CDrumsPlugin::UpdateStrips(Move move) noexcept {
 
 void CDrumsPlugin::Render(const float* const*, float* const* outputs, int frames) noexcept {
     for (int output = 0; output < 2 + 2 * kSendCount; ++output) std::fill_n(outputs[output], frames, 0.0f);
+    RoomInput room;
     m_sounding = false;
     for (CDrumVoice& voice : m_voices) {
         if (!voice.Active()) continue;
-        AddVoice(voice, outputs, frames);
+        AddVoice(voice, outputs, m_room.On() ? &room : nullptr, frames);
         m_sounding = m_sounding || voice.Active();
     }
+    if (m_room.On()) m_room.Render(room.left, room.right, outputs[0], outputs[1], {TickOffset(), frames, TickFrames()});
+    m_sounding = m_sounding || m_room.Sounding();
 }
 
-void CDrumsPlugin::AddVoice(CDrumVoice& voice, float* const* outputs, int frames) noexcept {
+void CDrumsPlugin::AddVoice(CDrumVoice& voice, float* const* outputs, RoomInput* room, int frames) noexcept {
     const DrumStrip& strip = m_strips[static_cast<std::size_t>(voice.DrumIndex())];
     float left[kMaximumTickFrames];
     float right[kMaximumTickFrames];
@@ -91,6 +103,13 @@ void CDrumsPlugin::AddVoice(CDrumVoice& voice, float* const* outputs, int frames
         outputs[0][i] += left[i];
         outputs[1][i] += right[i];
     }
+    if (room != nullptr) {
+        const float share = kRoomShares[voice.DrumIndex()];
+        for (int i = 0; i < frames; ++i) {
+            room->left[i] += share * left[i];
+            room->right[i] += share * right[i];
+        }
+    }
     for (int send = 0; send < kSendCount; ++send) {
         const Ramp& ramp = strip.sends[static_cast<std::size_t>(send)];
         if (ramp.Zero()) continue;
@@ -102,38 +121,41 @@ void CDrumsPlugin::AddVoice(CDrumVoice& voice, float* const* outputs, int frames
     }
 }
 
-DrumSetting CDrumsPlugin::SettingOf(int drum, int velocity) const noexcept {
+DrumSetting CDrumsPlugin::SettingOf(const KeySound& sound, int velocity) const noexcept {
+    const int drum = sound.drum;
     const CSmoothedParameters& parameters = Parameters();
     const auto share = [&](int parameter) { return kPercent * parameters.Real(IndexOf(drum, parameter)); };
     const float sensitivity = kPercent * parameters.Real(kKitVelocity);
     DrumSetting setting;
-    setting.tune = parameters.Real(IndexOf(drum, kDrumTune));
-    setting.decay = share(kDrumDecay);
+    setting.tune = parameters.Real(IndexOf(drum, kDrumTune)) + sound.tune;
+    setting.decay = share(kDrumDecay) * sound.decay;
     setting.tone = share(kDrumTone);
     setting.snap = share(kDrumSnap);
     setting.colour = share(kDrumColour);
     setting.drive = kPercent * parameters.Real(kKitDrive);
     setting.crush = kPercent * parameters.Real(kKitCrush);
-    setting.velocity = 1.0f - sensitivity * (1.0f - static_cast<float>(velocity) / 127.0f);
+    const float weakness = 1.0f - static_cast<float>(velocity) / 127.0f;
+    setting.velocity = 1.0f - sensitivity * weakness;
+    setting.softness = kPercent * parameters.Real(kKitTouch) * weakness;
     return setting;
 }
 
 void CDrumsPlugin::NoteOn(int key, int velocity) noexcept {
-    const int drum = DrumOfKey(key);
-    if (drum < 0) return;
-    FadeDrum(drum, kRepeatFadeSeconds);
-    if (drum == kClosedHat || drum == kPedalHat) FadeDrum(kOpenHat, kChokeFadeSeconds);
-    FreeVoice().Start(drum, SettingOf(drum, velocity), ++m_strokes, SampleRate());
+    const KeySound sound = SoundOfKey(key);
+    if (sound.drum < 0) return;
+    FadeStroke(sound.stroke, kRepeatFadeSeconds);
+    if (sound.drum == kClosedHat || sound.drum == kPedalHat) FadeStroke(kOpenHat, kChokeFadeSeconds);
+    FreeVoice().Start(sound.drum, sound.stroke, SettingOf(sound, velocity), ++m_strokes, SampleRate());
     m_sounding = true;
 }
 
-void CDrumsPlugin::FadeDrum(int drum, float seconds) noexcept {
+void CDrumsPlugin::FadeStroke(int stroke, float seconds) noexcept {
     for (CDrumVoice& voice : m_voices) {
-        if (voice.Active() && voice.DrumIndex() == drum) voice.Fade(seconds);
+        if (voice.Active() && voice.Stroke() == stroke) voice.Fade(seconds);
     }
 }
 
-// A voice that is free, or the one that has been fading for longest: of each drum only one is not.
+// A voice that is free, or the one that has been fading for longest: of each stroke only one is not.
 CDrumVoice& CDrumsPlugin::FreeVoice() noexcept {
     CDrumVoice* best = &m_voices[0];
     for (CDrumVoice& voice : m_voices) {

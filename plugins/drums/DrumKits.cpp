@@ -3,28 +3,11 @@
 #include <deque>
 #include <vector>
 
-#include "drums/DrumParameters.h"
+#include "drums/Kit.h"
 
 namespace quibplug {
 
 namespace {
-
-// A drum of a kit: level in decibels, pan and the rest in percent, tune in semitones, and decay in
-// percent of the drum's own.
-struct DrumRow {
-    float level, pan, tune, decay, tone, snap, colour;
-};
-
-// Of the whole kit: percent, and the volume in decibels.
-struct KitRow {
-    float drive, crush, velocity, volume;
-};
-
-struct Kit {
-    const char* name;
-    DrumRow drums[kDrumCount];  // kick, snare, clap, hats (closed, pedal, open), toms, crash, ride ...
-    KitRow whole;
-};
 
 constexpr Kit kKits[] = {
     {"House Classic",
@@ -324,14 +307,22 @@ struct KitTable {
     std::vector<ProgramSpec> programs;
 
     KitTable() {
-        for (const Kit& kit : kKits) programs.push_back({kit.name, values.emplace_back(ValuesOf(kit))});
+        for (const Kit& kit : kKits) Add(kit);
+        for (const Kit& kit : RoomKits()) Add(kit);
     }
+
+    void Add(const Kit& kit) { programs.push_back({kit.name, values.emplace_back(ValuesOf(kit))}); }
 
     static std::vector<ParameterValue> ValuesOf(const Kit& kit) {
         std::vector<ParameterValue> list = {{kKitDrive, kit.whole.drive},
                                             {kKitCrush, kit.whole.crush},
                                             {kKitVelocity, kit.whole.velocity},
-                                            {kKitVolume, GainOf(kit.whole.volume)}};
+                                            {kKitVolume, GainOf(kit.whole.volume)},
+                                            {kKitTouch, kit.whole.touch}};
+        if (kit.whole.roomSize > 0.0f) {
+            list.push_back({kKitRoomLevel, GainOf(kit.whole.roomLevel)});
+            list.push_back({kKitRoomSize, kit.whole.roomSize});
+        }
         for (int drum = 0; drum < kDrumCount; ++drum) {
             const DrumRow& row = kit.drums[drum];
             list.push_back({IndexOf(drum, kDrumLevel), GainOf(row.level)});

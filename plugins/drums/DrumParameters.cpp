@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "drums/DrumParameters.h"
 
+#include <array>
 #include <string>
 #include <vector>
+
+#include "drums/CDrumRoom.h"
 
 namespace quibplug {
 
@@ -30,7 +33,52 @@ constexpr std::array<ParameterSpec, kDrumsParameterCount - kKitDrive> kOfTheKit 
     {"Kit Crush", "%", Curve::kLinear, 0, 100, 0},
     {"Kit Velocity", "%", Curve::kLinear, 0, 100, 70},
     {"Kit Volume", "dB", Curve::kGain, 0, 2, 1},
+    {"Kit Touch", "%", Curve::kLinear, 0, 100, 0},
+    {"Room Level", "dB", Curve::kGain, 0, 1, 0},
+    {"Room Size", "m", Curve::kExponential, CDrumRoom::kSmallestMetres, CDrumRoom::kLargestMetres, 7},
 }};
+
+struct KeyRow {
+    int key;
+    Drum drum;
+    const char* name = nullptr;  // null: the drum's own
+    float tune = 0.0f;
+    float decay = 1.0f;
+};
+
+constexpr std::array kKeys = std::to_array<KeyRow>({
+    {35, kKick},
+    {36, kKick},
+    {37, kRim},
+    {38, kSnare},
+    {39, kClap},
+    {40, kSnare},
+    {41, kLowTom},
+    {42, kClosedHat},
+    {43, kLowTom, "High Floor Tom", 3},
+    {44, kPedalHat},
+    {45, kMidTom},
+    {46, kOpenHat},
+    {47, kMidTom, "Low-Mid Tom", 3},
+    {48, kHighTom},
+    {49, kCrash},
+    {50, kHighTom, "Highest Tom", 3},
+    {51, kRide},
+    {52, kCrash, "China", -4, 0.7f},
+    {53, kRide, "Ride Bell", 5, 1.2f},
+    {54, kTambourine},
+    {55, kCrash, "Splash", 6, 0.4f},
+    {56, kCowbell},
+    {57, kCrash, "Crash 2", 2},
+    {59, kRide, "Ride 2", -2},
+    {60, kHighTom, "High Bongo", 14, 0.35f},
+    {61, kHighTom, "Low Bongo", 9, 0.4f},
+    {62, kHighTom, "Mute High Conga", 6, 0.25f},
+    {63, kHighTom, "Open High Conga", 5, 0.6f},
+    {64, kMidTom, "Low Conga", 5, 0.65f},
+    {70, kShaker},
+    {75, kClaves},
+});
 
 struct ParameterTable {
     std::vector<std::string> names;
@@ -50,47 +98,16 @@ struct ParameterTable {
 
 }  // namespace
 
-const char* NameOfDrum(int drum) noexcept { return drum >= 0 && drum < kDrumCount ? kDrumNames[drum] : nullptr; }
-
-int DrumOfKey(int key) noexcept {
-    switch (key) {
-        case 35:
-        case 36:
-            return kKick;
-        case 38:
-        case 40:
-            return kSnare;
-        case 39:
-            return kClap;
-        case 42:
-            return kClosedHat;
-        case 44:
-            return kPedalHat;
-        case 46:
-            return kOpenHat;
-        case 41:
-            return kLowTom;
-        case 45:
-            return kMidTom;
-        case 48:
-            return kHighTom;
-        case 49:
-            return kCrash;
-        case 51:
-            return kRide;
-        case 37:
-            return kRim;
-        case 56:
-            return kCowbell;
-        case 54:
-            return kTambourine;
-        case 70:
-            return kShaker;
-        case 75:
-            return kClaves;
-        default:
-            return -1;
+KeySound SoundOfKey(int key) noexcept {
+    for (std::size_t i = 0; i < kKeys.size(); ++i) {
+        const KeyRow& row = kKeys[i];
+        if (row.key != key) continue;
+        // A drum's own keys are one stroke, every relative is one of its own.
+        const bool own = row.name == nullptr;
+        return {row.drum, own ? kDrumNames[row.drum] : row.name, row.tune, row.decay,
+                own ? static_cast<int>(row.drum) : kDrumCount + static_cast<int>(i)};
     }
+    return {};
 }
 
 std::span<const ParameterSpec> DrumsParameters() {

@@ -49,6 +49,9 @@ enum KitParameter : int {
     kKitCrush,
     kKitVelocity,
     kKitVolume,
+    kKitTouch,      // how much duller a soft stroke is
+    kKitRoomLevel,  // 0: no room
+    kKitRoomSize,
     kDrumsParameterCount
 };
 
@@ -56,11 +59,16 @@ constexpr int kSendCount = 4;
 
 constexpr int IndexOf(int drum, int parameter) noexcept { return drum * kDrumParameterCount + parameter; }
 
-// The drum of a General MIDI key, or -1.
-int DrumOfKey(int key) noexcept;
-
-// Null for no drum.
-const char* NameOfDrum(int drum) noexcept;
+// What a General MIDI key plays: a drum as it is, or tuned and shortened to stand for a relative that the
+// kit does not have.
+struct KeySound {
+    int drum = -1;  // none
+    const char* name = nullptr;
+    float tune = 0.0f;   // semitones
+    float decay = 1.0f;  // of the drum's own
+    int stroke = -1;     // strokes of one number end each other
+};
+KeySound SoundOfKey(int key) noexcept;
 
 std::span<const ParameterSpec> DrumsParameters();
 std::span<const ProgramSpec> DrumKits();

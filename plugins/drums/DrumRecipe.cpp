@@ -302,6 +302,23 @@ DrumRecipe BaseRecipe(int drum, const DrumSetting& setting) noexcept {
     }
 }
 
+// Where the softest stroke of each drum ends, in hertz.
+constexpr float kDullest[kDrumCount] = {700, 1500, 2200, 5500, 5000, 5000, 700,  800,
+                                        900, 3500, 4500, 2200, 1600, 5500, 5000, 2600};
+constexpr float kBrightest = 20000.0f;
+
+// A soft stroke moves the low modes alone: less noise and metal, and a low-pass over all.
+void Soften(DrumRecipe& recipe, int drum, float softness) noexcept {
+    if (softness <= 0.0f) return;
+    const float share = 1.0f - 0.6f * softness;
+    for (DrumLayer& layer : recipe.layers) {
+        layer.noise *= share;
+        layer.decay *= 1.0f - 0.35f * softness;
+    }
+    recipe.snapOctaves *= share;
+    recipe.dullHertz = kBrightest * Exp2(softness * Log2(kDullest[drum] / kBrightest));
+}
+
 }  // namespace
 
 DrumRecipe RecipeOf(int drum, const DrumSetting& setting) noexcept {
@@ -321,6 +338,7 @@ DrumRecipe RecipeOf(int drum, const DrumSetting& setting) noexcept {
         layer.decay *= setting.decay;
     }
     recipe.drive = std::min(1.0f, recipe.drive + setting.drive);
+    Soften(recipe, drum, setting.softness);
     return recipe;
 }
 

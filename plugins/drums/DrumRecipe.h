@@ -43,7 +43,8 @@ struct DrumRecipe {
     float snapSeconds = 0.004f;
     float metalHertz = 320.0f;  // lowest of the six squares
     DrumLayer layers[kLayers];
-    float drive = 0.0f;  // 0..1
+    float drive = 0.0f;      // 0..1
+    float dullHertz = 0.0f;  // low-pass of the whole stroke; 0: none
     float gain = 1.0f;
 };
 
@@ -56,7 +57,8 @@ struct DrumSetting {
     float colour = 0.5f;    // 0..1: what the drum is made of
     float drive = 0.0f;     // 0..1
     float crush = 0.0f;     // 0..1
-    float velocity = 1.0f;  // 0..1
+    float velocity = 1.0f;  // 0..1, as loud
+    float softness = 0.0f;  // 0 as the drum is .. 1 as dull as a stroke may be
 };
 
 DrumRecipe RecipeOf(int drum, const DrumSetting& setting) noexcept;

@@ -86,6 +86,8 @@ void CPluginBase::WakeUp() noexcept {}
 int CPluginBase::FramesToSleep(const float* const*, int frames) const noexcept { return frames; }
 std::int32_t CPluginBase::TailFrames() const noexcept { return 0; }
 
+int CPluginBase::InEffect(int parameter) const noexcept { return parameter; }
+
 const char* CPluginBase::KeyName(int) const noexcept { return nullptr; }
 
 const char* CPluginBase::OutputPairName(int) const noexcept { return "Main"; }
@@ -191,7 +193,7 @@ std::intptr_t CPluginBase::DispatchText(std::int32_t opcode, std::int32_t index,
         case vst2::effGetParamLabel:
             return parameter ? Answer(pointer, m_bank.Parameter(index).label) : 0;
         case vst2::effGetParamDisplay:
-            return parameter ? Answer(pointer, m_bank.Parameter(index).Display(m_bank.Value(index))) : 0;
+            return parameter ? Answer(pointer, m_bank.Parameter(index).Display(m_bank.Value(InEffect(index)))) : 0;
         default:
             return 0;
     }

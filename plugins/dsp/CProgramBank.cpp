@@ -81,8 +81,10 @@ bool CProgramBank::Load(std::span<const std::uint8_t> chunk, bool wholeBank) {
     for (std::size_t p = 0; p < count; ++p) {
         const ChunkProgram& stored = content->programs[p];
         m_names[first + p] = stored.name.substr(0, kNameLength);
-        for (std::size_t i = 0; i < std::min(stored.values.size(), m_parameters.size()); ++i) {
-            Slot(first + p, i).store(stored.values[i], std::memory_order_relaxed);
+        for (std::size_t i = 0; i < m_parameters.size(); ++i) {
+            const float value =
+                i < stored.values.size() ? stored.values[i] : m_parameters[i].ToNormalised(m_parameters[i].initial);
+            Slot(first + p, i).store(value, std::memory_order_relaxed);
         }
     }
     if (wholeBank && content->chosen < m_programCount) {

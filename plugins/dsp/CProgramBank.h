@@ -46,7 +46,8 @@ public:
     // The bank, or the chosen program alone, as bytes that load on any machine.
     std::vector<std::uint8_t> Save(bool wholeBank) const;
     // Takes over what Save made. A truncated, damaged or foreign chunk answers false and changes
-    // nothing; programs and parameters that it does not know keep their values.
+    // nothing. Parameters newer than the chunk go to their initial values, which leave a sound as it
+    // was before there were any; programs that it does not know stay as they are.
     bool Load(std::span<const std::uint8_t> chunk, bool wholeBank);
 
 private:

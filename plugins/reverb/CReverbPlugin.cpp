@@ -40,14 +40,13 @@ CReverbPlugin::CReverbPlugin() : CEffectBase(Description()) {
 }
 
 void CReverbPlugin::SampleRateChanged() noexcept {
-    constexpr float kLongestEarly = 1.2f * kReverbLargestSize / kSpeedOfSound;  // seconds
     for (std::size_t side = 0; side < m_channels.size(); ++side) {
         Channel& channel = m_channels[side];
         channel.preDelay.Allocate(static_cast<int>(0.001f * kReverbLongestPreDelayMs * SampleRate()) +
                                   kMaximumTickFrames);
-        channel.early.Allocate(static_cast<int>(kLongestEarly * SampleRate()));
         channel.diffuser.Allocate(kDiffusers[side], SampleRate());
     }
+    m_early.Allocate(kReverbLargestSize, SampleRate());
     m_network.Allocate(kReverbLargestSize, SampleRate());
 }
 
@@ -57,8 +56,8 @@ void CReverbPlugin::Clear() noexcept {
         channel.highCut.Reset();
         channel.preDelay.Clear();
         channel.diffuser.Clear();
-        channel.early.Clear();
     }
+    m_early.Clear();
     m_network.Clear();
 }
 
@@ -128,7 +127,7 @@ void CReverbPlugin::SnapEffect() noexcept {
 template <typename Move>
 void CReverbPlugin::UpdateControls(Move move) noexcept {
     const CSmoothedParameters& p = Parameters();
-    move(m_early, kEarlyGain * p.Real(kReverbEarly));
+    move(m_earlyGain, kEarlyGain * p.Real(kReverbEarly));
     move(m_late, LateGain());
     m_lowCut = FilterCoefficients::FromFrequency(p.Real(kReverbLowCut), kButterworth, SampleRate());
     m_highCut = FilterCoefficients::FromFrequency(p.Real(kReverbHighCut), kButterworth, SampleRate());
@@ -143,28 +142,6 @@ void CReverbPlugin::Enter(Channel& channel, const float* input, float* samples, 
     std::copy_n(samples, frames, cut);
     channel.preDelayTap.Read(channel.preDelay, samples, frames);
     channel.preDelay.Write(cut, frames);
-}
-
-void CReverbPlugin::AddEarly(float* left, float* right, const float* shares, int frames) const noexcept {
-    float gains[kMaximumTickFrames];
-    m_early.Fill(gains, TickOffset(), frames, TickFrames());
-    float sums[2][kMaximumTickFrames] = {};
-    float tapped[kMaximumTickFrames];
-    for (std::size_t side = 0; side < 2; ++side) {
-        for (std::size_t tap = 0; tap < kEarlyTaps; ++tap) {
-            const EarlyTap& pattern = kEarlyPattern[side][tap];
-            m_channels[side].early.ReadBetween(tapped, m_room.early[side][tap], m_coming.early[side][tap], shares,
-                                               frames);
-            for (int i = 0; i < frames; ++i) {
-                sums[side][i] += pattern.own * tapped[i];
-                sums[1 - side][i] += pattern.other * tapped[i];
-            }
-        }
-    }
-    for (int i = 0; i < frames; ++i) {
-        left[i] += gains[i] * sums[0][i];
-        right[i] += gains[i] * sums[1][i];
-    }
 }
 
 float CReverbPlugin::RenderWet(StereoInput input, float* left, float* right, int frames) noexcept {
@@ -192,9 +169,10 @@ float CReverbPlugin::RenderWet(StereoInput input, float* left, float* right, int
         left[i] *= late[i];
         right[i] *= late[i];
     }
-    AddEarly(left, right, shares, frames);
-    m_channels[0].early.Write(entered[0], frames);
-    m_channels[1].early.Write(entered[1], frames);
+    float early[kMaximumTickFrames];
+    m_earlyGain.Fill(early, TickOffset(), frames, TickFrames());
+    m_early.Add(m_room, m_coming, shares, early, left, right, frames);
+    m_early.Write(entered[0], entered[1], frames);
     if (shares != nullptr) {
         m_fade.Advance(frames);
         if (!m_fade.Running()) m_room = m_coming;

@@ -6,10 +6,11 @@
 // its threads.
 
 #include "dsp/CDelayTap.h"
+#include "dsp/CDiffuser.h"
+#include "dsp/CEarlyReflections.h"
 #include "dsp/CEffectBase.h"
+#include "dsp/CFeedbackNetwork.h"
 #include "dsp/CStateVariableFilter.h"
-#include "reverb/CDiffuser.h"
-#include "reverb/CFeedbackNetwork.h"
 
 namespace quibplug {
 
@@ -24,7 +25,6 @@ private:
         CDelayLine preDelay;
         CDelayTap preDelayTap;
         CDiffuser diffuser;
-        CDelayLine early;
     };
 
     void SampleRateChanged() noexcept override;
@@ -42,16 +42,16 @@ private:
     template <typename Move>
     void UpdateControls(Move move) noexcept;
     void Enter(Channel& channel, const float* input, float* samples, int frames) noexcept;
-    void AddEarly(float* left, float* right, const float* shares, int frames) const noexcept;
 
     std::array<Channel, 2> m_channels;
+    CEarlyReflections m_early;
     CFeedbackNetwork m_network;
     Room m_room;    // the present one
     Room m_coming;  // the same, or where the cross-fade leads
     CCrossFade m_fade;
     FilterCoefficients m_lowCut{};
     FilterCoefficients m_highCut{};
-    Ramp m_early;
+    Ramp m_earlyGain;
     Ramp m_late;
 };
 

@@ -29,9 +29,12 @@ enum MidiController : int {
 
 CSynthPlugin::CSynthPlugin() : CPluginBase(Description()) {
     CWaveTables::Shared();
+    SampleRateChanged();
     Reset();
     ParametersSnapped();
 }
+
+void CSynthPlugin::SampleRateChanged() noexcept { m_width.Allocate(SampleRate()); }
 
 void CSynthPlugin::Reset() noexcept {
     m_controls.SetRate(SampleRate(), TickFrames());
@@ -39,6 +42,7 @@ void CSynthPlugin::Reset() noexcept {
     ResetControllers();
     SnapControllers();
     m_voices.Reset();
+    m_width.Clear();
 }
 
 void CSynthPlugin::ResetControllers() noexcept { m_bendTarget = m_wheelTarget = m_touchTarget = 0.0f; }
@@ -49,7 +53,10 @@ void CSynthPlugin::SnapControllers() noexcept {
     m_controls.touch = m_touchTarget;
 }
 
-void CSynthPlugin::ParametersSnapped() noexcept { m_controls.Update(Parameters()); }
+void CSynthPlugin::ParametersSnapped() noexcept {
+    m_controls.Update(Parameters());
+    m_width.Snap(m_controls.stereoWidth);
+}
 
 void CSynthPlugin::Tick(bool changed) noexcept {
     if (changed) m_controls.Update(Parameters());
@@ -57,12 +64,14 @@ void CSynthPlugin::Tick(bool changed) noexcept {
     m_controls.wheel += (m_wheelTarget - m_controls.wheel) * m_controllerShare;
     m_controls.touch += (m_touchTarget - m_controls.touch) * m_controllerShare;
     m_voices.Tick(m_controls);
+    m_width.Tick(m_controls.stereoWidth, TickFrames());
 }
 
 void CSynthPlugin::Render(const float* const*, float* const* outputs, int frames) noexcept {
     std::fill_n(outputs[0], frames, 0.0f);
     std::fill_n(outputs[1], frames, 0.0f);
     m_voices.Render(outputs[0], outputs[1], TickOffset(), frames, m_controls);
+    m_width.Render(outputs[0], outputs[1], {TickOffset(), frames, TickFrames()});
 }
 
 void CSynthPlugin::NoteOn(int key, int velocity) noexcept {

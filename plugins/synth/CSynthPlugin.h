@@ -4,6 +4,7 @@
 // "QUIB synth": polyphonic subtractive synthesiser, stereo. See CPluginBase for its threads.
 
 #include "dsp/CPluginBase.h"
+#include "synth/CStereoWidth.h"
 #include "synth/CVoicePool.h"
 
 namespace quibplug {
@@ -13,8 +14,9 @@ public:
     CSynthPlugin();
 
 private:
+    void SampleRateChanged() noexcept override;
     void Reset() noexcept override;
-    bool Sounding() const noexcept override { return m_voices.Sounding(); }
+    bool Sounding() const noexcept override { return m_voices.Sounding() || m_width.Sounding(); }
     void Tick(bool changed) noexcept override;
     void ParametersSnapped() noexcept override;
     void Render(const float* const* inputs, float* const* outputs, int frames) noexcept override;
@@ -28,6 +30,7 @@ private:
 
     SynthControls m_controls;
     CVoicePool m_voices;
+    CStereoWidth m_width;
     float m_controllerShare = 1.0f;
     float m_bendTarget = 0.0f;
     float m_wheelTarget = 0.0f;

@@ -75,7 +75,7 @@ constexpr P kWoodFlute[] = {
     {kAmpAttack, 45},           {kAmpSustain, 0.85f},   {kAmpRelease, 160}, {kModAttack, 25},
     {kModDecay, 300},           {kModSustain, 35},      {kLfo1Rate, 5.1f},  {kLfo1Fade, 800},
     {kLfo1ToPitch, 12},         {kLfo2Rate, 5.1f},      {kLfo2Sync, 0},     {kLfo2ToLevel, 12},
-    {kPlayMode, kModeLegato},   {kGlideTime, 35},       {kVolume, 0.728f}};
+    {kPlayMode, kModeLegato},   {kGlideTime, 35},       {kVolume, 0.728f},  {kStereoWidth, 45}};
 constexpr P kBrassSection[] = {{kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSaw},   {kOsc2Fine, 8},
                                {kOsc1Fine, -6},       {kOsc2Level, 0.9f},      {kUnisonVoices, 2},
                                {kUnisonDetune, 9},    {kUnisonSpread, 70},     {kStartPhase, kPhaseRandom},
@@ -95,17 +95,17 @@ constexpr P kChipLead[] = {{kOsc1Wave, kWavePulse}, {kOsc1Width, 25},   {kOsc2Wa
                            {kOsc2Octave, 1},        {kOsc2Level, 0.2f}, {kAmpAttack, 0.5f},      {kAmpDecay, 900},
                            {kAmpSustain, 0.6f},     {kAmpRelease, 40},  {kLfo1Wave, kLfoSquare}, {kLfo1Rate, 7},
                            {kLfo1Fade, 900},        {kLfo1ToPitch, 20}, {kPlayMode, kModeMono},  {kCutoff, 14000},
-                           {kVolume, 0.330f}};
+                           {kVolume, 0.330f},       {kStereoWidth, 50}};
 constexpr P kTalkingLead[] = {
     {kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWavePulse}, {kOsc2Width, 20},   {kOsc2Level, 0.5f},  {kFilterType, kBandPass12},
     {kCutoff, 850},        {kResonance, 62},        {kDrive, 45},       {kKeyTrack, 40},     {kFilterEnvelope, 18},
     {kAmpAttack, 6},       {kAmpSustain, 0.9f},     {kAmpRelease, 140}, {kModAttack, 90},    {kModDecay, 700},
     {kModSustain, 20},     {kLfo2Wave, kLfoSine},   {kLfo2Rate, 3},     {kLfo2ToCutoff, 10}, {kPlayMode, kModeLegato},
-    {kGlideTime, 80},      {kVolume, 2.000f}};
+    {kGlideTime, 80},      {kVolume, 2.000f},       {kStereoWidth, 50}};
 constexpr P kWhistle[] = {{kOsc1Wave, kWaveSine},   {kOsc1Octave, 1},  {kNoiseLevel, 0.04f}, {kFilterType, kLowPass12},
                           {kCutoff, 5200},          {kKeyTrack, 80},   {kAmpAttack, 30},     {kAmpSustain, 0.9f},
                           {kAmpRelease, 120},       {kLfo1Rate, 5.8f}, {kLfo1Fade, 300},     {kLfo1ToPitch, 24},
-                          {kPlayMode, kModeLegato}, {kGlideTime, 90},  {kVolume, 0.647f}};
+                          {kPlayMode, kModeLegato}, {kGlideTime, 90},  {kVolume, 0.647f},    {kStereoWidth, 40}};
 constexpr P kWideSquare[] = {
     {kOsc1Wave, kWavePulse}, {kOsc2Wave, kWavePulse}, {kOsc2Octave, -1},         {kOsc2Level, 0.6f},
     {kUnisonVoices, 5},      {kUnisonDetune, 18},     {kUnisonSpread, 95},       {kStartPhase, kPhaseRandom},
@@ -204,16 +204,17 @@ constexpr P kPulseGate[] = {
 constexpr P kBellKeys[] = {{kOsc1Wave, kWaveSine}, {kOsc2Wave, kWaveSine}, {kOsc2Octave, 2},       {kOsc2Semitone, 5},
                            {kOsc2Level, 0.06f},    {kFmAmount, 22},        {kFmEnvelope, 36},      {kCutoff, 12000},
                            {kAmpAttack, 0.6f},     {kAmpDecay, 5200},      {kAmpSustain, 0},       {kAmpRelease, 1400},
-                           {kModDecay, 2600},      {kModRelease, 1200},    {kVelocityToLevel, 75}, {kVolume, 0.201f}};
+                           {kModDecay, 2600},      {kModRelease, 1200},    {kVelocityToLevel, 75}, {kVolume, 0.201f},
+                           {kStereoWidth, 50}};
 constexpr P kMusicBox[] = {{kOsc1Wave, kWaveSine}, {kOsc1Octave, 1}, {kOsc2Wave, kWaveSine}, {kOsc2Octave, 3},
                            {kOsc2Level, 0.2f},     {kFmAmount, 4},   {kFmEnvelope, 26},      {kAmpAttack, 0.5f},
                            {kAmpDecay, 2400},      {kAmpSustain, 0}, {kAmpRelease, 900},     {kModDecay, 500},
-                           {kVelocityToLevel, 70}, {kCutoff, 16000}, {kVolume, 0.209f}};
+                           {kVelocityToLevel, 70}, {kCutoff, 16000}, {kVolume, 0.209f},      {kStereoWidth, 50}};
 constexpr P kVibes[] = {{kOsc1Wave, kWaveSine}, {kOsc2Wave, kWaveSine}, {kOsc2Octave, 2},   {kOsc2Level, 0.12f},
                         {kFmAmount, 3},         {kFmEnvelope, 16},      {kAmpAttack, 0.7f}, {kAmpDecay, 6000},
                         {kAmpSustain, 0},       {kAmpRelease, 700},     {kModDecay, 300},   {kLfo2Sync, 0},
                         {kLfo2Rate, 5.2f},      {kLfo2ToLevel, 32},     {kCutoff, 8000},    {kVelocityToLevel, 70},
-                        {kVolume, 0.226f}};
+                        {kVolume, 0.226f},      {kStereoWidth, 50}};
 constexpr P kSoftKeys[] = {
     {kOsc1Wave, kWaveTriangle}, {kOsc2Wave, kWaveSine}, {kOsc2Octave, 1},  {kOsc2Level, 0.25f},  {kUnisonVoices, 2},
     {kUnisonDetune, 6},         {kUnisonSpread, 60},    {kCutoff, 1700},   {kKeyTrack, 50},      {kFilterEnvelope, 16},
@@ -222,17 +223,18 @@ constexpr P kSoftKeys[] = {
 constexpr P kHarpsi[] = {
     {kOsc1Wave, kWavePulse},    {kOsc1Width, 9},   {kOsc2Wave, kWaveSaw},  {kOsc2Octave, 1},   {kOsc2Level, 0.35f},
     {kFilterType, kHighPass12}, {kCutoff, 260},    {kKeyTrack, 60},        {kAmpAttack, 0.5f}, {kAmpDecay, 2600},
-    {kAmpSustain, 0},           {kAmpRelease, 90}, {kVelocityToLevel, 45}, {kVolume, 0.091f}};
+    {kAmpSustain, 0},           {kAmpRelease, 90}, {kVelocityToLevel, 45}, {kVolume, 0.091f},  {kStereoWidth, 50}};
 constexpr P kReedOrgan[] = {
     {kOsc1Wave, kWavePulse}, {kOsc1Width, 30},       {kOsc2Wave, kWaveSaw}, {kOsc2Octave, 1},       {kOsc2Level, 0.3f},
     {kOsc2Fine, 4},          {kSubWave, kSubSquare}, {kSubLevel, 0.3f},     {kCutoff, 1900},        {kKeyTrack, 45},
     {kAmpAttack, 35},        {kAmpSustain, 0.95f},   {kAmpRelease, 90},     {kVelocityToLevel, 20}, {kLfo1Rate, 5.6f},
-    {kLfo1ToPitch, 3},       {kLfo2Sync, 0},         {kLfo2Rate, 5.6f},     {kLfo2ToLevel, 8},      {kVolume, 0.077f}};
+    {kLfo1ToPitch, 3},       {kLfo2Sync, 0},         {kLfo2Rate, 5.6f},     {kLfo2ToLevel, 8},      {kVolume, 0.077f},
+    {kStereoWidth, 50}};
 constexpr P kMarimba[] = {
     {kOsc1Wave, kWaveSine},  {kOsc2Wave, kWaveSine}, {kOsc2Octave, 2},   {kOsc2Level, 0.18f}, {kFmAmount, 5},
     {kFmEnvelope, 22},       {kNoiseLevel, 0.015f},  {kAmpAttack, 0.6f}, {kAmpDecay, 900},    {kAmpSustain, 0},
     {kAmpRelease, 260},      {kModDecay, 120},       {kCutoff, 5000},    {kKeyTrack, 40},     {kVelocityToLevel, 80},
-    {kVelocityToFilter, 18}, {kVolume, 0.233f}};
+    {kVelocityToFilter, 18}, {kVolume, 0.233f},      {kStereoWidth, 50}};
 
 // Pluck
 constexpr P kNylonPluck[] = {{kOsc1Wave, kWaveTriangle},
@@ -251,18 +253,20 @@ constexpr P kNylonPluck[] = {{kOsc1Wave, kWaveTriangle},
                              {kAmpRelease, 260},
                              {kModDecay, 520},
                              {kVelocityToLevel, 75},
-                             {kVolume, 0.226f}};
+                             {kVolume, 0.226f},
+                             {kStereoWidth, 50}};
 constexpr P kMutedPluck[] = {
-    {kOsc1Wave, kWaveSaw},   {kOsc2Wave, kWavePulse}, {kOsc2Octave, -1},     {kOsc2Level, 0.3f},
-    {kCutoff, 420},          {kResonance, 18},        {kFilterEnvelope, 36}, {kKeyTrack, 45},
-    {kVelocityToFilter, 22}, {kAmpAttack, 0.7f},      {kAmpDecay, 480},      {kAmpSustain, 0},
-    {kAmpRelease, 90},       {kModDecay, 170},        {kDrive, 12},          {kVolume, 0.233f}};
+    {kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWavePulse}, {kOsc2Octave, -1}, {kOsc2Level, 0.3f},      {kCutoff, 420},
+    {kResonance, 18},      {kFilterEnvelope, 36},   {kKeyTrack, 45},   {kVelocityToFilter, 22}, {kAmpAttack, 0.7f},
+    {kAmpDecay, 480},      {kAmpSustain, 0},        {kAmpRelease, 90}, {kModDecay, 170},        {kDrive, 12},
+    {kVolume, 0.233f},     {kStereoWidth, 55}};
 constexpr P kKotoPluck[] = {{kOsc1Wave, kWavePulse}, {kOsc1Width, 12},       {kOsc2Wave, kWaveTriangle},
                             {kOsc2Level, 0.5f},      {kOsc2Fine, 3},         {kFilterType, kLowPass12},
                             {kCutoff, 1300},         {kResonance, 24},       {kFilterEnvelope, 38},
                             {kKeyTrack, 65},         {kAmpAttack, 0.5f},     {kAmpDecay, 2200},
                             {kAmpSustain, 0},        {kAmpRelease, 500},     {kModDecay, 260},
-                            {kModToPitch, 0.35f},    {kVelocityToLevel, 75}, {kVolume, 0.181f}};
+                            {kModToPitch, 0.35f},    {kVelocityToLevel, 75}, {kVolume, 0.181f},
+                            {kStereoWidth, 50}};
 constexpr P kTrancePluck[] = {
     {kOsc1Wave, kWaveSaw},   {kOsc2Wave, kWaveSaw}, {kOsc2Octave, 1},      {kOsc2Level, 0.5f},
     {kUnisonVoices, 5},      {kUnisonDetune, 17},   {kUnisonSpread, 90},   {kStartPhase, kPhaseRandom},
@@ -270,10 +274,10 @@ constexpr P kTrancePluck[] = {
     {kVelocityToFilter, 16}, {kAmpAttack, 0.8f},    {kAmpDecay, 1100},     {kAmpSustain, 0},
     {kAmpRelease, 420},      {kModDecay, 480},      {kModRelease, 300},    {kVolume, 0.265f}};
 constexpr P kBubblePluck[] = {
-    {kOsc1Wave, kWaveSine}, {kOsc2Wave, kWaveTriangle}, {kOsc2Octave, 1},       {kOsc2Level, 0.2f},
-    {kCutoff, 700},         {kResonance, 66},           {kFilterEnvelope, 40},  {kKeyTrack, 70},
-    {kAmpAttack, 0.7f},     {kAmpDecay, 700},           {kAmpSustain, 0},       {kAmpRelease, 200},
-    {kModDecay, 150},       {kModToPitch, 5},           {kVelocityToLevel, 65}, {kVolume, 0.610f}};
+    {kOsc1Wave, kWaveSine}, {kOsc2Wave, kWaveTriangle}, {kOsc2Octave, 1}, {kOsc2Level, 0.2f}, {kCutoff, 700},
+    {kResonance, 66},       {kFilterEnvelope, 40},      {kKeyTrack, 70},  {kAmpAttack, 0.7f}, {kAmpDecay, 700},
+    {kAmpSustain, 0},       {kAmpRelease, 200},         {kModDecay, 150}, {kModToPitch, 5},   {kVelocityToLevel, 65},
+    {kVolume, 0.610f},      {kStereoWidth, 50}};
 
 // Strings
 constexpr P kSoloStrings[] = {
@@ -282,7 +286,7 @@ constexpr P kSoloStrings[] = {
     {kCutoff, 2600},       {kResonance, 16},      {kKeyTrack, 60},     {kAmpAttack, 110},
     {kAmpSustain, 0.9f},   {kAmpRelease, 260},    {kLfo1Rate, 5.6f},   {kLfo1Fade, 700},
     {kLfo1ToPitch, 16},    {kFilterEnvelope, 8},  {kModAttack, 160},   {kModSustain, 70},
-    {kVolume, 0.168f}};
+    {kVolume, 0.168f},     {kStereoWidth, 45}};
 constexpr P kOctaveStrings[] = {
     {kOsc1Wave, kWaveSaw},       {kOsc2Wave, kWaveSaw}, {kOsc2Octave, 1},    {kOsc2Fine, -5},
     {kOsc2Level, 0.6f},          {kUnisonVoices, 5},    {kUnisonDetune, 17}, {kUnisonSpread, 95},
@@ -304,16 +308,16 @@ constexpr P kAirRaid[] = {{kOsc1Wave, kWavePulse}, {kOsc1Width, 40},    {kOsc2Wa
                           {kAmpSustain, 0.95f},    {kAmpRelease, 900},  {kLfo1Wave, kLfoTriangle},
                           {kLfo1Rate, 0.35f},      {kLfo1ToPitch, 200}, {kModAttack, 1400},
                           {kModSustain, 100},      {kModRelease, 1500}, {kModToPitch, 7},
-                          {kVolume, 0.208f}};
+                          {kVolume, 0.208f},       {kStereoWidth, 45}};
 constexpr P kLaser[] = {{kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSine}, {kOsc2Octave, 2},      {kOsc2Level, 0.2f},
                         {kCutoff, 6000},       {kResonance, 40},       {kFilterEnvelope, 30}, {kAmpAttack, 0.5f},
                         {kAmpDecay, 700},      {kAmpSustain, 0},       {kAmpRelease, 160},    {kModDecay, 520},
-                        {kModToPitch, 24},     {kVolume, 0.310f}};
+                        {kModToPitch, 24},     {kVolume, 0.310f},      {kStereoWidth, 55}};
 constexpr P kWind[] = {{kOsc1Wave, kWaveSine},     {kOsc1Level, 0},    {kNoiseLevel, 1},    {kUnisonVoices, 1},
                        {kFilterType, kBandPass12}, {kCutoff, 700},     {kResonance, 70},    {kKeyTrack, 100},
                        {kAmpAttack, 900},          {kAmpSustain, 1},   {kAmpRelease, 1800}, {kLfo1Wave, kLfoRandom},
                        {kLfo1Rate, 0.8f},          {kLfo1ToCutoff, 9}, {kLfo2Sync, 0},      {kLfo2Rate, 0.13f},
-                       {kLfo2ToCutoff, 12},        {kLfo2ToPan, 50},   {kVolume, 1.224f}};
+                       {kLfo2ToCutoff, 12},        {kLfo2ToPan, 50},   {kVolume, 1.224f},   {kStereoWidth, 45}};
 constexpr P kDownLifter[] = {{kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSaw}, {kOsc2Semitone, 7},
                              {kOsc2Level, 0.6f},    {kNoiseLevel, 0.6f},   {kUnisonVoices, 4},
                              {kUnisonDetune, 30},   {kUnisonSpread, 100},  {kStartPhase, kPhaseRandom},

@@ -49,6 +49,7 @@ void SynthControls::Update(const CSmoothedParameters& parameters) noexcept {
     glideShare = glideMs < 1.01f ? 1.0f : OnePoleShare(glideMs * kMillisecond / kGlideConstants, tickRate);
     pan = kPercent * at(kPan);
     volume = at(kVolume);
+    stereoWidth = kPercent * at(kStereoWidth);
     UpdateFilterAndEnvelopes(parameters);
     UpdateModulation(parameters);
 }

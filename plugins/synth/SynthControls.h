@@ -74,6 +74,7 @@ struct SynthControls {
     float bendRange = 2.0f;
     float pan = 0.0f;
     float volume = 0.5f;
+    float stereoWidth = 0.0f;  // 0..1
 
     // The player's controllers, smoothed from tick to tick.
     float bend = 0.0f;   // -1..1

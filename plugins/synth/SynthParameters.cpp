@@ -81,6 +81,7 @@ constexpr std::array<ParameterSpec, kSynthParameterCount> kParameters = {{
     {"Bend Range", "st", kStepped, 0, 24, 2},
     {"Pan", "%", kLinear, -100, 100, 0},
     {"Volume", "dB", kGain, 0, 2, 0.5f},
+    {"Stereo Width", "%", kLinear, 0, 100, 0},
 }};
 
 }  // namespace

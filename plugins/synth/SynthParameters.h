@@ -71,6 +71,7 @@ enum SynthParameter : int {
     kBendRange,
     kPan,
     kVolume,
+    kStereoWidth,
     kSynthParameterCount
 };
 

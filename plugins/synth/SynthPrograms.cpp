@@ -69,7 +69,8 @@ constexpr P kSquareLead[] = {
     {kOsc1Wave, kWavePulse}, {kOsc1Width, 50},       {kOsc2Wave, kWavePulse}, {kOsc2Octave, -1},   {kOsc2Level, 0.3f},
     {kOsc2Fine, 5},          {kPlayMode, kModeMono}, {kGlideTime, 70},        {kCutoff, 3200},     {kResonance, 18},
     {kKeyTrack, 50},         {kFilterEnvelope, 14},  {kAmpAttack, 2},         {kAmpSustain, 0.8f}, {kAmpRelease, 140},
-    {kModDecay, 880},        {kLfo1Rate, 5.4f},      {kLfo1Fade, 700},        {kLfo1ToPitch, 14},  {kVolume, 0.528f}};
+    {kModDecay, 880},        {kLfo1Rate, 5.4f},      {kLfo1Fade, 700},        {kLfo1ToPitch, 14},  {kVolume, 0.528f},
+    {kStereoWidth, 55}};
 constexpr P kWidthLead[] = {{kOsc1Wave, kWavePulse},
                             {kOsc1Width, 40},
                             {kOsc2Wave, kWavePulse},
@@ -108,13 +109,14 @@ constexpr P kSineLead[] = {{kOsc1Wave, kWaveSine},
                            {kLfo1Rate, 5},
                            {kLfo1Fade, 500},
                            {kLfo1ToPitch, 18},
-                           {kVolume, 0.774f}};
+                           {kVolume, 0.774f},
+                           {kStereoWidth, 45}};
 constexpr P kDriveLead[] = {
     {kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSaw},  {kOsc2Semitone, 7}, {kOsc2Fine, -4},         {kOsc2Level, 0.7f},
     {kSubLevel, 0.25f},    {kPlayMode, kModeMono}, {kGlideTime, 40},   {kCutoff, 2600},         {kResonance, 42},
     {kDrive, 60},          {kFilterEnvelope, 24},  {kKeyTrack, 50},    {kVelocityToFilter, 12}, {kAmpAttack, 1.5f},
     {kAmpSustain, 0.8f},   {kAmpRelease, 130},     {kModDecay, 1980},  {kModSustain, 30},       {kLfo1Fade, 600},
-    {kLfo1ToPitch, 10},    {kVolume, 1.754f}};
+    {kLfo1ToPitch, 10},    {kVolume, 1.754f},      {kStereoWidth, 45}};
 
 // Pad
 constexpr P kWarmPad[] = {
@@ -170,33 +172,34 @@ constexpr P kHouseOrgan[] = {
     {kOsc1Wave, kWaveSine}, {kOsc2Wave, kWavePulse}, {kOsc2Octave, 1},  {kOsc2Level, 0.32f},  {kSubWave, kSubSine},
     {kSubLevel, 0.7f},      {kCutoff, 2200},         {kResonance, 8},   {kDrive, 12},         {kFilterEnvelope, 22},
     {kKeyTrack, 60},        {kVelocityToFilter, 12}, {kAmpDecay, 1620}, {kAmpSustain, 0.55f}, {kAmpRelease, 90},
-    {kModDecay, 352},       {kModRelease, 80},       {kVolume, 0.160f}};
+    {kModDecay, 352},       {kModRelease, 80},       {kVolume, 0.160f}, {kStereoWidth, 55}};
 constexpr P kElectricPiano[] = {
     {kOsc1Wave, kWaveSine}, {kOsc2Wave, kWaveSine},  {kOsc2Fine, 2},     {kOsc2Level, 0.08f}, {kFmAmount, 18},
     {kFmEnvelope, 54},      {kSubWave, kSubSine},    {kSubLevel, 0.05f}, {kDrive, 15},        {kCutoff, 5200},
     {kKeyTrack, 50},        {kVelocityToFilter, 26}, {kAmpAttack, 0.8f}, {kAmpDecay, 5200},   {kAmpSustain, 0},
     {kAmpRelease, 260},     {kVelocityToLevel, 75},  {kModDecay, 1980},  {kModRelease, 260},  {kLfo2Rate, 4.6f},
-    {kLfo2ToPan, 30},       {kVolume, 0.216f}};
+    {kLfo2ToPan, 30},       {kVolume, 0.216f},       {kStereoWidth, 50}};
 constexpr P kClavichord[] = {
     {kOsc1Wave, kWavePulse}, {kOsc1Width, 14},   {kOsc2Wave, kWavePulse},   {kOsc2Width, 25},   {kOsc2Octave, 0},
     {kOsc2Fine, 4},          {kOsc2Level, 0.4f}, {kFilterType, kLowPass12}, {kCutoff, 1600},    {kResonance, 30},
     {kFilterEnvelope, 26},   {kKeyTrack, 60},    {kVelocityToFilter, 22},   {kAmpAttack, 0.6f}, {kAmpDecay, 2550},
     {kAmpSustain, 0},        {kAmpRelease, 60},  {kVelocityToLevel, 75},    {kModDecay, 572},   {kModRelease, 60},
-    {kVolume, 0.124f}};
+    {kVolume, 0.124f},       {kStereoWidth, 50}};
 constexpr P kDrawbarOrgan[] = {
     {kOsc1Wave, kWaveSine},      {kOsc2Wave, kWaveSine}, {kOsc2Octave, 1},   {kOsc2Semitone, 7}, {kOsc2Level, 0.55f},
     {kSubWave, kSubSine},        {kSubLevel, 0.8f},      {kUnisonVoices, 2}, {kUnisonDetune, 4}, {kUnisonSpread, 70},
     {kStartPhase, kPhaseRandom}, {kDrive, 28},           {kCutoff, 6500},    {kAmpAttack, 2},    {kAmpSustain, 1},
     {kAmpRelease, 60},           {kVelocityToLevel, 15}, {kLfo1Rate, 6.4f},  {kLfo1ToPitch, 5},  {kLfo2Rate, 6.4f},
-    {kLfo2ToLevel, 14},          {kLfo2ToPan, 20},       {kVolume, 0.200f}};
+    {kLfo2ToLevel, 14},          {kLfo2ToPan, 20},       {kVolume, 0.200f},  {kStereoWidth, 30}};
 
 // Stab and pluck
-constexpr P kHouseStab[] = {
-    {kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWaveSaw},   {kOsc2Octave, 0},     {kOsc2Fine, 9},     {kOsc1Fine, -5},
-    {kOsc2Level, 0.8f},    {kSubLevel, 0.22f},      {kNoiseLevel, 0.04f}, {kUnisonVoices, 2}, {kUnisonDetune, 8},
-    {kUnisonSpread, 70},   {kCutoff, 760},          {kResonance, 30},     {kDrive, 22},       {kFilterEnvelope, 42},
-    {kKeyTrack, 35},       {kVelocityToFilter, 16}, {kAmpAttack, 0.8f},   {kAmpDecay, 1054},  {kAmpSustain, 0.04f},
-    {kAmpRelease, 240},    {kModDecay, 792},        {kModSustain, 0},     {kModRelease, 220}, {kVolume, 0.326f}};
+constexpr P kHouseStab[] = {{kOsc1Wave, kWaveSaw},   {kOsc2Wave, kWaveSaw}, {kOsc2Octave, 0},      {kOsc2Fine, 9},
+                            {kOsc1Fine, -5},         {kOsc2Level, 0.8f},    {kSubLevel, 0.22f},    {kNoiseLevel, 0.04f},
+                            {kUnisonVoices, 2},      {kUnisonDetune, 8},    {kUnisonSpread, 70},   {kCutoff, 760},
+                            {kResonance, 30},        {kDrive, 22},          {kFilterEnvelope, 42}, {kKeyTrack, 35},
+                            {kVelocityToFilter, 16}, {kAmpAttack, 0.8f},    {kAmpDecay, 1054},     {kAmpSustain, 0.04f},
+                            {kAmpRelease, 240},      {kModDecay, 792},      {kModSustain, 0},      {kModRelease, 220},
+                            {kVolume, 0.326f},       {kStereoWidth, 45}};
 constexpr P kGardenPluck[] = {
     {kOsc1Wave, kWaveSaw}, {kOsc2Wave, kWavePulse}, {kOsc2Octave, 1},        {kOsc2Width, 35},   {kOsc2Level, 0.3f},
     {kUnisonVoices, 3},    {kUnisonDetune, 9},      {kUnisonSpread, 75},     {kCutoff, 480},     {kResonance, 22},

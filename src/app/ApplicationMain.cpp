@@ -32,7 +32,6 @@ namespace {
 
 constexpr int kFolderTaken = 1;
 constexpr int kWrongUsage = 2;
-constexpr int kShowMaximised = 3;
 constexpr unsigned long kExitWait = 500;  // milliseconds
 constexpr int kTakenInterval = 50;        // milliseconds
 
@@ -209,6 +208,7 @@ int CRun::Run() {
 
     const int code = EndWanted() ? 0 : QApplication::exec();
     End(keeper);
+    TellWhatEnds(code);  // what plug-ins do when they are closed spoils nothing any more
     return code;
 }
 

@@ -24,7 +24,7 @@ namespace quib {
 namespace {
 
 constexpr const char* kPlacement = "SoundConfig";
-constexpr int kMostCharacters = 200;
+constexpr int kMostDeviceCharacters = 200;
 constexpr int kShownCharacters = 28;
 constexpr int kLampMilliseconds = 200;
 
@@ -209,7 +209,7 @@ AudioChoice ReadAudioChoice(const CSettings& settings) {
 
 AudioChanges StoreAudioChoice(CSettings& settings, const AudioChoice& choice) {
     const AudioChoice before = ReadAudioChoice(settings);
-    const QString device = choice.outputDevice.left(kMostCharacters);
+    const QString device = choice.outputDevice.left(kMostDeviceCharacters);
     AudioChanges changes;
     changes.device = device != before.outputDevice;
     changes.output = device != before.outputDevice || ToInteger(choice.sampleRate) != ToInteger(before.sampleRate) ||

@@ -4,26 +4,24 @@
 #include <QPainter>
 #include <QStyleOption>
 
-#include "controls/CPalette.h"
+#include "app/Look.h"
 
 namespace quib {
 
 namespace {
 
-QColor Named(const char* name) { return QColor::fromRgb(Palette().Colour(QLatin1String(name))); }
-
 // A box, or for one of several a circle, that is filled with its sign when it is ticked.
 void DrawMark(QPainter& painter, const QRectF& place, bool round, bool ticked, bool enabled) {
     const qreal side = std::min({place.width(), place.height(), 14.0 * place.height() / 16});
     const QRectF box(place.center().x() - side / 2, place.center().y() - side / 2, side, side);
-    const QColor accent = Named(enabled ? "keyboard" : "textOff");
+    const QColor accent = LookColour(enabled ? "keyboard" : "textOff");
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(ticked ? accent : Named(enabled ? "textDim" : "edge"), 1.4));
-    painter.setBrush(ticked ? accent : Named("well"));
+    painter.setPen(QPen(ticked ? accent : LookColour(enabled ? "textDim" : "edge"), 1.4));
+    painter.setBrush(ticked ? accent : LookColour("well"));
     round ? painter.drawEllipse(box) : painter.drawRoundedRect(box, 3, 3);
-    painter.setPen(QPen(Named("onAccent"), side / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Named("onAccent"));
+    painter.setPen(QPen(LookColour("onAccent"), side / 7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(LookColour("onAccent"));
     if (ticked && round) painter.drawEllipse(box.center(), side / 8, side / 8);
     if (ticked && !round) {
         painter.setBrush(Qt::NoBrush);
@@ -43,10 +41,10 @@ void DrawHeading(QPainter& painter, const QStyleOptionMenuItem& item) {
     font.setPixelSize(std::max(9, font.pixelSize() - 2));
     painter.setFont(font);
     painter.fillRect(item.rect, item.palette.window());
-    painter.setPen(Named("textDim"));
+    painter.setPen(LookColour("textDim"));
     const QRect room = item.rect.adjusted(8, 0, -8, 0);
     painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, item.text.toUpper());
-    painter.fillRect(QRect(room.left(), item.rect.bottom(), room.width(), 1), Named("edge"));
+    painter.fillRect(QRect(room.left(), item.rect.bottom(), room.width(), 1), LookColour("edge"));
     painter.restore();
 }
 
@@ -70,7 +68,7 @@ void CLookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
                          element == PE_PanelButtonTool || element == PE_FrameGroupBox;
     if (!hasEdge || ChosenPalette() != EPalette::kContrast) return;
     painter->save();
-    painter->setPen(Named(option->state & State_HasFocus ? "focus" : "line"));
+    painter->setPen(LookColour(option->state & State_HasFocus ? "focus" : "line"));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     painter->restore();

@@ -28,10 +28,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kShowNormal = 1;
-constexpr int kShowMinimised = 2;
-constexpr int kShowMaximised = 3;
-
 QString Extension(const QString& path) { return QFileInfo(path).suffix().toLower(); }
 
 }  // namespace
@@ -151,7 +147,7 @@ void CMainWindow::ShowNotice(const QString& text) {
         statusBar()->addPermanentWidget(notice, 1);  // beside how far the scan is
     }
     delete noticeButton;
-    notice->setText(QStringLiteral("\u00D7   ") + text);
+    notice->setText(QStringLiteral("\u00D7   ") + QString(text).replace(u'&', QStringLiteral("&&")));  // no mnemonic
     statusBar()->show();
 }
 

@@ -42,6 +42,11 @@ class CShortcutsPage;
 // Makes the console; the window owns it.
 using ConsoleFactory = std::function<QWidget*(CMainWindow& window)>;
 
+// How the window stood when it was closed, as the settings keep it ("MainShow").
+constexpr int kShowNormal = 1;
+constexpr int kShowMinimised = 2;
+constexpr int kShowMaximised = 3;
+
 class CMainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -138,6 +143,7 @@ private:
     void RebuildRestoreMenu();
     QAction* Add(QMenu& menu, int number, const char* text, std::function<void()> run, const QKeySequence& key = {});
     static void GiveKeys(QAction& action, const QList<QKeySequence>& keys);
+    QAction* AddFile(QMenu& menu, const QString& path);
     QAction* AddToggle(QMenu& menu, int number, const char* text, const char* setting);
     void Toggle(int number, const char* setting);
     void ChooseLanguage(int number);

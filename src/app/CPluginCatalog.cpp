@@ -19,7 +19,7 @@ namespace quib {
 namespace {
 
 constexpr int kPatience = 10;  // seconds for one library
-constexpr int kMargin = 5000;  // milliseconds, for the process itself
+constexpr int kProcessMargin = 5000;  // milliseconds, for the process itself
 
 bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {
     if (entry.isBroken != (entry.failure != EPluginFailure::kNone)) return false;  // kept by an older version
@@ -109,7 +109,7 @@ CPluginCatalog::~CPluginCatalog() {
     if (!process) return;
     process->disconnect(this);
     process->kill();
-    process->waitForFinished(kMargin);
+    process->waitForFinished(kProcessMargin);
 }
 
 void CPluginCatalog::ReadCache() {
@@ -283,7 +283,7 @@ void CPluginCatalog::Cancel() {
     if (process) {
         process->disconnect(this);
         process->kill();
-        process->waitForFinished(kMargin);
+        process->waitForFinished(kProcessMargin);
         process.reset();
     }
     for (; next < libraries.size(); ++next) {
@@ -331,10 +331,10 @@ bool CPluginCatalog::Ask(const QString& path, PluginEntry& entry, QString& error
     if (!Knows(path, entry)) {
         QProcess once;
         once.start(scanner, Arguments(real.isEmpty() ? path : real));
-        const bool answered = once.waitForFinished(kPatience * 1000 + kMargin);
+        const bool answered = once.waitForFinished(kPatience * 1000 + kProcessMargin);
         entry = Describe(real, once);
         if (!answered) once.kill();
-        if (!answered) once.waitForFinished(kMargin);
+        if (!answered) once.waitForFinished(kProcessMargin);
         if (answered && !real.isEmpty() && entry.failure != EPluginFailure::kNotTried) Learn(entry);
     }
     error = entry.isBroken ? path + QStringLiteral(": ") + FailureText(entry) : QString();

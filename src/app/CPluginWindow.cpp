@@ -15,7 +15,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "app/CLeftEditors.h"
 #include "app/CParameterList.h"
 #include "app/CSoundTools.h"
 #include "app/Dialogs.h"
@@ -26,7 +28,6 @@
 #include "editors/panel/PanelFiles.h"
 #include "model/plugin/CPlugin.h"
 #include "model/plugin/PluginMarks.h"
-#include "platform/XWindows.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -205,8 +206,9 @@ void CPluginWindow::CloseEditor() {
     editorOpen = false;
     plugin->CloseEditor();
     pages->removeWidget(editor);
-    delete editor;
-    editor = nullptr;
+    editor->hide();
+    editor->setParent(nullptr);
+    Q_EMIT EditorLeft(std::exchange(editor, nullptr));
     layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
     page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setMinimumSize(0, 0);
@@ -220,13 +222,7 @@ void CPluginWindow::FitEditor() {
 
 // Editors may change their size without a word.
 void CPluginWindow::FollowContent() {
-#if QT_CONFIG(xcb)
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) return;
-    if (const auto content = SizeOfContent(x11->display(), editor->winId())) {
-        ResizeEditor(content->width, content->height);
-    }
-#endif
+    if (const auto content = ContentOf(*editor)) ResizeEditor(content->width, content->height);
 }
 
 void CPluginWindow::ResizeEditor(int width, int height) {

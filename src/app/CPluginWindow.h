@@ -51,6 +51,8 @@ public:
 Q_SIGNALS:
     void Opening();  // it is about to be seen, in its size
     void Closing();
+    // The plug-in has been told to close its editor; the area in which it stood belongs to whoever hears this.
+    void EditorLeft(QWidget* area);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -50,6 +50,11 @@ CPluginWindow* CPluginWindows::WindowOf(const SlotPlace& place) {
     connect(window.data(), &CPluginWindow::Opening, this, [this, opened = window, place] { PlaceNew(*opened, place); });
     connect(window.data(), &CPluginWindow::Closing, this,
             [this, closed = window, key = KeyOf(*slot->plugin, place)] { KeepPlace(*closed, key); });
+    // The plug-in is that of the window, which goes later than its editor.
+    connect(window.data(), &CPluginWindow::EditorLeft, this,
+            [this, plugin = std::weak_ptr<CPlugin>(slot->plugin)](QWidget* area) {
+                leftEditors.Take(plugin.lock(), area);
+            });
     return window;
 }
 
@@ -147,6 +152,7 @@ void CPluginWindows::Tick() {
     for (const QPointer<CPluginWindow>& window : windows) {
         if (window != nullptr) window->Tick();
     }
+    leftEditors.Tick();
 }
 
 void CPluginWindows::ResizeEditor(const void* plugin, int width, int height) {

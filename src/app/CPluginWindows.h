@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 
+#include "app/CLeftEditors.h"
 #include "app/CPluginWindow.h"
 #include "app/console/SlotFields.h"
 #include "document/CWorkstation.h"
@@ -46,6 +47,7 @@ private:
 
     CWorkstation& workstation;
     QWidget* parent;
+    CLeftEditors leftEditors;
     QHash<const void*, QPointer<CPluginWindow>> windows;
 };
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CRecentFiles.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include "document/CSettings.h"
 
 namespace quib {
@@ -8,6 +11,13 @@ namespace quib {
 namespace {
 QString Name(qsizetype index) { return QStringLiteral("Project%1").arg(index + 1); }
 }  // namespace
+
+QString ShortFolder(const QString& path) {
+    QString folder = QFileInfo(path).absolutePath();
+    const QString home = QDir::homePath();
+    if (folder == home || folder.startsWith(home + u'/')) folder.replace(0, home.size(), u'~');
+    return folder;
+}
 
 QStringList CRecentFiles::Rebuild() {
     QStringList paths;

@@ -26,4 +26,7 @@ private:
     CSettings& settings;
 };
 
+// The folder of a file as it is shown, the user's own as "~".
+QString ShortFolder(const QString& path);
+
 }  // namespace quib

@@ -18,8 +18,6 @@ namespace {
 constexpr int kFontHeight = 13;  // skin pixels
 constexpr const char* kPaletteSetting = "Palette";
 
-QColor Named(const char* name) { return QColor::fromRgb(Palette().Colour(QLatin1String(name))); }
-
 QPalette WidgetPalette() {
     constexpr std::array<std::pair<QPalette::ColorRole, const char*>, 12> kRoles = {
         {{QPalette::Window, "window"},
@@ -35,16 +33,18 @@ QPalette WidgetPalette() {
          {QPalette::PlaceholderText, "textDim"},
          {QPalette::Link, "mix"}}};
     QPalette palette;
-    for (const auto& [role, name] : kRoles) palette.setColor(role, Named(name));
+    for (const auto& [role, name] : kRoles) palette.setColor(role, LookColour(name));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                                            QPalette::BrightText, QPalette::ToolTipText, QPalette::HighlightedText}) {
-        palette.setColor(role, Named("text"));
-        palette.setColor(QPalette::Disabled, role, Named("textOff"));
+        palette.setColor(role, LookColour("text"));
+        palette.setColor(QPalette::Disabled, role, LookColour("textOff"));
     }
     return palette;
 }
 
 }  // namespace
+
+QColor LookColour(const char* name) { return QColor::fromRgb(Colour(name)); }
 
 void ApplyLook(int scale) {
     QApplication::setStyle(new CLookStyle);

@@ -4,10 +4,11 @@
 // The look of windows and dialogs: in the colours of the chosen palette and the font of the skin.
 // User-interface thread.
 
+#include <QColor>
 #include <QRect>
 #include <QSize>
 
-#include "controls/CPalette.h"
+#include "controls/Colours.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -20,6 +21,9 @@ void ApplyLook(int scale);
 void KeepFirstLanguage(CSettings& settings);
 // English, unless French alone is chosen.
 ELanguage ChosenLanguage(const CSettings& settings);
+
+// A colour of the chosen palette by its name, for what Qt draws.
+QColor LookColour(const char* name);
 
 // The palette that the settings name; the dark one for a number that there is not.
 EPalette StoredPalette(const CSettings& settings);

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
 #include <QMenuBar>
 #include <QUrl>
 
@@ -137,6 +138,10 @@ void CMainWindow::BuildFileMenu() {
         *fileMenu, command::kNew, TextKey("New"), [this] { New(); }, Qt::CTRL | Qt::Key_N);
     Add(
         *fileMenu, command::kOpen, TextKey("Open ..."), [this] { ChooseAndOpen(); }, Qt::CTRL | Qt::Key_O);
+    if (const QStringList examples = ExampleFiles(); !examples.isEmpty()) {
+        QMenu* const menu = fileMenu->addMenu(Text("Examples"));
+        for (const QString& path : examples) AddFile(*menu, path);
+    }
     fileMenu->addSeparator();
     Add(
         *fileMenu, command::kSave, TextKey("Save"), [this] { Save(); }, Qt::CTRL | Qt::Key_S);
@@ -360,15 +365,24 @@ void CMainWindow::RebuildRecentFiles() {
     if (paths.isEmpty()) return;
     recentActions.append(fileMenu->addSeparator());
     for (qsizetype index = 0; index < paths.size(); ++index) {
-        const QString path = paths[index];
-        QAction* const action = fileMenu->addAction(QString(path).replace(QLatin1Char('&'), QLatin1String("&&")));
+        QAction* const action = AddFile(*fileMenu, paths[index]);
+        action->setText(action->text() + u'\t' + ShortFolder(paths[index]).replace(u'&', QStringLiteral("&&")));
+        action->setData(command::kRecentFile0);
         actions[command::kRecentFile0 + static_cast<int>(index)] = action;
         recentActions.append(action);
-        connect(action, &QAction::triggered, this, [this, path] {
-            QMetaObject::invokeMethod(
-                this, [this, path] { Open(path); }, Qt::QueuedConnection);
-        });
     }
+}
+
+// An entry that opens the file once the menu is gone.
+QAction* CMainWindow::AddFile(QMenu& menu, const QString& path) {
+    QString name = QFileInfo(path).completeBaseName();
+    QAction* const action = menu.addAction(name.replace(u'&', QStringLiteral("&&")));
+    action->setToolTip(path);
+    connect(action, &QAction::triggered, this, [this, path] {
+        QMetaObject::invokeMethod(
+            this, [this, path] { Open(path); }, Qt::QueuedConnection);
+    });
+    return action;
 }
 
 }  // namespace quib

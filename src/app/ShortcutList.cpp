@@ -4,8 +4,10 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "app/Commands.h"
 #include "controls/CKeyFocus.h"
 #include "controls/Mnemonics.h"
+#include "editors/base/WindowKeys.h"
 #include "editors/pianoroll/PatternCommands.h"
 #include "texts/Texts.h"
 
@@ -16,7 +18,8 @@ namespace {
 void ListMenu(const QMenu& menu, const QString& before, const QString& way, std::vector<ShortcutRow>& rows) {
     AssignMnemonics(menu.actions());
     for (const QAction* const action : menu.actions()) {
-        if (action->isSeparator() || !action->isVisible()) continue;
+        const bool isFile = action->data().toInt() == command::kRecentFile0;
+        if (action->isSeparator() || !action->isVisible() || isFile) continue;
         const QString name = before + PlainMenuText(action->text());
         const QString letter = MnemonicOf(action->text());
         const QString path = letter.isEmpty() ? way : way + QStringLiteral(", ") + letter;
@@ -54,8 +57,25 @@ ShortcutSection ControlKeys() {
     return section;
 }
 
-ShortcutSection PatternKeys() {
-    ShortcutSection section{Text("Piano roll"), {}};
+QString KeysTextOf(const WindowKey& row) {
+    const QString keys = QKeySequence(row.key).toString(QKeySequence::NativeText);
+    if (row.kind == WindowKey::EKind::kKey) return keys;
+    const QString before = keys.left(keys.lastIndexOf(QLatin1Char('+')) + 1);
+    if (row.kind == WindowKey::EKind::kArrows) return before + Text("arrows");
+    const auto named = [](Qt::Key key) { return QKeySequence(key).toString(QKeySequence::NativeText); };
+    return row.kind == WindowKey::EKind::kLevel
+               ? before + named(Qt::Key_Left) + QStringLiteral(", ") + named(Qt::Key_Right)
+               : before + named(Qt::Key_Up) + QStringLiteral(", ") + named(Qt::Key_Down);
+}
+
+ShortcutSection SectionOf(const char* title, const WindowKeys& keys) {
+    ShortcutSection section{Text(title), {}};
+    for (const WindowKey& row : keys) section.rows.push_back({Text(row.text), KeysTextOf(row)});
+    return section;
+}
+
+ShortcutSection RollKeys() {
+    ShortcutSection section = SectionOf(TextKey("Piano roll"), PianoRollKeys());
     for (const PatternCommand& command : PatternCommands()) {
         section.rows.push_back({Text(command.text), QLatin1String(command.keyText)});
     }
@@ -73,7 +93,10 @@ std::vector<ShortcutSection> ShortcutsOf(const QMenuBar& menus) {
         sections.push_back(std::move(section));
     }
     sections.push_back(ControlKeys());
-    sections.push_back(PatternKeys());
+    sections.push_back(RollKeys());
+    sections.push_back(SectionOf(TextKey("Automation"), AutomationKeys()));
+    sections.push_back(SectionOf(TextKey("Song"), SongKeys()));
+    sections.push_back(SectionOf(TextKey("Ball pad"), BallPadKeys()));
     return sections;
 }
 

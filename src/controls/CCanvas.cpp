@@ -15,9 +15,20 @@ namespace quib {
 
 namespace {
 
-// Those of the usual heights, of the user-interface thread.
 constexpr int kKeptFonts = 96;
-std::array<std::optional<QFont>, std::size_t{2} * kKeptFonts> keptFonts;
+constexpr qsizetype kKeptWidths = 2000;  // of one font
+
+struct KeptFont {
+    QFont font;
+    QHash<QString, qreal> widths;  // of texts that were drawn, so that they are not measured again
+};
+// Those of the usual heights, of the user-interface thread.
+std::array<std::optional<KeptFont>, std::size_t{2} * kKeptFonts> keptFonts;
+
+std::optional<KeptFont>* KeptPlace(int height, bool strong) {
+    if (height >= kKeptFonts) return nullptr;
+    return &keptFonts[static_cast<std::size_t>(std::max(height, 0)) * 2 + (strong ? 1 : 0)];
+}
 
 QString LoadFontFamily() {
     QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/Inter-SemiBold.otf"));
@@ -54,19 +65,20 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
 QFont SkinFont(int height, bool strong) {
     static const QString family = LoadFontFamily();  // a constant of the program
     // A font that is there already knows its letters' shapes.
-    const auto place = static_cast<std::size_t>(std::clamp(height, 0, kKeptFonts - 1)) * 2 + (strong ? 1 : 0);
-    if (height < kKeptFonts && keptFonts[place]) return *keptFonts[place];
+    std::optional<KeptFont>* const kept = KeptPlace(height, strong);
+    if (kept != nullptr && *kept) return (*kept)->font;
     QFont font(family);
     font.setPixelSize(height);
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
-    if (height < kKeptFonts) keptFonts[place] = font;
+    if (kept != nullptr) *kept = KeptFont{font, {}};
     return font;
 }
 
 void CCanvas::Reset(const QSize& size, qreal newScale, QRgb background) {
     if (painter.isActive()) painter.end();
+    if (scale != newScale) letters.clear();
     scale = newScale;
     const QSize pixels(std::max(1, static_cast<int>(std::ceil(size.width() * scale))),
                        std::max(1, static_cast<int>(std::ceil(size.height() * scale))));
@@ -159,36 +171,43 @@ void CCanvas::Fill(const QRectF& rectangle, QRgb wanted) {
     for (int y = area.top(); y <= area.bottom(); ++y, line += pitch) std::fill_n(line, area.width(), colour);
 }
 
-void CCanvas::FillRound(const QRectF& rectangle, qreal radius, QRgb colour) {
+// Straight into the picture, as plain filling is.
+void CCanvas::Rounded(const QRectF& rectangle, RoundedBox box) {
+    box.radius *= scale;
+    DrawRoundedBox(image, clipPixels, Pixels(rectangle), box);
+}
+
+void CCanvas::FillRound(const QRectF& rectangle, qreal radius, QRgb wanted) {
+    const QRgb colour = Shown(wanted);
+    if (qAlpha(colour) == 255) return Rounded(rectangle, {radius, 0, 0, true, colour, colour});
     Painter().setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgba(Shown(colour)));
+    painter.setBrush(QColor::fromRgba(colour));
     painter.drawRoundedRect(OnPixels(rectangle), radius, radius);
 }
 
 void CCanvas::FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom) {
-    Painter().setPen(Qt::NoPen);
-    painter.setBrush(Vertical(rectangle, Shown(top), Shown(bottom)));
-    painter.drawRoundedRect(OnPixels(rectangle), radius, radius);
-}
-
-QBrush CCanvas::Vertical(const QRectF& rectangle, QRgb top, QRgb bottom) {
-    QLinearGradient gradient(rectangle.topLeft(), rectangle.bottomLeft());
-    gradient.setColorAt(0, QColor::fromRgba(top));
-    gradient.setColorAt(1, QColor::fromRgba(bottom));
-    return gradient;
+    Rounded(rectangle, {radius, 0, 0, true, Shown(top), Shown(bottom)});
 }
 
 void CCanvas::Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width) {
-    Box(rectangle, radius, QBrush(Qt::NoBrush), colour, width);
-}
-
-void CCanvas::Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRgb edge, qreal width) {
+    const QRgb edge = Shown(colour);
+    const int pixels = qRound(LineWidth(width) * scale);
+    if (qAlpha(edge) == 255) return Rounded(rectangle, {radius, pixels, edge, false, 0, 0});
     const qreal whole = LineWidth(width);
     const qreal inset = whole / 2;
     const qreal within = std::max(0.0, radius - inset);
-    Painter().setPen(QPen(QColor::fromRgba(Shown(edge)), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-    painter.setBrush(fill);
+    Painter().setPen(QPen(QColor::fromRgba(edge), whole, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(OnPixels(rectangle).adjusted(inset, inset, -inset, -inset), within, within);
+}
+
+void CCanvas::Box(const QRectF& rectangle, qreal radius, QRgb fill, QRgb edge, qreal width) {
+    if (qAlpha(fill) == 255 && qAlpha(edge) == 255) {
+        const QRgb inner = Shown(fill);
+        return Rounded(rectangle, {radius, qRound(LineWidth(width) * scale), Shown(edge), true, inner, inner});
+    }
+    FillRound(rectangle, radius, fill);
+    Frame(rectangle, radius, edge, width);
 }
 
 void CCanvas::Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width) {
@@ -205,13 +224,29 @@ void CCanvas::Polyline(std::span<const QPointF> points, QRgb colour, qreal width
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));
 }
 
-void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb colour) {
-    Painter().setRenderHint(QPainter::Antialiasing, false);
-    QPen pen(QColor::fromRgba(Shown(colour)), LineWidth(1) * scale);
-    pen.setCosmetic(true);
-    painter.setPen(pen);
-    painter.drawPolyline(points.data(), static_cast<int>(points.size()));
-    painter.setRenderHint(QPainter::Antialiasing, true);
+// In each column of pixels, what the line passes there.
+void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb wanted) {
+    const QRgb colour = Shown(wanted);
+    const int wide = qRound(LineWidth(1) * scale);
+    QPointF from;
+    for (std::size_t index = 0; index < points.size(); ++index) {
+        const QPointF to = points[index] * scale;
+        if (index > 0) FillPassed(from, to, wide, colour);
+        from = to;
+    }
+}
+
+void CCanvas::FillPassed(const QPointF& from, const QPointF& to, int wide, QRgb colour) {
+    const qreal slope = to.x() > from.x() ? (to.y() - from.y()) / (to.x() - from.x()) : 0;
+    const int first = static_cast<int>(std::floor(from.x()));
+    const int last = std::max(first, static_cast<int>(std::ceil(to.x())) - 1);
+    for (int column = std::max(first, clipPixels.left()); column <= std::min(last, clipPixels.right()); ++column) {
+        const qreal begin = from.y() + slope * (std::max<qreal>(column, from.x()) - from.x());
+        const qreal end = column == last ? to.y() : from.y() + slope * (column + 1 - from.x());
+        const int top = std::max(static_cast<int>(std::floor(std::min(begin, end))), clipPixels.top());
+        const int bottom = std::min(static_cast<int>(std::floor(std::max(begin, end))) + wide - 1, clipPixels.bottom());
+        for (int y = top; y <= bottom; ++y) reinterpret_cast<QRgb*>(image.scanLine(y))[column] = colour;
+    }
 }
 
 void CCanvas::Polygon(std::span<const QPointF> points, QRgb colour) {
@@ -285,40 +320,50 @@ void CCanvas::Text(const QRectF& rectangle, const QString& text, QRgb colour, in
     const QFont font = SkinFont(height, strong);
     Painter().setFont(font);
     painter.setPen(QColor::fromRgba(Shown(colour)));
-    const QFontMetricsF metrics(font);
-    const bool fits = metrics.horizontalAdvance(text) <= rectangle.width() + 0.5;
+    const bool fits = TextWidth(text, height, strong) <= rectangle.width() + 0.5;
     if (!fits && onCut) onCut(text, rectangle);
     painter.drawText(rectangle, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
-                     fits ? text : metrics.elidedText(text, Qt::ElideRight, rectangle.width()));
+                     fits ? text : QFontMetricsF(font).elidedText(text, Qt::ElideRight, rectangle.width()));
 }
 
 void CCanvas::Digits(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
                      bool strong) {
-    const QFont font = SkinFont(height, strong);
-    const QFontMetricsF metrics(font);
-    const qreal digit = std::ceil(metrics.horizontalAdvance(QLatin1Char('0')));
-    const auto widthOf = [&](QChar letter) { return letter.isDigit() ? digit : metrics.horizontalAdvance(letter); };
     const qreal whole = DigitsWidth(text, height, strong);
     if (whole > rectangle.width() + 0.5 && onCut) onCut(text, rectangle);
-    Painter().setFont(font);
-    painter.setPen(QColor::fromRgba(Shown(colour)));
     qreal left = (alignment & Qt::AlignRight) != 0     ? rectangle.right() - whole
                  : (alignment & Qt::AlignHCenter) != 0 ? rectangle.center().x() - whole / 2
                                                        : rectangle.left();
     left = std::round(left);
     for (const QChar letter : text) {
-        const qreal width = widthOf(letter);
-        painter.drawText(QRectF(left, rectangle.top(), width, rectangle.height()),
-                         Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, QString(letter));
-        left += width;
+        const QSizeF room(DigitsWidth(letter, height, strong), rectangle.height());
+        Mask(LetterMask(letter, room, height, strong), left, rectangle.top(), Shown(colour));
+        left += room.width();
     }
 }
 
+// A letter in the middle of its room. Numbers that run have few, and are drawn all the time.
+const QImage& CCanvas::LetterMask(QChar letter, const QSizeF& room, int height, bool strong) {
+    const quint64 key = static_cast<quint64>(letter.unicode()) << 32U | static_cast<quint64>(height) << 16U |
+                        static_cast<quint64>(qRound(room.height())) << 1U | (strong ? 1U : 0U);
+    QImage& mask = letters[key];
+    if (!mask.isNull()) return mask;
+    const QSizeF pixels = room * scale;
+    mask = QImage(std::max(1, static_cast<int>(std::ceil(pixels.width()))),
+                  std::max(1, static_cast<int>(std::ceil(pixels.height()))), QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::transparent);
+    QPainter letterPainter(&mask);
+    letterPainter.scale(scale, scale);
+    letterPainter.setFont(SkinFont(height, strong));
+    letterPainter.setPen(Qt::white);
+    letterPainter.drawText(QRectF(QPointF(0, 0), room), Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                           QString(letter));
+    return mask;
+}
+
 qreal CCanvas::DigitsWidth(const QString& text, int height, bool strong) {
-    const QFontMetricsF metrics(SkinFont(height, strong));
-    const qreal digit = std::ceil(metrics.horizontalAdvance(QLatin1Char('0')));
+    const qreal digit = std::ceil(TextWidth(QStringLiteral("0"), height, strong));
     qreal width = 0;
-    for (const QChar letter : text) width += letter.isDigit() ? digit : metrics.horizontalAdvance(letter);
+    for (const QChar letter : text) width += letter.isDigit() ? digit : TextWidth(letter, height, strong);
     return width;
 }
 
@@ -331,7 +376,13 @@ qreal CCanvas::Paragraph(const QRectF& rectangle, const QString& text, QRgb colo
 }
 
 qreal CCanvas::TextWidth(const QString& text, int height, bool strong) {
-    return QFontMetricsF(SkinFont(height, strong)).horizontalAdvance(text);
+    const QFont font = SkinFont(height, strong);
+    std::optional<KeptFont>* const kept = KeptPlace(height, strong);
+    if (kept == nullptr) return QFontMetricsF(font).horizontalAdvance(text);
+    QHash<QString, qreal>& widths = (*kept)->widths;
+    if (const auto known = widths.constFind(text); known != widths.constEnd()) return *known;
+    if (widths.size() >= kKeptWidths) widths.clear();
+    return *widths.insert(text, QFontMetricsF(font).horizontalAdvance(text));
 }
 
 void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {

@@ -7,6 +7,7 @@
 // User-interface thread.
 
 #include <QFont>
+#include <QHash>
 #include <QImage>
 #include <QPainter>
 #include <QRect>
@@ -14,6 +15,7 @@
 #include <span>
 
 #include "controls/CSkin.h"
+#include "controls/RoundedBox.h"
 
 namespace quib {
 
@@ -38,14 +40,10 @@ public:
     void Frame(const QRectF& rectangle, qreal radius, QRgb colour, qreal width = 1);
     void FillVertical(const QRectF& rectangle, qreal radius, QRgb top, QRgb bottom);
     // Both in one, without a seam between them.
-    void Box(const QRectF& rectangle, qreal radius, const QBrush& fill, QRgb edge, qreal width = 1);
-    void Box(const QRectF& rectangle, qreal radius, QRgb fill, QRgb edge, qreal width = 1) {
-        Box(rectangle, radius, QBrush(QColor::fromRgba(fill)), edge, width);
-    }
-    static QBrush Vertical(const QRectF& rectangle, QRgb top, QRgb bottom);
+    void Box(const QRectF& rectangle, qreal radius, QRgb fill, QRgb edge, qreal width = 1);
     void Line(qreal x0, qreal y0, qreal x1, qreal y1, QRgb colour, qreal width = 1);
     void Polyline(std::span<const QPointF> points, QRgb colour, qreal width = 1);
-    // A skin pixel wide and without smoothing: for curves that are redrawn all the time.
+    // A skin pixel wide, from left to right and without smoothing: for curves that are redrawn all the time.
     void FastPolyline(std::span<const QPointF> points, QRgb colour);
     void Polygon(std::span<const QPointF> points, QRgb colour);
     void Ellipse(const QPointF& centre, qreal radius, QRgb colour);
@@ -105,6 +103,9 @@ private:
     // A width of whole pixels, one at the least.
     qreal LineWidth(qreal width) const noexcept;
     void SetPainterClip();
+    void Rounded(const QRectF& rectangle, RoundedBox box);
+    void FillPassed(const QPointF& from, const QPointF& to, int wide, QRgb colour);
+    const QImage& LetterMask(QChar letter, const QSizeF& room, int height, bool strong);
     // As if the canvas were those pixels, within that part of them.
     void DrawOn(QImage& pixels, const QRect& part, const std::function<void()>& draw);
 
@@ -115,6 +116,7 @@ private:
     QRect limit;       // pixels: the part beside which nothing is drawn while another picture is drawn on
     qreal scale = 1;
     bool silent = false;
+    QHash<quint64, QImage> letters;  // opacity of those of numbers that run
 };
 
 }  // namespace quib

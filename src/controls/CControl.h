@@ -178,7 +178,7 @@ public:
     float minimum = 0;
     float maximum = 1;
     std::optional<float> defaultValue;
-    QRgb backgroundColour = Palette().Colour(QStringLiteral("window"));  // painted over a hidden control
+    QRgb backgroundColour = Palette().Window();  // painted over a hidden control
     ESection section = ESection::kMix;
     bool enabled = true;
     bool cannotSound = false;  // drawn so

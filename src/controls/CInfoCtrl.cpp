@@ -9,7 +9,7 @@ namespace quib {
 namespace {
 constexpr int kTextMargin = 8;
 constexpr int kLongestCaption = 40;  // letters
-constexpr int kLowest = 48;          // pixels below which it is a line
+constexpr int kLowestHeight = 48;          // pixels below which it is a line
 
 // What stands before the dash is the name of the thing.
 std::pair<QString, QString> CaptionAndText(const QString& text) {
@@ -61,7 +61,7 @@ QStringList CInfoCtrl::Paragraphs() const {
 void CInfoCtrl::Draw() {
     const CPalette& palette = Palette();
     const QRectF area(Rectangle());
-    if (Height() < kLowest) return DrawLine();
+    if (Height() < kLowestHeight) return DrawLine();
     Canvas().Fill(area, palette.Colour(QStringLiteral("panel")));
     Canvas().Frame(area, 0, palette.Colour(QStringLiteral("line")));
     qreal top = area.top() + kTextMargin - 2;

@@ -33,6 +33,13 @@ CPalette::CPalette(EPalette which) {
         const uint value = words[1].toUInt(&valid, 16);
         if (valid) colours.insert(words[0], 0xFF000000U | value);
     }
+    for (std::size_t index = 0; index < accents.size(); ++index) {
+        accents[index] = Colour(AccentName(static_cast<ESection>(index)));
+    }
+    for (std::size_t index = 0; index < tracks.size(); ++index) {
+        tracks[index] = Colour(QStringLiteral("track%1").arg(index + 1));
+    }
+    window = Colour(QStringLiteral("window"));
     panel = Colour(QStringLiteral("panel"));
     dim = Colour(QStringLiteral("textDim"));
 }

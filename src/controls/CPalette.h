@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QRgb>
 #include <QString>
+#include <array>
 
 namespace quib {
 
@@ -23,12 +24,14 @@ public:
 
     // Magenta, which no design uses, for a name that the file does not know.
     QRgb Colour(const QString& name) const { return colours.value(name, kUnknown); }
-    QRgb Accent(ESection section) const { return Colour(AccentName(section)); }
+    QRgb Accent(ESection section) const noexcept { return accents[static_cast<std::size_t>(section)]; }
+    // What is behind everything.
+    QRgb Window() const noexcept { return window; }
     static QString AccentName(ESection section);
     // The colour as what cannot sound shows it: accents nearer to the panel, texts no stronger than dim ones.
     QRgb Silent(QRgb colour) const noexcept;
     // The colour of a strip whose user has chosen none: eight in turn.
-    QRgb Track(int index) const { return Colour(QStringLiteral("track%1").arg(index % 8 + 1)); }
+    QRgb Track(int index) const noexcept { return tracks[static_cast<std::size_t>(index) % tracks.size()]; }
 
     // The text with each "{name}" replaced by "#rrggbb"; "{accent}" is that of the section.
     QString Fill(QString text, ESection section, bool silent = false) const;
@@ -38,6 +41,10 @@ private:
     static constexpr QRgb kUnknown = 0xFFFF00FF;
 
     QHash<QString, QRgb> colours;
+    // Asked for all the time, so not looked for by name.
+    std::array<QRgb, 6> accents{};
+    std::array<QRgb, 8> tracks{};
+    QRgb window = kUnknown;
     QRgb panel = kUnknown;
     QRgb dim = kUnknown;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/CPatternSelCtrl.h"
 
+#include <array>
+
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
 #include "texts/Texts.h"
@@ -146,9 +148,7 @@ void CPatternSelCtrl::DrawCell(int cell) {
     } else {
         DrawCap(Canvas(), area, state, accent);
     }
-    if (cell == drawn.playing && state != EState::kOn) {
-        Canvas().Frame(area, 3, palette.Accent(ESection::kTransport), 2);
-    }
+    if (cell == drawn.playing && state != EState::kOn) DrawPlaying(area, palette.Accent(ESection::kTransport));
     if (cell == drawn.next) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     if (cell == destination && cell != source) Canvas().Frame(area, 3, palette.Colour(QStringLiteral("text")), 2);
     const QRgb textColour = state != EState::kNormal ? CapTextColour(state, accent)
@@ -161,6 +161,14 @@ void CPatternSelCtrl::DrawCell(int cell) {
             {area.right() - 3.5, area.top() + 3.5}, 1.8,
             state == EState::kOn ? palette.Colour(QStringLiteral("onAccent")) : palette.Colour(QStringLiteral("text")));
     }
+}
+
+// A frame in the colour of playing, and its sign for who does not see the colour.
+void CPatternSelCtrl::DrawPlaying(const QRectF& area, QRgb colour) {
+    constexpr qreal kSign = 6;  // pixels
+    Canvas().Frame(area, 3, colour, 2);
+    const QPointF corner(area.left() + 3, area.bottom() - kSign - 2);
+    Canvas().Polygon(std::array{corner, corner + QPointF(kSign - 1, kSign / 2), corner + QPointF(0, kSign)}, colour);
 }
 
 void CPatternSelCtrl::ListLearnable(std::vector<Learnable>& parts) const {

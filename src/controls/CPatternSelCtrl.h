@@ -56,6 +56,7 @@ private:
     int CellAt(int px, int py) const noexcept;
     void FinishRightClick(int cell);
     void DrawCell(int cell);
+    void DrawPlaying(const QRectF& area, QRgb colour);
     void RedrawCell(int cell);
 
     CPatternOwner* owner;

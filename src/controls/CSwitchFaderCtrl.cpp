@@ -152,8 +152,10 @@ void CSwitchFaderCtrl::Draw() {
     }
     Canvas().Frame(area, 3, on ? accent : palette.Colour(QStringLiteral("edge")));
     DrawName(area.adjusted(6, 0, -kSwitchZone, 0), on);
-    Canvas().Glyph(Skin(), picture::kGlyphPower, {area.right() - kSwitchZone / 2.0 + 2, area.center().y()},
-                   on ? palette.Colour(QStringLiteral("text")) : palette.Colour(QStringLiteral("textDim")));
+    const QRgb sign = !on                ? palette.Colour(QStringLiteral("textDim"))
+                      : level == nullptr ? palette.Colour(QStringLiteral("text"))
+                                         : accent;
+    Canvas().Glyph(Skin(), picture::kGlyphPower, {area.right() - kSwitchZone / 2.0 + 2, area.center().y()}, sign);
 }
 
 void CSwitchFaderCtrl::DrawName(QRectF room, bool on) {

@@ -22,11 +22,14 @@ qsizetype MarkedPlace(const QString& text) {
 // Every keyboard types these as they are.
 bool IsPlainLetter(QChar sign) { return sign.unicode() < 128 && sign.isLetterOrNumber(); }
 
-// The places of a text in the order in which they are tried: beginnings of words before other letters.
+// The places of a text in the order in which they are tried: beginnings of words before other letters, none behind
+// a tab, where the key or a remark stands.
 QList<qsizetype> Candidates(const QString& text) {
     QList<qsizetype> first;
     QList<qsizetype> others;
-    for (qsizetype place = 0; place < text.size(); ++place) {
+    const qsizetype tab = text.indexOf(u'\t');
+    const qsizetype end = tab < 0 ? text.size() : tab;
+    for (qsizetype place = 0; place < end; ++place) {
         if (!IsPlainLetter(text[place])) continue;
         const bool begins = place == 0 || !text[place - 1].isLetterOrNumber();
         (begins ? first : others).append(place);

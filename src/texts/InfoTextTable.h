@@ -272,8 +272,8 @@ inline constexpr NumberedText kInfoTexts[] = {
     {467, "PRESETS - A click recalls a preset of this instrument, + stores a new one. The right button opens the menu.",
      "PRESETS - Un clic rappelle un preset de cet instrument, + en mémorise un nouveau. Le bouton droit ouvre le "
      "menu."},
-    {468, "OPEN, CLOSE - Shows or hides the body of the strip.",
-     "OUVRIR, FERMER - Montre ou cache le corps de la tranche."},
+    {468, "OPEN, CLOSE - Shows or hides the body of the strip. With Shift those of all strips.",
+     "OUVRIR, FERMER - Montre ou cache le corps de la tranche. Avec Maj, de toutes les tranches."},
     {469,
      "KEYBOARD - Click a key to play it. With Ctrl or Shift it stays down until the next such click. The wheel moves "
      "along.",
@@ -472,8 +472,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "menu.",
      "REPÈRE - Nomme la mesure de la tête de lecture ; un nom vide l'ôte. Bouton droit dans la règle : son menu."},
     {620,
-     "LESSON - Begins this lesson of the tutorial. Those that need an empty project begin with one; yours comes back.",
-     "LEÇON - Commence cette leçon. Celles qui veulent un projet vide en prennent un ; le vôtre revient."},
+     "LESSON - Begins this lesson of the tutorial. What it needs is there when it begins; your project comes back.",
+     "LEÇON - Commence cette leçon. Ce qu'il lui faut est là au début ; votre projet revient."},
     {621, "SKIP - Goes on to the next step without doing this one.",
      "PASSER - Va à l'étape suivante sans faire celle-ci."},
 };

@@ -85,7 +85,7 @@ TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
     EXPECT_GT(workstation->Changes().Steps().count(), 20) << "the clicks were steps of undo";
     while (workstation->Changes().Steps().canUndo()) workstation->Changes().Steps().undo();
     QTest::qWait(50);
-    EXPECT_EQ(workstation->Stack().Instruments().size(), 10U);
+    EXPECT_EQ(workstation->Stack().Instruments().size(), 11U);
     workstation->Session().NewProject();
     QTest::qWait(50);
     EXPECT_EQ(console->Strip(0), nullptr);

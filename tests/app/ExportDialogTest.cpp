@@ -70,7 +70,7 @@ protected:
 };
 
 TEST_F(ExportDialogTest, EnterWritesTheMixBesideASessionThatStaysAsItIs) {
-    EXPECT_EQ(Page().length->text(), "2:34.839") << "80 bars at 124 beats a minute";
+    EXPECT_EQ(Page().length->text(), "2:38.710") << "82 bars at 124 beats a minute";
     Page().from->setValue(3);
     Page().to->setValue(4);
     EXPECT_EQ(Page().length->text(), "0:01.935");

@@ -17,10 +17,14 @@
 #include "app/CShortcutsPage.h"
 #include "app/Commands.h"
 #include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/CSongModeCtrl.h"
 #include "app/console/CWinControlMain.h"
 #include "app/console/MakeConsole.h"
 #include "controls/Mnemonics.h"
+#include "editors/automation/CWinControlParamEvent.h"
+#include "editors/ball/CWinControlBall.h"
 #include "editors/base/CToolWindow.h"
+#include "editors/base/WindowKeys.h"
 #include "engine/strip/CLevelTables.h"
 #include "texts/Texts.h"
 
@@ -134,6 +138,68 @@ TEST_F(KeysTest, KeysWorkInToolWindowsAndThePageOfKeysIsThatOfTheMenusAndCanBeSe
     EXPECT_TRUE(window->isFullScreen());
     QTest::keyClick(roll, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(workstation->Stack().Instruments().empty()) << "Ctrl+Z from a tool window";
+}
+
+// Presses each key that the page of keys tells of a window: what is drawn, or the document, is another then.
+void PressAll(
+    QWidget& shown, QUndoStack& steps, const WindowKeys& keys, const std::function<void()>& prepare,
+    const std::function<void()>& follow = [] {}) {
+    for (const WindowKey& row : keys) {
+        prepare();
+        QApplication::processEvents();
+        const int before = steps.index();
+        const QImage picture = shown.grab().toImage();
+        Qt::Key key = row.key.key();
+        if (row.kind == WindowKey::EKind::kLevel) key = Qt::Key_Left;
+        if (key == Qt::Key_Tab && row.key.keyboardModifiers() == Qt::ShiftModifier) key = Qt::Key_Backtab;
+        QTest::keyClick(&shown, key, row.key.keyboardModifiers());
+        QApplication::processEvents();
+        follow();
+        EXPECT_TRUE(steps.index() != before || shown.grab().toImage() != picture) << row.text;
+    }
+}
+
+TEST_F(KeysTest, EveryKeyThatThePageTellsOfAWindowActsInIt) {
+    QUndoStack& steps = Steps();
+    const std::uint32_t id = At(0)->Id();
+    const auto pattern = std::make_shared<const CPattern>(
+        16, std::vector<Note>{{0.3F, 1, 60, 90}, {1.3F, 2, 60, 90}, {4, 2, 64, 90}, {9, 2, 64, 90}});
+    CToolWindow& roll = *window->Tools().Open(ETool::kPianoRoll);
+    PressAll(roll, steps, PianoRollKeys(), [&] {
+        Contents().SetPattern(id, 0, pattern, QStringLiteral("Notes"));
+        roll.Edit(EEdit::kSelectAll);
+    });
+
+    auto& lanes = static_cast<CWinControlParamEvent&>(*window->Tools().Open(ETool::kAutomation));
+    lanes.ChooseLane({ELaneGroup::kMix, 1});
+    const QPoint corner = lanes.Curve().Rectangle().topLeft();
+    for (const QPoint place : {QPoint(80, 80), QPoint(160, 120)}) {
+        QTest::mouseClick(&lanes, Qt::LeftButton, {}, corner + place);
+        QTest::qWait(30);  // a press right after a release is a bouncing button
+    }
+    PressAll(lanes, steps, AutomationKeys(), [&] { lanes.Edit(EEdit::kSelectAll); });
+
+    auto& balls = static_cast<CWinControlBall&>(*window->Tools().Open(ETool::kBall));
+    balls.AddBall();
+    balls.AddBall();
+    PressAll(balls, steps, BallPadKeys(),
+             [&] { Contents().SetBallSounds(id, std::make_shared<const BallSoundList>(2), QStringLiteral("Balls")); });
+
+    console->ShowSong(true, false);
+    workstation->Audio().Prepare({44100.0, 256, 1, false});
+    const auto follow = [&] {
+        workstation->Audio().RenderBlock();
+        console->FollowEngine();
+    };
+    const auto prepare = [&] {
+        SetSongMode(*workstation, true);
+        Contents().SetPlaylist(id, std::make_shared<const Playlist>(Playlist{{0, 0, 1}, {1, 64, 0}, {15, 128, 0}}),
+                               QStringLiteral("Items"));
+        workstation->Transport().Locate(32);
+        follow();
+        console->Edit(EEdit::kSelectAll);
+    };
+    PressAll(*console, steps, SongKeys(), prepare, follow);
 }
 
 TEST_F(KeysTest, EntriesShowAndTakeWhatTheirTitlesSay) {

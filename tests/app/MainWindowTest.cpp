@@ -49,7 +49,7 @@ protected:
     QStringList RecentFiles() {
         QStringList paths;
         for (int i = 0; i < CRecentFiles::kMost; ++i) {
-            if (const QAction* const action = window.Action(command::kRecentFile0 + i)) paths.append(action->text());
+            if (const QAction* const action = window.Action(command::kRecentFile0 + i)) paths.append(action->toolTip());
         }
         return paths;
     }

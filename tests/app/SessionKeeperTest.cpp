@@ -123,7 +123,7 @@ TEST_F(SessionKeeperTest, AfterACrashTheJournalBringsBackWhatTheBackupHasNotYet)
     settings.WriteSettingInt(kSettingsSection, QStringLiteral("BackupClosed"), 0);
     answer = true;
     keeper.Begin({});
-    ASSERT_EQ(Stack().Instruments().size(), 10U);
+    ASSERT_EQ(Stack().Instruments().size(), 11U);
     EXPECT_EQ(At(3)->patterns[7].ForEdit()->StepCount(), 40);
     EXPECT_TRUE(Session().IsModified());
     EXPECT_TRUE(IsKept(written));

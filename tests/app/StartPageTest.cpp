@@ -14,6 +14,7 @@
 #include "app/start/CDeviceBanner.h"
 #include "app/start/CStartPage.h"
 #include "document/ShippedFiles.h"
+#include "document/SongMode.h"
 #include "editors/tutorial/CWinControlTutorial.h"
 
 namespace quib {
@@ -115,6 +116,31 @@ TEST_F(StartPageTest, TheTutorialPutsTheUsersProjectAsideAndGivesItBack) {
     Tick();
     EXPECT_EQ(Session().Bytes(), mine);
     EXPECT_TRUE(Session().IsModified());
+}
+
+TEST_F(StartPageTest, EveryLessonFindsWhatItNeedsAndGoesOnByWhatTheUserDid) {
+    window.OpenTool(ETool::kTutorial);
+    auto& tutorial = *static_cast<CWinControlTutorial*>(window.Tools().Find(ETool::kTutorial));
+    const auto at = [&] {
+        Tick();
+        return std::pair(tutorial.Lesson(), tutorial.Step());
+    };
+    tutorial.Begin(3);
+    ASSERT_EQ(Stack().Instruments().size(), 1U) << "there is something to put into the song";
+    EXPECT_EQ(at(), std::pair(3, 0));
+    SetSongMode(*workstation, true);
+    EXPECT_EQ(at(), std::pair(3, 1));
+    workstation->Song().PutSelectedPatterns();
+    EXPECT_EQ(at(), std::pair(4, 0));
+    workstation->Audio().recordAutomation.Set(1);
+    EXPECT_EQ(at(), std::pair(4, 1));
+    workstation->Contents().SetLanes(Stack().Instrument(0)->Id(), ELanes::kMix,
+                                     std::make_shared<const CEventLanes>(CEventLanes().With(0, 1, {{2, 0.5F}})), "x");
+    EXPECT_EQ(at(), std::pair(5, 0));
+    tutorial.Begin(3);
+    EXPECT_TRUE(workstation->Song().IsEmpty()) << "again from its beginning";
+    tutorial.Begin(5);
+    EXPECT_FALSE(workstation->Song().IsEmpty()) << "there is something to export";
 }
 
 TEST_F(StartPageTest, TheFirstStartKeepsALanguageAndLaterOnesTheUsers) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What hosts may rely on in every built-in plug-in: each is driven the way different hosts do it.
 
+#include <optional>
+
+#include "dsp/Chunk.h"
 #include "dsp/PinProperties.h"
 #include "plugins/CLoadedPlugin.h"
 #include "plugins/CountedAllocations.h"
@@ -189,6 +192,26 @@ TEST_P(Conformance, SoundsTheSameFromItsChunkAndRefusesADamagedOne) {
     ASSERT_EQ(single.SetChunk(source.Chunk(false), false), 1);
     EXPECT_EQ(single.Text(vst2::effGetProgramNameIndexed, 1), name);
     EXPECT_NE(single.Text(vst2::effGetProgramNameIndexed, chosen), name);
+}
+
+// A state of before the last parameters: its checksum, the number of parameters and a value fewer in each program.
+TEST_P(Conformance, TakesAStateWithFewerParametersAndLeavesTheNewOnesNeutral) {
+    CDriven plugin(GetParam());
+    plugin.Call(vst2::effSetProgram, 0, plugin.Effect().numPrograms - 1);
+    const std::vector<char> chunk = plugin.Chunk(false);
+    const std::vector<std::uint8_t> bytes(chunk.begin(), chunk.end());
+    std::optional<quibplug::ChunkContent> content = quibplug::ReadChunk(bytes);
+    ASSERT_TRUE(content);
+    content->programs[0].values.pop_back();
+    content->programs[0].values[0] = 0.25f;
+    const std::vector<std::uint8_t> older = quibplug::WriteChunk(*content);
+    ASSERT_EQ(plugin.SetChunk({older.begin(), older.end()}, false), 1);
+    EXPECT_EQ(plugin.Get(0), 0.25f);
+    const int last = plugin.Effect().numParams - 1;
+    const float neutral = plugin.Get(last);
+    plugin.Set(last, neutral < 0.5f ? 1.0f : 0.0f);
+    ASSERT_EQ(plugin.SetChunk({older.begin(), older.end()}, false), 1);
+    EXPECT_EQ(plugin.Get(last), neutral) << "left from what was set before";
 }
 
 TEST_P(Conformance, ShowsItsParametersInUnitsAndTakesThemBack) {

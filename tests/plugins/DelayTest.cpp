@@ -44,6 +44,18 @@ double RepeatGain(CLoadedEffect& delay, double hertz, float amplitude = 0.1f) {
 
 }  // namespace
 
+TEST(Delay, ShowsForALinkedSideWhatIsHeard) {
+    CPlainDelay delay;
+    delay.Set({{"Link", "Off"}, {"Left Note", "1/8 D"}, {"Right Note", "1/2"}, {"Left Time", "92.0"}});
+    const auto shown = [&](const char* name) { return delay.Text(vst2::effGetParamDisplay, delay.Find(name)); };
+    EXPECT_EQ(shown("Right Note"), "1/2");
+    delay.Set("Link", "On");
+    EXPECT_EQ(shown("Right Note"), "1/8 D");
+    EXPECT_EQ(shown("Right Time"), "92.0");
+    delay.Set("Link", "Off");
+    EXPECT_EQ(shown("Right Note"), "1/2") << "the side's own value was lost";
+}
+
 TEST(Delay, RepeatsOnTheBeatExactToTheSample) {
     const std::vector<std::pair<const char*, double>> notes = {
         {"1/32 T", 1.0 / 12}, {"1/16", 0.25}, {"1/8 D", 0.75}, {"1/4", 1.0}, {"1/2 T", 4.0 / 3}, {"1/1", 4.0}};

@@ -13,23 +13,100 @@ Channels Strokes(CLoadedPlugin& plugin, const std::vector<Message>& messages, lo
     return plugin.Render(frames, messages);
 }
 
+// The mean frequency of the energy, in hertz, from the energy of the slope.
+double Centroid(const std::vector<float>& samples, long begin, long end) {
+    double energy = 0.0;
+    double slope = 0.0;
+    for (auto i = static_cast<std::size_t>(begin) + 1; i < static_cast<std::size_t>(end); ++i) {
+        const auto step = static_cast<double>(samples[i] - samples[i - 1]);
+        slope += step * step;
+        energy += static_cast<double>(samples[i] * samples[i]);
+    }
+    return 44100.0 / std::numbers::pi * std::asin(0.5 * std::sqrt(slope / energy));
+}
+
 }  // namespace
 
 TEST(Drums, AnswersItsKeysAndNoOthers) {
     CLoadedPlugin plugin("QUIB drums");
     EXPECT_EQ(plugin.Effect().uniqueId, 0x31366378);
-    const std::vector<int> keys = {35, 36, 37, 38, 39, 40, 41, 42, 44, 45, 46, 48, 49, 51, 54, 56, 70, 75};
+    std::map<std::string, int> names;
     for (int key = 0; key < 128; ++key) {
-        const bool sounds = std::find(keys.begin(), keys.end(), key) != keys.end();
+        const bool standard = (key >= 35 && key <= 57) || (key >= 59 && key <= 64) || key == 70 || key == 75;
         const float peak = PeakOf(Strokes(plugin, {{100, 0x90, key, 100}}, 4000));
-        if (sounds) {
+        vst2::MidiKeyName name{};
+        name.key = key;
+        EXPECT_EQ(plugin.Call(vst2::effGetMidiKeyName, 0, 0, &name), standard ? 1 : 0) << key;
+        if (standard) {
             EXPECT_GT(peak, 0.01f) << key;
+            ++names[name.name];
         } else {
             EXPECT_EQ(peak, 0.0f) << key;
         }
     }
+    // Two keys each for kick and snare; every other name stands once.
+    EXPECT_EQ(names.size(), 29u);
+    EXPECT_EQ(names["Kick"] + names["Snare"], 4);
     EXPECT_EQ(Strokes(plugin, {{0, 0x90, 35, 90}}), Strokes(plugin, {{0, 0x90, 36, 90}}));
     EXPECT_EQ(Strokes(plugin, {{0, 0x90, 40, 90}}), Strokes(plugin, {{0, 0x90, 38, 90}}));
+    // The toms climb with their keys, and none cuts another off.
+    double before = 0.0;
+    for (const int key : {41, 43, 45, 47, 48, 50}) {
+        const double pitch = Centroid(Strokes(plugin, {{0, 0x90, key, 100}})[0], 4000, 12000);
+        EXPECT_GT(pitch, 1.05 * before) << key;
+        before = pitch;
+    }
+    const float alone = PeakOf(Strokes(plugin, {{0, 0x90, 41, 100}})[0], 9000, 12000);
+    EXPECT_GT(PeakOf(Strokes(plugin, {{0, 0x90, 41, 100}, {6000, 0x90, 43, 1}})[0], 9000, 12000), 0.8f * alone);
+}
+
+TEST(Drums, PlaysTheKitsWithoutARoomAsBeforeThereWasOne) {
+    CLoadedPlugin plugin("QUIB drums");
+    for (int kit = 0; kit < 16; ++kit) {
+        plugin.Call(vst2::effSetProgram, 0, kit);
+        EXPECT_EQ(plugin.Get(plugin.Find("Room Level")), 0.0f);
+        EXPECT_EQ(plugin.Get(plugin.Find("Kit Touch")), 0.0f);
+        // Without a room nothing of a stroke in the middle differs between the sides.
+        plugin.Set("Snare Pan", "0");
+        const Channels dry = Strokes(plugin, {{0, 0x90, 38, 100}});
+        EXPECT_EQ(dry[0], dry[1]) << kit;
+    }
+}
+
+TEST(Drums, StandsInARoomAndAnswersToTheTouchInTheKitsMadeForIt) {
+    CLoadedPlugin plugin("QUIB drums");
+    ASSERT_GE(plugin.Effect().numPrograms, 24);
+    for (int kit = 16; kit < plugin.Effect().numPrograms; ++kit) {
+        SCOPED_TRACE(plugin.Text(vst2::effGetProgramNameIndexed, kit));
+        plugin.Call(vst2::effSetProgram, 0, kit);
+        const auto snare = [&](int velocity) {
+            return Centroid(Strokes(plugin, {{0, 0x90, 38, velocity}})[0], 0, kSecond);
+        };
+        EXPECT_GT(snare(127), 2.0 * snare(1));
+        EXPECT_GT(snare(127), 1.15 * snare(64));
+        // Panned from side to side, and the room goes on when the dry rim shot has ended.
+        const Channels left = Strokes(plugin, {{0, 0x90, 50, 100}});
+        const Channels right = Strokes(plugin, {{0, 0x90, 41, 100}});
+        EXPECT_NE(PeakOf(left[0]) > PeakOf(left[1]), PeakOf(right[0]) > PeakOf(right[1]));
+        const Channels wet = Strokes(plugin, {{0, 0x90, 37, 127}});
+        plugin.Set("Room Level", "-oo");
+        EXPECT_GT(PeakOf(wet[0], 4000, 8000), 4.0f * PeakOf(Strokes(plugin, {{0, 0x90, 37, 127}})[0], 4000, 8000));
+    }
+}
+
+TEST(Drums, WalksFromRoomToRoomWithoutAJump) {
+    CLoadedPlugin plugin("QUIB drums");
+    plugin.Set({{"Kick Decay", "500"}, {"Kick Snap", "0"}, {"Room Level", "0"}});
+    for (const char* name : {"Room Level", "Room Size", "Kit Touch"}) {
+        const int index = plugin.Find(name);
+        plugin.Set(index, 1.0f);
+        plugin.Resume(44100.0f);
+        const Channels sound = plugin.Render(kSecond, {{0, 0x90, 36, 100}}, {441}, [&](long frame) {
+            if (frame == 4410) plugin.Set(index, 0.0f);
+            if (frame == 13230) plugin.Set(index, 1.0f);
+        });
+        EXPECT_LT(LargestStep(sound[0], 3000, kSecond), 0.02f) << name;
+    }
 }
 
 TEST(Drums, ChokesTheOpenHatByTheOthers) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <numeric>
+
 #include "plugins/CLoadedPlugin.h"
 
 namespace quibtest {
@@ -19,7 +21,8 @@ void MakePlain(CLoadedPlugin& plugin, const char* wave) {
         {"Key > Cutoff", "0"},   {"Velocity > Cutoff", "0"}, {"Amp Attack", "1"},      {"Amp Sustain", "0"},
         {"Amp Release", "20"},   {"Mod Env > Pitch", "0"},   {"Mod Env > Width", "0"}, {"LFO 1 > Pitch", "0"},
         {"LFO 1 > Cutoff", "0"}, {"LFO 2 > Level", "0"},     {"LFO 2 > Pan", "0"},     {"LFO 2 > Cutoff", "0"},
-        {"Glide Time", "1"},     {"Start Phase", "Fixed"},   {"Bend Range", "2"},      {"Volume", "-6"}};
+        {"Glide Time", "1"},     {"Start Phase", "Fixed"},   {"Bend Range", "2"},      {"Volume", "-6"},
+        {"Stereo Width", "0"}};
     for (const auto& [name, shown] : kPlain) plugin.Set(name, shown);
     plugin.Set("Osc 1 Wave", wave);
     plugin.Resume(static_cast<float>(kRate));
@@ -190,6 +193,41 @@ TEST(Synth, LeavesNoMeanInAnyProgram) {
         EXPECT_LT(AmplitudeAt(sound[0], 0.0, kRate, kSecond / 4, 2 * kSecond), 2.0 * 0.0015)
             << plugin.Text(vst2::effGetProgramName);
     }
+}
+
+// The sum of both sides is what it is without the width, and no bass is spread.
+TEST(Synth, IsWideWithoutALossInMono) {
+    CLoadedPlugin plugin("QUIB synth");
+    const auto middle = [](const Channels& sound) {
+        std::vector<float> sum;
+        for (std::size_t i = 0; i < sound[0].size(); ++i) sum.push_back(0.5f * (sound[0][i] + sound[1][i]));
+        return sum;
+    };
+    const auto power = [](const std::vector<float>& samples) {
+        return std::inner_product(samples.begin(), samples.end(), samples.begin(), 0.0);
+    };
+    int wide = 0;
+    for (int program = 0; program < 64; ++program) {
+        plugin.Call(vst2::effSetProgram, 0, program);
+        const auto play = [&] {
+            plugin.Resume(static_cast<float>(kRate));
+            return plugin.Render(kSecond, {{0, 0x90, 48, 100}, {0, 0x90, 55, 100}, {0, 0x90, 60, 100}});
+        };
+        Channels sound = play();
+        const std::vector<float> sum = middle(sound);
+        for (std::size_t i = 0; i < sum.size(); ++i) sound[0][i] -= sum[i];
+        wide += power(sound[0]) > 0.1 * power(sum) ? 1 : 0;
+        plugin.Set("Stereo Width", "0");
+        const std::vector<float> plain = middle(play());
+        for (std::size_t i = 0; i < sum.size(); ++i) ASSERT_NEAR(sum[i], plain[i], 1e-6f) << program;
+    }
+    EXPECT_GE(wide, 32);
+    MakePlain(plugin, "Sine");
+    plugin.Set("Stereo Width", "100");
+    plugin.Resume(static_cast<float>(kRate));
+    const Channels bass = plugin.Render(kSecond, {{0, 0x90, 29, 100}});  // 44 Hz
+    const double left = AmplitudeAt(bass[0], 43.65, kRate, 4000, kSecond);
+    EXPECT_NEAR(20.0 * std::log10(left / AmplitudeAt(bass[1], 43.65, kRate, 4000, kSecond)), 0.0, 1.5);
 }
 
 TEST(Synth, HoldsNotesByPedalAndEndsThemOnDemand) {

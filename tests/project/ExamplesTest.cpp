@@ -88,7 +88,7 @@ TEST_P(Examples, ShowsWhatTheProgramCanDo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Examples,
-                         testing::Values(Example{"HouseMusic", "house_music", 10}, Example{"HouseYa", "house_ya", 10},
+                         testing::Values(Example{"HouseMusic", "house_music", 11}, Example{"HouseYa", "house_ya", 11},
                                          Example{"Siren", "siren", 12}, Example{"Tempo100", "tempo100", 9},
                                          Example{"BassDrums", "bass_drums", 11}),
                          [](const auto& tested) { return std::string(tested.param.name); });

@@ -18,6 +18,7 @@
 
 #include "Vst2.h"
 #include "loops/factory/LoopScores.h"
+#include "synth/SynthParameters.h"
 
 namespace quibloops {
 
@@ -192,6 +193,11 @@ void Make(const LoopScore& score, const std::string& program, const std::string&
     const double stepFrames = 60.0 * kSampleRate / (4.0 * score.tempo);
     const long frames = std::lround(stepFrames * score.bars * static_cast<double>(kStepsPerBar));
     CPlayer instrument(program + "/PluginInstruments/" + score.instrument + ".so", score.program);
+    // Projects play these by key: they stay what they were before the synthesiser's programs became wide.
+    if (std::strcmp(score.instrument, "QUIB synth") == 0) {
+        instrument.Effect().setParameter(&instrument.Effect(), quibplug::kStereoWidth, 0.0f);
+        instrument.Call(vst2::effMainsChanged, 1);
+    }
     Sound sound = Play(instrument, NotesOf(score, stepFrames), 2 * frames);
     if (score.insert != nullptr) {
         CPlayer insert(program + "/PluginEffects/" + score.insert + ".so", score.insertProgram);

@@ -17,6 +17,24 @@ namespace {
 constexpr int kRecordButton = 60;
 constexpr int kFileRoom = 100;  // pixels beside the button from which the file is named
 
+// Its dot is red while it waits.
+class CRecordButtonCtrl : public CSwitchCtrl {
+public:
+    using CSwitchCtrl::CSwitchCtrl;
+    void Draw() override {
+        const EState state = IsOn() ? EState::kOn : PlainState();
+        const QRectF area(Rectangle());
+        const QRgb red = Colour("record");
+        Canvas().Fill(area, backgroundColour);
+        DrawCap(Canvas(), area, state, red);
+        const QRgb colour = CapTextColour(state, red);
+        const qreal left = area.center().x() - 22;
+        Canvas().Ellipse({left + 5, area.center().y()}, 5, IsOn() ? colour : red);
+        Canvas().Text({left + 14, area.top(), 34, area.height()}, QStringLiteral("REC"), colour, 14,
+                      Qt::AlignLeft | Qt::AlignVCenter, true);
+    }
+};
+
 }  // namespace
 
 CStateLineCtrl::CStateLineCtrl(CWinControl& window, std::uint32_t number, CWorkstation& workstation)
@@ -111,10 +129,8 @@ CRecorderCtrl::CRecorderCtrl(CWinControl& window, std::uint32_t number, int left
       recordPath(path) {
     infoString = 458;
     const int buttonHeight = IsNarrow() ? newHeight - 16 : newHeight;
-    button = &AddChild<CSwitchCtrl>(0U, 0, 0, IsNarrow() ? newWidth : kRecordButton, buttonHeight, &shown,
-                                    QStringLiteral("\u25CF REC"));
-    button->onColour = Colour("record");
-    button->fontHeight = 14;
+    button = &AddChild<CRecordButtonCtrl>(0U, 0, 0, IsNarrow() ? newWidth : kRecordButton, buttonHeight, &shown,
+                                          QStringLiteral("REC"));
     button->infoString = 458;
     button->onChange = [this](CControl&) { Toggle(); };
 }

@@ -44,7 +44,7 @@ void CEffectsPanel::Build() {
 }
 
 void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QString& title, CValue* onSwitch) {
-    Row row{place, nullptr, nullptr, nullptr, nullptr};
+    Row row{place, 0, nullptr, nullptr, nullptr, nullptr};
     const int top = area.top();
     if (onSwitch != nullptr) {
         row.on = &AddChild<CSwitchCtrl>(0U, area.left(), top, kTitleWidth - 2, kRowHeight, onSwitch, title);
@@ -58,6 +58,7 @@ void CEffectsPanel::AddRow(const QRect& area, const SlotPlace& place, const QStr
     CWinControl& window = Owner();
     const int room = area.width() - kTitleWidth - kEditWidth - 2;
     const int left = area.left() + kTitleWidth;
+    row.room = room;
     row.label =
         &AddChild<CLabelMenuCtrl>(0U, left, top, room, kRowHeight, QString(), [this, place, &window](QMenu& menu) {
             const auto slot = context.station.Places().Slot(place);
@@ -94,6 +95,7 @@ void CEffectsPanel::ShowSlots() {
         row.label->vacant = vacant;
         row.label->struckWhileOff = filled && row.on != nullptr ? row.on->Value() : nullptr;
         row.edit->enabled = filled;
+        row.label->SetSize(vacant ? row.room + kEditWidth + 2 : row.room, kRowHeight);
         row.edit->SetVisible(!vacant);
         if (row.on != nullptr) row.on->enabled = filled;
         if (row.title == nullptr) continue;

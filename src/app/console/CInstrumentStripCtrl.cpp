@@ -81,7 +81,8 @@ void CInstrumentStripCtrl::Rebuild(int newWidth) {
     SetSize(newWidth, (collapsed ? kClosedHeight : kHeight) + (withKeyboard ? kKeyboardHeight : 0));
     collapsed ? BuildClosed(newWidth) : BuildOpen(newWidth);
     if (withKeyboard) AddKeyboard();
-    for (const auto& child : Children()) child->backgroundColour = Ground();
+    const QRgb ground = Ground();
+    for (const auto& child : Children()) child->backgroundColour = ground;
     ShowContent();
 }
 
@@ -130,7 +131,9 @@ void CInstrumentStripCtrl::ShowContent() {
         CSwitchFaderCtrl& insert = *inserts[static_cast<std::size_t>(place)];
         insert.enabled = slot->plugin != nullptr;
         insert.SetText(SlotText(slot.get(), Text("+ insert %1").arg(place + 1)));
-        insertEdits[static_cast<std::size_t>(place)]->SetVisible(slot->plugin != nullptr || slot->missing);
+        const bool holds = slot->plugin != nullptr || slot->missing;
+        insert.SetSize(holds ? insertsRoom - kInsertEdit : insertsRoom, insert.Height());
+        insertEdits[static_cast<std::size_t>(place)]->SetVisible(holds);
     }
     for (int place = 0; place < kSendCount; ++place) {
         const auto slot = context.station.Places().Slot({SlotPlace::EKind::kEffect, 0, place});
@@ -182,8 +185,8 @@ void CInstrumentStripCtrl::FollowSilence(std::uint32_t soloed) {
     } else if (soloed != 0 && soloShown.Get() == 0.0F) {
         now = ESilence::kSolo;
     } else if (strip.crossfadeA.IsOn()) {
-        if (tables.CrossfadeGainA(crossfader) < kFadedOut) now = ESilence::kFadedA;
-    } else if (strip.crossfadeB.IsOn() && tables.CrossfadeGainB(crossfader) < kFadedOut) {
+        if (context.tables.CrossfadeGainA(crossfader) < kFadedOut) now = ESilence::kFadedA;
+    } else if (strip.crossfadeB.IsOn() && context.tables.CrossfadeGainB(crossfader) < kFadedOut) {
         now = ESilence::kFadedB;
     }
     if (now == silence && (now != ESilence::kSolo || soloed == silencedBy)) return;
@@ -329,6 +332,16 @@ void CInstrumentStripCtrl::SetSteps(int count) {
     context.station.Contents().SetSteps(Index(), pattern, count);
 }
 
-void CInstrumentStripCtrl::ToggleCollapsed() { context.station.Stack().SetCollapsed(Index(), !collapsed); }
+// With Shift all strips become as this one does, which is one step of undo.
+void CInstrumentStripCtrl::ToggleCollapsed() {
+    CInstrumentStack& stack = context.station.Stack();
+    const bool next = !collapsed;
+    const bool isShiftHeld = Owner().IsFine() && !Owner().IsControlHeld();
+    if (!isShiftHeld) return stack.SetCollapsed(Index(), next);
+    const CChanges::CMacro step(context.station.Changes(),
+                                Text(next ? TextKey("Collapse all strips") : TextKey("Expand all strips")));
+    const auto count = static_cast<int>(stack.Instruments().size());
+    for (int index = 0; index < count; ++index) stack.SetCollapsed(index, next);
+}
 
 }  // namespace quib

@@ -11,7 +11,6 @@
 #include "controls/CControl.h"
 #include "controls/CPatternSelCtrl.h"
 #include "engine/PlayPicture.h"
-#include "engine/strip/CLevelTables.h"
 
 class QMenu;
 
@@ -35,6 +34,7 @@ public:
     static constexpr int kHeight = 104;
     static constexpr int kClosedHeight = 40;
     static constexpr int kKeyboardHeight = 62;
+    static constexpr int kInsertEdit = 30;  // pixels of the button behind an insert, with its gap
 
     CInstrumentStripCtrl(CWinControl& window, std::shared_ptr<CInstrument> shown, const ConsoleContext& consoleContext,
                          int newWidth);
@@ -130,7 +130,6 @@ private:
     ConsoleContext context;
     std::shared_ptr<CInstrument> instrument;
     CStepGestures stepGestures;
-    CLevelTables tables;
     bool collapsed = false;
     bool withKeyboard = false;
     bool dragging = false;
@@ -176,6 +175,7 @@ private:
     CKeyboardExCtrl* keyboard = nullptr;
     std::array<CSwitchFaderCtrl*, kInsertCount> inserts{};
     std::array<CSwitchCtrl*, kInsertCount> insertEdits{};
+    int insertsRoom = 0;  // of an insert with its button
     std::array<CSwitchFaderCtrl*, kSendCount> sends{};
 };
 

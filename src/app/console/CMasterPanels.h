@@ -91,6 +91,7 @@ private:
     ConsoleContext context;
     struct Row {
         SlotPlace place;
+        int room;  // of the label beside the button
         CLabelMenuCtrl* label;
         CSwitchCtrl* edit;
         CSwitchCtrl* on;
@@ -111,7 +112,6 @@ private:
     void Build() override;
 
     ConsoleContext context;
-    CLevelTables tables;
     CVuCtrl* meter = nullptr;
     CLabelCtrl* peak = nullptr;
     float shownPeak = 0;  // decibels
@@ -131,7 +131,6 @@ private:
     QString HiddenSide() const;
 
     ConsoleContext context;
-    CLevelTables tables;
     CLabelMenuCtrl* presetMidi = nullptr;
     CLabelCtrl* hidden = nullptr;
     int shownChannel = -1;

@@ -38,7 +38,7 @@ void CLevelsPanel::Build() {
         fader.maximum = 127;
         fader.defaultValue = 127.0F;
         BindValue(fader, context, title, info);
-        ShowDecibels(fader, [this](float shown) { return tables.MasterGain(shown); });
+        ShowDecibels(fader, [this](float shown) { return context.tables.MasterGain(shown); });
     };
     addFader(10, audio.settings.masterLevel, TextKey("Master level"), 452);
     meter = &AddChild<CVuCtrl>(0U, kMeterLeft, kMeterTop, kMeterWidth, kMeterHeight, &audio.masterPeak[0],
@@ -107,7 +107,7 @@ void CSessionPanel::AddCrossfader() {
     BindValue(fader, context, "Crossfader", 455);
     fader.formatValue = [this](float shown) {
         return QStringLiteral("A %1   B %2")
-            .arg(Decibels(tables.CrossfadeGainA(shown)), Decibels(tables.CrossfadeGainB(shown)));
+            .arg(Decibels(context.tables.CrossfadeGainA(shown)), Decibels(context.tables.CrossfadeGainB(shown)));
     };
     ShowPercent(fader);
     hidden = &AddDimLabel(Width() - word - 4, 10, word, 20, HiddenSide());
@@ -116,8 +116,8 @@ void CSessionPanel::AddCrossfader() {
 
 QString CSessionPanel::HiddenSide() const {
     const float now = context.station.Audio().settings.crossfader.Get();
-    if (tables.CrossfadeGainA(now) < kFadedOut) return Text("A silent");
-    return tables.CrossfadeGainB(now) < kFadedOut ? Text("B silent") : Text("A and B");
+    if (context.tables.CrossfadeGainA(now) < kFadedOut) return Text("A silent");
+    return context.tables.CrossfadeGainB(now) < kFadedOut ? Text("B silent") : Text("A and B");
 }
 
 void CSessionPanel::AddPresets() {

@@ -25,14 +25,6 @@ int RoomOf(const char* word, bool symbol) {
 }
 }  // namespace
 
-void SetSongMode(CWorkstation& station, bool on) {
-    CValue& mode = station.Audio().settings.songMode;
-    const float before = mode.Get();
-    const float after = on ? 1.0F : 0.0F;
-    mode.Set(after);
-    station.Changes().ValueEdited(EnginePart(mode), before, after, Text("Song mode"));
-}
-
 CSongModeCtrl::CSongModeCtrl(CWinControl& window, std::uint32_t number, int left, int top, int newHeight,
                              CWorkstation& workstation, bool withSymbols)
     : CControl(window, number, left, top,

@@ -5,11 +5,9 @@
 
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
+#include "document/SongMode.h"
 
 namespace quib {
-
-// As one step of undo.
-void SetSongMode(CWorkstation& station, bool on);
 
 class CSongModeCtrl : public CControl {
 public:

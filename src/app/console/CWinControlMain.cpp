@@ -62,7 +62,7 @@ CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorks
     : CWinControl(controlSettings, "window", parent),
       station(workstation),
       actions(std::move(consoleActions)),
-      context{station, actions, nullptr},
+      context{station, actions, tables, nullptr},
       scopeFeed(std::make_unique<CScopeFeed>(station.Audio().Scope())) {
     setObjectName(QStringLiteral("console"));
     BuildMaster();

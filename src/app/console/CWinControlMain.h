@@ -93,6 +93,7 @@ private:
 
     CWorkstation& station;
     ConsoleActions actions;
+    CLevelTables tables;
     ConsoleContext context;
     CPatternEdits patternEdits{station};
     std::unique_ptr<CScopeFeed> scopeFeed;

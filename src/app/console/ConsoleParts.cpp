@@ -105,7 +105,8 @@ void ShowPan(CControl& control) {
 }
 
 QString Decibels(float gain) {
-    const double decibels = DecibelsOf(gain);
+    const double exact = DecibelsOf(gain);
+    const double decibels = std::abs(exact) < 0.05 ? 0 : exact;  // never "-0.0"
     return QStringLiteral("%1%2 dB").arg(decibels >= 0.05 ? QStringLiteral("+") : QString()).arg(decibels, 0, 'f', 1);
 }
 

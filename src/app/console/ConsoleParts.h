@@ -12,6 +12,7 @@
 #include "controls/CControl.h"
 #include "document/CWorkstation.h"
 #include "editors/ToolTable.h"
+#include "engine/strip/CLevelTables.h"
 
 namespace quib {
 
@@ -54,6 +55,7 @@ struct ConsoleActions {
 struct ConsoleContext {
     CWorkstation& station;
     ConsoleActions& actions;
+    const CLevelTables& tables;          // of the gains that faders stand for
     std::shared_ptr<CInstrument> owner;  // of the values that the controls are bound to; null: the master section
 };
 

@@ -210,7 +210,7 @@ void CInstrumentStripCtrl::AddSends(int left, int room) {
         send.section = ESection::kEffects;
         BindSetting(send, context, strip, 487);
         BindLevel(send, context, strip);
-        ShowLevelDecibels(send, [this](float shown) { return tables.SendGain(shown); });
+        ShowLevelDecibels(send, [this](float shown) { return context.tables.SendGain(shown); });
         send.disabledInfo = 513;
         const SlotPlace slot{SlotPlace::EKind::kEffect, instrument->Id(), place};
         send.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
@@ -220,6 +220,7 @@ void CInstrumentStripCtrl::AddSends(int left, int room) {
 }
 
 void CInstrumentStripCtrl::AddInserts(int left, int room) {
+    insertsRoom = room;
     const bool titled = room >= kTitledPresets;
     if (titled) {
         auto& label = AddChild<CLabelCtrl>(0U, left, 6, 54, 24, Text("Presets"));
@@ -231,8 +232,7 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         const auto index = static_cast<std::size_t>(place);
         const SlotPlace slot{SlotPlace::EKind::kInsert, instrument->Id(), place};
         const int top = 34 + 34 * place;
-        auto& insert =
-            AddChild<CSwitchFaderCtrl>(0U, left, top, room - 30, 30, &instrument->strip.insertOn[index], nullptr);
+        auto& insert = AddChild<CSwitchFaderCtrl>(0U, left, top, room, 30, &instrument->strip.insertOn[index], nullptr);
         insert.section = ESection::kEffects;
         BindSetting(insert, context, instrument->strip, 486);
         insert.struckWhileOff = true;
@@ -240,7 +240,8 @@ void CInstrumentStripCtrl::AddInserts(int left, int room) {
         insert.onAlternativeClick = [this, slot](CControl&) { OpenSlot(context, slot, Owner()); };
         insert.onEmptyClick = insert.onAlternativeClick;
         inserts[index] = &insert;
-        auto& edit = AddChild<CSwitchCtrl>(0U, left + room - 28, top, 28, 30, nullptr, picture::kGlyphEdit);
+        auto& edit = AddChild<CSwitchCtrl>(0U, left + room - kInsertEdit + 2, top, kInsertEdit - 2, 30, nullptr,
+                                           picture::kGlyphEdit);
         edit.momentary = true;
         edit.flat = true;
         insertEdits[index] = &edit;

@@ -20,7 +20,7 @@
 namespace quib {
 
 namespace {
-constexpr int kVelocity = 100;
+constexpr int kKeyboardVelocity = 100;
 constexpr int kTitleLeft = 72;
 }  // namespace
 
@@ -73,7 +73,7 @@ void CInstrumentStripCtrl::AddLevel(const QRect& area, const QRect& figures) {
     ChannelStrip& strip = instrument->strip;
     auto& level = AddChild<CFaderCtrl>(0U, area.left(), area.top(), area.width(), area.height(), &strip.level, false);
     BindSetting(level, context, strip, 470);
-    const auto gain = [this](float shown) { return tables.ChannelGain(shown); };
+    const auto gain = [this](float shown) { return context.tables.ChannelGain(shown); };
     ShowDecibels(level, gain);
     auto& label = AddChild<CLabelCtrl>(0U, figures.left(), figures.top(), figures.width(), figures.height());
     label.Bind(&strip.level);
@@ -198,7 +198,7 @@ void CInstrumentStripCtrl::AddKeyboard() {
     keyboard = &AddChild<CKeyboardExCtrl>(0U, 12, Height() - kKeyboardHeight, Width() - 18, kKeyboardHeight - 6, true);
     keyboard->infoString = 469;
     keyboard->onNote = [this](CKeyboardExCtrl&, int note, bool off) {
-        context.station.Transport().PlayKey(instrument->Id(), note, off ? 0 : kVelocity);
+        context.station.Transport().PlayKey(instrument->Id(), note, off ? 0 : kKeyboardVelocity);
     };
     keyboard->isSounding = [this](int note) { return sounding[static_cast<std::size_t>(note)]; };
     keyboard->onScroll = [this](int offset) {

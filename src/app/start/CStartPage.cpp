@@ -2,7 +2,6 @@
 #include "app/start/CStartPage.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLocale>
@@ -12,9 +11,9 @@
 #include "app/CMainWindow.h"
 #include "app/Commands.h"
 #include "app/start/CDeviceBanner.h"
-#include "app/start/FirstInstruments.h"
 #include "controls/SkinNumbers.h"
 #include "document/CSettings.h"
+#include "document/FirstInstruments.h"
 #include "document/ShippedFiles.h"
 #include "texts/Texts.h"
 
@@ -32,13 +31,6 @@ QString ChangedAt(const QFileInfo& file) {
     if (days == 1) return Text("yesterday");
     const QLocale locale(Language() == ELanguage::kFrench ? QLocale::French : QLocale::English);
     return locale.toString(time.date(), QStringLiteral("d MMMM"));
-}
-
-QString FolderOf(const QFileInfo& file) {
-    QString folder = file.absolutePath();
-    const QString home = QDir::homePath();
-    if (folder.startsWith(home)) folder.replace(0, home.size(), QLatin1Char('~'));
-    return folder;
 }
 
 // In the order of the examples.
@@ -137,7 +129,7 @@ void CStartPage::AddRecent() {
         entries.push_back({EKind::kRow,
                            file.completeBaseName(),
                            file.completeBaseName(),
-                           FolderOf(file),
+                           ShortFolder(path),
                            ChangedAt(file),
                            0,
                            ESection::kMix,

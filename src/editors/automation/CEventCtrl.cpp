@@ -7,6 +7,7 @@
 
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
+#include "editors/base/WindowKeys.h"
 #include "model/edits/LaneCurve.h"
 #include "texts/Texts.h"
 
@@ -14,7 +15,7 @@ namespace quib {
 
 namespace {
 
-constexpr int kScroll = 60;  // pixels of a notch
+constexpr int kWheelPixels = 60;  // pixels of a notch
 
 }  // namespace
 
@@ -127,7 +128,7 @@ void CEventCtrl::OnMouseWheel(int px, int py, std::uint32_t word) {
     if ((word & kWheelControl) != 0) {
         moved = notches > 0 ? view.time.ZoomIn(anchor) : view.time.ZoomOut(anchor);
     } else {
-        moved = view.time.ScrollTo(view.time.Scroll() - static_cast<int>(std::lround(notches * kScroll)));
+        moved = view.time.ScrollTo(view.time.Scroll() - static_cast<int>(std::lround(notches * kWheelPixels)));
     }
     if (moved) ViewMoved();
 }
@@ -136,6 +137,14 @@ void CEventCtrl::OnMouseLeave() {
     if (!hovered) return;
     hovered.reset();
     Refresh();
+}
+
+WindowKeys AutomationKeys() {
+    return {{Qt::Key_Up, TextKey("Moves the selected points"), WindowKey::EKind::kArrows},
+            {Qt::SHIFT | Qt::Key_Up, TextKey("The same finely"), WindowKey::EKind::kArrows},
+            {Qt::Key_Tab, TextKey("Next point")},
+            {Qt::SHIFT | Qt::Key_Tab, TextKey("Previous point")},
+            {Qt::Key_Delete, TextKey("Removes the selected points")}};
 }
 
 void CEventCtrl::OnKeyDown(int key) {

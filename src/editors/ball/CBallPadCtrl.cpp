@@ -7,8 +7,10 @@
 #include "controls/CWinControl.h"
 #include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
+#include "editors/base/WindowKeys.h"
 #include "model/edits/BallEdits.h"
 #include "platform/Clock.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -267,6 +269,13 @@ void CBallPadCtrl::Nudge(float right, float up) {
     Catch(selected);
     MoveTo(selected, {place[0] + right * way, place[1] + up * way});
     if (onDropped) onDropped(selected, place);
+}
+
+WindowKeys BallPadKeys() {
+    return {{Qt::Key_Up, TextKey("Moves the selected ball"), WindowKey::EKind::kArrows},
+            {Qt::SHIFT | Qt::Key_Up, TextKey("The same finely"), WindowKey::EKind::kArrows},
+            {Qt::Key_Tab, TextKey("Next ball")},
+            {Qt::Key_Delete, TextKey("Removes the selected ball")}};
 }
 
 void CBallPadCtrl::OnKeyDown(int key) {

@@ -14,7 +14,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kFieldHeight = 24;
 constexpr int kArrow = 20;
 constexpr int kFinest = 128;  // places at which another text is looked for
 

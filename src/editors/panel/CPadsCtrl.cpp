@@ -15,8 +15,8 @@ namespace quib {
 
 namespace {
 
-constexpr int kGap = 4;
-constexpr int kMargin = 10;
+constexpr int kPadGap = 4;
+constexpr int kPadMargin = 10;
 constexpr int kSends = 4;
 
 }  // namespace
@@ -32,10 +32,10 @@ CPadsCtrl::CPadsCtrl(CWinControl& window, const QRect& place, CPanelValues& pane
 
 QRectF CPadsCtrl::Area(std::size_t pad) const {
     const int rows = (static_cast<int>(pads.size()) + across - 1) / across;
-    const int wide = (Width() - kGap * (across - 1)) / across;
-    const int high = (Height() - kGap * (rows - 1)) / rows;
+    const int wide = (Width() - kPadGap * (across - 1)) / across;
+    const int high = (Height() - kPadGap * (rows - 1)) / rows;
     const int index = static_cast<int>(pad);
-    return QRectF(X() + index % across * (wide + kGap), Y() + index / across * (high + kGap), wide, high);
+    return QRectF(X() + index % across * (wide + kPadGap), Y() + index / across * (high + kPadGap), wide, high);
 }
 
 int CPadsCtrl::PadAt(int px, int py) const {
@@ -120,8 +120,8 @@ void CPadsCtrl::DrawPad(const Pad& pad, const QRectF& area, bool isHit, bool isH
     Canvas().Box(area, 4, isHit ? accent : Colour(isHot ? "knobHover" : "panelRaised"), Colour("knobEdge"));
     if (chosen) Canvas().Frame(area.adjusted(1, 1, -1, -1), 4, Colour("text"), 2);
     const QRgb ink = Colour(isHit ? "onAccent" : "text");
-    const qreal left = area.left() + kMargin;
-    const qreal room = area.width() - 2 * kMargin;
+    const qreal left = area.left() + kPadMargin;
+    const qreal room = area.width() - 2 * kPadMargin;
     const QRectF title(left, area.top() + 8, room - (pad.chokes ? 18 : 0), 20);
     Canvas().Text(title, pad.name, ink, FittingHeight(pad.name, title.width(), true, 14),
                   Qt::AlignLeft | Qt::AlignVCenter, true);
@@ -147,7 +147,7 @@ void CPadsCtrl::DrawPad(const Pad& pad, const QRectF& area, bool isHit, bool isH
     if (pad.send < 0) return;
     const int send = static_cast<int>(std::lround(values.Get(pad.send) * kSends));
     if (send == 0) return;
-    const QRectF mark(area.right() - kMargin - 24, area.top() + 30, 24, 18);
+    const QRectF mark(area.right() - kPadMargin - 24, area.top() + 30, 24, 18);
     Canvas().FillRound(mark, 3, Palette().Accent(ESection::kEffects));
     Canvas().Text(mark, QStringLiteral("S%1").arg(send), Colour("onAccent"), 11, Qt::AlignCenter, true);
 }

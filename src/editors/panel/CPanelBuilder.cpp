@@ -29,7 +29,6 @@ constexpr int kGap = 8;       // between groups, and between what is no knob
 constexpr int kInnerGap = 4;  // between the lines of a group
 constexpr int kTitled = 28;   // where the contents of a group with a title begin
 constexpr int kRadius = 14;   // of a knob's disc
-constexpr int kFieldHeight = 24;
 constexpr int kPickHeight = 20;
 
 // Lengths along an extent: each in pixels, or -1 for an equal share of what the others leave.

@@ -10,11 +10,11 @@ namespace quib {
 
 namespace {
 
-constexpr qreal kGap = 30;  // degrees either side of the bottom
+constexpr qreal kScaleGap = 30;  // degrees either side of the bottom
 constexpr int kLabelBelow = 10;
 constexpr int kLine = 14;
 
-qreal Degrees(qreal share) { return 180 + kGap + share * (360 - 2 * kGap); }
+qreal Degrees(qreal share) { return 180 + kScaleGap + share * (360 - 2 * kScaleGap); }
 
 }  // namespace
 

@@ -14,7 +14,7 @@ namespace quib {
 namespace {
 
 constexpr int kTallest = 28;  // of a segment with a text
-constexpr int kGap = 4;       // between rows
+constexpr int kRowGap = 4;       // between rows
 
 }  // namespace
 
@@ -33,12 +33,12 @@ int CPickCtrl::Chosen() const {
 QRectF CPickCtrl::Segment(int index) const {
     const int across = cycles ? 1 : columns > 0 ? columns : static_cast<int>(names.size());
     const int rows = cycles ? 1 : (static_cast<int>(names.size()) + across - 1) / across;
-    const int gapAcross = across < names.size() || waves ? kGap : 0;
-    const int high = std::min((Height() - kGap * (rows - 1)) / rows, waves ? Height() : kTallest);
+    const int gapAcross = across < names.size() || waves ? kRowGap : 0;
+    const int high = std::min((Height() - kRowGap * (rows - 1)) / rows, waves ? Height() : kTallest);
     const int column = index % across;
     const int left = column * (Width() + gapAcross) / across;
     const int right = (column + 1) * (Width() + gapAcross) / across - gapAcross;
-    return QRectF(X() + left, Y() + index / across * (high + kGap), right - left, high);
+    return QRectF(X() + left, Y() + index / across * (high + kRowGap), right - left, high);
 }
 
 int CPickCtrl::SegmentAt(int px, int py) const {

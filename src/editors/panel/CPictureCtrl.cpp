@@ -14,7 +14,7 @@ namespace {
 
 constexpr qreal kCatch = 12;  // pixels round a handle
 constexpr qreal kSide = 8;    // of a square one
-constexpr qreal kRadius = 5;  // of a round one
+constexpr qreal kHandleRadius = 5;  // of a round one
 
 }  // namespace
 
@@ -115,8 +115,8 @@ void CPictureCtrl::Draw() {
         const PictureHandle& handle = handles[index];
         const bool hot = static_cast<int>(index) == under || static_cast<int>(index) == held;
         if (handle.isRound) {
-            Canvas().Ellipse(handle.place, kRadius + 1, Colour("text"));
-            Canvas().Ellipse(handle.place, kRadius - 1, accent);
+            Canvas().Ellipse(handle.place, kHandleRadius + 1, Colour("text"));
+            Canvas().Ellipse(handle.place, kHandleRadius - 1, accent);
         } else {
             const QRectF square(handle.place.x() - kSide / 2, handle.place.y() - kSide / 2, kSide, kSide);
             Canvas().Box(square, 1, hot ? accent : Colour("glass"), accent, 2);

@@ -15,6 +15,8 @@ namespace quib {
 
 struct PanelText;
 
+constexpr int kFieldHeight = 24;  // of a field to choose from or to type into
+
 // The section whose accent a layout names.
 std::optional<ESection> SectionNamed(std::string_view name) noexcept;
 

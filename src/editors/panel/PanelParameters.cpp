@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::array kControls = {"knob",   "slider", "fader", "switch", "menu",
                                   "choice", "step",   "pick",  "waves",  "cycle"};
-constexpr int kSends = 5;  // none, and the four
+constexpr int kSendChoices = 5;  // none, and the four
 
 bool IsBox(const std::string& word) {
     constexpr std::array kBoxes = {"column", "row", "group", "line", "pages", "pads", "matrix"};
@@ -65,7 +65,7 @@ private:
         if (!parameter) return;
         int steps = 0;
         if (statement.word == "switch") steps = 2;
-        if (statement.Word("names") == "sends") steps = kSends;
+        if (statement.Word("names") == "sends") steps = kSendChoices;
         const bool named = statement.word == "pick" || statement.word == "waves" || statement.word == "cycle" ||
                            statement.word == "menu";
         if (steps == 0 && named) steps = static_cast<int>(statement.texts.size());

@@ -2,13 +2,16 @@
 #include "editors/pianoroll/CPianoRollKeys.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "controls/VirtualKeys.h"
+#include "editors/base/WindowKeys.h"
 #include "editors/pianoroll/PatternCommands.h"
 #include "model/edits/NoteEdits.h"
 #include "model/edits/NoteShaping.h"
 #include "model/edits/NoteSnap.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -16,7 +19,37 @@ namespace {
 constexpr int kOctave = 12;
 constexpr int kVelocityKey = 4;  // a press of + or -
 constexpr int kHeardTicks = 6;   // of 40 ms: how long a key that arrows reach is heard
+
+struct LetterEdit {
+    WindowKey key;
+    void (CPianoRollKeys::*run)();
+};
+constexpr std::array kLetterEdits = {
+    LetterEdit{{Qt::CTRL | Qt::Key_G, TextKey("Quantise")}, &CPianoRollKeys::Quantise},
+    LetterEdit{{Qt::CTRL | Qt::Key_H, TextKey("Humanise")}, &CPianoRollKeys::Humanise},
+    LetterEdit{{Qt::CTRL | Qt::Key_D, TextKey("Duplicate")}, &CPianoRollKeys::Duplicate},
+    LetterEdit{{Qt::CTRL | Qt::Key_J, TextKey("Join")}, &CPianoRollKeys::Join},
+    LetterEdit{{Qt::CTRL | Qt::Key_K, TextKey("Split")}, &CPianoRollKeys::Split},
+};
+constexpr std::array kOtherKeys = {
+    WindowKey{Qt::Key_Up, TextKey("Moves the selected notes, else the cursor"), WindowKey::EKind::kArrows},
+    WindowKey{Qt::CTRL | Qt::Key_Up, TextKey("The same by a bar or an octave"), WindowKey::EKind::kArrows},
+    WindowKey{Qt::SHIFT | Qt::Key_Up, TextKey("The same by the smallest step"), WindowKey::EKind::kLevel},
+    WindowKey{Qt::ALT | Qt::Key_Up, TextKey("Length of the selected notes"), WindowKey::EKind::kLevel},
+    WindowKey{Qt::Key_Tab, TextKey("Next note")},
+    WindowKey{Qt::SHIFT | Qt::Key_Tab, TextKey("Previous note")},
+    WindowKey{Qt::Key_Return, TextKey("Adds a note at the cursor, which goes on")},
+    WindowKey{Qt::Key_Delete, TextKey("Delete notes")},
+    WindowKey{Qt::Key_Plus, TextKey("Louder: the note under the mouse, else the selected ones")},
+    WindowKey{Qt::Key_Minus, TextKey("Softer: the note under the mouse, else the selected ones")},
+};
 }  // namespace
+
+WindowKeys PianoRollKeys() {
+    WindowKeys keys(kOtherKeys.begin(), kOtherKeys.end());
+    for (const LetterEdit& edit : kLetterEdits) keys.push_back(edit.key);
+    return keys;
+}
 
 CPianoRollKeys::CPianoRollKeys(CPianoRollEdit& edited, PianoRollView& shown, PianoRollOptions& settings,
                                IPianoRollSurface& drawn)
@@ -75,26 +108,13 @@ bool CPianoRollKeys::EditPattern(int key) {
     return true;
 }
 
+// A letter is the same to Qt and to controls.
 bool CPianoRollKeys::EditByLetter(int key) {
-    switch (key) {
-        case 'G':
-            Quantise();
-            return true;
-        case 'H':
-            Humanise();
-            return true;
-        case 'D':
-            Duplicate();
-            return true;
-        case 'J':
-            Join();
-            return true;
-        case 'K':
-            Split();
-            return true;
-        default:
-            return false;
-    }
+    const auto found = std::ranges::find_if(
+        kLetterEdits, [key](const LetterEdit& row) { return static_cast<int>(row.key.key.key()) == key; });
+    if (found == kLetterEdits.end()) return false;
+    (this->*found->run)();
+    return true;
 }
 
 // A step for each of the keys that were held on.

@@ -16,23 +16,23 @@ namespace quib {
 namespace {
 constexpr int kChooser = 112;
 constexpr int kGap = 4;
-constexpr int kMore = 24;
+constexpr int kMoreWidth = 24;
 constexpr int kCount = 156;
 constexpr int kStep = 48;
-constexpr int kEdge = 8;
+constexpr int kBarEdge = 8;
 }  // namespace
 
 CRollLaneBar::CRollLaneBar(CWinControl& frame, std::uint32_t number, int left, int top, int newWidth, int newHeight,
                            CWinControlPianoRoll& pianoRoll)
     : CRollBar(frame, number, left, top, newWidth, newHeight, pianoRoll) {
     controlTop = 2;
-    chooser = &AddMenu(kEdge, kChooser, 532, [this](QMenu& menu) { window.FillLanes(menu); });
+    chooser = &AddMenu(kBarEdge, kChooser, 532, [this](QMenu& menu) { window.FillLanes(menu); });
     for (CLaneCapCtrl*& cap : caps) {
         cap = &AddChild<CLaneCapCtrl>(0U, 0, controlTop, kChooser, controlHeight);
         cap->infoString = 532;
         cap->onChange = [this, made = cap](CControl&) { window.ChooseLane(made->Key()); };
     }
-    more = &AddButton(0, kMore, {}, picture::kGlyphPlus, nullptr, 532,
+    more = &AddButton(0, kMoreWidth, {}, picture::kGlyphPlus, nullptr, 532,
                       [this] { PopUpMenu(window, [this](QMenu& menu) { window.FillLanes(menu); }); });
     count = &AddLabel(0, kCount, {});
     count->alignment = Qt::AlignRight | Qt::AlignVCenter;
@@ -42,8 +42,8 @@ CRollLaneBar::CRollLaneBar(CWinControl& frame, std::uint32_t number, int left, i
 
 void CRollLaneBar::Resize(int newWidth, int newHeight) {
     CRollBar::Resize(newWidth, newHeight);
-    step->SetPosition(newWidth - kEdge - kStep, controlTop);
-    count->SetPosition(newWidth - 2 * kEdge - kStep - kCount, controlTop);
+    step->SetPosition(newWidth - kBarEdge - kStep, controlTop);
+    count->SetPosition(newWidth - 2 * kBarEdge - kStep - kCount, controlTop);
     PlaceCaps();
 }
 
@@ -64,8 +64,8 @@ void CRollLaneBar::ShowLanes() {
 // Those that find no room are in the menu.
 void CRollLaneBar::PlaceCaps() {
     const std::vector<LaneEntry> used = window.Lanes().Used();
-    const int end = Width() - 3 * kEdge - kStep - kCount - kMore;
-    int left = kEdge + kChooser + 2 * kGap;
+    const int end = Width() - 3 * kBarEdge - kStep - kCount - kMoreWidth;
+    int left = kBarEdge + kChooser + 2 * kGap;
     std::size_t index = 0;
     for (CLaneCapCtrl* const cap : caps) {
         const bool isUsed = index < used.size();

@@ -16,6 +16,11 @@
 
 namespace quib {
 
+namespace {
+constexpr int kMiddleKey = 60;
+constexpr int kClosedHat = 42;
+}  // namespace
+
 QString CWinControlPianoRoll::Title() const {
     const auto instrument = Instrument();
     const QString name = instrument ? QString::fromStdString(instrument->title) : QString();
@@ -44,7 +49,7 @@ void CWinControlPianoRoll::ShowSelection() {
     LayoutAndRefresh();
 }
 
-// The keys in use in the middle, or the middle of the keyboard.
+// The keys in use in the middle; without notes the middle of the keyboard, or of a drum machine its kick and snare.
 void CWinControlPianoRoll::CentreKeys() {
     int lowest = 127;
     int highest = 0;
@@ -52,8 +57,9 @@ void CWinControlPianoRoll::CentreKeys() {
         lowest = std::clamp(note.key, 0, lowest);
         highest = std::clamp(note.key, highest, 127);
     }
-    const int middle = lowest <= highest ? (lowest + highest) / 2 : 60;
     PianoRollView& view = roll->view;
+    const int usual = view.IsDrums() ? kClosedHat : kMiddleKey;
+    const int middle = lowest <= highest ? (lowest + highest) / 2 : usual;
     view.ScrollKeysTo(0);
     view.ScrollKeysTo(view.YOfRow(view.Rows().RowOf(middle)) - view.Height() / 2);
 }

@@ -16,7 +16,6 @@ constexpr int kPlayheadHalf = 7;    // pixels of its flag to each side
 constexpr int kPlayheadLineHalf = 2;
 constexpr int kBandRows = 2;  // drawn together
 constexpr int kAlmost = 48;   // pixels
-constexpr int kHeader = PianoRollView::kHeaderHeight;
 }  // namespace
 
 // --- Drawing ------------------------------------------------------------------------------------------
@@ -29,10 +28,10 @@ RollDrawing CPianoRollCtrlEx::Drawing(const QRect& part) {
 void CPianoRollCtrlEx::Paint(const QRect& part) {
     const RollDrawing drawing = Drawing(part);
     const int left = view.GridLeft();
-    Canvas().SetClip(OnCanvas(part.intersected(QRect(left, kHeader, Width() - left, view.GridHeight()))));
-    if (part.bottom() >= kHeader && part.right() >= left) PaintGrid(drawing);
-    Canvas().SetClip(OnCanvas(part.intersected(QRect(0, kHeader, left, view.GridHeight()))));
-    if (part.bottom() >= kHeader && part.left() < left) {
+    Canvas().SetClip(OnCanvas(part.intersected(QRect(left, PianoRollView::kHeaderHeight, Width() - left, view.GridHeight()))));
+    if (part.bottom() >= PianoRollView::kHeaderHeight && part.right() >= left) PaintGrid(drawing);
+    Canvas().SetClip(OnCanvas(part.intersected(QRect(0, PianoRollView::kHeaderHeight, left, view.GridHeight()))));
+    if (part.bottom() >= PianoRollView::kHeaderHeight && part.left() < left) {
         if (view.IsDrums()) {
             DrawDrumStrip(drawing, usedKeys, gestures.SoundingKey());
         } else {
@@ -40,14 +39,14 @@ void CPianoRollCtrlEx::Paint(const QRect& part) {
         }
     }
     Canvas().SetClip(OnCanvas(part));
-    if (part.top() < kHeader) PaintHeader(drawing);
+    if (part.top() < PianoRollView::kHeaderHeight) PaintHeader(drawing);
 }
 
 void CPianoRollCtrlEx::PaintHeader(const RollDrawing& drawing) const {
     DrawHeader(drawing, lengthFormat.arg(drawing.stepCount));
     const int left = view.GridLeft() - kPlayheadHalf;
-    Canvas().SetClip(OnCanvas(drawing.part.intersected(QRect(left, 0, Width() - left, kHeader))));
-    DrawPatternEnd(drawing, 0, kHeader);
+    Canvas().SetClip(OnCanvas(drawing.part.intersected(QRect(left, 0, Width() - left, PianoRollView::kHeaderHeight))));
+    DrawPatternEnd(drawing, 0, PianoRollView::kHeaderHeight);
     const double place = view.XOf(playhead);
     if (playhead >= 0 && place >= view.GridLeft()) DrawPlayheadFlag(drawing, place);
     Canvas().SetClip(OnCanvas(drawing.part));
@@ -56,7 +55,7 @@ void CPianoRollCtrlEx::PaintHeader(const RollDrawing& drawing) const {
 // A few rows at a time, ground and notes: what is written twice is still in the processor's cache then.
 void CPianoRollCtrlEx::PaintRows(const RollDrawing& drawing) {
     notes.Collect(drawing, edit.Index());
-    const QRect part = drawing.part.intersected(QRect(view.GridLeft(), kHeader, Width(), view.GridHeight()));
+    const QRect part = drawing.part.intersected(QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width(), view.GridHeight()));
     const QRect whole = OnCanvas(part);
     if (options.ghosts.empty() && !view.IsDrums()) {
         RollDrawing rows = drawing;
@@ -82,9 +81,9 @@ void CPianoRollCtrlEx::PaintRows(const RollDrawing& drawing) {
 
 void CPianoRollCtrlEx::PaintGrid(const RollDrawing& drawing) {
     PaintRows(drawing);
-    DrawPatternEnd(drawing, kHeader, Height());
+    DrawPatternEnd(drawing, PianoRollView::kHeaderHeight, Height());
     PaintMarks(drawing);
-    if (playhead >= 0) DrawPlayheadLine(drawing, view.XOf(playhead), kHeader, Height());
+    if (playhead >= 0) DrawPlayheadLine(drawing, view.XOf(playhead), PianoRollView::kHeaderHeight, Height());
 }
 
 void CPianoRollCtrlEx::PaintMarks(const RollDrawing& drawing) const {
@@ -111,7 +110,7 @@ QRect CPianoRollCtrlEx::GridPart(double left, double top, double right, double b
     const QRect area(
         QPoint(static_cast<int>(std::floor(std::max(left, -1.0e6))), static_cast<int>(std::floor(top))),
         QPoint(static_cast<int>(std::ceil(std::min(right, 1.0e6))), static_cast<int>(std::ceil(bottom)) - 1));
-    return area.intersected(QRect(view.GridLeft(), kHeader, Width() - view.GridLeft(), view.GridHeight()));
+    return area.intersected(QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width() - view.GridLeft(), view.GridHeight()));
 }
 
 QRect CPianoRollCtrlEx::HoverPart() const {
@@ -145,8 +144,8 @@ QRect CPianoRollCtrlEx::PlayheadPart(double step, bool isFlag) const {
     const int place = static_cast<int>(std::floor(view.XOf(step)));
     const int half = isFlag ? kPlayheadHalf : kPlayheadLineHalf;
     if (place + half < view.GridLeft() || place - half > Width()) return {};
-    const int top = isFlag ? 0 : kHeader;
-    return {place - half, top, 2 * half + 1, (isFlag ? kHeader : Height()) - top};
+    const int top = isFlag ? 0 : PianoRollView::kHeaderHeight;
+    return {place - half, top, 2 * half + 1, (isFlag ? PianoRollView::kHeaderHeight : Height()) - top};
 }
 
 void CPianoRollCtrlEx::SetPlayhead(double step) {
@@ -177,7 +176,7 @@ QRect CPianoRollCtrlEx::ChangedPart(const NoteState& before) const {
     const std::vector<Note>& old = before.Notes();
     QRect part;
     bool isWhole = false;
-    const QRect whole(view.GridLeft(), kHeader, Width() - view.GridLeft(), view.GridHeight());
+    const QRect whole(view.GridLeft(), PianoRollView::kHeaderHeight, Width() - view.GridLeft(), view.GridHeight());
     const auto add = [&](const Note& note) {
         if (isWhole) return;
         if (const auto box = view.BoxOf(note)) part |= GridPart(box->left, box->top, box->right, box->bottom);
@@ -262,7 +261,7 @@ void CPianoRollCtrlEx::MarksChanged() {
     if (before != mark) DrawPart(before.united(mark));
     if (gestures.SoundingKey() != drawnPressed) {
         drawnPressed = gestures.SoundingKey();
-        DrawPart(QRect(0, kHeader, view.GridLeft(), view.GridHeight()));
+        DrawPart(QRect(0, PianoRollView::kHeaderHeight, view.GridLeft(), view.GridHeight()));
     }
 }
 

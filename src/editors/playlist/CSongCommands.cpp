@@ -2,14 +2,43 @@
 #include "editors/playlist/CSongCommands.h"
 
 #include <algorithm>
+#include <array>
 
 #include "controls/VirtualKeys.h"
+#include "editors/base/WindowKeys.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 constexpr int kRoomOfNext = 40;  // pixels that an item chosen by a key is away from the edges
+
+struct LetterCommand {
+    WindowKey key;
+    void (CSongCommands::*run)();
+};
+constexpr std::array kLetters = {
+    LetterCommand{{Qt::CTRL | Qt::Key_L, TextKey("Loop selection")}, &CSongCommands::LoopSelection},
+    LetterCommand{{Qt::CTRL | Qt::Key_D, TextKey("Duplicate")}, &CSongCommands::Duplicate},
+    LetterCommand{{Qt::CTRL | Qt::Key_K, TextKey("Split at the position")}, &CSongCommands::SplitAtPlayhead},
+};
+constexpr std::array kOtherKeys = {
+    WindowKey{Qt::Key_Up, TextKey("Moves the selected items, else the position by a bar"), WindowKey::EKind::kLevel},
+    WindowKey{Qt::Key_Up, TextKey("Pattern of the selected items, or of the next ones"), WindowKey::EKind::kUpright},
+    WindowKey{Qt::KeypadModifier | Qt::Key_1, TextKey("Pattern 1; the others as far as 9")},
+    WindowKey{Qt::Key_Home, TextKey("To the beginning of the song")},
+    WindowKey{Qt::Key_End, TextKey("To the end of the song")},
+    WindowKey{Qt::Key_Tab, TextKey("Next item")},
+    WindowKey{Qt::SHIFT | Qt::Key_Tab, TextKey("Previous item")},
+    WindowKey{Qt::Key_Return, TextKey("Adds an item at the position")},
+    WindowKey{Qt::Key_Delete, TextKey("Removes the selected items; held, what is pressed")},
+};
+}  // namespace
+
+WindowKeys SongKeys() {
+    WindowKeys keys(kOtherKeys.begin(), kOtherKeys.end());
+    for (const LetterCommand& command : kLetters) keys.push_back(command.key);
+    return keys;
 }
 
 StepRange CSongCommands::Selected() const {
@@ -73,10 +102,11 @@ bool CSongCommands::RunKey(int key, bool control) {
     if (lane == nullptr) return false;
     CPlaylistEdit& edit = lane->Edit();
     if (control) {
-        if (key == 'L') LoopSelection();
-        if (key == 'D') Duplicate();
-        if (key == 'K') SplitAtPlayhead();
-        return key == 'L' || key == 'D' || key == 'K';
+        const auto found = std::ranges::find_if(
+            kLetters, [key](const LetterCommand& command) { return static_cast<int>(command.key.key.key()) == key; });
+        if (found == kLetters.end()) return false;
+        (this->*found->run)();
+        return true;
     }
     switch (key) {
         case virtualKey::kLeft:

@@ -18,6 +18,7 @@ namespace {
 constexpr int kTop = 4;
 constexpr int kToolHeight = 20;
 constexpr int kFont = 11;
+constexpr int kTitleFont = 13;
 constexpr int kGap = 6;
 constexpr int kMenuRoom = 26;  // of a menu beside its widest text
 constexpr std::array kSnapNames = {TextKey("Off"), TextKey("Step"), TextKey("Beat"), TextKey("Bar")};
@@ -36,9 +37,10 @@ CSongToolBar::CSongToolBar(CWinControl& window, std::uint32_t number, CWorkstati
                            CSongCommands& songCommands)
     : CControl(window, number, 0, 0, 100, kHeight), station(workstation), view(shown), commands(songCommands) {
     backgroundColour = Palette().Colour(QStringLiteral("panel"));
-    auto& title = AddChild<CLabelCtrl>(0U, 8, 2, 80, 24, Text("SONG"));
-    title.fontHeight = 13;
+    auto& title = AddChild<CLabelCtrl>(0U, 0, kTop, 10, kToolHeight, Text("SONG"));
+    title.fontHeight = kTitleFont;
     title.strong = true;
+    Add(title, static_cast<int>(CCanvas::TextWidth(title.Text(), kTitleFont, true)) + 14);
     BuildChoices();
     BuildCommands();
     BuildWindow();
@@ -141,7 +143,7 @@ void CSongToolBar::Resize(int newWidth, int newHeight) {
     right -= zoom->Width() + 8;
     zoom->SetPosition(right, 5);
     right -= more->Width() + 8;
-    int left = 62 + kGap;
+    int left = 8;
     for (const Tool& tool : tools) {
         const bool fits = left + tool.width <= right - kGap;
         tool.control->SetPosition(left, kTop);

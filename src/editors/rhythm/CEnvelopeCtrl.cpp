@@ -17,7 +17,6 @@ constexpr int kRuler = 20;
 constexpr int kBars = 34;  // below the envelope: how strong the hits are
 constexpr double kLowest = -60;
 constexpr double kCatch = 6;  // skin pixels round what can be dragged
-constexpr double kBeatsOfBar = 4;
 
 }  // namespace
 

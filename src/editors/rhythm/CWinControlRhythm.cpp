@@ -18,7 +18,6 @@ namespace quib {
 
 namespace {
 
-constexpr double kBeatsOfBar = 4;
 constexpr double kLongestLive = 30;     // seconds that the tempo of the master output is found in
 constexpr double kBetweenSearches = 3;  // seconds
 constexpr double kNotSure = 0.3;

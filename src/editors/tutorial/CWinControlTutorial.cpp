@@ -43,16 +43,21 @@ void CWinControlTutorial::Build() {
         choice.onChange = [this, number](CControl&) { Begin(number); };
         ++number;
     }
-    auto& skip = Add<CSwitchCtrl>(0U, kTextLeft, kBottom, 160, 28, nullptr, Text("Skip this step"));
-    skip.momentary = true;
-    skip.infoString = 621;
-    skip.backgroundColour = Palette().Colour(QStringLiteral("panel"));
-    skip.onChange = [this](CControl&) { Skip(); };
+    skip = &Add<CSwitchCtrl>(0U, kTextLeft, kBottom, 160, 28, nullptr, QString());
+    skip->momentary = true;
+    skip->backgroundColour = Palette().Colour(QStringLiteral("panel"));
+    skip->onChange = [this](CControl&) { Skip(); };
+    ShowSkip();
 }
 
 void CWinControlTutorial::Translate() {
     Build();
     LayoutAndRefresh();
+}
+
+void CWinControlTutorial::ShowSkip() {
+    skip->label = lesson < 0 ? Text("Begin") : Text("Skip this step");
+    skip->infoString = lesson < 0 ? 620 : 621;
 }
 
 int CWinControlTutorial::Target() const {
@@ -65,11 +70,15 @@ int CWinControlTutorial::Target() const {
 void CWinControlTutorial::Begin(int number) {
     KeepUsersProject();
     const TutorialLesson& next = TutorialLessons()[static_cast<std::size_t>(number)];
-    if (next.emptyProject) Document().Session().NewProject();
+    QString error;
+    if (!PrepareGround(Document(), next.ground, error)) {
+        return Q_EMIT Document().Message(QStringLiteral("QUIB Sequencer"), error);
+    }
     if (lesson < 0) StepAside();
     lesson = number;
     step = 0;
     before = ReadTutorialState(Document());
+    ShowSkip();
     LayoutAndRefresh();
 }
 
@@ -97,6 +106,7 @@ void CWinControlTutorial::Advance() {
     if (lesson + 1 < static_cast<int>(lessons.size())) return Begin(lesson + 1);
     lesson = -1;
     step = 0;
+    ShowSkip();
     LayoutAndRefresh();
 }
 
@@ -137,6 +147,7 @@ void CWinControlTutorial::hideEvent(QHideEvent* event) {
     CToolWindow::hideEvent(event);
     if (event->spontaneous()) return;
     lesson = -1;
+    ShowSkip();
     GiveUsersProjectBack();
 }
 

@@ -12,6 +12,8 @@
 
 namespace quib {
 
+class CSwitchCtrl;
+
 class CWinControlTutorial : public CToolWindow {
     Q_OBJECT
 
@@ -42,11 +44,13 @@ private:
 
     void Build();
     void Advance();
+    void ShowSkip();
     void StepAside();
     void KeepUsersProject();
     void GiveUsersProjectBack();
     void DrawSteps();
 
+    CSwitchCtrl* skip = nullptr;  // begins, before the first lesson
     int lesson = -1;
     int step = 0;
     std::array<bool, kLessons> over{};

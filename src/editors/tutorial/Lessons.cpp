@@ -7,6 +7,8 @@
 #include <array>
 
 #include "document/CSettings.h"
+#include "document/FirstInstruments.h"
+#include "document/SongMode.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -85,10 +87,12 @@ constexpr std::array kExport = {
     TutorialStep{TextKey("Press its button \"Export\": the song becomes a file that every player plays."), kNoTarget,
                  [](const State& now, const State& before) { return now.newestExport > before.newestExport; }}};
 
-const std::array kLessons = {
-    TutorialLesson{TextKey("Hear"), true, kHear},          TutorialLesson{TextKey("Beat"), true, kBeat},
-    TutorialLesson{TextKey("Melody"), false, kMelody},     TutorialLesson{TextKey("Song"), false, kSong},
-    TutorialLesson{TextKey("Automate"), false, kAutomate}, TutorialLesson{TextKey("Export"), false, kExport}};
+const std::array kLessons = {TutorialLesson{TextKey("Hear"), ELessonGround::kEmpty, kHear},
+                             TutorialLesson{TextKey("Beat"), ELessonGround::kEmpty, kBeat},
+                             TutorialLesson{TextKey("Melody"), ELessonGround::kBeat, kMelody},
+                             TutorialLesson{TextKey("Song"), ELessonGround::kBeatWithoutSong, kSong},
+                             TutorialLesson{TextKey("Automate"), ELessonGround::kBeat, kAutomate},
+                             TutorialLesson{TextKey("Export"), ELessonGround::kSong, kExport}};
 
 }  // namespace
 
@@ -113,5 +117,17 @@ TutorialState ReadTutorialState(CWorkstation& station) {
 }
 
 std::span<const TutorialLesson> TutorialLessons() { return kLessons; }
+
+bool PrepareGround(CWorkstation& station, ELessonGround ground, QString& error) {
+    const bool songInTheWay = ground == ELessonGround::kBeatWithoutSong && !station.Song().IsEmpty();
+    if (ground == ELessonGround::kEmpty || songInTheWay) station.Session().NewProject();
+    if (ground == ELessonGround::kEmpty) return true;
+    if (ReadTutorialState(station).notes == 0 && !AddBeat(station, error)) return false;
+    if (ground == ELessonGround::kSong && station.Song().IsEmpty()) {
+        station.Song().PutSelectedPatterns();
+        SetSongMode(station, true);
+    }
+    return true;
+}
 
 }  // namespace quib

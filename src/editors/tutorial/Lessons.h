@@ -35,11 +35,17 @@ struct TutorialStep {
     bool (*isDone)(const TutorialState& now, const TutorialState& before);
 };
 
+// What a lesson begins with: what it lacks is made for it, and what is in its way goes.
+enum class ELessonGround { kEmpty, kBeat, kBeatWithoutSong, kSong };
+
 struct TutorialLesson {
     const char* title;
-    bool emptyProject;  // begins with one
+    ELessonGround ground;
     std::span<const TutorialStep> steps;
 };
 std::span<const TutorialLesson> TutorialLessons();
+
+// False, with the reason, when the drum machine could not be loaded.
+bool PrepareGround(CWorkstation& station, ELessonGround ground, QString& error);
 
 }  // namespace quib

@@ -103,6 +103,10 @@ void OnFatalEnd(int signal) noexcept {
         TellAtEnd(parts.data());
         // What else runs at exit() must not do so on a thread of any kind.
         if (codeAtEnd >= 0 || signal == 0) EndAtOnce(codeAtEnd >= 0 ? codeAtEnd.load() : 1);
+    } else if (codeAtEnd >= 0 && signal != 0) {
+        const std::array<const char*, 2> parts = {"crashed outside of any call of a plug-in", nullptr};
+        TellAtEnd(parts.data());
+        EndAtOnce(codeAtEnd);
     }
 }
 
@@ -186,6 +190,7 @@ MarkedCall CallOf(Mark mark) {
 
 bool KeepMarks(const std::filesystem::path& file) {
     CatchFatalEnd(OnFatalEnd);
+    codeAtEnd = -1;
     if (!pageFile.Create(file, sizeof(Page))) return false;
     pagePath = file;
     page = reinterpret_cast<Page*>(pageFile.Data());

@@ -12,7 +12,7 @@
 #include "dsp/CCrossFade.h"
 #include "dsp/CDelayLine.h"
 #include "dsp/Ramp.h"
-#include "reverb/Room.h"
+#include "dsp/Room.h"
 
 namespace quibplug {
 

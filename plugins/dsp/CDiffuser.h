@@ -10,7 +10,7 @@
 
 #include "dsp/CDelayLine.h"
 #include "dsp/Ramp.h"
-#include "reverb/Room.h"
+#include "dsp/Room.h"
 
 namespace quibplug {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "reverb/CDiffuser.h"
+#include "dsp/CDiffuser.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "reverb/CFeedbackNetwork.h"
+#include "dsp/CFeedbackNetwork.h"
 
 #include <algorithm>
 

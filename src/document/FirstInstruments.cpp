@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/start/FirstInstruments.h"
+#include "document/FirstInstruments.h"
 
-#include "app/console/CSongModeCtrl.h"
 #include "document/CWorkstation.h"
+#include "document/SongMode.h"
 #include "texts/Texts.h"
 
 namespace quib {
