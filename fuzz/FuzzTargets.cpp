@@ -147,6 +147,11 @@ void Midi(std::string_view bytes) {
     const MidiImportCounts& counts = song.counts;
     Require(taken == counts.notes && taken + counts.lateNotes + counts.extraNotes == begun, "each note is counted");
     if (file.isTimecode) return;
+    // What other tracks say of the song is written to the first one, which lasts as long then.
+    std::uint32_t& end = file.tracks.front().end;
+    if (!file.tempos.empty()) end = std::max(end, file.tempos.back().tick);
+    if (!file.signatures.empty()) end = std::max(end, file.signatures.back().tick);
+    if (!file.markers.empty()) end = std::max(end, file.markers.back().tick);
     MidiFile again;
     Require(ReadMidi(WriteMidi(file), again, error), "what was written is read");
     Require(again.tracks == file.tracks && again.tempos == file.tempos && again.signatures == file.signatures &&

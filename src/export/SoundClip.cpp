@@ -12,8 +12,7 @@
 namespace quib {
 
 namespace {
-constexpr sf_count_t kBlock = 65536;           // frames
-constexpr sf_count_t kMostReserved = 1 << 25;  // frames: what a file says need not be true
+constexpr sf_count_t kBlock = 65536;  // frames
 constexpr const char* kExtensions[] = {".wav", ".mp3", ".flac", ".ogg", ".opus", ".aif", ".aiff"};
 }  // namespace
 
@@ -32,9 +31,6 @@ bool ReadClip(const std::filesystem::path& path, SoundClip& clip, std::string& e
     clip = {info.samplerate, info.channels, {}, {}};
     std::vector<float> block(static_cast<std::size_t>(kBlock * info.channels));
     const auto width = static_cast<std::size_t>(info.channels);
-    const auto expected = static_cast<std::size_t>(std::clamp<sf_count_t>(info.frames, 0, kMostReserved));
-    clip.left.reserve(expected);
-    clip.right.reserve(expected);
     while (const sf_count_t read = sf_readf_float(file.get(), block.data(), kBlock)) {
         if (clip.Seconds() > kLongestClip) return fail("it is longer than 20 minutes");
         for (std::size_t i = 0; i < static_cast<std::size_t>(read) * width; ++i) {

@@ -723,7 +723,7 @@ inline constexpr KeyedText kTexts[] = {
     {"new", "nouvelle"},
     {"written", "écrite"},
     {"failed", "échec"},
-    {"Step at the seam %1 %, the loop itself has %2 %", "Saut au raccord %1 %, la boucle en a %2 %"},
+    {"Step at the seam %1 %, in the loop %2 %", "Saut au raccord %1 %, en boucle %2 %"},
     {"Write the loop", "Écrire la boucle"},
     {"Write %1 loops", "Écrire %1 boucles"},
     {"Stroke", "Frappe"},

@@ -99,7 +99,7 @@ void CWinControlLoopCreator::Hear(std::shared_ptr<const HeardSound> next) {
     }
     if (next->path.isEmpty()) return HearRhythm(*next);
     heard = std::move(next);
-    work.Find(heard);
+    work.Find(heard, !wantedGrid);
     peaks = std::make_shared<const CWavePeaks>(heard->clip);
     loops.clear();
     chosen = -1;
@@ -369,7 +369,7 @@ void CWinControlLoopCreator::ShowAll() {
                            .arg(QFileInfo(heard->path).fileName())
                            .arg(heard->clip.Seconds(), 0, 'f', 1)
                            .arg(heard->clip.sampleRate / 1000.0);
-        if (work.IsBusy()) told += QStringLiteral("   ") + Text("Looking for the tempo");
+        if (work.IsBusy() && !wantedGrid) told += QStringLiteral("   ") + Text("Looking for the tempo");
         fileName->SetText(told);
     }
     if (work.IsReading()) {
@@ -392,7 +392,7 @@ void CWinControlLoopCreator::ShowAll() {
     }
     waveShown.Set(mp3 ? 0.0F : 1.0F);
     mp3Shown.Set(mp3 ? 1.0F : 0.0F);
-    seamText->SetText(loop ? Text("Step at the seam %1 %, the loop itself has %2 %")
+    seamText->SetText(loop ? Text("Step at the seam %1 %, in the loop %2 %")
                                  .arg(static_cast<double>(steps.seam) * 100, 0, 'f', 1)
                                  .arg(static_cast<double>(steps.usual) * 100, 0, 'f', 1)
                            : QString());

@@ -142,7 +142,7 @@ void CWinControlLoopCreator::BuildSeam() {
     knob.infoString = 665;
     knob.formatValue = [](float value) { return QStringLiteral("%1 ms").arg(static_cast<double>(value), 0, 'f', 1); };
     knob.onChange = [this](CControl&) { CutChanged(); };
-    seamText = &Label(92, 564, 210);
+    seamText = &Label(92, 564, 308);
     Button(306, 590, 94, Text("Best place"), 665, [this] {
         if (heard) MoveTo(static_cast<double>(BestStart(heard->clip, cut)), false);
     });

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "controls/CEntryDialog.h"
 #include "controls/CSwitchCtrl.h"
@@ -269,7 +270,8 @@ void CWinControlRhythm::ShowAll() {
     }
     state->SetText(heard && !listening ? Text("read in %1 s").arg(heard->seconds, 0, 'f', 1) : QString());
     tempoText->SetText(tempo > 0 ? QString::number(tempo, 'f', 2) : QStringLiteral("-"));
-    tempoText->textColour = Palette().Accent(sureness < kHardlySure ? ESection::kPattern : ESection::kTransport);
+    const QRgb sureColour = Palette().Accent(sureness < kHardlySure ? ESection::kPattern : ESection::kTransport);
+    if (std::exchange(tempoText->textColour, sureColour) != sureColour) tempoText->Refresh();
     sureText->SetText(tempo <= 0            ? (work.IsBusy() && !listening ? Text("Looking for the tempo") : QString())
                       : sureness < kNotSure ? Text("not sure")
                                             : Text("sure to %1 %").arg(std::lround(sureness * 100)));

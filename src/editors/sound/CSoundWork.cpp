@@ -40,12 +40,13 @@ void CSoundWork::Read(const QString& path) {
     });
 }
 
-void CSoundWork::Find(std::shared_ptr<const HeardSound> sound) {
+void CSoundWork::Find(std::shared_ptr<const HeardSound> sound, bool isTempoWanted) {
     reading = false;
-    Start([this, sound = std::move(sound)](HeardSound& found) {
+    Start([this, isTempoWanted, sound = std::move(sound)](HeardSound& found) {
         CRhythmEnvelope envelope({}, sound->clip.sampleRate);
         envelope.Add(sound->mono);
         found.hits = envelope.Hits();
+        if (!isTempoWanted) return;
         found.rhythm = FindTempo(sound->mono, sound->clip.sampleRate, [this] { return !cancelled.load(); });
     });
 }

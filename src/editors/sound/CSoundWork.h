@@ -36,8 +36,8 @@ public:
 
     // The sound alone, so that it can be shown.
     void Read(const QString& path);
-    // Its rhythm.
-    void Find(std::shared_ptr<const HeardSound> sound);
+    // Its hits, and its tempo where that is wanted.
+    void Find(std::shared_ptr<const HeardSound> sound, bool isTempoWanted = true);
     // Of what was heard elsewhere.
     void Find(std::vector<float> mono, int sampleRate);
     void Cancel();
