@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Writing notes with the mouse and the keys of a real X server, from a start with nothing: see run-in-display.
-#include <gtest/gtest.h>
-
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QMessageBox>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
-#include "CDriver.h"
+#include "FreshSession.h"
 #include "app/CPluginCatalog.h"
 #include "app/browser/CPluginBrowser.h"
 #include "app/start/CStartPage.h"
@@ -23,28 +18,8 @@ namespace {
 constexpr int kAddInstrument = 448;
 constexpr int kKick = 36;
 
-class RollSessionTest : public testing::Test {
+class RollSessionTest : public FreshSession {
 protected:
-    RollSessionTest() {
-        QDir(folder.path()).mkdir(QStringLiteral("program"));
-        QFile::link(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments"),
-                    folder.filePath(QStringLiteral("program/PluginInstruments")));
-    }
-    // Runs it on a fresh profile; the greeting is there.
-    void Run(const std::function<void()>& script) {
-        const QStringList arguments = {QStringLiteral("--portable"), folder.filePath(QStringLiteral("program")),
-                                       QStringLiteral("--no-audio")};
-        CDriver::Run(arguments, [&](CDriver& driver) {
-            user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
-            script();
-            user->Ask([&] {
-                user->Window().Workstation().Session().NewProject();
-                QMetaObject::invokeMethod(&user->Window(), "close", Qt::QueuedConnection);
-            });
-        });
-    }
-
     // --- Each of these is one press
 
     void Key(const char* name) {
@@ -62,7 +37,7 @@ protected:
 
     void Dismiss() {
         Key("Escape");
-        ASSERT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
+        ASSERT_TRUE(IsReady());
     }
     // An empty project has the start page where the strips and their button are.
     QPoint AddPlace() {
@@ -95,7 +70,6 @@ protected:
             return roll != nullptr && roll->isActiveWindow();
         }));
     }
-    CWorkstation& Station() const { return user->Window().Workstation(); }
     // A place of the roll on the screen, which has to be seen there.
     QPoint Place(double x, int y) const {
         return user->Ask([&] {
@@ -131,8 +105,6 @@ protected:
         return notes;
     }
 
-    QTemporaryDir folder;
-    CDriver* user = nullptr;
     CWinControlPianoRoll* roll = nullptr;
     int presses = 0;
 };

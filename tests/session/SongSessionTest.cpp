@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Arranging and performing a song with the mouse and the keys of a real X server: see run-in-display.
-#include <gtest/gtest.h>
-
 #include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <map>
 
-#include "CDriver.h"
+#include "FreshSession.h"
 #include "app/console/CSongModeCtrl.h"
 #include "app/export/CExportDialog.h"
 #include "editors/playlist/CSongPane.h"
@@ -21,22 +16,13 @@ constexpr int kLaunch = 553;
 constexpr int kMore = 554;
 constexpr int kBar = 16;
 
-class SongSessionTest : public testing::Test {
+class SongSessionTest : public FreshSession {
 protected:
-    SongSessionTest() {
-        QDir(folder.path()).mkdir(QStringLiteral("program"));
-        QFile::link(QStringLiteral(QUIB_BIN_DIR "/PluginInstruments"),
-                    folder.filePath(QStringLiteral("program/PluginInstruments")));
-    }
     // A beat and a bass of a bar, the song open and empty, in song mode.
     void Run(const std::function<void()>& script) {
-        const QStringList arguments = {QStringLiteral("--portable"), folder.filePath(QStringLiteral("program")),
-                                       QStringLiteral("--no-audio")};
-        CDriver::Run(arguments, [&](CDriver& driver) {
-            user = &driver;
-            EXPECT_TRUE(user->WaitFor([] { return CDriver::TutorialGreets(); }));
+        FreshSession::Run([&] {
             user->Key("Escape");
-            EXPECT_TRUE(user->WaitFor([&] { return user->Window().isActiveWindow() && user->IsStarted(); }));
+            EXPECT_TRUE(IsReady());
             user->Ask([&] {
                 Station().Session().NewProject();
                 QString error;
@@ -55,13 +41,8 @@ protected:
             user->Key("F6");
             EXPECT_TRUE(user->WaitFor([&] { return Pane().IsShown() && Pane().Lane(1) != nullptr; }));
             script();
-            user->Ask([&] {
-                Station().Session().NewProject();
-                QMetaObject::invokeMethod(&user->Window(), "close", Qt::QueuedConnection);
-            });
         });
     }
-    CWorkstation& Station() const { return user->Window().Workstation(); }
     CInstrument& Instrument(int index) const { return *Station().Stack().Instrument(index); }
     CSongPane& Pane() const { return user->Console().Song(); }
     Playlist Items(int index) const {
@@ -91,8 +72,6 @@ protected:
         user->Key(name);
     }
 
-    QTemporaryDir folder;
-    CDriver* user = nullptr;
     int presses = 0;
 };
 
