@@ -122,6 +122,8 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
         case vst2::effGetInputProperties:
         case vst2::effGetOutputProperties:
             return DescribePin(opcode, index, pointer);
+        case vst2::effGetParameterProperties:
+            return DescribeParameter(index, pointer);
         case vst2::effGetMidiKeyName:
             return NameKey(static_cast<vst2::MidiKeyName*>(pointer));
         case vst2::effSetProgram:
@@ -204,6 +206,18 @@ std::intptr_t CPluginBase::DescribePin(std::int32_t opcode, std::int32_t index, 
     if (pointer == nullptr || index < 0 || index >= (input ? m_description.inputs : m_description.outputs)) return 0;
     const PinProperties pin = StereoPin(input ? "Input" : OutputPairName(index / 2), index);
     std::memcpy(pointer, &pin, sizeof pin);
+    return 1;
+}
+
+// Which values a parameter of steps has; of the others there is nothing to tell.
+std::intptr_t CPluginBase::DescribeParameter(std::int32_t index, void* pointer) const noexcept {
+    if (pointer == nullptr || index < 0 || index >= m_bank.ParameterCount()) return 0;
+    const std::size_t steps = m_bank.Parameter(index).stepNames.size();
+    if (steps < 2) return 0;
+    vst2::ParameterProperties told{};
+    told.flags = steps == 2 ? vst2::kParameterIsSwitch : vst2::kParameterHasWholeRange;
+    told.highest = static_cast<std::int32_t>(steps) - 1;
+    std::memcpy(pointer, &told, sizeof told);
     return 1;
 }
 

@@ -96,6 +96,7 @@ private:
     std::intptr_t DispatchState(std::int32_t opcode, std::int32_t index, std::intptr_t value, void* pointer);
     std::intptr_t NameKey(vst2::MidiKeyName* asked) const noexcept;
     std::intptr_t DescribePin(std::int32_t opcode, std::int32_t index, void* pointer) const noexcept;
+    std::intptr_t DescribeParameter(std::int32_t index, void* pointer) const noexcept;
     std::intptr_t QueueEvents(const vst2::VstEvents* events) noexcept;
     void Resume() noexcept;
     void SetSampleRate(float hertz) noexcept;

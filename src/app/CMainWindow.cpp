@@ -18,6 +18,7 @@
 #include "app/learn/CControllerDialog.h"
 #include "app/learn/CLearnMode.h"
 #include "document/CSettings.h"
+#include "editors/automation/CWinControlParamEvent.h"
 #include "editors/base/CToolWindow.h"
 #include "export/SoundClip.h"
 #include "model/plugin/PluginFormats.h"
@@ -83,6 +84,7 @@ CMainWindow::CMainWindow(CWorkstation& projectOwner, CPluginCatalog& pluginCatal
     connect(&timer, &QTimer::timeout, this, &CMainWindow::OnTick);
     setCentralWidget(makeConsole(*this));
     learnMode = std::make_unique<CLearnMode>(workstation, this);
+    pluginWindows->showLane = [this](const CPlugin* plugin, int parameter) { ShowLane(plugin, parameter); };
     connect(learnMode.get(), &CLearnMode::ListWanted, this, &CMainWindow::ShowControllers);
     connect(this, &CMainWindow::SettingsChanged, learnMode.get(), &CLearnMode::Translate);
     ShowTitle();
@@ -230,6 +232,18 @@ void CMainWindow::OpenPlugin(const SlotPlace& place) {
     if (window == nullptr) return;
     drops.Serve(window);
     if (!wasOpen && surroundings.place) PutBeside(*window, surroundings.place(place));
+}
+
+// Those of inserts and of the master section play in the song only.
+void CMainWindow::ShowLane(const CPlugin* plugin, int parameter) {
+    const auto lane = workstation.Lanes().Find(plugin, parameter);
+    if (!lane) return;
+    if (lane->instrument) workstation.Selection().SetCurrent(workstation.Stack().IndexOf(lane->instrument->Id()));
+    OpenTool(ETool::kAutomation);
+    auto* const window = dynamic_cast<CWinControlParamEvent*>(tools.Find(ETool::kAutomation));
+    if (window == nullptr) return;
+    if (lane->key.group != ELaneGroup::kPlugin) window->SetSong(true);
+    window->ChooseLane(lane->key);
 }
 
 void CMainWindow::TakeFile(const QString& path, std::optional<QPoint> point) {

@@ -35,6 +35,7 @@ class CControllerDialog;
 class CExportDialog;
 class CLearnMode;
 class CMainWindow;
+class CPlugin;
 class CPluginCatalog;
 class CPluginWindows;
 class CShortcutsPage;
@@ -65,6 +66,8 @@ public:
     // Those that were open when the program was last left.
     void ReopenTools();
     void OpenPlugin(const SlotPlace& place);
+    // The curve of a plug-in's parameter, in the window of automation.
+    void ShowLane(const CPlugin* plugin, int parameter);
     // The export dialog, with a range chosen or as it stands.
     void ShowExport(std::optional<EExportRange> range = {});
 

@@ -5,8 +5,10 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QLineEdit>
+#include <QInputDialog>
+#include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalBlocker>
@@ -18,11 +20,13 @@
 #include <utility>
 
 #include "app/CLeftEditors.h"
-#include "app/CParameterList.h"
 #include "app/CSoundTools.h"
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
+#include "app/parameters/CParameterPage.h"
+#include "app/parameters/ParameterMenu.h"
+#include "controls/Colours.h"
 #include "document/CWorkstation.h"
 #include "editors/panel/CPanel.h"
 #include "editors/panel/PanelFiles.h"
@@ -34,6 +38,8 @@ namespace quib {
 
 namespace {
 
+constexpr int kWideHeader = 50;  // heights of its text
+
 bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
 }  // namespace
@@ -42,7 +48,9 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     : QWidget(parent, Qt::Window),
       workstation(projectOwner),
       controlSettings(projectOwner.Settings()),
-      plugin(std::move(shownPlugin)) {
+      plugin(std::move(shownPlugin)),
+      userPrograms(projectOwner, *plugin),
+      marks(projectOwner.Settings(), plugin->Identity().Key()) {
     setAttribute(Qt::WA_DeleteOnClose);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -58,9 +66,7 @@ CPluginWindow::CPluginWindow(CWorkstation& projectOwner, std::shared_ptr<CPlugin
     connect(&workstation.Changes(), &CChanges::Changed, this, [this](const Change& change) {
         if (change.kind == EChange::kInstrument) ShowTitle();
     });
-    if (panel != nullptr)
-        pageSize = (panel->size() + QSize(0, programs->sizeHint().height() + 12)).boundedTo(screen()->availableSize());
-    resize(pageSize);
+    ShowSize();
 }
 
 CPluginWindow::~CPluginWindow() {
@@ -70,80 +76,150 @@ CPluginWindow::~CPluginWindow() {
 
 void CPluginWindow::ShowTitle() {
     SlotPlace place;
-    QString title = QString::fromStdString(plugin->Identity().displayName);
+    const QString name = QString::fromStdString(plugin->Identity().displayName);
+    QString owner;
     if (workstation.Places().FindPlugin(plugin.get(), place)) {
-        if (const auto instrument = workstation.Stack().InstrumentById(place.instrument)) {
-            title += QStringLiteral(" - ") + QString::fromStdString(instrument->title);
-        }
+        if (const auto instrument = workstation.Stack().InstrumentById(place.instrument))
+            owner = QString::fromStdString(instrument->title);
     }
-    setWindowTitle(title);
+    setWindowTitle(owner.isEmpty() ? name : name + QStringLiteral(" - ") + owner);
+    const QString maker = QString::fromStdString(plugin->Identity().vendor);
+    const QString below = owner.isEmpty() ? maker : owner;
+    title->setText(QStringLiteral("<b>%1</b><br><small>%2</small>").arg(name.toHtmlEscaped(), below.toHtmlEscaped()));
+    title->setToolTip(name + QStringLiteral(" - ") + maker);
 }
 
+// --- The header -----------------------------------------------------------------------------------------------------
+
 void CPluginWindow::BuildBar() {
-    auto* const bar = new QHBoxLayout;
-    bar->setContentsMargins(6, 6, 6, 6);
+    header = new QWidget;
+    ShowColours();
+    auto* const bar = new QHBoxLayout(header);
+    bar->setContentsMargins(10, 5, 8, 5);
+    bar->setSpacing(6);
+    title = new QLabel;
+    title->setTextFormat(Qt::RichText);
+    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    title->setMinimumWidth(60);
+    bar->addWidget(title, 3);
+    const auto addStep = [&](Qt::ArrowType arrow, int by) {
+        auto* const button = new QToolButton;
+        button->setArrowType(arrow);
+        button->setAutoRaise(false);
+        connect(button, &QToolButton::clicked, this, [this, by] { StepProgram(by); });
+        bar->addWidget(button);
+    };
+    addStep(Qt::LeftArrow, -1);
     programs = new QComboBox;
     programs->setObjectName(QStringLiteral("programs"));
-    programs->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(programs, &QComboBox::activated, this,
-            [this](int program) { workstation.Places().SelectProgram(plugin, program); });
-    bar->addWidget(programs, 1);
-    bar->addWidget(new CSoundTools(workstation, plugin));
+    programs->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    programs->setMinimumWidth(90);
+    programs->setMaxVisibleItems(30);
+    connect(programs, &QComboBox::activated, this, &CPluginWindow::ChooseProgram);
+    bar->addWidget(programs, 4);
+    addStep(Qt::RightArrow, 1);
+    AddFileMenu(*bar);
+    bar->addSpacing(6);
+    tools = new CSoundTools(workstation, plugin);
+    tools->isKept = [this](int parameter) { return marks.Has(CParameterMarks::EMark::kKept, parameter); };
+    bar->addWidget(tools);
+    learnButton = new QToolButton;
+    learnButton->setText(Text("Learn"));
+    learnButton->setCheckable(true);
+    connect(learnButton, &QToolButton::clicked, this, [this](bool on) { workstation.Controllers().SetPicking(on); });
+    connect(&workstation.Controllers(), &CControllers::Changed, this,
+            [this] { learnButton->setChecked(workstation.Controllers().IsPicking()); });
+    bar->addWidget(learnButton);
+    bar->addSpacing(6);
+    AddPageButtons(*bar);
+    layout()->addWidget(header);
+}
+
+// Buttons that are on are filled, as everywhere.
+void CPluginWindow::ShowColours() {
+    const auto name = [](QRgb colour) { return QColor::fromRgb(colour).name(); };
+    header->setStyleSheet(
+        QStringLiteral("QToolButton{background:%1;border:1px solid %2;border-radius:3px;padding:0.25em 0.6em;}"
+                       "QToolButton:hover{background:%3;}QToolButton:checked{background:%4;color:%5;}"
+                       "QToolButton:disabled{color:%6;}"
+                       "QToolButton::menu-indicator{image:none;}QToolButton[popupMode=\"1\"]{padding-right:1.5em;}")
+            .arg(name(Colour("panelRaised")), name(Colour("edge")), name(Colour("knobHover")),
+                 name(Palette().Accent(ESection::kMix)), name(Colour("onAccent")), name(Colour("textOff"))));
+    palette = &Palette();
+}
+
+void CPluginWindow::AddFileMenu(QHBoxLayout& bar) {
+    auto* const button = new QToolButton;
+    auto* const menu = new QMenu(button);
+    menu->addAction(Text("Save As ..."), this, &CPluginWindow::SaveAs);
+    menu->addSeparator();
     const struct {
         const char* text;
         void (CPluginWindow::*run)(EFileKind);
-    } menus[] = {{TextKey("Load"), &CPluginWindow::Load}, {TextKey("Save"), &CPluginWindow::Save}};
-    for (const auto& entry : menus) {
-        auto* const button = new QToolButton;
-        auto* const menu = new QMenu(button);
-        const auto run = entry.run;
-        menu->addAction(Text("Bank ..."), this, [this, run] { (this->*run)(EFileKind::kBank); });
-        menu->addAction(Text("Program ..."), this, [this, run] { (this->*run)(EFileKind::kProgram); });
-        button->setText(Text(entry.text));
-        button->setMenu(menu);
-        button->setPopupMode(QToolButton::InstantPopup);
-        bar->addWidget(button);
+    } rows[] = {{TextKey("Load"), &CPluginWindow::Load}, {TextKey("Save"), &CPluginWindow::Save}};
+    for (const auto& row : rows) {
+        QMenu* const files = menu->addMenu(Text(row.text));
+        const auto run = row.run;
+        files->addAction(Text("Program ..."), this, [this, run] { (this->*run)(EFileKind::kProgram); });
+        files->addAction(Text("Bank ..."), this, [this, run] { (this->*run)(EFileKind::kBank); });
     }
-    pageButton = new QToolButton;
-    pageButton->setText(Text("Parameters"));
-    pageButton->setCheckable(true);
-    pageButton->setChecked(true);
-    pageButton->setVisible(plugin->HasEditor() && CanEmbed());
-    connect(pageButton, &QToolButton::clicked, this,
-            [this](bool parameters) { parameters ? ShowPage() : ShowEditor(); });
-    bar->addWidget(pageButton);
-    listButton = new QToolButton;
-    listButton->setObjectName(QStringLiteral("list"));
-    listButton->setText(Text("List"));
-    listButton->setCheckable(true);
-    connect(listButton, &QToolButton::clicked, this, [this] { ShowPage(); });
-    bar->addWidget(listButton);
-    static_cast<QVBoxLayout*>(layout())->addLayout(bar);
+    button->setObjectName(QStringLiteral("files"));
+    button->setText(Text("Save"));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    bar.addWidget(button);
 }
 
+// Which of them are there, BuildPanel and what the plug-in has decide.
+void CPluginWindow::AddPageButtons(QHBoxLayout& bar) {
+    const auto add = [&](const char* text, const char* name, void (CPluginWindow::*choose)()) {
+        auto* const button = new QToolButton;
+        button->setText(Text(text));
+        button->setObjectName(QLatin1String(name));
+        button->setCheckable(true);
+        connect(button, &QToolButton::clicked, this, [this, choose] { (this->*choose)(); });
+        bar.addWidget(button);
+        return button;
+    };
+    ownButton = add(TextKey("Own window"), "own", &CPluginWindow::ShowEditor);
+    panelButton = add(TextKey("Panel"), "panel", &CPluginWindow::ShowPanel);
+    listButton = add(TextKey("List"), "list", &CPluginWindow::ShowList);
+    ownButton->setVisible(plugin->HasEditor() && CanEmbed());
+}
+
+// --- Its pages ------------------------------------------------------------------------------------------------------
+
 void CPluginWindow::BuildPage() {
-    page = new QWidget;
-    auto* const layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* const filter = new QLineEdit;
-    filter->setObjectName(QStringLiteral("filter"));
-    filter->setPlaceholderText(Text("Filter"));
-    filter->setClearButtonEnabled(true);
-    list = new CParameterList(workstation, plugin);
-    connect(filter, &QLineEdit::textChanged, list, &CParameterList::SetFilter);
-    layout->addWidget(filter);
-    layout->addWidget(list, 1);
-    pages->addWidget(page);
+    list = new CParameterPage(controlSettings, workstation, plugin, marks);
+    list->SetUiScale(workstation.Settings().ReadSettingInt("Settings", "GuiScale", 100) / 100.0);
+    list->differing = [this] { return tools->Differing(); };
+    const auto lane = [this](int parameter) {
+        if (showLane) showLane(parameter);
+    };
+    list->onShowLane = lane;
+    list->Values().onMenu = [this, lane](int parameter) {
+        ShowParameterMenu(*list, list->Values(), marks, parameter, lane);
+    };
+    pages->addWidget(list);
 }
 
 void CPluginWindow::BuildPanel() {
     const QString folder = workstation.ProgramFolders().program + QStringLiteral("Panels");
     auto layout = FindPanelLayout(plugin->Identity().Key(), folder);
-    listButton->setVisible(layout.has_value());
+    panelButton->setVisible(layout.has_value());
     if (!layout) return;
     panel = new CPanel(controlSettings, workstation, plugin, std::move(*layout));
     panel->SetUiScale(workstation.Settings().ReadSettingInt("Settings", "GuiScale", 100) / 100.0);
     panel->setFixedSize(panel->sizeHint());
+    panel->Values().onMenu = [this](int parameter) {
+        ShowParameterMenu(*panel, panel->Values(), marks, parameter, [this](int one) {
+            if (showLane) showLane(one);
+        });
+    };
+    panel->onSaveProgram = [this] { QMetaObject::invokeMethod(this, &CPluginWindow::SaveAs, Qt::QueuedConnection); };
+    panel->onUserProgram = [this](int index) {
+        ChooseProgram(static_cast<int>(programs->count() - userPrograms.Names().size()) + index);
+    };
     auto* const scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidget(panel);
@@ -152,41 +228,105 @@ void CPluginWindow::BuildPanel() {
     pages->setCurrentWidget(scroll);
 }
 
-void CPluginWindow::FillPrograms() {
-    const QSignalBlocker quiet(programs);
-    programs->clear();
-    programs->addItems(ProgramNames(*plugin));
-    programs->setEnabled(programs->count() > 0);
+bool CPluginWindow::IsListShown() const { return !editorOpen && pages->currentWidget() == list; }
+
+// As large as what is shown wants to be.
+void CPluginWindow::ShowSize() {
+    ownButton->setChecked(editorOpen);
+    panelButton->setChecked(!editorOpen && panelPage != nullptr && pages->currentWidget() == panelPage);
+    listButton->setChecked(IsListShown());
+    if (editorOpen) return;
+    const QSize wanted = IsListShown() ? list->sizeHint() : panel->size();
+    resize((wanted + QSize(0, header->sizeHint().height())).boundedTo(screen()->availableSize()));
 }
 
-void CPluginWindow::ShowPage() {
-    pageButton->setChecked(true);
+void CPluginWindow::ShowPage() { panel != nullptr ? ShowPanel() : ShowList(); }
+
+void CPluginWindow::ShowPanel() {
     CloseEditor();
-    pages->setCurrentWidget(panel != nullptr && !listButton->isChecked() ? panelPage : page);
+    pages->setCurrentWidget(panelPage);
+    ShowSize();
 }
 
 void CPluginWindow::ShowList() {
-    listButton->setChecked(true);
-    ShowPage();
+    CloseEditor();
+    pages->setCurrentWidget(list);
+    list->Follow();
+    ShowSize();
 }
 
 void CPluginWindow::ShowEditor() {
     if (!plugin->HasEditor() || !CanEmbed()) return ShowPage();
-    pageButton->setChecked(false);
     OpenEditor();
+    ShowSize();
 }
 
-// The plug-in talks to the window system on its own, so the place must be there when it is told of it.
+// --- Programs -------------------------------------------------------------------------------------------------------
+
+void CPluginWindow::FillPrograms() {
+    const QSignalBlocker quiet(programs);
+    programs->clear();
+    programs->addItems(ProgramNames(*plugin));
+    if (!userPrograms.Names().isEmpty()) {
+        programs->insertSeparator(programs->count());
+        programs->addItems(userPrograms.Names());
+    }
+    programs->setEnabled(programs->count() > 0);
+    if (panel != nullptr) panel->SetUserPrograms(userPrograms.Names());
+}
+
+void CPluginWindow::ChooseProgram(int row) {
+    const int own = static_cast<int>(programs->count() - userPrograms.Names().size());
+    if (row < own) {
+        chosenUser = -1;
+        workstation.Places().SelectProgram(plugin, row);
+        return;
+    }
+    QString error;
+    if (!userPrograms.Load(userPrograms.Names().value(row - own), error)) return TellError(this, error);
+    chosenUser = row;
+    programThen = plugin->CurrentProgram();
+    programs->setCurrentIndex(row);
+}
+
+void CPluginWindow::StepProgram(int by) {
+    int row = programs->currentIndex() + by;
+    while (row >= 0 && row < programs->count() && programs->itemText(row).isEmpty()) row += by;
+    if (row < 0 || row >= programs->count()) return;
+    programs->setCurrentIndex(row);
+    ChooseProgram(row);
+}
+
+void CPluginWindow::SaveAs() {
+    bool accepted = false;
+    const QString name =
+        QInputDialog::getText(this, Text("Save As ..."), Text("Name"), QLineEdit::Normal, QString(), &accepted)
+            .trimmed();
+    if (!accepted) return;
+    QString error;
+    if (userPrograms.Names().contains(name) &&
+        QMessageBox::question(this, windowTitle(), Text("\"%1\" exists. Replace it?").arg(name)) != QMessageBox::Yes)
+        return;
+    if (!userPrograms.Save(name, error)) return TellError(this, error);
+    FillPrograms();
+    const int row =
+        static_cast<int>(programs->count() - userPrograms.Names().size() + userPrograms.Names().indexOf(name));
+    chosenUser = row;
+    programThen = plugin->CurrentProgram();
+    programs->setCurrentIndex(row);
+}
+
 void CPluginWindow::OpenEditor() {
     if (editorOpen) return;
-    pageSize = size();
     editor = new QWidget;
     editor->setAttribute(Qt::WA_NativeWindow);
     editor->setAttribute(Qt::WA_DontCreateNativeAncestors);
     pages->addWidget(editor);
     pages->setCurrentWidget(editor);
     // What is not seen must not make the window larger than the editor.
-    page->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    for (QWidget* const page : {static_cast<QWidget*>(list), panelPage}) {
+        if (page != nullptr) page->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    }
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     FitEditor();
     show();
@@ -210,10 +350,11 @@ void CPluginWindow::CloseEditor() {
     editor->setParent(nullptr);
     Q_EMIT EditorLeft(std::exchange(editor, nullptr));
     layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
-    page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    for (QWidget* const page : {static_cast<QWidget*>(list), panelPage}) {
+        if (page != nullptr) page->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    }
     setMinimumSize(0, 0);
     setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    resize(pageSize);
 }
 
 void CPluginWindow::FitEditor() {
@@ -245,20 +386,27 @@ void CPluginWindow::showEvent(QShowEvent* event) {
 }
 
 void CPluginWindow::Tick() {
+    if (palette != &Palette()) ShowColours();
     if (editorOpen) {
         plugin->IdleEditor();
         constexpr int kLookTicks = 10;
         if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
-        if (panel != nullptr && !listButton->isChecked()) {
-            panel->Follow();
-        } else {
-            list->Refresh();
-        }
+        IsListShown() ? list->Follow() : panel->Follow();
     }
     const int program = plugin->CurrentProgram();
+    if (chosenUser >= 0 && program == programThen && chosenUser < programs->count()) return;
+    chosenUser = -1;
     if (program == programs->currentIndex() || program < 0 || program >= programs->count()) return;
     programs->setCurrentIndex(program);
+}
+
+// What a narrow header has no room for.
+void CPluginWindow::resizeEvent(QResizeEvent* event) {
+    const bool isWide = width() >= header->fontMetrics().height() * kWideHeader;
+    tools->SetNarrow(!isWide);
+    learnButton->setVisible(isWide);
+    QWidget::resizeEvent(event);
 }
 
 void CPluginWindow::Load(EFileKind kind) {

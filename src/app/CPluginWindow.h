@@ -1,23 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// The window of one plug-in: its programs, its banks, a page of all its parameters, and its own editor
-// where it has one that can be embedded. Keeps the plug-in alive while it is open. User-interface thread.
+// The window of one plug-in: below a header with its programs and the tools for its sound, its panel, the page of all
+// its parameters, or its own editor where it has one that can be embedded. Keeps the plug-in alive while it is open.
+// User-interface thread.
 
 #include <QStackedWidget>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 #include "app/CSettingsForControls.h"
+#include "app/parameters/CParameterMarks.h"
+#include "document/CUserPrograms.h"
 
 class QComboBox;
+class QHBoxLayout;
+class QLabel;
 class QToolButton;
 
 namespace quib {
 
+class CPalette;
 class CPanel;
-class CParameterList;
+class CParameterPage;
 class CPlugin;
+class CSoundTools;
 class CWorkstation;
 enum class EFileKind;
 
@@ -29,14 +37,21 @@ public:
     ~CPluginWindow() override;
 
     CPlugin& Plugin() noexcept { return *plugin; }
-    CParameterList& Parameters() noexcept { return *list; }
+    CParameterPage& Parameters() noexcept { return *list; }
     // Null for a plug-in without one.
     CPanel* Panel() noexcept { return panel; }
     // Shows the panel, or the list of the parameters where that is chosen or there is none; or the plug-in's editor.
     void ShowPage();
+    void ShowPanel();
     void ShowList();
     void ShowEditor();
     bool IsEditorOpen() const noexcept { return editorOpen; }
+    // The header's programs: one of the plug-in by its number, then those of the user.
+    void ChooseProgram(int row);
+    // Saves what is heard under a name of the user's.
+    void SaveAs();
+    // A parameter's curve is wanted.
+    std::function<void(int parameter)> showLane;
     // Of what stands above the editor.
     int BarHeight() const { return pages->y(); }
     // From the 40 ms timer.
@@ -57,12 +72,19 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void BuildBar();
+    void ShowColours();
+    void AddFileMenu(QHBoxLayout& bar);
+    void AddPageButtons(QHBoxLayout& bar);
     void BuildPage();
     void BuildPanel();
     void FillPrograms();
+    void StepProgram(int by);
+    void ShowSize();
+    bool IsListShown() const;
     void OpenEditor();
     void CloseEditor();
     void FitEditor();
@@ -72,16 +94,24 @@ private:
     CWorkstation& workstation;
     CSettingsForControls controlSettings;
     std::shared_ptr<CPlugin> plugin;
+    CUserPrograms userPrograms;
+    CParameterMarks marks;
+    QWidget* header = nullptr;
+    QLabel* title = nullptr;
     QComboBox* programs = nullptr;
-    QToolButton* pageButton = nullptr;
+    CSoundTools* tools = nullptr;
+    QToolButton* learnButton = nullptr;
+    QToolButton* ownButton = nullptr;  // the plug-in's own window
+    QToolButton* panelButton = nullptr;
     QToolButton* listButton = nullptr;
     QStackedWidget* pages = nullptr;
-    CParameterList* list = nullptr;
+    CParameterPage* list = nullptr;
     CPanel* panel = nullptr;
     QWidget* panelPage = nullptr;  // scrolls the panel where the screen is too small for it
-    QWidget* page = nullptr;
-    QWidget* editor = nullptr;  // the place for the plug-in's own window
-    QSize pageSize{560, 480};
+    QWidget* editor = nullptr;     // the place for the plug-in's own window
+    int chosenUser = -1;           // the user's program that was chosen last, while the plug-in's number stays
+    int programThen = -1;
+    const CPalette* palette = nullptr;  // of the header
     int ticks = 0;
     bool editorOpen = false;
 };

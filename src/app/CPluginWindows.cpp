@@ -47,6 +47,9 @@ CPluginWindow* CPluginWindows::WindowOf(const SlotPlace& place) {
     QPointer<CPluginWindow>& window = windows[slot->plugin.get()];
     if (window != nullptr) return window;
     window = new CPluginWindow(workstation, slot->plugin, parent);
+    window->showLane = [this, plugin = slot->plugin.get()](int parameter) {
+        if (showLane) showLane(plugin, parameter);
+    };
     connect(window.data(), &CPluginWindow::Opening, this, [this, opened = window, place] { PlaceNew(*opened, place); });
     connect(window.data(), &CPluginWindow::Closing, this,
             [this, closed = window, key = KeyOf(*slot->plugin, place)] { KeepPlace(*closed, key); });

@@ -25,6 +25,9 @@ public:
     // Where the console shows a place; unset, or without an answer, the desktop chooses where a window opens.
     std::function<std::optional<StripSight>(const SlotPlace& place)> sightOf;
 
+    // A parameter's curve is wanted; unset, it cannot be shown.
+    std::function<void(const CPlugin* plugin, int parameter)> showLane;
+
     explicit CPluginWindows(CWorkstation& projectOwner, QWidget* windowParent = nullptr);
     ~CPluginWindows() override { CloseAll(); }
 

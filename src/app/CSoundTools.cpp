@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 #include <QToolButton>
 #include <algorithm>
+#include <cmath>
 
 #include "document/CWorkstation.h"
 #include "model/plugin/CPlugin.h"
@@ -17,7 +18,7 @@ namespace quib {
 namespace {
 
 // What a sound by lot leaves alone: how loud it is, where it stands and its pitch.
-bool IsKept(const QString& name) {
+bool IsLoudnessOrPitch(const QString& name) {
     for (const char* const word : {"level", "volume", "gain", "output", "mix", "pan", "width", "tune", "octave",
                                    "semitone", "fine", "transpose", "pitch", "bend", "ceiling", "send", "bypass"}) {
         if (name.contains(QLatin1String(word), Qt::CaseInsensitive)) return true;
@@ -44,7 +45,7 @@ CSoundTools::CSoundTools(CWorkstation& projectOwner, std::shared_ptr<CPlugin> sh
     connect(second, &QToolButton::clicked, this, [this] { secondHeard ? ShowState() : Swap(); });
     copy = add({}, false);
     connect(copy, &QToolButton::clicked, this, &CSoundTools::CopyToOther);
-    auto* const random = add(Text("Random"), false);
+    random = add(Text("Random"), false);
     random->setToolTip(Text("Moves the parameters by lot, but levels and pitch"));
     connect(random, &QToolButton::clicked, this, [this] { Randomise(percentChosen); });
     auto* const menu = new QMenu(random);
@@ -86,13 +87,28 @@ void CSoundTools::Swap() {
     ShowState();
 }
 
+void CSoundTools::SetNarrow(bool narrow) {
+    copy->setVisible(!narrow);
+    random->setVisible(!narrow);
+}
+
 void CSoundTools::CopyToOther() { other = Values(); }
+
+std::vector<int> CSoundTools::Differing() const {
+    std::vector<int> found;
+    const std::vector<float> heard = Values();
+    for (std::size_t parameter = 0; parameter < heard.size(); ++parameter) {
+        if (std::abs(heard[parameter] - other[parameter]) > 1e-4F) found.push_back(static_cast<int>(parameter));
+    }
+    return found;
+}
 
 void CSoundTools::Randomise(int percent) {
     std::vector<float> values = Values();
     const float reach = static_cast<float>(percent) / 100;
     for (std::size_t parameter = 0; parameter < values.size(); ++parameter) {
-        if (IsKept(QString::fromStdString(plugin->Parameters()[parameter].name))) continue;
+        if (IsLoudnessOrPitch(QString::fromStdString(plugin->Parameters()[parameter].name))) continue;
+        if (isKept && isKept(static_cast<int>(parameter))) continue;
         const auto lot = static_cast<float>(QRandomGenerator::global()->bounded(2.0) - 1);
         values[parameter] = std::clamp(values[parameter] + reach * lot, 0.0F, 1.0F);
     }

@@ -5,6 +5,7 @@
 // its window. Each change is one step of undo. User-interface thread.
 
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -21,11 +22,17 @@ class CSoundTools : public QWidget {
 public:
     CSoundTools(CWorkstation& projectOwner, std::shared_ptr<CPlugin> shownPlugin);
 
+    // Whether only A and B are shown.
+    void SetNarrow(bool narrow);
     // Lets the other one be heard.
     void Swap();
     bool IsSecondHeard() const noexcept { return secondHeard; }
     // Makes the other one the one that is heard.
     void CopyToOther();
+    // The parameters in which the two differ.
+    std::vector<int> Differing() const;
+    // Those that a sound by lot leaves alone besides; unset: none.
+    std::function<bool(int parameter)> isKept;
     // Moves each parameter by at most `percent` of its range, but levels, pitch and what is kept from it.
     void Randomise(int percent);
 
@@ -41,6 +48,7 @@ private:
     QToolButton* first = nullptr;
     QToolButton* second = nullptr;
     QToolButton* copy = nullptr;
+    QToolButton* random = nullptr;
     int percentChosen = 10;
 };
 

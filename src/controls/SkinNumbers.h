@@ -60,6 +60,9 @@ constexpr int kGlyphStarEmpty = 352;
 constexpr int kGlyphClock = 353;
 constexpr int kGlyphMostUsed = 354;
 
+constexpr int kGlyphUndo = 410;
+constexpr int kGlyphSave = 411;
+
 constexpr int kGlyphPattern = 360;
 constexpr int kGlyphMore = 361;
 

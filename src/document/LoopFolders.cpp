@@ -79,6 +79,10 @@ bool CopyLoop(const fs::path& from, const fs::path& folder, int key, std::string
 
 }  // namespace
 
+QString FileOfLoop(const CWorkstation& document, const std::string& name) {
+    return QString::fromStdString(FileOf(document.ProgramFolders(), name).string());
+}
+
 // One of them has the folders read for all of its library.
 void FollowLoopFolders(CWorkstation& document) {
     document.Places().ForEachSlot([](const PluginSlot& slot, const SlotPlace&) {

@@ -6,10 +6,14 @@
 
 #include <QString>
 #include <QStringList>
+#include <string>
 
 namespace quib {
 
 class CWorkstation;
+
+// The file behind a loop that a player tells by that name; empty where there is none.
+QString FileOfLoop(const CWorkstation& document, const std::string& name);
 
 // Every loop player plays what its folders hold now.
 void FollowLoopFolders(CWorkstation& document);

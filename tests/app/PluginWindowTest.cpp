@@ -3,17 +3,17 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
-#include <QWheelEvent>
 
 #include "app/AppFixture.h"
-#include "app/CParameterList.h"
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/browser/CPluginBrowser.h"
 #include "app/console/SlotMenu.h"
+#include "app/parameters/CParameterPage.h"
+#include "controls/CControl.h"
+#include "editors/panel/CMenuCtrl.h"
 
 namespace quib {
 namespace {
@@ -23,67 +23,110 @@ protected:
     PluginWindowTest() {
         AddSynth();
         window = windows.ShowParameters(Place(0));
-        window->resize(600, 400);
         QCoreApplication::processEvents();
     }
     float Value(int parameter) { return PluginAt(0).Parameter(parameter); }
-    void Mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers keys = {}) {
-        QWidget* const view = window->Parameters().viewport();
-        const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, view->mapToGlobal(QPointF(at)), button, buttons, keys);
-        QCoreApplication::sendEvent(view, &event);
+    CParameterPage& Page() { return window->Parameters(); }
+    // The control that shows a parameter, in the page and not in the box of the one that was moved last.
+    CControl* Showing(int parameter) {
+        CControl* found = nullptr;
+        for (const auto& control : Page().Controls()) {
+            if (control->Value() == &Page().Values().Value(parameter)) found = control.get();
+        }
+        return found;
+    }
+    QStringList NamesShown() {
+        QStringList names;
+        for (const int parameter : Page().Shown()) names.append(Page().Values().Name(parameter));
+        return names;
     }
 
     CPluginWindows windows{*workstation};
     CPluginWindow* window = nullptr;
 };
 
-TEST_F(PluginWindowTest, ADragSetsAParameterAndIsOneStepOfUndo) {
-    const float before = Value(0);
-    const int steps = Steps().index();
-    const int width = window->Parameters().viewport()->width();
-    Mouse(QEvent::MouseButtonPress, {width / 3 + 10, 10});
-    const float low = Value(0);
-    Mouse(QEvent::MouseMove, {width / 2, 10});
-    const float middle = Value(0);
-    Mouse(QEvent::MouseMove, {width - 5, 10});
-    const float high = Value(0);
-    Mouse(QEvent::MouseButtonRelease, {width - 5, 10});
-    EXPECT_LT(low, 0.1F);
-    EXPECT_LT(low, middle);
-    EXPECT_LT(middle, high);
-    EXPECT_GT(high, 0.99F);
-    EXPECT_EQ(Steps().index(), steps + 1);
-    Steps().undo();
-    EXPECT_NEAR(Value(0), before, 1e-4F);
-
-    Mouse(QEvent::MouseButtonPress, {width / 3 + 10, 10});
-    Mouse(QEvent::MouseButtonRelease, {width / 3 + 10, 10});
-    Mouse(QEvent::MouseButtonPress, {width / 3 + 10, 10}, Qt::AltModifier);
-    EXPECT_NEAR(Value(0), before, 1e-4F) << "Alt and a click go back to the start";
+TEST(ParameterGroupsTest, GroupsComeFromCategoriesElseFromWhatNamesBeginWith) {
+    const QStringList names = {
+        "Osc 1 Wave",          "Osc 1 Octave",         "Osc 1 Fine",    "Osc 2 Wave", "Osc 2 Fine", "Cutoff",
+        "Amp Env Attack Time", "Amp Env Attack Curve", "Amp Env Decay", "Osc",        "Told"};
+    QStringList categories(names.size(), QString());
+    categories.back() = "Filter";
+    const GroupedParameters found = GroupParameters(names, categories);
+    QStringList titles;
+    std::set<int> members;
+    for (const ParameterGroup& group : found.groups) {
+        titles.append(group.title);
+        members.insert(group.members.begin(), group.members.end());
+    }
+    EXPECT_EQ(titles, QStringList({"Osc 1", "Osc", "", "Amp Env", "Filter"}));
+    EXPECT_EQ(members.size(), static_cast<std::size_t>(names.size())) << "none is lost, none stands twice";
+    EXPECT_EQ(found.labels, QStringList({"Wave", "Octave", "Fine", "2 Wave", "2 Fine", "Cutoff", "Attack Time",
+                                         "Attack Curve", "Decay", "Osc", "Told"}));
+    QStringList many;
+    for (int number = 0; number < 40; ++number) many.append(QString(QChar(ushort('a' + number))));
+    EXPECT_EQ(GroupParameters(many, QStringList(many.size(), QString())).groups.size(), 3U) << "in blocks";
 }
 
-TEST_F(PluginWindowTest, TheFilterKeepsWhatHoldsItsText) {
-    auto* const filter = window->findChild<QLineEdit*>("filter");
-    const auto& parameters = PluginAt(0).Parameters();
-    const int count = static_cast<int>(parameters.size());
-    EXPECT_EQ(window->Parameters().RowCount(), count);
-    int shown = count - 1;  // one whose name no other holds
-    filter->setText(QString::fromStdString(parameters[static_cast<std::size_t>(shown)].name).toLower());
-    while (window->Parameters().RowCount() > 1 && shown > 0) {
-        filter->setText(QString::fromStdString(parameters[static_cast<std::size_t>(--shown)].name).toLower());
-    }
-    ASSERT_GT(shown, 0);
-    std::vector<float> before;
-    for (int i = 0; i < count; ++i) before.push_back(Value(i));
-    window->Parameters().SetByText(0, "0.0123");
-    for (int i = 0; i < count; ++i) {
-        EXPECT_EQ(Value(i) != before[static_cast<std::size_t>(i)], i == shown) << "rows stand for what they show";
-    }
-    EXPECT_EQ(UndoText(), "Plug-in parameter");
-    filter->setText("no parameter has this");
-    EXPECT_EQ(window->Parameters().RowCount(), 0);
+TEST_F(PluginWindowTest, AKnobIsOneStepOfUndoAndMarksWhatItMoved) {
+    Page().Follow();
+    constexpr int kCutoff = 24;
+    CControl* const knob = Showing(kCutoff);
+    ASSERT_NE(knob, nullptr);
+    const float before = Value(kCutoff);
+    const int steps = Steps().index();
+    knob->BeginGesture();
+    knob->SetValueAndUpdate(true, true, 0.25F);
+    knob->SetValueAndUpdate(true, true, 0.5F);
+    knob->EndGesture();
+    EXPECT_NEAR(Value(kCutoff), 0.5F, 1e-4F);
+    EXPECT_EQ(Steps().index(), steps + 1);
+    EXPECT_TRUE(knob->learns && knob->learns->index == kCutoff) << "MIDI can be made to move it";
+    Page().SetShelf(CParameterPage::EShelf::kChanged);
+    EXPECT_EQ(Page().Shown(), std::vector<int>({kCutoff}));
+    CParameterMarks marks(workstation->Settings(), PluginAt(0).Identity().Key());
+    marks.Set(CParameterMarks::EMark::kFavourite, 3, true);
+    EXPECT_TRUE(CParameterMarks(workstation->Settings(), PluginAt(0).Identity().Key())
+                    .Has(CParameterMarks::EMark::kFavourite, 3))
+        << "kept for the next time";
+    Steps().undo();
+    EXPECT_EQ(Value(kCutoff), before);
+    Page().Follow();
+    EXPECT_TRUE(Page().Shown().empty());
+}
+
+TEST_F(PluginWindowTest, TheSearchKeepsWhatHoldsItsTextAndControlsSuitTheirParameters) {
+    const int count = static_cast<int>(PluginAt(0).Parameters().size());
+    Page().Follow();
+    EXPECT_EQ(static_cast<int>(Page().Shown().size()), count);
+    window->findChild<QLineEdit*>("filter")->setText("octave");
+    for (const QString& name : NamesShown())
+        EXPECT_TRUE(name.contains("octave", Qt::CaseInsensitive)) << qPrintable(name);
+    EXPECT_GE(NamesShown().size(), 2);
+    EXPECT_LT(NamesShown().size(), 8);
+    window->findChild<QLineEdit*>("filter")->setText("no parameter has this");
+    EXPECT_TRUE(Page().Shown().empty());
+    window->findChild<QLineEdit*>("filter")->setText("");
+    auto* const waves = dynamic_cast<CMenuCtrl*>(Showing(0));
+    ASSERT_NE(waves, nullptr) << "four waves with texts are a menu";
+    const float before = Value(0);
+    const QStringList texts = waves->Texts();
+    EXPECT_EQ(QSet<QString>(texts.begin(), texts.end()).size(), 4);
+    EXPECT_EQ(Value(0), before);
+}
+
+TEST_F(PluginWindowTest, AProgramOfTheUsersIsSavedByNameAndComesBack) {
+    CUserPrograms mine(*workstation, PluginAt(0));
+    QString error;
+    PluginAt(0).SetParameter(24, 0.3F);
+    for (const char* const bad : {"", "..", "a/b", ".hidden", " x"}) EXPECT_FALSE(mine.Save(bad, error)) << bad;
+    ASSERT_TRUE(mine.Save("Bass for Kick", error)) << error.toStdString();
+    PluginAt(0).SetParameter(24, 0.9F);
+    CUserPrograms later(*workstation, PluginAt(0));
+    EXPECT_EQ(later.Names(), QStringList("Bass for Kick"));
+    ASSERT_TRUE(later.Load("Bass for Kick", error)) << error.toStdString();
+    EXPECT_NEAR(Value(24), 0.3F, 1e-3F);
+    Steps().undo();
+    EXPECT_NEAR(Value(24), 0.9F, 1e-3F);
 }
 
 TEST_F(PluginWindowTest, ProgramsHaveTheirNamesAndFollowThePlugin) {

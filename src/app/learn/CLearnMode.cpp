@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include "app/CParameterList.h"
 #include "app/learn/LearnMenu.h"
 #include "controls/CWinControl.h"
 #include "texts/Texts.h"
@@ -118,8 +117,6 @@ void CLearnMode::Tick() {
         if (!widget->isVisible()) continue;
         if (auto* const window = qobject_cast<CWinControl*>(widget)) {
             AddOverlay(*window, [window] { return LearnableParts(*window); });
-        } else if (auto* const list = qobject_cast<CParameterList*>(widget)) {
-            AddOverlay(*list->viewport(), [list] { return list->LearnableParts(); });
         }
     }
     for (const auto& [window, overlay] : overlays) overlay->Tick();

@@ -74,8 +74,10 @@ void CChoiceCtrl::Draw() {
     const QRectF field = Field();
     const QRgb colour = Colour(enabled ? hovered ? "text" : "textMuted" : "textOff");
     Canvas().Box(field, 3, Colour("well"), Colour("edge"));
-    Canvas().Glyph(Skin(), picture::kGlyphArrowLeft, {field.left() + kArrow / 2.0, field.center().y()}, colour);
-    Canvas().Glyph(Skin(), picture::kGlyphArrowRight, {field.right() - kArrow / 2.0, field.center().y()}, colour);
+    Canvas().Glyph(Skin(), counts ? picture::kGlyphMinus : picture::kGlyphArrowLeft,
+                   {field.left() + kArrow / 2.0, field.center().y()}, colour);
+    Canvas().Glyph(Skin(), counts ? picture::kGlyphPlus : picture::kGlyphArrowRight,
+                   {field.right() - kArrow / 2.0, field.center().y()}, colour);
     const QString text = ValueText();
     const QRectF inside = field.adjusted(kArrow, 0, -kArrow, 0);
     Canvas().Text(inside, text, Colour(enabled ? "text" : "textOff"), FittingHeight(text, inside.width(), true),

@@ -22,7 +22,8 @@ public:
     void TakeNumber(float number) override;
 
     QString caption;
-    int steps = 0;  // of the whole range; 0: not known, searched by the text
+    bool counts = false;  // whole numbers: less and more in place of arrows
+    int steps = 0;        // of the whole range; 0: not known, searched by the text
 
 private:
     QRectF Field() const;

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/panel/CPanel.h"
 
+#include <QDesktopServices>
+#include <QDir>
 #include <QLineEdit>
+#include <QUrl>
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "document/CWorkstation.h"
+#include "document/LoopFolders.h"
 #include "editors/base/GroupBox.h"
 #include "editors/panel/CPanelBuilder.h"
 #include "editors/panel/CProgramListCtrl.h"
@@ -48,6 +54,48 @@ void CPanel::ChoosePage(int next) { page = next; }
 
 void CPanel::ChooseProgram(int program) { values.Document().Places().SelectProgram(values.Shared(), program); }
 
+void CPanel::SetUserPrograms(QStringList names) {
+    if (names == userPrograms) return;
+    userPrograms = std::move(names);
+    Build();
+}
+
+void CPanel::CopyPage(int firstParameter, int count) {
+    copiedPage.clear();
+    for (int parameter = firstParameter; parameter < std::min(firstParameter + count, values.Count()); ++parameter)
+        copiedPage.push_back(values.Get(parameter));
+    builtPage = -1;
+}
+
+void CPanel::PastePage(int firstParameter) { SetFrom(firstParameter, copiedPage, Text("Paste sound")); }
+
+void CPanel::ResetPage(int firstParameter, int count) {
+    std::vector<float> next;
+    for (int parameter = firstParameter; parameter < std::min(firstParameter + count, values.Count()); ++parameter)
+        next.push_back(values.Default(parameter));
+    SetFrom(firstParameter, next, Text("Default sound"));
+}
+
+void CPanel::SetFrom(int firstParameter, const std::vector<float>& next, const QString& name) {
+    std::vector<float> all;
+    for (int parameter = 0; parameter < values.Count(); ++parameter) {
+        const auto within = static_cast<std::size_t>(parameter - firstParameter);
+        all.push_back(parameter >= firstParameter && within < next.size() ? next[within] : values.Get(parameter));
+    }
+    values.Document().Places().SetParameters(values.Shared(), name, all);
+}
+
+void CPanel::ScanLoops() {
+    FollowLoopFolders(values.Document());
+    builtLoop = -1;
+}
+
+void CPanel::OpenLoopFolder() {
+    const QString folder = values.Document().ProgramFolders().loops;
+    QDir().mkpath(folder);
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
+
 void CPanel::Play(int key, int velocity) {
     SlotPlace place;
     if (!values.Document().Places().FindPlugin(&values.Plugin(), place)) return;
@@ -68,6 +116,8 @@ void CPanel::Build() {
     search->setVisible(!searchPlace.isEmpty());
     for (const auto& control : Controls()) control->backgroundColour = Colour("panel");
     builtPage = page;
+    builtKind = kind;
+    builtLoop = chosenLoop;
     builtPalette = &Palette();
     builtConditions = ConditionsNow();
     LayoutAndRefresh();
@@ -83,7 +133,8 @@ std::vector<bool> CPanel::ConditionsNow() const {
 void CPanel::Follow() {
     if (!isVisible()) return;
     values.Follow();
-    const bool another = builtPage != page || builtPalette != &Palette() || ConditionsNow() != builtConditions;
+    const bool another = builtPage != page || builtKind != kind || builtLoop != chosenLoop ||
+                         builtPalette != &Palette() || ConditionsNow() != builtConditions;
     if (another && Mouse().Captured() == nullptr) Build();
     if (programs != nullptr) programs->Select(values.Plugin().CurrentProgram());
     Tick();

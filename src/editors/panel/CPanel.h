@@ -3,6 +3,8 @@
 
 // The panel of a plug-in, drawn by our own controls from a layout. User-interface thread.
 
+#include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -33,6 +35,10 @@ public:
     // layout did not name stand in a group of their own.
     const std::vector<bool>& PlacedParameters() const noexcept { return placed; }
     CPanelValues& Values() noexcept { return values; }
+    // Programs of the user's, which stand below those of the plug-in.
+    void SetUserPrograms(QStringList names);
+    std::function<void(int index)> onUserProgram;
+    std::function<void()> onSaveProgram;
     // Shows what has changed; from the 40 ms timer.
     void Follow();
 
@@ -63,9 +69,22 @@ public:
     std::vector<Condition> conditions;
     std::vector<bool> placed;
     CProgramListCtrl* programs = nullptr;
+    CValue lit{1};       // what a lit button shows
     QRect searchPlace;   // of the field above the programs; empty: none
     int restHeight = 0;  // below what the layout describes, skin pixels
     void ChooseProgram(int program);
+    int chosenLoop = -1;  // of a loop player
+    void ChooseLoop(int loop) { chosenLoop = loop; }
+    void ScanLoops();
+    void OpenLoopFolder();
+    // The parameters from the first on, so many as the page has.
+    void CopyPage(int firstParameter, int count);
+    bool HasCopy() const noexcept { return !copiedPage.empty(); }
+    void PastePage(int firstParameter);
+    void ResetPage(int firstParameter, int count);
+    int Kind() const noexcept { return kind; }
+    void ChooseKind(int next) { kind = next; }
+    const QStringList& UserPrograms() const noexcept { return userPrograms; }
     void Play(int key, int velocity);
 
 protected:
@@ -79,8 +98,15 @@ private:
     CPanelValues values;
     PanelLayout layout;
     QLineEdit* search;
+    void SetFrom(int firstParameter, const std::vector<float>& next, const QString& name);
+
+    QStringList userPrograms;
+    std::vector<float> copiedPage;
+    int kind = -1;  // of the programs in the list
     int page = 0;
     int builtPage = -1;
+    int builtKind = -1;
+    int builtLoop = -1;
     std::vector<bool> builtConditions;
     const CPalette* builtPalette = nullptr;
 };

@@ -7,8 +7,12 @@
 
 #include "controls/CFaderCtrl.h"
 #include "controls/CSwitchCtrl.h"
+#include "controls/SkinNumbers.h"
+#include "document/LoopFolders.h"
 #include "editors/panel/CAmountCtrl.h"
 #include "editors/panel/CChoiceCtrl.h"
+#include "editors/panel/CLoopTableCtrl.h"
+#include "editors/panel/CLoopWaveCtrl.h"
 #include "editors/panel/CPadsCtrl.h"
 #include "editors/panel/CPanelKnobCtrl.h"
 #include "editors/panel/CPickCtrl.h"
@@ -30,6 +34,7 @@ constexpr int kInnerGap = 4;  // between the lines of a group
 constexpr int kTitled = 28;   // where the contents of a group with a title begin
 constexpr int kRadius = 14;   // of a knob's disc
 constexpr int kPickHeight = 20;
+constexpr int kPickFoot = kFieldHeight + kGap;  // of a list: the button below it
 
 // Lengths along an extent: each in pixels, or -1 for an equal share of what the others leave.
 std::vector<int> Shares(const std::vector<int>& wanted, int extent, int gap) {
@@ -372,7 +377,11 @@ void CPanelBuilder::PutPages(const PanelStatement& statement, const QRect& place
 }
 
 void CPanelBuilder::PutHost(const PanelStatement& statement, const QRect& place) {
-    if (statement.arguments.empty() || statement.arguments.front() != "programs") return;
+    const std::string kind = statement.arguments.empty() ? std::string() : statement.arguments.front();
+    if (kind == "loops") return PutLoops(place);
+    if (kind == "loop") return PutLoop(place);
+    if (kind == "page-copy") return PutPageCopy(place);
+    if (kind != "programs") return;
     const QString title = Text("Programs");
     panel.frames.push_back({place, title, ESection::kPattern});
     QStringList names;
@@ -380,12 +389,127 @@ void CPanelBuilder::PutHost(const PanelStatement& statement, const QRect& place)
     for (int program = 0; program < plugin.ProgramCount(); ++program)
         names += QString::fromStdString(plugin.ProgramName(program));
     panel.searchPlace = QRect(place.x() + kMargin, place.y() + kTitled, place.width() - 2 * kMargin, kFieldHeight);
-    const QRect list = place.adjusted(kMargin, kTitled + kFieldHeight + kGap, -kMargin, -kMargin);
-    auto& programs = panel.Add<CProgramListCtrl>(list, names);
+    QRect list = place.adjusted(kMargin, kTitled + kFieldHeight + kGap, -kMargin, -kMargin - kPickFoot);
+    list.setTop(PutKinds(statement, list) + 1);
+    auto& programs = panel.Add<CProgramListCtrl>(list, names, panel.UserPrograms());
     programs.section = ESection::kPattern;
     programs.infoText = Text("A click, or the arrow keys, chooses a program.");
     programs.onChoose = [this_ = &panel](int program) { this_->ChooseProgram(program); };
+    programs.onChooseUser = [this_ = &panel](int index) {
+        if (this_->onUserProgram) this_->onUserProgram(index);
+    };
+    ChooseKind(statement, programs);
     panel.programs = &programs;
+    Button(QRect(list.x(), list.bottom() + 1 + kGap, list.width(), kFieldHeight), picture::kGlyphSave,
+           Text("Save As ..."),
+           [this_ = &panel] {
+               if (this_->onSaveProgram) this_->onSaveProgram();
+           })
+        .infoText = Text("Keeps what is heard among your own programs.");
+}
+
+void CPanelBuilder::PutLoops(const QRect& place) {
+    panel.frames.push_back({place, Text("Loops"), ESection::kPattern});
+    auto loops = ListLoops(values.Plugin());
+    const QRect inside = place.adjusted(kMargin, kTitled, -kMargin, -kMargin - kPickFoot);
+    auto& list = panel.Add<CLoopTableCtrl>(inside, loops);
+    list.section = ESection::kPattern;
+    list.infoText = Text("A click chooses a loop, the sign before it lets it play in time.");
+    list.onPlay = [this_ = &panel](int key, int velocity) { this_->Play(key, velocity); };
+    list.Select(std::max(0, panel.chosenLoop));
+    panel.chosenLoop = list.Selected();
+    list.onSelect = [this_ = &panel](int loop) { this_->ChooseLoop(loop); };
+    const int half = (inside.width() - kGap) / 2;
+    const QRect foot(inside.x(), inside.bottom() + 1 + kGap, half, kFieldHeight);
+    Button(foot, -1, Text("Scan again"), [this_ = &panel] { this_->ScanLoops(); });
+    Button(foot.translated(half + kGap, 0), picture::kGlyphFolder, Text("Open folder"),
+           [this_ = &panel] { this_->OpenLoopFolder(); });
+}
+
+CSwitchCtrl& CPanelBuilder::Button(const QRect& place, int glyph, const QString& text, std::function<void()> run) {
+    auto& made = panel.Add<CSwitchCtrl>(0U, place.x(), place.y(), place.width(), place.height(), nullptr, text);
+    made.glyph = glyph;
+    made.momentary = true;
+    made.captureOnClick = false;
+    made.afterClick = [run = std::move(run)](CControl&) { run(); };
+    return made;
+}
+
+void CPanelBuilder::PutPageCopy(const QRect& place) {
+    const int first = parameters.stride * page;
+    const int wide = (place.width() - 2 * kInnerGap) / 3;
+    const QRect left(place.x(), place.y(), wide, place.height());
+    const int way = wide + kInnerGap;
+    Button(left, -1, Text("Copy sound"),
+           [this_ = &panel, first, count = parameters.stride] { this_->CopyPage(first, count); });
+    Button(left.translated(way, 0), -1, Text("Paste sound"), [this_ = &panel, first] {
+        this_->PastePage(first);
+    }).enabled = panel.HasCopy();
+    Button(left.translated(2 * way, 0), -1, Text("Default sound"),
+           [this_ = &panel, first, count = parameters.stride] { this_->ResetPage(first, count); });
+}
+
+void CPanelBuilder::PutLoop(const QRect& place) {
+    const auto loops = ListLoops(values.Plugin());
+    const bool has = panel.chosenLoop >= 0 && panel.chosenLoop < static_cast<int>(loops.size());
+    panel.frames.push_back({place, has ? QString() : Text("Loops"), ESection::kPattern});
+    auto& wave = panel.Add<CLoopWaveCtrl>(place.adjusted(kMargin, kTitled, -kMargin, -kMargin), values.Plugin());
+    wave.section = ESection::kPattern;
+    if (!has) return;
+    const LoopEntry& loop = loops[static_cast<std::size_t>(panel.chosenLoop)];
+    wave.Show(loop, FileOfLoop(values.Document(), loop.name));
+    panel.frames.back().title = QString::fromStdString(loop.name);
+    panel.labels.push_back({QRect(place.x() + 140, place.y() + 7, place.width() - 150, 16),
+                            Text("%1 BPM, %2 beats, %3 strokes, key %4")
+                                .arg(std::lround(loop.tempo))
+                                .arg(loop.beats)
+                                .arg(loop.strokes)
+                                .arg(loop.key),
+                            Qt::AlignRight | Qt::AlignVCenter});
+}
+
+// The kinds that the layout names, "All" before and "Mine" behind them, in rows of three; gives where they end.
+int CPanelBuilder::PutKinds(const PanelStatement& statement, const QRect& place) {
+    constexpr int kAcross = 3;
+    constexpr int kHigh = 20;
+    if (statement.inside.empty()) return place.top() - 1;
+    QStringList names{Text("All")};
+    for (const PanelStatement& kind : statement.inside)
+        names += kind.texts.empty() ? QString() : InLanguage(kind.texts.front());
+    names += Text("Mine");
+    const int wide = (place.width() + kInnerGap) / kAcross;
+    int bottom = place.top() - 1;
+    for (int index = 0; index < names.size(); ++index) {
+        const QRect area(place.x() + index % kAcross * wide, place.y() + index / kAcross * (kHigh + kInnerGap),
+                         wide - kInnerGap, kHigh);
+        const bool chosen = index - 1 == panel.Kind();
+        auto& chip = Button(area, -1, names[index], [this_ = &panel, index] { this_->ChooseKind(index - 1); });
+        if (chosen) chip.Bind(&panel.lit);
+        chip.fontHeight = FittingHeight(names[index], area.width() - 4, true, 11);
+        chip.section = ESection::kPattern;
+        bottom = area.bottom() + kGap;
+    }
+    return bottom;
+}
+
+// A program is of the first kind one of whose words its name has.
+void CPanelBuilder::ChooseKind(const PanelStatement& statement, CProgramListCtrl& programs) const {
+    const int kind = panel.Kind();
+    const int kinds = static_cast<int>(statement.inside.size());
+    if (kind < 0) return;
+    programs.showsUser = kind == kinds;
+    programs.showsOwn = kind < kinds;
+    programs.isWanted = [&statement, kind](const QString& name) {
+        const QString words = QLatin1Char(' ') + name + QLatin1Char(' ');
+        for (std::size_t index = 0; index < statement.inside.size(); ++index) {
+            for (const std::string& word : statement.inside[index].arguments) {
+                const QString sought = QString::fromStdString(word).replace(QLatin1Char('_'), QLatin1Char(' '));
+                if (words.contains(QLatin1Char(' ') + sought + QLatin1Char(' '), Qt::CaseInsensitive))
+                    return static_cast<int>(index) == kind;
+            }
+        }
+        return kind == static_cast<int>(statement.inside.size()) - 1;
+    };
 }
 
 // What the layout does not name: a group of its own below, so that nothing is out of reach.

@@ -3,6 +3,7 @@
 
 // Makes the controls of a panel from its layout, each in its place. User-interface thread.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@
 #include "editors/panel/PanelParameters.h"
 
 namespace quib {
+
+class CSwitchCtrl;
 
 class CPanelBuilder {
 public:
@@ -33,6 +36,12 @@ private:
     void PutPads(const PanelStatement& statement, const QRect& place);
     void PutPages(const PanelStatement& statement, const QRect& place);
     void PutHost(const PanelStatement& statement, const QRect& place);
+    CSwitchCtrl& Button(const QRect& place, int glyph, const QString& text, std::function<void()> run);
+    void PutPageCopy(const QRect& place);
+    void PutLoops(const QRect& place);
+    void PutLoop(const QRect& place);
+    int PutKinds(const PanelStatement& statement, const QRect& place);
+    void ChooseKind(const PanelStatement& statement, CProgramListCtrl& programs) const;
     void PutRest(const QRect& place);
 
     int Parameter(const std::string& word);

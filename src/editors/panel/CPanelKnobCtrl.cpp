@@ -55,6 +55,7 @@ void CPanelKnobCtrl::Draw() {
     const QString text = ValueText();
     Canvas().Text(QRectF(X(), below + kLine, Width(), kLine), text, Colour(enabled ? "text" : "textOff"),
                   FittingHeight(text, Width(), true), Qt::AlignCenter, true);
+    DrawParameterMarks(Canvas(), Skin(), centre + QPointF(radius + 8, 4 - radius), automated, learned);
 }
 
 }  // namespace quib

@@ -21,6 +21,8 @@ public:
     // Where the ring grows from, 0..1.
     float zero = 0;
     QString caption;
+    bool automated = false;  // a lane plays it
+    bool learned = false;    // MIDI moves it
 
 protected:
     int CentreY() const noexcept override { return radius + kRing; }

@@ -39,6 +39,7 @@ void CPanelValues::Set(int parameter, float value) {
 
 void CPanelValues::Keep(int parameter, float before) {
     document.Places().ParameterEdited(plugin, parameter, before, Get(parameter));
+    if (onTouch) onTouch(parameter);
 }
 
 bool CPanelValues::SetByText(int parameter, const QString& text) {
@@ -61,6 +62,17 @@ void CPanelValues::Connect(CControl& control, int parameter) {
     control.formatValue = [this, parameter](float) { return Text(parameter); };
     control.onChange = [this, parameter](CControl& moved) { Set(parameter, moved.ValueNow()); };
     control.onGesture = [this, parameter](CControl&, float before) { Keep(parameter, before); };
+    control.onAlternativeClick = [this, parameter](CControl&) {
+        if (onMenu) onMenu(parameter);
+    };
+    control.learns = TargetOf(parameter);
+}
+
+std::optional<ControlTarget> CPanelValues::TargetOf(int parameter) const {
+    SlotPlace place;
+    if (!document.Places().FindPlugin(plugin.get(), place)) return std::nullopt;
+    const EControlTarget kind = TargetKindOf(place);
+    return ControlTarget{kind, IsOfInstrument(kind) ? place.instrument : 0, parameter};
 }
 
 void CPanelValues::Follow() {

@@ -6,9 +6,12 @@
 
 #include <QString>
 #include <deque>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "model/CValue.h"
+#include "model/control/ControlBinding.h"
 
 namespace quib {
 
@@ -45,6 +48,11 @@ public:
 
     // Takes over what others have moved; from the 40 ms timer.
     void Follow();
+
+    // What MIDI would move; nothing while the plug-in stands in no place.
+    std::optional<ControlTarget> TargetOf(int parameter) const;
+    std::function<void(int parameter)> onMenu;   // the other button was pressed on a control of it
+    std::function<void(int parameter)> onTouch;  // the user has moved it
 
 private:
     CWorkstation& document;

@@ -7,6 +7,7 @@
 #include "controls/CWinControl.h"
 #include "controls/VirtualKeys.h"
 #include "editors/panel/PanelLook.h"
+#include "texts/Texts.h"
 
 namespace quib {
 
@@ -16,8 +17,11 @@ constexpr int kWheelRows = 3;
 
 }  // namespace
 
-CProgramListCtrl::CProgramListCtrl(CWinControl& window, const QRect& place, QStringList programNames)
-    : CControl(window, 0, place.x(), place.y(), place.width(), place.height()), names(std::move(programNames)) {
+CProgramListCtrl::CProgramListCtrl(CWinControl& window, const QRect& place, QStringList programNames,
+                                   QStringList userNames)
+    : CControl(window, 0, place.x(), place.y(), place.width(), place.height()),
+      names(std::move(programNames)),
+      user(std::move(userNames)) {
     takesWheel = true;
     captureOnClick = false;
     SetFilter({});
@@ -25,11 +29,27 @@ CProgramListCtrl::CProgramListCtrl(CWinControl& window, const QRect& place, QStr
 
 void CProgramListCtrl::SetFilter(const QString& text) {
     rows.clear();
-    for (int program = 0; program < names.size(); ++program) {
-        if (text.isEmpty() || names[program].contains(text, Qt::CaseInsensitive)) rows.push_back(program);
+    const auto holds = [&text](const QString& one) {
+        return text.isEmpty() || one.contains(text, Qt::CaseInsensitive);
+    };
+    for (int program = 0; showsOwn && program < names.size(); ++program) {
+        if (holds(names[program]) && (!isWanted || isWanted(names[program]))) rows.push_back(program);
     }
+    std::vector<int> below;
+    for (int index = 0; showsUser && index < user.size(); ++index) {
+        if (holds(user[index])) below.push_back(kFirstUser - index);
+    }
+    if (!below.empty()) rows.push_back(kHeading);
+    rows.insert(rows.end(), below.begin(), below.end());
     Scroll(0);
     Update(false, true);
+}
+
+QString CProgramListCtrl::NameOf(int row) const { return row >= 0 ? names[row] : user[kFirstUser - row]; }
+
+void CProgramListCtrl::Choose(int row) {
+    if (row >= 0 && onChoose) onChoose(row);
+    if (row <= kFirstUser && onChooseUser) onChooseUser(kFirstUser - row);
 }
 
 void CProgramListCtrl::Scroll(int firstRow) {
@@ -60,7 +80,7 @@ void CProgramListCtrl::OnMouseLeave() {
 
 void CProgramListCtrl::OnLButtonDown(int /*px*/, int py, int /*button*/) {
     const int row = RowAt(py);
-    if (row >= 0 && onChoose) onChoose(rows[static_cast<std::size_t>(row)]);
+    if (row >= 0) Choose(rows[static_cast<std::size_t>(row)]);
 }
 
 void CProgramListCtrl::OnMouseWheel(int /*px*/, int /*py*/, std::uint32_t word) {
@@ -72,8 +92,8 @@ void CProgramListCtrl::OnKeyDown(int key) {
     if (!hovered) return;
     const int step = key == virtualKey::kUp ? -1 : key == virtualKey::kDown ? 1 : 0;
     const auto row = std::find(rows.begin(), rows.end(), selected) - rows.begin() + step;
-    if (step == 0 || row < 0 || row >= static_cast<std::ptrdiff_t>(rows.size()) || !onChoose) return;
-    onChoose(rows[static_cast<std::size_t>(row)]);
+    if (step != 0 && row >= 0 && row < static_cast<std::ptrdiff_t>(rows.size()))
+        Choose(rows[static_cast<std::size_t>(row)]);
 }
 
 void CProgramListCtrl::Draw() {
@@ -83,10 +103,18 @@ void CProgramListCtrl::Draw() {
     for (int row = first; row < last; ++row) {
         const int program = rows[static_cast<std::size_t>(row)];
         const QRectF area(X() + 2, Y() + (row - first) * kRow + 1, Width() - 4, kRow - 2);
+        if (program == kHeading) {
+            const QString heading = Text("MINE");
+            const qreal end = area.left() + 8 + CCanvas::TextWidth(heading, 10, true);
+            Canvas().Text(area.adjusted(8, 4, 0, 0), heading, Colour("textMuted"), 10, Qt::AlignLeft | Qt::AlignVCenter,
+                          true);
+            Canvas().Line(end + 8, area.center().y() + 2, area.right() - 8, area.center().y() + 2, Colour("edge"));
+            continue;
+        }
         const bool chosen = program == selected;
         if (chosen) Canvas().FillRound(area, 2, Palette().Accent(section));
         if (!chosen && row == under) Canvas().FillRound(area, 2, Colour("panelRaised"));
-        Canvas().Text(area.adjusted(8, 0, -8, 0), names[program], Colour(chosen ? "onAccent" : "text"), 12,
+        Canvas().Text(area.adjusted(8, 0, -8, 0), NameOf(program), Colour(chosen ? "onAccent" : "text"), 12,
                       Qt::AlignLeft | Qt::AlignVCenter, chosen);
     }
 }

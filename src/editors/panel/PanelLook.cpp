@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "controls/SkinNumbers.h"
 #include "editors/panel/PanelLayout.h"
 #include "texts/Texts.h"
 
@@ -43,6 +44,12 @@ QRgb SegmentText(bool chosen, bool hovered, bool enabled) {
     if (!enabled) return Colour("textOff");
     if (chosen) return Colour("onAccent");
     return Colour(hovered ? "text" : "textMuted");
+}
+
+void DrawParameterMarks(CCanvas& canvas, CSkin& skin, QPointF place, bool automated, bool learned) {
+    constexpr qreal kDot = 3;
+    if (learned) canvas.Glyph(skin, picture::kGlyphMidi, place, Palette().Accent(ESection::kKeyboard));
+    if (automated) canvas.Ellipse(place + QPointF(0, learned ? 14 : 0), kDot, Palette().Accent(ESection::kPattern));
 }
 
 int FittingHeight(const QString& text, qreal width, bool strong, int largest) {

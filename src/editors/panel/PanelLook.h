@@ -29,6 +29,9 @@ void DrawGlass(CCanvas& canvas, const QRectF& area, int linesAcross);
 void DrawSegment(CCanvas& canvas, const QRectF& area, bool chosen, bool hovered, bool enabled, QRgb accent);
 QRgb SegmentText(bool chosen, bool hovered, bool enabled);
 
+// Beside a control: whether a lane plays it, and whether MIDI moves it.
+void DrawParameterMarks(CCanvas& canvas, CSkin& skin, QPointF place, bool automated, bool learned);
+
 // The largest text height, of 12 down to 10, in which the text fits the width.
 int FittingHeight(const QString& text, qreal width, bool strong, int largest = 12);
 

@@ -61,6 +61,8 @@ public:
     // The value as the plug-in writes it, and the unit of that text.
     virtual std::string ParameterText(int index) = 0;
     virtual std::string ParameterUnit(int index) = 0;
+    // Of a parameter that the plug-in has. Not asked while loading: only windows want to know.
+    virtual ParameterNature AskParameterNature(int /*index*/) { return {}; }
     // Sets a parameter by a text in the plug-in's own way. False when it understands none.
     virtual bool SetParameterText(int index, const std::string& text) = 0;
 

@@ -29,9 +29,26 @@ std::vector<LoopEntry> ListLoops(const CPlugin& plugin) {
         LoopInfo info{};
         if (ask(index, &info) == 0) break;
         info.name[sizeof info.name - 1] = 0;
-        loops.push_back({info.name, info.key, info.tempo});
+        loops.push_back({info.name, info.key, info.tempo, info.beats, static_cast<int>(info.frames), info.slices,
+                         static_cast<int>(index)});
     }
     return loops;
+}
+
+std::vector<int> LoopStrokes(const CPlugin& plugin, const LoopEntry& loop) {
+    std::vector<int> strokes;
+    if (plugin.Loops().waveBegin == nullptr) return strokes;
+    const auto ask = reinterpret_cast<std::intptr_t (*)(std::intptr_t, std::intptr_t)>(plugin.Loops().waveBegin);
+    for (int stroke = 0; stroke < loop.strokes; ++stroke) {
+        if (const std::intptr_t frame = ask(loop.index, stroke); frame >= 0) strokes.push_back(static_cast<int>(frame));
+    }
+    return strokes;
+}
+
+int LoopFrame(const CPlugin& plugin, const LoopEntry& loop) {
+    if (plugin.Loops().waveCounter == nullptr) return -1;
+    const auto ask = reinterpret_cast<std::intptr_t (*)(std::intptr_t)>(plugin.Loops().waveCounter);
+    return static_cast<int>(ask(loop.index));
 }
 
 }  // namespace quib

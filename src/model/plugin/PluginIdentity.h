@@ -45,6 +45,13 @@ struct PluginParameter {
     int steps = 0;           // between the values that differ; 0: continuous, or not told
 };
 
+// What a plug-in tells of how one of its parameters is to be shown.
+struct ParameterNature {
+    std::string group;     // what it belongs to; empty: not told
+    int values = 0;        // that differ; 2: a switch, 0: continuous or not told
+    bool isWhole = false;  // they are whole numbers
+};
+
 // How a file names a plug-in.
 struct PluginReference {
     std::string fileName;  // of its library

@@ -195,6 +195,26 @@ std::string CVst2Plugin::Text(std::int32_t opcode, std::int32_t index) {
     return buffer.data();
 }
 
+ParameterNature CVst2Plugin::AskParameterNature(int index) {
+    ParameterProperties told{};
+    ParameterNature nature;
+    if (Dispatch(effGetParameterProperties, index, 0, &told) != 1) return nature;
+    const auto has = [&told](ParameterFlags flag) { return (told.flags & flag) != 0; };
+    if (has(kParameterHasCategory) && told.category > 0) {
+        told.categoryLabel[sizeof(told.categoryLabel) - 1] = 0;
+        nature.group = told.categoryLabel;
+    }
+    if (has(kParameterIsSwitch)) {
+        nature.values = 2;
+    } else if (has(kParameterHasWholeRange) && told.highest > told.lowest) {
+        const std::int64_t step = has(kParameterHasWholeStep) ? std::max(1, told.wholeStep) : 1;
+        const std::int64_t range = std::int64_t{told.highest} - told.lowest;
+        nature.values = static_cast<int>(std::min<std::int64_t>(range / step + 1, 1 << 16));
+        nature.isWhole = true;
+    }
+    return nature;
+}
+
 std::string CVst2Plugin::KeyName(int key) {
     vst2::MidiKeyName asked{};
     asked.program = static_cast<std::int32_t>(Dispatch(vst2::effGetProgram));

@@ -41,6 +41,7 @@ public:
 
     std::string ParameterText(int index) override { return Text(vst2::effGetParamDisplay, index); }
     std::string ParameterUnit(int index) override { return Text(vst2::effGetParamLabel, index); }
+    ParameterNature AskParameterNature(int index) override;
     bool SetParameterText(int index, const std::string& text) override;
     int ProgramCount() const noexcept override { return effect->numPrograms; }
     int CurrentProgram() override { return static_cast<int>(Dispatch(vst2::effGetProgram)); }

@@ -118,6 +118,7 @@ enum EffectOpcodes : std::int32_t {
     effCanDo = 51,  // pointer: text; returns 1 yes, -1 no, 0 unknown
     effGetTailSize = 52,
     effIdle = 53,
+    effGetParameterProperties = 56,  // index: parameter, pointer: ParameterProperties; returns 1 when it has told
     effGetVstVersion = 58,
     effGetMidiKeyName = 66,  // pointer: MidiKeyName; returns 1 when the key has a name
     effBeginSetProgram = 67,
@@ -134,6 +135,33 @@ struct MidiKeyName {
     char name[64];
     std::int32_t reserved;
     std::int32_t flags;
+};
+
+// How a parameter is to be shown.
+struct ParameterProperties {
+    float step;
+    float smallStep;
+    float largeStep;
+    char label[64];
+    std::int32_t flags;  // ParameterFlags: what of the rest is told
+    std::int32_t lowest;
+    std::int32_t highest;
+    std::int32_t wholeStep;
+    std::int32_t largeWholeStep;
+    char shortLabel[8];
+    std::int16_t place;
+    std::int16_t category;  // from 1; 0: none
+    std::int16_t categorySize;
+    std::int16_t reserved;
+    char categoryLabel[24];
+    char future[16];
+};
+
+enum ParameterFlags : std::int32_t {
+    kParameterIsSwitch = 1 << 0,
+    kParameterHasWholeRange = 1 << 1,  // lowest, highest
+    kParameterHasWholeStep = 1 << 3,
+    kParameterHasCategory = 1 << 5,
 };
 
 // Requests of the plug-in to the host.
