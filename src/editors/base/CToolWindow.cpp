@@ -22,9 +22,12 @@ CToolWindow::~CToolWindow() {
 
 void CToolWindow::Open() {
     if (!std::exchange(placed, true)) {
-        const QRect missing = CSettings::Centred(size(), CSettings::ScreenSize());
-        const QRect place = context.document.Settings().ReadWindowPlacement(QLatin1String(row.placement), missing);
-        placedByUser = place.topLeft() != CSettings::Centred(row.size, CSettings::ScreenSize()).topLeft();
+        // What is stored at the first start knows no scale.
+        const QSize screen = CSettings::ScreenSize();
+        const QRect missing = CSettings::ClampPlacement(CSettings::Centred(size(), screen), screen);
+        QRect place = context.document.Settings().ReadWindowPlacement(QLatin1String(row.placement), missing);
+        placedByUser = place.topLeft() != CSettings::Centred(row.size, screen).topLeft();
+        if (!placedByUser && place.size() == row.size) place = missing;
         move(place.topLeft());
         if (!row.fixedWidth || !row.fixedHeight) resize(place.size());
     }

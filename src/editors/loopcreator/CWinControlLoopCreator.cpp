@@ -403,7 +403,7 @@ void CWinControlLoopCreator::ShowAll() {
     folderText->SetText(folder);
     list->Show(loops, chosen);
     const auto count = std::ranges::count_if(loops, [](const ListedLoop& entry) { return entry.wanted; });
-    const QString wanted = loops.empty() ? Text("Write the loop") : Text("Write %1 loops").arg(count);
+    const QString wanted = loops.empty() || count == 1 ? Text("Write the loop") : Text("Write %1 loops").arg(count);
     if (write->label == wanted) return;
     write->label = wanted;
     write->Refresh();
