@@ -40,6 +40,12 @@ namespace {
 
 constexpr int kWideHeader = 50;  // heights of its text
 
+constexpr const char* kButtons =
+    "QToolButton{background:%1;border:1px solid %2;border-radius:3px;padding:0.25em 0.6em;}"
+    "QToolButton:hover{background:%3;}QToolButton:checked{background:%4;color:%5;}"
+    "QToolButton:disabled{color:%6;}"
+    "QToolButton::menu-indicator{image:none;}QToolButton[popupMode=\"1\"]{padding-right:1.5em;}";
+
 bool CanEmbed() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
 }  // namespace
@@ -138,13 +144,9 @@ void CPluginWindow::BuildBar() {
 // Buttons that are on are filled, as everywhere.
 void CPluginWindow::ShowColours() {
     const auto name = [](QRgb colour) { return QColor::fromRgb(colour).name(); };
-    header->setStyleSheet(
-        QStringLiteral("QToolButton{background:%1;border:1px solid %2;border-radius:3px;padding:0.25em 0.6em;}"
-                       "QToolButton:hover{background:%3;}QToolButton:checked{background:%4;color:%5;}"
-                       "QToolButton:disabled{color:%6;}"
-                       "QToolButton::menu-indicator{image:none;}QToolButton[popupMode=\"1\"]{padding-right:1.5em;}")
-            .arg(name(Colour("panelRaised")), name(Colour("edge")), name(Colour("knobHover")),
-                 name(Palette().Accent(ESection::kMix)), name(Colour("onAccent")), name(Colour("textOff"))));
+    header->setStyleSheet(QString::fromLatin1(kButtons).arg(
+        name(Colour("panelRaised")), name(Colour("edge")), name(Colour("knobHover")),
+        name(Palette().Accent(ESection::kMix)), name(Colour("onAccent")), name(Colour("textOff"))));
     palette = &Palette();
 }
 
