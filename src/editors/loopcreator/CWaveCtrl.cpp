@@ -34,12 +34,12 @@ void CWaveCtrl::Draw() {
     if (!shown.message.isEmpty()) return Canvas().Text(QRectF(Rectangle()), shown.message, Colour("textMuted"), 13);
     if (!shown.peaks) return;
     if (overview) SetView(0, static_cast<double>(shown.frames));
-    if (!overview) DrawBeats();
     for (const auto& [start, length] : shown.others) {
         const double left = PlaceOf(static_cast<double>(start));
         const QRectF area(left, Y(), PlaceOf(static_cast<double>(start + length)) - left, Height());
         Canvas().Fill(area.intersected(QRectF(Rectangle())), Mix(Colour("glass"), Colour("pattern"), 0.25F));
     }
+    if (!overview) DrawBeats();
     DrawWave();
     DrawLoop();
     if (overview && shown.viewFrames > 0) {

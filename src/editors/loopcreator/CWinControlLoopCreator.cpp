@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/loopcreator/CWinControlLoopCreator.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <algorithm>
@@ -400,7 +401,9 @@ void CWinControlLoopCreator::ShowAll() {
     seamText->Refresh();
     tempoField->SetText(QString::number(cut.tempo, 'f', 2));
     nameField->SetText(namePattern);
-    folderText->SetText(folder);
+    const QString home = QDir::homePath();
+    folderText->SetText(folder.startsWith(home + QLatin1Char('/')) ? QLatin1Char('~') + folder.mid(home.size())
+                                                                   : folder);
     list->Show(loops, chosen);
     const auto count = std::ranges::count_if(loops, [](const ListedLoop& entry) { return entry.wanted; });
     const QString wanted = loops.empty() || count == 1 ? Text("Write the loop") : Text("Write %1 loops").arg(count);
