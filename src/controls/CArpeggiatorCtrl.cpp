@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "controls/CKnobCtrl.h"
-#include "controls/CLabelCtrl.h"
 #include "controls/CSelectorCtrl.h"
 #include "controls/CSwitchCtrl.h"
 #include "controls/CWinControl.h"
@@ -60,9 +59,6 @@ CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, in
     extMode.infoString = 414;
     extMode.name = Text("Arpeggiator extension mode");
     bound.push_back({&extMode, &ArpeggiatorValues::extMode});
-    auto& hint = AddChild<CLiveLabelCtrl>(0U, 8, 41, kWidth - 16, 18, [this] { return Hint(); });
-    hint.textColour = Palette().Colour(QStringLiteral("warning"));
-    hint.backgroundColour = Palette().Colour(QStringLiteral("panel"));
     int place = 7;
     for (const KnobPlan& plan : kKnobs) {
         auto& knob = AddChild<CKnobCtrl>(0U, place, 30, 42, 56, nullptr);
@@ -80,13 +76,6 @@ CArpeggiatorCtrl::CArpeggiatorCtrl(CWinControl& window, std::uint32_t number, in
         entry.control->backgroundColour = Palette().Colour(QStringLiteral("panel"));
     }
     BindTo(firstValues);
-}
-
-// The keys that it plays come in by way of the keyboard, which has to be there for that.
-QString CArpeggiatorCtrl::Hint() const {
-    const bool silent =
-        values.on != nullptr && values.on->IsOn() && values.keyboard != nullptr && !values.keyboard->IsOn();
-    return silent ? Text("Keys are silent: show the strip's keyboard") : QString();
 }
 
 void CArpeggiatorCtrl::BindTo(const ArpeggiatorValues& newValues) {

@@ -19,7 +19,6 @@ struct ArpeggiatorValues {
     CValue* interval = nullptr;
     CValue* gateTime = nullptr;
     CValue* tempo = nullptr;
-    const CValue* keyboard = nullptr;  // switch: the keyboard whose keys it plays is shown
 };
 
 class CArpeggiatorCtrl : public CControl {
@@ -40,7 +39,6 @@ private:
         CControl* control;
         CValue* ArpeggiatorValues::*setting;
     };
-    QString Hint() const;
 
     std::vector<Bound> bound;
     ArpeggiatorValues values;

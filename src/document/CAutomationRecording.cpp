@@ -14,7 +14,6 @@ namespace quib {
 namespace {
 
 constexpr const char* kReplaceSetting = "AutomationReplace";
-constexpr int kRestingTicks = 8;  // of 40 ms, after the last report of a plug-in's parameter
 
 }  // namespace
 
@@ -81,7 +80,7 @@ void CAutomationRecording::LetGo(std::map<Key, Held>::iterator held) {
 }
 
 void CAutomationRecording::ParameterMoved(const CPlugin* plugin, int parameter) {
-    if (const auto lane = lanes.Find(plugin, parameter)) Begin(*lane, kRestingTicks);
+    if (const auto lane = lanes.Find(plugin, parameter)) Begin(*lane, CAutomationTake::kRestingTicks);
 }
 
 void CAutomationRecording::ControllerMoved(const ControlTarget& target) {
@@ -93,15 +92,20 @@ void CAutomationRecording::ControllerMoved(const ControlTarget& target) {
     const auto lane = LaneOf(target, instrument);
     if (!lane) return;
     lastTouched = {instrument ? instrument->Id() : 0, lane->key};
-    Begin(*lane, kRestingTicks);
+    Begin(*lane, CAutomationTake::kRestingTicks);
 }
 
 void CAutomationRecording::BallMoved(const std::shared_ptr<CInstrument>& instrument, int ball, int axis) {
     const BallSoundList& balls = *instrument->ballSounds.ForEdit();
     if (ball < 0 || ball >= static_cast<int>(balls.size())) return;
     for (const BallAssignment& follower : AssignmentsOf(balls[static_cast<std::size_t>(ball)], axis)) {
-        Begin({instrument, {GroupOf(follower.target), follower.parameter}}, kRestingTicks);
+        Begin({instrument, {GroupOf(follower.target), follower.parameter}}, CAutomationTake::kRestingTicks);
     }
+}
+
+void CAutomationRecording::PointPlayed(const EngineNotice& notice) {
+    if (const auto instrument = context.InstrumentById(notice.instrument))
+        take.Take(instrument, {notice.pattern, notice.lane}, {notice.x, notice.y});
 }
 
 void CAutomationRecording::Touched(const void* thing, int part) {
@@ -157,6 +161,7 @@ void CAutomationRecording::Tick() {
         int& resting = current->second.restingTicks;
         if (resting >= 0 && --resting < 0) LetGo(current);
     }
+    take.Tick(picture, Replaces(), context.audio.graveyard);
     if (IsWritten()) return;
     for (auto held = holding.begin(); held != holding.end();) {
         const auto current = held++;
@@ -167,6 +172,7 @@ void CAutomationRecording::Tick() {
 }
 
 bool CAutomationRecording::IsWriting(const LaneKey& lane) const noexcept {
+    if (lane.group == ELaneGroup::kMidi) return take.IsWriting(lane.index);
     return std::any_of(holding.begin(), holding.end(),
                        [&](const auto& held) { return held.first.second == lane && !held.second.samples.empty(); });
 }

@@ -28,8 +28,8 @@ public:
     void ParameterMoved(const CPlugin* plugin, int parameter);
     // The same from a plug-in that tells when its parameter is taken hold of.
     void HoldParameter(const CPlugin* plugin, int parameter, bool held);
-    // The instrument's MIDI lanes are about to take points that came in.
-    void WillRecord(const std::shared_ptr<CInstrument>& instrument) { take.WillRecord(instrument); }
+    // A point of a MIDI lane has come in.
+    void PointPlayed(const EngineNotice& notice);
     // What has been touched is written to the end of the pass, in place of what was there; else only while the hand
     // is on it. Kept in the settings.
     bool Replaces() const;

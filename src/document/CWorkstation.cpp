@@ -89,9 +89,7 @@ void CWorkstation::Tick() {
 
 void CWorkstation::FollowNotices() {
     noteRecording.Look();
-    quib::FollowNotices(
-        audio, [this](const EngineNotice& notice) { FollowNotice(notice); },
-        [this](const std::shared_ptr<CInstrument>& instrument) { automationRecording.WillRecord(instrument); });
+    quib::FollowNotices(audio, [this](const EngineNotice& notice) { FollowNotice(notice); });
     noteRecording.Tick();
     performance.Tick();
     FollowControllers();
@@ -149,7 +147,7 @@ void CWorkstation::FollowNotice(const EngineNotice& notice) {
         case EngineNotice::EKind::kControlAction:
             return RunControlAction(*this, {static_cast<EControlTarget>(notice.lane), notice.instrument, notice.value});
         case EngineNotice::EKind::kLanePoint:
-            return;
+            return automationRecording.PointPlayed(notice);
     }
 }
 

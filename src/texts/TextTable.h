@@ -629,6 +629,7 @@ inline constexpr KeyedText kTexts[] = {
     {"Row %1", "Ligne %1"},
     {"Snap", "Grille"},
     {"Record snap", "Grille d'enr."},
+    {"Prog.", "Prog."},
     {"Scale", "Gamme"},
     {"FOLD", "PLIER"},
     {"QUANTISE", "QUANTIFIER"},

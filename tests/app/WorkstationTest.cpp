@@ -10,6 +10,7 @@
 #include "app/AppFixture.h"
 #include "document/CAutomationTake.h"
 #include "document/CGesture.h"
+#include "model/edits/LaneShapes.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
@@ -386,29 +387,43 @@ TEST_F(WorkstationTest, AGestureIsHeardAtEachMoveAndIsOneStepOrNone) {
     EXPECT_EQ(instrument->patterns[2].ForEdit()->Notes()[0].key, 80);
 }
 
-TEST_F(WorkstationTest, WhatIsRecordedInOnePassIsOneStep) {
+TEST_F(WorkstationTest, PassesOfAMidiLaneAreMergedAndOneStep) {
     AddSynth();
     CAutomationTake take;
-    CInstrument& instrument = *At(0);
-    auto& graveyard = workstation->Audio().graveyard;
-    const PointList expected = {{1, 10}, {2, 20}, {3, 30}};
-    for (std::size_t count = 1; count <= expected.size(); ++count) {
-        take.WillRecord(At(0));
-        const PointList points(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(count));
-        instrument.midiLanes.Publish(
-            std::make_shared<const CEventLanes>(instrument.midiLanes.ForEdit()->With(4, kModulationWheelLane, points)),
-            graveyard);
-    }
+    const CInstrument& instrument = *At(0);
+    const PlayPicture stopped;
+    const auto pass = [&](const PointList& points) {
+        for (const Point& point : points) {
+            take.Take(At(0), {4, kModulationWheelLane}, point);
+            take.Tick(stopped, false, workstation->Audio().graveyard);
+        }
+    };
+    const auto lane = [&] {
+        const PointList* const points = instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane);
+        return points != nullptr ? *points : PointList();
+    };
+    const auto expect = [&](const PointList& wanted) {
+        ASSERT_EQ(lane().size(), wanted.size());
+        for (std::size_t index = 0; index < wanted.size(); ++index) {
+            EXPECT_EQ(lane()[index].x, wanted[index].x);
+            EXPECT_NEAR(lane()[index].y, wanted[index].y, 127 * kRecordingTolerance);
+        }
+    };
+    // What is not after the last one is dropped.
+    pass({{1, 10}, {2, 20}, {3, 80}, {3, 90}, {2.9F, 70}});
+    expect({{1, 10}, {2, 20}, {3, 80}});
+    pass({{1.5F, 60}, {2.25F, 60}});
+    expect({{1, 10}, {1.5F, 15}, {1.5F, 60}, {2.25F, 60}, {2.25F, 35}, {3, 80}});
     const int steps = Steps().index();
     CGesture gesture(workstation->Changes());
     take.AddTo(gesture);
     gesture.Finish("Record automation");
+    const PointList recorded = lane();
     EXPECT_EQ(Steps().index(), steps + 1);
     Steps().undo();
-    EXPECT_EQ(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
+    EXPECT_TRUE(lane().empty());
     Steps().redo();
-    ASSERT_NE(instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), nullptr);
-    EXPECT_EQ(*instrument.midiLanes.ForEdit()->Find(4, kModulationWheelLane), expected);
+    EXPECT_EQ(lane(), recorded);
 }
 
 TEST_F(WorkstationTest, ASessionComesBackFromItsFile) {

@@ -191,33 +191,19 @@ TEST_F(CMidiRouterTest, AControllerIsOfferedToItsLaneAtTheStepWhereItCame) {
     }
 }
 
-TEST_F(CMidiRouterTest, RecordedPointsOnlyEverFollowOneAnother) {
+TEST_F(CMidiRouterTest, NoticesAreToldAndSetTheProgram) {
     CInstrument& instrument = AddInstrument("PatchSynth");
     instrument.midi.channel.Set(kChannelOmni);
     audio.recordAutomation.Set(1.0F);
     PlayPatterns();
-    const std::uint64_t begun = Nanoseconds();
-    std::size_t shown = 0;
-    const auto play = [&](std::initializer_list<std::uint8_t> bends, std::uint64_t later) {
-        for (const std::uint8_t bend : bends) audio.ReceiveMidi({0xe0, 0, bend, begun + later * 1'000'000});
-        audio.RenderBlock();
-        FollowNotices(audio, [&](const EngineNotice&) { ++shown; });
-    };
-    play({10, 11}, 0);
-    play({20, 21}, 2'000'000);
-    play({30}, 1'000'000);
-    play({40}, 3'000'000);
-    audio.ReceiveMidi({0xc0, 2, 0, begun});
-    play({}, 0);
-    EXPECT_EQ(shown, 8U) << "a program tells of itself and of its point";
-    const CEventLanes& lanes = *instrument.midiLanes.ForEdit();
-    const PointList* const points = lanes.Find(0, kPitchBendLane);
-    ASSERT_NE(points, nullptr);
-    std::vector<float> bends;
-    for (const Point& point : *points) bends.push_back(point.y);
-    EXPECT_EQ(bends, (std::vector<float>{10, 20, 40}));
-    ASSERT_NE(lanes.Find(0, kProgramChangeLane), nullptr);
-    EXPECT_EQ(lanes.Find(0, kModulationWheelLane), nullptr);
+    std::vector<int> lanes;
+    for (const MidiMessage& message : {MidiMessage{0xe0, 0, 10, Nanoseconds()}, {0xc0, 2, 0, Nanoseconds()}})
+        audio.ReceiveMidi(message);
+    audio.RenderBlock();
+    FollowNotices(audio, [&](const EngineNotice& notice) {
+        if (notice.kind == EngineNotice::EKind::kLanePoint) lanes.push_back(notice.lane);
+    });
+    EXPECT_EQ(lanes, (std::vector<int>{kPitchBendLane, kProgramChangeLane}));
     EXPECT_EQ(PluginOf(instrument).CurrentProgram(), 2);
 }
 

@@ -17,9 +17,10 @@ constexpr int kHeight = 28;
 CArpeggiatorStripCtrl::CArpeggiatorStripCtrl(CWinControl& window, std::uint32_t number, int left, int top)
     : CControl(window, number, left, top, kSteps * kStep, kHeight) {}
 
-void CArpeggiatorStripCtrl::Show(std::vector<Note> next) {
-    if (next == notes) return;
+void CArpeggiatorStripCtrl::Show(std::vector<Note> next, bool isSilent) {
+    if (next == notes && isSilent == silent) return;
     notes = std::move(next);
+    silent = isSilent;
     Refresh();
 }
 
@@ -28,6 +29,9 @@ void CArpeggiatorStripCtrl::Draw() {
     for (int step = 0; step < kSteps; step += 4) {
         Canvas().Fill(QRectF(X() + step * kStep, Y(), 1, kHeight), Colour(step % 16 == 0 ? "gridBar" : "gridBeat"));
     }
+    if (silent)
+        return Canvas().Text(QRectF(Rectangle()), Text("Keys are silent: show the strip's keyboard"), Colour("warning"),
+                             10);
     if (notes.empty()) return Canvas().Text(QRectF(Rectangle()), Text("Hold keys to hear it"), Colour("textMuted"), 10);
     const auto [lowest, highest] =
         std::minmax_element(notes.begin(), notes.end(), [](const Note& a, const Note& b) { return a.key < b.key; });

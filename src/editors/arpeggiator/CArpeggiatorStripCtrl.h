@@ -14,11 +14,13 @@ public:
 
     CArpeggiatorStripCtrl(CWinControl& window, std::uint32_t number, int left, int top);
 
-    void Show(std::vector<Note> next);
+    // `isSilent`: keys do not reach the arpeggiator, which is told in place of the notes.
+    void Show(std::vector<Note> next, bool isSilent = false);
     void Draw() override;
 
 private:
     std::vector<Note> notes;
+    bool silent = false;
 };
 
 }  // namespace quib

@@ -64,8 +64,8 @@ void CWinControlArpeggiator::ShowSelection() {
     ArpeggiatorValues values;
     if (next) {
         ArpeggiatorSettings& own = next->arpeggiator;
-        values = {&own.on,       &own.mode,     &own.hole,     &own.ext,   &own.extMode,
-                  &own.velocity, &own.interval, &own.gateTime, &own.tempo, &next->keyboardOn};
+        values = {&own.on,       &own.mode,     &own.hole,     &own.ext,  &own.extMode,
+                  &own.velocity, &own.interval, &own.gateTime, &own.tempo};
     }
     panel->BindTo(values);
     latch->Bind(next ? &next->arpeggiator.latch : nullptr);
@@ -84,8 +84,11 @@ void CWinControlArpeggiator::ShowPlaying(const PlayPicture& picture) {
     const InstrumentPicture* const entry = picture.Find(shown->Id());
     if (entry != nullptr && entry->heldKeyCount > 0)
         keys.assign(entry->heldKeys.begin(), entry->heldKeys.begin() + entry->heldKeyCount);
+    // The keys that it plays come in by way of the keyboard, which has to be there for that.
+    const bool silent = shown->arpeggiator.on.IsOn() && !shown->keyboardOn.IsOn();
     strip->Show(keys.empty() ? std::vector<Note>()
-                             : PreviewArpeggiator(shown->arpeggiator, keys, CArpeggiatorStripCtrl::kSteps, kSeed));
+                             : PreviewArpeggiator(shown->arpeggiator, keys, CArpeggiatorStripCtrl::kSteps, kSeed),
+                silent);
 }
 
 void CWinControlArpeggiator::ShowKeyboard(bool on) {

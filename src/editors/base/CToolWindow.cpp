@@ -1,12 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editors/base/CToolWindow.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <cmath>
 
 #include "controls/CPalette.h"
 #include "texts/Texts.h"
 
 namespace quib {
+
+namespace {
+
+constexpr int kTitle = 32;  // pixels of the screen that the frame takes
+
+// No larger than the screen.
+QSize Fitting(const QSize& size) {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? size.boundedTo(screen->availableGeometry().size() - QSize(0, kTitle)) : size;
+}
+
+}  // namespace
 
 CToolWindow::CToolWindow(const ToolContext& toolContext, const ToolRow& toolRow, QWidget* parent)
     : CWinControl(toolContext.settings, "panel", parent), context(toolContext), row(toolRow) {
@@ -20,16 +34,15 @@ CToolWindow::~CToolWindow() {
     disconnect(&context.document.Selection(), nullptr, this, nullptr);
 }
 
+int CToolWindow::Scaled(int length) const noexcept { return static_cast<int>(std::ceil(length * scale / 100.0)); }
+
 void CToolWindow::Open() {
     if (!std::exchange(placed, true)) {
-        // What is stored at the first start knows no scale.
-        const QSize screen = CSettings::ScreenSize();
-        const QRect missing = CSettings::ClampPlacement(CSettings::Centred(size(), screen), screen);
-        QRect place = context.document.Settings().ReadWindowPlacement(QLatin1String(row.placement), missing);
-        placedByUser = place.topLeft() != CSettings::Centred(row.size, screen).topLeft();
-        if (!placedByUser && place.size() == row.size) place = missing;
-        move(place.topLeft());
-        if (!row.fixedWidth || !row.fixedHeight) resize(place.size());
+        const QRect middle = CSettings::Centred(row.size, CSettings::ScreenSize());
+        const QRect stored = context.document.Settings().ReadWindowPlacement(QLatin1String(row.placement), middle);
+        placedByUser = stored.topLeft() != middle.topLeft();
+        if (!row.fixedWidth || !row.fixedHeight) resize(Fitting({Scaled(stored.width()), Scaled(stored.height())}));
+        move(placedByUser ? stored.topLeft() : CSettings::Centred(size(), CSettings::ScreenSize()).topLeft());
     }
     show();
     raise();
@@ -38,19 +51,20 @@ void CToolWindow::Open() {
 
 // A side that is fixed has the size of its skin, whatever the scale.
 void CToolWindow::SetScale(int percent) {
-    const auto scaled = [percent](int length) { return static_cast<int>(std::ceil(length * percent / 100.0)); };
-    const QSize wanted(scaled(row.size.width()), scaled(row.size.height()));
+    const double ratio = static_cast<double>(percent) / std::exchange(scale, percent);
+    const QSize wanted(Scaled(row.size.width()), Scaled(row.size.height()));
+    setMinimumSize(Fitting((QSizeF(minimumSize()) * ratio).toSize()));
     if (row.fixedWidth) setFixedWidth(wanted.width());
     if (row.fixedHeight) setFixedHeight(wanted.height());
-    if (!placed) resize(wanted);
+    resize(Fitting(placed ? (QSizeF(size()) * ratio).toSize() : wanted));
     SetUiScale(percent / 100.0);
 }
 
-// Fixed sides are kept as the table has them.
+// Sizes are kept as at 100 percent, fixed sides as the table has them.
 void CToolWindow::KeepPlacement() {
     if (!placed) return;
     placedByUser = true;
-    QRect place(pos(), size());
+    QRect place(pos(), (QSizeF(size()) * 100.0 / scale).toSize());
     if (row.fixedWidth) place.setWidth(row.size.width());
     if (row.fixedHeight) place.setHeight(row.size.height());
     context.document.Settings().WriteWindowPlacement(QLatin1String(row.placement), place);

@@ -65,9 +65,12 @@ protected:
 
 private:
     void Follow(const Change& change);
+    // A length that is kept as at 100 percent, on this screen.
+    int Scaled(int length) const noexcept;
 
     const ToolContext& context;
     const ToolRow& row;
+    int scale = 100;  // percent
     bool placed = false;
     bool placedByUser = false;
 };

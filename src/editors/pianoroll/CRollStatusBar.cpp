@@ -85,7 +85,7 @@ void CRollStatusBar::AddSwitches() {
         {{TextKey("Bend"), TextKey("Pitch bend"), &MidiInputSettings::pitchBend},
          {TextKey("Wheel"), TextKey("Modulation wheel"), &MidiInputSettings::modulationWheel},
          {TextKey("Touch"), TextKey("Aftertouch"), &MidiInputSettings::aftertouch},
-         {TextKey("Program"), TextKey("Program change"), &MidiInputSettings::programChange}}};
+         {TextKey("Prog."), TextKey("Program change"), &MidiInputSettings::programChange}}};
     int left = kSwitchLeft;
     for (std::size_t index = 0; index < kPlans.size(); ++index) {
         const Plan& plan = kPlans[index];

@@ -214,8 +214,8 @@ void CWinControlPianoRoll::SetRowOrder(ERowOrder order) {
     ShowRows();
 }
 
-void CWinControlPianoRoll::SetScaleShown(const Scale& scale) {
-    roll->options.scale = scale;
+void CWinControlPianoRoll::SetScaleShown(const Scale& next) {
+    roll->options.scale = next;
     ShowRows();
 }
 
