@@ -14,6 +14,7 @@
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/CSessionKeeper.h"
+#include "app/CStandardTexts.h"
 #include "app/CStuckPlugins.h"
 #include "app/Dialogs.h"
 #include "app/Look.h"
@@ -253,6 +254,8 @@ int ApplicationMain(int argc, char** argv, const ConsoleFactory& makeConsole) {
     QCoreApplication::setApplicationName(QStringLiteral("QUIB Sequencer"));
     QGuiApplication::setDesktopFileName(QStringLiteral("quib-sequencer"));
     QApplication application(argc, argv);
+    CStandardTexts standardTexts;
+    QApplication::installTranslator(&standardTexts);
     QApplication::setQuitOnLastWindowClosed(false);
     CatchEndSignals();
     CSettings settings(SettingsFile(options));

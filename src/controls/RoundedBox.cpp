@@ -42,7 +42,7 @@ public:
         if ((isEdge || box.filled) && innerFirst <= innerLast) {
             std::fill(pixels + innerFirst, pixels + innerLast + 1, isEdge ? box.edge : filling);
         }
-        for (int x = std::max(first, innerLast + 1); x <= last; ++x) Pixel(pixels[x], {x, y}, filling);
+        for (int x = std::max(innerFirst, innerLast + 1); x <= last; ++x) Pixel(pixels[x], {x, y}, filling);
     }
 
 private:

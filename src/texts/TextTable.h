@@ -246,6 +246,9 @@ inline constexpr KeyedText kTexts[] = {
     {"Add ...", "Ajouter ..."},
     {"Remove", "Retirer"},
     {"Cancel", "Annuler"},
+    {"Yes", "Oui"},
+    {"No", "Non"},
+    {"Do not save", "Ne pas enregistrer"},
     {"Loading %1", "Chargement de %1"},
     // Files
     {"Choose the Program file", "Choisir le fichier programme"},

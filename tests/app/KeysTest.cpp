@@ -146,10 +146,14 @@ void PressAll(
     const std::function<void()>& follow = [] {}) {
     const auto acts = [&](Qt::Key key, Qt::KeyboardModifiers modifiers) {
         prepare();
-        QApplication::processEvents();
-        follow();
+        QImage picture;
+        QImage last(1, 1, QImage::Format_RGB32);
+        for (int looks = 0; looks < 50 && picture != last; ++looks) {  // until all that was asked for is drawn
+            QTest::qWait(20);
+            follow();
+            last = std::exchange(picture, shown.grab().toImage());
+        }
         const int before = steps.index();
-        const QImage picture = shown.grab().toImage();
         QTest::keyClick(&shown, key, modifiers);
         QApplication::processEvents();
         follow();
