@@ -232,13 +232,22 @@ void CPluginWindow::BuildPanel() {
 
 bool CPluginWindow::IsListShown() const { return !editorOpen && pages->currentWidget() == list; }
 
+// What a narrow header has no room for.
+void CPluginWindow::ShowWide(bool isWide) {
+    tools->SetNarrow(!isWide);
+    learnButton->setVisible(isWide);
+    header->layout()->activate();
+    layout()->activate();
+}
+
 // As large as what is shown wants to be.
 void CPluginWindow::ShowSize() {
     ownButton->setChecked(editorOpen);
     panelButton->setChecked(!editorOpen && panelPage != nullptr && pages->currentWidget() == panelPage);
     listButton->setChecked(IsListShown());
     if (editorOpen) return;
-    const QSize wanted = IsListShown() ? list->sizeHint() : panel->size();
+    const QSize wanted = panel == nullptr || IsListShown() ? list->sizeHint() : panel->size();
+    ShowWide(wanted.width() >= header->fontMetrics().height() * kWideHeader);
     resize((wanted + QSize(0, header->sizeHint().height())).boundedTo(screen()->availableSize()));
 }
 
@@ -259,6 +268,7 @@ void CPluginWindow::ShowList() {
 
 void CPluginWindow::ShowEditor() {
     if (!plugin->HasEditor() || !CanEmbed()) return ShowPage();
+    ShowWide(false);  // editors may be narrow
     OpenEditor();
     ShowSize();
 }
@@ -394,7 +404,11 @@ void CPluginWindow::Tick() {
         constexpr int kLookTicks = 10;
         if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
-        IsListShown() ? list->Follow() : panel->Follow();
+        if (IsListShown()) {
+            list->Follow();
+        } else if (panel != nullptr) {
+            panel->Follow();
+        }
     }
     const int program = plugin->CurrentProgram();
     if (chosenUser >= 0 && program == programThen && chosenUser < programs->count()) return;
@@ -403,11 +417,8 @@ void CPluginWindow::Tick() {
     programs->setCurrentIndex(program);
 }
 
-// What a narrow header has no room for.
 void CPluginWindow::resizeEvent(QResizeEvent* event) {
-    const bool isWide = width() >= header->fontMetrics().height() * kWideHeader;
-    tools->SetNarrow(!isWide);
-    learnButton->setVisible(isWide);
+    if (!editorOpen) ShowWide(width() >= header->fontMetrics().height() * kWideHeader);
     QWidget::resizeEvent(event);
 }
 

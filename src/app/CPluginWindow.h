@@ -84,6 +84,7 @@ private:
     void FillPrograms();
     void StepProgram(int by);
     void ShowSize();
+    void ShowWide(bool isWide);
     bool IsListShown() const;
     void OpenEditor();
     void CloseEditor();
