@@ -135,6 +135,27 @@ TEST_F(MainWindowTest, SavingIsGreyUntilTheProjectHasAFileAndTheTitleTellsUnsave
     EXPECT_FALSE(window.Action(command::kSave)->isEnabled());
 }
 
+TEST_F(MainWindowTest, NoTextOfAToolWindowIsCutInEitherLanguage) {
+    AddSynth();
+    for (const ELanguage language : {ELanguage::kEnglish, ELanguage::kFrench}) {
+        SetLanguage(language);
+        for (const ETool tool : {ETool::kPianoRoll, ETool::kAutomation, ETool::kArpeggiator, ETool::kBall,
+                                 ETool::kTutorial, ETool::kRhythm, ETool::kLoopCreator}) {
+            window.OpenTool(tool);
+            CToolWindow& opened = *window.Tools().Find(tool);
+            std::vector<std::string> cut;
+            opened.Canvas().onCut = [&](const QString& text, const QRectF& room) {
+                // A folder is as long as it is.
+                if (!text.contains(u'/')) cut.push_back(text.toStdString() + " in " + std::to_string(room.width()));
+            };
+            opened.Retranslate();
+            QCoreApplication::processEvents();
+            EXPECT_TRUE(cut.empty()) << testing::PrintToString(cut);
+            opened.Canvas().onCut = nullptr;
+        }
+    }
+}
+
 TEST_F(MainWindowTest, UnsavedWorkIsAskedForBeforeItIsThrownAway) {
     AddSynth();
     const QString path = SaveSong("song.prg");

@@ -15,7 +15,6 @@ namespace quib {
 
 namespace {
 constexpr int kTop = consoleLayout::kStripsTop;
-constexpr int kMargin = consoleLayout::kMargin;
 constexpr int kSplit = 8;
 constexpr int kFirstHeight = 300;
 constexpr int kLeastStrips = 40;  // pixels that the split leaves to them
@@ -84,8 +83,8 @@ int CWinControlMain::SongTop(const QSize& size) const {
 }
 
 void CWinControlMain::ArrangeSong(const QSize& size) {
-    hint->SetPosition(kMargin, kTop);
-    hint->Resize(std::max(100, size.width() - 2 * kMargin), CSongHintCtrl::kHeight);
+    hint->SetPosition(consoleLayout::kMargin, kTop);
+    hint->Resize(std::max(100, size.width() - 2 * consoleLayout::kMargin), CSongHintCtrl::kHeight);
     if (!songShown) return;
     const int top = SongTop(size);
     const int bar = songWhole ? 0 : kSplit;

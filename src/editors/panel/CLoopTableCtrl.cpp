@@ -9,6 +9,7 @@
 #include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
+#include "editors/panel/PanelLook.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kSign = 24;  // width of the sign that plays
 constexpr int kVelocity = 100;
-constexpr int kBeatsOfBar = 4;
 
 // The right edges of the columns, from the right edge of the list.
 constexpr int kKeyAt = 140;

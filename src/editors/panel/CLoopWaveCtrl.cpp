@@ -15,7 +15,6 @@ namespace quib {
 namespace {
 constexpr int kRuler = 20;
 constexpr int kEdge = 4;
-constexpr int kBeatsOfBar = 4;
 }  // namespace
 
 CLoopWaveCtrl::CLoopWaveCtrl(CWinControl& window, const QRect& place, const CPlugin& loopPlayer)

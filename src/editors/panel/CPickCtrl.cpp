@@ -14,7 +14,7 @@ namespace quib {
 namespace {
 
 constexpr int kTallest = 28;  // of a segment with a text
-constexpr int kRowGap = 4;       // between rows
+constexpr int kRowGap = 4;    // between rows
 
 }  // namespace
 

@@ -12,8 +12,8 @@ namespace quib {
 
 namespace {
 
-constexpr qreal kCatch = 12;  // pixels round a handle
-constexpr qreal kSide = 8;    // of a square one
+constexpr qreal kCatch = 12;        // pixels round a handle
+constexpr qreal kSide = 8;          // of a square one
 constexpr qreal kHandleRadius = 5;  // of a round one
 
 }  // namespace
