@@ -57,7 +57,8 @@ EPluginCall CallOfOpcode(std::int32_t opcode) noexcept {
             return EPluginCall::kCloseEditor;
         case effEditIdle:
             return EPluginCall::kEditor;
-        case effGetChunk:
+        case effGetChunk:  // at every backup: a process that is killed then was killed by somebody else
+            return EPluginCall::kAsk;
         case effSetChunk:
             return EPluginCall::kState;
         case effProcessEvents:
