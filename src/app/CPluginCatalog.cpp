@@ -18,7 +18,7 @@ namespace quib {
 
 namespace {
 
-constexpr int kPatience = 10;  // seconds for one library
+constexpr int kPatience = 10;         // seconds for one library
 constexpr int kProcessMargin = 5000;  // milliseconds, for the process itself
 
 bool IsCurrent(const PluginEntry& entry, const QFileInfo& file) {

@@ -9,7 +9,7 @@ namespace quib {
 namespace {
 constexpr int kTextMargin = 8;
 constexpr int kLongestCaption = 40;  // letters
-constexpr int kLowestHeight = 48;          // pixels below which it is a line
+constexpr int kLowestHeight = 48;    // pixels below which it is a line
 
 // What stands before the dash is the name of the thing.
 std::pair<QString, QString> CaptionAndText(const QString& text) {

@@ -28,7 +28,8 @@ RollDrawing CPianoRollCtrlEx::Drawing(const QRect& part) {
 void CPianoRollCtrlEx::Paint(const QRect& part) {
     const RollDrawing drawing = Drawing(part);
     const int left = view.GridLeft();
-    Canvas().SetClip(OnCanvas(part.intersected(QRect(left, PianoRollView::kHeaderHeight, Width() - left, view.GridHeight()))));
+    Canvas().SetClip(
+        OnCanvas(part.intersected(QRect(left, PianoRollView::kHeaderHeight, Width() - left, view.GridHeight()))));
     if (part.bottom() >= PianoRollView::kHeaderHeight && part.right() >= left) PaintGrid(drawing);
     Canvas().SetClip(OnCanvas(part.intersected(QRect(0, PianoRollView::kHeaderHeight, left, view.GridHeight()))));
     if (part.bottom() >= PianoRollView::kHeaderHeight && part.left() < left) {
@@ -55,7 +56,8 @@ void CPianoRollCtrlEx::PaintHeader(const RollDrawing& drawing) const {
 // A few rows at a time, ground and notes: what is written twice is still in the processor's cache then.
 void CPianoRollCtrlEx::PaintRows(const RollDrawing& drawing) {
     notes.Collect(drawing, edit.Index());
-    const QRect part = drawing.part.intersected(QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width(), view.GridHeight()));
+    const QRect part =
+        drawing.part.intersected(QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width(), view.GridHeight()));
     const QRect whole = OnCanvas(part);
     if (options.ghosts.empty() && !view.IsDrums()) {
         RollDrawing rows = drawing;
@@ -110,7 +112,8 @@ QRect CPianoRollCtrlEx::GridPart(double left, double top, double right, double b
     const QRect area(
         QPoint(static_cast<int>(std::floor(std::max(left, -1.0e6))), static_cast<int>(std::floor(top))),
         QPoint(static_cast<int>(std::ceil(std::min(right, 1.0e6))), static_cast<int>(std::ceil(bottom)) - 1));
-    return area.intersected(QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width() - view.GridLeft(), view.GridHeight()));
+    return area.intersected(
+        QRect(view.GridLeft(), PianoRollView::kHeaderHeight, Width() - view.GridLeft(), view.GridHeight()));
 }
 
 QRect CPianoRollCtrlEx::HoverPart() const {

@@ -11,12 +11,12 @@
 #include <mutex>
 #include <thread>
 
+#include "export/CSignalStatistics.h"
 #include "model/plugin/CPlugin.h"
 #include "platform/CStandardOutput.h"
 #include "platform/Clock.h"
 #include "platform/FloatingPointMode.h"
 #include "tools/common/CJsonObject.h"
-#include "export/CSignalStatistics.h"
 
 namespace quib {
 namespace {
