@@ -26,8 +26,7 @@ std::shared_ptr<const PointList> PointsOf(const CInstrument& instrument, const C
 void CAutomationTake::Take(const std::shared_ptr<CInstrument>& instrument, const Lane& lane, const Point& point) {
     if (lane.pattern < 0 || lane.pattern >= kPatternCount || lane.index < 0 || lane.index >= kMidiLaneCount) return;
     const auto known = std::find_if(movements.begin(), movements.end(), [&](const Movement& movement) {
-        return movement.instrument == instrument && movement.lane.pattern == lane.pattern &&
-               movement.lane.index == lane.index;
+        return movement.instrument == instrument && movement.lane == lane;
     });
     if (known == movements.end()) return Begin(instrument, lane, point);
     const float last = known->samples.back().x;
@@ -88,8 +87,7 @@ void CAutomationTake::Tick(const PlayPicture& picture, bool replaces, CGraveyard
         Movement& movement = movements[rest - 1];
         const bool isLast = std::none_of(
             movements.begin(), movements.begin() + static_cast<std::ptrdiff_t>(rest) - 1, [&](const Movement& later) {
-                return later.instrument == movement.instrument && later.lane.pattern == movement.lane.pattern &&
-                       later.lane.index == movement.lane.index;
+                return later.instrument == movement.instrument && later.lane == movement.lane;
             });
         bool goesOn = isLast && --movement.restingTicks > 0;
         if (isLast && replaces && !movement.isNew) goesOn = GoOn(movement, picture);

@@ -24,6 +24,8 @@ public:
     struct Lane {
         int pattern = 0;
         int index = 0;
+
+        bool operator==(const Lane&) const = default;
     };
     // A point within a pass that is not after the last one is dropped; one that is much earlier begins a new pass.
     void Take(const std::shared_ptr<CInstrument>& instrument, const Lane& lane, const Point& point);

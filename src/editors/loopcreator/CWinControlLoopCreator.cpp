@@ -12,6 +12,7 @@
 #include "editors/base/CFieldCtrl.h"
 #include "editors/loopcreator/CSeamCtrl.h"
 #include "editors/loopcreator/CWaveCtrl.h"
+#include "export/BeatsOfBar.h"
 #include "export/rhythm/RhythmHits.h"
 #include "platform/Clock.h"
 #include "texts/Texts.h"
@@ -20,7 +21,6 @@ namespace quib {
 
 namespace {
 
-constexpr int kBeatsOfBar = 4;
 constexpr double kLongestAudition = 120;              // seconds
 constexpr std::uint64_t kLongestTap = 3'000'000'000;  // nanoseconds
 constexpr double kSlowest = 20;

@@ -9,7 +9,7 @@
 #include "controls/Colours.h"
 #include "controls/SkinNumbers.h"
 #include "controls/VirtualKeys.h"
-#include "editors/panel/PanelLook.h"
+#include "export/BeatsOfBar.h"
 #include "texts/Texts.h"
 
 namespace quib {

@@ -7,6 +7,7 @@
 
 #include "controls/CWinControl.h"
 #include "editors/panel/PanelLook.h"
+#include "export/BeatsOfBar.h"
 #include "export/SoundClip.h"
 #include "texts/Texts.h"
 

@@ -15,7 +15,6 @@ namespace quib {
 
 struct PanelText;
 
-constexpr int kBeatsOfBar = 4;    // of a loop
 constexpr int kFieldHeight = 24;  // of a field to choose from or to type into
 
 // The section whose accent a layout names.

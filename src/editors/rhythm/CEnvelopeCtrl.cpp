@@ -7,6 +7,7 @@
 #include "controls/CWinControl.h"
 #include "controls/Colours.h"
 #include "controls/VirtualKeys.h"
+#include "export/BeatsOfBar.h"
 #include "texts/Texts.h"
 
 namespace quib {
@@ -74,7 +75,7 @@ void CEnvelopeCtrl::DrawBeats() {
     const auto begin = static_cast<long>(std::floor((first - shown.downbeat) / beat));
     for (long index = begin; shown.downbeat + static_cast<double>(index) * beat < first + span; ++index) {
         const double left = PlaceOf(shown.downbeat + static_cast<double>(index) * beat);
-        const bool isBar = index % static_cast<long>(kBeatsOfBar) == 0;
+        const bool isBar = index % kBeatsOfBar == 0;
         if (left < X() || (wide < 6 && !isBar)) continue;
         Canvas().Fill(QRectF(left, Y(), 1, Height()), Colour(isBar ? "gridBeat" : "gridStep"));
         if (index < 0 || (wide < 40 && !isBar) || wide * kBeatsOfBar < 36) continue;

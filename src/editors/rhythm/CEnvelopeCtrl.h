@@ -13,8 +13,6 @@
 
 namespace quib {
 
-constexpr double kBeatsOfBar = 4;  // the detector knows no other time
-
 class CEnvelopeCtrl : public CControl {
 public:
     CEnvelopeCtrl(CWinControl& window, int left, int top);

@@ -10,6 +10,7 @@
 #include "controls/CSwitchCtrl.h"
 #include "editors/base/CFieldCtrl.h"
 #include "editors/rhythm/CEnvelopeCtrl.h"
+#include "export/BeatsOfBar.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 #include "texts/Texts.h"

@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kBeginBeats = 16;    // that the first period is found on
 constexpr double kMostChange = 0.03;  // of the period at the begin from the mean
+constexpr double kChangeStep = 0.0005;
 constexpr double kCatch = 0.1;        // of a beat: how far from where it is expected
 constexpr double kFollowPlace = 0.3;  // of what a beat is off
 constexpr double kFollowPeriod = 0.05;
@@ -29,19 +30,6 @@ RhythmHits FirstOf(RhythmHits hits, double period) {
     return hits;
 }
 
-// The best near the mean.
-double PeriodOf(const std::vector<RhythmHit>& hits, double period) {
-    double best = period;
-    double most = 0;
-    for (double change = -kMostChange; change <= kMostChange; change += 0.0005) {
-        const double score = Concentration(hits, period * (1 + change));
-        if (score <= most) continue;
-        most = score;
-        best = period * (1 + change);
-    }
-    return best;
-}
-
 }  // namespace
 
 CBeatTrack::CBeatTrack(const RhythmHits& hits, double period, double seconds) {
@@ -52,7 +40,7 @@ CBeatTrack::CBeatTrack(const RhythmHits& hits, double period, double seconds) {
 
 void CBeatTrack::Follow(const RhythmHits& hits, double period, double seconds) {
     const RhythmHits first = FirstOf(hits, period);
-    period = PeriodOf(first.all, period);
+    period = BestNear(first.all, period, kMostChange, kChangeStep);
     double expected = PhaseOf(first, period);
     auto hit = hits.all.begin();
     for (int beat = 0; expected < seconds; ++beat) {

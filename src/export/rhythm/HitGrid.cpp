@@ -6,11 +6,20 @@
 #include <complex>
 #include <numbers>
 
+#include "export/BeatsOfBar.h"
+
 namespace quib {
 
 namespace {
 
-constexpr double kBeatsOfBar = 4;
+constexpr double kGridReach = 0.015;  // seconds
+constexpr double kBeginning = 0.1;    // what the first sound of all counts
+
+// How far a time is from the nearest place of a grid, seconds; below 0 for one before it.
+double OffGrid(double time, double first, double period) {
+    const double turns = (time - first) / period;
+    return (turns - std::round(turns)) * period;
+}
 
 // Those that are as strong as the strong ones, nearly: by so many dB.
 std::vector<RhythmHit> Strong(std::vector<RhythmHit> hits, float near) {
@@ -24,28 +33,23 @@ std::vector<RhythmHit> Strong(std::vector<RhythmHit> hits, float near) {
 }
 
 // The share of the hits, by their strength, that lie on a grid; 0..1.
-double OnGrid(const std::vector<RhythmHit>& hits, double first, double period, double reach) {
+double OnGrid(const std::vector<RhythmHit>& hits, double first, double period) {
     double sum = 0;
     double whole = 0;
     for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - first) / period;
-        const double off = std::abs(turns - std::round(turns)) * period;
-        if (off < reach) sum += static_cast<double>(hit.strength) * (1 - off / reach);
+        const double off = std::abs(OffGrid(hit.time, first, period));
+        if (off < kGridReach) sum += static_cast<double>(hit.strength) * (1 - off / kGridReach);
         whole += static_cast<double>(hit.strength);
     }
     return whole > 0 ? sum / whole : 0.0;
 }
-
-constexpr double kGridReach = 0.015;  // seconds
-constexpr double kBeginning = 0.1;    // what the first sound of all counts
 
 // Of hits that lie on the beat the mean distance from it; they say where it is more exactly than the search.
 double Centred(const std::vector<RhythmHit>& hits, double phase, double period) {
     double sum = 0;
     double weights = 0;
     for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - phase) / period;
-        const double off = (turns - std::round(turns)) * period;
+        const double off = OffGrid(hit.time, phase, period);
         if (std::abs(off) > kGridReach) continue;
         sum += static_cast<double>(hit.strength) * off;
         weights += static_cast<double>(hit.strength);
@@ -65,6 +69,18 @@ double Concentration(const std::vector<RhythmHit>& hits, double period) {
         sum += std::abs(pointer) / part;
     }
     return sum;
+}
+
+double BestNear(const std::vector<RhythmHit>& hits, double period, double reach, double step) {
+    double best = period;
+    double most = Concentration(hits, period);
+    for (double change = -reach; change <= reach; change += step) {
+        const double score = Concentration(hits, period * (1 + change));
+        if (score <= most) continue;
+        most = score;
+        best = period * (1 + change);
+    }
+    return best;
 }
 
 RhythmHits FindHits(std::span<const float> mono, int sampleRate) {
@@ -92,14 +108,8 @@ RhythmHits FindHits(std::span<const float> mono, int sampleRate) {
 double Sharpened(const std::vector<RhythmHit>& hits, double period, double seconds) {
     constexpr double kReach = 3e-4;
     const double step = std::min(kReach, 0.0004 / std::max(seconds, 1.0));
-    double best = period;
-    double most = Concentration(hits, period);
-    for (double change = -kReach; change <= kReach; change += step) {
-        const double score = Concentration(hits, period * (1 + change));
-        if (score <= most) continue;
-        most = score;
-        best = period * (1 + change);
-    }
+    const double best = BestNear(hits, period, kReach, step);
+    const double most = Concentration(hits, best);
     const double fine = best * step;
     const double before = Concentration(hits, best - fine);
     const double after = Concentration(hits, best + fine);
@@ -111,8 +121,8 @@ double PhaseOf(const RhythmHits& hits, double period) {
     double best = 0;
     double most = -1;
     for (double phase = 0; phase < period; phase += 0.001) {
-        const double score = OnGrid(hits.all, phase, period, kGridReach) + OnGrid(hits.low, phase, period, kGridReach) +
-                             2 * OnGrid(hits.snare, phase, period, kGridReach);
+        const double score =
+            OnGrid(hits.all, phase, period) + OnGrid(hits.low, phase, period) + 2 * OnGrid(hits.snare, phase, period);
         if (score <= most) continue;
         most = score;
         best = phase;
@@ -126,14 +136,13 @@ double DownbeatOf(const RhythmHits& hits, double period) {
     const std::vector<RhythmHit> loud = Strong(hits.all, 12);
     double best = 0;
     double most = -1e9;
-    for (int beat = 0; beat < static_cast<int>(kBeatsOfBar); ++beat) {
+    for (int beat = 0; beat < kBeatsOfBar; ++beat) {
         const double first = phase + beat * period;
-        double score = 2 * OnGrid(hits.low, first, bar, kGridReach) + 0.5 * OnGrid(hits.all, first, bar, kGridReach) -
-                       2 * OnGrid(hits.snare, first, bar, kGridReach);
+        double score =
+            2 * OnGrid(hits.low, first, bar) + 0.5 * OnGrid(hits.all, first, bar) - 2 * OnGrid(hits.snare, first, bar);
         // Sounds begin with a bar more often than not.
         if (!loud.empty()) {
-            const double turns = (loud.front().time - first) / bar;
-            if (std::abs(turns - std::round(turns)) * bar < 2 * kGridReach) score += kBeginning;
+            if (std::abs(OffGrid(loud.front().time, first, bar)) < 2 * kGridReach) score += kBeginning;
         }
         if (score <= most) continue;
         most = score;
@@ -147,8 +156,7 @@ double SteadinessOf(const std::vector<RhythmHit>& hits, double phase, double per
     double sum = 0;
     int count = 0;
     for (const RhythmHit& hit : hits) {
-        const double turns = (hit.time - phase) / period;
-        const double off = (turns - std::round(turns)) * period;
+        const double off = OffGrid(hit.time, phase, period);
         if (std::abs(off) > kGridReach) continue;
         sum += off * off;
         ++count;

@@ -20,6 +20,8 @@ RhythmHits FindHits(std::span<const float> mono, int sampleRate);
 
 // How well hits keep to a period, in turns that meet at the same angle: whole, half and quarter beats.
 double Concentration(const std::vector<RhythmHit>& hits, double period);
+// The best period within `reach` of one, looked for in steps; both as shares of it.
+double BestNear(const std::vector<RhythmHit>& hits, double period, double reach, double step);
 // The period near `period` to which the hits keep best, in a sound of that many seconds.
 double Sharpened(const std::vector<RhythmHit>& hits, double period, double seconds);
 // Of the beats, 0 to below the period.
