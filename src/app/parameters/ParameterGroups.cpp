@@ -65,4 +65,11 @@ GroupedParameters GroupParameters(const QStringList& names, const QStringList& c
     return found;
 }
 
+bool ReadsAsSwitch(const QString& text) {
+    for (const char* const word : {"on", "off", "yes", "no", "true", "false"}) {
+        if (text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0) return true;
+    }
+    return false;
+}
+
 }  // namespace quib

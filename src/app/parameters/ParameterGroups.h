@@ -26,4 +26,7 @@ inline constexpr int kParameterBlock = 16;
 // `categories`: of each parameter, empty where the plug-in tells none.
 GroupedParameters GroupParameters(const QStringList& names, const QStringList& categories);
 
+// Whether a value's text is one of a switch, such as "Off".
+bool ReadsAsSwitch(const QString& text);
+
 }  // namespace quib
