@@ -21,6 +21,7 @@
 #include "editors/panel/CPanelKnobCtrl.h"
 #include "editors/panel/CPickCtrl.h"
 #include "editors/panel/PanelLook.h"
+#include "editors/panel/PanelMeasures.h"
 #include "model/plugin/CPlugin.h"
 #include "texts/Texts.h"
 
@@ -28,13 +29,11 @@ namespace quib {
 
 namespace {
 
-constexpr int kMargin = 8;
+using namespace panelMeasures;
+
 constexpr int kRailWidth = 148;
 constexpr int kGroupWidth = 300;
 constexpr int kGroupWay = kGroupWidth + 8;
-constexpr int kTitled = 28;
-constexpr int kCellWidth = 71;
-constexpr int kCellHeight = 68;
 constexpr int kAcross = 4;
 constexpr int kTouchedHeight = 172;
 constexpr int kCompareHeight = 32;
@@ -222,13 +221,9 @@ void CParameterPage::BuildCell(int parameter, const QRect& cell) {
 
 void CParameterPage::AddButton(const QRect& place, int glyph, const QString& label, bool lit,
                                std::function<void()> run) {
-    auto& button =
-        Add<CSwitchCtrl>(0U, place.x(), place.y(), place.width(), place.height(), lit ? &isLit : nullptr, label);
-    button.glyph = glyph;
-    button.momentary = true;
+    auto& button = AddPanelButton(*this, place, glyph, label, std::move(run));
+    if (lit) button.Bind(&isLit);
     button.section = ESection::kKeyboard;
-    button.captureOnClick = false;
-    button.afterClick = [run = std::move(run)](CControl&) { run(); };
 }
 
 void CParameterPage::BuildTouched(const QRect& place) {

@@ -2,39 +2,19 @@
 #include "editors/panel/CPanelBuilder.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 
-#include "controls/CFaderCtrl.h"
-#include "controls/CSwitchCtrl.h"
-#include "controls/SkinNumbers.h"
-#include "document/LoopFolders.h"
-#include "editors/panel/CAmountCtrl.h"
-#include "editors/panel/CChoiceCtrl.h"
-#include "editors/panel/CLoopTableCtrl.h"
-#include "editors/panel/CLoopWaveCtrl.h"
-#include "editors/panel/CPadsCtrl.h"
-#include "editors/panel/CPanelKnobCtrl.h"
-#include "editors/panel/CPickCtrl.h"
-#include "editors/panel/CPictureCtrl.h"
-#include "editors/panel/CProgramListCtrl.h"
 #include "editors/panel/PanelLook.h"
+#include "editors/panel/PanelMeasures.h"
 #include "editors/panel/PanelParameters.h"
-#include "editors/panel/pictures/CPanelPicture.h"
-#include "model/plugin/CPlugin.h"
 #include "texts/Texts.h"
 
 namespace quib {
 
 namespace {
 
-constexpr int kMargin = 8;
-constexpr int kGap = 8;       // between groups, and between what is no knob
-constexpr int kInnerGap = 4;  // between the lines of a group
-constexpr int kTitled = 28;   // where the contents of a group with a title begin
-constexpr int kRadius = 14;   // of a knob's disc
+using namespace panelMeasures;
+
 constexpr int kPickHeight = 20;
-constexpr int kPickFoot = kFieldHeight + kGap;  // of a list: the button below it
 
 // Lengths along an extent: each in pixels, or -1 for an equal share of what the others leave.
 std::vector<int> Shares(const std::vector<int>& wanted, int extent, int gap) {
@@ -57,15 +37,11 @@ std::vector<int> Shares(const std::vector<int>& wanted, int extent, int gap) {
     return lengths;
 }
 
-bool IsOneOf(const std::string& word, std::initializer_list<const char*> words) {
-    return std::any_of(words.begin(), words.end(), [&word](const char* other) { return word == other; });
-}
-
 // A length of a statement; -1 for "*" and for one without.
 int Length(const PanelStatement& statement) { return statement.Number(0, -1); }
 
 // What stands in cells of equal width without a gap.
-bool IsCell(const PanelStatement& statement) { return IsOneOf(statement.word, {"knob", "fader", "step"}); }
+bool IsCell(const PanelStatement& statement) { return statement.Is({"knob", "fader", "step"}); }
 
 }  // namespace
 
@@ -174,7 +150,7 @@ void CPanelBuilder::Inside(const std::vector<PanelStatement>& inside, QRect plac
         int height = -1;
         if (statement->word == "line") height = Length(*statement);
         if (statement->word == "picture") height = statement->Option("h", -1);
-        if (IsOneOf(statement->word, {"pick", "menu", "switch", "text"})) height = statement->Option("h", kPickHeight);
+        if (statement->Is({"pick", "menu", "switch", "text"})) height = statement->Option("h", kPickHeight);
         wanted.push_back(height);
     }
     const auto heights = Shares(wanted, place.height(), kInnerGap);
@@ -201,8 +177,6 @@ void CPanelBuilder::Line(const std::vector<PanelStatement>& inside, const QRect&
     }
 }
 
-// --- What stands in them -----------------------------------------------------------------------------------------
-
 void CPanelBuilder::Put(const PanelStatement& statement, const QRect& place) {
     if (place.width() < 4 || place.height() < 4) return;
     if (statement.word == "picture") return PutPicture(statement, place);
@@ -216,325 +190,6 @@ void CPanelBuilder::Put(const PanelStatement& statement, const QRect& place) {
     }
     const int parameter = statement.arguments.empty() ? -1 : Parameter(statement.arguments.front());
     if (parameter >= 0) PutControl(statement, place, parameter);
-}
-
-void CPanelBuilder::PutControl(const PanelStatement& statement, const QRect& place, int parameter) {
-    const std::string& word = statement.word;
-    CControl* control = nullptr;
-    const float zero = statement.Word("zero").empty() ? 0 : QString::fromStdString(statement.Word("zero")).toFloat();
-    const QString caption = Caption(statement, parameter);
-    const QRect field(place.x(), place.y() + (place.height() - std::min(place.height(), kFieldHeight)) / 2,
-                      place.width(), std::min(place.height(), kFieldHeight));
-    if (word == "knob") {
-        const int wantedRadius = statement.Option("r", kRadius);
-        auto& knob = panel.Add<CPanelKnobCtrl>(place, wantedRadius, values, parameter);
-        knob.zero = zero;
-        knob.caption = caption;
-        control = &knob;
-    } else if (word == "fader") {
-        auto& fader =
-            panel.Add<CFaderCtrl>(0U, place.x() + (place.width() - 20) / 2, place.y(), 20,
-                                  std::min(place.height(), statement.Option("h", place.height())), nullptr, true);
-        values.Connect(fader, parameter);
-        control = &fader;
-    } else if (word == "slider") {
-        auto& slider = panel.Add<CAmountCtrl>(place, values, parameter);
-        slider.zero = zero;
-        control = &slider;
-    } else if (word == "switch") {
-        auto& onOff = panel.Add<CSwitchCtrl>(0U, field.x(), field.y(), field.width(), field.height(), nullptr, caption);
-        values.Connect(onOff, parameter);
-        control = &onOff;
-    } else if (IsOneOf(word, {"pick", "waves", "cycle", "menu"}) && StepNames(statement, parameter).size() > 1) {
-        const QStringList names = StepNames(statement, parameter);
-        auto& pick = panel.Add<CPickCtrl>(statement.Word("columns").empty() && word != "waves" ? field : place, values,
-                                          parameter, names);
-        pick.columns = statement.Option("columns", 0);
-        pick.waves = word == "waves";
-        pick.cycles = word == "cycle";
-        if (statement.Word("names").empty()) {
-            for (const PanelText& text : statement.texts) pick.shown += InLanguage(text);
-        }
-        control = &pick;
-    } else if (IsOneOf(word, {"choice", "step", "menu", "pick", "waves", "cycle"})) {
-        auto& choice = panel.Add<CChoiceCtrl>(place, values, parameter);
-        choice.caption = caption;
-        choice.steps = parameters.StepsOf(parameter);
-        control = &choice;
-    }
-    if (control == nullptr) return;
-    control->section = SectionNamed(statement.Word("accent")).value_or(section);
-    const std::string& enabling = statement.Word("on");
-    if (!enabling.empty()) control->enabled = MeetsCondition(enabling);
-    control->infoText = values.Name(parameter);
-}
-
-void CPanelBuilder::PutPicture(const PanelStatement& statement, const QRect& place) {
-    const std::string kind = statement.arguments.empty() ? std::string() : statement.arguments.front();
-    auto picture = MakePicture(kind, std::max(1, statement.Option("periods", 2)));
-    if (!picture) return;
-    std::map<std::string, int> roles;
-    for (const auto& [role, text] : statement.options) {
-        if (!IsPanelRole(role)) continue;
-        // Of two parameters the first counts while the delay keeps to notes.
-        const std::size_t comma = text.find(',');
-        std::string chosen = text;
-        if (comma != std::string::npos) {
-            const int sync = Parameter(statement.Word("sync"));
-            const bool notes = sync >= 0 && values.Get(sync) >= 0.5F;
-            chosen = notes ? text.substr(0, comma) : text.substr(comma + 1);
-            if (sync >= 0) panel.conditions.push_back({sync, 1, 1, 2});
-        }
-        const int parameter = Parameter(chosen);
-        if (parameter >= 0) roles[role] = parameter;
-    }
-    auto& control = panel.Add<CPictureCtrl>(place, CPictureRoles(values, std::move(roles)), std::move(picture));
-    control.section = SectionNamed(statement.Word("accent")).value_or(section);
-}
-
-void CPanelBuilder::PutMatrix(const PanelStatement& statement, const QRect& place) {
-    constexpr int kHead = 66;  // the names of the sources
-    constexpr int kRow = 20;
-    constexpr int kCellWidth = 48;
-    const int columns = static_cast<int>(statement.texts.size());
-    if (columns == 0) return;
-    const int way = (place.width() - kHead) / columns;
-    for (int column = 0; column < columns; ++column)
-        panel.labels.push_back({QRect(place.x() + kHead + column * way, place.y(), way, 16),
-                                InLanguage(statement.texts[static_cast<std::size_t>(column)]), Qt::AlignCenter});
-    int y = place.y() + 18;
-    for (const PanelStatement& row : statement.inside) {
-        if (row.word != "from" || row.texts.empty() || row.arguments.empty()) continue;
-        panel.labels.push_back({QRect(place.x(), y, kHead - 4, kRow), InLanguage(row.texts.front())});
-        for (std::size_t column = 0; column < statement.texts.size() && column + 1 < row.arguments.size(); ++column) {
-            const QRect cell(place.x() + kHead + static_cast<int>(column) * way + (way - kCellWidth) / 2, y, kCellWidth,
-                             kRow);
-            const int parameter = Parameter(row.arguments[column + 1]);
-            if (parameter < 0) {
-                panel.labels.push_back({cell, QStringLiteral("–"), Qt::AlignCenter});
-                continue;
-            }
-            auto& amount = panel.Add<CAmountCtrl>(cell, values, parameter);
-            amount.isCell = true;
-            // A modulation that goes both ways is nothing in the middle, which its text tells.
-            amount.zero = values.IsSigned(parameter) ? 0.5F : 0;
-            amount.defaultValue = amount.zero;
-            amount.section = SectionNamed(row.arguments.front()).value_or(section);
-            amount.infoText = values.Name(parameter);
-        }
-        y += kRow;
-    }
-}
-
-void CPanelBuilder::PutPads(const PanelStatement& statement, const QRect& place) {
-    std::vector<CPadsCtrl::Pad> pads;
-    for (const PanelStatement& line : statement.inside) {
-        if (line.word != "pad" || line.texts.empty()) continue;
-        CPadsCtrl::Pad pad;
-        pad.page = line.Number(0, 0);
-        pad.name = InLanguage(line.texts.front());
-        for (std::size_t key = 1; key < line.arguments.size(); ++key)
-            pad.keys.push_back(std::clamp(line.Number(key, 0), 0, 127));
-        pad.chokes = !line.Word("choke").empty();
-        offset = parameters.stride * pad.page;
-        pad.level = Parameter(statement.Word("level"));
-        pad.pan = Parameter(statement.Word("pan"));
-        pad.send = Parameter(statement.Word("send"));
-        pads.push_back(std::move(pad));
-    }
-    offset = 0;
-    auto& control = panel.Add<CPadsCtrl>(place, values, std::move(pads), statement.Option("columns", 4));
-    control.section = section;
-    control.page = page;
-    control.infoText =
-        Text("A click plays the pad: soft at its foot, loud at its top. The right button chooses it silently.");
-    control.onChoose = [this_ = &panel](int chosen) { this_->ChoosePage(chosen); };
-    control.onPlay = [this_ = &panel](int key, int velocity) { this_->Play(key, velocity); };
-}
-
-// Its contents once for each page, side by side, with the names of the pages above.
-void CPanelBuilder::PutPages(const PanelStatement& statement, const QRect& place) {
-    constexpr int kNames = 18;
-    constexpr int kHead = 44;  // the names of the lines
-    const int count = std::clamp(statement.Number(0, 1), 1, 64);
-    const int way = (place.width() - kHead) / count;
-    for (int index = 0; index < count; ++index) {
-        const int x = place.x() + kHead + index * way;
-        const auto name = parameters.pageNames.find(index);
-        if (name != parameters.pageNames.end())
-            panel.labels.push_back({QRect(x, place.y(), way, kNames), InLanguage(name->second), Qt::AlignCenter});
-        offset = parameters.stride * index;
-        int y = place.y() + kNames + kInnerGap;
-        for (const PanelStatement& line : statement.inside) {
-            const int height = line.Option("h", line.word == "cycle" ? 20 : 14);
-            if (index == 0 && !line.texts.empty())
-                panel.labels.push_back({QRect(place.x(), y, kHead, height), InLanguage(line.texts.front())});
-            Put(line, {x + 4, y, way - 8, height});
-            y += height + kGap;
-        }
-    }
-    offset = 0;
-}
-
-void CPanelBuilder::PutHost(const PanelStatement& statement, const QRect& place) {
-    const std::string kind = statement.arguments.empty() ? std::string() : statement.arguments.front();
-    if (kind == "loops") return PutLoops(place);
-    if (kind == "loop") return PutLoop(place);
-    if (kind == "page-copy") return PutPageCopy(place);
-    if (kind != "programs") return;
-    const QString title = Text("Programs");
-    panel.frames.push_back({place, title, ESection::kPattern});
-    QStringList names;
-    CPlugin& plugin = values.Plugin();
-    for (int program = 0; program < plugin.ProgramCount(); ++program)
-        names += QString::fromStdString(plugin.ProgramName(program));
-    panel.searchPlace = QRect(place.x() + kMargin, place.y() + kTitled, place.width() - 2 * kMargin, kFieldHeight);
-    QRect list = place.adjusted(kMargin, kTitled + kFieldHeight + kGap, -kMargin, -kMargin - kPickFoot);
-    list.setTop(PutKinds(statement, list) + 1);
-    auto& programs = panel.Add<CProgramListCtrl>(list, names, panel.UserPrograms());
-    programs.section = ESection::kPattern;
-    programs.infoText = Text("A click, or the arrow keys, chooses a program.");
-    programs.onChoose = [this_ = &panel](int program) { this_->ChooseProgram(program); };
-    programs.onChooseUser = [this_ = &panel](int index) {
-        if (this_->onUserProgram) this_->onUserProgram(index);
-    };
-    ChooseKind(statement, programs);
-    panel.programs = &programs;
-    Button(QRect(list.x(), list.bottom() + 1 + kGap, list.width(), kFieldHeight), picture::kGlyphSave,
-           Text("Save As ..."),
-           [this_ = &panel] {
-               if (this_->onSaveProgram) this_->onSaveProgram();
-           })
-        .infoText = Text("Keeps what is heard among your own programs.");
-}
-
-void CPanelBuilder::PutLoops(const QRect& place) {
-    panel.frames.push_back({place, Text("Loops"), ESection::kPattern});
-    auto loops = ListLoops(values.Plugin());
-    const QRect inside = place.adjusted(kMargin, kTitled, -kMargin, -kMargin - kPickFoot);
-    auto& list = panel.Add<CLoopTableCtrl>(inside, loops);
-    list.section = ESection::kPattern;
-    list.infoText = Text("A click chooses a loop, the sign before it lets it play in time.");
-    list.onPlay = [this_ = &panel](int key, int velocity) { this_->Play(key, velocity); };
-    list.Select(std::max(0, panel.chosenLoop));
-    panel.chosenLoop = list.Selected();
-    list.onSelect = [this_ = &panel](int loop) { this_->ChooseLoop(loop); };
-    const int half = (inside.width() - kGap) / 2;
-    const QRect foot(inside.x(), inside.bottom() + 1 + kGap, half, kFieldHeight);
-    Button(foot, -1, Text("Scan again"), [this_ = &panel] { this_->ScanLoops(); });
-    Button(foot.translated(half + kGap, 0), picture::kGlyphFolder, Text("Open folder"),
-           [this_ = &panel] { this_->OpenLoopFolder(); });
-}
-
-CSwitchCtrl& CPanelBuilder::Button(const QRect& place, int glyph, const QString& text, std::function<void()> run) {
-    auto& made = panel.Add<CSwitchCtrl>(0U, place.x(), place.y(), place.width(), place.height(), nullptr, text);
-    made.glyph = glyph;
-    made.momentary = true;
-    made.captureOnClick = false;
-    made.afterClick = [run = std::move(run)](CControl&) { run(); };
-    return made;
-}
-
-void CPanelBuilder::PutPageCopy(const QRect& place) {
-    const int first = parameters.stride * page;
-    const int wide = (place.width() - 2 * kInnerGap) / 3;
-    const QRect left(place.x(), place.y(), wide, place.height());
-    const int way = wide + kInnerGap;
-    Button(left, -1, Text("Copy sound"),
-           [this_ = &panel, first, count = parameters.stride] { this_->CopyPage(first, count); });
-    Button(left.translated(way, 0), -1, Text("Paste sound"), [this_ = &panel, first] {
-        this_->PastePage(first);
-    }).enabled = panel.HasCopy();
-    Button(left.translated(2 * way, 0), -1, Text("Default sound"),
-           [this_ = &panel, first, count = parameters.stride] { this_->ResetPage(first, count); });
-}
-
-void CPanelBuilder::PutLoop(const QRect& place) {
-    const auto loops = ListLoops(values.Plugin());
-    const bool has = panel.chosenLoop >= 0 && panel.chosenLoop < static_cast<int>(loops.size());
-    panel.frames.push_back({place, has ? QString() : Text("Loops"), ESection::kPattern});
-    auto& wave = panel.Add<CLoopWaveCtrl>(place.adjusted(kMargin, kTitled, -kMargin, -kMargin), values.Plugin());
-    wave.section = ESection::kPattern;
-    if (!has) return;
-    const LoopEntry& loop = loops[static_cast<std::size_t>(panel.chosenLoop)];
-    wave.Show(loop, FileOfLoop(values.Document(), loop.name));
-    panel.frames.back().title = QString::fromStdString(loop.name);
-    panel.labels.push_back({QRect(place.x() + 140, place.y() + 7, place.width() - 150, 16),
-                            Text("%1 BPM, %2 beats, %3 strokes, key %4")
-                                .arg(std::lround(loop.tempo))
-                                .arg(loop.beats)
-                                .arg(loop.strokes)
-                                .arg(loop.key),
-                            Qt::AlignRight | Qt::AlignVCenter});
-}
-
-// The kinds that the layout names, "All" before and "Mine" behind them, in rows of three; gives where they end.
-int CPanelBuilder::PutKinds(const PanelStatement& statement, const QRect& place) {
-    constexpr int kAcross = 3;
-    constexpr int kHigh = 20;
-    if (statement.inside.empty()) return place.top() - 1;
-    QStringList names{Text("All")};
-    for (const PanelStatement& kind : statement.inside)
-        names += kind.texts.empty() ? QString() : InLanguage(kind.texts.front());
-    names += Text("Mine");
-    const int wide = (place.width() + kInnerGap) / kAcross;
-    int bottom = place.top() - 1;
-    for (int index = 0; index < names.size(); ++index) {
-        const QRect area(place.x() + index % kAcross * wide, place.y() + index / kAcross * (kHigh + kInnerGap),
-                         wide - kInnerGap, kHigh);
-        const bool chosen = index - 1 == panel.Kind();
-        auto& chip = Button(area, -1, names[index], [this_ = &panel, index] { this_->ChooseKind(index - 1); });
-        if (chosen) chip.Bind(&panel.lit);
-        chip.fontHeight = FittingHeight(names[index], area.width() - 4, true, 11);
-        chip.section = ESection::kPattern;
-        bottom = area.bottom() + kGap;
-    }
-    return bottom;
-}
-
-// A program is of the first kind one of whose words its name has.
-void CPanelBuilder::ChooseKind(const PanelStatement& statement, CProgramListCtrl& programs) const {
-    const int kind = panel.Kind();
-    const int kinds = static_cast<int>(statement.inside.size());
-    if (kind < 0) return;
-    programs.showsUser = kind == kinds;
-    programs.showsOwn = kind < kinds;
-    programs.isWanted = [&statement, kind](const QString& name) {
-        const QString words = QLatin1Char(' ') + name + QLatin1Char(' ');
-        for (std::size_t index = 0; index < statement.inside.size(); ++index) {
-            for (const std::string& word : statement.inside[index].arguments) {
-                const QString sought = QString::fromStdString(word).replace(QLatin1Char('_'), QLatin1Char(' '));
-                if (words.contains(QLatin1Char(' ') + sought + QLatin1Char(' '), Qt::CaseInsensitive))
-                    return static_cast<int>(index) == kind;
-            }
-        }
-        return kind == static_cast<int>(statement.inside.size()) - 1;
-    };
-}
-
-// What the layout does not name: a group of its own below, so that nothing is out of reach.
-void CPanelBuilder::PutRest(const QRect& place) {
-    constexpr int kCellWidth = 71;
-    constexpr int kCellHeight = 68;
-    std::vector<int> rest;
-    for (int parameter = 0; parameter < values.Count(); ++parameter) {
-        if (!panel.placed[static_cast<std::size_t>(parameter)]) rest.push_back(parameter);
-    }
-    panel.restHeight = 0;
-    if (rest.empty()) return;
-    const int across = std::max(1, (place.width() - 2 * kMargin) / kCellWidth);
-    const int rows = (static_cast<int>(rest.size()) + across - 1) / across;
-    const QRect group(place.x(), place.y(), place.width(), kTitled + rows * kCellHeight + kMargin);
-    panel.frames.push_back({group, Text("More"), ESection::kPattern});
-    for (std::size_t index = 0; index < rest.size(); ++index) {
-        const int at = static_cast<int>(index);
-        const QRect cell(group.x() + kMargin + at % across * kCellWidth,
-                         group.y() + kTitled + at / across * kCellHeight, kCellWidth, kCellHeight);
-        auto& knob = panel.Add<CPanelKnobCtrl>(cell, kRadius, values, rest[index]);
-        knob.caption = values.Name(rest[index]);
-        knob.section = ESection::kPattern;
-    }
-    panel.restHeight = group.height() + kMargin;
 }
 
 // --- Parameters ----------------------------------------------------------------------------------------------------

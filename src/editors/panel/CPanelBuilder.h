@@ -36,7 +36,6 @@ private:
     void PutPads(const PanelStatement& statement, const QRect& place);
     void PutPages(const PanelStatement& statement, const QRect& place);
     void PutHost(const PanelStatement& statement, const QRect& place);
-    CSwitchCtrl& Button(const QRect& place, int glyph, const QString& text, std::function<void()> run);
     void PutPageCopy(const QRect& place);
     void PutLoops(const QRect& place);
     void PutLoop(const QRect& place);

@@ -136,6 +136,10 @@ std::optional<int> WholeNumber(std::string_view text) noexcept {
     return number;
 }
 
+bool PanelStatement::Is(std::initializer_list<const char*> words) const noexcept {
+    return std::any_of(words.begin(), words.end(), [this](const char* other) { return word == other; });
+}
+
 int PanelStatement::Number(std::size_t argument, int fallback) const noexcept {
     return argument < arguments.size() ? WholeNumber(arguments[argument]).value_or(fallback) : fallback;
 }

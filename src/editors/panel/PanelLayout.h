@@ -29,6 +29,7 @@ struct PanelStatement {
     std::map<std::string, std::string> options;
     std::vector<PanelStatement> inside;
 
+    bool Is(std::initializer_list<const char*> words) const noexcept;
     // The argument as a whole number; `fallback` where it is missing or something else.
     int Number(std::size_t argument, int fallback) const noexcept;
     // The same of an option.

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "controls/CSwitchCtrl.h"
+#include "controls/CWinControl.h"
 #include "controls/SkinNumbers.h"
 #include "editors/panel/PanelLayout.h"
 #include "texts/Texts.h"
@@ -70,6 +72,16 @@ float WaveAt(const QString& shape, float place, float width) noexcept {
         return kSteps[static_cast<std::size_t>(turn * static_cast<float>(kSteps.size()))];
     }
     return std::sin(turn * 2 * std::numbers::pi_v<float>);
+}
+
+CSwitchCtrl& AddPanelButton(CWinControl& window, const QRect& place, int glyph, const QString& text,
+                            std::function<void()> run) {
+    auto& made = window.Add<CSwitchCtrl>(0U, place.x(), place.y(), place.width(), place.height(), nullptr, text);
+    made.glyph = glyph;
+    made.momentary = true;
+    made.captureOnClick = false;
+    made.afterClick = [run = std::move(run)](CControl&) { run(); };
+    return made;
 }
 
 }  // namespace quib

@@ -4,6 +4,7 @@
 // What the controls and pictures of panels are drawn with. User-interface thread.
 
 #include <QRectF>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -13,6 +14,8 @@
 
 namespace quib {
 
+class CSwitchCtrl;
+class CWinControl;
 struct PanelText;
 
 constexpr int kFieldHeight = 24;  // of a field to choose from or to type into
@@ -31,6 +34,10 @@ QRgb SegmentText(bool chosen, bool hovered, bool enabled);
 
 // Beside a control: whether a lane plays it, and whether MIDI moves it.
 void DrawParameterMarks(CCanvas& canvas, CSkin& skin, QPointF place, bool automated, bool learned);
+
+// Adds a button that does something once it has been let go, as the page may be built anew then. `glyph`: -1 for none.
+CSwitchCtrl& AddPanelButton(CWinControl& window, const QRect& place, int glyph, const QString& text,
+                            std::function<void()> run);
 
 // The largest text height, of 12 down to 10, in which the text fits the width.
 int FittingHeight(const QString& text, qreal width, bool strong, int largest = 12);
