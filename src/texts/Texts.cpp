@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <unordered_map>
 
 #include "texts/InfoTextTable.h"
 #include "texts/TextTable.h"
@@ -13,6 +14,18 @@ namespace quib {
 namespace {
 
 ELanguage chosen = ELanguage::kEnglish;
+
+using Rows = std::unordered_map<std::string_view, const char*>;
+
+Rows RowsOfAllTables() {
+    Rows rows;
+    for (const auto& table : kTextTables) {
+        for (const KeyedText& text : table) rows.emplace(text.english, text.french);
+    }
+    return rows;
+}
+
+const Rows french = RowsOfAllTables();
 
 QString Narrowed(QString text) {
     for (QChar& character : text) {
@@ -29,10 +42,8 @@ ELanguage Language() { return chosen; }
 
 QString Text(const char* english, ELanguage language) {
     if (language == ELanguage::kEnglish) return QString::fromUtf8(english);
-    const auto row = std::find_if(std::begin(kTexts), std::end(kTexts), [english](const KeyedText& text) {
-        return std::string_view(text.english) == english;
-    });
-    return QString::fromUtf8(row == std::end(kTexts) ? english : row->french);
+    const auto row = french.find(english);
+    return QString::fromUtf8(row == french.end() ? english : row->second);
 }
 
 QString Text(const char* english) { return Text(english, chosen); }

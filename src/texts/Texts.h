@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Every text that the windows show, in English and French, for all layers of windows: TextTable.h has those that
+// Every text that the windows show, in English and French, for all layers of windows: tables/ has those that
 // are named by their English, InfoTextTable.h the numbered help texts. The chosen language is the only state.
 // User-interface thread.
 

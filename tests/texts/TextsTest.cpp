@@ -2,6 +2,7 @@
 #include "texts/Texts.h"
 
 #include <QRegularExpression>
+#include <ranges>
 
 #include "model/StripSettings.h"
 #include "model/plugin/EPluginCall.h"
@@ -51,14 +52,14 @@ TEST(Texts, EveryTextOfTheWindowsHasOneRowAndEveryRowAUse) {
     std::set<std::string> settings;
     for (const StripSetting& setting : kStripSettings) settings.insert(setting.name);
     settings.insert(kPluginCallNames.begin() + 1, kPluginCallNames.end());
-    for (const KeyedText& row : kTexts) {
-        EXPECT_TRUE(rows.insert(row.english).second) << "twice in TextTable.h: " << row.english;
+    for (const KeyedText& row : std::views::join(kTextTables)) {
+        EXPECT_TRUE(rows.insert(row.english).second) << "twice in the tables: " << row.english;
         EXPECT_TRUE(sources.Literals().count(row.english) + settings.count(row.english) > 0)
             << "no source uses: " << row.english;
         ExpectSamePlaceholders(row.english, row.french);
     }
     for (const auto& [file, text] : sources.Texts()) {
-        EXPECT_EQ(rows.count(text), 1U) << file << ": not in TextTable.h: " << text;
+        EXPECT_EQ(rows.count(text), 1U) << file << ": in no table: " << text;
     }
     for (const std::string& name : settings) EXPECT_EQ(rows.count(name), 1U) << "of the model: " << name;
     for (const auto& [file, text] : sources.Sentences()) {
