@@ -57,4 +57,8 @@ protected:
     QString told;
 };
 
+inline std::shared_ptr<const CPattern> SomePattern(int key) {
+    return std::make_shared<const CPattern>(16, std::vector<Note>{{0, 1, key, 100}, {4, 1, key + 7, 90}});
+}
+
 }  // namespace quib
