@@ -418,7 +418,7 @@ void CPluginWindow::Tick() {
 }
 
 void CPluginWindow::resizeEvent(QResizeEvent* event) {
-    if (!editorOpen) ShowWide(width() >= header->fontMetrics().height() * kWideHeader);
+    if (editor == nullptr) ShowWide(width() >= header->fontMetrics().height() * kWideHeader);
     QWidget::resizeEvent(event);
 }
 
