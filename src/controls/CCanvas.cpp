@@ -415,6 +415,13 @@ void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
     }
 }
 
+QRect CCanvas::WidgetPart(const QRect& area, qreal ratio) const noexcept {
+    const QRect pixels = Pixels(area);
+    const auto from = [&](int pixel) { return static_cast<int>(std::ceil(pixel / ratio)); };
+    const auto to = [&](int pixel) { return static_cast<int>(std::floor((pixel + 1) / ratio)) - 1; };
+    return {QPoint(from(pixels.left()), from(pixels.top())), QPoint(to(pixels.right()), to(pixels.bottom()))};
+}
+
 void CCanvas::PutBack(const QImage& pixels, const QRect& area) {
     const QPoint corner = Pixels(area).topLeft();
     const QRect target = QRect(corner, pixels.size()).intersected(QRect(QPoint(0, 0), image.size()));

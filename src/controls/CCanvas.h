@@ -79,6 +79,8 @@ public:
     const QImage& Image();
     // Copies a region of a widget, in its own pixels of `ratio` screen pixels each, to that widget's painter.
     void CopyTo(QPainter& target, const QRegion& region, qreal ratio);
+    // What a part fills of a widget, in its own pixels: none that another part shares.
+    QRect WidgetPart(const QRect& area, qreal ratio) const noexcept;
     // The pixels of a part, which lies within the picture, and such a part put back whatever the clip.
     QImage Copied(const QRect& area) const { return image.copy(Pixels(area)); }
     void PutBack(const QImage& pixels, const QRect& area);

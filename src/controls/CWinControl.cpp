@@ -155,14 +155,20 @@ void CWinControl::paintEvent(QPaintEvent* event) {
     // The window may have come to a screen of another scale.
     if (canvas.Scale() != PhysicalScale()) LayoutAndRefresh();
     QPainter painter(this);
+    // At a scale that is no whole number pixels at the edge of a control may be its neighbour's.
     QRegion kept = event->region();
     for (CPainted* const painted : paintedControls) {
-        if (!painted->Painted().IsShown()) continue;
-        const QRegion part = kept.intersected(ToWidget(painted->Painted().ShownRectangle()));
-        kept -= part;
-        canvas.DrawTo(painter, part, devicePixelRatioF(), [painted](const QRect& area) { painted->PaintArea(area); });
+        const CControl& control = painted->Painted();
+        if (control.IsShown()) kept -= canvas.WidgetPart(control.ShownRectangle(), devicePixelRatioF());
     }
     canvas.CopyTo(painter, kept, devicePixelRatioF());
+    QRegion left = event->region();
+    for (CPainted* const painted : paintedControls) {
+        if (!painted->Painted().IsShown()) continue;
+        const QRegion part = left.intersected(ToWidget(painted->Painted().ShownRectangle()));
+        left -= part;
+        canvas.DrawTo(painter, part, devicePixelRatioF(), [painted](const QRect& area) { painted->PaintArea(area); });
+    }
     for (const QRect& rectangle : event->region()) {
         paintedPixels += static_cast<qint64>(rectangle.width()) * rectangle.height();
     }
