@@ -59,6 +59,11 @@ struct BlockContext {
     int beatsToStart = 0;  // that are counted in before playing begins; 0 when none are
 };
 
+// Playing begins with the first frame of the block.
+inline bool BeginsPlaying(const BlockContext& block) noexcept {
+    return block.time.playing && block.time.samplePosition == 0;
+}
+
 // Frame of the block at which something of that nanosecond falls: what came in during the last block keeps
 // its distances in this one.
 inline std::int32_t FrameOf(std::uint64_t time, const BlockContext& block) noexcept {

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/PluginPieces.h"
+#include "engine/Silence.h"
 
 namespace quib {
 
@@ -19,13 +20,12 @@ MixBuses CMasterSection::Begin(const BlockContext& block) noexcept {
 
 void CMasterSection::Plan(const BlockContext& block, EngineSettings& settings) noexcept {
     plan.Play(block, settings);
-    if (!settled) {
+    if (silence < 0 || (BeginsPlaying(block) && silence == kSettlingFrames)) {
         const MasterTargets targets = TargetsOf(plan.Pieces().front());
         state.gain = targets.gain;
         state.crossfadeA = targets.crossfadeA;
         state.crossfadeB = targets.crossfadeB;
         crossfade.assign(1, {0, state.crossfadeA, state.crossfadeB});
-        settled = true;
     }
     PlanCrossfade(block);
 }
@@ -93,6 +93,7 @@ void CMasterSection::PlayTestTone(const BlockContext& block, bool on) noexcept {
 }
 
 void CMasterSection::Finish(const BlockContext& block) noexcept {
+    silence = SilenceAfter(silence, Left(), Right(), block.frames);
     plan.ForEach(0, block.frames, [&](const MasterPiece& piece, int begin, int end) {
         kernels.processMaster(state, TargetsOf(piece), Left() + begin, Right() + begin, end - begin);
     });

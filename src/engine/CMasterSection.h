@@ -32,7 +32,8 @@ public:
     float* Right() noexcept { return planes.Plane(1); }
     const float* Channel(int channel) const noexcept { return planes.Plane(channel); }
 
-    // Plays the automation of the master's settings; gains that have not rendered yet begin on their targets.
+    // Plays the automation of the master's settings; gains that nothing was heard with begin on their
+    // targets, at first and where playing starts.
     void Plan(const BlockContext& block, EngineSettings& settings) noexcept;
     // The crossfader's gains in the planned block, one entry where they rest.
     std::span<const CrossfadeGains> Crossfade() const noexcept { return crossfade; }
@@ -60,7 +61,7 @@ private:
     CMasterPlan plan;
     std::vector<CrossfadeGains> crossfade;  // by frame
     MasterState state;
-    bool settled = false;
+    int silence = -1;  // frames without sound that the master took last; -1: none at all yet
     CTestTone tone;
     float headphonesGain = 1;
 };

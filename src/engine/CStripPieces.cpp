@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "engine/Silence.h"
+
 namespace quib {
 
 namespace {
@@ -10,11 +12,22 @@ namespace {
 // Output pair of the drum machine for a send, behind its main pair.
 constexpr int SendOutput(int send) noexcept { return 2 * send + 2; }
 
-// What has not been heard yet begins where it belongs, not with a fade.
+// An equaliser keeps itself awake with less than can be heard: what is begun anew is then the same at any time.
+void ForgetSilence(EqMemory& memory) noexcept {
+    constexpr float kUnheard = 1e-9F;
+    const auto [least, most] = std::minmax({memory.x1, memory.x2, memory.y1, memory.y2});
+    if (-kUnheard < least && most < kUnheard) memory = {};
+}
+
+// What was not heard begins where it belongs, not with a fade.
 void Settle(StripState& state, const StripTargets& targets) noexcept {
     state.gainLeft = targets.gainLeft;
     state.gainRight = targets.gainRight;
     state.eqAmount = targets.eqAmount;
+    for (EqBandState& band : state.eqBands) {
+        ForgetSilence(band.left);
+        ForgetSilence(band.right);
+    }
     for (std::size_t send = 0; send < kSendCount; ++send) {
         state.sendGain[send] = std::max(targets.send[send], targets.holdSend[send] ? kHeldSendGain : 0.0F);
     }
@@ -60,11 +73,16 @@ bool CStripPieces::CrossfadeActsAt(const BlockInstrument& entry, int frame) cons
            std::any_of(crossfade.begin(), crossfade.end(), [&](const auto& gains) { return gains.frame == frame; });
 }
 
+void CStripPieces::TakeEqualizer(CInstrument& instrument) noexcept {
+    EqBandUpdate update;
+    while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
+}
+
 void CStripPieces::RenderTo(const BlockInstrument& entry, int end) noexcept {
     if (job == nullptr || end <= begin) return;
     const bool hadExtra[kSendCount] = {job->addsExtra[0], job->addsExtra[1], job->addsExtra[2], job->addsExtra[3]};
     const bool first = begin == 0;
-    Fill(entry);
+    Fill(entry, end);
     StripJob piece = From(*job, begin);
     kernels.processStrips(&piece, 1, end - begin);
     SpreadGains(piece, end - begin);
@@ -83,15 +101,12 @@ void CStripPieces::RenderTo(const BlockInstrument& entry, int end) noexcept {
 
 void CStripPieces::Finish(const BlockInstrument& entry) noexcept {
     if (begin > 0) return RenderTo(entry, block.frames);
-    if (job != nullptr) Fill(entry);
+    if (job != nullptr) Fill(entry, block.frames);
 }
 
-void CStripPieces::Fill(const BlockInstrument& entry) noexcept {
+void CStripPieces::Fill(const BlockInstrument& entry, int end) noexcept {
     CInstrument& instrument = *entry.instrument;
     const ChannelStrip& strip = instrument.strip;
-    EqBandUpdate update;
-    while (instrument.eqPending.TryPop(update)) ApplyEqUpdate(instrument.play.strip, update);
-
     StripInput values{ValuesOf(strip), strip.soloMuted.Get()};
     values.hasSendOutputs = entry.plugin->FeedsSends() && entry.plugin->OutputCount() >= SendOutput(kSendCount);
     for (int send = 0; values.hasSendOutputs && send < kSendCount; ++send) {
@@ -107,8 +122,10 @@ void CStripPieces::Fill(const BlockInstrument& entry) noexcept {
     job->targets = MakeStripTargets(values, tables, gains->a, gains->b);
     job->planes = MakeStripPlanes(*instrument.play.planes);
     job->inputsStay = true;  // nothing is rendered again before the strips are mixed
-    if (!instrument.play.stripSettled) Settle(*job->state, job->targets);
-    instrument.play.stripSettled = true;
+    InstrumentPlayState& play = instrument.play;
+    const bool unheard = begin == 0 && BeginsPlaying(block) && play.stripSilence == kSettlingFrames;
+    if (unheard || play.stripSilence < 0) Settle(*job->state, job->targets);
+    play.stripSilence = SilenceAfter(play.stripSilence, entry.left + begin, entry.right + begin, end - begin);
 }
 
 }  // namespace quib

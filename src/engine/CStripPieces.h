@@ -25,6 +25,8 @@ public:
                  std::span<const CrossfadeGains> course, StripJob* stripJob) noexcept
         : kernels(stripKernels), tables(levelTables), block(context), crossfade(course), job(stripJob) {}
 
+    // What the hand has set of the equaliser; before the block's automation, which has the last word.
+    static void TakeEqualizer(CInstrument& instrument) noexcept;
     // The crossfader moves the strip within the block; at this frame.
     bool CrossfadeActs(const BlockInstrument& entry) const noexcept;
     bool CrossfadeActsAt(const BlockInstrument& entry, int frame) const noexcept;
@@ -34,7 +36,8 @@ public:
     void Finish(const BlockInstrument& entry) noexcept;
 
 private:
-    void Fill(const BlockInstrument& entry) noexcept;
+    // With what holds for the frames from `begin` to `end`.
+    void Fill(const BlockInstrument& entry, int end) noexcept;
 
     const StripKernels& kernels;
     const CLevelTables& tables;

@@ -80,6 +80,7 @@ public:
 
     void Run() noexcept {
         CollectEvents();
+        CStripPieces::TakeEqualizer(instrument);
         if (ChangesWithin()) {
             for (const GridPoint& point : block.grid.Points()) PlayPoint(point);
         }

@@ -127,7 +127,7 @@ struct InstrumentPlayState {
     StripState strip;
     std::unique_ptr<CAudioPlanes> planes;  // what the strip writes; made for the block size of the engine
     bool known = false;                    // has been in a block before
-    bool stripSettled = false;             // its strip has rendered: gains move on from where they are
+    int stripSilence = -1;                 // how many frames without sound its strip took last; -1: none at all yet
     std::uint64_t lastBlock = 0;           // number of the last block that it was in,
     const CPlugin* heardBy = nullptr;      // and its plug-in there: compared, never followed
 
