@@ -163,7 +163,10 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadAdmitted(PluginEnvironment& environm
     }
     const std::string path = library.toStdString();
     MarkSuspect(MarkedLibrary(path), EPluginCall::kLoad);  // threads of its own may end the program a little later
-    return CPlugin::Load(path, kind, environment, error);
+    auto plugin = CPlugin::Load(path, kind, environment, error);
+    // Those that come with the program have none: whoever kills it then must not have them left out.
+    if (plugin && plugin->Identity().effectName.starts_with("QUIB ")) MarkSuspect(0, EPluginCall::kNone);
+    return plugin;
 }
 
 std::shared_ptr<CPlugin> CPluginPlaces::LoadFor(PluginEnvironment& environment, const PluginReference& wanted,
