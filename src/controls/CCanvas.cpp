@@ -12,6 +12,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "controls/SmoothGraph.h"
 
@@ -33,6 +34,17 @@ struct KeptFont {
 };
 // Those of the usual heights, of the user-interface thread.
 std::array<std::optional<KeptFont>, std::size_t{2} * kKeptFonts> keptFonts;
+
+bool keepsFonts = false;
+
+// Fonts and lines live no longer than the application.
+void KeepUntilItsEnd() {
+    if (std::exchange(keepsFonts, true)) return;
+    qAddPostRoutine([] {
+        keptFonts.fill(std::nullopt);
+        keepsFonts = false;
+    });
+}
 
 std::optional<KeptFont>* KeptPlace(int height, bool strong) {
     if (height >= kKeptFonts) return nullptr;
@@ -134,7 +146,10 @@ QFont SkinFont(int height, bool strong) {
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
-    if (kept != nullptr) kept->emplace().font = font;
+    if (kept != nullptr) {
+        KeepUntilItsEnd();
+        kept->emplace().font = font;
+    }
     return font;
 }
 

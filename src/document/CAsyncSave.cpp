@@ -82,6 +82,7 @@ void CAsyncSave::Prune(fs::path folder, std::string prefix, std::string suffix, 
     Job job;
     job.task = [folder = std::move(folder), prefix = std::move(prefix), suffix = std::move(suffix), keep] {
         RemoveOldest(folder, prefix, suffix, keep);
+        CAtomicFile::RemoveLeftovers(folder);
     };
     Push(std::move(job));
 }

@@ -32,8 +32,8 @@ public:
     // The same for bytes that are made on that thread, of what nobody changes any more.
     using Make = std::function<std::string()>;
     void Write(std::filesystem::path path, Make make, Done done = {});
-    // Removes all but the newest `keep` files of a folder whose names begin and end like this, when
-    // everything written before is on disk.
+    // Removes all but the newest `keep` files of a folder whose names begin and end like this, and what killed saves
+    // have left in it, when everything written before is on disk.
     void Prune(std::filesystem::path folder, std::string prefix, std::string suffix, std::size_t keep);
     // Tells the ends of files; from the 40 ms timer.
     void Poll();

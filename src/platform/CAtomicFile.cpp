@@ -61,16 +61,16 @@ pid_t MakerOf(const std::string& name, const std::string& stem) {
     return second.ec == std::errc() && second.ptr == end ? maker : 0;
 }
 
-// Files that a killed save of `path` has left. One of a process that lives stays, unless it is so old that
-// another process has got the number.
-std::vector<fs::path> Leftovers(const fs::path& path) {
+// Of a folder, the files that killed saves have left, by the stem that the name of each should have. One of a process
+// that lives stays, unless it is so old that another process has got the number.
+template <typename StemOf>
+std::vector<fs::path> Leftovers(const fs::path& folder, const StemOf& stemOf) {
     std::vector<fs::path> left;
-    const std::string stem = TemporaryStem(path);
-    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     std::error_code error;
     for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
          entry.increment(error)) {
-        const pid_t maker = MakerOf(entry->path().filename().string(), stem);
+        const std::string name = entry->path().filename().string();
+        const pid_t maker = MakerOf(name, stemOf(name));
         if (maker <= 0 || maker == ::getpid()) continue;
         std::error_code unknown;
         const auto age = fs::file_time_type::clock::now() - fs::last_write_time(entry->path(), unknown);
@@ -78,6 +78,12 @@ std::vector<fs::path> Leftovers(const fs::path& path) {
         if (isOld || (::kill(maker, 0) != 0 && errno == ESRCH)) left.push_back(entry->path());
     }
     return left;
+}
+
+std::vector<fs::path> LeftoversOf(const fs::path& path) {
+    const std::string stem = TemporaryStem(path);
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    return Leftovers(folder, [&stem](const std::string&) { return stem; });
 }
 
 // Where a link leads, so that the link itself stays, also when nothing is there yet.
@@ -105,9 +111,18 @@ int CFileCalls::Remove(const char* path) { return ::unlink(path); }
 
 CAtomicFile::CAtomicFile() : CAtomicFile(systemCalls) {}
 
+void CAtomicFile::RemoveLeftovers(const fs::path& folder) {
+    const auto stemOf = [](const std::string& name) {
+        const std::size_t numbers = name.rfind('.', name.size() - std::min(name.size(), kTemporarySuffix.size() + 1));
+        return name.starts_with('.') && numbers != std::string::npos ? name.substr(0, numbers + 1) : name;
+    };
+    std::error_code ignored;
+    for (const fs::path& leftover : Leftovers(folder, stemOf)) fs::remove(leftover, ignored);
+}
+
 fs::path CAtomicFile::TemporaryFor(const fs::path& path) {
     std::error_code ignored;
-    for (const fs::path& left : Leftovers(path)) fs::remove(left, ignored);
+    for (const fs::path& left : LeftoversOf(path)) fs::remove(left, ignored);
     return TemporaryName(path);
 }
 
@@ -130,7 +145,7 @@ bool CAtomicFile::Replace(const fs::path& path, std::span<const char> bytes, std
 
 // 0, or the errno of the step that failed.
 int CAtomicFile::WriteNew(const fs::path& path, std::span<const char> bytes, const struct ::stat* old) {
-    for (const fs::path& leftover : Leftovers(path)) (void)calls.Remove(leftover.c_str());
+    for (const fs::path& leftover : LeftoversOf(path)) (void)calls.Remove(leftover.c_str());
     const fs::path temporary = TemporaryName(path);
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
     const int file = calls.Open(temporary.c_str(), flags, old != nullptr ? kPrivate : kNewFile);

@@ -47,6 +47,8 @@ public:
     // For files that grow until they are renamed: an unused temporary name beside `path`. What killed
     // processes have left under such names goes.
     static std::filesystem::path TemporaryFor(const std::filesystem::path& path);
+    // What killed saves of any file have left in a folder goes.
+    static void RemoveLeftovers(const std::filesystem::path& folder);
 
 private:
     int WriteNew(const std::filesystem::path& path, std::span<const char> bytes, const struct ::stat* old);

@@ -187,6 +187,7 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
     const int longestLife = megabytes > 0 ? 100000 : 3000;
 #endif
     bool seen[2] = {false, false};
+    pid_t dead = 0;
     for (long kill = 0; kill < kills; ++kill) {
         const pid_t child = ::fork();
         if (child == 0) {
@@ -197,6 +198,7 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
         ::usleep(static_cast<useconds_t>(random() % longestLife));
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
+        dead = child;
         const std::string left = Content(path);
         ASSERT_TRUE(left == contents[0] || left == contents[1]) << left.size();
         seen[left == contents[1] ? 1 : 0] = true;
@@ -206,6 +208,9 @@ TEST_F(CAtomicFileTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
     for (const std::string& name : {std::string(".song.prg.mine.tmp"), living}) std::ofstream(folder / name) << "x";
     ASSERT_TRUE(Replace(contents[0])) << error;
     EXPECT_EQ(FilesInFolder(), 3U) << "the next save cleans up after those that were killed, and nothing else";
+    std::ofstream(folder / (".copy.prg." + std::to_string(dead) + "-0.tmp")) << "x";
+    CAtomicFile::RemoveLeftovers(folder);
+    EXPECT_EQ(FilesInFolder(), 3U) << "whatever they saved";
     EXPECT_TRUE(seen[0] && seen[1]) << "no save was ever finished, or none was ever cut off";
 }
 
