@@ -4,9 +4,25 @@
 #include <exception>
 #include <utility>
 
+#include "document/CWorkstation.h"
 #include "platform/ThreadPriority.h"
 
 namespace quib {
+
+namespace {
+
+CExport::Loader LoaderOf(CWorkstation& document) {
+    return [&places = document.Places(), program = document.ProgramFolders().program.toStdString()](
+               const PluginReference& wanted, ESlotKind kind, PluginEnvironment& environment, std::string& error) {
+        environment.applicationFolder = program;
+        return places.LoadFor(environment, wanted, kind, error);
+    };
+}
+
+}  // namespace
+
+CExportJob::CExportJob(CWorkstation& document, ExportSettings settings)
+    : CExportJob(std::move(settings), document.Session().Bytes(), LoaderOf(document)) {}
 
 CExportJob::CExportJob(ExportSettings settings, std::string projectBytes, CExport::Loader load)
     : work(std::make_unique<CExport>(std::move(settings), std::move(projectBytes), std::move(load),
@@ -67,6 +83,7 @@ void CExportJob::End(EState how) {
     seconds = Seconds();
     level = work->Measured();
     warnings = work->Warnings();
+    playedFrames = work->PlayedFrames();
     if (how == EState::kDone) clipped = work->Clipped();
     work.reset();
 }

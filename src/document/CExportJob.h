@@ -17,12 +17,16 @@
 
 namespace quib {
 
+class CWorkstation;
+
 class CExportJob {
 public:
     enum class EState { kWorking, kDone, kFailed, kCancelled };
 
     // `projectBytes`: of a project file.
     CExportJob(ExportSettings settings, std::string projectBytes, CExport::Loader load);
+    // Of the project as it is now, with its plug-ins loaded once more.
+    CExportJob(CWorkstation& document, ExportSettings settings);
     ~CExportJob();
     CExportJob(const CExportJob&) = delete;
     CExportJob& operator=(const CExportJob&) = delete;
@@ -41,6 +45,8 @@ public:
     const std::optional<CExport::Level>& Measured() const noexcept { return level; }
     const std::vector<std::string>& Warnings() const noexcept { return warnings; }
     const std::vector<std::string>& Clipped() const noexcept { return clipped; }
+    // Frames up to where playing ended, without what rings on.
+    std::int64_t PlayedFrames() const noexcept { return playedFrames; }
 
 private:
     void StartNext();
@@ -55,6 +61,7 @@ private:
     std::atomic<int> currentFile{CExport::kAll};
     std::chrono::steady_clock::time_point begun = std::chrono::steady_clock::now();
     std::optional<double> seconds;
+    std::int64_t playedFrames = 0;
     std::string error;
     std::optional<CExport::Level> level;
     std::vector<std::string> warnings;

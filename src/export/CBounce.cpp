@@ -39,6 +39,7 @@ bool CBounce::Play(const BounceSpan& span, const Take& take, const Progress& pro
         const bool cut = !playing && span.tailSeconds <= 0;
         const auto count = cut ? static_cast<int>(std::clamp<std::int64_t>(end - frames, 0, block)) : block;
         if (!take(count)) return false;
+        played = std::clamp<std::int64_t>(end, frames, frames + block);
         frames += count;
         const double steps = picture.soundingStep + 1.0 - span.firstStep;
         const double share = span.frames > 0 ? static_cast<double>(frames) / static_cast<double>(span.frames)

@@ -33,6 +33,8 @@ public:
     bool Run(const BounceSpan& span, const Take& take, const Progress& progress, std::string& error);
     // Handed on.
     std::int64_t Frames() const noexcept { return frames; }
+    // Of these, up to where playing ended.
+    std::int64_t PlayedFrames() const noexcept { return played; }
 
 private:
     bool Play(const BounceSpan& span, const Take& take, const Progress& progress, std::string& error);
@@ -41,6 +43,7 @@ private:
 
     CAudio& audio;
     std::int64_t frames = 0;
+    std::int64_t played = 0;
     std::int64_t silentFrames = 0;
 };
 

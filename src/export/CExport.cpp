@@ -127,6 +127,7 @@ bool CExport::Render() {
         error);
     if (!done) return false;
     frames = std::max(frames, bounce.Frames());
+    playedFrames = bounce.PlayedFrames();
     ++nextPass;
     return true;
 }

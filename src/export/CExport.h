@@ -52,6 +52,8 @@ public:
     const std::vector<ExportFile>& Files() const noexcept { return files; }
     // After the render.
     std::int64_t Frames() const noexcept { return frames; }
+    // Of these, without what rings on.
+    std::int64_t PlayedFrames() const noexcept { return playedFrames; }
     // Of the mix, where it was played.
     const CSignalStatistics& Mix() const noexcept { return mix; }
     std::size_t InstrumentCount() const noexcept;
@@ -108,6 +110,7 @@ private:
     std::vector<std::string> warnings;
     std::string error;
     std::int64_t frames = 0;
+    std::int64_t playedFrames = 0;
     std::vector<int> passes{kAll};  // the file that plays alone in each
     std::size_t nextPass = 0;
 };

@@ -405,6 +405,8 @@ inline constexpr NumberedText kInfoTexts[] = {
      "at once.",
      "ÉCRIRE - Nom, format et dossier des fichiers. QUIB Loops joue aussitôt ce que contient "
      "le dossier."},
+    {800, "FROM THE SONG - Renders the loop of the song; what rings on after it is laid over its beginning.",
+     "DU MORCEAU - Rend la boucle du morceau ; ce qui résonne après sa fin est posé sur son début."},
     {670, "MORE - A menu of what the closed strip hides: plug-in, inserts, MIDI input, tools and switches.",
      "PLUS - Un menu de ce que la tranche fermée cache : plug-in, inserts, entrée MIDI, outils et interrupteurs."},
     {674, "PRESETS - Switched off: Settings, Presets On lets the console and MIDI recall them.",

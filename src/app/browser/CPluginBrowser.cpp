@@ -77,6 +77,11 @@ void CPluginBrowser::ApplyColours() {
     };
     for (QComboBox* const combo : {&makers, &orders}) combo->setStyleSheet(QString());
     for (QComboBox* const combo : {&makers, &orders}) combo->setFont(SkinFont(static_cast<int>(12 * Scale())));
+    list.setStyleSheet(QStringLiteral("QScrollBar { background: %1; } QScrollBar::handle { background: %2; "
+                                      "border-radius: %3px; min-height: %4px; } QScrollBar::add-line, "
+                                      "QScrollBar::sub-line { height: 0px; } QScrollBar::add-page, "
+                                      "QScrollBar::sub-page { background: none; }")
+                           .arg(Colour("well"), Colour("edge"), height(3), height(24)));
     for (QPushButton* const button : {&reading, &folders, &file})
         button->setStyleSheet(style("QPushButton", "panelRaised"));
 }

@@ -81,7 +81,9 @@ void CExchangeCommands::OfferSound(const QString& path, const QPoint& point) {
     menu.addAction(Text("Find its tempo"), &window, [open] { open(ETool::kRhythm); });
     menu.addAction(Text("Put it among the loops"), &window, [this, path] {
         const QString to = window.Workstation().ProgramFolders().loops + QFileInfo(path).fileName();
-        if (!QFile::copy(path, to)) return window.ShowMessage(Text("Loop creator"), Text("Cannot write %1").arg(to));
+        const bool isThere = QFileInfo(path).canonicalFilePath() == QFileInfo(to).canonicalFilePath();
+        if (!isThere && !QFile::copy(path, to))
+            return window.ShowMessage(Text("Loop creator"), Text("Cannot write %1").arg(to));
         FollowLoopFolders(window.Workstation());
         window.ShowNotice(to);
     });

@@ -25,14 +25,7 @@ void CExportDialog::Start() {
     KeepExportChoices(workstation.Settings(), kept);
     written = PlanFiles(state, settings);
     length = SecondsOf(settings);
-    CPluginPlaces& places = workstation.Places();
-    const auto load = [&places, program = workstation.ProgramFolders().program.toStdString()](
-                          const PluginReference& wanted, ESlotKind kind, PluginEnvironment& environment,
-                          std::string& error) {
-        environment.applicationFolder = program;
-        return places.LoadFor(environment, wanted, kind, error);
-    };
-    job = std::make_unique<CExportJob>(settings, workstation.Session().Bytes(), load);
+    job = std::make_unique<CExportJob>(workstation, settings);
     Lock(true);
     page.measured->clear();
     page.bar->SetSegments(static_cast<int>(written.size()));

@@ -26,6 +26,7 @@ constexpr std::uint64_t kLongestTap = 3'000'000'000;  // nanoseconds
 constexpr double kSlowest = 20;
 constexpr double kFastest = 400;
 constexpr std::size_t kMostLoops = 500;
+constexpr double kEndsWithin = 0.001;  // seconds
 
 // The loop again and again, at the rate of the engine and the tempo of the song.
 std::vector<float> AuditionOf(const SoundClip& loop, double framesOfLoop) {
@@ -66,6 +67,7 @@ void CWinControlLoopCreator::Translate() {
 
 void CWinControlLoopCreator::hideEvent(QHideEvent* event) {
     Play(false);
+    render.reset();
     CToolWindow::hideEvent(event);
 }
 
@@ -76,6 +78,8 @@ bool CWinControlLoopCreator::TakeFile(const QString& path) {
     Play(false);
     problem.clear();
     wantedGrid.reset();
+    render.reset();
+    songBeats = 0;
     fileName->SetText(QFileInfo(path).fileName());
     work.Read(path);
     return true;
@@ -90,6 +94,50 @@ void CWinControlLoopCreator::TakeGrid(const QString& path, double nextTempo, dou
         return MoveTo(static_cast<double>(cut.start), true);
     }
     if (TakeFile(path)) wantedGrid = {nextTempo, nextDownbeat};
+}
+
+void CWinControlLoopCreator::TakeSong() {
+    CSong& song = Document().Song();
+    const StepRange range = song.Loop();
+    Play(false);
+    work.Cancel();
+    render.reset();
+    problem.clear();
+    auto next = std::make_unique<QTemporaryDir>();
+    const EngineSettings& engine = Document().Audio().settings;
+    ExportSettings wanted;
+    wanted.range = EExportRange::kLoop;
+    wanted.firstStep = range.first;
+    wanted.endStep = range.end;
+    wanted.stepsPerBeat = engine.stepsPerBeat.Get();
+    wanted.format.sampleRate = static_cast<int>(Document().Audio().Format().sampleRate);
+    wanted.format.bits = 32;
+    wanted.folder = next->path().toStdString();
+    wanted.namePattern = Document().Session().ProjectName().replace(QLatin1Char('/'), QLatin1Char('_')).toStdString();
+    if (range.end <= range.first || !next->isValid()) {
+        problem = Text("The song has no loop: draw one in the playlist");
+        return ShowAll();
+    }
+    songBeats = static_cast<double>(range.end - range.first) / wanted.stepsPerBeat;
+    render = std::make_unique<CExportJob>(Document(), std::move(wanted));
+    renderFolder = std::move(next);
+    ShowAll();
+}
+
+void CWinControlLoopCreator::FollowRender() {
+    const CExportJob::EState state = render->Tick();
+    if (state == CExportJob::EState::kWorking) return;
+    const auto ended = std::move(render);
+    problem = QString::fromStdString(ended->Error());
+    const QStringList files = QDir(renderFolder->path()).entryList(QDir::Files);
+    if (state != CExportJob::EState::kDone || files.isEmpty()) return;
+    // At a steady tempo it is exact; the engine ends within some frames of it. Else the mean of the tempo counts.
+    const double rate = Document().Audio().Format().sampleRate;
+    const double steady = 60.0 * rate * songBeats / static_cast<double>(Document().Audio().settings.tempo.Get());
+    const auto played = static_cast<double>(ended->PlayedFrames());
+    const double frames = std::abs(steady - played) < kEndsWithin * rate ? steady : played;
+    wantedGrid = {60.0 * rate * songBeats / frames, 0.0};
+    work.ReadLoop(renderFolder->filePath(files.front()), std::llround(frames));
 }
 
 // It is shown at once; its rhythm comes later.
@@ -108,6 +156,7 @@ void CWinControlLoopCreator::Hear(std::shared_ptr<const HeardSound> next) {
     cut.tempo = static_cast<double>(Document().Audio().settings.tempo.Get());
     downbeat = 0;
     if (wantedGrid) std::tie(cut.tempo, downbeat) = *wantedGrid;
+    if (songBeats > 0) cut.beats = std::max(1, static_cast<int>(songBeats));
     strokes.clear();
     ShowGrid();
 }
@@ -345,6 +394,10 @@ void CWinControlLoopCreator::keyPressEvent(QKeyEvent* event) {
 void CWinControlLoopCreator::ShowSelection() { ShowAll(); }
 
 void CWinControlLoopCreator::ShowPlaying(const PlayPicture& /*picture*/) {
+    if (render) {
+        FollowRender();
+        ShowAll();
+    }
     if (auto next = work.Take()) {
         Hear(std::move(next));
         ShowAll();
@@ -373,7 +426,9 @@ void CWinControlLoopCreator::ShowAll() {
         if (work.IsBusy() && !wantedGrid) told += QStringLiteral("   ") + Text("Looking for the tempo");
         fileName->SetText(told);
     }
-    if (work.IsReading()) {
+    if (render) {
+        shown.message = Text("Rendering: %1 %").arg(static_cast<int>(render->Share() * 100));
+    } else if (work.IsReading()) {
         shown.message = Text("Reading: %1 %").arg(static_cast<int>(work.Share() * 100));
     } else if (!heard || !problem.isEmpty()) {
         shown.message = problem.isEmpty() ? Text("Drop a sound file here, or open one") : problem;

@@ -4,6 +4,9 @@
 // The loop creator: cuts loops of whole bars out of a sound file, plays them in time with the song and writes them
 // into the folder of loops. User-interface thread; reading has a thread of its own.
 
+#include <QTemporaryDir>
+
+#include "document/CExportJob.h"
 #include "editors/base/CToolWindow.h"
 #include "editors/loopcreator/CLoopListCtrl.h"
 #include "editors/loopcreator/CWavePeaks.h"
@@ -28,7 +31,9 @@ public:
 
     bool TakeFile(const QString& path) override;
     void TakeGrid(const QString& path, double nextTempo, double nextDownbeat) override;
-    bool IsBusy() const { return work.IsBusy(); }
+    // The loop of the song as it sounds now, with what rings on after it laid over its beginning.
+    void TakeSong();
+    bool IsBusy() const { return work.IsBusy() || render != nullptr; }
     const std::vector<ListedLoop>& Loops() const noexcept { return loops; }
     const LoopCut& Cut() const noexcept { return cut; }
     // What the buttons do.
@@ -63,6 +68,7 @@ private:
     CSwitchCtrl& Toggle(int left, int top, int width, const QString& text, int help, CValue& value,
                         std::function<void()> run);
     CLabelCtrl& Label(int left, int top, int width, const QString& text = {});
+    void FollowRender();
     void Hear(std::shared_ptr<const HeardSound> next);
     void HearRhythm(const HeardSound& found);
     void ShowGrid();
@@ -82,6 +88,9 @@ private:
 
     CSoundWork work;
     std::shared_ptr<const HeardSound> heard;
+    std::unique_ptr<CExportJob> render;           // of the loop of the song
+    std::unique_ptr<QTemporaryDir> renderFolder;  // with the sound of the last one
+    double songBeats = 0;                         // of the loop that is rendered or read; 0: it is a file
     std::shared_ptr<const CWavePeaks> peaks;
     std::shared_ptr<const SoundClip> loop;  // as it would be written
     std::vector<std::int64_t> strokes;      // of the sound

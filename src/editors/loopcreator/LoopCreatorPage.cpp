@@ -70,15 +70,17 @@ void CWinControlLoopCreator::Build() {
 }
 
 void CWinControlLoopCreator::BuildHeader() {
-    fileName = &Add<CLabelCtrl>(0U, 16, 10, 380, 24);
+    fileName = &Add<CLabelCtrl>(0U, 16, 10, 262, 24);
     fileName->sunken = true;
     fileName->fontHeight = 12;
+    Button(284, 8, 114, Text("From the song"), 800, [this] { TakeSong(); });
     Button(404, 8, 90, Text("Open ..."), 660, [this] {
         if (const QString path = ChooseSoundFile(this, Document().Settings()); !path.isEmpty()) TakeFile(path);
         ShowAll();
     });
     Button(500, 8, 80, Text("Cancel"), 660, [this] {
         work.Cancel();
+        render.reset();
         ShowAll();
     });
     Label(612, 12, 50, Text("Tempo")).alignment = Qt::AlignRight | Qt::AlignVCenter;

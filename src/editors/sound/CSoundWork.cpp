@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "document/CSettings.h"
+#include "export/loops/LoopCut.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
 #include "texts/Texts.h"
@@ -30,14 +31,28 @@ void CSoundWork::Read(const QString& path) {
     reading = true;
     share = 0;
     Start([this, path](HeardSound& heard) {
-        heard.path = path;
-        const auto progress = [this](double part) {
-            share = part;
-            return !cancelled.load();
-        };
-        if (!ReadClip(path.toStdString(), heard.clip, heard.error, progress)) return;
+        if (ReadInto(path, heard)) heard.mono = MonoOf(heard.clip);
+    });
+}
+
+void CSoundWork::ReadLoop(const QString& path, std::int64_t frames) {
+    Cancel();
+    reading = true;
+    share = 0;
+    Start([this, path, frames](HeardSound& heard) {
+        if (!ReadInto(path, heard)) return;
+        heard.clip = FoldTail(heard.clip, frames);
         heard.mono = MonoOf(heard.clip);
     });
+}
+
+bool CSoundWork::ReadInto(const QString& path, HeardSound& heard) {
+    heard.path = path;
+    const auto progress = [this](double part) {
+        share = part;
+        return !cancelled.load();
+    };
+    return ReadClip(path.toStdString(), heard.clip, heard.error, progress);
 }
 
 void CSoundWork::Find(std::shared_ptr<const HeardSound> sound, bool isTempoWanted) {

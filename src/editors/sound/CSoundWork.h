@@ -36,6 +36,8 @@ public:
 
     // The sound alone, so that it can be shown.
     void Read(const QString& path);
+    // Of a loop that was rendered with what rings on after so many frames.
+    void ReadLoop(const QString& path, std::int64_t frames);
     // Its hits, and its tempo where that is wanted.
     void Find(std::shared_ptr<const HeardSound> sound, bool isTempoWanted = true);
     // Of what was heard elsewhere.
@@ -50,6 +52,7 @@ public:
 
 private:
     void Start(std::function<void(HeardSound&)> run);
+    bool ReadInto(const QString& path, HeardSound& heard);
 
     std::future<std::shared_ptr<HeardSound>> work;
     bool reading = false;

@@ -57,6 +57,15 @@ SoundClip CutLoop(const SoundClip& from, const LoopCut& cut) {
             CutSide(from.right, cut.start, frames, fade)};
 }
 
+SoundClip FoldTail(const SoundClip& from, std::int64_t frames) {
+    const auto fold = [&](const std::vector<float>& side) {
+        std::vector<float> folded(static_cast<std::size_t>(std::max<std::int64_t>(1, frames)));
+        for (std::size_t i = 0; i < side.size(); ++i) folded[i % folded.size()] += side[i];
+        return folded;
+    };
+    return {from.sampleRate, from.channels, fold(from.left), fold(from.right)};
+}
+
 SeamSteps StepsAtSeam(const SoundClip& loop) {
     const std::size_t count = loop.left.size();
     if (count < 2) return {};

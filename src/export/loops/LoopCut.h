@@ -30,6 +30,9 @@ inline std::int64_t FramesOf(const LoopCut& cut, int sampleRate) {
 // The loop; its end fades, at equal power, into what lies before its start. Silence where the sound does not reach.
 SoundClip CutLoop(const SoundClip& from, const LoopCut& cut);
 
+// The first `frames` of a sound; what rings on after them is laid over their beginning, again and again.
+SoundClip FoldTail(const SoundClip& from, std::int64_t frames);
+
 // How far the seam jumps, and the step from frame to frame that 99.9 % of the loop stay below.
 struct SeamSteps {
     float seam = 0;
