@@ -175,7 +175,7 @@ void Audio(std::string_view bytes) {
     const auto isFinite = [](float sample) { return std::isfinite(sample); };
     Require(std::all_of(clip.left.begin(), clip.left.end(), isFinite), "samples are numbers");
     Require(std::all_of(clip.right.begin(), clip.right.end(), isFinite), "samples are numbers");
-    LoopCut cut{clip.Frames() / 3, 1, 200};
+    LoopCut cut{clip.Frames() / 3, 1, 2000};  // short: what is read counts
     cut.start = BestStart(clip, cut);
     const SoundClip loop = CutLoop(clip, cut);
     Require(loop.Frames() == FramesOf(cut, clip.sampleRate), "the length is exact");

@@ -24,6 +24,10 @@ PluginDescription Description() {
 
 float GainOf(float decibels) noexcept { return Exp2(decibels * (1.0f / kDecibelsPerOctave)); }
 
+void Raise(std::atomic<float>& highest, float value) noexcept {
+    if (value > highest.load(std::memory_order_relaxed)) highest.store(value, std::memory_order_relaxed);
+}
+
 }  // namespace
 
 CCompressorPlugin::CCompressorPlugin() : CEffectBase(Description()) {
@@ -93,16 +97,32 @@ float CCompressorPlugin::RenderWet(StereoInput input, float* left, float* right,
     float link[kMaximumTickFrames];
     m_makeUp.Fill(makeUp, TickOffset(), frames, TickFrames());
     m_link.Fill(link, TickOffset(), frames, TickFrames());
+    float loudest = 0.0f;
+    float reduction = 0.0f;
     for (int i = 0; i < frames; ++i) {
         const float measuredLeft = std::fabs(m_detectors[0].lowCut.Process(input.left[i], m_lowCut).highPass);
         const float measuredRight = std::fabs(m_detectors[1].lowCut.Process(input.right[i], m_lowCut).highPass);
         const float louder = std::max(measuredLeft, measuredRight);
         const float forLeft = WantedReduction(measuredLeft + link[i] * (louder - measuredLeft));
         const float forRight = WantedReduction(measuredRight + link[i] * (louder - measuredRight));
-        left[i] = input.left[i] * makeUp[i] * GainOf(-Reduction(m_detectors[0], forLeft));
-        right[i] = input.right[i] * makeUp[i] * GainOf(-Reduction(m_detectors[1], forRight));
+        const float reductionLeft = Reduction(m_detectors[0], forLeft);
+        const float reductionRight = Reduction(m_detectors[1], forRight);
+        left[i] = input.left[i] * makeUp[i] * GainOf(-reductionLeft);
+        right[i] = input.right[i] * makeUp[i] * GainOf(-reductionRight);
+        loudest = std::max(loudest, louder);
+        reduction = std::max({reduction, reductionLeft, reductionRight});
     }
+    Raise(m_loudest, loudest);
+    Raise(m_mostReduction, reduction);
     return 0.0f;
+}
+
+// A maximum that is asked for just now may count twice.
+bool CCompressorPlugin::TellMeasured(vst2::Measured& told) noexcept {
+    const float loudest = m_loudest.exchange(0.0f, std::memory_order_relaxed);
+    told.level = kDecibelsPerOctave * Log2(std::max(loudest, kSilence));
+    told.reduction = m_mostReduction.exchange(0.0f, std::memory_order_relaxed);
+    return true;
 }
 
 float CCompressorPlugin::Finish(float* left, float* right, int frames) noexcept {

@@ -6,6 +6,7 @@
 // latency. See CPluginBase for its threads.
 
 #include <array>
+#include <atomic>
 
 #include "compressor/CLookAheadLimiter.h"
 #include "compressor/CompressorParameters.h"
@@ -34,6 +35,7 @@ private:
     float RenderWet(StereoInput input, float* left, float* right, int frames) noexcept override;
     float Finish(float* left, float* right, int frames) noexcept override;
     int MemoryFrames() const noexcept override;
+    bool TellMeasured(vst2::Measured& told) noexcept override;
 
     template <typename Move>
     void UpdateControls(Move move) noexcept;
@@ -52,6 +54,9 @@ private:
     Ramp m_makeUp;
     Ramp m_link;
     Ramp m_ceiling;
+    // Since the window asked last; written by the render thread.
+    std::atomic<float> m_loudest{0.0f};        // linear
+    std::atomic<float> m_mostReduction{0.0f};  // decibels
 };
 
 }  // namespace quibplug

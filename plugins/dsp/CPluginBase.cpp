@@ -90,6 +90,8 @@ int CPluginBase::InEffect(int parameter) const noexcept { return parameter; }
 
 const char* CPluginBase::KeyName(int) const noexcept { return nullptr; }
 
+bool CPluginBase::TellMeasured(vst2::Measured&) noexcept { return false; }
+
 const char* CPluginBase::OutputPairName(int) const noexcept { return "Main"; }
 
 float CPluginBase::SetTo(int parameter) const noexcept {
@@ -124,6 +126,11 @@ std::intptr_t CPluginBase::Dispatch(std::int32_t opcode, std::int32_t index, std
             return DescribePin(opcode, index, pointer);
         case vst2::effGetParameterProperties:
             return DescribeParameter(index, pointer);
+        case vst2::effVendorSpecific:
+            return index == vst2::kTellMeasured && pointer != nullptr &&
+                           TellMeasured(*static_cast<vst2::Measured*>(pointer))
+                       ? 1
+                       : 0;
         case vst2::effGetMidiKeyName:
             return NameKey(static_cast<vst2::MidiKeyName*>(pointer));
         case vst2::effSetProgram:

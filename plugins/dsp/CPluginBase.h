@@ -77,6 +77,8 @@ protected:
     virtual const char* OutputPairName(int pair) const noexcept;
     // Any thread: what a key is called; null for one without a name.
     virtual const char* KeyName(int key) const noexcept;
+    // Any thread, one at a time: false for one that measures nothing.
+    virtual bool TellMeasured(vst2::Measured& told) noexcept;
     // Any thread: the parameter whose value holds for this one, another where two are linked.
     virtual int InEffect(int parameter) const noexcept;
     // Any thread: the real value that the host has set.

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalBlocker>
@@ -269,8 +270,7 @@ void CPluginWindow::ShowList() {
 void CPluginWindow::ShowEditor() {
     if (!plugin->HasEditor() || !CanEmbed()) return ShowPage();
     ShowWide(false);  // editors may be narrow
-    OpenEditor();
-    ShowSize();
+    if (OpenEditor()) ShowSize();
 }
 
 // --- Programs -------------------------------------------------------------------------------------------------------
@@ -328,8 +328,20 @@ void CPluginWindow::SaveAs() {
     programs->setCurrentIndex(row);
 }
 
-void CPluginWindow::OpenEditor() {
-    if (editorOpen) return;
+bool CPluginWindow::CallPlugin(const std::function<void(CPlugin& called)>& call) {
+    const QPointer<CPluginWindow> alive(this);
+    const std::shared_ptr<CPlugin> called = plugin;
+    ++callsInside;
+    call(*called);
+    if (alive == nullptr) return false;
+    --callsInside;
+    return true;
+}
+
+// False: this window is gone.
+bool CPluginWindow::OpenEditor() {
+    closeLater = false;
+    if (editorOpen) return true;
     editor = new QWidget;
     editor->setAttribute(Qt::WA_NativeWindow);
     editor->setAttribute(Qt::WA_DontCreateNativeAncestors);
@@ -348,15 +360,17 @@ void CPluginWindow::OpenEditor() {
     editorOpen = true;
     plugin->PinLibrary();
     MarkSuspect(plugin->MarkedAs(), EPluginCall::kOpenEditor);
-    plugin->OpenEditor(id);
+    if (!CallPlugin([id](CPlugin& called) { called.OpenEditor(id); })) return false;
+    if (!editorOpen) return true;
     FitEditor();
     if (size() != shown) Q_EMIT Opening();
+    return true;
 }
 
 void CPluginWindow::CloseEditor() {
     if (!editorOpen) return;
     editorOpen = false;
-    plugin->CloseEditor();
+    if (!CallPlugin([](CPlugin& called) { called.CloseEditor(); })) return;
     pages->removeWidget(editor);
     editor->hide();
     editor->setParent(nullptr);
@@ -399,8 +413,12 @@ void CPluginWindow::showEvent(QShowEvent* event) {
 
 void CPluginWindow::Tick() {
     if (palette != &Palette()) ShowColours();
+    if (closeLater && callsInside == 0) {
+        close();
+        return;
+    }
     if (editorOpen) {
-        plugin->IdleEditor();
+        if (!CallPlugin([](CPlugin& called) { called.IdleEditor(); })) return;
         constexpr int kLookTicks = 10;
         if (editorOpen && ++ticks % kLookTicks == 0) FollowContent();
     } else if (isVisible()) {
@@ -445,7 +463,10 @@ void CPluginWindow::Save(EFileKind kind) {
     if (!saved) TellError(this, error);
 }
 
+// Not while the plug-in is in the middle of its editor's work: it would come back to what is no more.
 void CPluginWindow::closeEvent(QCloseEvent* event) {
+    closeLater = callsInside > 0;
+    if (closeLater) return event->ignore();
     Q_EMIT Closing();
     CloseEditor();
     event->accept();

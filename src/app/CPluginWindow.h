@@ -86,8 +86,10 @@ private:
     void ShowSize();
     void ShowWide(bool isWide);
     bool IsListShown() const;
-    void OpenEditor();
+    bool OpenEditor();
     void CloseEditor();
+    // Toolkits of plug-ins handle events of the whole program meanwhile. False: this window is gone.
+    bool CallPlugin(const std::function<void(CPlugin& called)>& call);
     void FitEditor();
     void FollowContent();
     void ShowTitle();
@@ -115,6 +117,8 @@ private:
     const CPalette* palette = nullptr;  // of the header
     int ticks = 0;
     bool editorOpen = false;
+    int callsInside = 0;      // of the plug-in's editor that have not returned
+    bool closeLater = false;  // when they have
 };
 
 }  // namespace quib

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <algorithm>
+#include <utility>
 
 #include "document/CSettings.h"
 
@@ -69,9 +70,10 @@ bool CPluginWindows::IsShown(const SlotPlace& place) const {
 }
 
 CPluginWindow* CPluginWindows::Show(const SlotPlace& place) {
-    CPluginWindow* const window = WindowOf(place);
+    const QPointer<CPluginWindow> window = WindowOf(place);
     if (window == nullptr) return nullptr;
     window->ShowEditor();
+    if (window == nullptr) return nullptr;
     window->show();
     window->raise();
     window->activateWindow();
@@ -128,31 +130,33 @@ void CPluginWindows::KeepPlace(const CPluginWindow& window, const QString& key) 
                                               QStringLiteral("%1,%2").arg(at.x()).arg(at.y()));
 }
 
-// At once: a window must not outlive the project that its plug-in is from.
+// At once: a window must not outlive the project that its plug-in is from. While one closes, its plug-in may handle
+// what opens others.
 void CPluginWindows::CloseAll() {
-    for (const QPointer<CPluginWindow>& window : windows) {
-        if (window != nullptr) window->close();  // which tells where it stood
-        delete window.data();
-    }
-    windows.clear();
+    for (const QPointer<CPluginWindow>& window : std::exchange(windows, {})) Remove(window);
 }
 
 void CPluginWindows::CloseLost() {
-    for (auto entry = windows.begin(); entry != windows.end();) {
+    QList<QPointer<CPluginWindow>> lost;
+    windows.removeIf([&](const auto& entry) {
         SlotPlace place;
-        const QPointer<CPluginWindow> window = entry.value();
-        if (window != nullptr && workstation.Places().FindPlugin(&window->Plugin(), place)) {
-            ++entry;
-            continue;
-        }
-        if (window != nullptr) window->close();
-        delete window.data();
-        entry = windows.erase(entry);
-    }
+        const QPointer<CPluginWindow>& window = entry.value();
+        if (window != nullptr && workstation.Places().FindPlugin(&window->Plugin(), place)) return false;
+        lost.append(window);
+        return true;
+    });
+    for (const QPointer<CPluginWindow>& window : lost) Remove(window);
 }
 
+void CPluginWindows::Remove(const QPointer<CPluginWindow>& window) {
+    if (window != nullptr) window->close();  // which tells where it stood
+    delete window.data();
+}
+
+// Of those that are there now: while one ticks, its plug-in may handle what opens and closes others.
 void CPluginWindows::Tick() {
-    for (const QPointer<CPluginWindow>& window : windows) {
+    const auto shown = windows.values();
+    for (const QPointer<CPluginWindow>& window : shown) {
         if (window != nullptr) window->Tick();
     }
     leftEditors.Tick();

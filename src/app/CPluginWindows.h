@@ -46,6 +46,7 @@ private:
     void KeepPlace(const CPluginWindow& window, const QString& key);
     QString KeyOf(const CPlugin& plugin, const SlotPlace& place) const;
     void CloseLost();
+    static void Remove(const QPointer<CPluginWindow>& window);
     void ResizeEditor(const void* plugin, int width, int height);
 
     CWorkstation& workstation;

@@ -5,10 +5,12 @@
 #include <QFontMetricsF>
 #include <QPaintEngine>
 #include <QPainterPath>
+#include <QTextLayout>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <memory>
 #include <optional>
 
 #include "controls/SmoothGraph.h"
@@ -19,10 +21,15 @@ namespace {
 
 constexpr int kKeptFonts = 96;
 constexpr qsizetype kKeptWidths = 2000;  // of one font
+constexpr qsizetype kKeptLines = 500;    // of one font
+constexpr int kKeptLetters = 128;
 
 struct KeptFont {
     QFont font;
     QHash<QString, qreal> widths;  // of texts that were drawn, so that they are not measured again
+    // Lines that were drawn, their letters found and placed: that takes longer than drawing them.
+    QHash<QString, std::shared_ptr<QTextLayout>> lines;
+    std::array<qreal, kKeptLetters> letterWidths{};  // 0: not measured yet
 };
 // Those of the usual heights, of the user-interface thread.
 std::array<std::optional<KeptFont>, std::size_t{2} * kKeptFonts> keptFonts;
@@ -62,6 +69,48 @@ void CopyPixels(const QImage& from, const QRect& area, QImage& to, const QPoint&
     }
 }
 
+std::shared_ptr<QTextLayout> LaidOut(const QString& text, const QFont& font) {
+    constexpr qreal kEndless = 0x1000000;  // pixels
+    auto layout = std::make_shared<QTextLayout>(QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')), font);
+    layout->setCacheEnabled(true);
+    layout->beginLayout();
+    layout->createLine().setLineWidth(kEndless);
+    layout->endLayout();
+    return layout;
+}
+
+std::shared_ptr<QTextLayout> LineOf(const QString& text, int height, bool strong) {
+    const QFont font = SkinFont(height, strong);
+    std::optional<KeptFont>* const kept = KeptPlace(height, strong);
+    if (kept == nullptr) return LaidOut(text, font);
+    QHash<QString, std::shared_ptr<QTextLayout>>& lines = (*kept)->lines;
+    if (const auto known = lines.constFind(text); known != lines.constEnd()) return *known;
+    if (lines.size() >= kKeptLines) lines.clear();
+    return *lines.insert(text, LaidOut(text, font));
+}
+
+// Where a line begins for its letters to stand in a rectangle as they are to.
+QPointF PlaceOf(const QTextLine& line, const QRectF& room, Qt::Alignment alignment) {
+    const qreal high = line.ascent() + line.descent();
+    const qreal wide = line.horizontalAdvance();
+    const qreal down = (alignment & Qt::AlignBottom) != 0    ? room.height() - high
+                       : (alignment & Qt::AlignVCenter) != 0 ? (room.height() - high) / 2
+                                                             : 0;
+    const qreal right = (alignment & Qt::AlignRight) != 0     ? room.width() - wide
+                        : (alignment & Qt::AlignHCenter) != 0 ? (room.width() - wide) / 2
+                                                              : 0;
+    return room.topLeft() + QPointF(right, down);
+}
+
+qreal LetterWidth(QChar letter, int height, bool strong) {
+    const ushort code = letter.unicode();
+    std::optional<KeptFont>* const kept = KeptPlace(height, strong);
+    if (code >= kKeptLetters || kept == nullptr || !*kept) return CCanvas::TextWidth(letter, height, strong);
+    qreal& width = (*kept)->letterWidths[code];
+    if (width == 0) width = CCanvas::TextWidth(letter, height, strong);
+    return width;
+}
+
 QRgb Over(QRgb under, QRgb colour, int alpha) noexcept {
     const auto mix = [alpha](int from, int to) { return from + (to - from) * alpha / 255; };
     return qRgb(mix(qRed(under), qRed(colour)), mix(qGreen(under), qGreen(colour)), mix(qBlue(under), qBlue(colour)));
@@ -85,7 +134,7 @@ QFont SkinFont(int height, bool strong) {
     font.setWeight(strong ? QFont::DemiBold : QFont::Medium);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
-    if (kept != nullptr) *kept = KeptFont{font, {}};
+    if (kept != nullptr) kept->emplace().font = font;
     return font;
 }
 
@@ -254,6 +303,8 @@ void CCanvas::FastPolyline(std::span<const QPointF> points, QRgb wanted) {
 
 void CCanvas::FillPassed(const QPointF& from, const QPointF& to, int wide, QRgb colour) {
     const qreal slope = to.x() > from.x() ? (to.y() - from.y()) / (to.x() - from.x()) : 0;
+    auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(0));
+    const qsizetype pitch = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
     const int first = static_cast<int>(std::floor(from.x()));
     const int last = std::max(first, static_cast<int>(std::ceil(to.x())) - 1);
     for (int column = std::max(first, clipPixels.left()); column <= std::min(last, clipPixels.right()); ++column) {
@@ -261,7 +312,7 @@ void CCanvas::FillPassed(const QPointF& from, const QPointF& to, int wide, QRgb 
         const qreal end = column == last ? to.y() : from.y() + slope * (column + 1 - from.x());
         const int top = std::max(static_cast<int>(std::floor(std::min(begin, end))), clipPixels.top());
         const int bottom = std::min(static_cast<int>(std::floor(std::max(begin, end))) + wide - 1, clipPixels.bottom());
-        for (int y = top; y <= bottom; ++y) reinterpret_cast<QRgb*>(image.scanLine(y))[column] = colour;
+        for (int y = top; y <= bottom; ++y) pixels[y * pitch + column] = colour;
     }
 }
 
@@ -333,13 +384,15 @@ void CCanvas::Glyph(CSkin& skin, int number, const QPointF& centre, QRgb colour)
 void CCanvas::Text(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
                    bool strong) {
     if (text.isEmpty()) return;
-    const QFont font = SkinFont(height, strong);
-    Painter().setFont(font);
-    painter.setPen(QColor::fromRgba(Shown(colour)));
     const bool fits = TextWidth(text, height, strong) <= rectangle.width() + 0.5;
     if (!fits && onCut) onCut(text, rectangle);
-    painter.drawText(rectangle, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
-                     fits ? text : QFontMetricsF(font).elidedText(text, Qt::ElideRight, rectangle.width()));
+    const auto layout = LineOf(
+        fits ? text : QFontMetricsF(SkinFont(height, strong)).elidedText(text, Qt::ElideRight, rectangle.width()),
+        height, strong);
+    const QTextLine line = layout->lineAt(0);
+    if (!line.isValid()) return;
+    Painter().setPen(QColor::fromRgba(Shown(colour)));
+    line.draw(&painter, PlaceOf(line, rectangle, alignment));
 }
 
 void CCanvas::Digits(const QRectF& rectangle, const QString& text, QRgb colour, int height, Qt::Alignment alignment,
@@ -377,9 +430,9 @@ const QImage& CCanvas::LetterMask(QChar letter, const QSizeF& room, int height, 
 }
 
 qreal CCanvas::DigitsWidth(const QString& text, int height, bool strong) {
-    const qreal digit = std::ceil(TextWidth(QStringLiteral("0"), height, strong));
+    const qreal digit = std::ceil(LetterWidth(QLatin1Char('0'), height, strong));
     qreal width = 0;
-    for (const QChar letter : text) width += letter.isDigit() ? digit : TextWidth(letter, height, strong);
+    for (const QChar letter : text) width += letter.isDigit() ? digit : LetterWidth(letter, height, strong);
     return width;
 }
 
@@ -402,8 +455,9 @@ qreal CCanvas::TextWidth(const QString& text, int height, bool strong) {
 }
 
 void CCanvas::CopyTo(QPainter& target, const QRegion& region, qreal ratio) {
-    Image();
     QImage* const pixels = CopyTarget(target, ratio);
+    // A painter may go on while pixels are read one by one.
+    if (pixels == nullptr) Image();
     const QPoint offset = target.deviceTransform().map(QPointF(0, 0)).toPoint();
     for (const QRect& part : region) {
         const QRectF source(part.x() * ratio, part.y() * ratio, part.width() * ratio, part.height() * ratio);

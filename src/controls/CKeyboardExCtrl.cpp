@@ -160,7 +160,7 @@ std::uint64_t CKeyboardExCtrl::SoundingHash() const {
 }
 
 void CKeyboardExCtrl::Tick() {
-    if (!IsShown()) return;
+    if (!IsShown() || ShownRectangle().isEmpty()) return;
     const std::uint64_t sounding = SoundingHash();
     if (sounding == drawnSounding) return;
     drawnSounding = sounding;
@@ -185,12 +185,14 @@ void CKeyboardExCtrl::Draw() {
 void CKeyboardExCtrl::DrawWhite(int octave) {
     const QRgb accent = Palette().Accent(section);
     const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
+    const QRgb plain = named("pianoWhite");
+    const QRgb shade = named("shade");
     for (int white = 0; white < 7; ++white) {
         const int note = 12 * octave + kWhiteNotes[static_cast<std::size_t>(white)];
         if (note > kHighestNote) return;
         const QRectF area(X() + octave * kOctaveWidth + white * kWhiteWidth - scroll, Y(), kWhiteWidth - 1, Height());
-        const QRgb top = IsLit(note) ? accent : named(note == hoveredNote ? "pianoWhiteHover" : "pianoWhite");
-        Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, named("shade"), 0.12F));
+        const QRgb top = IsLit(note) ? accent : note == hoveredNote ? named("pianoWhiteHover") : plain;
+        Canvas().FillVertical(area.adjusted(0, -3, 0, -1), 2.5, top, Mix(top, shade, 0.12F));
         if (white == 0) {
             Canvas().Text(QRectF(area.left(), area.bottom() - 16, area.width(), 12),
                           QStringLiteral("C%1").arg(octave - 2), named("pianoText"), 9);
@@ -201,15 +203,18 @@ void CKeyboardExCtrl::DrawWhite(int octave) {
 void CKeyboardExCtrl::DrawBlack(int octave) {
     const QRgb accent = Palette().Accent(section);
     const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
+    const QRgb plain = named("pianoBlack");
+    const QRgb gap = named("pianoGap");
+    const QRgb shade = named("shade");
     for (const int inOctave : kBlackNotes) {
         const int note = 12 * octave + inOctave;
         if (note > kHighestNote) return;
         const auto index = static_cast<std::size_t>(inOctave);
         const int from = kUpperEdges[index - 1];
         const QRectF area(X() + octave * kOctaveWidth + from - scroll, Y(), kUpperEdges[index] - from, BlackHeight());
-        const QRgb top = IsLit(note) ? accent : named(note == hoveredNote ? "pianoBlackHover" : "pianoBlack");
-        Canvas().FillVertical(area.adjusted(0, -3, 0, 0), 2, named("pianoGap"), named("pianoGap"));
-        Canvas().FillVertical(area.adjusted(1.5, -3, -1.5, -3), 2, top, Mix(top, named("shade"), 0.35F));
+        const QRgb top = IsLit(note) ? accent : note == hoveredNote ? named("pianoBlackHover") : plain;
+        Canvas().FillVertical(area.adjusted(0, -3, 0, 0), 2, gap, gap);
+        Canvas().FillVertical(area.adjusted(1.5, -3, -1.5, -3), 2, top, Mix(top, shade, 0.35F));
     }
 }
 

@@ -161,7 +161,9 @@ void CAutomationRecording::Tick() {
         int& resting = current->second.restingTicks;
         if (resting >= 0 && --resting < 0) LetGo(current);
     }
-    take.Tick(picture, Replaces(), context.audio.graveyard);
+    // Asked for only where something may be held: settings are looked for by name.
+    const bool replaces = context.audio.recordAutomation.IsOn() && Replaces();
+    take.Tick(picture, replaces, context.audio.graveyard);
     if (IsWritten()) return;
     for (auto held = holding.begin(); held != holding.end();) {
         const auto current = held++;

@@ -163,7 +163,10 @@ std::shared_ptr<CPlugin> CPluginPlaces::LoadAdmitted(PluginEnvironment& environm
     }
     const std::string path = library.toStdString();
     MarkSuspect(MarkedLibrary(path), EPluginCall::kLoad);  // threads of its own may end the program a little later
-    return CPlugin::Load(path, kind, environment, error);
+    auto plugin = CPlugin::Load(path, kind, environment, error);
+    // Those that come with the program have none: whoever kills it then must not have them left out.
+    if (plugin && plugin->Identity().effectName.starts_with("QUIB ")) MarkSuspect(0, EPluginCall::kNone);
+    return plugin;
 }
 
 std::shared_ptr<CPlugin> CPluginPlaces::LoadFor(PluginEnvironment& environment, const PluginReference& wanted,
@@ -396,12 +399,14 @@ void CPluginPlaces::IdlePlugins() {
 void CPluginPlaces::ReportFaults() {
     ForEachSlot([this](const PluginSlot& slot, const SlotPlace&) {
         if (!slot.plugin) return;
-        const QString name = QString::fromStdString(slot.plugin->Identity().displayName);
         const bool muted = slot.plugin->TakeFaultReport();
-        if (const EPluginCall call = slot.plugin->TakeThrown(); call != EPluginCall::kNone) {
+        const EPluginCall call = slot.plugin->TakeThrown();
+        if (!muted && call == EPluginCall::kNone) return;
+        const QString name = QString::fromStdString(slot.plugin->Identity().displayName);
+        if (call != EPluginCall::kNone) {
             context.tell(QStringLiteral("QUIB"),
                          Text("\"%1\" threw an exception while %2.").arg(name, Text(Describe(call))));
-        } else if (muted) {
+        } else {
             context.tell(
                 QStringLiteral("QUIB"),
                 name + QStringLiteral(": ") + Text("gave samples that are no sound; it is muted while it does."));

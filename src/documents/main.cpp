@@ -9,20 +9,35 @@
 
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
+#include "app/CPluginWindows.h"
 #include "app/Commands.h"
 #include "app/Look.h"
 #include "app/ShortcutList.h"
 #include "app/console/MakeConsole.h"
+#include "app/export/CExportDialog.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
+#include "document/LoopFolders.h"
 #include "document/ShippedFiles.h"
 #include "editors/base/CToolWindow.h"
+#include "platform/Paths.h"
 #include "texts/Texts.h"
 
 namespace quib {
 namespace {
 
-constexpr int kSettle = 400;  // milliseconds
+constexpr int kSettle = 400;        // milliseconds
+constexpr int kSettlesOfSound = 6;  // until a loop is read and its tempo found
+constexpr const char* kScreen =
+    R"({"screens":[{"name":"manual","x":0,"y":0,"width":1920,"height":1200,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})";
+constexpr const char* kLoop = "36 House Beat 124bpm";
+
+// A display that nobody sees, with room for the windows as they are on a desk.
+QByteArray PlatformWithScreen(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(kScreen) < 0) return "offscreen";
+    return "offscreen:configfile=" + path.toLocal8Bit();
+}
 
 class CPictures {
 public:
@@ -32,9 +47,13 @@ public:
           settings(folder.filePath(QStringLiteral("settings.ini"))),
           folders(folder.filePath(QStringLiteral("program"))) {
         PrepareFolders(folders, settings);
+        // No picture tells of the machine that made it.
+        settings.WriteSettingString(kSettingsSection, QStringLiteral("LoopDir"), QStringLiteral("Loops"));
         SetLanguage(language);
         workstation = std::make_unique<CWorkstation>(settings, folders);
-        catalog = std::make_unique<CPluginCatalog>(QString(), folder.filePath(QStringLiteral("catalog.json")));
+        // The plug-ins of the examples are tried by the scanner before they are loaded.
+        catalog = std::make_unique<CPluginCatalog>(QString::fromStdString((ExecutableFolder() / "quib-scan").string()),
+                                                   folder.filePath(QStringLiteral("catalog.json")));
         workstation->OpenOutput(QLatin1String(CSilentOutput::kName));
         window = std::make_unique<CMainWindow>(*workstation, *catalog, MakeConsole);
         window->resize(1366, 728);
@@ -49,25 +68,7 @@ public:
         if (!workstation->Session().LoadProject(ExampleFiles().front(), error)) return false;
         workstation->Transport().Play();
         Settle();
-        whole = Keep(*window, "console") && whole;
-        const struct {
-            ETool tool;
-            const char* name;
-        } tools[] = {{ETool::kPianoRoll, "pianoroll"},
-                     {ETool::kAutomation, "automation"},
-                     {ETool::kArpeggiator, "arpeggiator"},
-                     {ETool::kBall, "ball"},
-                     {ETool::kTutorial, "tutorial"}};
-        for (const auto& each : tools) {
-            window->OpenTool(each.tool);
-            Settle();
-            CToolWindow* const tool = window->Tools().Find(each.tool);
-            whole = tool != nullptr && Keep(*tool, each.name) && whole;
-            if (tool != nullptr) tool->hide();
-        }
-        window->OpenTool(ETool::kPlaylist);
-        Settle();
-        whole = Keep(*window, "song") && whole;
+        whole = Keep(*window, "console") && KeepTools() && KeepOthers() && whole;
         workstation->Transport().Stop();
         return whole;
     }
@@ -80,6 +81,51 @@ private:
             QThread::msleep(20);
         }
     }
+    bool KeepTools() {
+        const struct {
+            ETool tool;
+            const char* name;
+            bool takesSound;
+        } tools[] = {{ETool::kPianoRoll, "pianoroll", false},
+                     {ETool::kAutomation, "automation", false},
+                     {ETool::kArpeggiator, "arpeggiator", false},
+                     {ETool::kBall, "ball", false},
+                     {ETool::kRhythm, "rhythm", true},
+                     {ETool::kLoopCreator, "loops", true},
+                     {ETool::kTutorial, "tutorial", false}};
+        bool whole = true;
+        for (const auto& each : tools) {
+            window->OpenTool(each.tool);
+            CToolWindow* const tool = window->Tools().Find(each.tool);
+            if (tool == nullptr) return false;
+            if (each.takesSound) tool->TakeFile(FileOfLoop(*workstation, kLoop));
+            for (int times = each.takesSound ? kSettlesOfSound : 1; times > 0; --times) Settle();
+            whole = Keep(*tool, each.name) && whole;
+            tool->hide();
+        }
+        window->OpenTool(ETool::kPlaylist);
+        Settle();
+        return Keep(*window, "song") && whole;
+    }
+
+    // The browser, and windows that stand beside the main one.
+    bool KeepOthers() {
+        bool whole = true;
+        const auto keep = [this, &whole](QWidget* shown, const char* name) {
+            Settle();
+            whole = shown != nullptr && Keep(*shown, name) && whole;
+            if (shown != nullptr && shown != window.get()) shown->hide();
+        };
+        const SlotPlace place{SlotPlace::EKind::kInstrument, workstation->Stack().Instruments().front()->Id(), 0};
+        keep(window->PluginWindows().Show(place), "panel");
+        keep(window->PluginWindows().ShowParameters(place), "parameters");
+        window->ShowExport();
+        keep(window->findChild<CExportDialog*>(), "export");
+        window->Run(command::kAddEffect);
+        keep(window.get(), "browser");
+        return whole;
+    }
+
     QString Path(const char* name, const char* kind) const {
         return QStringLiteral("%1/%2-%3.%4").arg(output, QLatin1String(name), suffix, QLatin1String(kind));
     }
@@ -114,7 +160,8 @@ private:
 }  // namespace quib
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir screen;
+    qputenv("QT_QPA_PLATFORM", quib::PlatformWithScreen(screen.filePath(QStringLiteral("screen.json"))));
     const QApplication application(argc, argv);
     if (argc != 2) {
         qCritical("usage: quib-documents FOLDER");

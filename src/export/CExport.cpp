@@ -172,10 +172,9 @@ bool CExport::TakeInto(std::size_t index, int count) {
 }
 
 void CExport::MeasureGain() {
-    level.emplace();
-    level->loudness = meter->Integrated();
-    level->truePeak = meter->TruePeak();
-    level->gain = GainTowards(*settings.loudness, level->loudness, level->truePeak);
+    const double loudness = meter->Integrated();
+    const double truePeak = meter->TruePeak();
+    level = Level{loudness, truePeak, GainTowards(*settings.loudness, loudness, truePeak)};
 }
 
 bool CExport::Write() {

@@ -12,7 +12,7 @@
 namespace quib {
 
 namespace {
-constexpr sf_count_t kBlock = 65536;  // frames
+constexpr sf_count_t kBlock = 4096;  // frames
 constexpr const char* kExtensions[] = {".wav", ".mp3", ".flac", ".ogg", ".opus", ".aif", ".aiff"};
 }  // namespace
 

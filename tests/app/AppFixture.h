@@ -8,10 +8,16 @@
 #include <QTemporaryDir>
 
 #include "Testing.h"
+#include "controls/ControlSettings.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"
 
 namespace quib {
+
+class CNoSettings : public CControlSettings {
+public:
+    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
+};
 
 class AppTest : public testing::Test {
 protected:

@@ -20,11 +20,6 @@
 namespace quib {
 namespace {
 
-class CNoSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
-
 class ConsoleTest : public AppTest {
 protected:
     ConsoleTest() {

@@ -63,6 +63,30 @@ TEST_F(PanelTest, EveryParameterOfTheBuiltInsHasItsPlace) {
     EXPECT_EQ(found, kBuiltIn);
 }
 
+TEST_F(PanelTest, TheCompressorShowsTheLevelThatItHearsUntilItHasBeenQuietForLong) {
+    QString error;
+    const SlotPlace place{SlotPlace::EKind::kInsert, At(AddSynth())->Id(), 0};
+    ASSERT_TRUE(Places().LoadPlugin(place, QStringLiteral("QUIB compressor"), error)) << error.toStdString();
+    CPanel& panel = Open(place);
+    const auto render = [&](int blocks) {
+        for (int block = 0; block < blocks; ++block) workstation->Audio().RenderBlock();
+        panel.Follow();
+    };
+    render(8);
+    EXPECT_TRUE(panel.Values().Measured().empty()) << "nothing has sounded";
+    const unsigned before = panel.Values().MeasuredCount();
+    workstation->Audio().Post({EngineCommand::EKind::kAudition, At(0)->Id(), 60, 127.0F});
+    render(8);
+    ASSERT_FALSE(panel.Values().Measured().empty());
+    EXPECT_GT(panel.Values().Measured().back().level, -60);
+    EXPECT_NE(panel.Values().MeasuredCount(), before);
+    workstation->Audio().Post({EngineCommand::EKind::kAudition, At(0)->Id(), 60, 0.0F});
+    for (std::size_t tick = 0; tick < 10 * CPanelValues::kMeasuredTicks && !panel.Values().Measured().empty(); ++tick) {
+        render(8);
+    }
+    EXPECT_TRUE(panel.Values().Measured().empty()) << "its pictures stand still";
+}
+
 TEST_F(PanelTest, HostileLayoutsAreRefusedOrDrawnWithoutWhatTheyGetWrong) {
     std::string error;
     const std::string good = TextOf("synth.panel");

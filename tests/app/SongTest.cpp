@@ -15,11 +15,6 @@
 namespace quib {
 namespace {
 
-class CNoSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
-
 // Two instruments with a note in each of their first twelve patterns of 16 steps; 2 pixels a step.
 class SongTest : public AppTest {
 protected:

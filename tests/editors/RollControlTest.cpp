@@ -78,8 +78,6 @@ protected:
     Qt::MouseButtons buttons;
 };
 
-}  // namespace
-
 TEST_F(RollControl, HoverAndPlayheadRepaintLittle) {
     CPianoRollCtrlEx& roll = *example.roll;
     int widest = 0;
@@ -167,4 +165,5 @@ TEST_F(RollControl, TakesTheMouseOfAWindow) {
     EXPECT_STREQ(NameOfKey(1).text, "C#-2");
 }
 
+}  // namespace
 }  // namespace quib

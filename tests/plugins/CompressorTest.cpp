@@ -54,6 +54,29 @@ TEST(Compressor, LinksItsSidesAsFarAsToldTo) {
     }
 }
 
+TEST(Compressor, TellsWhatItMeasuresSinceItWasAskedLast) {
+    CPlainCompressor compressor;
+    const auto ask = [](CLoadedEffect& effect, vst2::Measured& told) {
+        return effect.Call(vst2::effVendorSpecific, vst2::kTellMeasured, 0, &told);
+    };
+    vst2::Measured told{};
+    const StereoSignal tone = SineTone(kSecond, 1000.0, kRate, Amplitude(-4.0));
+    compressor.Run(tone);
+    ASSERT_EQ(ask(compressor, told), 1);
+    compressor.Run(tone);
+    ASSERT_EQ(ask(compressor, told), 1);
+    EXPECT_NEAR(told.level, -4.0, 0.1);
+    EXPECT_NEAR(told.reduction, 12.0, 0.2);
+    compressor.Run(StereoSignal(kSecond));
+    ask(compressor, told);
+    compressor.Run(StereoSignal(256));
+    ASSERT_EQ(ask(compressor, told), 1);
+    EXPECT_LT(told.level, -60.0);
+    EXPECT_LT(told.reduction, 12.0);
+    CLoadedEffect chorus("QUIB chorus");
+    EXPECT_EQ(ask(chorus, told), 0);
+}
+
 // An attack of one time constant: 63 % of the way in decibels.
 TEST(Compressor, TakesItsTimeToComeDown) {
     CPlainCompressor compressor;

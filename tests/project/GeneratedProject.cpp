@@ -58,6 +58,7 @@ Preset MakePreset(const CInstrument& instrument) {
     preset.patternSelected = 7;
     preset.patterns[7] = instrument.patterns[3].ForEdit();
     preset.patternUsed[7] = 1;
+    preset.patterns[8] = std::make_shared<const CPattern>(24);
     preset.midiLanes = *Points(7, 2, 64.0F);
     preset.mixLanes = *Points(7, 3, 0.5F);
     preset.pluginLanes = *Points(7, 2, 0.75F);
@@ -97,6 +98,10 @@ std::shared_ptr<CInstrument> FullInstrument() {
         32, std::vector<Note>{{0.0F, 0.25F, 36, 127}, {31.9999F, 40.5F, 48, 1}, {7.12345F, 1.0F, 60, 64}}));
     instrument->patternUsed[3].Set(1);
     instrument->patternUsed[9].Set(2);
+    instrument->patterns[10].Prepare(std::make_shared<const CPattern>(64));
+    instrument->stripColour = 0x8040c1;
+    instrument->stripCollapsed = true;
+    instrument->arpeggiator.latch.Set(1.0F);
     instrument->midiLanes.Prepare(Points(3, kMidiLaneCount, 64.0F));
     instrument->mixLanes.Prepare(Points(3, kMixLaneCount, 0.5F));
     instrument->playlist.Prepare(std::make_shared<const Playlist>(Playlist{{3, 0, 0}, {9, 32, 1}}));
@@ -119,6 +124,9 @@ ProjectState EveryRecord() {
     ProjectState state;
     state.master.tempo = 133.333F;
     state.master.presetMidi = {2, 14, -1};
+    state.master.timeSignature = {7, 8};
+    state.markers = {{32, "Bridge"}};
+    state.bindings = {{{EControlSource::kFineController, 3, 7}, {EControlTarget::kStrip, 1, 16}}};
     state.detector.threshold = -24.5F;
     state.masterInserts[0] = {1.0F, Slot(Load("ParameterBank.so", ESlotKind::kEffect))};
     state.masterInserts[1] = {0.0F, Slot(Load("Gain.so", ESlotKind::kEffect))};

@@ -2,9 +2,11 @@
 #include "project/ProjectFile.h"
 
 #include <clocale>
+#include <regex>
 
 #include "Testing.h"
 #include "fuzz/FuzzTargets.h"
+#include "model/StripSettings.h"
 #include "model/files/CRecordReader.h"
 #include "model/plugin/CPluginFinder.h"
 #include "platform/CFileBytes.h"
@@ -38,11 +40,15 @@ TEST(ProjectFile, LoadAndSaveTwiceGivesTheSameBytes) {
     EXPECT_EQ(second, BytesOf(Read(second, {})));
 }
 
-TEST(ProjectFile, TheGeneratedProjectHoldsEveryKey) {
+std::set<std::string, std::less<>> KeysOf(std::string_view bytes) {
     std::set<std::string, std::less<>> found;
-    const std::string bytes = BytesOf(generated::EveryRecord());
     CRecordReader reader(bytes);
     while (reader.NextLine()) found.emplace(reader.Key());
+    return found;
+}
+
+TEST(ProjectFile, TheGeneratedProjectHoldsEveryKey) {
+    const auto found = KeysOf(BytesOf(generated::EveryRecord()));
     std::istringstream keys(
         "VERSION TEMPO MASTER_LEVEL PLAYLIST_STEP_NUMBER SONG_MODE SYNCHRO_ON LOOP_ON LOOP_START LOOP_END "
         "CROSSFADE PRESET_SELECTED PRESET_MIDI DETECTOR_EQFREQ DETECTOR_GAIN MASTER_INSERT1_PLUGIN "
@@ -59,8 +65,34 @@ TEST(ProjectFile, TheGeneratedProjectHoldsEveryKey) {
         "PATTERN_PLUGINPARAM_EVENTS PATTERN_MIXPARAM_EVENTS PLUGIN_PARAM_EVENTS PARAM_EVENTS PLUGIN_PRESET "
         "PRESET_SIZE PRESET_INDEX PRESET INSERT1_PLUGIN INSERT1_ON INSERT_PRESET_1 INSERT_PARAM_EVENTS_1 "
         "INSERT2_PLUGIN INSERT2_ON INSERT_PRESET_2 INSERT_PARAM_EVENTS_2 EFFECT_1 EFFECT_PRESET_4 "
-        "EFFECT_PARAM_EVENTS_3");
+        "EFFECT_PARAM_EVENTS_3 TIME_SIGNATURE SONG_MARKER MIDI_BINDING PATTERN_STEPS PRESET_PATTERN_STEPS "
+        "STRIP_COLOUR STRIP_COLLAPSED ARPEG_LATCH PLUGIN_ID INSERT1_PLUGIN_ID MASTER_INSERT1_PLUGIN_ID EFFECT_1_ID");
     for (std::string key; keys >> key;) EXPECT_TRUE(found.contains(key)) << key;
+}
+
+// What stands in quotes in the first column of the tables of records.
+std::set<std::string, std::less<>> RecordsOfManual(const char* language) {
+    std::ifstream file(std::string(QUIB_SOURCE_DIR "/docs/manual/") + language + ".md");
+    const std::regex record("`([A-Z][A-Z0-9_]+)`");
+    std::set<std::string, std::less<>> named;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with("| `")) continue;
+        const std::string column = line.substr(0, line.find('|', 1));
+        for (std::sregex_iterator found(column.begin(), column.end(), record), end; found != end; ++found)
+            named.insert((*found)[1]);
+    }
+    return named;
+}
+
+TEST(ProjectFile, TheManualsListEveryRecordAndNoOther) {
+    auto known = KeysOf(BytesOf(generated::EveryRecord()));
+    for (const StripSetting& setting : kStripSettings) known.emplace(setting.keys.otherPreset);
+    known.erase("");
+    for (const char* const part : {"MIX", "INSERT1", "INSERT2"}) {
+        for (const char* const axis : {"HORZ", "VERT"})
+            known.insert(std::string("PRESET_SOUND_") + part + "_PARAM_" + axis);  // only read
+    }
+    for (const char* const language : {"english", "french"}) EXPECT_EQ(RecordsOfManual(language), known) << language;
 }
 
 TEST(ProjectFile, AnEmptyProjectIsTheNineteenRecordsOfItsHead) {

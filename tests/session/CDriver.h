@@ -18,6 +18,9 @@ class QMenu;
 
 namespace quib {
 
+// Number of the info text of the button, by which it is found.
+constexpr int kAddInstrument = 448;
+
 class CDriver {
 public:
     // Runs the program with these arguments until its window closes; `script` runs on the user's thread

@@ -15,7 +15,6 @@
 namespace quib {
 namespace {
 
-constexpr int kAddInstrument = 448;
 constexpr int kKick = 36;
 
 class RollSessionTest : public FreshSession {

@@ -24,7 +24,6 @@ namespace quib {
 namespace {
 
 // Numbers of info texts, by which controls are found.
-constexpr int kAddInstrument = 448;
 constexpr int kLevel = 470;
 constexpr int kMute = 471;
 constexpr int kPatterns = 127;

@@ -80,6 +80,20 @@ void CPanelValues::Follow() {
         const float now = plugin->Parameter(parameter);
         if (now != Get(parameter)) Value(parameter).Set(now);
     }
+    FollowMeasured();
+}
+
+void CPanelValues::FollowMeasured() {
+    constexpr float kQuiet = -60;  // dB
+    const auto now = AskMeasured(*plugin);
+    if (!now) return;
+    const bool isQuiet = now->level < kQuiet && now->reduction < 0.1F;
+    quietTicks = isQuiet ? std::min(quietTicks + 1, kMeasuredTicks) : 0;
+    if (quietTicks == kMeasuredTicks && measured.empty()) return;
+    ++measuredCount;
+    if (quietTicks == kMeasuredTicks) return measured.clear();
+    measured.push_back(*now);
+    if (measured.size() > kMeasuredTicks) measured.pop_front();
 }
 
 }  // namespace quib

@@ -12,6 +12,7 @@
 
 #include "model/CValue.h"
 #include "model/control/ControlBinding.h"
+#include "model/plugin/Measured.h"
 
 namespace quib {
 
@@ -49,15 +50,27 @@ public:
     // Takes over what others have moved; from the 40 ms timer.
     void Follow();
 
+    // What the plug-in has measured at the last kMeasuredTicks ticks, the newest last; empty for one that measures
+    // nothing, and while nothing has sounded for as long.
+    const std::deque<MeasuredLevel>& Measured() const noexcept { return measured; }
+    static constexpr std::size_t kMeasuredTicks = 100;  // 4 s
+    // Counts what came into it.
+    unsigned MeasuredCount() const noexcept { return measuredCount; }
+
     // What MIDI would move; nothing while the plug-in stands in no place.
     std::optional<ControlTarget> TargetOf(int parameter) const;
     std::function<void(int parameter)> onMenu;   // the other button was pressed on a control of it
     std::function<void(int parameter)> onTouch;  // the user has moved it
 
 private:
+    void FollowMeasured();
+
     CWorkstation& document;
     std::shared_ptr<CPlugin> plugin;
     std::deque<CValue> values;
+    std::deque<MeasuredLevel> measured;
+    unsigned measuredCount = 0;
+    std::size_t quietTicks = kMeasuredTicks;
 };
 
 }  // namespace quib

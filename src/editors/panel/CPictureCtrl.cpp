@@ -71,7 +71,9 @@ std::vector<float> CPictureCtrl::Values() const {
     return now;
 }
 
-bool CPictureCtrl::HasChanged() const { return Values() != drawn; }
+bool CPictureCtrl::HasChanged() const {
+    return Values() != drawn || (picture->IsLive() && roles.Values().MeasuredCount() != drawnMeasured);
+}
 
 void CPictureCtrl::OnMouseMove(int px, int py) {
     if (held >= 0) {
@@ -105,6 +107,7 @@ void CPictureCtrl::OnMouseLeave() {
 
 void CPictureCtrl::Draw() {
     drawn = Values();
+    drawnMeasured = roles.Values().MeasuredCount();
     const QRectF area(Rectangle());
     Canvas().Fill(Rectangle(), backgroundColour);
     DrawGlass(Canvas(), area, area.width() > 180 ? 8 : 4);

@@ -61,6 +61,7 @@ private:
     int held = -1;                // handle
     std::map<int, float> before;  // of the parameters, when it was taken
     std::vector<float> drawn;
+    unsigned drawnMeasured = 0;
 };
 
 }  // namespace quib

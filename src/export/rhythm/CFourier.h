@@ -5,6 +5,7 @@
 // factor. One thread at a time.
 
 #include <complex>
+#include <cstdint>
 #include <vector>
 
 namespace quib {
@@ -15,12 +16,15 @@ public:
     explicit CFourier(std::size_t size);
 
     std::size_t Size() const noexcept { return size; }
-    void Transform(std::complex<float>* values) const noexcept;
+    void Transform(std::complex<float>* values) noexcept;
 
 private:
     std::size_t size;
-    std::vector<std::complex<float>> turns;  // of half a circle
-    std::vector<std::uint32_t> places;       // with their bits reversed
+    // Of every stage one behind the other: half a circle in 1, 2, 4 ... steps.
+    std::vector<float> turnsReal, turnsImaginary;
+    std::vector<std::uint32_t> places;  // with their bits reversed
+    // What is worked on: apart, so that several go through one instruction.
+    std::vector<float> real, imaginary;
 };
 
 }  // namespace quib

@@ -128,7 +128,7 @@ Series Peaks(const Series& series, double hop) {
 class CLikeness {
 public:
     CLikeness(const Series& series, std::size_t most) {
-        const CFourier fourier(std::bit_ceil(2 * series.size() + 2));
+        CFourier fourier(std::bit_ceil(2 * series.size() + 2));
         std::vector<std::complex<float>> values(fourier.Size());
         std::copy(series.begin(), series.end(), values.begin());
         fourier.Transform(values.data());

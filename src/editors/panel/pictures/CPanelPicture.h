@@ -23,6 +23,8 @@ struct PictureHandle {
 class CPanelPicture {
 public:
     virtual ~CPanelPicture() = default;
+    // Whether it shows what the plug-in measures.
+    virtual bool IsLive() const noexcept { return false; }
     virtual void Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const = 0;
     virtual std::vector<PictureHandle> Handles(const QRectF& /*area*/, const CPictureRoles& /*roles*/) const {
         return {};

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "editors/panel/CPanelValues.h"
 #include "editors/panel/PanelLook.h"
 #include "editors/panel/pictures/Pictures.h"
 
@@ -191,6 +192,14 @@ void CCurvePicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRole
     DrawFilledCurve(canvas, std::move(points), area.bottom(), accent);
     const qreal ceiling = CurvePoint(area, 0, static_cast<double>(roles.Number("ceiling"))).y();
     canvas.Line(area.left(), ceiling, area.right(), ceiling, Palette().Colour(QStringLiteral("warning")));
+    const auto& measured = roles.Values().Measured();
+    if (measured.empty() || static_cast<double>(measured.back().level) <= kQuietest) return;
+    const auto in = static_cast<double>(measured.back().level);
+    const double out =
+        in - static_cast<double>(measured.back().reduction) + static_cast<double>(roles.Number("makeup"));
+    const QPointF now = CurvePoint(area, in, out);
+    canvas.Line(now.x(), now.y(), now.x(), area.bottom(), WithOpacity(Colour("text"), 0.5F));
+    canvas.Ellipse(now, 4, Colour("text"));
 }
 
 std::vector<PictureHandle> CCurvePicture::Handles(const QRectF& area, const CPictureRoles& roles) const {
@@ -208,6 +217,30 @@ void CCurvePicture::Drag(int handle, const QPointF& place, const QRectF& area, C
     if (threshold >= 0) return;
     const double ratio = std::clamp(-threshold / std::max(0.01, out - threshold), 1.0, 20.0);
     roles.Set("ratio", static_cast<float>(std::log(ratio) / std::log(20.0)));
+}
+
+void CReductionPicture::Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const {
+    const auto height = [&](double decibels) { return area.height() * std::clamp(decibels / -kQuietest, 0.0, 1.0); };
+    const auto& measured = roles.Values().Measured();
+    const qreal way = area.width() / static_cast<qreal>(CPanelValues::kMeasuredTicks);
+    int ticks = 0;
+    const QRgb heard = WithOpacity(Palette().Accent(ESection::kMix), 0.55F);
+    for (auto now = measured.rbegin(); now != measured.rend(); ++now, ++ticks) {
+        const qreal left = std::floor(area.right() - (ticks + 1) * way);
+        const qreal width = std::floor(area.right() - ticks * way) - left;
+        const qreal level = height(static_cast<double>(now->level) - kQuietest);
+        const qreal taken = height(static_cast<double>(now->reduction));
+        canvas.Fill(QRectF(left, area.bottom() - level, width, level), heard);
+        if (taken >= 0.5) canvas.Fill(QRectF(left, area.top(), width, taken), accent);
+    }
+    const qreal threshold = area.top() + height(-static_cast<double>(roles.Number("threshold")));
+    for (qreal dash = area.left(); dash < area.right(); dash += 6) {
+        canvas.Line(dash, threshold, std::min(dash + 3, area.right()), threshold, Palette().Accent(ESection::kPattern));
+    }
+    const float most = measured.empty() ? 0.0F : measured.back().reduction;
+    canvas.Text(QRectF(area.left(), area.bottom() - 12, area.width(), 12),
+                QStringLiteral("%1 dB").arg(static_cast<double>(-most), 0, 'f', 1), Colour("textMuted"), 10,
+                Qt::AlignRight);
 }
 
 // --- Chorus and flanger --------------------------------------------------------------------------------------

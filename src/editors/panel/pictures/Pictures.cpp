@@ -29,6 +29,7 @@ constexpr std::array kPictures = {
     PictureRow{"taps", &Make<CTapsPicture>},
     PictureRow{"decay", &Make<CDecayPicture>},
     PictureRow{"curve", &Make<CCurvePicture>},
+    PictureRow{"reduction", &Make<CReductionPicture>},
     PictureRow{"swing", &Make<CSwingPicture>},
     PictureRow{"comb", &Make<CCombPicture>},
 };

@@ -64,12 +64,21 @@ public:
     void Drag(int handle, const QPointF& place, const QRectF& area, CPictureRoles& roles) const override;
 };
 
-// What a compressor makes of each level. Roles: threshold ratio knee makeup ceiling.
+// What a compressor makes of each level, and as a dot of the level now. Roles: threshold ratio knee makeup ceiling.
 class CCurvePicture : public CPanelPicture {
 public:
+    bool IsLive() const noexcept override { return true; }
     void Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const override;
     std::vector<PictureHandle> Handles(const QRectF& area, const CPictureRoles& roles) const override;
     void Drag(int handle, const QPointF& place, const QRectF& area, CPictureRoles& roles) const override;
+};
+
+// The last four seconds of a compressor: what it heard, from below, and how far it turned that down, from above. Roles:
+// threshold.
+class CReductionPicture : public CPanelPicture {
+public:
+    bool IsLive() const noexcept override { return true; }
+    void Draw(CCanvas& canvas, const QRectF& area, const CPictureRoles& roles, QRgb accent) const override;
 };
 
 // The delay of each voice of a chorus over a turn. Roles: voices depth delay spread shape.

@@ -128,6 +128,14 @@ enum EffectOpcodes : std::int32_t {
     effSetProcessPrecision = 77,
 };
 
+// Index of effVendorSpecific, for this program's own plug-ins: one that measures its input writes what it has measured
+// since it was asked last behind `pointer` and returns 1.
+constexpr std::int32_t kTellMeasured = FourCharacters('Q', 'b', 'L', 'v');
+struct Measured {
+    float level;      // the highest, dBFS; -120 is silence
+    float reduction;  // the greatest, dB, from 0 on
+};
+
 // What a key of a program is called, such as a drum.
 struct MidiKeyName {
     std::int32_t program;
