@@ -47,6 +47,7 @@ constexpr int kMetronome = 40005;
 constexpr int kCountIn0 = 40006;  // and the two that follow: its bars
 constexpr int kAddInstrument = 40080;
 constexpr int kAddEffect = 40081;
+constexpr int kFreeze = 40480;
 constexpr int kScale0 = 40010;  // and those that follow, one for each scale
 constexpr int kExport = 40030;
 constexpr int kImportMidi = 40320;

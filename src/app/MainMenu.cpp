@@ -217,6 +217,10 @@ void CMainWindow::BuildEditMenu() {
             &CMainWindow::InstrumentWanted);
     addWish(command::kAddEffect, TextKey("Add an effect ..."), Qt::CTRL | Qt::SHIFT | Qt::Key_I,
             &CMainWindow::EffectWanted);
+    QAction* const freeze = Add(*menu, command::kFreeze, TextKey("Freeze / unfreeze the instrument"),
+                                [this] { workstation.Freezing().Toggle(workstation.Selection().CurrentIndex()); });
+    connect(menu, &QMenu::aboutToShow, freeze,
+            [this, freeze] { freeze->setEnabled(workstation.Selection().CurrentIndex() >= 0); });
     connect(menu, &QMenu::aboutToShow, &edits, &CEditCommands::Update);
     edits.Update();
 }

@@ -62,6 +62,7 @@ constexpr int kGlyphMostUsed = 354;
 
 constexpr int kGlyphUndo = 410;
 constexpr int kGlyphSave = 411;
+constexpr int kGlyphFreeze = 420;
 
 constexpr int kGlyphPattern = 360;
 constexpr int kGlyphMore = 361;

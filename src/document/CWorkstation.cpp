@@ -85,6 +85,7 @@ void CWorkstation::Tick() {
     places.Tick();
     recording.Tick();
     session.Tick();
+    freezing.Tick();
 }
 
 void CWorkstation::FollowNotices() {

@@ -14,6 +14,7 @@
 #include "document/CAutomationRecording.h"
 #include "document/CContents.h"
 #include "document/CControllers.h"
+#include "document/CFreezing.h"
 #include "document/CInstrumentStack.h"
 #include "document/CLanes.h"
 #include "document/CMetronomeControl.h"
@@ -58,6 +59,7 @@ public:
     CNoteRecording& NoteRecording() noexcept { return noteRecording; }
     CMetronomeControl& Metronome() noexcept { return metronome; }
     CSession& Session() noexcept { return session; }
+    CFreezing& Freezing() noexcept { return freezing; }
 
     // Opens what the section "AudioSettings" names, or `device` if it is not empty. False when nothing
     // could be opened; the user has been told.
@@ -103,6 +105,7 @@ private:
     CNoteRecording noteRecording{context, selection};
     CMetronomeControl metronome{context};
     CSession session{context, {places, selection, stack, contents, presets, transport, song, controllers}};
+    CFreezing freezing{context, places, [this] { return session.GatherState(); }};
     std::map<std::uint32_t, std::pair<int, int>> limitsBefore;  // of instruments that learn one
 };
 

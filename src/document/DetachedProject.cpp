@@ -39,6 +39,7 @@ void CopySettings(CInstrument& from, CInstrument& to) {
     to.keyboardPosition = from.keyboardPosition;
     to.stripColour = from.stripColour;
     to.stripCollapsed = from.stripCollapsed;
+    to.isFrozen = from.isFrozen;
     to.arpeggiator.latch.Set(from.arpeggiator.latch.Get());
     to.eventPluginParameters = from.eventPluginParameters;
     to.presets = from.presets;

@@ -37,6 +37,7 @@ Folders::Folders(const QString& programFolder)
       pluginEffects(program + QStringLiteral("PluginEffects/")),
       programs(program + QStringLiteral("Programs/")),
       loops(program + QStringLiteral("Loops/")),
+      frozen(program + QStringLiteral("Frozen/")),
       backups(program + QStringLiteral("Backups/")),
       currentProject(program + QStringLiteral("current.prg")),
       backupProject(program + QStringLiteral("backup.prg")),

@@ -20,6 +20,7 @@ struct Folders {
     QString pluginEffects;
     QString programs;
     QString loops;  // the user's own
+    QString frozen;  // rendered instruments, which may be removed at any time
     QString backups;
     QString currentProject;  // file written at exit
     QString backupProject;   // file written while the program runs

@@ -25,6 +25,11 @@ struct BlockInstrument {
     // The stereo signal at the end of the instrument's chain; null when it has none in this block.
     const float* left = nullptr;
     const float* right = nullptr;
+    const CAudioPlanes* take = nullptr;  // the channels of a take that plays in place of the plug-in's outputs
+
+    const float* Output(int channel) const noexcept {
+        return take != nullptr ? take->Plane(channel) : plugin->Output(channel);
+    }
 };
 
 // A beat that is counted in before playing.

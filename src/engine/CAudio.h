@@ -119,6 +119,8 @@ public:
     // The strips of the last block, in the order of the instruments that sound. Frame i of a strip's output
     // is mixLeft[i] * mixGainLeft, and likewise on the right; valid until the next block.
     std::span<const StripJob> Strips() const noexcept { return mixer.Strips(); }
+    // What the last block was rendered from, with each instrument's signal before its strip; until the next one.
+    const BlockContext& LastBlock() const noexcept { return block; }
     // Frames of the last block, first and end, in which a shared effect gave its output into the mix.
     std::pair<int, int> EffectSpan(int send) const noexcept { return effects.Span(send); }
 

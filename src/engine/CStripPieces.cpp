@@ -110,8 +110,8 @@ void CStripPieces::Fill(const BlockInstrument& entry, int end) noexcept {
     StripInput values{ValuesOf(strip), strip.soloMuted.Get()};
     values.hasSendOutputs = entry.plugin->FeedsSends() && entry.plugin->OutputCount() >= SendOutput(kSendCount);
     for (int send = 0; values.hasSendOutputs && send < kSendCount; ++send) {
-        job->extraLeft[send] = entry.plugin->Output(SendOutput(send));
-        job->extraRight[send] = entry.plugin->Output(SendOutput(send) + 1);
+        job->extraLeft[send] = entry.Output(SendOutput(send));
+        job->extraRight[send] = entry.Output(SendOutput(send) + 1);
     }
     auto gains = crossfade.end() - 1;
     while (gains->frame > begin) --gains;

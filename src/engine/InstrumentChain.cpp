@@ -2,9 +2,12 @@
 #include "engine/InstrumentChain.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "engine/BlockTime.h"
+#include "engine/FrozenPlaying.h"
+#include "engine/NoteEvents.h"
 #include "engine/ParameterChange.h"
 
 namespace quib {
@@ -66,7 +69,13 @@ void AddLaneEvents(CInstrument& instrument, const BlockContext& block) noexcept 
         std::rotate(events.begin(), events.begin() + notes, events.end());
 }
 
-bool BeginsNote(const BlockEvent& event) noexcept { return (event.status & 0xf0) == kNoteOn && event.data2 > 0; }
+// For so long the plug-in of a frozen instrument sounds on after the last key.
+constexpr double kKeySeconds = 0.5;
+constexpr float kKeyUnheard = 1e-5F;
+
+bool IsHeard(const float* samples, int frames) noexcept {
+    return std::any_of(samples, samples + frames, [](float sample) { return std::abs(sample) > kKeyUnheard; });
+}
 
 class CChain {
 public:
@@ -79,18 +88,71 @@ public:
           events(play.blockEvents.Items()) {}
 
     void Run() noexcept {
+        const ESoundSource source = SoundSourceOf(entry, block);
+        if (source == ESoundSource::kTake) {
+            RunOverTake();
+        } else {
+            RunPlugin(source == ESoundSource::kTakeEnds);
+        }
+        events.resize(keptEvents);
+    }
+
+private:
+    void RunPlugin(bool takeEnds) noexcept {
+        AddLaneEvents(instrument, block);
+        const bool wasTake = play.frozen.next >= 0;
+        if (wasTake && !entry.plugin->FeedsSends()) StrikeHeldNotes(play);
         CollectEvents();
+        if (takeEnds) {
+            EndTake(entry, block);
+            SoundPlugin(false);
+        }
+        if (wasTake) play.frozen = {};
+        RunPieces();
+    }
+
+    // The plug-in is rendered only for keys that are played live, and for its end when the take begins.
+    void RunOverTake() noexcept {
+        const bool begins = play.frozen.next < 0;
+        const bool hasKeys = !play.liveKeys.Items().empty() || !play.liveEvents.Items().empty();
+        HoldNotes(play);
+        if (begins) EndOthersThanKeys(play, *entry.plugin);
+        CollectEvents();
+        PlayTake(entry, block);
+        if (begins || hasKeys || play.frozen.keyFrames > 0) {
+            const bool isHeard = SoundPlugin(begins && !hasKeys);
+            play.frozen.keyFrames = std::max(0, play.frozen.keyFrames - block.frames);
+            if (hasKeys || (!begins && isHeard))
+                play.frozen.keyFrames = static_cast<int>(kKeySeconds * block.sampleRate);
+        } else {
+            events.clear();
+            rendered = block.frames;
+        }
+        RunPieces();
+    }
+
+    // Adds a whole block of the plug-in to the take, and tells whether it is heard.
+    bool SoundPlugin(bool fadesOut) noexcept {
+        const float* const left = entry.left;
+        const float* const right = entry.right;
+        RenderTo(block.frames);
+        const float* const plugin[] = {entry.left, entry.right};
+        entry.left = left;
+        entry.right = right;
+        if (plugin[0] == left) return false;
+        AddPlugin(entry, plugin[0], plugin[1], block.frames, fadesOut);
+        return IsHeard(plugin[0], block.frames) || IsHeard(plugin[1], block.frames);
+    }
+
+    void RunPieces() noexcept {
         CStripPieces::TakeEqualizer(instrument);
         if (ChangesWithin()) {
             for (const GridPoint& point : block.grid.Points()) PlayPoint(point);
         }
         RenderTo(block.frames);
-        events.resize(keptEvents);
     }
 
-private:
     void CollectEvents() noexcept {
-        AddLaneEvents(instrument, block);
         // What finds no room waits, but for notes that would begin.
         std::erase_if(play.liveEvents.Items(), [&](const LiveEvent& event) {
             const BlockEvent placed{event.status, event.data1, event.data2, FrameOf(event.time, block)};
@@ -139,9 +201,19 @@ private:
 
     void PlaySlot(int slot, float position, int frame) noexcept {
         PlayMixLanes(slot, position, frame);
-        const auto before = [&] { RenderTo(frame); };
-        PlayPluginLanes(entry.plugin, slot, position, before);
-        for (CPlugin* const insert : entry.inserts) PlayPluginLanes(insert, slot, position, before);
+        if (entry.take != nullptr) return;  // all that it plays is rendered
+        PlayLanes(entry.plugin, 0, slot, position, frame);
+        for (std::size_t index = 0; index < kInsertCount; ++index)
+            PlayLanes(entry.inserts[index], 1 + index, slot, position, frame);
+    }
+
+    // What lanes move that a take does not have makes the plug-in another one than it was rendered from.
+    void PlayLanes(CPlugin* plugin, std::size_t place, int slot, float position, int frame) noexcept {
+        PlayPluginLanes(plugin, slot, position, [&] {
+            RenderTo(frame);
+            const FrozenSound& sound = instrument.frozen.ForRender();
+            if (sound.take && sound.source.lanes[place].get() != &plugin->lanes.ForRender()) plugin->CountEdit();
+        });
     }
 
     void PlayMixLanes(int slot, float position, int frame) noexcept {

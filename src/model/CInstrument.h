@@ -18,6 +18,7 @@
 #include "model/CValue.h"
 #include "model/ChannelStrip.h"
 #include "model/Equalizer.h"
+#include "model/FrozenSound.h"
 #include "model/InstrumentPlayState.h"
 #include "model/Playlist.h"
 #include "model/Preset.h"
@@ -94,6 +95,7 @@ public:
     CPublished<CEventLanes> mixLanes;
     CPublished<Playlist> playlist;
     CPublished<BallSoundList> ballSounds;
+    CPublished<FrozenSound> frozen;  // no part of the project
 
     // From the editing thread to the render thread.
     CBoundedQueue<EqBandUpdate> eqPending{kMaximumPendingEqUpdates};
@@ -105,6 +107,7 @@ public:
     std::int32_t keyboardPosition = 36;
     std::int32_t stripColour = 0;                     // 0xRRGGBB + 1 of its strip in the console; 0: the console's own
     bool stripCollapsed = false;                      // its strip is shown small
+    bool isFrozen = false;                            // its plug-in rests where there is a take of it
     std::vector<std::int32_t> eventPluginParameters;  // plug-in parameters that have a lane shown
     std::vector<Preset> presets;
 

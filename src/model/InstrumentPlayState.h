@@ -94,6 +94,13 @@ struct LiveKey {
     bool rings = false;      // it is up, but the pedal holds its note
 };
 
+// What is played from a take that was rendered in advance.
+struct FrozenPlay {
+    std::int64_t next = -1;  // frame of the take behind what was played last; -1: nothing was
+    int keyFrames = 0;       // for which the plug-in is still rendered, since keys were struck
+    std::array<std::uint8_t, 128> struck{};  // velocities of the song's notes that sound
+};
+
 class CPlugin;
 
 struct InstrumentPlayState {
@@ -130,6 +137,7 @@ struct InstrumentPlayState {
     int stripSilence = -1;                 // how many frames without sound its strip took last; -1: none at all yet
     std::uint64_t lastBlock = 0;           // number of the last block that it was in,
     const CPlugin* heardBy = nullptr;      // and its plug-in there: compared, never followed
+    FrozenPlay frozen;
 
     // The value that automation gave each lane last; NaN: none since the transport started.
     std::array<float, kMixLaneCount> lastMixValue{};

@@ -120,6 +120,7 @@ void CInstrumentStripCtrl::ShowContent() {
     title->entryText = name;
     soloShown.Set(context.station.Stack().IsSolo(index) ? 1.0F : 0.0F);
     presetShown.Set(static_cast<float>(context.station.Presets().Recalled(instrument->Id())));
+    ShowFrozen();
     if (collapsed) return;
     plugin->SetText(SlotText(instrument->plugin.ForEdit().get(), Text("choose a plug-in")));
     channel->SetText(ChannelText(instrument->midi.channel.Get()));

@@ -56,6 +56,8 @@ public:
     bool IsHeightRight() const;
     // Takes over names, plug-ins and notes.
     void ShowContent();
+    // Its sign of a frozen instrument.
+    void ShowFrozen();
     // Draws the cells of the patterns anew.
     void PatternsChanged();
     // Ends what its keyboard holds, but for the keys that an arpeggiator plays unless `all`.
@@ -84,6 +86,7 @@ private:
     void BuildOpen(int newWidth);
     void BuildClosed(int newWidth);
     void AddName(int nameWidth);
+    void AddFrozenSign(int left, int top);
     void AddMixer(bool folded);
     void AddPan(bool folded, int left);
     CSwitchCtrl& AddStripSwitch(const QRect& area, CValue& bound, const QString& text, int info);
@@ -156,6 +159,9 @@ private:
     CLabelCtrl* number = nullptr;
     CImageCtrl* icon = nullptr;
     CLabelCtrl* title = nullptr;
+    int titleRoom = 0;
+    CSwitchCtrl* frozen = nullptr;
+    CValue frozenShown;
     CLabelMenuCtrl* plugin = nullptr;
     CLabelMenuCtrl* channel = nullptr;
     CSwitchCtrl* lamp = nullptr;

@@ -70,6 +70,11 @@ CWinControlMain::CWinControlMain(const CControlSettings& controlSettings, CWorks
     BuildSong();
     BuildStrips();
     connect(&station.Changes(), &CChanges::Changed, this, &CWinControlMain::Follow);
+    connect(&station.Freezing(), &CFreezing::Changed, this, [this](std::uint32_t id) {
+        for (CInstrumentStripCtrl* const strip : strips) {
+            if (strip->Instrument().Id() == id) strip->ShowFrozen();
+        }
+    });
     connect(&station.Selection(), &CSelection::CurrentChanged, this, [this] {
         for (CInstrumentStripCtrl* const strip : strips) strip->Refresh();
         song->ShowCurrent();

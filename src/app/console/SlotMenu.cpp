@@ -8,6 +8,7 @@
 #include "app/Dialogs.h"
 #include "app/FileDialogs.h"
 #include "app/ProgramNames.h"
+#include "app/console/FreezeMenu.h"
 #include "app/console/PatternMenu.h"
 #include "app/learn/LearnMenu.h"
 #include "controls/CLabelCtrl.h"
@@ -208,6 +209,8 @@ void FillInstrumentMenu(QMenu& menu, const ConsoleContext& context, std::uint32_
         if (target) AddLearnItems(*learn, station.Controllers(), *target, Text(text));
     }
     AddLearnItems(*learn, station.Controllers(), {EControlTarget::kSolo, instrument, 0}, Text("Solo"));
+    menu.addSeparator();
+    AddFreezeItems(menu, station, instrument);
     menu.addSeparator();
     menu.addAction(Text("Duplicate Instrument"),
                    with([&station](int index) { station.Stack().DuplicateInstrument(index); }));

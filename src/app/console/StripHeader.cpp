@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/console/CInstrumentStripCtrl.h"
+#include "app/console/FreezeMenu.h"
 #include "app/console/SlotMenu.h"
 #include "controls/CFaderCtrl.h"
 #include "controls/CImageCtrl.h"
@@ -22,6 +23,7 @@ namespace quib {
 namespace {
 constexpr int kKeyboardVelocity = 100;
 constexpr int kTitleLeft = 72;
+constexpr int kFrozenRoom = 32;  // of the sign behind a title
 }  // namespace
 
 void CInstrumentStripCtrl::AddName(int nameWidth) {
@@ -49,6 +51,37 @@ void CInstrumentStripCtrl::AddName(int nameWidth) {
     };
     title->onAlternativeClick = onAlternativeClick;
     title->captureOnClick = false;
+    titleRoom = nameWidth;
+    AddFrozenSign(kTitleLeft + nameWidth - kFrozenRoom + 2, top);
+}
+
+void CInstrumentStripCtrl::AddFrozenSign(int left, int top) {
+    frozen = &AddChild<CSwitchCtrl>(0U, left, top, kFrozenRoom - 4, 24, &frozenShown, picture::kGlyphFreeze);
+    frozen->section = ESection::kMix;
+    frozen->fontHeight = 10;
+    frozen->name = Text("Freeze");
+    frozen->onChange = [this](CControl&) { context.station.Freezing().Toggle(Index()); };
+    frozen->onAlternativeClick = [this](CControl&) {
+        PopUpMenu(Owner(), [this](QMenu& menu) { AddFreezeItems(menu, context.station, instrument->Id()); });
+    };
+}
+
+// Where it is frozen it shows the sign, and the share of what is rendered; in the colour of a warning what is not up
+// to date.
+void CInstrumentStripCtrl::ShowFrozen() {
+    const CFreezing::State state = context.station.Freezing().StateOf(*instrument);
+    const bool isShown = state.state != CFreezing::EState::kLive;
+    const bool isRendering = state.state == CFreezing::EState::kRendering;
+    const bool isPlayed = state.state == CFreezing::EState::kFrozen && state.reason.isEmpty();
+    frozen->onColour = isPlayed ? 0 : Palette().Colour(QStringLiteral("pattern"));
+    frozen->glyph = isRendering ? -1 : picture::kGlyphFreeze;
+    frozen->label = isRendering ? QStringLiteral("%1%").arg(state.percent) : QString();
+    frozen->infoText = FrozenHelp(state);
+    frozenShown.Set(isShown && !isRendering ? 1.0F : 0.0F);
+    frozen->SetVisible(isShown);
+    title->SetSize(isShown ? titleRoom - kFrozenRoom : titleRoom, title->Height());
+    title->Refresh();
+    frozen->Refresh();
 }
 
 CSwitchCtrl& CInstrumentStripCtrl::AddStripSwitch(const QRect& area, CValue& bound, const QString& text, int info) {

@@ -36,7 +36,7 @@ private:
         std::size_t fields;  // the fewest that a line needs, the key included
         Handler handler;
     };
-    static const std::array<Record, 19> kRecords;
+    static const std::array<Record, 20> kRecords;
 
     bool ReadRecord();
     bool ReadField(std::span<const InstrumentField> fields);
@@ -47,6 +47,7 @@ private:
     void ReadIcon() { instrument->icon = std::clamp(reader.Integer(1), 0, kLargestIcon); }
     void ReadStripColour() { instrument->stripColour = std::clamp(reader.Integer(1), 0, kLargestColour); }
     void ReadLatch() { instrument->arpeggiator.latch.Set(reader.Integer(1) != 0 ? 1.0F : 0.0F); }
+    void ReadFrozen() { instrument->isFrozen = reader.Integer(1) != 0; }
     void ReadStripCollapsed() { instrument->stripCollapsed = reader.Integer(1) != 0; }
     void ReadKeyboardOn() { instrument->keyboardOn.Set(reader.Integer(1) != 0 ? 1.0F : 0.0F); }
     void ReadKeyboardPosition() { instrument->keyboardPosition = std::clamp(reader.Integer(1), 0, kHighestKey); }
@@ -89,11 +90,12 @@ private:
     bool presetsFull = false;
 };
 
-const std::array<CInstrumentReader::Record, 19> CInstrumentReader::kRecords = {{
+const std::array<CInstrumentReader::Record, 20> CInstrumentReader::kRecords = {{
     {"TITLE", 2, &CInstrumentReader::ReadTitle},
     {"ICONE", 2, &CInstrumentReader::ReadIcon},
     {"STRIP_COLOUR", 2, &CInstrumentReader::ReadStripColour},
     {"STRIP_COLLAPSED", 2, &CInstrumentReader::ReadStripCollapsed},
+    {"FROZEN", 2, &CInstrumentReader::ReadFrozen},
     {"ARPEG_LATCH", 2, &CInstrumentReader::ReadLatch},
     {"KEYBOARDON", 2, &CInstrumentReader::ReadKeyboardOn},
     {"KEYBOARD_POSITION", 2, &CInstrumentReader::ReadKeyboardPosition},

@@ -61,6 +61,7 @@ void WriteInsert(CRecordWriter& writer, CInstrument& instrument, std::size_t ind
 void WriteLook(CRecordWriter& writer, const CInstrument& instrument) {
     if (instrument.stripColour != 0) writer.IntegerLine("STRIP_COLOUR", instrument.stripColour);
     if (instrument.stripCollapsed) writer.IntegerLine("STRIP_COLLAPSED", 1);
+    if (instrument.isFrozen) writer.IntegerLine("FROZEN", 1);
     if (instrument.arpeggiator.latch.IsOn()) writer.IntegerLine("ARPEG_LATCH", 1);
 }
 

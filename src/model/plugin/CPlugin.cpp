@@ -146,6 +146,7 @@ bool CPlugin::SelectProgram(int program) {
     if (program < 0 || program >= ProgramCount()) return false;
     if (CurrentProgram() == program) return true;
     const CExclusive exclusive(*this);
+    CountEdit();
     ChangeProgram(program);
     return true;
 }
@@ -167,6 +168,7 @@ void CPlugin::ReportThrown(EPluginCall call) noexcept {
 }
 
 EBankResult CPlugin::LoadBank(std::span<const std::byte> image) {
+    CountEdit();
     const EBankResult result = TakeBank(image);
     if (result != EBankResult::kDone) return result;
     KeepState({std::make_shared<const StateImage>(image.begin(), image.end()), CurrentProgram()});
@@ -187,6 +189,7 @@ CPlugin::StoredState CPlugin::LastState() const {
 void CPlugin::KeepState(StoredState state) {
     const std::lock_guard lock(storedMutex);
     std::swap(stored, state);
+    keptEdits.store(Edits(), std::memory_order_relaxed);
 }
 
 CPlugin::CExclusive::CExclusive(CPlugin& owner) noexcept : plugin(owner) {
@@ -222,7 +225,10 @@ bool CPlugin::SendEvents(std::span<const BlockEvent> events) noexcept {
     if (!call.Entered()) return false;
     const auto taken = events.first(std::min(events.size(), kMaximumBlockEvents));
     TakeEvents(taken);
-    for (const BlockEvent& event : taken) keysDown.Follow(event);
+    for (const BlockEvent& event : taken) {
+        keysDown.Follow(event);
+        if ((event.status & 0xf0) == kProgramChange) CountEdit();
+    }
     return true;
 }
 
@@ -233,6 +239,7 @@ float CPlugin::Parameter(int index) noexcept {
 void CPlugin::SetParameter(int index, float value) noexcept {
     if (index < 0 || index >= static_cast<int>(parameters.size()) || std::isnan(value)) return;
     const CPluginCallScope inside(this, marked, EPluginCall::kParameter);
+    CountEdit();
     WriteParameter(index, std::clamp(value, 0.0F, 1.0F));
 }
 
@@ -242,10 +249,16 @@ void CPlugin::SendInternalCode(std::int32_t code, float value) noexcept {
     WriteParameter(code, value);
 }
 
-bool CPlugin::PlayParameter(int index, float value) noexcept {
+bool CPlugin::PlayUncounted(int index, float value) noexcept {
     const CRenderCall call(*this, EPluginCall::kParameter);
-    if (call.Entered()) SetParameter(index, value);
+    const bool has = index >= 0 && index < static_cast<int>(parameters.size()) && !std::isnan(value);
+    if (call.Entered() && has) WriteParameter(index, std::clamp(value, 0.0F, 1.0F));
     return call.Entered();
+}
+
+bool CPlugin::PlayParameter(int index, float value) noexcept {
+    CountEdit();
+    return PlayUncounted(index, value);
 }
 
 std::optional<float> CPlugin::PlayedParameter(int index) noexcept {
@@ -264,7 +277,7 @@ void CPlugin::AutomateParameter(int index, float value) noexcept {
     float& last = lastAutomation[static_cast<std::size_t>(index)];
     if (IsHeld(index)) {
         last = std::numeric_limits<float>::quiet_NaN();  // comes back when it is let go
-    } else if (PlayParameter(index, value)) {
+    } else if (PlayUncounted(index, value)) {
         last = value;
     }
 }
@@ -347,6 +360,7 @@ void CPlugin::ReportParameter(int index, float value) {
     // Reports from inside a call of ours (a whole bank may send a thousand) are not the user's doing.
     if (CPluginCallScope::IsInside(this) || editingThread != std::this_thread::get_id()) return;
     if (index < 0 || index >= static_cast<int>(parameters.size())) return;
+    CountEdit();
     if (environment.parameterChanged) environment.parameterChanged(*this, index, value);
 }
 

@@ -92,6 +92,12 @@ public:
     StoredState LastState() const;
     void KeepState(StoredState state);
 
+    // That is what it was left at, automation apart.
+    bool IsLastStateLeft() const noexcept { return keptEdits.load(std::memory_order_relaxed) == Edits(); }
+    // Another number after every change of its state that is not automation's. Any thread.
+    std::uint64_t Edits() const noexcept { return edits.load(std::memory_order_relaxed); }
+    void CountEdit() noexcept { edits.fetch_add(1, std::memory_order_relaxed); }
+
     // The plug-in's own window, inside a window of the display (its native number).
     struct EditorSize {
         int width = 0;  // pixels of the screen
@@ -276,6 +282,7 @@ private:
     bool CheckCategory(ESlotKind kind, std::string& error);
     bool Finish(std::string& error);
     void RecogniseBuiltIn();
+    bool PlayUncounted(int index, float value) noexcept;
     void CallRender(const float* const* from, int frames, int first) noexcept;
     void ApplyFade(int frames, int first) noexcept;
     bool OutputsAreSane(int frames, int first) const noexcept;
@@ -317,6 +324,8 @@ private:
     mutable std::mutex storedMutex;
     StoredState stored;
     std::atomic<int> latency{0};
+    std::atomic<std::uint64_t> edits{0};
+    std::atomic<std::uint64_t> keptEdits{0};  // when its state was stored
 };
 
 // Marks the calling thread as one that renders, for its life. Plug-ins that call back from such a

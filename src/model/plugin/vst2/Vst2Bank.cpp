@@ -144,6 +144,7 @@ EBankResult CVst2Plugin::TakeBank(std::span<const std::byte> image) {
 }
 
 EBankResult CVst2Plugin::LoadProgram(std::span<const std::byte> image) {
+    CountEdit();
     ImageHeader header;
     if (const EBankResult result = CheckHeader(image, header); result != EBankResult::kDone) return result;
     const CImageNumbers numbers(image, header.reversed);
