@@ -19,7 +19,7 @@ struct Folders {
     QString pluginInstruments;
     QString pluginEffects;
     QString programs;
-    QString loops;  // the user's own
+    QString loops;   // the user's own
     QString frozen;  // rendered instruments, which may be removed at any time
     QString backups;
     QString currentProject;  // file written at exit

@@ -96,8 +96,8 @@ struct LiveKey {
 
 // What is played from a take that was rendered in advance.
 struct FrozenPlay {
-    std::int64_t next = -1;  // frame of the take behind what was played last; -1: nothing was
-    int keyFrames = 0;       // for which the plug-in is still rendered, since keys were struck
+    std::int64_t next = -1;                  // frame of the take behind what was played last; -1: nothing was
+    int keyFrames = 0;                       // for which the plug-in is still rendered, since keys were struck
     std::array<std::uint8_t, 128> struck{};  // velocities of the song's notes that sound
 };
 
