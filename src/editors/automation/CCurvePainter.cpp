@@ -109,14 +109,26 @@ void CCurvePainter::Find(const CLaneView& view, double scale, const QPoint& orig
     FindColumns(scale, margin);
 }
 
-void CCurvePainter::FillRow(QRgb* line, int y) const {
+// What there is of a column in some rows.
+CCurvePainter::EPart CCurvePainter::PartOf(std::size_t column, int firstRow, int endRow) const noexcept {
+    const bool apart = top[column] >= endRow || foot[column] <= firstRow;
+    if (!apart) return top[column] <= firstRow && foot[column] >= endRow ? EPart::kLine : EPart::kMixed;
+    if (below[column] >= endRow) return EPart::kNothing;
+    return below[column] <= firstRow ? EPart::kGround : EPart::kMixed;
+}
+
+void CCurvePainter::FillRow(QRgb* line, int y, EPart part, int from, int to) const {
     const QRgb colour = stroke.colour;
     const QRgb eighth = (colour >> 3) & 0x001f1f1f;
+    if (part == EPart::kLine) return static_cast<void>(std::fill(line + from, line + to, colour));
+    if (part == EPart::kGround) {
+        for (int x = from; x < to; ++x) line[x] = WithEighth(line[x], eighth);
+        return;
+    }
     const int* const tops = top.data();
     const int* const feet = foot.data();
     const int* const grounds = below.data();
-    const int width = area.width();
-    for (int x = 0; x < width; ++x) {
+    for (int x = from; x < to; ++x) {
         const QRgb under = y >= grounds[x] ? WithEighth(line[x], eighth) : line[x];
         line[x] = (y >= tops[x]) & (y < feet[x]) ? colour : under;
     }
@@ -127,15 +139,17 @@ void CCurvePainter::Smooth(QRgb* pixels, int firstRow, int endRow) const {
     const int width = area.width();
     const auto smooth = [&](int column, int from, int to) {
         const std::size_t begin = static_cast<std::size_t>(column) * kShares;
+        const float* const upper = edges.upper.data() + begin;
+        const float* const lower = edges.lower.data() + begin;
         for (int y = std::max(from, firstRow); y < std::min(to, endRow); ++y) {
             const auto row = static_cast<float>(y);
-            float covered = 0;
-            for (std::size_t share = begin; share < begin + kShares; ++share) {
-                const float high = std::max(edges.upper[share], row);
-                covered += std::max(0.0F, std::min(edges.lower[share], row + 1) - high);
-            }
+            // All at once, then their sum.
+            std::array<float, kShares> covered;
+            for (std::size_t share = 0; share < kShares; ++share)
+                covered[share] = std::max(0.0F, std::min(lower[share], row + 1) - std::max(upper[share], row));
+            const float sum = covered[0] + covered[1] + covered[2] + covered[3];
             QRgb& pixel = pixels[static_cast<std::ptrdiff_t>(y - firstRow) * width + column];
-            pixel = Blended(pixel, stroke.colour, static_cast<unsigned>(covered * (256.0F / kShares)));
+            pixel = Blended(pixel, stroke.colour, static_cast<unsigned>(sum * (256.0F / kShares)));
         }
     };
     for (int column = 0; column < width; ++column) {
@@ -150,8 +164,15 @@ void CCurvePainter::Draw(std::span<QRgb> pixels, int firstRow) const {
     const int width = area.width();
     if (width <= 0) return;
     const int rows = static_cast<int>(pixels.size()) / width;
-    for (int row = 0; row < rows; ++row)
-        FillRow(pixels.data() + static_cast<std::ptrdiff_t>(row) * width, firstRow + row);
+    // Most columns are the same in all rows of a band, and so are those beside them.
+    for (int from = 0, to = 0; from < width; from = to) {
+        const EPart part = PartOf(static_cast<std::size_t>(from), firstRow, firstRow + rows);
+        for (to = from + 1; to < width && PartOf(static_cast<std::size_t>(to), firstRow, firstRow + rows) == part;)
+            ++to;
+        if (part == EPart::kNothing) continue;
+        for (int row = 0; row < rows; ++row)
+            FillRow(pixels.data() + static_cast<std::ptrdiff_t>(row) * width, firstRow + row, part, from, to);
+    }
     Smooth(pixels.data(), firstRow, firstRow + rows);
 }
 

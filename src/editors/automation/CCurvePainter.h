@@ -38,7 +38,9 @@ private:
     void FindCentre(const CLaneView& view, double scale, const QPoint& origin, const PointList& points, int margin);
     void FindEdges(double radius, int margin);
     void FindColumns(double scale, int margin);
-    void FillRow(QRgb* line, int y) const;
+    enum class EPart { kNothing, kLine, kGround, kMixed };
+    EPart PartOf(std::size_t column, int firstRow, int endRow) const noexcept;
+    void FillRow(QRgb* line, int y, EPart part, int from, int to) const;
     void Smooth(QRgb* pixels, int firstRow, int endRow) const;
 
     QRect area;

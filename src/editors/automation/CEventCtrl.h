@@ -4,6 +4,7 @@
 // The curve of one lane: draws its points over the grid and the notes, forwards the hands. It stands in a window of
 // its own or below a grid whose time axis it shares. User-interface thread.
 
+#include "editors/automation/CCrowdPainter.h"
 #include "editors/automation/CCurvePainter.h"
 #include "editors/automation/CLaneCatalog.h"
 #include "editors/automation/CLaneGestures.h"
@@ -68,6 +69,19 @@ private:
     void PaintScale();
     void PaintHeader(const QRect& part);
     void PaintRest();
+    // The points of a part, and how they are seen.
+    struct PointsInSight {
+        std::uint32_t first = 0;
+        float to = 0;                           // steps
+        PointSelection::const_iterator chosen;  // the first of them that is
+        bool crowded = false;                   // only those that are meant are seen
+        bool many = false;                      // as small squares, being that many
+    };
+    PointsInSight InSight(const QRect& part) const;
+    // `paint(index, place, isChosen)` for each that is seen.
+    template <class Visit>
+    void VisitPoints(const PointsInSight& sight, const Visit& paint) const;
+    void FindCrowd(const QRect& part, const QRect& area);
     void PaintPoints(const QRect& part);
     void PaintPoint(std::uint32_t index, bool chosen, QRgb accent);
     void PaintMarquee();
@@ -92,6 +106,7 @@ private:
     CLaneEdit edit;
     CLaneGestures gestures{edit, view};
     CCurvePainter lineNow, lineBefore;
+    CCrowdPainter crowd;
     bool showsBefore = false;  // in what is painted
     LaneClip clip;
     std::optional<LaneEntry> lane;

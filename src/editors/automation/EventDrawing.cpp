@@ -16,11 +16,6 @@ namespace {
 
 constexpr int kNotesLow = 24;  // keys that the notes behind are spread over
 constexpr int kNotesHigh = 96;
-constexpr double kNear = 8;     // pixels: points closer than that are small squares
-constexpr int kBandRows = 32;   // of the screen, that are made at once
-constexpr double kCrowd = 4;    // pixels a point: with less only those that are meant are seen
-constexpr int kMostDiscs = 64;  // of points that are selected in a crowd
-constexpr double kCovered = 1;  // pixels from the point before
 
 // Values with a line of their own on the scale of a filter, as hertz.
 constexpr std::array kHertz = {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 16000};
@@ -96,6 +91,8 @@ void CEventCtrl::PaintGround(const QRect& part) {
         marks.emplace_back(0, top, area.width(), std::max(1, pixel(1)));
     }
     PrepareLines(part, area);
+    FindCrowd(part, area);
+    constexpr int kBandRows = CCrowdPainter::kBandRows;  // of the screen, that are made at once
     std::vector<QRgb> band;
     for (int row = 0; row < area.height(); row += kBandRows) {
         const int rows = std::min(kBandRows, area.height() - row);
@@ -111,6 +108,7 @@ void CEventCtrl::PaintGround(const QRect& part) {
         }
         if (showsBefore) lineBefore.Draw(band, row);
         if (lane) lineNow.Draw(band, row);
+        crowd.Draw(band, row);
         for (int line = 0; line < rows; ++line) {
             const QRectF place(area.left() / scale, (area.top() + row + line) / scale, area.width() / scale, 1 / scale);
             Canvas().FillLines(place, std::span(band).subspan(static_cast<std::size_t>(line) * columns, columns));
@@ -221,55 +219,6 @@ void CEventCtrl::PaintRest() {
     const QRgb accent = Accent();
     for (double dot = view.scaleWidth; dot < std::min<double>(first, Width()); dot += 6)
         Canvas().Fill(Shape(dot, std::floor(view.YOf(*now)), 2, 1), accent);
-}
-
-void CEventCtrl::PaintPoint(std::uint32_t index, bool chosen, QRgb accent) {
-    const PointList& points = *edit.State().points;
-    const QPointF place = PlaceOf(points[index]);
-    const auto isNear = [&](std::size_t other) {
-        if (other >= points.size()) return false;
-        const QPointF way = PlaceOf(points[other]) - place;
-        return std::hypot(way.x(), way.y()) < kNear;
-    };
-    const bool large = chosen || hovered == index;
-    if (!large && (isNear(std::size_t{index} - 1) || isNear(std::size_t{index} + 1)))
-        return Canvas().Fill(QRectF(place.x() - 1.5, place.y() - 1.5, 3, 3), accent);
-    Canvas().Ellipse(place, large ? 6 : 5, accent);
-    Canvas().Ellipse(place, large ? 4.5 : 3, Colour(chosen ? "thumbHover" : "gridOff"));
-}
-
-void CEventCtrl::PaintPoints(const QRect& part) {
-    const LaneState& state = edit.State();
-    const PointList& points = *state.points;
-    const auto from = static_cast<float>(view.StepAt(part.left() - 8));
-    const auto to = static_cast<float>(view.StepAt(part.right() + 9));
-    const auto index = [&](float step) {
-        return static_cast<std::uint32_t>(
-            std::lower_bound(points.begin(), points.end(), step,
-                             [](const Point& point, float wanted) { return point.x < wanted; }) -
-            points.begin());
-    };
-    const bool crowded = static_cast<double>(PointCount(points, from, to)) * kCrowd > part.width() + 16;
-    auto chosen = std::lower_bound(state.selection.begin(), state.selection.end(), index(from));
-    const auto chosenEnd = std::upper_bound(chosen, state.selection.end(), index(to));
-    const bool many = crowded && chosenEnd - chosen > kMostDiscs;
-    const QRgb accent = Accent();
-    const QRgb chosenColour = Colour("thumbHover");
-    QPointF last(-1e6, 0);
-    for (std::uint32_t point = index(from); point < points.size() && points[point].x <= to; ++point) {
-        const bool isChosen = chosen != state.selection.end() && *chosen == point;
-        if (isChosen) ++chosen;
-        if (crowded && !isChosen && hovered != point) continue;
-        const QPointF place = PlaceOf(points[point]);
-        // A hidden one costs nothing.
-        if ((place - last).manhattanLength() < kCovered) continue;
-        last = place;
-        if (many) {
-            Canvas().Fill(QRectF(place.x() - 1.5, place.y() - 1.5, 3, 3), chosenColour);
-        } else {
-            PaintPoint(point, isChosen, accent);
-        }
-    }
 }
 
 void CEventCtrl::PaintMarquee() {
