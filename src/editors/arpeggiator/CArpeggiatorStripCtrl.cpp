@@ -26,13 +26,14 @@ void CArpeggiatorStripCtrl::Show(std::vector<Note> next, bool isSilent) {
 
 void CArpeggiatorStripCtrl::Draw() {
     Canvas().Fill(Rectangle(), Colour("glass"));
-    for (int step = 0; step < kSteps; step += 4) {
-        Canvas().Fill(QRectF(X() + step * kStep, Y(), 1, kHeight), Colour(step % 16 == 0 ? "gridBar" : "gridBeat"));
-    }
     if (silent)
         return Canvas().Text(QRectF(Rectangle()), Text("Keys are silent: show the strip's keyboard"), Colour("warning"),
                              10);
     if (notes.empty()) return Canvas().Text(QRectF(Rectangle()), Text("Hold keys to hear it"), Colour("textMuted"), 10);
+    // Not behind a text, which they would strike through.
+    for (int step = 0; step < kSteps; step += 4) {
+        Canvas().Fill(QRectF(X() + step * kStep, Y(), 1, kHeight), Colour(step % 16 == 0 ? "gridBar" : "gridBeat"));
+    }
     const auto [lowest, highest] =
         std::minmax_element(notes.begin(), notes.end(), [](const Note& a, const Note& b) { return a.key < b.key; });
     const double span = std::max(1, highest->key - lowest->key);
