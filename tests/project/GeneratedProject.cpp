@@ -102,6 +102,7 @@ std::shared_ptr<CInstrument> FullInstrument() {
     instrument->stripColour = 0x8040c1;
     instrument->stripCollapsed = true;
     instrument->arpeggiator.latch.Set(1.0F);
+    instrument->isFrozen = true;
     instrument->midiLanes.Prepare(Points(3, kMidiLaneCount, 64.0F));
     instrument->mixLanes.Prepare(Points(3, kMixLaneCount, 0.5F));
     instrument->playlist.Prepare(std::make_shared<const Playlist>(Playlist{{3, 0, 0}, {9, 32, 1}}));
