@@ -2,7 +2,6 @@
 #include "project/ProjectFile.h"
 
 #include <clocale>
-#include <regex>
 
 #include "Testing.h"
 #include "fuzz/FuzzTargets.h"
@@ -74,13 +73,17 @@ TEST(ProjectFile, TheGeneratedProjectHoldsEveryKey) {
 // What stands in quotes in the first column of the tables of records.
 std::set<std::string, std::less<>> RecordsOfManual(const char* language) {
     std::ifstream file(std::string(QUIB_SOURCE_DIR "/docs/manual/") + language + ".md");
-    const std::regex record("`([A-Z][A-Z0-9_]+)`");
+    constexpr const char* kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
     std::set<std::string, std::less<>> named;
     for (std::string line; std::getline(file, line);) {
         if (!line.starts_with("| `")) continue;
         const std::string column = line.substr(0, line.find('|', 1));
-        for (std::sregex_iterator found(column.begin(), column.end(), record), end; found != end; ++found)
-            named.insert((*found)[1]);
+        for (auto begin = column.find('`'); begin != std::string::npos; begin = column.find('`', begin)) {
+            const auto end = column.find('`', ++begin);
+            const std::string word = column.substr(begin, end - begin);
+            if (word.size() > 1 && word.find_first_not_of(kLetters) == std::string::npos) named.insert(word);
+            begin = end == std::string::npos ? end : end + 1;
+        }
     }
     return named;
 }
