@@ -10,7 +10,7 @@ namespace quib {
 namespace {
 
 using Samples = std::vector<float>;
-using EState = CFreezing::EState;
+using EFreezing = CFreezing::EState;
 
 double Largest(const Samples& one, const Samples& other) {
     double largest = one.size() == other.size() ? 0 : 9;
@@ -63,12 +63,12 @@ protected:
         Audio().Post({EngineCommand::EKind::kPlay});
         return Listen(blocks);
     }
-    bool Await(EState wanted, int milliseconds = 20000) {
+    bool Await(EFreezing wanted, int milliseconds = 20000) {
         return QTest::qWaitFor([&] { return workstation->Tick(), State().state == wanted; }, milliseconds);
     }
     void Freeze() {
         Freezing().Freeze(0);
-        ASSERT_TRUE(Await(EState::kFrozen)) << State().reason.toStdString() << told.toStdString();
+        ASSERT_TRUE(Await(EFreezing::kFrozen)) << State().reason.toStdString() << told.toStdString();
         workstation->Tick();
     }
     // After a block.
@@ -104,7 +104,7 @@ TEST_F(FreezeTest, ATakeSoundsAsThePluginDoesWhichRestsMeanwhile) {
 
         // One call, and it plays again.
         Freezing().Thaw(0);
-        EXPECT_EQ(State().state, EState::kLive);
+        EXPECT_EQ(State().state, EFreezing::kLive);
         const Samples again = PlaySong();  // but for noise, which goes on
         EXPECT_NEAR(*std::ranges::max_element(again), *std::ranges::max_element(live), 0.05);
         EXPECT_FALSE(PlaysTake());
@@ -177,15 +177,15 @@ TEST_F(FreezeTest, EveryEditMakesATakeStaleAtOnceAndUndoBringsItBack) {
         edit();
         Listen(12);  // into the next step, whose length a tempo changes
         EXPECT_FALSE(PlaysTake());
-        EXPECT_EQ(State().state, EState::kStale);
+        EXPECT_EQ(State().state, EFreezing::kStale);
         EXPECT_FALSE(State().reason.isEmpty());
         workstation->Changes().Undo();
         // A lane that is taken away leaves the parameter where it has moved it.
         if (std::string_view(name) == "lane") {
-            EXPECT_FALSE(Await(EState::kFrozen, 1000));
+            EXPECT_FALSE(Await(EFreezing::kFrozen, 1000));
             Freeze();
         }
-        EXPECT_TRUE(Await(EState::kFrozen)) << State().reason.toStdString();
+        EXPECT_TRUE(Await(EFreezing::kFrozen)) << State().reason.toStdString();
         PlaySong(3);
         EXPECT_TRUE(PlaysTake());
     }
@@ -207,10 +207,10 @@ TEST_F(FreezeTest, ATakeIsThereAgainAtTheNextStartUnlessItIsDamaged) {
         workstation = std::make_unique<CWorkstation>(settings, folders);
         Prepare();
         ASSERT_TRUE(Session().LoadProject(File("song.prg"), error)) << error.toStdString();
-        EXPECT_EQ(State().state, EState::kStale);
+        EXPECT_EQ(State().state, EFreezing::kStale);
     };
     restart();
-    ASSERT_TRUE(Await(EState::kFrozen));
+    ASSERT_TRUE(Await(EFreezing::kFrozen));
     workstation->Tick();
     EXPECT_LE(Largest(frozen, PlaySong()), kUnheard);
     EXPECT_TRUE(PlaysTake());
@@ -229,7 +229,7 @@ TEST_F(FreezeTest, ATakeIsThereAgainAtTheNextStartUnlessItIsDamaged) {
         take.write(damaged);
         take.close();
         restart();
-        EXPECT_FALSE(QTest::qWaitFor([&] { return workstation->Tick(), State().state != EState::kStale; }, 300));
+        EXPECT_FALSE(QTest::qWaitFor([&] { return workstation->Tick(), State().state != EFreezing::kStale; }, 300));
         EXPECT_LE(Largest(frozen, PlaySong()), kUnheard);
         EXPECT_FALSE(PlaysTake());
     }
