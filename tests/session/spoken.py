@@ -9,7 +9,7 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 30  # seconds
 
@@ -80,18 +80,28 @@ def main():
         frame = frame.get_parent()
 
     # No gap: what can be used has a name and a role. Panes and fillers only hold others.
-    time.sleep(1)  # strips are built anew when the window gets its size
     holders = {"frame", "panel", "filler", "menu bar", "separator", "layered pane", "viewport", "unknown"}
-    seen = []
-    gaps = []
-    for entry in entries(frame):
-        role, name = entry.get_role_name(), entry.get_name()
-        seen.append(role)
-        if not entry.get_state_set().contains(Atspi.StateType.VISIBLE):
-            continue
-        is_used = entry.get_state_set().contains(Atspi.StateType.FOCUSABLE)
-        if role in {"", "invalid"} or (not name and role not in holders) or (role == "unknown" and is_used):
-            gaps.append(where(entry))
+
+    def look():
+        seen, gaps = [], []
+        for entry in entries(frame):
+            role, name = entry.get_role_name(), entry.get_name()
+            seen.append(role)
+            if not entry.get_state_set().contains(Atspi.StateType.VISIBLE):
+                continue
+            is_used = entry.get_state_set().contains(Atspi.StateType.FOCUSABLE)
+            if role in {"", "invalid"} or (not name and role not in holders) or (role == "unknown" and is_used):
+                gaps.append(where(entry))
+        return seen, gaps
+
+    for turn in range(5):  # strips are built anew when the window gets its size: what was listed may be gone
+        time.sleep(1)
+        try:
+            seen, gaps = look()
+            break
+        except GLib.GError:
+            if turn == 4:
+                raise
     assert not gaps, gaps
     assert len(seen) > 300, len(seen)
 
