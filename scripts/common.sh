@@ -48,9 +48,9 @@ ForPreset() {
     "${prefix[@]}" "${@:2}"
 }
 
-# The lines of C++ below some folders that are neither blank nor comment, but for scores and tables.
+# The lines of C++ below some folders that are neither blank nor comment, but for scores, tables and texts.
 CodeLines() {
-    find "$@" -type f \( -name '*.h' -o -name '*.cpp' \) ! -name '*Scores.*' ! -name '*Table.h' -print0 |
+    find "$@" -type f \( -name '*.h' -o -name '*.cpp' \) ! -name '*Scores.*' ! -name '*Table.h' ! -path '*/tables/*' -print0 |
         xargs -0 cat | grep -cvE '^[[:space:]]*(//.*)?$'
 }
 
