@@ -17,8 +17,8 @@ class CFrozenWriter;
 struct FreezeSettings {
     // With that instrument alone, which nothing else uses. Its plug-ins are named, with their states, as those are
     // that are missing.
-    ProjectState project;
-    std::string key;  // of what is rendered, CFrozenWriter::kKeyLength characters
+    ProjectState project;  // as it is, not by way of a file's text, which rounds positions
+    std::string key;       // of what is rendered, CFrozenWriter::kKeyLength characters
     std::filesystem::path file;
     double sampleRate = 44100;  // hertz
     int endStep = 0;            // where it ends to play; what sounds on behind it is rendered too
