@@ -63,6 +63,19 @@ void CCanvas::FillLines(const QRectF& rectangle, std::span<const QRgb> line) {
     }
 }
 
+void CCanvas::DrawTiles(const QRect& part, const std::function<void(const PixelTile& tile)>& draw) {
+    const QRect visible = part.intersected(clipPixels);
+    const std::ptrdiff_t stride = image.bytesPerLine() / static_cast<std::ptrdiff_t>(sizeof(QRgb));
+    auto* const pixels = reinterpret_cast<QRgb*>(image.bits());
+    for (int top = part.top(); top <= visible.bottom(); top += PixelTile::kRows) {
+        for (int left = part.left(); left <= visible.right(); left += PixelTile::kColumns) {
+            const QRect area = QRect(left, top, PixelTile::kColumns, PixelTile::kRows).intersected(visible);
+            if (area.isEmpty()) continue;
+            draw({area.translated(-part.topLeft()), pixels + area.top() * stride + area.left(), stride});
+        }
+    }
+}
+
 void CCanvas::Mask(const QImage& mask, qreal x, qreal y, QRgb colour) {
     const QPoint corner = Pixels({x, y, 1, 1}).topLeft();
     const QRect area = QRect(corner, mask.size()).intersected(clipPixels);

@@ -15,6 +15,7 @@
 #include <span>
 
 #include "controls/CSkin.h"
+#include "controls/PixelTile.h"
 #include "controls/RoundedBox.h"
 
 namespace quib {
@@ -72,6 +73,9 @@ public:
     // The same line of pixels of the back buffer in every row of the rectangle, from its left edge on. Nothing
     // where the rectangle is wider than the line.
     void FillLines(const QRectF& rectangle, std::span<const QRgb> line);
+    // Lets `draw` draw every pixel of a part of the back buffer that the clip leaves, piece by piece. The part is in
+    // pixels of the screen, the tiles count from its corner.
+    void DrawTiles(const QRect& part, const std::function<void(const PixelTile& tile)>& draw);
     // The opacity of a picture, its upper left corner at that place, in a colour. Premultiplied 32 bits a pixel.
     void Mask(const QImage& mask, qreal x, qreal y, QRgb colour);
 

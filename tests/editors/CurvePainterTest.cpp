@@ -7,6 +7,8 @@
 #include <cmath>
 #include <random>
 
+#include "editors/automation/CCrowdPainter.h"
+
 namespace quib {
 namespace {
 
@@ -28,13 +30,8 @@ public:
             const QRect area(left, 0, std::min(stripe, width - left), height);
             CCurvePainter painter;
             painter.Find(view, scale, {0, 0}, area, points, stroke);
-            for (int row = 0; row < height; row += 10) {
-                std::vector<QRgb> band(static_cast<std::size_t>(area.width() * std::min(10, height - row)), kGround);
-                painter.Draw(band, row);
-                for (std::size_t index = 0; index < band.size(); ++index)
-                    Pixel(left + static_cast<int>(index) % area.width(), row + static_cast<int>(index) / area.width()) =
-                        band[index];
-            }
+            for (int row = 0; row < height; row += 10)
+                painter.Draw({QRect(0, row, area.width(), std::min(10, height - row)), &Pixel(left, row), width});
         }
     }
     QRgb At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
@@ -106,6 +103,28 @@ TEST(CCurvePainter, PartsJoinAndTheLineHasItsWidth) {
     for (int y = middle - 3; y <= middle + 2; ++y) line += red(y);
     EXPECT_NEAR(line, 4 * 255, 64);
     EXPECT_EQ(red(middle + 4), 255 / 8);
+}
+
+// Squares on the edges of tiles and of the area are whole, and drawing tile by tile leaves the rest alone.
+TEST(CCrowdPainter, EachSquareIsWholeWhateverTilesItLiesIn) {
+    constexpr int kWidth = 600, kHeight = 100, kSize = 6;
+    CCrowdPainter crowd;
+    crowd.Begin({kWidth, kHeight}, kSize, kLine);
+    std::vector<QRgb> wanted(kWidth * kHeight, kGround), drawn = wanted;
+    for (const QPoint corner : {QPoint(253, 30), QPoint(-3, -2), QPoint(596, 97), QPoint(300, 50), QPoint(700, 20)}) {
+        crowd.Add(corner);
+        for (int y = std::max(0, corner.y()); y < std::min(kHeight, corner.y() + kSize); ++y) {
+            for (int x = std::max(0, corner.x()); x < std::min(kWidth, corner.x() + kSize); ++x)
+                wanted[static_cast<std::size_t>(y * kWidth + x)] = kLine;
+        }
+    }
+    for (int top = 0; top < kHeight; top += PixelTile::kRows) {
+        for (int left = 0; left < kWidth; left += PixelTile::kColumns)
+            crowd.Draw({QRect(left, top, std::min(PixelTile::kColumns, kWidth - left),
+                              std::min(PixelTile::kRows, kHeight - top)),
+                        &drawn[static_cast<std::size_t>(top * kWidth + left)], kWidth});
+    }
+    EXPECT_EQ(drawn, wanted);
 }
 
 }  // namespace

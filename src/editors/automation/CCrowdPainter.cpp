@@ -9,32 +9,36 @@ void CCrowdPainter::Begin(const QSize& newArea, int newSize, QRgb newColour) {
     area = newArea;
     size = newSize;
     colour = newColour;
-    for (std::vector<QPoint>& band : bands) band.clear();
-    bands.resize(static_cast<std::size_t>(std::max(0, area.height() + kBandRows - 1) / kBandRows));
+    fieldsAcross = (area.width() + PixelTile::kColumns - 1) / PixelTile::kColumns;
+    const int fieldsDown = (area.height() + PixelTile::kRows - 1) / PixelTile::kRows;
+    for (std::vector<QPoint>& field : fields) field.clear();
+    fields.resize(static_cast<std::size_t>(std::max(0, fieldsAcross * fieldsDown)));
 }
 
-// One on the edge of two bands is drawn in both.
+// One on the edge of two tiles is drawn in both.
 void CCrowdPainter::Add(const QPoint& corner) {
-    const int last = corner.y() + size - 1;
-    if (last < 0 || corner.y() >= area.height() || corner.x() + size <= 0 || corner.x() >= area.width()) return;
-    const int end = std::min(last, area.height() - 1) / kBandRows;
-    for (int band = std::max(corner.y(), 0) / kBandRows; band <= end; ++band)
-        bands[static_cast<std::size_t>(band)].push_back(corner);
+    const int left = std::max(corner.x(), 0);
+    const int top = std::max(corner.y(), 0);
+    const int right = std::min(corner.x() + size, area.width()) - 1;
+    const int bottom = std::min(corner.y() + size, area.height()) - 1;
+    if (left > right) return;
+    for (int down = top / PixelTile::kRows; down * PixelTile::kRows <= bottom; ++down) {
+        for (int across = left / PixelTile::kColumns; across <= right / PixelTile::kColumns; ++across)
+            fields[static_cast<std::size_t>(down * fieldsAcross + across)].push_back(corner);
+    }
 }
 
-void CCrowdPainter::Draw(std::span<QRgb> pixels, int firstRow) const {
-    const int width = area.width();
-    const auto band = static_cast<std::size_t>(firstRow / kBandRows);
-    if (width <= 0 || band >= bands.size()) return;
-    const int rows = static_cast<int>(pixels.size()) / width;
-    for (const QPoint& corner : bands[band]) {
-        const int left = std::max(corner.x(), 0);
-        const int right = std::min(corner.x() + size, width);
-        const int top = std::max(corner.y() - firstRow, 0);
-        const int bottom = std::min(corner.y() - firstRow + size, rows);
+void CCrowdPainter::Draw(const PixelTile& tile) const {
+    const int down = tile.area.top() / PixelTile::kRows;
+    const int across = tile.area.left() / PixelTile::kColumns;
+    for (const QPoint& corner : fields[static_cast<std::size_t>(down * fieldsAcross + across)]) {
+        const int left = std::max(corner.x(), tile.area.left());
+        const int right = std::min(corner.x() + size, tile.area.right() + 1);
+        const int top = std::max(corner.y(), tile.area.top());
+        const int bottom = std::min(corner.y() + size, tile.area.bottom() + 1);
         for (int y = top; y < bottom; ++y) {
-            QRgb* const line = pixels.data() + static_cast<std::ptrdiff_t>(y) * width;
-            for (int x = left; x < right; ++x) line[x] = colour;
+            QRgb* const line = tile.Row(y) + (left - tile.area.left());
+            for (int x = 0; x < right - left; ++x) line[x] = colour;
         }
     }
 }

@@ -14,9 +14,11 @@ namespace {
 
 constexpr float kNowhere = 1e9F;
 constexpr int kNone = std::numeric_limits<int>::max();
-constexpr float kSteep = 96;  // rows that the line rises in a column: it is not smoothed there
-constexpr int kDash = 8;      // skin pixels, of which
-constexpr int kDashGap = 3;   // are left out
+constexpr float kSteep = 96;   // rows that the line rises in a column: it is not smoothed there
+constexpr int kShortRun = 16;  // columns
+constexpr int kMixedRun = 64;
+constexpr int kDash = 8;     // skin pixels, of which
+constexpr int kDashGap = 3;  // are left out
 
 // An eighth of one and the rest of the other, as fast as three operations.
 QRgb WithEighth(QRgb under, QRgb eighth) noexcept { return under - ((under >> 3) & 0x001f1f1f) + eighth; }
@@ -111,32 +113,33 @@ void CCurvePainter::Find(const CLaneView& view, double scale, const QPoint& orig
 
 // What there is of a column in some rows.
 CCurvePainter::EPart CCurvePainter::PartOf(std::size_t column, int firstRow, int endRow) const noexcept {
-    const bool apart = top[column] >= endRow || foot[column] <= firstRow;
+    const bool apart = first[column] >= endRow || last[column] <= firstRow;
     if (!apart) return top[column] <= firstRow && foot[column] >= endRow ? EPart::kLine : EPart::kMixed;
     if (below[column] >= endRow) return EPart::kNothing;
     return below[column] <= firstRow ? EPart::kGround : EPart::kMixed;
 }
 
-void CCurvePainter::FillRow(QRgb* line, int y, EPart part, int from, int to) const {
+void CCurvePainter::FillRow(QRgb* pixels, int y, EPart part, int from, int count) const {
     const QRgb colour = stroke.colour;
     const QRgb eighth = (colour >> 3) & 0x001f1f1f;
-    if (part == EPart::kLine) return static_cast<void>(std::fill(line + from, line + to, colour));
+    if (part == EPart::kLine) return static_cast<void>(std::fill_n(pixels, count, colour));
     if (part == EPart::kGround) {
-        for (int x = from; x < to; ++x) line[x] = WithEighth(line[x], eighth);
+        for (int x = 0; x < count; ++x) pixels[x] = WithEighth(pixels[x], eighth);
         return;
     }
-    const int* const tops = top.data();
-    const int* const feet = foot.data();
-    const int* const grounds = below.data();
-    for (int x = from; x < to; ++x) {
-        const QRgb under = y >= grounds[x] ? WithEighth(line[x], eighth) : line[x];
-        line[x] = (y >= tops[x]) & (y < feet[x]) ? colour : under;
+    const int* const tops = top.data() + from;
+    const int* const feet = foot.data() + from;
+    const int* const grounds = below.data() + from;
+    for (int x = 0; x < count; ++x) {
+        const QRgb under = y >= grounds[x] ? WithEighth(pixels[x], eighth) : pixels[x];
+        pixels[x] = (y >= tops[x]) & (y < feet[x]) ? colour : under;
     }
 }
 
 // What the line covers of a pixel, above and below its full ones.
-void CCurvePainter::Smooth(QRgb* pixels, int firstRow, int endRow) const {
-    const int width = area.width();
+void CCurvePainter::Smooth(const PixelTile& tile, int leftmost, int end) const {
+    const int firstRow = tile.area.top();
+    const int endRow = tile.area.bottom() + 1;
     const auto smooth = [&](int column, int from, int to) {
         const std::size_t begin = static_cast<std::size_t>(column) * kShares;
         const float* const upper = edges.upper.data() + begin;
@@ -148,32 +151,36 @@ void CCurvePainter::Smooth(QRgb* pixels, int firstRow, int endRow) const {
             for (std::size_t share = 0; share < kShares; ++share)
                 covered[share] = std::max(0.0F, std::min(lower[share], row + 1) - std::max(upper[share], row));
             const float sum = covered[0] + covered[1] + covered[2] + covered[3];
-            QRgb& pixel = pixels[static_cast<std::ptrdiff_t>(y - firstRow) * width + column];
+            QRgb& pixel = tile.Row(y)[column - tile.area.left()];
             pixel = Blended(pixel, stroke.colour, static_cast<unsigned>(sum * (256.0F / kShares)));
         }
     };
-    for (int column = 0; column < width; ++column) {
+    for (int column = leftmost; column < end; ++column) {
         const auto index = static_cast<std::size_t>(column);
-        if (first[index] >= endRow) continue;
         smooth(column, first[index], top[index]);
         smooth(column, foot[index], last[index]);
     }
 }
 
-void CCurvePainter::Draw(std::span<QRgb> pixels, int firstRow) const {
-    const int width = area.width();
-    if (width <= 0) return;
-    const int rows = static_cast<int>(pixels.size()) / width;
-    // Most columns are the same in all rows of a band, and so are those beside them.
-    for (int from = 0, to = 0; from < width; from = to) {
-        const EPart part = PartOf(static_cast<std::size_t>(from), firstRow, firstRow + rows);
-        for (to = from + 1; to < width && PartOf(static_cast<std::size_t>(to), firstRow, firstRow + rows) == part;)
-            ++to;
+void CCurvePainter::Draw(const PixelTile& tile) const {
+    const int firstRow = tile.area.top();
+    const int endRow = tile.area.bottom() + 1;
+    const int left = tile.area.left();
+    const int end = tile.area.right() + 1;
+    // Most columns are the same in all rows of a tile, and so are those beside them.
+    for (int from = left, to = from; from < end; from = to) {
+        EPart part = PartOf(static_cast<std::size_t>(from), firstRow, endRow);
+        for (to = from + 1; to < end && PartOf(static_cast<std::size_t>(to), firstRow, endRow) == part;) ++to;
+        // Short pieces take longer than looking at each pixel.
+        if (to - from < kShortRun && to < end) {
+            part = EPart::kMixed;
+            to = std::min(end, from + kMixedRun);
+        }
         if (part == EPart::kNothing) continue;
-        for (int row = 0; row < rows; ++row)
-            FillRow(pixels.data() + static_cast<std::ptrdiff_t>(row) * width, firstRow + row, part, from, to);
+        for (int row = firstRow; row < endRow; ++row)
+            FillRow(tile.Row(row) + (from - left), row, part, from, to - from);
+        if (part == EPart::kMixed) Smooth(tile, from, to);
     }
-    Smooth(pixels.data(), firstRow, firstRow + rows);
 }
 
 }  // namespace quib

@@ -5,11 +5,9 @@
 // greatest value that the engine's function takes there, widened to the thickness of the line and smoothed over
 // quarters of a pixel. User-interface thread.
 
-#include <QRect>
-#include <QRgb>
-#include <span>
 #include <vector>
 
+#include "controls/PixelTile.h"
 #include "editors/automation/CLaneView.h"
 
 namespace quib {
@@ -25,8 +23,8 @@ public:
     // Looks where the line is in an area of pixels, `scale` of them a skin pixel, the view's corner at `origin`.
     void Find(const CLaneView& view, double scale, const QPoint& origin, const QRect& area, const PointList& points,
               const Stroke& wanted);
-    // Draws some rows of that area; the pixels are theirs, without a gap between rows.
-    void Draw(std::span<QRgb> pixels, int firstRow) const;
+    // Draws a piece of that area.
+    void Draw(const PixelTile& tile) const;
 
 private:
     static constexpr int kShares = 4;  // of a column
@@ -40,8 +38,8 @@ private:
     void FindColumns(double scale, int margin);
     enum class EPart { kNothing, kLine, kGround, kMixed };
     EPart PartOf(std::size_t column, int firstRow, int endRow) const noexcept;
-    void FillRow(QRgb* line, int y, EPart part, int from, int to) const;
-    void Smooth(QRgb* pixels, int firstRow, int endRow) const;
+    void FillRow(QRgb* pixels, int y, EPart part, int from, int count) const;
+    void Smooth(const PixelTile& tile, int leftmost, int end) const;
 
     QRect area;
     Stroke stroke;

@@ -66,15 +66,14 @@ std::vector<float> CEventCtrl::ScaleValues() const {
     return values;
 }
 
-// What lies below the points, a few rows at a time: they are made where the processor has them at hand.
+// What lies below the points, and those that are many.
 void CEventCtrl::PaintGround(const QRect& part) {
     const double scale = Canvas().Scale();
     const auto pixel = [scale](double place) { return static_cast<int>(std::lround(place * scale)); };
     const QPoint corner(pixel(X() + part.left()), pixel(Y() + part.top()));
     const QRect area(corner, QPoint(pixel(X() + part.right() + 1) - 1, pixel(Y() + part.bottom() + 1) - 1));
     if (area.isEmpty()) return;
-    const auto columns = static_cast<std::size_t>(area.width());
-    std::vector<QRgb> ground(columns, Colour("gridOff"));
+    std::vector<QRgb> ground(static_cast<std::size_t>(area.width()), Colour("gridOff"));
     const std::array<QRgb, 3> colours = {Colour("gridStep"), Colour("gridBeat"), Colour("gridBar")};
     for (const GridLine& entry : view.time.Lines(view.StepAt(part.left() - 1), view.StepAt(part.right() + 1))) {
         const double place = X() + view.XOf(entry.step);
@@ -92,28 +91,22 @@ void CEventCtrl::PaintGround(const QRect& part) {
     }
     PrepareLines(part, area);
     FindCrowd(part, area);
-    constexpr int kBandRows = CCrowdPainter::kBandRows;  // of the screen, that are made at once
-    std::vector<QRgb> band;
-    for (int row = 0; row < area.height(); row += kBandRows) {
-        const int rows = std::min(kBandRows, area.height() - row);
-        band.resize(columns * static_cast<std::size_t>(rows));
-        for (int line = 0; line < rows; ++line) std::ranges::copy(ground, band.begin() + line * area.width());
+    Canvas().DrawTiles(area, [&](const PixelTile& tile) {
+        const auto left = static_cast<std::size_t>(tile.area.left());
+        for (int row = tile.area.top(); row <= tile.area.bottom(); ++row)
+            std::copy_n(ground.data() + left, tile.area.width(), tile.Row(row));
         // The lines of the values first, then the notes upon them.
         for (std::size_t step = 0; step < marks.size(); ++step) {
             const std::size_t index = (step + noteCount) % marks.size();
-            const QRect place = marks[index].intersected(QRect(0, row, area.width(), rows));
-            for (int line = place.top(); line <= place.bottom(); ++line)
-                std::fill_n(band.begin() + (line - row) * area.width() + place.left(), place.width(),
+            const QRect place = marks[index].intersected(tile.area);
+            for (int row = place.top(); row <= place.bottom(); ++row)
+                std::fill_n(tile.Row(row) + (place.left() - tile.area.left()), place.width(),
                             index < noteCount ? mark : valueLine);
         }
-        if (showsBefore) lineBefore.Draw(band, row);
-        if (lane) lineNow.Draw(band, row);
-        crowd.Draw(band, row);
-        for (int line = 0; line < rows; ++line) {
-            const QRectF place(area.left() / scale, (area.top() + row + line) / scale, area.width() / scale, 1 / scale);
-            Canvas().FillLines(place, std::span(band).subspan(static_cast<std::size_t>(line) * columns, columns));
-        }
-    }
+        if (showsBefore) lineBefore.Draw(tile);
+        if (lane) lineNow.Draw(tile);
+        crowd.Draw(tile);
+    });
 }
 
 // The notes behind the curve, in pixels from the corner of the area.
@@ -137,14 +130,14 @@ std::vector<QRect> CEventCtrl::NoteAreas(const QRect& part, const QRect& area) c
     return areas;
 }
 
-// Where a hand changes the line, what it was is seen too.
+// Where a hand changes the line, what it was is seen too, unless so much moves that it would only be in the way.
 void CEventCtrl::PrepareLines(const QRect& part, const QRect& area) {
     showsBefore = false;
     if (!lane) return;
     const QPoint origin(X(), Y());
     const LaneState& state = edit.State();
     lineNow.Find(view, Canvas().Scale(), origin, area, *state.points, {Accent(), 2, true, false});
-    const bool isChanging = gestures.IsBusy() && edit.IsOpen();
+    const bool isChanging = gestures.IsBusy() && edit.IsOpen() && !InSight(part).many;
     const auto span = isChanging ? DifferingSpan(*edit.Start().points, *state.points) : std::nullopt;
     showsBefore = span && PartOf(*span).intersects(part);
     if (showsBefore)
