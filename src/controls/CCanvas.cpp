@@ -41,15 +41,15 @@ QPainter& CCanvas::Painter() {
         painter.begin(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        SetPainterClip();
+        painterClip.reset();
+    }
+    if (painterClip != clipPixels) {
+        painterClip = clipPixels;
+        painter.resetTransform();
+        painter.setClipRect(clipPixels);
+        painter.scale(scale, scale);
     }
     return painter;
-}
-
-void CCanvas::SetPainterClip() {
-    painter.resetTransform();
-    painter.setClipRect(clipPixels);
-    painter.scale(scale, scale);
 }
 
 void CCanvas::FillLines(const QRectF& rectangle, std::span<const QRgb> line) {
@@ -99,7 +99,6 @@ void CCanvas::SetClip(const QRect& rectangle) {
     if (clip == rectangle) return;
     clip = rectangle;
     clipPixels = Pixels(rectangle).intersected(limit.isNull() ? image.rect() : limit);
-    if (painter.isActive()) SetPainterClip();
 }
 
 QRect CCanvas::Pixels(const QRectF& rectangle) const noexcept {

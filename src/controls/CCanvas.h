@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QRect>
 #include <functional>
+#include <optional>
 #include <span>
 
 #include "controls/CSkin.h"
@@ -108,7 +109,6 @@ private:
     qreal OnPixel(qreal place) const noexcept;
     // A width of whole pixels, one at the least.
     qreal LineWidth(qreal width) const noexcept;
-    void SetPainterClip();
     void Rounded(const QRectF& rectangle, RoundedBox box);
     void FillPassed(const QPointF& from, const QPointF& to, int wide, QRgb colour);
     const QImage& LetterMask(QChar letter, const QSizeF& room, int height, bool strong);
@@ -117,9 +117,10 @@ private:
 
     QImage image;
     QPainter painter;
-    QRect clip;        // skin pixels
-    QRect clipPixels;  // pixels of the back buffer
-    QRect limit;       // pixels: the part beside which nothing is drawn while another picture is drawn on
+    QRect clip;                        // skin pixels
+    QRect clipPixels;                  // pixels of the back buffer
+    std::optional<QRect> painterClip;  // what the painter has been told: most pixels are drawn without it
+    QRect limit;  // pixels: the part beside which nothing is drawn while another picture is drawn on
     qreal scale = 1;
     bool silent = false;
     QHash<quint64, QImage> letters;  // opacity of those of numbers that run

@@ -45,12 +45,10 @@ void CScopeCtrl::Tick() {
 void CScopeCtrl::Draw() {
     const CPalette& palette = Palette();
     Canvas().Fill(Rectangle(), palette.Colour(QStringLiteral("glass")));
-    const qreal middle = Y() + Height() / 2.0;
-    for (int column = 1; column < 8; ++column) {
-        const qreal place = X() + Width() * column / 8.0;
-        Canvas().Line(place, Y(), place, Y() + Height(), palette.Colour(QStringLiteral("well")));
-    }
-    Canvas().Line(X(), middle, X() + Width(), middle, palette.Colour(QStringLiteral("line")));
+    for (int column = 1; column < 8; ++column)
+        Canvas().Fill(QRectF(std::floor(X() + Width() * column / 8.0), Y(), 1, Height()),
+                      palette.Colour(QStringLiteral("well")));
+    Canvas().Fill(QRectF(X(), Y() + Height() / 2, Width(), 1), palette.Colour(QStringLiteral("line")));
     DrawChannel(right, palette.Colour(QStringLiteral("scopeRight")));
     DrawChannel(left, palette.Colour(QStringLiteral("scopeLeft")));
     Canvas().Frame(Rectangle(), 0, palette.Colour(QStringLiteral("line")));

@@ -15,8 +15,8 @@ constexpr float kLowest = -60;  // decibels
 constexpr float kHighest = 6;
 constexpr float kFallPerTick = 26.0F * 0.04F / (kHighest - kLowest);  // 26 decibels a second
 constexpr int kHoldTicks = 38;                                        // 1.5 seconds
-constexpr qreal kClipZone = 4;                                        // pixels
-constexpr qreal kHeldWidth = 2;                                       // pixels
+constexpr int kClipZone = 4;                                          // pixels
+constexpr int kHeldWidth = 2;                                         // pixels
 // Levels at which the colours change, as shares of the scale.
 constexpr float kYellow = (-12 - kLowest) / (kHighest - kLowest);
 constexpr float kRed = (0 - kLowest) / (kHighest - kLowest);
@@ -65,16 +65,25 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 }
 
 void CVuCtrl::Tick() {
-    if (!IsShown() || ShownRectangle().isEmpty()) return;
-    bool changed = std::exchange(stale, false);
+    if (!IsShown() || ShownRectangle().isEmpty() || !Owner().HasBackBuffer()) return;
+    if (std::exchange(stale, false)) RedrawPart(0, Length());
     for (Channel& channel : channels) {
-        if (channel.source != nullptr && Follow(channel)) changed = true;
+        if (channel.source != nullptr) Follow(channel);
     }
-    if (changed) Update(false, true);
 }
 
-// Whether the channel looks different now.
-bool CVuCtrl::Follow(Channel& channel) const {
+void CVuCtrl::RedrawPart(int from, int to) {
+    const int first = std::max(0, from);
+    const int count = std::min(to, Length()) - first;
+    const QRect part = vertical ? QRect(X(), Y() + Height() - first - count, Width(), count)
+                                : QRect(X() + first, Y(), count, Height());
+    Canvas().SetClip(part.intersected(ShownRectangle()));
+    Draw();
+    BlitRect(part.left(), part.top(), part.right() + 1, part.bottom() + 1);
+}
+
+// Redraws what looks different then.
+void CVuCtrl::Follow(Channel& channel) {
     const float level = channel.source->Get();
     const float share = MeterShare(level);
     channel.shown = std::max(share, channel.shown - kFallPerTick);
@@ -84,25 +93,32 @@ bool CVuCtrl::Follow(Channel& channel) const {
     } else if (++channel.heldTicks > kHoldTicks) {
         channel.held = std::max(share, channel.held - kFallPerTick);
     }
-    const bool nowClipped = level >= 1.0F && !channel.clipped;
-    channel.clipped = channel.clipped || level >= 1.0F;
-    const float pixels = Length() * static_cast<float>(Canvas().Scale());
-    const int shown = static_cast<int>(channel.shown * pixels);
-    const int held = static_cast<int>(channel.held * pixels);
-    const bool changed = shown != channel.drawnShown || held != channel.drawnHeld || nowClipped;
-    channel.drawnShown = shown;
-    channel.drawnHeld = held;
-    return changed;
+    if (level >= 1.0F && !std::exchange(channel.clipped, true)) RedrawPart(0, Length());
+    // The held level has a width.
+    const auto move = [this](int& drawn, float next, int reach) {
+        const int now = PlaceOf(next);
+        if (now == drawn) return;
+        const auto [least, most] = std::minmax({now, std::exchange(drawn, now)});
+        RedrawPart(least - reach, most);
+    };
+    move(channel.drawnShown, channel.shown, 0);
+    move(channel.drawnHeld, channel.held, kHeldWidth);
+}
+
+int CVuCtrl::PlaceOf(float share) const noexcept {
+    return static_cast<int>(std::round(static_cast<float>(Length() - kClipZone - 1) * share));
 }
 
 QString CVuCtrl::SpokenValue() const { return IsClipped() ? Text("clipped") : QString(); }
 
 void CVuCtrl::Draw() {
-    Canvas().Fill(Rectangle(), backgroundColour);
     const QRectF area(Rectangle());
     if (!reason.isEmpty()) return DrawReason(area);
     if (channels[1].source == nullptr) return DrawChannel(channels[0], area);
     const qreal half = ((vertical ? area.width() : area.height()) - 1) / 2;
+    Canvas().Fill(vertical ? QRectF(area.left() + half, area.top(), 1, area.height())
+                           : QRectF(area.left(), area.top() + half, area.width(), 1),
+                  backgroundColour);
     DrawChannel(channels[0], vertical ? QRectF(area.left(), area.top(), half, area.height())
                                       : QRectF(area.left(), area.top(), area.width(), half));
     DrawChannel(channels[1], vertical ? QRectF(area.left() + half + 1, area.top(), half, area.height())
@@ -121,23 +137,21 @@ void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
     const auto& [well, lit, unlit, clipMarks] = colours;
     // Green to -12, yellow to 0 decibels, red above.
     const std::array<float, 4> borders = {0, kYellow, kRed, 1.0F};
-    Canvas().Fill(area, well);
-    const qreal length = (vertical ? area.height() : area.width()) - kClipZone - 1;
-    const auto part = [&](qreal from, qreal to) {
+    const int length = PlaceOf(1);
+    const auto part = [&](int from, int to) {
         return vertical ? QRectF(area.left(), area.bottom() - to, area.width(), to - from)
                         : QRectF(area.left() + from, area.top(), to - from, area.height());
     };
+    const int to = PlaceOf(channel.shown);
     for (std::size_t zone = 0; zone < lit.size(); ++zone) {
-        const qreal from = std::round(length * static_cast<qreal>(borders[zone]));
-        const qreal end = std::round(length * static_cast<qreal>(borders[zone + 1]));
-        const qreal to = std::round(length * static_cast<qreal>(channel.shown));
+        const int from = PlaceOf(borders[zone]);
+        const int end = PlaceOf(borders[zone + 1]);
         if (to > from) Canvas().Fill(part(from, std::min(to, end)), lit[zone]);
         if (to < end) Canvas().Fill(part(std::max(from, to), end), unlit[zone]);
     }
-    if (channel.held > 0.01F) {
-        const qreal place = std::round(length * static_cast<qreal>(channel.held));
-        Canvas().Fill(part(std::max(0.0, place - kHeldWidth), place), Palette().Colour(QStringLiteral("text")));
-    }
+    if (const int place = PlaceOf(channel.held); place > 0)
+        Canvas().Fill(part(std::max(0, place - kHeldWidth), place), Palette().Colour(QStringLiteral("text")));
+    Canvas().Fill(part(length, length + 1), well);
     const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
     Canvas().Fill(clipMark, clipMarks[channel.clipped ? 1 : 0]);
 }

@@ -50,13 +50,17 @@ private:
         float held = 0;
         int heldTicks = 0;
         bool clipped = false;
-        int drawnShown = 0;  // pixels of the screen
+        int drawnShown = 0;  // places
         int drawnHeld = 0;
     };
-    bool Follow(Channel& channel) const;
+    void Follow(Channel& channel);
+    // Pixels along the meter, from its quiet end.
+    void RedrawPart(int from, int to);
     void DrawReason(const QRectF& area);
     void DrawChannel(const Channel& channel, const QRectF& area);
-    float Length() const noexcept { return static_cast<float>(vertical ? Height() : Width()); }
+    int Length() const noexcept { return vertical ? Height() : Width(); }
+    // Pixels from its quiet end; the mark of a clip lies beyond those of the scale.
+    int PlaceOf(float share) const noexcept;
 
     std::array<Channel, 2> channels;
     MeterColours colours;

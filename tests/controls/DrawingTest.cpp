@@ -2,6 +2,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <cmath>
+#include <random>
 
 #include "controls/CFaderCtrl.h"
 #include "controls/CImageCtrl.h"
@@ -63,6 +65,32 @@ TEST_F(CDrawingTest, AValueChangeRepaintsItsOwnRectangleOnly) {
     window.Controls()[0]->SetVisible(false);
     value.Set(0.7F);
     EXPECT_EQ(PaintedBy([this] { window.Tick(); }), 0);
+}
+
+// A meter draws what has moved: never more than that, and nothing old stays.
+TEST_F(CDrawingTest, AMeterThatFollowsLooksAsOneThatIsDrawnAnew) {
+    std::array<CValue, 3> levels;
+    Add<CVuCtrl>(11, 7, 9, 131, &levels[0], nullptr, true);
+    Add<CVuCtrl>(31, 9, 218, 11, &levels[1], &levels[2], false);
+    std::mt19937 dice(3);
+    std::uniform_real_distribution<float> decibels(-70, 3);
+    for (const qreal scale : {1.0, 1.25, 2.0}) {
+        window.SetUiScale(scale);
+        Open(400, 200);
+        qint64 most = 0;
+        for (int tick = 0; tick < 120; ++tick) {
+            for (CValue& level : levels) {
+                if (tick % 20 == 0) level.Set(std::pow(10.0F, decibels(dice) / 20));
+                if (tick % 20 == 1) level.Set(0);
+            }
+            const qint64 painted = PaintedBy([this] { window.Tick(); });
+            if (tick % 20 > 1) most = std::max(most, painted);
+            const QImage followed = window.Canvas().Image().copy();
+            for (const auto& control : window.Controls()) control->Refresh();
+            ASSERT_EQ(DifferentPixels(followed, window.Canvas().Image()), 0) << scale << ' ' << tick;
+        }
+        EXPECT_LT(static_cast<double>(most), 0.2 * (9 * 131 + 218 * 11) * scale * scale);
+    }
 }
 
 TEST_F(CDrawingTest, AMissingPictureDrawsNothing) {
