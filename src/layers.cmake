@@ -2,13 +2,16 @@
 # quib_compile_by_folder(TARGET): where sources are compiled together, those of one folder are, a few at a time. The
 # names in the unnamed namespaces of a folder's sources differ; those of two folders may be equal.
 function(quib_compile_by_folder target)
+  if(NOT CMAKE_UNITY_BUILD)
+    return()
+  endif()
   get_target_property(sources ${target} SOURCES)
   foreach(source ${sources})
     file(RELATIVE_PATH folder ${CMAKE_CURRENT_SOURCE_DIR} ${source})
     get_filename_component(folder "${folder}" DIRECTORY)
     string(MAKE_C_IDENTIFIER "${folder}" folder)
     math(EXPR count_${folder} "${count_${folder}} + 1")
-    math(EXPR batch "${count_${folder}} / 6")
+    math(EXPR batch "${count_${folder}} / ${CMAKE_UNITY_BUILD_BATCH_SIZE}")
     set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${folder}_${batch}")
   endforeach()
   set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)

@@ -8,7 +8,7 @@
 namespace quib {
 
 namespace {
-constexpr mode_t kMode = 0600;
+constexpr mode_t kPrivateMode = 0600;
 }
 
 CMappedFile::~CMappedFile() {
@@ -17,7 +17,7 @@ CMappedFile::~CMappedFile() {
 
 // Its blocks are taken at once: a disk that fills up later would end the process at a store.
 bool CMappedFile::Create(const std::filesystem::path& file, std::size_t size) noexcept {
-    const int opened = ::open(file.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, kMode);
+    const int opened = ::open(file.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, kPrivateMode);
     if (opened < 0) return false;
     void* mapped = MAP_FAILED;
     if (::posix_fallocate(opened, 0, static_cast<off_t>(size)) == 0) {

@@ -110,23 +110,23 @@ TEST_F(ExportDialogTest, TheMixOfARangeIsThatOfQuibRenderByteForByte) {
         return Exported();
     };
     Page().dither->setChecked(false);
-    Page().from->setValue(5);
-    Page().to->setValue(7);
+    Page().from->setValue(2);
+    Page().to->setValue(3);
     const QByteArray song = write();
-    EXPECT_NEAR(static_cast<double>(song.size()) / 4, 8 * 60.0 / 124 * 44100, 60) << "two bars, and the header";
+    EXPECT_NEAR(static_cast<double>(song.size()) / 4, 4 * 60.0 / 124 * 44100, 60) << "a bar, and the header";
     EXPECT_EQ(
-        Rendered({QStringLiteral("--from"), QStringLiteral("64"), QStringLiteral("--steps"), QStringLiteral("32")}),
+        Rendered({QStringLiteral("--from"), QStringLiteral("16"), QStringLiteral("--steps"), QStringLiteral("16")}),
         song);
     EXPECT_TRUE(Page().range->IsOff(3));
-    workstation->Song().SetMarker(64, QStringLiteral("A"));
-    workstation->Song().SetMarker(80, QStringLiteral("B"));
-    workstation->Song().SetMarker(96, QStringLiteral("C"));
+    workstation->Song().SetMarker(16, QStringLiteral("A"));
+    workstation->Song().SetMarker(24, QStringLiteral("B"));
+    workstation->Song().SetMarker(32, QStringLiteral("C"));
     EXPECT_FALSE(Page().range->IsOff(3));
     Choose(Page().range, 3);
-    EXPECT_EQ(Page().length->text(), "0:03.871");
+    EXPECT_EQ(Page().length->text(), "0:01.935");
     EXPECT_EQ(write(), song) << "from the first marker to the last";
     EXPECT_EQ(Rendered({QStringLiteral("--markers")}), song);
-    workstation->Song().SetLoop({64, 96});
+    workstation->Song().SetLoop({16, 32});
     window.ShowExport(EExportRange::kLoop);
     EXPECT_EQ(dialog->Settings().range, EExportRange::kLoop);
     EXPECT_EQ(write(), song);

@@ -188,8 +188,7 @@ TEST_F(ExportTest, StemsAddUpAndAloneEachPlaysThroughTheMaster) {
 }
 
 TEST_F(ExportTest, TheLoudnessIsThatOfTheTargetOrThePeakIsAtItsCeiling) {
-    settings.firstStep = 0;
-    settings.endStep = 128;
+    settings.endStep = settings.firstStep + 32;
     settings.format.bits = 24;
     for (const auto& [loudness, ceiling] : {std::pair(-23.0, -1.0), std::pair(-16.0, -3.0), std::pair(-5.0, -1.0)}) {
         settings.loudness = LoudnessTarget{loudness, ceiling};

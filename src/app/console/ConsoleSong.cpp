@@ -14,7 +14,7 @@
 namespace quib {
 
 namespace {
-constexpr int kTop = consoleLayout::kStripsTop;
+constexpr int kSongTop = consoleLayout::kStripsTop;
 constexpr int kSplit = 8;
 constexpr int kFirstHeight = 300;
 constexpr int kLeastStrips = 40;  // pixels that the split leaves to them
@@ -83,12 +83,12 @@ int CWinControlMain::SongTop(const QSize& size) const {
 }
 
 void CWinControlMain::ArrangeSong(const QSize& size) {
-    hint->SetPosition(consoleLayout::kMargin, kTop);
+    hint->SetPosition(consoleLayout::kMargin, kSongTop);
     hint->Resize(std::max(100, size.width() - 2 * consoleLayout::kMargin), CSongHintCtrl::kHeight);
     if (!songShown) return;
     const int top = SongTop(size);
     const int bar = songWhole ? 0 : kSplit;
-    split->lowest = kTop + kLeastStrips;
+    split->lowest = kSongTop + kLeastStrips;
     split->highest = std::max(split->lowest, size.height() - CSongPane::kLowest - kSplit);
     split->SetPosition(0, top);
     split->Resize(size.width(), kSplit);

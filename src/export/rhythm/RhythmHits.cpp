@@ -8,7 +8,7 @@ namespace quib {
 
 namespace {
 
-constexpr double kSilence = -120;  // dB
+constexpr double kLeastDecibels = -120;
 // A hit is a rise of energy, dB, above what lay before: of the sound, or of the band of cymbals. The sound is looked
 // back at for longer than a bass and a bass drum take to beat together.
 constexpr float kRise = 5;
@@ -24,7 +24,7 @@ constexpr double kRising = 2;       // of its rise from frame to frame
 constexpr double kShortest = 0.04;  // seconds between hits
 constexpr double kLoudest = 40;     // dB above the threshold, of velocity 127
 
-double Decibels(double value) { return value > 1e-6 ? 20.0 * std::log10(value) : kSilence; }
+double Decibels(double value) { return value > 1e-6 ? 20.0 * std::log10(value) : kLeastDecibels; }
 double SilenceOf(const RhythmSettings& settings) { return std::pow(10.0, (settings.threshold - kBelow) / 10.0); }
 double Or(float stored, double otherwise, double scaled) { return stored > 0 ? scaled : otherwise; }
 

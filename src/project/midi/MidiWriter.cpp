@@ -43,12 +43,12 @@ public:
 private:
     // A time beyond what one number holds is reached by empty texts on the way.
     void PutTime(std::uint32_t tick) {
-        constexpr std::uint32_t kFarthest = (1U << 28U) - 1;
-        while (tick > last && tick - last > kFarthest) {
-            PutVariable(bytes, kFarthest);
+        constexpr std::uint32_t kLongestWait = (1U << 28U) - 1;
+        while (tick > last && tick - last > kLongestWait) {
+            PutVariable(bytes, kLongestWait);
             bytes += std::string("\xFF\x01\x00", 3);
             running = 0;
-            last += kFarthest;
+            last += kLongestWait;
         }
         PutVariable(bytes, tick > last ? tick - last : 0);
         last = std::max(last, tick);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr LaneLimits kLimits = {0, 127, ELaneKind::kContinuous, 64};
 
-LaneState StateOf(PointList points, PointSelection selection = {}) {
+LaneState LaneOf(PointList points, PointSelection selection = {}) {
     return {std::make_shared<const PointList>(std::move(points)), std::move(selection)};
 }
 
@@ -57,7 +57,7 @@ TEST(LaneCurveTest, TheLineDrawnIsTheValuePlayed) {
 
 TEST(LaneEditsTest, EveryEditKeepsTheOrderTheLimitsAndTheSelection) {
     LaneDice dice(2);
-    LaneState state = StateOf(dice.Points(20, 64));
+    LaneState state = LaneOf(dice.Points(20, 64));
     for (int round = 0; round < 5000; ++round) {
         const LaneState before = state;
         switch (static_cast<int>(dice.Within(0, 6))) {
@@ -99,17 +99,17 @@ TEST(LaneEditsTest, EveryEditKeepsTheOrderTheLimitsAndTheSelection) {
 }
 
 TEST(LaneEditsTest, ABlockStopsWithItsShapeAndAPointMayPassOthersOrMakeAJump) {
-    const LaneState block = StateOf({{1, 10}, {2, 100}, {8, 5}}, {0, 1});
+    const LaneState block = LaneOf({{1, 10}, {2, 100}, {8, 5}}, {0, 1});
     EXPECT_EQ(*MoveSelected(block, kLimits, -5, 90).points, (PointList{{0, 37}, {1, 127}, {8, 5}}));
     const LaneState passed = MoveSelected(block, kLimits, 20, 0);
     EXPECT_EQ(*passed.points, (PointList{{8, 5}, {21, 10}, {22, 100}}));
     EXPECT_EQ(passed.selection, (PointSelection{1, 2}));
     EXPECT_EQ(*MoveSelectedTo(Select(block, {1}), kLimits, 8).points, (PointList{{1, 10}, {8, 100}, {8, 5}}));
-    EXPECT_EQ(MoveSelected(StateOf({{3, 0}}, {0}), {0, 1, ELaneKind::kSwitch, 8}, 0, 0.7F).points->front().y, 1);
+    EXPECT_EQ(MoveSelected(LaneOf({{3, 0}}, {0}), {0, 1, ELaneKind::kSwitch, 8}, 0, 0.7F).points->front().y, 1);
 }
 
 TEST(LaneEditsTest, WhatIsDrawnOverASpanLeavesTheCourseOutsideOfIt) {
-    const LaneState line = StateOf({{0, 0}, {10, 100}, {20, 0}});
+    const LaneState line = LaneOf({{0, 0}, {10, 100}, {20, 0}});
     for (const float left : {5.0F, 11.0F}) {
         const LaneState drawn = ReplaceSpan(line, kLimits, {{left, 80}, {15, 90}}, false);
         for (float place = 0.5F; place < 20; place += 0.5F) {
