@@ -155,8 +155,10 @@ void CStepLedCtrl::Turn(int part, int notches, bool fine) {
 }
 
 CStepLedCtrl::Colours CStepLedCtrl::ColoursNow() const {
-    const auto named = [](const char* colour) { return Palette().Colour(QLatin1String(colour)); };
-    return {named("stepOff"), named("stepBeat"), named("stepEdge"), named("text"), Palette().Accent(section)};
+    const CPalette& palette = Palette();
+    return {palette.Colour(QStringLiteral("stepOff")), palette.Colour(QStringLiteral("stepBeat")),
+            palette.Colour(QStringLiteral("stepEdge")), palette.Colour(QStringLiteral("text")),
+            palette.Accent(section)};
 }
 
 void CStepLedCtrl::Draw() {

@@ -30,6 +30,7 @@ MeterColours MeterColours::Of(const CPalette& palette) {
     for (std::size_t zone = 0; zone < colours.lit.size(); ++zone) {
         colours.unlit[zone] = Mix(colours.well, colours.lit[zone], 0.14F);
     }
+    colours.held = named("text");
     colours.clip = {Mix(colours.well, colours.lit[2], 0.25F), named("record")};
     return colours;
 }
@@ -66,19 +67,22 @@ void CVuCtrl::OnLButtonDown(int /*px*/, int /*py*/, int /*button*/) {
 
 void CVuCtrl::Tick() {
     if (!IsShown() || ShownRectangle().isEmpty() || !Owner().HasBackBuffer()) return;
-    if (std::exchange(stale, false)) RedrawPart(0, Length());
+    if (std::exchange(stale, false)) Refresh();
     for (Channel& channel : channels) {
         if (channel.source != nullptr) Follow(channel);
     }
 }
 
-void CVuCtrl::RedrawPart(int from, int to) {
+void CVuCtrl::RedrawPart(const Channel& channel, int from, int to) {
+    if (!reason.isEmpty()) return;
+    const QRectF area = AreaOf(channel);
     const int first = std::max(0, from);
     const int count = std::min(to, Length()) - first;
-    const QRect part = vertical ? QRect(X(), Y() + Height() - first - count, Width(), count)
-                                : QRect(X() + first, Y(), count, Height());
+    const QRect part = (vertical ? QRectF(area.left(), area.bottom() - first - count, area.width(), count)
+                                 : QRectF(area.left() + first, area.top(), count, area.height()))
+                           .toAlignedRect();
     Canvas().SetClip(part.intersected(ShownRectangle()));
-    Draw();
+    DrawChannel(channel, area);
     BlitRect(part.left(), part.top(), part.right() + 1, part.bottom() + 1);
 }
 
@@ -93,13 +97,13 @@ void CVuCtrl::Follow(Channel& channel) {
     } else if (++channel.heldTicks > kHoldTicks) {
         channel.held = std::max(share, channel.held - kFallPerTick);
     }
-    if (level >= 1.0F && !std::exchange(channel.clipped, true)) RedrawPart(0, Length());
+    if (level >= 1.0F && !std::exchange(channel.clipped, true)) RedrawPart(channel, 0, Length());
     // The held level has a width.
-    const auto move = [this](int& drawn, float next, int reach) {
+    const auto move = [&](int& drawn, float next, int reach) {
         const int now = PlaceOf(next);
         if (now == drawn) return;
         const auto [least, most] = std::minmax({now, std::exchange(drawn, now)});
-        RedrawPart(least - reach, most);
+        RedrawPart(channel, least - reach, most);
     };
     move(channel.drawnShown, channel.shown, 0);
     move(channel.drawnHeld, channel.held, kHeldWidth);
@@ -112,17 +116,24 @@ int CVuCtrl::PlaceOf(float share) const noexcept {
 QString CVuCtrl::SpokenValue() const { return IsClipped() ? Text("clipped") : QString(); }
 
 void CVuCtrl::Draw() {
-    const QRectF area(Rectangle());
-    if (!reason.isEmpty()) return DrawReason(area);
-    if (channels[1].source == nullptr) return DrawChannel(channels[0], area);
-    const qreal half = ((vertical ? area.width() : area.height()) - 1) / 2;
-    Canvas().Fill(vertical ? QRectF(area.left() + half, area.top(), 1, area.height())
-                           : QRectF(area.left(), area.top() + half, area.width(), 1),
+    if (!reason.isEmpty()) return DrawReason(QRectF(Rectangle()));
+    DrawChannel(channels[0], AreaOf(channels[0]));
+    if (channels[1].source == nullptr) return;
+    DrawChannel(channels[1], AreaOf(channels[1]));
+    const QRectF left = AreaOf(channels[0]);
+    Canvas().Fill(vertical ? QRectF(left.right(), left.top(), 1, left.height())
+                           : QRectF(left.left(), left.bottom(), left.width(), 1),
                   backgroundColour);
-    DrawChannel(channels[0], vertical ? QRectF(area.left(), area.top(), half, area.height())
-                                      : QRectF(area.left(), area.top(), area.width(), half));
-    DrawChannel(channels[1], vertical ? QRectF(area.left() + half + 1, area.top(), half, area.height())
-                                      : QRectF(area.left(), area.top() + half + 1, area.width(), half));
+}
+
+// Two channels lie side by side, a pixel apart.
+QRectF CVuCtrl::AreaOf(const Channel& channel) const {
+    const QRectF area(Rectangle());
+    if (channels[1].source == nullptr) return area;
+    const qreal half = ((vertical ? area.width() : area.height()) - 1) / 2;
+    const qreal offset = &channel == channels.data() ? 0 : half + 1;
+    return vertical ? QRectF(area.left() + offset, area.top(), half, area.height())
+                    : QRectF(area.left(), area.top() + offset, area.width(), half);
 }
 
 // On the unlit scale, so that the place is still that of a meter.
@@ -134,7 +145,7 @@ void CVuCtrl::DrawReason(const QRectF& area) {
 }
 
 void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
-    const auto& [well, lit, unlit, clipMarks] = colours;
+    const auto& [well, held, lit, unlit, clipMarks] = colours;
     // Green to -12, yellow to 0 decibels, red above.
     const std::array<float, 4> borders = {0, kYellow, kRed, 1.0F};
     const int length = PlaceOf(1);
@@ -150,7 +161,7 @@ void CVuCtrl::DrawChannel(const Channel& channel, const QRectF& area) {
         if (to < end) Canvas().Fill(part(std::max(from, to), end), unlit[zone]);
     }
     if (const int place = PlaceOf(channel.held); place > 0)
-        Canvas().Fill(part(std::max(0, place - kHeldWidth), place), Palette().Colour(QStringLiteral("text")));
+        Canvas().Fill(part(std::max(0, place - kHeldWidth), place), held);
     Canvas().Fill(part(length, length + 1), well);
     const QRectF clipMark = part(length + 1, length + 1 + kClipZone);
     Canvas().Fill(clipMark, clipMarks[channel.clipped ? 1 : 0]);

@@ -19,6 +19,7 @@ struct MeterColours {
     static MeterColours Of(const CPalette& palette);
 
     QRgb well = 0;
+    QRgb held = 0;
     std::array<QRgb, 3> lit{};  // low, middle, high
     std::array<QRgb, 3> unlit{};
     std::array<QRgb, 2> clip{};  // not clipped, clipped
@@ -55,7 +56,8 @@ private:
     };
     void Follow(Channel& channel);
     // Pixels along the meter, from its quiet end.
-    void RedrawPart(int from, int to);
+    void RedrawPart(const Channel& channel, int from, int to);
+    QRectF AreaOf(const Channel& channel) const;
     void DrawReason(const QRectF& area);
     void DrawChannel(const Channel& channel, const QRectF& area);
     int Length() const noexcept { return vertical ? Height() : Width(); }
