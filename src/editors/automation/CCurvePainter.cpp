@@ -14,11 +14,9 @@ namespace {
 
 constexpr float kNowhere = 1e9F;
 constexpr int kNone = std::numeric_limits<int>::max();
-constexpr float kSteep = 96;   // rows that the line rises in a column: it is not smoothed there
-constexpr int kShortRun = 16;  // columns
-constexpr int kMixedRun = 64;
-constexpr int kDash = 8;     // skin pixels, of which
-constexpr int kDashGap = 3;  // are left out
+constexpr float kSteep = 96;  // rows that the line rises in a column: it is not smoothed there
+constexpr int kDash = 8;      // skin pixels, of which
+constexpr int kDashGap = 3;   // are left out
 
 // An eighth of one and the rest of the other, as fast as three operations.
 QRgb WithEighth(QRgb under, QRgb eighth) noexcept { return under - ((under >> 3) & 0x001f1f1f) + eighth; }
@@ -169,13 +167,8 @@ void CCurvePainter::Draw(const PixelTile& tile) const {
     const int end = tile.area.right() + 1;
     // Most columns are the same in all rows of a tile, and so are those beside them.
     for (int from = left, to = from; from < end; from = to) {
-        EPart part = PartOf(static_cast<std::size_t>(from), firstRow, endRow);
+        const EPart part = PartOf(static_cast<std::size_t>(from), firstRow, endRow);
         for (to = from + 1; to < end && PartOf(static_cast<std::size_t>(to), firstRow, endRow) == part;) ++to;
-        // Short pieces take longer than looking at each pixel.
-        if (to - from < kShortRun && to < end) {
-            part = EPart::kMixed;
-            to = std::min(end, from + kMixedRun);
-        }
         if (part == EPart::kNothing) continue;
         for (int row = firstRow; row < endRow; ++row)
             FillRow(tile.Row(row) + (from - left), row, part, from, to - from);
