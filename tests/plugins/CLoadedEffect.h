@@ -8,6 +8,10 @@
 
 namespace quibtest {
 
+// At which effects are tested; another one than instruments are.
+constexpr double kEffectRate = 48000.0;
+constexpr long kEffectSecond = 48000;
+
 struct StereoSignal {
     std::vector<float> left;
     std::vector<float> right;
@@ -21,7 +25,7 @@ struct StereoSignal {
 
 class CLoadedEffect : public CLoadedPlugin {
 public:
-    explicit CLoadedEffect(const std::string& name, float sampleRate = 48000.0f)
+    explicit CLoadedEffect(const std::string& name, float sampleRate = kEffectRate)
         : CLoadedPlugin(name, sampleRate, "PluginEffects") {}
 
     // What the host answers from now on; 0 is a host that knows no time at all.

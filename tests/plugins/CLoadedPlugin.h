@@ -9,6 +9,10 @@
 
 namespace quibtest {
 
+// At which instruments are tested.
+constexpr double kRate = 44100.0;
+constexpr long kSecond = 44100;
+
 struct Message {
     long frame;
     int status;
@@ -21,7 +25,7 @@ using Channels = std::vector<std::vector<float>>;
 class CLoadedPlugin {
 public:
     // `name` without folder and extension; opened and resumed at `sampleRate`.
-    explicit CLoadedPlugin(const std::string& name, float sampleRate = 44100.0f,
+    explicit CLoadedPlugin(const std::string& name, float sampleRate = kRate,
                            const std::string& folder = "PluginInstruments");
     ~CLoadedPlugin();
     CLoadedPlugin(const CLoadedPlugin&) = delete;

@@ -6,9 +6,6 @@ namespace quibtest {
 
 namespace {
 
-constexpr double kRate = 48000.0;
-constexpr long kSecond = 48000;
-
 float Amplitude(double decibels) { return static_cast<float>(std::pow(10.0, decibels / 20.0)); }
 
 struct CPlainCompressor : CLoadedEffect {
@@ -20,12 +17,11 @@ struct CPlainCompressor : CLoadedEffect {
     // Decibels by which a steady tone of that level is turned down.
     double ReductionAt(double decibels, double hertz = 1000.0) {
         Resume(48000.0f);
-        const StereoSignal out = Run(SineTone(kSecond, hertz, kRate, Amplitude(decibels)));
-        return decibels - 20.0 * std::log10(AmplitudeAt(out.left, hertz, kRate, kSecond / 2, kSecond));
+        const StereoSignal out = Run(SineTone(kEffectSecond, hertz, kEffectRate, Amplitude(decibels)));
+        return decibels -
+               20.0 * std::log10(AmplitudeAt(out.left, hertz, kEffectRate, kEffectSecond / 2, kEffectSecond));
     }
 };
-
-}  // namespace
 
 TEST(Compressor, FollowsItsCurve) {
     CPlainCompressor compressor;
@@ -46,10 +42,10 @@ TEST(Compressor, LinksItsSidesAsFarAsToldTo) {
         CPlainCompressor compressor;
         compressor.Set("Stereo Link", link);
         compressor.Resume(48000.0f);
-        StereoSignal tone = SineTone(kSecond, 1000.0, kRate, Amplitude(-4.0));
+        StereoSignal tone = SineTone(kEffectSecond, 1000.0, kEffectRate, Amplitude(-4.0));
         for (float& sample : tone.right) sample *= Amplitude(-30.0);
         const StereoSignal out = compressor.Run(tone);
-        const double right = AmplitudeAt(out.right, 1000.0, kRate, kSecond / 2, kSecond);
+        const double right = AmplitudeAt(out.right, 1000.0, kEffectRate, kEffectSecond / 2, kEffectSecond);
         EXPECT_NEAR(-34.0 - 20.0 * std::log10(right), expected, 0.2) << link;
     }
 }
@@ -60,14 +56,14 @@ TEST(Compressor, TellsWhatItMeasuresSinceItWasAskedLast) {
         return effect.Call(vst2::effVendorSpecific, vst2::kTellMeasured, 0, &told);
     };
     vst2::Measured told{};
-    const StereoSignal tone = SineTone(kSecond, 1000.0, kRate, Amplitude(-4.0));
+    const StereoSignal tone = SineTone(kEffectSecond, 1000.0, kEffectRate, Amplitude(-4.0));
     compressor.Run(tone);
     ASSERT_EQ(ask(compressor, told), 1);
     compressor.Run(tone);
     ASSERT_EQ(ask(compressor, told), 1);
     EXPECT_NEAR(told.level, -4.0, 0.1);
     EXPECT_NEAR(told.reduction, 12.0, 0.2);
-    compressor.Run(StereoSignal(kSecond));
+    compressor.Run(StereoSignal(kEffectSecond));
     ask(compressor, told);
     compressor.Run(StereoSignal(256));
     ASSERT_EQ(ask(compressor, told), 1);
@@ -82,8 +78,8 @@ TEST(Compressor, TakesItsTimeToComeDown) {
     CPlainCompressor compressor;
     compressor.Set("Attack", "100");
     compressor.Resume(48000.0f);
-    const StereoSignal out = compressor.Run(SineTone(kSecond, 2000.0, kRate, Amplitude(-4.0)));
-    const long at = compressor.Effect().initialDelay + kSecond / 10;
+    const StereoSignal out = compressor.Run(SineTone(kEffectSecond, 2000.0, kEffectRate, Amplitude(-4.0)));
+    const long at = compressor.Effect().initialDelay + kEffectSecond / 10;
     const double reduction = -4.0 - 20.0 * std::log10(static_cast<double>(PeakOf(out.left, at - 24, at + 24)));
     EXPECT_NEAR(reduction, 12.0 * (1.0 - std::exp(-1.0)), 0.4);
 }
@@ -130,11 +126,12 @@ TEST(Compressor, LimiterHoldsTheWaveBetweenTheSamples) {
     CPlainCompressor compressor;
     compressor.Set({{"Ratio", "1"}, {"Ceiling", "-3"}});
     compressor.Resume(48000.0f);
-    StereoSignal tone(kSecond);
+    StereoSignal tone(kEffectSecond);
     for (std::size_t i = 0; i < tone.left.size(); ++i) tone.left[i] = tone.right[i] = i % 4 < 2 ? 0.65f : -0.65f;
-    ASSERT_GT(AmplitudeAt(tone.left, 12000.0, kRate, 0, kSecond), 0.91);
+    ASSERT_GT(AmplitudeAt(tone.left, 12000.0, kEffectRate, 0, kEffectSecond), 0.91);
     const StereoSignal out = compressor.Run(tone);
-    const double level = 20.0 * std::log10(AmplitudeAt(out.left, 12000.0, kRate, kSecond / 2, kSecond));
+    const double level =
+        20.0 * std::log10(AmplitudeAt(out.left, 12000.0, kEffectRate, kEffectSecond / 2, kEffectSecond));
     EXPECT_LT(level, -2.9);
     EXPECT_GT(level, -3.3);
 }
@@ -143,11 +140,15 @@ TEST(Compressor, LimiterBendsASteadyBassNoteLittle) {
     CPlainCompressor compressor;
     compressor.Set({{"Ratio", "1"}, {"Ceiling", "-6"}, {"Limiter Release", "500"}});
     compressor.Resume(48000.0f);
-    const StereoSignal out = compressor.Run(SineTone(2 * kSecond, 50.0, kRate, 1.0f));
-    const auto level = [&](double hertz) { return AmplitudeAt(out.left, hertz, kRate, kSecond, 2 * kSecond); };
+    const StereoSignal out = compressor.Run(SineTone(2 * kEffectSecond, 50.0, kEffectRate, 1.0f));
+    const auto level = [&](double hertz) {
+        return AmplitudeAt(out.left, hertz, kEffectRate, kEffectSecond, 2 * kEffectSecond);
+    };
     EXPECT_NEAR(20.0 * std::log10(level(50.0)), -6.0, 0.3);
     EXPECT_LT(20.0 * std::log10(level(150.0) / level(50.0)), -40.0);
     EXPECT_LT(20.0 * std::log10(level(250.0) / level(50.0)), -46.0);
 }
+
+}  // namespace
 
 }  // namespace quibtest

@@ -79,8 +79,6 @@ long FirstDifference(const Channels& a, const Channels& b) {
     return -1;
 }
 
-}  // namespace
-
 TEST_P(Conformance, PlaysTheSameWhateverTheOrderOfItsPreparation) {
     CDriven reference(GetParam(), 48000.0f);
     const Channels expected = reference.PlayFor(0.5, 48000.0);
@@ -329,5 +327,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Subject{"QUIB reverb", "PluginEffects", {}}, Subject{"QUIB delay", "PluginEffects", {}},
                     Subject{"QUIB compressor", "PluginEffects", {}}, Subject{"QUIB flanger", "PluginEffects", {}}),
     [](const auto& test) { return std::string(test.param.name).substr(5); });
+
+}  // namespace
 
 }  // namespace quibtest

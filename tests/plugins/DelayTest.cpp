@@ -6,9 +6,6 @@ namespace quibtest {
 
 namespace {
 
-constexpr double kRate = 48000.0;
-constexpr long kSecond = 48000;
-
 // The delay with its feedback off and its filters out of the way.
 struct CPlainDelay : CLoadedEffect {
     explicit CPlainDelay(float rate = 48000.0f) : CLoadedEffect("QUIB delay", rate) {
@@ -34,15 +31,15 @@ std::vector<long> Echoes(const std::vector<float>& samples, float floor = 1e-4f)
 
 // Gain in decibels of a tone's second repeat over its first one.
 double RepeatGain(CLoadedEffect& delay, double hertz, float amplitude = 0.1f) {
-    StereoSignal burst = SineTone(kSecond / 4, hertz, kRate, amplitude);
-    burst.left.resize(2 * kSecond);
-    burst.right.resize(2 * kSecond);
+    StereoSignal burst = SineTone(kEffectSecond / 4, hertz, kEffectRate, amplitude);
+    burst.left.resize(2 * kEffectSecond);
+    burst.right.resize(2 * kEffectSecond);
     const StereoSignal out = delay.Run(burst);
-    const auto gain = [&](long begin) { return AmplitudeAt(out.left, hertz, kRate, begin + 1000, begin + 11000); };
-    return 20.0 * std::log10(gain(kSecond) / gain(kSecond / 2));
+    const auto gain = [&](long begin) {
+        return AmplitudeAt(out.left, hertz, kEffectRate, begin + 1000, begin + 11000);
+    };
+    return 20.0 * std::log10(gain(kEffectSecond) / gain(kEffectSecond / 2));
 }
-
-}  // namespace
 
 TEST(Delay, ShowsForALinkedSideWhatIsHeard) {
     CPlainDelay delay;
@@ -65,8 +62,8 @@ TEST(Delay, RepeatsOnTheBeatExactToTheSample) {
             delay.SetTempo(tempo);
             delay.Set("Left Note", note);
             delay.Resume(48000.0f);
-            const StereoSignal out = delay.Run(Impulse(5 * kSecond, 0.5f, -0.25f));
-            const std::vector<long> expected = {std::lround(quarters * 60.0 / tempo * kRate)};
+            const StereoSignal out = delay.Run(Impulse(5 * kEffectSecond, 0.5f, -0.25f));
+            const std::vector<long> expected = {std::lround(quarters * 60.0 / tempo * kEffectRate)};
             ASSERT_EQ(Echoes(out.left), expected) << note << " at " << tempo;
             ASSERT_EQ(Echoes(out.right), expected) << note << " at " << tempo;
             EXPECT_FLOAT_EQ(out.left[static_cast<std::size_t>(expected[0])], 0.5f);
@@ -90,12 +87,13 @@ TEST(Delay, FallsBackTo120BeatsAndHalvesNotesThatAreTooLong) {
     CPlainDelay delay;
     delay.Set("Left Note", "1/4");
     delay.SetTempo(0.0);
-    EXPECT_EQ(Echoes(delay.Run(Impulse(kSecond)).left), std::vector<long>{kSecond / 2});
+    EXPECT_EQ(Echoes(delay.Run(Impulse(kEffectSecond)).left), std::vector<long>{kEffectSecond / 2});
     delay.Set("Left Note", "1/1 D");
     for (const auto& [tempo, seconds] : {std::pair{40.0, 9L}, {30.0, 6L}}) {
         delay.SetTempo(tempo);
         delay.Resume(48000.0f);
-        EXPECT_EQ(Echoes(delay.Run(Impulse(10 * kSecond)).left), std::vector<long>{seconds * kSecond}) << tempo;
+        EXPECT_EQ(Echoes(delay.Run(Impulse(10 * kEffectSecond)).left), std::vector<long>{seconds * kEffectSecond})
+            << tempo;
     }
 }
 
@@ -103,7 +101,7 @@ TEST(Delay, PingPongGoesFromSideToSide) {
     CPlainDelay delay;
     delay.SetMilliseconds("100", "150");
     delay.Set({{"Ping Pong", "100"}, {"Feedback", "50"}});
-    const StereoSignal out = delay.Run(Impulse(kSecond, 0.0f, 1.0f));
+    const StereoSignal out = delay.Run(Impulse(kEffectSecond, 0.0f, 1.0f));
     const auto near = [&](const std::vector<float>& side, long frame) { return PeakOf(side, frame - 50, frame + 200); };
     EXPECT_FLOAT_EQ(out.left[4800], 0.5f);
     EXPECT_GT(near(out.right, 12000), 0.15f);
@@ -151,14 +149,14 @@ TEST(Delay, SettlesExactlyAfterTheTimeHasMoved) {
         delay.Set("Time Change", way);
         delay.SetMilliseconds("400", "250");
         delay.Resume(48000.0f);
-        const StereoSignal tone = SineTone(3 * kSecond, 60.0, kRate, 0.25f);
+        const StereoSignal tone = SineTone(3 * kEffectSecond, 60.0, kEffectRate, 0.25f);
         const StereoSignal moved = delay.Run(tone, {480}, [&](long frame) {
-            if (frame == kSecond) delay.SetMilliseconds("123", "377");
+            if (frame == kEffectSecond) delay.SetMilliseconds("123", "377");
         });
-        EXPECT_LT(LargestStep(moved.left, kSecond - 10, 2 * kSecond), 0.01f) << way;
-        EXPECT_LT(LargestStep(moved.right, kSecond - 10, 2 * kSecond), 0.01f) << way;
-        delay.Run(StereoSignal(kSecond / 2));
-        const StereoSignal settled = delay.Run(Impulse(kSecond));
+        EXPECT_LT(LargestStep(moved.left, kEffectSecond - 10, 2 * kEffectSecond), 0.01f) << way;
+        EXPECT_LT(LargestStep(moved.right, kEffectSecond - 10, 2 * kEffectSecond), 0.01f) << way;
+        delay.Run(StereoSignal(kEffectSecond / 2));
+        const StereoSignal settled = delay.Run(Impulse(kEffectSecond));
         EXPECT_EQ(Echoes(settled.left), std::vector<long>{5904}) << way;
         EXPECT_EQ(Echoes(settled.right), std::vector<long>{18096}) << way;
     }
@@ -167,12 +165,12 @@ TEST(Delay, SettlesExactlyAfterTheTimeHasMoved) {
 TEST(Delay, FollowsTheTempoWithoutAClick) {
     CPlainDelay delay;
     delay.Set("Left Note", "1/8");
-    const StereoSignal moved = delay.Run(SineTone(2 * kSecond, 67.0, kRate, 0.25f), {480}, [&](long frame) {
-        if (frame == kSecond) delay.SetTempo(150.0);
+    const StereoSignal moved = delay.Run(SineTone(2 * kEffectSecond, 67.0, kEffectRate, 0.25f), {480}, [&](long frame) {
+        if (frame == kEffectSecond) delay.SetTempo(150.0);
     });
-    EXPECT_LT(LargestStep(moved.left, kSecond - 10, 2 * kSecond), 0.01f);
-    delay.Run(StereoSignal(kSecond / 2));
-    EXPECT_EQ(Echoes(delay.Run(Impulse(kSecond)).left), std::vector<long>{9600});
+    EXPECT_LT(LargestStep(moved.left, kEffectSecond - 10, 2 * kEffectSecond), 0.01f);
+    delay.Run(StereoSignal(kEffectSecond / 2));
+    EXPECT_EQ(Echoes(delay.Run(Impulse(kEffectSecond)).left), std::vector<long>{9600});
 }
 
 TEST(Delay, WidthGoesFromMonoToTwiceTheSide) {
@@ -181,8 +179,10 @@ TEST(Delay, WidthGoesFromMonoToTwiceTheSide) {
     for (const auto& [width, right] : {std::pair{"0", 0.5f}, std::pair{"100", 0.0f}, std::pair{"200", -0.5f}}) {
         delay.Set("Width", width);
         delay.Resume(48000.0f);
-        EXPECT_NEAR(delay.Run(Impulse(kSecond / 2, 1.0f, 0.0f)).right[12000], right, 1e-6f) << width;
+        EXPECT_NEAR(delay.Run(Impulse(kEffectSecond / 2, 1.0f, 0.0f)).right[12000], right, 1e-6f) << width;
     }
 }
+
+}  // namespace
 
 }  // namespace quibtest

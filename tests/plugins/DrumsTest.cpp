@@ -6,8 +6,6 @@ namespace quibtest {
 
 namespace {
 
-constexpr long kSecond = 44100;
-
 Channels Strokes(CLoadedPlugin& plugin, const std::vector<Message>& messages, long frames = kSecond) {
     plugin.Resume(44100.0f);
     return plugin.Render(frames, messages);
@@ -24,8 +22,6 @@ double Centroid(const std::vector<float>& samples, long begin, long end) {
     }
     return 44100.0 / std::numbers::pi * std::asin(0.5 * std::sqrt(slope / energy));
 }
-
-}  // namespace
 
 TEST(Drums, AnswersItsKeysAndNoOthers) {
     CLoadedPlugin plugin("QUIB drums");
@@ -216,5 +212,7 @@ TEST(Drums, TunesDecaysAndPansEachDrum) {
     plugin.Set("Crash Pan", "-100");
     EXPECT_EQ(PeakOf(Strokes(plugin, {{0, 0x90, 49, 100}})[1]), 0.0f);
 }
+
+}  // namespace
 
 }  // namespace quibtest

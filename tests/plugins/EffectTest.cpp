@@ -7,15 +7,13 @@ namespace quibtest {
 
 namespace {
 
-constexpr long kSecond = 48000;
-
 class Effect : public testing::TestWithParam<const char*> {};
 
 // Noise, a long silence that lets the effect fall asleep, and a tone that wakes it.
 StereoSignal NoiseSilenceTone() {
-    StereoSignal signal = Noise(kSecond / 3, 0.4f);
-    signal.Append(StereoSignal(4 * kSecond));
-    signal.Append(SineTone(kSecond / 2, 700.0, 48000.0, 0.4f));
+    StereoSignal signal = Noise(kEffectSecond / 3, 0.4f);
+    signal.Append(StereoSignal(4 * kEffectSecond));
+    signal.Append(SineTone(kEffectSecond / 2, 700.0, 48000.0, 0.4f));
     return signal;
 }
 
@@ -42,8 +40,6 @@ StereoSignal Tail(CLoadedEffect& effect, const StereoSignal& input, double secon
     signal.Append(StereoSignal(static_cast<long>(seconds * 48000.0)));
     return effect.Run(signal);
 }
-
-}  // namespace
 
 TEST_P(Effect, SaysWhatItIs) {
     CLoadedEffect effect(GetParam());
@@ -83,43 +79,43 @@ TEST_P(Effect, FallsSilentAfterItsTailAndWakesUnchanged) {
         const auto tail = effect.Call(vst2::effGetTailSize);
         ASSERT_GT(tail, 0) << program;
         const double seconds = static_cast<double>(tail) / 48000.0;
-        const StereoSignal burst = Noise(kSecond / 4, 0.5f);
+        const StereoSignal burst = Noise(kEffectSecond / 4, 0.5f);
         const StereoSignal first = Tail(effect, burst, 1.3 * seconds + 8.0);
         const long end = burst.Frames() + tail;
         EXPECT_LT(PeakOf(first.left, end), 3e-5f) << program;
-        EXPECT_EQ(PeakOf(first.left, first.Frames() - kSecond / 2), 0.0f) << program;
+        EXPECT_EQ(PeakOf(first.left, first.Frames() - kEffectSecond / 2), 0.0f) << program;
         EXPECT_TRUE(Tail(effect, burst, 1.3 * seconds + 8.0) == first) << program;
     }
 }
 
 TEST_P(Effect, StaysFiniteWhateverComesIn) {
     CLoadedEffect effect(GetParam());
-    StereoSignal signal = Noise(kSecond, 1e30f);
+    StereoSignal signal = Noise(kEffectSecond, 1e30f);
     for (std::size_t i = 0; i < signal.left.size(); i += 97) {
         signal.left[i] = std::numeric_limits<float>::quiet_NaN();
         signal.right[i] = std::numeric_limits<float>::infinity();
     }
     EXPECT_TRUE(AllFinite(effect.Run(signal)));
-    const StereoSignal after = effect.Run(StereoSignal(20 * kSecond));
+    const StereoSignal after = effect.Run(StereoSignal(20 * kEffectSecond));
     EXPECT_TRUE(AllFinite(after));
-    EXPECT_LT(PeakOf(after.left, 19 * kSecond), 1e-3f);
+    EXPECT_LT(PeakOf(after.left, 19 * kEffectSecond), 1e-3f);
 }
 
 TEST_P(Effect, NeverJumpsWhenAParameterMoves) {
     const int parameters = CLoadedEffect(GetParam()).Effect().numParams;
-    const StereoSignal tone = SineTone(3 * kSecond, 60.0, 48000.0, 0.25f);
+    const StereoSignal tone = SineTone(3 * kEffectSecond, 60.0, 48000.0, 0.25f);
     for (int index = 0; index < parameters; ++index) {
         CLoadedEffect effect(GetParam());
         effect.SetTempo(120.0);
         const std::string name = effect.Text(vst2::effGetParamName, index);
         const StereoSignal moved = effect.Run(tone, {480}, [&](long frame) {
-            if (frame < kSecond || frame % 4800 != 0) return;
+            if (frame < kEffectSecond || frame % 4800 != 0) return;
             effect.Effect().setParameter(&effect.Effect(), index, frame % 9600 == 0 ? 0.0f : 1.0f);
         });
         // A steady tone of 60 Hz takes steps of 0.008 times its amplitude.
         const float natural = 0.009f * std::max(PeakOf(moved.left), PeakOf(moved.right));
-        EXPECT_LT(LargestStep(moved.left, kSecond, 3 * kSecond), natural + 0.01f) << name;
-        EXPECT_LT(LargestStep(moved.right, kSecond, 3 * kSecond), natural + 0.01f) << name;
+        EXPECT_LT(LargestStep(moved.left, kEffectSecond, 3 * kEffectSecond), natural + 0.01f) << name;
+        EXPECT_LT(LargestStep(moved.right, kEffectSecond, 3 * kEffectSecond), natural + 0.01f) << name;
     }
 }
 
@@ -139,5 +135,7 @@ TEST_P(Effect, SoundsTheSameAtEveryRate) {
 INSTANTIATE_TEST_SUITE_P(BuiltIn, Effect,
                          testing::Values("QUIB delay", "QUIB reverb", "QUIB chorus", "QUIB flanger", "QUIB compressor"),
                          [](const auto& test) { return std::string(test.param).substr(5); });
+
+}  // namespace
 
 }  // namespace quibtest

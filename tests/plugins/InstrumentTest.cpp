@@ -12,7 +12,6 @@ namespace {
 const std::vector<int> kSynthKeys = {48, 52, 55, 60};
 const std::vector<int> kDrumKeys = {36, 38, 42, 49};
 const std::vector<int> kLoopKeys = {36, 60};
-constexpr long kSecond = 44100;
 
 std::vector<Message> Phrase(const std::vector<int>& keys, double scale = 1.0) {
     std::vector<Message> messages;
@@ -40,8 +39,6 @@ protected:
         return messages;
     }
 };
-
-}  // namespace
 
 TEST_P(Instrument, SaysWhatItIs) {
     CLoadedPlugin plugin(GetParam());
@@ -94,5 +91,7 @@ TEST_P(Instrument, KeepsItsLevelAtEverySampleRate) {
 
 INSTANTIATE_TEST_SUITE_P(BuiltIn, Instrument, testing::Values("QUIB synth", "QUIB drums", "QUIB Loops"),
                          [](const auto& tested) { return std::string(tested.param).substr(5); });
+
+}  // namespace
 
 }  // namespace quibtest

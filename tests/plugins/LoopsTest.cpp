@@ -12,9 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kRate = 44100.0;
-constexpr long kSecond = 44100;
-
 void WriteWave(const fs::path& file, const std::vector<float>& samples, int rate, int channels = 1,
                int format = SF_FORMAT_WAV | SF_FORMAT_FLOAT) {
     SF_INFO info{};
@@ -96,8 +93,6 @@ std::vector<long> Onsets(const std::vector<float>& samples) {
     }
     return onsets;
 }
-
-}  // namespace
 
 TEST_F(Loops, TellsItsLoopsByItsExports) {
     const auto number = Export<std::intptr_t (*)()>("GetWaveNumber");
@@ -253,5 +248,7 @@ TEST_F(Loops, CutsStrokesShortAndChangesAnythingWithoutAJump) {
         plugin.Set(index, kept);
     }
 }
+
+}  // namespace
 
 }  // namespace quibtest

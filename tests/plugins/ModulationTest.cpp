@@ -7,9 +7,6 @@ namespace quibtest {
 
 namespace {
 
-constexpr double kRate = 48000.0;
-constexpr long kSecond = 48000;
-
 struct COneVoice : CLoadedEffect {
     COneVoice() : CLoadedEffect("QUIB chorus") {
         Set({{"Voices", "1"}, {"Rate", "2"}, {"Depth", "8"}, {"Delay", "5"}, {"Spread", "0"}});
@@ -28,18 +25,17 @@ std::vector<double> Frequencies(const std::vector<float>& samples, long begin) {
         }
     }
     std::vector<double> frequencies;
-    for (std::size_t i = 1; i < crossings.size(); ++i) frequencies.push_back(kRate / (crossings[i] - crossings[i - 1]));
+    for (std::size_t i = 1; i < crossings.size(); ++i)
+        frequencies.push_back(kEffectRate / (crossings[i] - crossings[i - 1]));
     return frequencies;
 }
 
 double Gain(CLoadedEffect& effect, double hertz, float amplitude = 0.1f) {
     effect.Resume(48000.0f);
-    const StereoSignal out = effect.Run(SineTone(kSecond, hertz, kRate, amplitude));
-    return 20.0 *
-           std::log10(AmplitudeAt(out.left, hertz, kRate, kSecond / 2, kSecond) / static_cast<double>(amplitude));
+    const StereoSignal out = effect.Run(SineTone(kEffectSecond, hertz, kEffectRate, amplitude));
+    return 20.0 * std::log10(AmplitudeAt(out.left, hertz, kEffectRate, kEffectSecond / 2, kEffectSecond) /
+                             static_cast<double>(amplitude));
 }
-
-}  // namespace
 
 // A delay of d/2 sin(2 pi r t) moves the pitch by pi d r.
 TEST(Chorus, BendsThePitchByDepthAndRateAndTheSidesByTheSpread) {
@@ -48,9 +44,9 @@ TEST(Chorus, BendsThePitchByDepthAndRateAndTheSidesByTheSpread) {
     for (const auto& [spread, sign] : {std::pair{"0", 1.0}, {"180", -1.0}}) {
         chorus.Set("Spread", spread);
         chorus.Resume(48000.0f);
-        const StereoSignal out = chorus.Run(SineTone(2 * kSecond, 1000.0, kRate, 0.3f));
-        const std::vector<double> left = Frequencies(out.left, kSecond / 4);
-        const std::vector<double> right = Frequencies(out.right, kSecond / 4);
+        const StereoSignal out = chorus.Run(SineTone(2 * kEffectSecond, 1000.0, kEffectRate, 0.3f));
+        const std::vector<double> left = Frequencies(out.left, kEffectSecond / 4);
+        const std::vector<double> right = Frequencies(out.right, kEffectSecond / 4);
         EXPECT_NEAR(*std::max_element(left.begin(), left.end()), 1000.0 * (1.0 + bend), 2.0);
         EXPECT_NEAR(*std::min_element(left.begin(), left.end()), 1000.0 * (1.0 - bend), 2.0);
         double together = 0.0;
@@ -69,8 +65,8 @@ TEST(Chorus, IsAsLoudWithAnyNumberOfVoices) {
         COneVoice chorus;
         chorus.Set("Voices", voices);
         chorus.Resume(48000.0f);
-        const StereoSignal out = chorus.Run(Noise(4 * kSecond, 0.5f));
-        levels.push_back(20.0 * std::log10(Rms(out.left, kSecond, 4 * kSecond) / (0.5 / std::sqrt(3.0))));
+        const StereoSignal out = chorus.Run(Noise(4 * kEffectSecond, 0.5f));
+        levels.push_back(20.0 * std::log10(Rms(out.left, kEffectSecond, 4 * kEffectSecond) / (0.5 / std::sqrt(3.0))));
     }
     EXPECT_GT(levels[0], -2.0);  // reading between samples costs the top octave a little
     for (const double level : levels) EXPECT_NEAR(level, levels[0], 0.2);
@@ -101,8 +97,8 @@ TEST(Flanger, SweepsOncePerNoteOfTheSong) {
         flanger.SetTempo(tempo);
         flanger.Set({{"Mix", "50"}, {"Sync", "Note"}, {"Note", "1 bar"}});
         flanger.Resume(48000.0f);
-        const auto bar = static_cast<long>(4.0 * 60.0 / tempo * kRate);
-        const StereoSignal out = flanger.Run(SineTone(3 * bar, 1000.0, kRate, 0.3f));
+        const auto bar = static_cast<long>(4.0 * 60.0 / tempo * kEffectRate);
+        const StereoSignal out = flanger.Run(SineTone(3 * bar, 1000.0, kEffectRate, 0.3f));
         double same = 0.0;
         double half = 0.0;
         for (long at = bar; at + 480 < 2 * bar; at += 480) {
@@ -114,5 +110,7 @@ TEST(Flanger, SweepsOncePerNoteOfTheSong) {
         EXPECT_GT(half, 0.05) << tempo;
     }
 }
+
+}  // namespace
 
 }  // namespace quibtest

@@ -60,8 +60,6 @@ std::vector<double> Envelope(const std::vector<float>& samples, long window) {
     return levels;
 }
 
-}  // namespace
-
 TEST(Reverb, DecaysAsLongAsItSays) {
     for (const double rate : {22050.0, 48000.0, 192000.0}) {
         for (const char* size : {"4", "15", "50"}) {
@@ -84,12 +82,11 @@ TEST(Reverb, DecaysAsLongAsItSays) {
 }
 
 TEST(Reverb, DampsHighsByTheirOwnDecayTime) {
-    constexpr double kRate = 48000.0;
     CLateReverb reverb(48000.0f);
     reverb.Set({{"Decay", "3"}, {"High Decay", "30"}, {"Damping", "1500"}});
-    const StereoSignal out = Response(reverb, 5.0, kRate);
-    EXPECT_NEAR(DecaySeconds(Band(out.left, 150.0, kRate, false), kRate), 3.0, 0.3);
-    EXPECT_NEAR(DecaySeconds(Band(out.left, 12000.0, kRate, true), kRate), 0.9, 0.15);
+    const StereoSignal out = Response(reverb, 5.0, kEffectRate);
+    EXPECT_NEAR(DecaySeconds(Band(out.left, 150.0, kEffectRate, false), kEffectRate), 3.0, 0.3);
+    EXPECT_NEAR(DecaySeconds(Band(out.left, 12000.0, kEffectRate, true), kEffectRate), 0.9, 0.15);
 }
 
 // Against the mean over the 0.4 seconds about it, in windows of 10 ms.
@@ -173,5 +170,7 @@ TEST(Reverb, WaitsForItsPreDelay) {
     }
     EXPECT_NEAR(static_cast<double>(onsets[1] - onsets[0]), 4800.0, 1.0);
 }
+
+}  // namespace
 
 }  // namespace quibtest

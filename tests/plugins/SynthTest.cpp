@@ -8,9 +8,6 @@ namespace quibtest {
 
 namespace {
 
-constexpr double kRate = 44100.0;
-constexpr long kSecond = 44100;
-
 // One plain oscillator through an open filter.
 void MakePlain(CLoadedPlugin& plugin, const char* wave) {
     static const std::pair<const char*, const char*> kPlain[] = {
@@ -48,8 +45,6 @@ double FrequencyNear(const std::vector<float>& samples, double expected, double 
 }
 
 double Cents(double measured, double expected) { return 1200.0 * std::log2(measured / expected); }
-
-}  // namespace
 
 TEST(Synth, IsInTuneAtEveryRateAndBendsByItsRange) {
     for (const float rate : {22050.0f, 44100.0f, 96000.0f, 192000.0f}) {
@@ -304,5 +299,7 @@ TEST(Synth, GlidesInLegatoModeAndReturnsToTheHeldKey) {
     EXPECT_NEAR(Cents(FrequencyNear(sound[0], 440.0, kRate, kSecond + 20000, 2 * kSecond), 440.0), 0.0, 2.0);
     EXPECT_NEAR(Cents(FrequencyNear(sound[0], 220.0, kRate, 2 * kSecond + 20000, 3 * kSecond), 220.0), 0.0, 2.0);
 }
+
+}  // namespace
 
 }  // namespace quibtest
