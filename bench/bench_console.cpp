@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "app/console/CWinControlMain.h"
+#include "controls/NoSettings.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"
@@ -21,11 +22,6 @@ namespace {
 using namespace quib;
 
 constexpr int kInstruments = 32;
-
-class CNoSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
 
 // 32 synthesisers, each with a note on every step of a pattern, playing to nowhere in real time.
 struct CPlayingConsole {

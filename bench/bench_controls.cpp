@@ -12,17 +12,13 @@
 #include "controls/CStepLedCtrl.h"
 #include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
+#include "controls/NoSettings.h"
 
 namespace {
 
 using namespace quib;
 
 constexpr int kStrips = 64;
-
-class CNoSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
 
 class CMovingScope : public CScopeSource {
 public:

@@ -92,7 +92,7 @@ void MeasureCurve(int scale, int steps, int stepWidth, const char* density) {
     const Folders folders(folder.filePath(QStringLiteral("program")));
     CWorkstation station(settings, folders);
     const CLaneCatalog catalog(station);
-    const CPlainSettings plain;
+    const CNoSettings plain;
     CWinControl window(plain, "panel");
     CEventCtrl& curve = window.Add<CEventCtrl>(0U, 0, 0, 1600, 780, catalog);
     window.SetUiScale(scale);

@@ -43,7 +43,7 @@ void MeasureAll(int scale) {
     station.Audio().PublishInstruments(list);
     station.Selection().SetCurrent(0);
 
-    const CPlainSettings plain;
+    const CNoSettings plain;
     CWinControl window(plain, "window");
     auto& pane = window.Add<CSongPane>(0U, station);
     pane.Resize(1600, 900);

@@ -8,14 +8,10 @@
 #include <vector>
 
 #include "controls/CWinControl.h"
+#include "controls/NoSettings.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 
 namespace quib {
-
-class CPlainSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
 
 // The roll at 0,0 and the lane 32 below it, as in a window of 888 pixels of width.
 struct CExampleRoll {
@@ -35,7 +31,7 @@ struct CExampleRoll {
         QApplication::processEvents();
     }
 
-    CPlainSettings settings;
+    CNoSettings settings;
     CWinControl window;
     CPianoRollCtrlEx* roll;
     CVelocityLaneCtrl* lane;
