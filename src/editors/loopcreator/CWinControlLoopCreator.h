@@ -7,10 +7,10 @@
 #include <QTemporaryDir>
 
 #include "document/CExportJob.h"
+#include "document/CSoundWork.h"
 #include "editors/base/CToolWindow.h"
 #include "editors/loopcreator/CLoopListCtrl.h"
 #include "editors/loopcreator/CWavePeaks.h"
-#include "editors/sound/CSoundWork.h"
 #include "export/loops/LoopCut.h"
 
 namespace quib {

@@ -12,6 +12,7 @@
 #include "editors/loopcreator/CSeamCtrl.h"
 #include "editors/loopcreator/CWaveCtrl.h"
 #include "editors/loopcreator/CWinControlLoopCreator.h"
+#include "editors/sound/ChooseSoundFile.h"
 #include "texts/Texts.h"
 
 namespace quib {

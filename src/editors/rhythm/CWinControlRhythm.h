@@ -7,8 +7,8 @@
 #include <array>
 #include <future>
 
+#include "document/CSoundWork.h"
 #include "editors/base/CToolWindow.h"
-#include "editors/sound/CSoundWork.h"
 #include "export/rhythm/RhythmHits.h"
 
 namespace quib {

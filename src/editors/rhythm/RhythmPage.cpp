@@ -8,6 +8,7 @@
 #include "editors/base/GroupBox.h"
 #include "editors/rhythm/CEnvelopeCtrl.h"
 #include "editors/rhythm/CWinControlRhythm.h"
+#include "editors/sound/ChooseSoundFile.h"
 #include "texts/Texts.h"
 
 namespace quib {

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <atomic>
+#include <functional>
 #include <future>
 #include <memory>
 
@@ -13,11 +14,7 @@
 #include "export/rhythm/RhythmHits.h"
 #include "export/rhythm/RhythmTempo.h"
 
-class QWidget;
-
 namespace quib {
-
-class CSettings;
 
 // A sound that was read, or, without a path, the rhythm of the one before or of the master output.
 struct HeardSound {
@@ -59,8 +56,5 @@ private:
     std::atomic<bool> cancelled{false};
     std::atomic<double> share{0};
 };
-
-// A file that the user chooses, where the last one was; empty when there is none.
-QString ChooseSoundFile(QWidget* parent, CSettings& settings);
 
 }  // namespace quib

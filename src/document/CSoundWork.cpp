@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editors/sound/CSoundWork.h"
+#include "document/CSoundWork.h"
 
-#include <QFileDialog>
-#include <QFileInfo>
 #include <chrono>
 
-#include "document/CSettings.h"
 #include "export/loops/LoopCut.h"
 #include "platform/Clock.h"
 #include "platform/ThreadPriority.h"
-#include "texts/Texts.h"
 
 namespace quib {
 
@@ -83,18 +79,6 @@ std::shared_ptr<const HeardSound> CSoundWork::Take() {
     if (!work.valid() || work.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return nullptr;
     auto heard = work.get();
     return cancelled.load() ? nullptr : heard;
-}
-
-QString ChooseSoundFile(QWidget* parent, CSettings& settings) {
-    const QString section = QStringLiteral("Settings");
-    const QString name = QStringLiteral("SoundDir");
-    const QString kept = settings.ReadSettingString(section, name);
-    const QString path = QFileDialog::getOpenFileName(
-        parent, Text("Choose the sound file"), kept.isEmpty() ? QDir::homePath() : kept,
-        Text("Sound files") + QStringLiteral(" (*.wav *.mp3 *.flac *.ogg *.opus *.aif *.aiff)"));
-    parent->activateWindow();
-    if (!path.isEmpty()) settings.WriteSettingString(section, name, QFileInfo(path).absolutePath());
-    return path;
 }
 
 }  // namespace quib
