@@ -4,8 +4,8 @@
 #include <cmath>
 #include <random>
 
-#include "app/AppFixture.h"
 #include "app/CSettingsForControls.h"
+#include "document/DocumentFixture.h"
 #include "editors/CToolWindows.h"
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/ball/CWinControlBall.h"
@@ -13,7 +13,7 @@
 namespace quib {
 namespace {
 
-class AutomationTest : public AppTest {
+class AutomationTest : public DocumentTest {
 protected:
     AutomationTest() {
         AddSynth();

@@ -7,7 +7,7 @@
 #include <QLineEdit>
 #include <QSpinBox>
 
-#include "app/AppFixture.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
@@ -16,7 +16,7 @@ constexpr unsigned kA = 38;
 constexpr unsigned kW = 25;
 constexpr unsigned kX = 53;
 
-class ComputerKeyboardTest : public AppTest {
+class ComputerKeyboardTest : public DocumentTest {
 protected:
     ComputerKeyboardTest() {
         for (int index = 0; index < 2; ++index) At(AddSynth())->keyboardOn.Set(1.0F);

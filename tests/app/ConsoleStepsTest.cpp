@@ -8,15 +8,16 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-#include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/CWinControlMain.h"
+#include "controls/NoSettings.h"
+#include "document/DocumentFixture.h"
 #include "project/ProjectFile.h"
 
 namespace quib {
 namespace {
 
-class ConsoleStepsTest : public AppTest {
+class ConsoleStepsTest : public DocumentTest {
 protected:
     ConsoleStepsTest() {
         AddSynth();

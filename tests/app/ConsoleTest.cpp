@@ -7,16 +7,17 @@
 #include <QTest>
 #include <QTimer>
 
-#include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "controls/CKeyboardExCtrl.h"
+#include "controls/NoSettings.h"
 #include "controls/VirtualKeys.h"
 #include "devices/CSilentOutput.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
 
-class ConsoleTest : public AppTest {
+class ConsoleTest : public DocumentTest {
 protected:
     ConsoleTest() {
         QString error;

@@ -6,13 +6,13 @@
 #include <QScreen>
 #include <QSet>
 
-#include "app/AppFixture.h"
 #include "app/CPluginWindows.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
 
-class EditorTest : public AppTest, public testing::WithParamInterface<const char*> {};
+class EditorTest : public DocumentTest, public testing::WithParamInterface<const char*> {};
 
 int ColoursOf(const QImage& image) {
     QSet<QRgb> colours;

@@ -6,16 +6,16 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "app/AppFixture.h"
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 #include "app/export/CExportDialog.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
 
-class ExportDialogTest : public AppTest {
+class ExportDialogTest : public DocumentTest {
 protected:
     ExportDialogTest()
         : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),

@@ -11,7 +11,6 @@
 #include <QTreeWidget>
 #include <set>
 
-#include "app/AppFixture.h"
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "app/CShortcutsPage.h"
@@ -21,6 +20,7 @@
 #include "app/console/CWinControlMain.h"
 #include "app/console/MakeConsole.h"
 #include "controls/Mnemonics.h"
+#include "document/DocumentFixture.h"
 #include "editors/automation/CWinControlParamEvent.h"
 #include "editors/ball/CWinControlBall.h"
 #include "editors/base/CToolWindow.h"
@@ -31,7 +31,7 @@
 namespace quib {
 namespace {
 
-class KeysTest : public AppTest {
+class KeysTest : public DocumentTest {
 protected:
     KeysTest() : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")) {
         AddSynth();

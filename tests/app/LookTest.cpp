@@ -4,12 +4,12 @@
 
 #include <QApplication>
 
-#include "AppFixture.h"
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/CWinControlMain.h"
 #include "app/console/StripColumns.h"
 #include "controls/CInfoCtrl.h"
 #include "controls/CLabelCtrl.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
@@ -26,7 +26,7 @@ private:
     bool ChosenEnglish() const { return english; }
 };
 
-class LookTest : public AppTest {
+class LookTest : public DocumentTest {
 protected:
     LookTest() {
         QString error;

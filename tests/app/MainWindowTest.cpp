@@ -13,19 +13,19 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "app/AppFixture.h"
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
 #include "app/Dialogs.h"
 #include "controls/Mnemonics.h"
+#include "document/DocumentFixture.h"
 #include "editors/base/CToolWindow.h"
 #include "texts/Texts.h"
 
 namespace quib {
 namespace {
 
-class MainWindowTest : public AppTest {
+class MainWindowTest : public DocumentTest {
 protected:
     MainWindowTest()
         : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),

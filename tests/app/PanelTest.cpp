@@ -4,11 +4,11 @@
 #include <QFile>
 #include <random>
 
-#include "app/AppFixture.h"
 #include "app/CPluginWindows.h"
 #include "app/CSettingsForControls.h"
 #include "app/CSoundTools.h"
 #include "controls/CControl.h"
+#include "document/DocumentFixture.h"
 #include "editors/panel/CPanel.h"
 #include "editors/panel/PanelFiles.h"
 #include "editors/panel/PanelParameters.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kBuiltIn = 8;
 
-class PanelTest : public AppTest {
+class PanelTest : public DocumentTest {
 protected:
     CPanel& Open(const SlotPlace& place) {
         CPluginWindow* const window = windows.Show(place);

@@ -8,17 +8,17 @@
 #include <QTest>
 #include <random>
 
-#include "app/AppFixture.h"
 #include "app/CSettingsForControls.h"
 #include "app/console/PatternMenu.h"
 #include "controls/VirtualKeys.h"
+#include "document/DocumentFixture.h"
 #include "editors/CToolWindows.h"
 #include "editors/automation/CEventCtrl.h"
 
 namespace quib {
 namespace {
 
-class PianoRollWindowTest : public AppTest {
+class PianoRollWindowTest : public DocumentTest {
 protected:
     PianoRollWindowTest() {
         AddSynth();

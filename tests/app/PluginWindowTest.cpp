@@ -6,19 +6,19 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "app/AppFixture.h"
 #include "app/CPluginCatalog.h"
 #include "app/CPluginWindows.h"
 #include "app/browser/CPluginBrowser.h"
 #include "app/console/SlotMenu.h"
 #include "app/parameters/CParameterPage.h"
 #include "controls/CControl.h"
+#include "document/DocumentFixture.h"
 #include "editors/panel/CMenuCtrl.h"
 
 namespace quib {
 namespace {
 
-class PluginWindowTest : public AppTest {
+class PluginWindowTest : public DocumentTest {
 protected:
     PluginWindowTest() {
         AddSynth();
@@ -151,7 +151,7 @@ TEST_F(PluginWindowTest, WindowsGoWithTheirPlugin) {
     EXPECT_EQ(windows.Show({SlotPlace::EKind::kInstrument, 0, 0}), nullptr);
 }
 
-class CatalogTest : public AppTest {
+class CatalogTest : public DocumentTest {
 protected:
     std::unique_ptr<CPluginCatalog> Make() {
         auto made = std::make_unique<CPluginCatalog>(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json"));

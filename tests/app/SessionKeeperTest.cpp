@@ -7,9 +7,9 @@
 #include <QTest>
 #include <csignal>
 
-#include "app/AppFixture.h"
 #include "app/CPluginCatalog.h"
 #include "app/CSessionKeeper.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
@@ -25,7 +25,7 @@ void Put(const QString& path, const QByteArray& bytes) {
     file.write(bytes);
 }
 
-class SessionKeeperTest : public AppTest {
+class SessionKeeperTest : public DocumentTest {
 protected:
     SessionKeeperTest()
         : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),
@@ -164,7 +164,7 @@ TEST_F(SessionKeeperTest, BackupsThatFailAreToldOnceUntilOneIsWritten) {
 }
 
 // The whole program, without a display.
-class ProgramTest : public AppTest {
+class ProgramTest : public DocumentTest {
 protected:
     std::unique_ptr<QProcess> Start() {
         auto program = std::make_unique<QProcess>();

@@ -6,17 +6,18 @@
 #include <random>
 #include <tuple>
 
-#include "AppFixture.h"
 #include "app/console/CSongModeCtrl.h"
 #include "app/console/CWinControlMain.h"
+#include "controls/NoSettings.h"
 #include "controls/VirtualKeys.h"
+#include "document/DocumentFixture.h"
 #include "editors/playlist/CSongPane.h"
 
 namespace quib {
 namespace {
 
 // Two instruments with a note in each of their first twelve patterns of 16 steps; 2 pixels a step.
-class SongTest : public AppTest {
+class SongTest : public DocumentTest {
 protected:
     SongTest() {
         for (int index = 0; index < 2; ++index) {

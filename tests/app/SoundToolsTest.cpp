@@ -9,10 +9,10 @@
 #include <QTest>
 #include <QTimer>
 
-#include "app/AppFixture.h"
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "bench/RhythmMaterial.h"
+#include "document/DocumentFixture.h"
 #include "editors/loopcreator/CWinControlLoopCreator.h"
 #include "editors/rhythm/CWinControlRhythm.h"
 #include "export/loops/LoopCut.h"
@@ -20,7 +20,7 @@
 namespace quib {
 namespace {
 
-class SoundToolsTest : public AppTest {
+class SoundToolsTest : public DocumentTest {
 protected:
     SoundToolsTest()
         : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),

@@ -5,7 +5,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "app/AppFixture.h"
 #include "app/CMainWindow.h"
 #include "app/CPluginCatalog.h"
 #include "app/Commands.h"
@@ -13,6 +12,7 @@
 #include "app/console/MakeConsole.h"
 #include "app/start/CDeviceBanner.h"
 #include "app/start/CStartPage.h"
+#include "document/DocumentFixture.h"
 #include "document/ShippedFiles.h"
 #include "document/SongMode.h"
 #include "editors/tutorial/CWinControlTutorial.h"
@@ -20,7 +20,7 @@
 namespace quib {
 namespace {
 
-class StartPageTest : public AppTest {
+class StartPageTest : public DocumentTest {
 protected:
     StartPageTest()
         : catalog(QStringLiteral(QUIB_BIN_DIR "/quib-scan"), File("catalog.json")),

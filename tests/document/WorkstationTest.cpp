@@ -6,16 +6,16 @@
 #include <QSignalSpy>
 #include <QThread>
 
-#include "app/AppFixture.h"
 #include "document/CAutomationTake.h"
 #include "document/CGesture.h"
+#include "document/DocumentFixture.h"
 #include "model/edits/LaneShapes.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
 namespace {
 
-class WorkstationTest : public AppTest {
+class WorkstationTest : public DocumentTest {
 protected:
     // The project as its file would have it, short enough to be printed.
     struct Content {

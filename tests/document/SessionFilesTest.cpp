@@ -6,13 +6,13 @@
 #include <QThread>
 #include <future>
 
-#include "app/AppFixture.h"
+#include "document/DocumentFixture.h"
 #include "platform/CFileBytes.h"
 
 namespace quib {
 namespace {
 
-class SessionFilesTest : public AppTest {};
+class SessionFilesTest : public DocumentTest {};
 
 TEST_F(SessionFilesTest, ASessionComesBackFromItsFile) {
     QString error;

@@ -8,20 +8,14 @@
 #include <QTemporaryDir>
 
 #include "Testing.h"
-#include "controls/ControlSettings.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"
 
 namespace quib {
 
-class CNoSettings : public CControlSettings {
-public:
-    int ReadSettingInt(const char* /*section*/, const char* /*name*/, int fallback) const override { return fallback; }
-};
-
-class AppTest : public testing::Test {
+class DocumentTest : public testing::Test {
 protected:
-    AppTest()
+    DocumentTest()
         : settings(folder.filePath(QStringLiteral("settings.ini"))),
           folders(folder.filePath(QStringLiteral("program"))) {
         PrepareFolders(folders, settings);

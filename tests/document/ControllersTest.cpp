@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // MIDI learn over a real project: bound, saved, loaded, undone, taken away with what it moved.
-#include "app/AppFixture.h"
+#include "document/DocumentFixture.h"
 
 namespace quib {
 namespace {
 
-class ControllersTest : public AppTest {
+class ControllersTest : public DocumentTest {
 protected:
     ControllersTest() {
         AddSynth();

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QTest>
 
-#include "app/AppFixture.h"
+#include "document/DocumentFixture.h"
 #include "model/CFrozenTake.h"
 
 namespace quib {
@@ -19,7 +19,7 @@ double Largest(const Samples& one, const Samples& other) {
     return largest;
 }
 
-class FreezeTest : public AppTest {
+class FreezeTest : public DocumentTest {
 protected:
     static constexpr double kUnheard = 1e-6;  // -120 dBFS
     static constexpr int kBlock = 512;

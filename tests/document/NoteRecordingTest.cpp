@@ -2,14 +2,14 @@
 // Keys played become notes that sound where they were played.
 #include "document/CNoteRecording.h"
 
-#include "app/AppFixture.h"
+#include "document/DocumentFixture.h"
 #include "engine/EngineFixture.h"
 #include "platform/Clock.h"
 
 namespace quib {
 namespace {
 
-class NoteRecordingTest : public AppTest {
+class NoteRecordingTest : public DocumentTest {
 protected:
     NoteRecordingTest() {
         QString error;
