@@ -150,7 +150,8 @@ TEST_F(SessionTest, AFourBarRampOnAFilterTakesFourPresses) {
         const auto window = [&] {
             return static_cast<CWinControlParamEvent*>(user.Window().Tools().Find(ETool::kAutomation));
         };
-        ASSERT_TRUE(user.WaitFor([&] { return window() != nullptr && window()->isVisible(); }));
+        // It stands where it stays.
+        ASSERT_TRUE(user.WaitFor([&] { return window() != nullptr && window()->isActiveWindow(); }));
         EXPECT_EQ(user.Ask([&] { return window()->LaneName(); }), QStringLiteral("LP Freq"));
         CControl* line = nullptr;
         for (const auto& top : window()->Controls()) {
@@ -238,7 +239,15 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
 // A killed program asks at its next start, and its backup holds the work.
 TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
     constexpr int kMostPresses = 3;
-    CDriver::Run(Arguments({QStringLiteral(QUIB_SOURCE_DIR "/examples/Tempo100.prg")}), [&](CDriver& user) {
+    // Four bars of it.
+    QFile example(QStringLiteral(QUIB_SOURCE_DIR "/examples/Tempo100.prg"));
+    QFile song(folder.filePath(QStringLiteral("Tempo100.prg")));
+    ASSERT_TRUE(example.open(QIODevice::ReadOnly) && song.open(QIODevice::WriteOnly));
+    const QByteArray whole = example.readAll();
+    ASSERT_TRUE(whole.contains("PLAYLIST_STEP_NUMBER;992;"));
+    song.write(QByteArray(whole).replace("PLAYLIST_STEP_NUMBER;992;", "PLAYLIST_STEP_NUMBER;64;"));
+    song.close();
+    CDriver::Run(Arguments({song.fileName()}), [&](CDriver& user) {
         SettleIn(user);
         const QString out = folder.filePath(QStringLiteral("out"));
         user.Ask([&] {
@@ -255,9 +264,7 @@ TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
             user.WaitFor([&] { return qobject_cast<CExportDialog*>(QApplication::activeWindow()) != nullptr; }));
         press("Return");
         const QString file = out + QStringLiteral("/Tempo100.wav");
-        bool isThere = false;
-        for (int wait = 0; wait < 4 && !isThere; ++wait) isThere = user.WaitFor([&] { return QFile::exists(file); });
-        EXPECT_TRUE(isThere) << "by the name that was proposed";
+        EXPECT_TRUE(user.WaitFor([&] { return QFile::exists(file); })) << "by the name that was proposed";
         EXPECT_GT(QFileInfo(file).size(), 1000000);
         EXPECT_LE(presses, kMostPresses);
         Close(user);
@@ -299,16 +306,16 @@ TEST_F(SessionTest, AKilledSessionComesBackFromItsBackup) {
     });
 }
 
-// Every control of the band and of the first strips, while it plays.
+// Every control of the band and of the first strip, while it plays.
 TEST_F(SessionTest, ClickingEverythingDuringPlaybackHarmsNothing) {
     const int code = CDriver::Run(Arguments({project}), [&](CDriver& user) {
         SettleIn(user);
         user.Key("space");
         const auto points = user.Ask([&] {
             std::vector<QPoint> all;
-            const CInstrumentStripCtrl* const third = user.Console().Strip(2);
+            const CInstrumentStripCtrl* const second = user.Console().Strip(1);
             for (const auto& top : user.Console().Controls()) {
-                if (top.get() == third) break;
+                if (top.get() == second) break;
                 for (const auto& child : top->Children()) {
                     const QRect place = user.Console().ToWidget(child->ShownRectangle());
                     if (!place.isEmpty()) all.push_back(user.Console().mapToGlobal(place.center()));
@@ -316,7 +323,7 @@ TEST_F(SessionTest, ClickingEverythingDuringPlaybackHarmsNothing) {
             }
             return all;
         });
-        EXPECT_GT(points.size(), 80U);
+        EXPECT_GT(points.size(), 60U);
         for (const QPoint& point : points) {
             for (const int button : {1, 3}) {
                 user.Click(point, button);
