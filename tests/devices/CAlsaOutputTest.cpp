@@ -2,6 +2,7 @@
 // Output through the real ALSA library with a configuration of our own.
 
 #include "DeviceFixture.h"
+#include "TemporaryFolder.h"
 #include "devices/CAlsaOutput.h"
 #include "devices/CJackLibrary.h"
 #include "devices/OutputDeviceList.h"
@@ -13,9 +14,7 @@ namespace {
 class CAlsaOutputTest : public CDeviceTest {
 protected:
     void SetUp() override {
-        std::string name = testing::TempDir() + "alsa-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
+        const std::string name = folder.string();
         std::ofstream(folder / "asound.conf")
             << "pcm_type.testcard { lib \"" QUIB_BIN_DIR "/testcard/TestCard.so\" }\n"
             << "pcm.card { type testcard folder \"" << name << "\" hint { show on description \"Card\" } }\n"
@@ -24,10 +23,7 @@ protected:
         setenv("ALSA_CONFIG_PATH", (folder / "asound.conf").c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
         snd_config_update_free_global();
     }
-    void TearDown() override {
-        output.CloseOutput();
-        std::filesystem::remove_all(folder);
-    }
+    void TearDown() override { output.CloseOutput(); }
     void AddDefaultDevice() {
         std::ofstream(folder / "asound.conf", std::ios::app) << "pcm.default { type null }\n";
         snd_config_update_free_global();
@@ -40,7 +36,8 @@ protected:
         return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
     }
 
-    std::filesystem::path folder;
+    const CTemporaryFolder temporary;
+    const std::filesystem::path& folder = temporary.Path();
 };
 
 TEST_F(CAlsaOutputTest, ADeviceGetsTheRingsSilenceAndThenTheOfflineRender) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "devices/CLame.h"
 
@@ -77,12 +78,6 @@ protected:
     void SetUp() override {
         if (OutputOf("command -v ffmpeg && command -v ffprobe && command -v sox").starts_with("failed"))
             GTEST_SKIP() << "ffmpeg and sox are not installed";
-        std::string name = testing::TempDir() + "recorder-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-    }
-    void TearDown() override {
-        if (!folder.empty()) std::filesystem::remove_all(folder);
     }
     // Pushes and flushes in turn, as an offline render does.
     void Render(const Values& values, std::size_t framesPerBlock) {
@@ -92,7 +87,8 @@ protected:
         }
     }
 
-    std::filesystem::path folder;
+    const CTemporaryFolder temporary;
+    const std::filesystem::path& folder = temporary.Path();
     CLame lame;
 };
 

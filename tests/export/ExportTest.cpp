@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "export/CExport.h"
 #include "model/plugin/CPluginFinder.h"
@@ -55,9 +56,6 @@ double After(const std::string& text, const std::string& key) {
 class ExportTest : public testing::Test {
 protected:
     void SetUp() override {
-        const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-        folder = fs::path(testing::TempDir()) / (std::string("export-") + info->name());
-        fs::remove_all(folder);
         std::ifstream file(QUIB_SOURCE_DIR "/examples/HouseMusic.prg", std::ios::binary);
         song.assign(std::istreambuf_iterator<char>(file), {});
         settings.folder = folder;
@@ -67,7 +65,6 @@ protected:
         settings.tailSeconds = 0;
         settings.tags = {"A \"song\"", "Née", 124, 4};
     }
-    void TearDown() override { fs::remove_all(folder); }
 
     // Empty when the files are there.
     std::string Run(double cancelAt = 2) {
@@ -92,7 +89,8 @@ protected:
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
     }
 
-    fs::path folder;
+    const CTemporaryFolder temporary;
+    const fs::path folder = temporary.Path() / "out";  // that is not there yet
     std::string song;
     CPluginFinder finder{QUIB_BIN_DIR, {}, {}};
     ExportSettings settings;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <sndfile.h>
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "bench/RhythmMaterial.h"
 #include "export/loops/LoopCut.h"
@@ -15,9 +16,8 @@ constexpr int kRate = 44100;
 
 class LoopFiles : public testing::Test {
 protected:
-    LoopFiles() { fs::create_directories(folder); }
-    ~LoopFiles() override { fs::remove_all(folder); }
-    const fs::path folder = fs::temp_directory_path() / ("quib-loop-test-" + std::to_string(getpid()));
+    const CTemporaryFolder temporary;
+    const fs::path& folder = temporary.Path();
 };
 
 TEST(Rhythm, FindsTempoAndDownbeatOfGeneratedPieces) {

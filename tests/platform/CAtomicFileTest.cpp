@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "platform/CFileBytes.h"
 
@@ -26,23 +27,14 @@ std::string Content(const fs::path& path) {
 
 class CAtomicFileTest : public testing::Test {
 protected:
-    CAtomicFileTest() {
-        std::string pattern = (fs::temp_directory_path() / "quib-atomic-XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        path = folder / "song.prg";
-    }
-    ~CAtomicFileTest() override {
-        std::error_code ignored;
-        fs::permissions(folder, fs::perms::owner_all, ignored);
-        fs::remove_all(folder, ignored);
-    }
     std::size_t FilesInFolder() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
     }
     bool Replace(std::string_view bytes) { return CAtomicFile().Replace(path, {bytes.data(), bytes.size()}, error); }
 
-    fs::path folder;
-    fs::path path;
+    const CTemporaryFolder temporary;
+    const fs::path& folder = temporary.Path();
+    const fs::path path = folder / "song.prg";
     std::string error;
 };
 

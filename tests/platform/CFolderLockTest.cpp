@@ -6,14 +6,15 @@
 
 #include <csignal>
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 
 namespace quib {
 namespace {
 
 TEST(CFolderLockTest, AFolderHasOneOwnerUntilItsProcessEndsHoweverItEnds) {
-    std::string folder = testing::TempDir() + "quib-lock-XXXXXX";
-    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
+    const CTemporaryFolder temporary;
+    const std::string folder = temporary.Path().string();
     int ready[2];
     ASSERT_EQ(::pipe(ready), 0);
     const pid_t child = ::fork();
@@ -35,7 +36,6 @@ TEST(CFolderLockTest, AFolderHasOneOwnerUntilItsProcessEndsHoweverItEnds) {
     CFolderLock third;
     EXPECT_TRUE(third.Take(folder)) << "a dead process holds nothing";
     EXPECT_TRUE(CFolderLock().Take("/proc")) << "who cannot mark it is not kept out";
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace

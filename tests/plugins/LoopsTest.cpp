@@ -3,6 +3,7 @@
 #include <sndfile.h>
 #include <unistd.h>
 
+#include "TemporaryFolder.h"
 #include "loops/LoopExports.h"
 #include "plugins/CLoadedPlugin.h"
 
@@ -60,7 +61,6 @@ protected:
         std::ofstream(root / "Loops/60 damaged.wav") << "RIFF and nothing else";
         std::ofstream(root / "Loops/empty.wav").flush();
     }
-    ~Loops() override { fs::remove_all(root); }
 
     fs::path Library() const { return root / "PluginInstruments/QUIB Loops.so"; }
     CLoadedPlugin Open(float rate = 44100.0f) const {
@@ -77,7 +77,8 @@ protected:
         return reinterpret_cast<Function>(dlsym(library, name));
     }
 
-    const fs::path root = fs::temp_directory_path() / ("quib-loops-" + std::to_string(getpid()));
+    const quib::CTemporaryFolder temporary;
+    const fs::path& root = temporary.Path();
     vst2::VstTimeInfo time{};
 };
 

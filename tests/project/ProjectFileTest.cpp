@@ -3,6 +3,7 @@
 
 #include <clocale>
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "fuzz/FuzzTargets.h"
 #include "model/StripSettings.h"
@@ -251,22 +252,20 @@ TEST(ProjectFile, EveryFlippedBitLoadsWholeOrNotAtAll) {
 // Compiled here: machines seldom have any but their own. Turkish has a decimal comma and other capitals of i.
 TEST(ProjectFile, FilesDoNotDependOnTheLocale) {
     const std::string bytes = BytesOf(generated::EveryRecord());
-    std::string pattern = (fs::temp_directory_path() / "quib-locale-XXXXXX").string();
-    const fs::path folder = ::mkdtemp(pattern.data());
-    ::setenv("LOCPATH", folder.c_str(), 1);
-    const std::string target = (folder / "tr_TR.UTF-8").string();
+    const CTemporaryFolder folder;
+    ::setenv("LOCPATH", folder.Path().c_str(), 1);
+    const std::string target = (folder.Path() / "tr_TR.UTF-8").string();
     ASSERT_EQ(std::system(("localedef -i tr_TR -f UTF-8 " + target).c_str()), 0);
     ASSERT_NE(std::setlocale(LC_ALL, "tr_TR.UTF-8"), nullptr);
     ASSERT_EQ(std::localeconv()->decimal_point, std::string(","));
     EXPECT_EQ(BytesOf(Read(bytes)), bytes);
     std::setlocale(LC_ALL, "C");
     ::unsetenv("LOCPATH");
-    fs::remove_all(folder);
 }
 
 TEST(ProjectFile, FilesThatCannotBeReadOrWrittenAreNamed) {
-    std::string pattern = (fs::temp_directory_path() / "quib-project-XXXXXX").string();
-    const fs::path folder = ::mkdtemp(pattern.data());
+    const CTemporaryFolder temporary;
+    const fs::path& folder = temporary.Path();
     const fs::path path = folder / "song.prg";
     ProjectState state;
     std::string error;
@@ -283,7 +282,6 @@ TEST(ProjectFile, FilesThatCannotBeReadOrWrittenAreNamed) {
     EXPECT_EQ(read.master, state.master);
     EXPECT_FALSE(WriteProjectFile(folder / "none" / "song.prg", state, error));
     EXPECT_EQ(error.find((folder / "none" / "song.prg").string()), 0U);
-    fs::remove_all(folder);
 }
 
 TEST(ProjectFile, ReadingTellsHowFarItIsAndCanBeStopped) {

@@ -2,6 +2,7 @@
 // Shows that rendering allocates, frees and locks nothing and makes no system call, with everything on
 // that an engine can play. The one exception is named: a pool of several threads wakes them by futex.
 
+#include "TemporaryFolder.h"
 #include "devices/CLame.h"
 #include "engine/EngineFixture.h"
 #include "platform/Clock.h"
@@ -148,13 +149,12 @@ protected:
         StartEngine(threads);
         for (int index = 0; index < kInstruments; ++index) AddVoice(index);
         AddMaster();
-        const auto file = std::filesystem::temp_directory_path() / "quib_realtime_test.wav";
-        ASSERT_EQ(recorder.StartRecording(file, 44100), CLame::kStarted);
+        const CTemporaryFolder folder;
+        ASSERT_EQ(recorder.StartRecording(folder.Path() / "take.wav", 44100), CLame::kStarted);
         audio.SetRecorder(&recorder);
         counted = Watch(kBlocks);
         EXPECT_GT(recorder.BytesWritten(), 0U);
         recorder.StopRecording();
-        std::filesystem::remove(file);
     }
 
     static constexpr const char* kSynth = "PluginInstruments/QUIB synth.so";

@@ -239,13 +239,13 @@ TEST_F(SessionTest, APluginIsHeardAfterFourPresses) {
 // A killed program asks at its next start, and its backup holds the work.
 TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
     constexpr int kMostPresses = 3;
-    // Four bars of it.
+    // Half a bar of it.
     QFile example(QStringLiteral(QUIB_SOURCE_DIR "/examples/Tempo100.prg"));
     QFile song(folder.filePath(QStringLiteral("Tempo100.prg")));
     ASSERT_TRUE(example.open(QIODevice::ReadOnly) && song.open(QIODevice::WriteOnly));
     const QByteArray whole = example.readAll();
     ASSERT_TRUE(whole.contains("PLAYLIST_STEP_NUMBER;992;"));
-    song.write(QByteArray(whole).replace("PLAYLIST_STEP_NUMBER;992;", "PLAYLIST_STEP_NUMBER;64;"));
+    song.write(QByteArray(whole).replace("PLAYLIST_STEP_NUMBER;992;", "PLAYLIST_STEP_NUMBER;8;"));
     song.close();
     CDriver::Run(Arguments({song.fileName()}), [&](CDriver& user) {
         SettleIn(user);
@@ -264,8 +264,11 @@ TEST_F(SessionTest, ASongIsAWaveFileAfterThreePresses) {
             user.WaitFor([&] { return qobject_cast<CExportDialog*>(QApplication::activeWindow()) != nullptr; }));
         press("Return");
         const QString file = out + QStringLiteral("/Tempo100.wav");
-        EXPECT_TRUE(user.WaitFor([&] { return QFile::exists(file); })) << "by the name that was proposed";
-        EXPECT_GT(QFileInfo(file).size(), 1000000);
+        // It stands back behind whatever else the machine does.
+        bool isThere = false;
+        for (int wait = 0; wait < 4 && !isThere; ++wait) isThere = user.WaitFor([&] { return QFile::exists(file); });
+        EXPECT_TRUE(isThere) << "by the name that was proposed";
+        EXPECT_GT(QFileInfo(file).size(), 200000);
         EXPECT_LE(presses, kMostPresses);
         Close(user);
     });

@@ -12,10 +12,6 @@ constexpr const char* kLength = " --seconds 24 --json";
 
 class CExamplesRenderTest : public CToolTest, public testing::WithParamInterface<const char*> {
 protected:
-    void SetUp() override {
-        folder = std::filesystem::path(testing::TempDir()) / (std::string("quib-example-") + GetParam());
-        std::filesystem::create_directories(folder);
-    }
     static double NumberOf(const std::string& json, const std::string& key) {
         const std::size_t place = json.find("\"" + key + "\": ");
         return place == std::string::npos ? -1.0 : std::stod(json.substr(place + key.size() + 4));

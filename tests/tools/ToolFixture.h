@@ -4,6 +4,7 @@
 // Runs the command-line programs as a user would and keeps what they print.
 
 #include <sys/wait.h>
+#include "TemporaryFolder.h"
 #include "Testing.h"
 
 namespace quib {
@@ -15,14 +16,6 @@ protected:
         std::string output;
         std::string error;
     };
-
-    void SetUp() override {
-        const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-        folder = std::filesystem::path(testing::TempDir()) / (std::string("quib-") + info->name());
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
 
     std::string Path(const std::string& name) const { return (folder / name).string(); }
 
@@ -43,7 +36,8 @@ protected:
         std::ofstream(Path(name), std::ios::binary) << bytes;
     }
 
-    std::filesystem::path folder;
+    const CTemporaryFolder temporary;
+    const std::filesystem::path& folder = temporary.Path();
 };
 
 }  // namespace quib

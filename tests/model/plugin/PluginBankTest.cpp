@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "TemporaryFolder.h"
 #include "Testing.h"
 #include "model/plugin/BankUnheard.h"
 #include "model/plugin/CPlugin.h"
@@ -168,11 +169,6 @@ TEST_F(CPluginBankTest, ABankSelectsNoProgramThatThePluginDoesNotHave) {
 
 class CPluginFinderTest : public testing::Test {
 protected:
-    CPluginFinderTest() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quib-finder-XXXXXX").string();
-        folder = std::filesystem::canonical(::mkdtemp(pattern.data()));
-    }
-    ~CPluginFinderTest() override { std::filesystem::remove_all(folder); }
     void Touch(const std::string& name) {
         std::filesystem::create_directories((folder / name).parent_path());
         std::fclose(std::fopen((folder / name).c_str(), "w"));
@@ -181,7 +177,8 @@ protected:
         const auto found = finder.Find(name, kind);
         return found ? found->lexically_relative(folder).string() : "none";
     }
-    std::filesystem::path folder;
+    const CTemporaryFolder temporary;
+    const std::filesystem::path& folder = temporary.Path();
 };
 
 TEST_F(CPluginFinderTest, NamesOfAnySystemFindTheLibraryThatComesFirst) {
