@@ -6,12 +6,11 @@
 
 #include "controls/CInfoCtrl.h"
 #include "controls/CWinControl.h"
-#include "platform/Clock.h"
 
 namespace quib {
 
 namespace {
-constexpr std::uint64_t kDebounce = 20'000'000;  // nanoseconds
+constexpr std::uint64_t kDebounce = 20;  // milliseconds
 constexpr int kMiddleButton = 2;
 }  // namespace
 
@@ -75,8 +74,9 @@ void CMouseRouter::Leave() {
     if (captured == nullptr || !captured->pressed) LeaveHovered();
 }
 
-bool CMouseRouter::Press(int button, int x, int y) {
-    if (Nanoseconds() < earliestPress) return false;
+// By the times of the events: a window that was busy meanwhile gets a release and the next press at once.
+bool CMouseRouter::Press(int button, int x, int y, std::uint64_t time) {
+    if (time != 0 && lastRelease != 0 && time - lastRelease < kDebounce) return false;
     const Hit hit = Find(x, y);
     if (button == kMiddleButton && (hit.control == nullptr || !hit.control->takesMiddleButton)) return false;
     captured = nullptr;
@@ -128,10 +128,10 @@ bool CMouseRouter::TakeAlternativePath(CControl& control) {
     return true;
 }
 
-void CMouseRouter::Release(int button, int x, int y) {
+void CMouseRouter::Release(int button, int x, int y, std::uint64_t time) {
     // The others know nothing of this button: their own one may be down.
     if (button == kMiddleButton && (captured == nullptr || !captured->takesMiddleButton)) return;
-    earliestPress = Nanoseconds() + kDebounce;
+    lastRelease = time;
     ReleasePressed(button, x, y);
     // The mouse may be over another control by now.
     if (std::exchange(captured, nullptr) != nullptr && Find(x, y).control != hovered) Track(x, y);
@@ -156,7 +156,7 @@ void CMouseRouter::CollectPressed(CControl& control) {
     if (control.pressed) released.push_back(&control);
 }
 
-void CMouseRouter::DoubleClick(int x, int y) {
+void CMouseRouter::DoubleClick(int x, int y, std::uint64_t time) {
     const Hit hit = Find(x, y);
     if (hit.control == nullptr) return;
     CControl& control = *hit.control;
@@ -167,7 +167,7 @@ void CMouseRouter::DoubleClick(int x, int y) {
     if (control.doubleClickResets && control.HasDefault()) {
         control.ReturnToDefault();
     } else if (control.doubleClickIsClick) {
-        Press(0, x, y);
+        Press(0, x, y, time);
     }
 }
 

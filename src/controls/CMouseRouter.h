@@ -15,10 +15,11 @@ public:
     explicit CMouseRouter(CWinControl& window) : owner(window) {}
 
     void Move(int x, int y);
+    // Times are those at which the buttons moved, in milliseconds of the display's clock; 0: unknown.
     // False when the press was dropped: one that follows a release within 20 ms is a bouncing button.
-    bool Press(int button, int x, int y);
-    void Release(int button, int x, int y);
-    void DoubleClick(int x, int y);
+    bool Press(int button, int x, int y, std::uint64_t time);
+    void Release(int button, int x, int y, std::uint64_t time);
+    void DoubleClick(int x, int y, std::uint64_t time);
     void Wheel(std::uint32_t word);
     // Presses and releases a button on a control for a key, wherever the mouse is.
     void ClickOn(CControl& control, int button, QPoint point);
@@ -53,7 +54,7 @@ private:
     CControl* captured = nullptr;
     int lastX = -1;
     int lastY = -1;
-    std::uint64_t earliestPress = 0;  // nanoseconds
+    std::uint64_t lastRelease = 0;    // 0: none yet
     Hit clicked;                      // while a click is handled
     CControl* keyed = nullptr;        // while a key clicks
     std::vector<CControl*> released;  // while a release is handled

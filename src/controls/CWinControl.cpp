@@ -201,13 +201,14 @@ void CWinControl::mousePressEvent(QMouseEvent* event) {
     modifiers = event->modifiers();
     typing.Commit();
     const QPoint point = ToSkin(event->position());
-    if (const int button = ButtonOf(*event); button >= 0) mouse.Press(button, point.x(), point.y());
+    if (const int button = ButtonOf(*event); button >= 0) mouse.Press(button, point.x(), point.y(), event->timestamp());
 }
 
 void CWinControl::mouseReleaseEvent(QMouseEvent* event) {
     modifiers = event->modifiers();
     const QPoint point = ToSkin(event->position());
-    if (const int button = ButtonOf(*event); button >= 0) mouse.Release(button, point.x(), point.y());
+    if (const int button = ButtonOf(*event); button >= 0)
+        mouse.Release(button, point.x(), point.y(), event->timestamp());
 }
 
 void CWinControl::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -215,7 +216,7 @@ void CWinControl::mouseDoubleClickEvent(QMouseEvent* event) {
     modifiers = event->modifiers();
     typing.Commit();
     const QPoint point = ToSkin(event->position());
-    mouse.DoubleClick(point.x(), point.y());
+    mouse.DoubleClick(point.x(), point.y(), event->timestamp());
 }
 
 void CWinControl::wheelEvent(QWheelEvent* event) {

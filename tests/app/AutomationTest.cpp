@@ -47,9 +47,7 @@ TEST_F(AutomationTest, WhateverHandsDrawUndoTakesBackAndRedoBringsAgain) {
                       curve.Y() + static_cast<int>(curve.View().YOf(value)));
     };
     QTest::mouseClick(&window, Qt::LeftButton, {}, at(4, 0.5F));
-    QTest::qWait(30);
     QTest::mouseClick(&window, Qt::LeftButton, {}, at(8, -0.5F));
-    QTest::qWait(30);
     workstation->Changes().Settle();
     ASSERT_NE(MixLanes()->Find(0, 1), nullptr);
     EXPECT_EQ(MixLanes()->Find(0, 1)->size(), 2U);

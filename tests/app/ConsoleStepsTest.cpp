@@ -61,11 +61,7 @@ protected:
             other->reject();
         }
     }
-    // Clicks that follow at once count as bounces.
-    void Approach(QPoint point) {
-        QTest::qWait(21);
-        QTest::mouseMove(console.get(), point);
-    }
+    void Approach(QPoint point) { QTest::mouseMove(console.get(), point); }
     void Settle() {
         QCoreApplication::processEvents();
         workstation->Tick();

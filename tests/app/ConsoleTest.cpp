@@ -71,7 +71,6 @@ TEST_F(ConsoleTest, ClickingAndDraggingEverythingDuringPlaybackHarmsNothing) {
             QTest::mousePress(console.get(), button, {}, point);
             QTest::mouseMove(console.get(), point + QPoint(7, -5));
             QTest::mouseRelease(console.get(), button, {}, point + QPoint(7, -5));
-            QTest::qWait(25);
         }
     }
     EXPECT_GT(workstation->Changes().Steps().count(), 20) << "the clicks were steps of undo";

@@ -183,10 +183,8 @@ TEST_F(KeysTest, EveryKeyThatThePageTellsOfAWindowActsInIt) {
     auto& lanes = static_cast<CWinControlParamEvent&>(*window->Tools().Open(ETool::kAutomation));
     lanes.ChooseLane({ELaneGroup::kMix, 1});
     const QPoint corner = lanes.Curve().Rectangle().topLeft();
-    for (const QPoint place : {QPoint(80, 80), QPoint(160, 120)}) {
+    for (const QPoint place : {QPoint(80, 80), QPoint(160, 120)})
         QTest::mouseClick(&lanes, Qt::LeftButton, {}, corner + place);
-        QTest::qWait(30);  // a press right after a release is a bouncing button
-    }
     PressAll(lanes, steps, AutomationKeys(), [&] { lanes.Edit(EEdit::kSelectAll); });
 
     auto& balls = static_cast<CWinControlBall&>(*window->Tools().Open(ETool::kBall));

@@ -38,10 +38,7 @@ protected:
         const CControl& roll = window->Roll();
         return {roll.X() + static_cast<int>(view.XOf(step + 0.5)), roll.Y() + view.FootOf(key) - view.RowHeight() / 2};
     }
-    void Click(QPoint at, Qt::KeyboardModifiers keys = {}) {
-        QTest::mouseClick(window, Qt::LeftButton, keys, at);
-        QTest::qWait(30);
-    }
+    void Click(QPoint at, Qt::KeyboardModifiers keys = {}) { QTest::mouseClick(window, Qt::LeftButton, keys, at); }
     int Steps() const { return workstation->Changes().Steps().index(); }
 
     CSettingsForControls controlSettings{settings};

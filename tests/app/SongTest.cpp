@@ -56,7 +56,6 @@ protected:
             QApplication::sendEvent(console.get(), &move);
         }
         QTest::mouseRelease(console.get(), button, keys, to);
-        QTest::qWait(21);  // a press right after a release is a bouncing button
     }
     void Click(QPoint at, Qt::KeyboardModifiers keys = {}) { Drag(at, at, keys); }
     void Key(Qt::Key key, Qt::KeyboardModifiers keys = {}) { QTest::keyClick(console.get(), key, keys); }

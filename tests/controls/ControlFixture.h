@@ -71,6 +71,7 @@ protected:
         if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick) buttons |= button;
         if (type == QEvent::MouseButtonRelease) buttons &= ~Qt::MouseButtons(button);
         QMouseEvent event(type, QPointF(x, y), window.mapToGlobal(QPointF(x, y)), button, buttons, modifiers);
+        event.setTimestamp(time);
         QApplication::sendEvent(&window, &event);
     }
     void Move(int x, int y) { Mouse(QEvent::MouseMove, Qt::NoButton, x, y); }
@@ -79,7 +80,7 @@ protected:
         Mouse(QEvent::MouseButtonRelease, button, x, y);
     }
     // Lets the time pass in which a press counts as a bouncing button.
-    static void PassBounce() { QTest::qWait(21); }
+    void PassBounce() { time += 21; }
     void Click(int x, int y, Qt::MouseButton button = Qt::LeftButton) {
         Move(x, y);
         Press(x, y, button);
@@ -131,6 +132,7 @@ protected:
 
 private:
     Qt::MouseButtons buttons;
+    ulong time = 1;  // of events, in milliseconds
 };
 
 }  // namespace quib

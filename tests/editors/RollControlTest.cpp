@@ -65,7 +65,6 @@ protected:
         Move(place);
         Mouse(isDouble ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress, button, place);
         Mouse(QEvent::MouseButtonRelease, button, place);
-        QTest::qWait(21);  // longer than a button bounces
     }
     QPoint PlaceOf(double step, int key) const {
         const PianoRollView& view = example.roll->view;
@@ -152,7 +151,6 @@ TEST_F(RollControl, TakesTheMouseOfAWindow) {
     Mouse(QEvent::MouseButtonPress, Qt::MiddleButton, {300, 200});
     Move({300, 230});
     Mouse(QEvent::MouseButtonRelease, Qt::MiddleButton, {300, 230});
-    QTest::qWait(21);
     EXPECT_EQ(roll.view.KeyScroll(), 12 * 40 - 30);
     const std::size_t steps = document.steps.size();
     Click({64 + 4 * 24 + 4, CExampleRoll::kRollHeight + 32 + 20});
