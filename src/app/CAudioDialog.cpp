@@ -147,6 +147,7 @@ void CAudioDialog::BuildLayout() {
 void CAudioDialog::ShowChannel() {
     const auto instrument = Shown();
     const int selector = instrument ? instrument->midi.channel.Get() : kChannelOff;
+    channel->setPlaceholderText(selector == kChannelOmni ? Text("MIDI omni") : Text("MIDI off"));
     channel->setCurrentIndex(selector > kChannelOmni ? selector - 2 : -1);
 }
 

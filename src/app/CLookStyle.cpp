@@ -33,6 +33,25 @@ void DrawMark(QPainter& painter, const QRectF& place, bool round, bool ticked, b
     painter.restore();
 }
 
+// A well with a small arrow; the text is drawn over it.
+void DrawComboBox(QPainter& painter, const QStyleOptionComboBox& box, const QRectF& arrow) {
+    const bool isEnabled = (box.state & QStyle::State_Enabled) != 0;
+    const bool isFocused = (box.state & QStyle::State_HasFocus) != 0;
+    const bool isContrast = ChosenPalette() == EPalette::kContrast;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(LookColour(isFocused ? "focus" : isContrast ? "line" : "edge"));
+    painter.setBrush(LookColour("well"));
+    painter.drawRoundedRect(QRectF(box.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    const qreal half = box.fontMetrics.height() / 5.0;
+    const QPointF middle = arrow.center();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(LookColour(isEnabled ? "textDim" : "textOff"));
+    painter.drawPolygon(QPolygonF(
+        {middle + QPointF(-half, -half / 2), middle + QPointF(half, -half / 2), middle + QPointF(0, half / 2)}));
+    painter.restore();
+}
+
 // A word over a line.
 void DrawHeading(QPainter& painter, const QStyleOptionMenuItem& item) {
     painter.save();
@@ -81,6 +100,14 @@ void CLookStyle::drawControl(ControlElement element, const QStyleOption* option,
                            item->menuItemType == QStyleOptionMenuItem::Separator && !item->text.isEmpty();
     if (isHeading) return DrawHeading(*painter, *item);
     QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void CLookStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                    const QWidget* widget) const {
+    const auto* const box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (control != CC_ComboBox || box == nullptr)
+        return QProxyStyle::drawComplexControl(control, option, painter, widget);
+    DrawComboBox(*painter, *box, proxy()->subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget));
 }
 
 }  // namespace quib

@@ -2,7 +2,7 @@
 #pragma once
 
 // How Qt's own menus and dialogs are drawn: headings of menus that look like headings, boxes that are seen while
-// they are not ticked, buttons without little pictures. User-interface thread.
+// they are not ticked, lists to choose from as on the console, buttons without little pictures. User-interface thread.
 
 #include <QProxyStyle>
 
@@ -20,6 +20,8 @@ public:
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
 };
 
 }  // namespace quib
