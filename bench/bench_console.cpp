@@ -12,7 +12,7 @@
 #include <memory>
 
 #include "app/console/CWinControlMain.h"
-#include "controls/NoSettings.h"
+#include "controls/CNoSettings.h"
 #include "devices/CSilentOutput.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"

@@ -8,11 +8,11 @@
 #include <cmath>
 #include <deque>
 
+#include "controls/CNoSettings.h"
 #include "controls/CScopeCtrl.h"
 #include "controls/CStepLedCtrl.h"
 #include "controls/CVuCtrl.h"
 #include "controls/CWinControl.h"
-#include "controls/NoSettings.h"
 
 namespace {
 

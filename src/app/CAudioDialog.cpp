@@ -14,6 +14,7 @@
 #include <cmath>
 
 #include "app/Dialogs.h"
+#include "app/console/SlotMenu.h"
 #include "devices/OutputDeviceList.h"
 #include "document/CSettings.h"
 #include "document/CWorkstation.h"
@@ -147,7 +148,7 @@ void CAudioDialog::BuildLayout() {
 void CAudioDialog::ShowChannel() {
     const auto instrument = Shown();
     const int selector = instrument ? instrument->midi.channel.Get() : kChannelOff;
-    channel->setPlaceholderText(selector == kChannelOmni ? Text("MIDI omni") : Text("MIDI off"));
+    channel->setPlaceholderText(instrument ? ChannelText(selector) : QString());
     channel->setCurrentIndex(selector > kChannelOmni ? selector - 2 : -1);
 }
 

@@ -10,7 +10,7 @@
 
 #include "app/console/CInstrumentStripCtrl.h"
 #include "app/console/CWinControlMain.h"
-#include "controls/NoSettings.h"
+#include "controls/CNoSettings.h"
 #include "document/DocumentFixture.h"
 #include "project/ProjectFile.h"
 

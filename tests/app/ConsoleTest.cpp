@@ -9,7 +9,7 @@
 
 #include "app/console/CInstrumentStripCtrl.h"
 #include "controls/CKeyboardExCtrl.h"
-#include "controls/NoSettings.h"
+#include "controls/CNoSettings.h"
 #include "controls/VirtualKeys.h"
 #include "devices/CSilentOutput.h"
 #include "document/DocumentFixture.h"

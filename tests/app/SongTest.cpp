@@ -8,7 +8,7 @@
 
 #include "app/console/CSongModeCtrl.h"
 #include "app/console/CWinControlMain.h"
-#include "controls/NoSettings.h"
+#include "controls/CNoSettings.h"
 #include "controls/VirtualKeys.h"
 #include "document/DocumentFixture.h"
 #include "editors/playlist/CSongPane.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Output through the real ALSA library with a configuration of our own.
 
+#include "CTemporaryFolder.h"
 #include "DeviceFixture.h"
-#include "TemporaryFolder.h"
 #include "devices/CAlsaOutput.h"
 #include "devices/CJackLibrary.h"
 #include "devices/OutputDeviceList.h"

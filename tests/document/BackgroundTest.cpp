@@ -34,6 +34,11 @@ protected:
         wanted.namePattern = "take";
         return wanted;
     }
+    QByteArray Taken() const {
+        QFile file(folder.filePath(QStringLiteral("out/take.wav")));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
     QStringList Written() const {
         return QDir(folder.filePath(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden);
     }
@@ -54,9 +59,13 @@ TEST_F(BackgroundTest, AnExportHearsNothingOfTheSessionThatPlaysOnAndLeavesNothi
     EXPECT_EQ(written.Tick(), CExportJob::EState::kDone) << written.Error();
     EXPECT_EQ(written.PlayedFrames(), 2 * 44100);
     EXPECT_EQ(Written(), QStringList(QStringLiteral("take.wav")));
-    QFile::remove(folder.filePath(QStringLiteral("out/take.wav")));
     Steps().undo();
     At(0)->strip.level.Set(usual);
+    const QByteArray disturbed = Taken();
+    CExportJob alone(*workstation, OfSeconds(2));
+    EXPECT_TRUE(WaitUntil([&] { return alone.Tick() != CExportJob::EState::kWorking; }));
+    EXPECT_TRUE(Taken() == disturbed);
+    QFile::remove(folder.filePath(QStringLiteral("out/take.wav")));
 
     for (const bool isCancelled : {true, false}) {
         CExportJob job(*workstation, OfSeconds(3600));
@@ -81,7 +90,10 @@ TEST_F(BackgroundTest, ASoundIsReadAndItsTempoFoundUnlessItIsCancelled) {
     const auto take = [&] { return (heard = work.Take()) != nullptr; };
     work.Read(File("beat.wav"));
     EXPECT_TRUE(work.IsReading());
-    ASSERT_TRUE(WaitUntil([&] { return work.Share() >= 0 && take(); }));
+    ASSERT_TRUE(WaitUntil([&] {
+        EXPECT_LE(work.Share(), 1);
+        return take();
+    }));
     EXPECT_EQ(heard->mono.size(), made.mono.size());
     work.Find(heard);
     ASSERT_TRUE(WaitUntil(take));

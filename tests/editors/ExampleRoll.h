@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "controls/CNoSettings.h"
 #include "controls/CWinControl.h"
-#include "controls/NoSettings.h"
 #include "editors/pianoroll/CVelocityLaneCtrl.h"
 
 namespace quib {

@@ -5,7 +5,7 @@
 
 #include <csignal>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 #include "export/CExport.h"
 #include "model/plugin/CPluginFinder.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <sndfile.h>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 #include "bench/RhythmMaterial.h"
 #include "export/loops/LoopCut.h"

@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 #include "platform/CFileBytes.h"
 

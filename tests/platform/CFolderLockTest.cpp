@@ -6,7 +6,7 @@
 
 #include <csignal>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 
 namespace quib {

@@ -3,7 +3,7 @@
 #include <sndfile.h>
 #include <unistd.h>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "loops/LoopExports.h"
 #include "plugins/CLoadedPlugin.h"
 

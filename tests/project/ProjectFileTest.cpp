@@ -3,7 +3,7 @@
 
 #include <clocale>
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 #include "fuzz/FuzzTargets.h"
 #include "model/StripSettings.h"

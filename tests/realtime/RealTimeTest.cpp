@@ -2,7 +2,7 @@
 // Shows that rendering allocates, frees and locks nothing and makes no system call, with everything on
 // that an engine can play. The one exception is named: a pool of several threads wakes them by futex.
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "devices/CLame.h"
 #include "engine/EngineFixture.h"
 #include "platform/Clock.h"

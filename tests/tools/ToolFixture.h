@@ -4,7 +4,7 @@
 // Runs the command-line programs as a user would and keeps what they print.
 
 #include <sys/wait.h>
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 
 namespace quib {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "TemporaryFolder.h"
+#include "CTemporaryFolder.h"
 #include "Testing.h"
 #include "model/plugin/BankUnheard.h"
 #include "model/plugin/CPlugin.h"
