@@ -40,9 +40,9 @@ void DrawComboBox(QPainter& painter, const QStyleOptionComboBox& box, const QRec
     const bool isContrast = ChosenPalette() == EPalette::kContrast;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(LookColour(isFocused ? "focus" : isContrast ? "line" : "edge"));
+    painter.setPen(QPen(LookColour(isFocused ? "focus" : isContrast ? "line" : "edge"), isFocused ? 2 : 1));
     painter.setBrush(LookColour("well"));
-    painter.drawRoundedRect(QRectF(box.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    painter.drawRoundedRect(QRectF(box.rect).adjusted(1, 1, -1, -1), 3, 3);
     const qreal half = box.fontMetrics.height() / 5.0;
     const QPointF middle = arrow.center();
     painter.setPen(Qt::NoPen);
